@@ -1,0 +1,205 @@
+// What the library requires of the project model: the objects of a project, reached by identifier
+// or name, and the model's checks of names and texts.
+//
+// Texts that an object returns are never null and stay valid while the object exists.
+//
+// Who releases what: objects that LQNAVIOBJECTMAN and GetDutByName return stay the model's.
+// Objects that LQDECLMAN::Get, FindGVLDeclByName and LQPOUHDECL::CreateObject return belong to the
+// caller, who deletes them.
+//
+// An embedder's own model overrides what it has; everything else answers "nothing".
+#pragma once
+
+#include <cstdint>
+
+#include "lq_data/export.h"
+#include "lq_data/memory.h"
+
+class ERRHANDLER;
+class Scanner;
+
+// Names a project object. A default-constructed ID is the null identifier.
+class ID {
+  public:
+    constexpr ID() = default;
+    constexpr explicit ID(uint32_t number) : number_(number) {}
+
+    constexpr uint32_t GetNumber() const { return number_; }
+
+    friend constexpr int operator==(ID a, ID b) { return a.number_ == b.number_ ? 1 : 0; }
+    friend constexpr int operator!=(ID a, ID b) { return a.number_ != b.number_ ? 1 : 0; }
+
+  private:
+    uint32_t number_ = 0;
+};
+
+// Kinds of project objects (GetKind).
+enum LQ_OBJECT_KIND : int32_t {
+    LQ_KIND_DUT = 12,  // its declarations are read from the object itself
+    LQ_KIND_13 = 13,
+    LQ_KIND_PROGRAM = 15,
+    LQ_KIND_FUNCTION_BLOCK = 16,
+    LQ_KIND_FUNCTION = 17,
+    LQ_KIND_GVL_DECL = 51,    // a declaration of a global variable list
+    LQ_KIND_LOCAL_DECL = 52,  // a declaration whose scope is always VAR
+};
+
+// What Lookup of the library pool is asked for.
+inline constexpr uint32_t LQ_LOOKUP_FUNCTION = 23;
+inline constexpr uint32_t LQ_LOOKUP_FUNCTION_BLOCK = 24;
+// Find: an object of any kind.
+inline constexpr uint32_t LQ_ANY_KIND = 0xFFFFFFFFu;
+// QueryValue: the number that a POU header answers for its header flag.
+inline constexpr int32_t LQ_QUERY_HEADER_FLAG = 32;
+// Declaration classes of the implicit parameters (LQPOUHDECL::SetClass), and the class id of a
+// return value.
+inline constexpr int32_t LQ_CLASS_INPUT = 8407;
+inline constexpr int32_t LQ_CLASS_OUTPUT = 8408;
+inline constexpr uint32_t LQ_CLASS_ID_RESULT = 50;
+
+// Identifiers by index from 0.
+class LQ_DATA_API LQSELECTION {
+  public:
+    virtual ~LQSELECTION() = default;
+    virtual int32_t GetCount() const { return 0; }
+    virtual ID GetID(int32_t) const { return {}; }
+};
+
+// Any object of the project.
+class LQ_DATA_API LQOBJECT {
+  public:
+    virtual ~LQOBJECT() = default;
+
+    virtual ID GetId() const { return {}; }
+    virtual const char16_t* GetName() const { return u""; }
+    virtual int32_t GetKind() const { return 0; }
+    virtual int32_t QueryValue(int32_t) const { return 0; }
+    virtual const char16_t* GetComment(int32_t) const { return u""; }
+    virtual const char16_t* GetDeclComment() const { return u""; }
+    virtual const char16_t* GetDeclComment2() const { return u""; }
+    virtual const char16_t* GetType() const { return u""; }
+    virtual const char16_t* GetInitValue() const { return u""; }
+    virtual const char16_t* GetAddress() const { return u""; }
+    virtual void SetName(const char16_t*) {}
+    virtual void SetType(const char16_t*) {}
+    virtual void SetInitValue(const char16_t*) {}
+    virtual void SetClassId(uint32_t) {}
+    // The declarations of a header or of an object of kind 12; the POUs assigned to a task. Null
+    // when the object has none. Owned by the object.
+    virtual LQSELECTION* GetSelection() { return nullptr; }
+    virtual int32_t GetMemberCount() const { return 0; }
+    // Library pool: an object by name.
+    virtual ID Lookup(const char16_t*, uint32_t) const { return {}; }
+
+    LQ_ALLOCATED
+};
+
+// An object with a place in the project's tree.
+class LQ_DATA_API LQNAVIOBJECT : public LQOBJECT {};
+
+// A pool or another collection of objects.
+class LQ_DATA_API LQCOLLECTION : public LQNAVIOBJECT {
+  public:
+    virtual ID GetID(int32_t) const { return {}; }
+};
+
+// A declaration.
+class LQ_DATA_API LQDECL : public LQOBJECT {};
+class LQ_DATA_API LQDATADECL : public LQDECL {};
+
+// A declaration of a POU header.
+class LQ_DATA_API LQPOUHDECL : public LQDATADECL {
+  public:
+    // A new declaration that belongs to no POU yet; owned by the caller. Null when the model
+    // cannot make one.
+    static LQPOUHDECL* CreateObject();
+
+    virtual void SetClass(int32_t) {}
+    // The section keyword, such as "VAR_INPUT".
+    virtual const char16_t* GetClass() const { return u""; }
+};
+
+// A declaration of a global variable list.
+class LQ_DATA_API LQGVLDECL : public LQDATADECL {
+  public:
+    virtual const char16_t* GetClass() const { return u""; }
+};
+
+// A program organisation unit.
+class LQ_DATA_API LQPOU : public LQNAVIOBJECT {
+  public:
+    // The object that holds the POU's declarations, or null. Owned by the POU.
+    virtual LQOBJECT* GetHeader() { return nullptr; }
+    virtual int GetEnoFlag() const { return 0; }
+};
+
+// A function (kind 17).
+class LQ_DATA_API LQFUN : public LQPOU {
+  public:
+    virtual const char16_t* GetResultType() const { return u""; }
+};
+
+// A user data type. A structure (kind 12) answers its members itself, through GetSelection; the
+// loaders ask any other (kind 13) for its header, as they ask a POU.
+class LQ_DATA_API LQDUT : public LQPOU {};
+
+class LQ_DATA_API LQTASK : public LQNAVIOBJECT {
+  public:
+    virtual const char16_t* GetPriority() const { return u""; }
+    virtual const char16_t* GetInterval() const { return u""; }
+    virtual const char16_t* GetEvent() const { return u""; }
+};
+
+// Named in the interface, without operations that the library uses.
+class LQDECLLIST;
+class LQLIB;
+
+// The object manager.
+class LQ_DATA_API LQNAVIOBJECTMAN {
+  public:
+    virtual ~LQNAVIOBJECTMAN() = default;
+
+    // The project's manager; null when there is no project.
+    static LQNAVIOBJECTMAN* Get();
+
+    virtual LQNAVIOBJECT* Get(ID) { return nullptr; }
+    // The object of that name below the object `parent`; `kind` LQ_ANY_KIND or a kind.
+    virtual ID Find(const char16_t* name, ID parent, uint32_t kind) {
+        (void)name, (void)parent, (void)kind;
+        return {};
+    }
+    virtual LQCOLLECTION* GetPOUPool() { return nullptr; }
+    virtual LQCOLLECTION* GetLibraryPool() { return nullptr; }
+    virtual LQCOLLECTION* GetResourcePool() { return nullptr; }
+};
+
+// The declaration manager.
+class LQ_DATA_API LQDECLMAN {
+  public:
+    virtual ~LQDECLMAN() = default;
+
+    static LQDECLMAN* Get();
+
+    // The object of the identifier, owned by the caller; null when there is none.
+    virtual LQOBJECT* Get(ID) { return nullptr; }
+};
+
+LQ_DATA_API ID FindPOUByName(const char16_t* name);
+LQ_DATA_API ID FindDUTByName(const char16_t* name);
+LQ_DATA_API LQDECL* FindGVLDeclByName(const char16_t* name);
+LQ_DATA_API LQDUT* GetDutByName(const char16_t* name);
+
+// Non-zero for yes.
+LQ_DATA_API int IsStringType(const char16_t* typeText);
+LQ_DATA_API int IsArrayType(const char16_t* typeText);
+LQ_DATA_API int IsFBName(const char16_t* name);
+
+// 0 means acceptable. With `flag` 0 the name is whole; with 1 it is the beginning of a name, whose
+// last character is in question.
+LQ_DATA_API int CheckIdentifier(ERRHANDLER* handler, const char16_t* name, int flag);
+// Non-zero reports an error.
+LQ_DATA_API int CheckInitSyntax(ERRHANDLER* handler, const char16_t* text);
+// Reads the length that follows the string keyword, if one does; non-zero means accepted.
+LQ_DATA_API int CheckStringSize(Scanner* scanner, int32_t& size);
+// Non-zero when `caller` calls `callee`, directly or through others.
+LQ_DATA_API int CheckIsRecursiveCallEx(const char16_t* caller, const char16_t* callee, int flag);

@@ -1,0 +1,73 @@
+#include "frame/chars.h"
+
+#include <locale.h>
+#include <wctype.h>
+
+namespace lq::chars {
+
+namespace {
+
+// Lives as long as the process: character classes may be asked for during static destruction.
+locale_t UnicodeLocale() noexcept {
+    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+    return locale;
+}
+
+bool IsSurrogate(char16_t c) noexcept {
+    return c >= 0xD800 && c <= 0xDFFF;
+}
+
+// Without the Unicode locale (a system that lacks it) only ASCII has classes and case.
+bool AnswersFor(char16_t c) noexcept {
+    return !IsSurrogate(c) && UnicodeLocale() != locale_t{};
+}
+
+int Order(char16_t a, char16_t b) noexcept {
+    return a < b ? -1 : a > b ? 1 : 0;
+}
+
+}  // namespace
+
+namespace detail {
+
+bool IsWideLetter(char16_t c) noexcept {
+    return AnswersFor(c) && iswalpha_l(c, UnicodeLocale()) != 0;
+}
+
+bool IsWideSpace(char16_t c) noexcept {
+    return AnswersFor(c) && iswspace_l(c, UnicodeLocale()) != 0;
+}
+
+char16_t WideUpper(char16_t c) noexcept {
+    if (!AnswersFor(c)) {
+        return c;
+    }
+    const wint_t upper = towupper_l(c, UnicodeLocale());
+    return upper <= 0xFFFF ? static_cast<char16_t>(upper) : c;
+}
+
+}  // namespace detail
+
+int Compare(const char16_t* a, const char16_t* b) noexcept {
+    while (*a != 0 && *a == *b) {
+        ++a;
+        ++b;
+    }
+    return Order(*a, *b);
+}
+
+int CompareNoCase(const char16_t* a, const char16_t* b) noexcept {
+    return CompareNoCase(a, b, static_cast<std::size_t>(-1));
+}
+
+int CompareNoCase(const char16_t* a, const char16_t* b, std::size_t count) noexcept {
+    for (; count != 0; --count, ++a, ++b) {
+        const int order = Order(ToUpper(*a), ToUpper(*b));
+        if (order != 0 || *a == 0) {
+            return order;
+        }
+    }
+    return 0;
+}
+
+}  // namespace lq::chars

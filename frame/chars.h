@@ -1,0 +1,123 @@
+// Character classes, case and comparison of 16-bit text: the one place that decides them.
+//
+// Digits are ASCII 0 to 9. Letters, spaces and case follow one fixed Unicode locale ("C.UTF-8",
+// held by the library), never the process's own. A table answers for ASCII, so plain source text
+// never makes a call. A surrogate is no letter and no space and has no case.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "lq_data/export.h"
+
+namespace lq::chars {
+
+enum AsciiClass : std::uint8_t {
+    kDigit = 1,
+    kLetter = 2,
+    kSpace = 4,
+    kHex = 8,
+};
+
+namespace detail {
+
+constexpr std::array<std::uint8_t, 128> MakeAsciiTable() {
+    std::array<std::uint8_t, 128> table{};
+    for (unsigned c = 0; c < table.size(); ++c) {
+        unsigned bits = 0;
+        if (c >= '0' && c <= '9') {
+            bits |= kDigit | kHex;
+        }
+        if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) {
+            bits |= kLetter;
+        }
+        if ((c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f')) {
+            bits |= kHex;
+        }
+        if (c == ' ' || (c >= '\t' && c <= '\r')) {
+            bits |= kSpace;
+        }
+        table[c] = static_cast<std::uint8_t>(bits);
+    }
+    return table;
+}
+
+inline constexpr std::array<std::uint8_t, 128> kAscii = MakeAsciiTable();
+
+// The slow path, for characters beyond ASCII.
+LQ_DATA_API bool IsWideLetter(char16_t c) noexcept;
+LQ_DATA_API bool IsWideSpace(char16_t c) noexcept;
+LQ_DATA_API char16_t WideUpper(char16_t c) noexcept;
+
+}  // namespace detail
+
+constexpr bool IsAscii(char16_t c) noexcept {
+    return c < 128;
+}
+
+constexpr bool HasAsciiClass(char16_t c, unsigned classes) noexcept {
+    return IsAscii(c) && (detail::kAscii[c] & classes) != 0;
+}
+
+constexpr bool IsDigit(char16_t c) noexcept {
+    return HasAsciiClass(c, kDigit);
+}
+constexpr bool IsHex(char16_t c) noexcept {
+    return HasAsciiClass(c, kHex);
+}
+constexpr bool IsOctal(char16_t c) noexcept {
+    return c >= u'0' && c <= u'7';
+}
+constexpr bool IsBinary(char16_t c) noexcept {
+    return c == u'0' || c == u'1';
+}
+
+inline bool IsLetter(char16_t c) noexcept {
+    return IsAscii(c) ? (detail::kAscii[c] & kLetter) != 0 : detail::IsWideLetter(c);
+}
+
+inline bool IsSpace(char16_t c) noexcept {
+    return IsAscii(c) ? (detail::kAscii[c] & kSpace) != 0 : detail::IsWideSpace(c);
+}
+
+// Space, tab, line feed and carriage return: what the tables and the type catalogue skip.
+constexpr bool IsBlank(char16_t c) noexcept {
+    return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
+}
+
+inline char16_t ToUpper(char16_t c) noexcept {
+    if (IsAscii(c)) {
+        return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - (u'a' - u'A')) : c;
+    }
+    return detail::WideUpper(c);
+}
+
+// Value of a hex digit; `c` must be one.
+constexpr unsigned HexValue(char16_t c) noexcept {
+    return IsDigit(c) ? c - u'0' : (c | 0x20u) - u'a' + 10u;
+}
+
+constexpr std::size_t Length(const char16_t* text) noexcept {
+    std::size_t n = 0;
+    while (text[n] != 0) {
+        ++n;
+    }
+    return n;
+}
+
+// Below, equal to or above zero, by 16-bit units.
+LQ_DATA_API int Compare(const char16_t* a, const char16_t* b) noexcept;
+// The same on the upper-case forms.
+LQ_DATA_API int CompareNoCase(const char16_t* a, const char16_t* b) noexcept;
+// The same over at most `count` characters.
+LQ_DATA_API int CompareNoCase(const char16_t* a, const char16_t* b, std::size_t count) noexcept;
+
+inline bool Equal(const char16_t* a, const char16_t* b) noexcept {
+    return Compare(a, b) == 0;
+}
+inline bool EqualNoCase(const char16_t* a, const char16_t* b) noexcept {
+    return CompareNoCase(a, b) == 0;
+}
+
+}  // namespace lq::chars

@@ -1,0 +1,138 @@
+// Attach and detach, and the texts of the resource library. The loader attaches and detaches the
+// library: before and after the life of its static objects, so that the state here is constant.
+#include "lq_data/frame.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "frame/chars.h"
+#include "lq_base.h"
+
+namespace {
+
+constexpr uint32_t kInterfaceVersion = 0x10000;
+constexpr uint32_t kDefaultCodePage = 1252;
+constexpr char16_t kUserKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\App";
+constexpr char16_t kMachineKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\Startup\\App";
+constexpr int32_t kRingSize = 50;
+
+using FileName = char16_t[260];
+using Name = char16_t[256];
+
+// The file of the library is named after the platform's custom, or is the program's.
+constinit LQ_MODULE ownModule{u"lq_data", &ownModule};
+constinit AFX_EXTENSION_MODULE extension;
+constinit HINSTANCE resourceLibrary = nullptr;
+
+// The first key that opens decides, even without the value.
+uint32_t ReadCodePage() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, kUserKey, 0, KEY_READ, &key) != 0 &&
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, kMachineKey, 0, KEY_READ, &key) != 0) {
+        return kDefaultCodePage;
+    }
+    uint32_t codePage = kDefaultCodePage;
+    uint32_t size = sizeof codePage;
+    const int32_t result = RegQueryValueExW(key, u"CodePage", nullptr, nullptr,
+                                            reinterpret_cast<unsigned char*>(&codePage), &size);
+    RegCloseKey(key);
+    return result == 0 ? codePage : kDefaultCodePage;
+}
+
+// Copies as much of [first, last) as fits.
+void CopyName(Name& name, const char16_t* first, const char16_t* last) {
+    const std::ptrdiff_t room = std::ssize(name) - 1;
+    *std::copy(first, first + std::min(last - first, room), name) = 0;
+}
+
+// The library's file name without folder and extension.
+void GetBaseName(HINSTANCE module, Name& name) {
+    FileName file = {};
+    GetModuleFileNameW(module, file, static_cast<uint32_t>(std::size(file)));
+    const char16_t* const end = file + lq::chars::Length(file);
+    const char16_t* first = end;
+    while (first != file && first[-1] != u'/') {
+        --first;
+    }
+    const char16_t* last = end;
+    while (last != first && *last != u'.') {
+        --last;
+    }
+    CopyName(name, first, last == first ? end : last);
+}
+
+HINSTANCE LoadResourceLibrary(HINSTANCE module) {
+    const uint32_t codePage = ReadCodePage();
+    Name baseName;
+    GetBaseName(module, baseName);
+    CLQString formatted;
+    formatted.Format(u"%s_RC_%d.dll", baseName, static_cast<int32_t>(codePage));
+    Name name;
+    CopyName(name, formatted, formatted + formatted.GetLength());
+    return AfxLoadLibrary(name);
+}
+
+int Attach(HINSTANCE module) {
+    if (!AfxInitExtensionModule(extension, module)) {
+        return 0;
+    }
+    new CDynLinkLibrary(extension);  // the framework's
+    resourceLibrary = LoadResourceLibrary(module);
+    return 1;
+}
+
+void Detach() {
+    if (resourceLibrary) {
+        AfxFreeLibrary(resourceLibrary);
+        resourceLibrary = nullptr;
+    }
+    AfxTermExtensionModule(extension);
+}
+
+__attribute__((constructor)) void OnLoad() {
+    LqDataEntry(&ownModule, LQ_PROCESS_ATTACH, nullptr);
+}
+
+__attribute__((destructor)) void OnUnload() {
+    LqDataEntry(&ownModule, LQ_PROCESS_DETACH, nullptr);
+}
+
+}  // namespace
+
+uint32_t NS_LQ_DATA::GetDLLVersion() {
+    return kInterfaceVersion;
+}
+
+int LqDataEntry(HINSTANCE module, uint32_t reason, void*) {
+    if (reason == LQ_PROCESS_ATTACH) {
+        return Attach(module);
+    }
+    if (reason == LQ_PROCESS_DETACH) {
+        Detach();
+    }
+    return 1;
+}
+
+CResourceSwitch::CResourceSwitch() : saved_(AfxGetResourceHandle()) {
+    AfxSetResourceHandle(resourceLibrary);
+}
+
+CResourceSwitch::~CResourceSwitch() {
+    AfxSetResourceHandle(saved_);
+}
+
+const char16_t* GetResString(unsigned int id) {
+    static CLQString ring[kRingSize];
+    static int32_t index = 0;
+    index = (index + 1) % kRingSize;
+    CLQString& text = ring[index];
+    int loaded = 0;
+    {
+        const CResourceSwitch libraryFirst;
+        loaded = text.LoadStringW(id);
+    }
+    if (!loaded) {
+        text.LoadStringW(id);
+    }
+    return text;
+}

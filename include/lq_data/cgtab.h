@@ -1,0 +1,533 @@
+// The code-generation tables: the record file, and the set of ten tables kept in such files.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_base.h"
+#include "lq_data/export.h"
+#include "lq_data/memory.h"
+#include "lq_data/pouh.h"
+#include "lq_data/scanner.h"
+#include "lq_data/types.h"
+
+class CPouRef;
+class HashTable;
+
+// ---------------------------------------------------------------------------------------------
+// Record file
+// ---------------------------------------------------------------------------------------------
+
+// A growable byte file held in memory, in blocks of equal size reached through a ring of nodes.
+// Beside the operations of a low-level file it opens gaps, deletes in the middle and compares in
+// place. It never holds a hole: seeking past the end is refused.
+//
+// Invariants (R_FILE::Check verifies them):
+//  1. The nodes form a ring; the first node follows the last. An open file has a first block.
+//  2. The block that the end position names exists, even when no byte lies in it; nothing exists
+//     behind it.
+//  3. Every position's offset is below the block size.
+//  4. 0 <= current position <= length.
+//  5. The n-th node of the ring lies in the n-th place of the chunks.
+//
+// All positions and sizes are in bytes. `whence` is 0 (start), 1 (current position) or 2 (end).
+// When memory is short, growth fails and the file keeps its length and content.
+class LQ_DATA_API R_FILE {
+  public:
+    // The argument of Cmp.
+    struct CMP_TYP {
+        const void* data;
+        uint32_t len;   // bytes to compare
+        int32_t total;  // bytes that the position advances by in any case
+        int nocase;     // non-zero ignores the case of ASCII letters, byte by byte
+    };
+
+    // The file is open and empty afterwards, or not open when memory is short or the block size is
+    // 0.
+    explicit R_FILE(uint32_t blockSize = 256);
+    ~R_FILE();
+    R_FILE(const R_FILE&) = delete;
+    R_FILE& operator=(const R_FILE&) = delete;
+
+    int IsOpen() const { return blockSize_ != 0 ? 1 : 0; }
+    // Whether the last destruction of any record file tore it down; 1 before the first.
+    static int IsClosed() { return bClosed; }
+    // Block slots of a node.
+    static uint16_t BlCnt() { return 15; }
+
+    // The new position; -1 and no change when it lies outside 0 to the length.
+    int32_t Lseek(int32_t offset, int whence);
+    int32_t Tell() const { return cur_.pos; }
+    int Eof() const { return cur_.pos == end_.pos ? 1 : 0; }
+    int32_t Filelength() const { return end_.pos; }
+
+    // Copies at most `n` bytes to `buf` and passes over them; returns how many.
+    uint32_t Read(void* buf, uint32_t n);
+    // Writes `n` bytes, growing the file as needed; returns n, or 0 when it cannot grow.
+    uint32_t Write(const void* buf, uint32_t n);
+    // Insert, then Write; 0 when the insertion failed.
+    uint32_t InsWrite(const void* buf, uint32_t n);
+
+    // 0, or -1 and no change.
+    int Insert(int32_t n);     // opens a gap of unspecified content at the current position
+    int Delete(int32_t n);     // removes n bytes at the current position
+    int Chsize(int32_t size);  // not below the current position; growth reads as 0
+
+    // Compares c.len bytes at the current position and moves it c.total bytes on. `*result` is
+    // below, equal to or above 0 as c.data is to the file; it keeps its value when nothing is
+    // compared. 0; or -1 and no change when fewer than c.total bytes remain or c.len exceeds
+    // c.total.
+    int Cmp(const CMP_TYP& c, int* result);
+
+    // The bytes readable at `p` without crossing a block: moves behind them and returns their
+    // number, 0 at the end. They stay readable until the file changes.
+    uint32_t BlRead(const void*& p);
+
+    LQ_ALLOCATED
+
+  private:
+    friend struct RecordFileTestAccess;
+
+    static constexpr uint32_t kSlots = 15;
+    static constexpr uint32_t kChunks = 28;  // enough for 2^31 blocks of one byte
+
+    struct NODE {
+        unsigned char* block[kSlots];  // null behind the end position's block
+        NODE* next;
+    };
+
+    // A position: where it is, and the block that holds it.
+    struct POS_TYP {
+        int32_t pos;
+        NODE* node;
+        uint16_t idx;
+        uint32_t off;
+    };
+
+    static NODE*& NextPNode(NODE* node) { return node->next; }
+
+    // Splits a position, 0 to the length, into node, slot and offset.
+    POS_TYP Locate(int32_t pos) const;
+    // The node of that number, counted from 0 along the ring.
+    NODE* FindNode(uint32_t number) const;
+    uint32_t BlockNumber(const POS_TYP& p) const {
+        return static_cast<uint32_t>(p.pos) / blockSize_;
+    }
+    uint32_t NodeNumber(const POS_TYP& p) const { return BlockNumber(p) / kSlots; }
+
+    // Move `p` forward and backward; the blocks on the way exist.
+    static void _add_size(POS_TYP& p, uint32_t n, uint32_t blockSize);
+    void _sub_size(POS_TYP& p, uint32_t n) const { p = Locate(p.pos - static_cast<int32_t>(n)); }
+
+    static unsigned char*& BlockAt(const POS_TYP& p) { return p.node->block[p.idx]; }
+    static unsigned char* BytesAt(const POS_TYP& p) { return BlockAt(p) + p.off; }
+    uint32_t RoomAt(const POS_TYP& p) const { return blockSize_ - p.off; }
+    uint32_t Rest() const { return static_cast<uint32_t>(end_.pos - cur_.pos); }
+
+    // Sets the length; 0, or -1 and no change. Growth reads as 0 only when `zero` is non-zero.
+    int _chsize(int32_t size, int zero);
+    int Grow(uint32_t n, bool zero);
+    void Shrink(int32_t size);
+
+    // Adds the block behind the end position's, in a new node if need be. False, and no change,
+    // when memory is short.
+    bool AppendBlock();
+    NODE* NewNode(uint32_t number);
+    static void ReleaseBlocks(NODE* node, uint32_t firstSlot);
+    // Releases the chunks that hold none of the first `nodeCount` nodes.
+    void ReleaseChunks(uint32_t nodeCount);
+
+    // Whether n bytes at the current position are a few whole blocks, which RotateBlocks can move.
+    bool AreFewBlocks(int32_t n) const;
+    void RotateBlocks(const POS_TYP& first, uint32_t count, bool up);
+    void MoveUp(POS_TYP from, POS_TYP to, uint32_t count);
+    void MoveDown(POS_TYP from, POS_TYP to, uint32_t count);
+    static void MovePiece(const POS_TYP& from, const POS_TYP& to, uint32_t size);
+
+    // Whether the invariants hold; for tests.
+    bool Check() const;
+
+    static int bClosed;
+
+    uint32_t blockSize_ = 0;  // 0: not open
+    POS_TYP cur_ = {};
+    POS_TYP end_ = {};  // its `pos` is the length
+
+    // Where the nodes lie: the k-th chunk has room for 2^k of them, so that a node is found by its
+    // number and never moves. Null for the chunks behind the one of the end position's node.
+    NODE* chunks_[kChunks] = {};
+};
+
+// ---------------------------------------------------------------------------------------------
+// Instances to be laid out later
+// ---------------------------------------------------------------------------------------------
+
+// An instance of a structured type or function block that CgTab recorded.
+struct LQ_DATA_API POU_INST {
+    POU_INST() = default;
+    ~POU_INST() { delete init; }
+    POU_INST(const POU_INST&) = delete;
+    POU_INST& operator=(const POU_INST&) = delete;
+
+    DUVMemberInit_C* init = nullptr;  // owned; the instance's member initialisations, or null
+    POU_INST* next = nullptr;
+    int32_t pos = 0;         // of the descriptor to patch, in the table that `kind` names
+    char16_t name[33] = {};  // the declared name, cut to 32 characters
+    uint32_t kind = 0;       // 2: an instance declared in a unit; 9: an array of structures
+
+    LQ_ALLOCATED
+};
+
+// The caller's list of types with recorded instances: a chain of entries whose first one the caller
+// makes. Destroying the first entry releases the chain and all instances.
+struct LQ_DATA_API POU_LIST {
+    POU_LIST() = default;
+    ~POU_LIST();
+    POU_LIST(const POU_LIST&) = delete;
+    POU_LIST& operator=(const POU_LIST&) = delete;
+
+    POU_LIST* next = nullptr;
+    uint32_t count = 0;  // instances recorded
+    POU_INST* first = nullptr;
+    POU_INST* last = nullptr;
+    char16_t typeName[33] = {};  // cut to 32 characters
+
+    LQ_ALLOCATED
+};
+
+// ---------------------------------------------------------------------------------------------
+// The table set
+// ---------------------------------------------------------------------------------------------
+
+// The tables that a compiler fills while it translates a project and reads while it generates code.
+//
+// Each table is a record file of variable-length lines. A line is known by its position, the byte
+// offset of its length field in its table; positions link the tables. Tables 0 to 8 end every line
+// in a user area of a fixed size that the caller chooses per table: the library never looks into
+// it. Tables 1 to 6 are found through hash indexes, built from the lines on first use.
+//
+// A table has a current position, which its operations move. After a read with `keepAtUser`, after
+// an append to a table with a user area, and until the table moves again, the table stands at the
+// line's user area: the Write without a position then writes there.
+//
+// The set belongs to one thread. All sets of the process share one scanner for declaration texts.
+//
+// Operations return the position of a line, or -1; or 1 for success and 0 for failure. Memory that
+// runs out is a failure as any other: what was appended before it stays.
+class LQ_DATA_API CgTab {
+  public:
+    enum TAB_ID : int32_t {
+        TAB_DBG = 0,  // debug records
+        TAB_POU = 1,  // program organisation units
+        TAB_CMP = 2,  // components of units, in one section a unit
+        TAB_GLB = 3,  // global variables
+        TAB_ADR = 4,  // direct addresses
+        TAB_CST = 5,  // constants
+        TAB_LBL = 6,  // labels of jumps
+        TAB_TMP = 7,  // temporaries
+        TAB_DMM = 8,  // other names
+        TAB_ARR = 9,  // array descriptors; no user area
+        TAB_COUNT = 10,
+    };
+    // Tables with a user area: all but the last.
+    static constexpr int32_t kUserTables = 9;
+    // Capacity of a name in a record. Longer names lie in the tables whole and are found whole; a
+    // record shows their first 32 characters.
+    static constexpr int32_t kNameSize = 33;
+
+    // --- Records: what a line says -----------------------------------------------------------
+    // Texts behind pointers belong to the set and stay valid until its next read.
+
+    struct DBG_INFO {
+        const unsigned char* data;
+        uint8_t len;
+    };
+
+    // The caller's; stored and returned unchanged.
+    struct POU_INFO {
+        unsigned char bytes[20];
+    };
+
+    struct POU_LINE {
+        char16_t name[kNameSize];
+        POU_INFO info;
+    };
+
+    struct ArrDsc {
+        ArrInfo* info;     // of a read line: the set's own description, valid until its next read
+        uint32_t elemDsc;  // of element types 15, 52 and 53: string length or stored descriptor
+    };
+
+    // By IEC_TYPE: `strLen` of STRING, `arr` of ARRAY, `dsc` of structures and function blocks.
+    union TYP_DSC {
+        uint32_t strLen;
+        ArrDsc arr;
+        uint32_t dsc;
+    };
+
+    struct CMP_LINE {
+        char16_t name[kNameSize];
+        uint32_t scope;   // DECL_SCOPE
+        int32_t adrLine;  // in table 4, or -1
+        IEC_TYPE type;
+        TYP_DSC dsc;
+        int32_t cstLine;  // in table 5, or -1
+        uint32_t count;
+    };
+    struct GLB_LINE {
+        char16_t name[kNameSize];
+        uint32_t scope;
+        int32_t adrLine;
+        IEC_TYPE type;
+        TYP_DSC dsc;
+        int32_t cstLine;
+        uint32_t count;
+    };
+
+    struct ADR_LINE {
+        uint32_t location;  // tagLocation
+        uint32_t size;      // tagSize
+        const char16_t* text;
+        uint32_t count;
+    };
+
+    struct CstLine {
+        const char16_t* text = nullptr;
+        Val val;
+        uint32_t count = 0;
+    };
+
+    // 1 marks the definition of a label, any other value a reference.
+    using LBL_INFO = uint32_t;
+    static constexpr LBL_INFO kLabelDefinition = 1;
+
+    struct LBL_LINE {
+        char16_t name[kNameSize];
+        LBL_INFO info;
+        uint32_t count;
+    };
+
+    struct TMP_LINE {
+        const char16_t* name;
+        IEC_TYPE type;
+        TYP_DSC dsc;
+        uint8_t tag;
+        uint32_t count;
+    };
+
+    struct DMM_LINE {
+        const char16_t* name;
+        uint32_t count;
+    };
+
+    // A search range: a hit begins at or behind `start` and before `end`. `lines` bounds how many
+    // lines a table without an index examines.
+    struct POS_DSC {
+        int32_t start;
+        int32_t end;
+        int32_t lines;
+    };
+    static constexpr POS_DSC kWholeTable = {0, 2147483647, 2147483647};
+
+    // --- Construction, positions -------------------------------------------------------------
+
+    // `usrLen`: the sizes of the user areas of tables 0 to 8; null for none. `ok` becomes 1, or 0
+    // when memory is short: the set is then only to be destroyed.
+    CgTab(int& ok, uint32_t (*usrLen)[kUserTables]);
+    ~CgTab();
+    CgTab(const CgTab&) = delete;
+    CgTab& operator=(const CgTab&) = delete;
+
+    // Moves a table to a position between 0 and its length.
+    int SetPos(TAB_ID id, int32_t pos);
+    // 1 when the table stands at its end.
+    int End(TAB_ID id);
+    // Empties a table and drops its index.
+    int Clear(TAB_ID id);
+
+    // --- Reading -----------------------------------------------------------------------------
+    // Reads the line at `pos`, or at the current position when `pos` is -1 or absent, and moves
+    // `pos` to the next line (-1 stays). `usr`, when given, receives the user area. 1; or 0 at the
+    // end of the table and for every failure, the table and `pos` then at 0. A line without room
+    // for its user area gives 0 and moves nothing.
+
+    int Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, POU_LINE& line, int keepAtUser, void* usr);
+    // Of a reference to a global, the type, address and constant are those of the global.
+    int Read(int32_t& pos, CMP_LINE& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, GLB_LINE& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, ADR_LINE& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, CstLine& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, LBL_LINE& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, TMP_LINE& line, int keepAtUser, void* usr);
+    int Read(int32_t& pos, DMM_LINE& line, int keepAtUser, void* usr);
+
+    template <typename Line>
+    int Read(Line& line, int keepAtUser, void* usr) {
+        curPos = -1;
+        return Read(curPos, line, keepAtUser, usr);
+    }
+
+    // Writes the user area of the line at `pos` and moves `pos` to the next line (-1: of the
+    // current line).
+    int Write(TAB_ID id, int32_t& pos, const void* usr);
+    int Write(TAB_ID id, const void* usr);
+
+    // --- Searching ---------------------------------------------------------------------------
+    // The position of the line found, at which the table then stands; or -1. A record or buffer
+    // that is given receives the line, and the table then stands behind it; when that fails the
+    // result is -1. `inc` non-zero counts one use, where the table counts uses.
+
+    // The first line whose user area equals the bytes at `data`, from the current position or, with
+    // `rewind`, from the start. The table then stands behind that line.
+    int32_t Look(TAB_ID id, const void* data, int rewind);
+    // `usr`, when given, receives the user area.
+    int32_t Look(const DBG_INFO& info, void* usr);
+    int32_t Look(const char16_t* name, POU_LINE* line, int inc);
+    int32_t Look(POS_DSC range, const char16_t* name, CMP_LINE* line, int inc);
+    int32_t Look(const char16_t* name, GLB_LINE* line, int inc);
+
+    // --- Insertion ---------------------------------------------------------------------------
+    // The position of the line, found or appended; or -1.
+
+    int32_t Insert(const DBG_INFO& info);  // always appends
+    int32_t Insert(Address adr);
+    // A literal without text counts as one with the empty text.
+    int32_t Insert(Lit& lit);
+    // A label's definition, once; or a reference to it, which counts.
+    int32_t Insert(const char16_t* name, LBL_INFO info);
+    // A temporary; entering it again counts and replaces the tag.
+    int32_t Insert(const char16_t* name, IEC_TYPE type, const TYP_DSC& dsc, unsigned char tag);
+    // Another name; entering it again counts.
+    int32_t Insert(const char16_t* name);
+    // A global variable, decoded from a declaration of a global or external section. The address,
+    // array and constant lines are entered first and stay even when the global exists already or
+    // cannot be entered.
+    int32_t Insert(DECL_TYP* decl);
+    // Brings the reference count of the label at `pos` to 0.
+    int ResetJumps(int32_t pos);
+
+    // Units come through an image only: each of these returns -1 and changes nothing.
+    int32_t Insert(const char16_t* name, POU_INFO& info, uint16_t attr, int* out);
+    int32_t Insert(const char16_t* name, POU_INFO& info, int* out);
+    int32_t Insert(CPouRef* pou, POU_INFO& info, uint16_t attr, int* out);
+    int32_t Insert(CPouRef* pou, POU_INFO& info, int* out);
+    int32_t MarkPouDeleted(const char16_t* name, uint16_t attr);
+    int32_t MarkGlobalsDeleted(uint16_t attr);
+
+    // --- Images ------------------------------------------------------------------------------
+    // The image of the set is, for each table from 0 to 9, its length (32 bits, little-endian) and
+    // its bytes. It carries no user area sizes: a set that restores it was made with the same ones.
+
+    // A short write or read gives 0; the tables done so far stay.
+    int Save(STREAM_A& s);
+    // Into a new set or one whose tables were cleared: nothing is cleared here.
+    int Restore(STREAM_A& s);
+    // One table without its length. Both return the number of bytes transferred. Get writes at the
+    // table's current position and does not touch its index.
+    int32_t Put(TAB_ID id, STREAM_A& s);
+    int32_t Get(TAB_ID id, STREAM_A& s, int32_t n);
+    // The user areas of a table, in line order. The number of bytes; or -1, and the table is empty
+    // then.
+    int32_t PutUsr(TAB_ID id, STREAM_A& s);
+    int32_t GetUsr(TAB_ID id, STREAM_A& s);
+    // 1 when all ten tables are empty.
+    int IsTableEmpty();
+
+  protected:
+    int32_t MarkPouDeleted(int32_t pos, uint16_t attr, int flag);
+
+  private:
+    friend class CgTabAccess;
+
+    struct LookTyp;
+    struct Line;
+    struct LineBody;
+    struct DECL_ASCII;
+    struct ComponentWalk;
+    class LineBuffer;
+
+    struct TABLE {
+        R_FILE* file = nullptr;
+        uint32_t usrLen = 0;
+    };
+
+    void CgTabClose();
+    R_FILE* handle_(TAB_ID id) const;
+    uint32_t UsrLen_(TAB_ID id) const;
+    void SetUsr_(TAB_ID id);
+    void ResUsr_(TAB_ID id);
+    bool UsrSet_(TAB_ID id) const;
+    bool UsrRes_(TAB_ID id) const { return !UsrSet_(id); }
+    bool SeekTo(TAB_ID id, int32_t pos);
+
+    // Lines to records.
+    bool ReadLine(TAB_ID id, int32_t& pos, LineBuffer& buf, unsigned mode);
+    int FailRead(TAB_ID id, int32_t& pos);
+    template <typename Record>
+    int ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr);
+    bool SplitLine(TAB_ID id, const LineBuffer& buf, LineBody& body) const;
+    const char16_t* KeepText(const LineBody& body);
+    bool GetTypeDsc(IEC_TYPE type, LineBody& body, TYP_DSC& dsc);
+    bool Decode(LineBody& body, DBG_INFO& line);
+    bool Decode(LineBody& body, POU_LINE& line);
+    bool Decode(LineBody& body, CMP_LINE& line);
+    bool Decode(LineBody& body, GLB_LINE& line);
+    bool Decode(LineBody& body, ADR_LINE& line);
+    bool Decode(LineBody& body, CstLine& line);
+    bool Decode(LineBody& body, LBL_LINE& line);
+    bool Decode(LineBody& body, TMP_LINE& line);
+    bool Decode(LineBody& body, DMM_LINE& line);
+    int32_t Insert(const ArrDsc& a);
+    int Read(int32_t& pos, ArrDsc& a);
+    bool SetUsrPos(TAB_ID id, int32_t* pos);
+    template <typename Transfer>
+    int32_t WalkUserAreas(TAB_ID id, Transfer transfer);
+
+    // Search.
+    static bool TransLookDcr(LookTyp& look, uint32_t& len, int& nocase);
+    int32_t LookLine(TAB_ID id, POS_DSC range, LookTyp& look, int inc);
+    int32_t LookLine(TAB_ID id, LookTyp& look, int inc);
+    int32_t WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, uint32_t len,
+                      int nocase, int inc);
+    int32_t LookIndex(TAB_ID id, const POS_DSC& range, const LookTyp& look, int inc);
+    bool CountUse(TAB_ID id, int32_t pos, int inc);
+    int IsTableHashed(TAB_ID id) const;
+    int CreateHashTable(TAB_ID id);
+    int ClearHashTable(TAB_ID id);
+    template <typename Record>
+    int32_t LookName(TAB_ID id, POS_DSC range, const char16_t* name, Record* line, int inc);
+
+    // Insertion.
+    int32_t AppendLine(TAB_ID id, Line& line);
+    bool EnterIndex(TAB_ID id, const Line& line, int32_t pos);
+    int32_t LookOrAppend(TAB_ID id, Line& line);
+    bool ReplaceByte(TAB_ID id, int32_t linePos, uint32_t offset, unsigned char& byte);
+    int32_t InsertConstant(const char16_t* text, Val& val);
+    int32_t InsertGlobalFBorDUT(DECL_ASCII* decl, POU_INFO& info, uint16_t attr);
+
+    // Declarations.
+    bool GetDecl(const DECL_TYP* decl, DECL_ASCII& out);
+    bool GetTypeAndValue(const DECL_TYP* decl, uint32_t kind, DECL_ASCII& out);
+    int32_t Insert(DECL_TYP* decl, DECL_ASCII& d);
+    int32_t Insert(DECL_ASCII& d);
+    int AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_DSC& range, int count);
+    bool AppendSection(FLIST* decls, ComponentWalk& walk);
+    bool AppendComponent(DECL_ASCII& d, ComponentWalk& walk);
+    int32_t InsertInitialValue(DECL_ASCII& d, const ComponentWalk& walk);
+
+    HashTable* hash[kUserTables] = {};
+    int32_t curPos = 0;
+    TABLE tab[kUserTables];
+    R_FILE* arrFile = nullptr;
+    uint16_t usrFlags = 0;        // one user position flag a table
+    char16_t* longBuf = nullptr;  // names of more than 64 characters
+    ArrInfo arrInfo;              // the array descriptor decoded last
+    alignas(2) unsigned char shortBuf[256] = {};
+};
+
+// Releases the scanner that all table sets share; the next set constructed makes it again. Only
+// while no set is in use.
+LQ_DATA_API void CgTab_ReleaseTokenScanner();
+
+// 1 when table 1 has no unit of that name and the project model reports that it calls itself.
+LQ_DATA_API int CgTab_IsRecursivPOU(CgTab* tab, const char16_t* name);

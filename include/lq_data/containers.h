@@ -1,0 +1,591 @@
+// The containers: generic lists, paired lists, and the hash table of 16-bit texts.
+//
+// Nothing here is locked; an object is used by one thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "lq_data/export.h"
+#include "lq_data/memory.h"
+#include "lq_framework.h"
+
+class FLIST;
+
+namespace lq::containers {
+
+struct ListAccess;       // the library's and the tests' way to the private parts of lists
+struct HashTableAccess;  // the tests' way to those of hash tables
+
+// The bytes that the owner of a list or of a paired list keeps with it; zero at first. Sizes up to
+// a pointer's are held in place, larger ones in a block.
+class LQ_DATA_API UserData {
+  public:
+    UserData() = default;
+    ~UserData() { Resize(0); }
+    UserData(const UserData&) = delete;
+    UserData& operator=(const UserData&) = delete;
+
+    // Zero bytes in the new number; false and size 0 when memory is short.
+    bool Resize(uint32_t size);
+    uint32_t Size() const { return size_; }
+    const unsigned char* Bytes() const { return IsInPlace() ? area_.bytes : area_.block; }
+    // Copies Size() bytes in or out; false when there are bytes to copy and the other side is null.
+    bool Set(const void* from);
+    bool Get(void* to) const;
+    // Below, equal to or above zero, over Size() bytes; what `other` lacks counts as 0.
+    int Compare(const UserData& other) const;
+
+  private:
+    static constexpr uint32_t kInPlace = sizeof(void*);
+
+    bool IsInPlace() const { return size_ <= kInPlace; }
+    unsigned char* Area() { return IsInPlace() ? area_.bytes : area_.block; }
+
+    uint32_t size_ = 0;
+    union {
+        unsigned char bytes[kInPlace];
+        unsigned char* block;
+    } area_ = {};
+};
+
+}  // namespace lq::containers
+
+// ---------------------------------------------------------------------------------------------
+// Generic lists
+// ---------------------------------------------------------------------------------------------
+
+// How an element is stored, copied, compared and freed. Values beyond the last one have elements
+// of size 0 that rank above any key.
+enum LIST_ELEMENT_TYPE : uint32_t {
+    LET_MEMORY = 0,      // bytes of the size given at creation; memcmp
+    LET_UNSIGNED_1 = 1,  // 32-bit values
+    LET_STRING = 2,      // an owned copy of a text; by 16-bit units
+    LET_UNSIGNED_3 = 3,
+    LET_UNSIGNED_4 = 4,
+    LET_LIST = 5,       // an FLIST*, not owned; by the lists' user data
+    LET_UNORDERED = 6,  // 4 bytes that rank above any key
+    LET_UNSIGNED_7 = 7,
+    LET_SIGNED_8 = 8,
+    LET_UNSIGNED_9 = 9,
+    LET_SIGNED_10 = 10,
+    LET_SIGNED_11 = 11,
+    LET_CHAR = 12,           // one signed byte
+    LET_STRING_NOCASE = 13,  // an owned copy of a text; by upper-case forms
+};
+
+// Every operation that addresses an element takes one argument of this type: a position code
+// (LC_...), or a function that is called element by element. `element` and `key` are the text
+// itself for the text types, the address of the bytes otherwise; `param` is the operation's.
+//
+//   Call                             position       element    key      result
+//   find, per element                index from 1   element    key      1: this is the element
+//   insertion, per element           index from 1   element    key      1: insert before it
+//   insertion, behind the last       0              null       null     1: append, else nothing
+//   Foreach, per element             call from 1    element    null     0: stop
+//   Foreach of an empty list         0              null       null     ignored
+//   SortElementOfList                0              A          B        > 0: A belongs behind B
+//
+// A function may remove the element that Foreach hands it; beyond that it leaves the list alone.
+using LIST_CALLBACK = int (*)(FLIST* list, uint32_t position, void* element, void* key,
+                              int32_t param);
+
+namespace lq::containers {
+
+// The position codes as numbers.
+enum class Code : std::uintptr_t {
+    kRewind = 0,
+    kAtIndex = 3,
+    kPrev = 4,
+    kNext = 5,
+    kFirst = 6,
+    kLast = 7,
+    kNotLess = 8,
+    kEqual = 9,
+};
+
+inline Code CodeOf(LIST_CALLBACK callback) {
+    return static_cast<Code>(reinterpret_cast<std::uintptr_t>(callback));
+}
+
+// The one test that tells a function from a code. 1 and 2 are neither: they find nothing.
+inline bool IsFunction(LIST_CALLBACK callback) {
+    return CodeOf(callback) > Code::kEqual;
+}
+
+}  // namespace lq::containers
+
+// Position codes. LC_NOT_LESS and LC_EQUAL compare `param` bytes of LET_MEMORY elements; 0 or more
+// than the element size means the whole element.
+//
+// Nothing; the position becomes before-first.
+inline const LIST_CALLBACK LC_REWIND = nullptr;
+// The element at the index `param`.
+inline const LIST_CALLBACK LC_AT_INDEX =
+    reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kAtIndex);
+// The element before the current one, from before-first the last; behind the current one.
+inline const LIST_CALLBACK LC_PREV = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kPrev);
+inline const LIST_CALLBACK LC_NEXT = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kNext);
+inline const LIST_CALLBACK LC_FIRST = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kFirst);
+inline const LIST_CALLBACK LC_LAST = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kLast);
+// The first element from the start that is not less than the key.
+inline const LIST_CALLBACK LC_NOT_LESS =
+    reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kNotLess);
+// The next element behind the current one, round the ring, that equals the key; the current
+// element itself is not compared.
+inline const LIST_CALLBACK LC_EQUAL = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kEqual);
+
+// A pool of nodes, handed out of blocks; at the same time the body of an FLIST.
+//
+// Invariants (Check verifies them):
+//  1. Every node of every block is either handed out or in the free chain.
+//  2. GetCount() is the number of nodes handed out.
+class LQ_DATA_API CGList : public CObject {
+    LQ_DECLARE_DYNAMIC(CGList)
+  public:
+    struct CNode {
+        CNode* next;
+        CNode* prev;
+
+        // The data area, aligned for any object of the data size.
+        void* Data() { return this + 1; }
+        const void* Data() const { return this + 1; }
+    };
+
+    // Nodes with 4 data bytes. `blockSize` is in nodes; below 1 it counts as 1.
+    explicit CGList(int blockSize);
+    // Nodes with `dataSize` data bytes, taken as unsigned. The pool makes no use of `type`.
+    CGList(int dataSize, int type, int blockSize);
+    ~CGList() override;
+    CGList(const CGList&) = delete;
+    CGList& operator=(const CGList&) = delete;
+
+    // A pool with blocks of 20 nodes; null when memory is short.
+    static CObject* CreateObject();
+
+    // A node with these links and zero data; null and no change when memory is short. Valid until
+    // it is freed or the pool forgets its nodes. The neighbours' links are the caller's.
+    virtual CNode* NewNode(CNode* prev, CNode* next);
+    CNode* AllocListElement() { return NewNode(nullptr, nullptr); }
+    // Takes a node back for reuse, last in, first out. Null is allowed.
+    void FreeNode(CNode* node);
+    void FreeListElement(CNode* node) { FreeNode(node); }
+    // Forgets all nodes and frees every block, without a look at the data. A list's body is no
+    // list any more afterwards.
+    void RemoveAll();
+
+    static CNode* GetNextPosition(const CNode* node) { return node->next; }
+    static CNode* GetPrevPosition(const CNode* node) { return node->prev; }
+    uint32_t GetCount() const { return nodeCount_; }
+    int IsEmpty() const { return nodeCount_ == 0 ? 1 : 0; }
+    int IsListCreated() const { return magic_ == kMagic ? 1 : 0; }
+
+  private:
+    friend class FLIST;
+    friend struct lq::containers::ListAccess;
+
+    static constexpr uint32_t kMagic = 0x13DF4;
+
+    // The head of a block; its nodes follow.
+    struct BLOCK {
+        BLOCK* next;
+        uint32_t count;
+        uint32_t zero;
+    };
+
+    std::size_t NodeBytes() const;
+    // Whether a node is free, after taking a block if need be.
+    bool Reserve();
+    bool Check() const;
+
+    uint32_t magic_ = 0;
+    CNode* head_ = nullptr;  // the sentinel of the ring; its index is 0
+    uint32_t count_ = 0;     // elements
+    LIST_ELEMENT_TYPE type_ = LET_MEMORY;
+    uint32_t elementSize_ = 0;
+    uint32_t index_ = 0;  // of the current element; 0: before the first
+    CNode* current_ = nullptr;
+    LIST_CALLBACK defaultCallback_ = nullptr;
+    lq::containers::UserData userData_;
+    uint32_t nodeCount_ = 0;
+    CNode* free_ = nullptr;
+    BLOCK* blocks_ = nullptr;
+    uint32_t blockSize_;
+    uint32_t dataSize_;
+};
+
+// A list: a doubly linked ring of typed elements with a cursor (the current position).
+//
+// A value or key is the text itself (const char16_t*) for the text types, otherwise the address of
+// the element's bytes: a list of pointers takes the address of a variable that holds the pointer.
+// A slot is where the element's data lies in its node: the text pointer for the text types,
+// otherwise the bytes. It stays valid until the element is removed; a text until it is overwritten.
+//
+// The list owns its nodes and its texts, never what a LET_MEMORY or LET_LIST element points to.
+//
+// Operations return the 1-based index of the element they acted on, 0 for none; every successful
+// find and insertion makes that element the current one. A list without a body is invalid: every
+// operation on it gives 0. Finding nothing leaves the position as it was.
+//
+// Memory: an insertion that gets no node gives 0 and changes nothing. One that cannot copy its text
+// still counts: the element holds no text. A write that cannot copy its text gives 0, and the
+// element holds no text.
+//
+// Invariants (Check verifies them):
+//  1. The ring from the head through all elements is linked alike in both directions.
+//  2. The ring holds the counted number of elements; the pool has handed out one node more.
+//  3. The current node is the one at the current index, the head at index 0.
+class LQ_DATA_API FLIST : public CObject {
+    LQ_DECLARE_DYNAMIC(FLIST)
+  public:
+    FLIST() = default;
+    // Releases what Destroy releases.
+    ~FLIST() override;
+    FLIST(const FLIST&) = delete;
+    FLIST& operator=(const FLIST&) = delete;
+
+    // A list without a body; null when memory is short.
+    static CObject* CreateObject();
+
+    // Destroys the body if there is one and builds another. There is none afterwards when the
+    // element size does not fit the type, or when memory is short. LET_MEMORY takes any size; the
+    // other types take 0 or their own size, those that hold a pointer also 4. User data may have
+    // any size. Always 0.
+    virtual int Create(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
+                       LIST_CALLBACK defaultCallback);
+    // Empties the list and deletes its body; always 0.
+    virtual int Destroy();
+    // Deletes the body without a look at the elements: texts become the caller's.
+    void FreeList();
+
+    CGList* GetList() const { return body_; }
+    uint32_t Cardinality() const;
+    // 1; 0 for an invalid list, or when there is user data and the other side is null.
+    int SetUserData(const void* from);
+    int GetUserData(void* to) const;
+
+    // Where the new element goes:
+    //   LC_REWIND    nowhere; 0
+    //   LC_AT_INDEX  before the element at index `param`; behind the last when there is none
+    //   LC_PREV      before the current element; behind the last when the position is before-first
+    //   LC_NEXT      behind the element that follows the current one (behind the first when the
+    //                position is before-first); behind the last when there is none
+    //   LC_FIRST     to the front
+    //   LC_LAST      behind the last
+    //   LC_NOT_LESS  before the first element not less than the key, else behind the last
+    //   LC_EQUAL     nowhere when an equal element is found: that one becomes current, and its
+    //                index is the result; else behind the last
+    //   a function   where it says (see LIST_CALLBACK)
+    // The result is the new element's index. A null value writes nothing: the element is zero.
+    uint32_t InsertElement(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
+    // Copies the found element to `out` unless that is null. A null key means the key is `out`.
+    uint32_t FindElement(void* out, const void* key, LIST_CALLBACK code, int32_t param);
+    // `slot`: the found element's, or null.
+    uint32_t Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t param);
+    // `*size`: the element size; for a text its characters with the terminator, 0 for no text.
+    // Unchanged when nothing is found or elements have no size.
+    uint32_t SizeOfElement(uint32_t* size, const void* key, LIST_CALLBACK code, int32_t param);
+    // Overwrites the found element. A null value writes nothing; a null key equals any element.
+    uint32_t WriteElement(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
+    // Removes the found element, copying it to `out` unless that is null. The search begins at
+    // before-first; the follower becomes current, or before-first when there is none.
+    uint32_t RemoveElement(void* out, const void* key, LIST_CALLBACK code, int32_t param);
+    int Clear();
+    // Walks from first to last (LC_NEXT) or back (LC_PREV) without moving the position; returns the
+    // number of calls.
+    uint32_t Foreach(LIST_CALLBACK direction, LIST_CALLBACK callback, int32_t param);
+    // Inserts all elements by `code` into a second list and takes that one's content: LC_FIRST
+    // reverses, LC_NOT_LESS sorts, LC_EQUAL drops elements that were found already. The count; 0
+    // and no change for other codes or when memory is short. The position is the last element, or
+    // before-first when elements were dropped.
+    uint32_t Sort(LIST_CALLBACK code, int32_t param);
+
+  private:
+    friend struct lq::containers::ListAccess;
+
+    using CNode = CGList::CNode;
+
+    struct PLACE {
+        CNode* node;  // null for none
+        uint32_t index;
+    };
+    // Result of an insertion: the element, new or found; null for none. Not complete when memory
+    // ran out for the node or for the text.
+    struct INSERTION {
+        CNode* node;
+        uint32_t index;
+        bool complete;
+    };
+
+    bool HasBody() const { return body_ && body_->IsListCreated(); }
+
+    void SetPosition(const PLACE& place) const;
+    void Rewind() const { SetPosition({body_->head_, 0}); }
+    PLACE Locate(const void* key, LIST_CALLBACK code, int32_t param);
+    PLACE LocateIndex(uint32_t index) const;
+    static PLACE Walk(CNode* node, uint32_t index, uint32_t steps, CNode* CNode::*link);
+    PLACE LocateNotLess(const void* key, uint32_t length) const;
+    PLACE LocateEqual(const void* key, uint32_t length) const;
+    PLACE LocateByFunction(const void* key, LIST_CALLBACK function, int32_t param);
+    PLACE Behind(const PLACE& place) const;
+    PLACE Seek(const void* key, LIST_CALLBACK code, int32_t param);
+
+    // Where a new element goes: the node that it precedes, and its own index.
+    PLACE PlaceOfNew(const void* key, LIST_CALLBACK code, int32_t param);
+    PLACE PlaceByFunction(const void* key, LIST_CALLBACK function, int32_t param);
+    PLACE End() const { return {body_->head_, body_->count_ + 1}; }
+    INSERTION Insert(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
+    INSERTION Link(const PLACE& place, const void* value);
+    void Unlink(CNode* node);
+
+    void TakeContent(FLIST& other);
+    uint32_t MergeExchange(LIST_CALLBACK comparer, int32_t param);
+    bool Check() const;
+
+    CGList* body_ = nullptr;
+};
+
+// The list behind a handle. Each call does what the member function of the same purpose does; a
+// handle that is null or without a body gives 0 and nothing happens.
+
+// The list is made even when Create refuses the arguments; null when memory is short.
+LQ_DATA_API FLIST* CreateList(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
+                              LIST_CALLBACK defaultCallback);
+// Destroys a list of CreateList, with or without a body; 1, 0 for null.
+LQ_DATA_API int DestroyList(FLIST* list);
+// Always 1.
+LQ_DATA_API int ClearList(FLIST* list);
+LQ_DATA_API uint32_t CardinalityOfList(FLIST* list);
+LQ_DATA_API int SetUserDataOfList(FLIST* list, const void* from);
+LQ_DATA_API int GetUserDataOfList(FLIST* list, void* to);
+LQ_DATA_API uint32_t NewElementOfList(FLIST* list, const void* value, const void* key,
+                                      LIST_CALLBACK code, int32_t param);
+// The key is the value.
+LQ_DATA_API uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code,
+                                         int32_t param);
+LQ_DATA_API uint32_t FindElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
+                                       int32_t param);
+// Iteration: LC_FIRST, then LC_NEXT until the result is 0.
+LQ_DATA_API uint32_t ListGet(FLIST* list, void*& slot, const void* key, LIST_CALLBACK code,
+                             int32_t param);
+LQ_DATA_API uint32_t SizeOfElementOfList(FLIST* list, uint32_t* size, const void* key,
+                                         LIST_CALLBACK code, int32_t param);
+LQ_DATA_API uint32_t WriteElementOfList(FLIST* list, const void* value, const void* key,
+                                        LIST_CALLBACK code, int32_t param);
+LQ_DATA_API uint32_t RemoveElementOfList(FLIST* list, void* out, const void* key,
+                                         LIST_CALLBACK code, int32_t param);
+LQ_DATA_API uint32_t ForeachElementOfList(FLIST* list, LIST_CALLBACK direction,
+                                          LIST_CALLBACK callback, int32_t param);
+// Sorts in place by `comparer`, or with LC_EQUAL by the comparison of the element type; not stable.
+// The position keeps its index. Returns the count; the other codes change nothing. 0 and no change
+// when memory is short.
+LQ_DATA_API uint32_t SortElementOfList(FLIST* list, LIST_CALLBACK comparer, int32_t param);
+
+// These address elements by node (CGList::CNode*), which stays the same until its element is
+// removed. `list` must hold the node.
+
+// Appends; the new node is current. Null for an invalid list or when memory is short.
+LQ_DATA_API void* AddListElement(FLIST* list, const void* value);
+// Inserts directly behind `afterNode` and returns the new node; the position is before-first. With
+// a null `afterNode` it is AddListElement.
+LQ_DATA_API void* AddListElementAt(FLIST* list, const void* value, void* afterNode);
+// Removes the node's element; the position is before-first.
+LQ_DATA_API void RemoveElementAt(FLIST* list, void* node);
+
+// ---------------------------------------------------------------------------------------------
+// Paired lists
+// ---------------------------------------------------------------------------------------------
+
+// A table of pairs in two parallel lists: pair i is element i of the first list with element i of
+// the second. As long as the lists are changed through the table only, the pairs stay aligned,
+// whatever fails.
+//
+// `first` and `second` are values or keys of their list's element type. `column` selects the list
+// that LC_NOT_LESS, LC_EQUAL and functions search, 1 or 2, any other giving 0; functions are called
+// with param 0. For LC_AT_INDEX to LC_LAST it is the `param` (the index). An operation that finds
+// its pair in one list goes to the same index of the other. LC_EQUAL searches from the start.
+//
+// Every operation on an invalid table, or on one with a list that could not be built, gives 0 and
+// does nothing, the release and the user data aside.
+struct _ASSAY {
+    static constexpr uint32_t kMagic = 0x3690;
+
+    uint32_t magic = kMagic;
+    FLIST* list1 = nullptr;
+    FLIST* list2 = nullptr;
+    LIST_ELEMENT_TYPE type1 = LET_MEMORY;
+    uint32_t size1 = 0;  // as given at creation
+    LIST_ELEMENT_TYPE type2 = LET_MEMORY;
+    uint32_t size2 = 0;
+    LIST_CALLBACK callback = nullptr;
+    lq::containers::UserData userData;
+};
+
+// Null when memory is short for the table itself; its lists may be invalid (see CreateList). User
+// data may have any size.
+LQ_DATA_API _ASSAY* CreateAssay(uint32_t userDataSize, LIST_ELEMENT_TYPE type1, uint32_t size1,
+                                LIST_ELEMENT_TYPE type2, uint32_t size2, LIST_CALLBACK callback);
+LQ_DATA_API int DestroyAssay(_ASSAY* assay);
+// The user data size.
+LQ_DATA_API uint32_t SetUserDataOfAssay(_ASSAY* assay, const void* from);
+LQ_DATA_API uint32_t GetUserDataOfAssay(_ASSAY* assay, void* to);
+// The number of pairs.
+LQ_DATA_API uint32_t CardinalityOfAssay(_ASSAY* assay);
+// 1 and 2 select; null otherwise. Owned by the table.
+LQ_DATA_API FLIST* GetListOfAssay(_ASSAY* assay, int32_t which);
+// The index of the new pair; without memory for a text that element holds none, without memory for
+// the pair 0 and no change. LC_EQUAL inserts nothing when the searched list holds an equal
+// element; the result is then the index of that pair.
+LQ_DATA_API uint32_t InsertElementOfAssay(_ASSAY* assay, const void* first, const void* second,
+                                          LIST_CALLBACK code, int32_t column);
+// LC_NOT_LESS overwrites the first pair. LC_EQUAL finds the pair by the searched column and
+// overwrites the other element only. 0 also when a text could not be copied.
+LQ_DATA_API uint32_t WriteElementOfAssay(_ASSAY* assay, const void* first, const void* second,
+                                         LIST_CALLBACK code, int32_t column);
+// Both elements are copied out with LC_AT_INDEX to LC_LAST; else the searched column's argument is
+// the key and only the other element is copied. Null copies nothing.
+LQ_DATA_API uint32_t RemoveElementOfAssay(_ASSAY* assay, void* first, void* second,
+                                          LIST_CALLBACK code, int32_t column);
+LQ_DATA_API uint32_t FindElementOfAssay(_ASSAY* assay, void* first, void* second,
+                                        LIST_CALLBACK code, int32_t column);
+// `size1` and `size2` are uint32_t* or null. LC_FIRST, then LC_NEXT, walks the pairs. A function is
+// asked for each list.
+LQ_DATA_API uint32_t SizeOfElementOfAssay(_ASSAY* assay, void* size1, void* size2,
+                                          LIST_CALLBACK code, int32_t param);
+// Inserts all pairs into a second table by `code` (LC_FIRST; LC_NOT_LESS, LC_EQUAL or a function
+// with `param` as column) and takes that one's content. The number of pairs; 0 and the pairs as
+// they were for other codes or columns or when memory is short.
+LQ_DATA_API uint32_t SortElementOfAssay(_ASSAY* assay, LIST_CALLBACK code, int32_t param);
+
+// ---------------------------------------------------------------------------------------------
+// Hash table
+// ---------------------------------------------------------------------------------------------
+
+// An allocator of raw blocks that are released all together.
+class LQ_DATA_API CMemBlock : public CObject {
+    LQ_DECLARE_DYNAMIC(CMemBlock)
+  public:
+    CMemBlock() = default;
+    ~CMemBlock() override;
+    CMemBlock(const CMemBlock&) = delete;
+    CMemBlock& operator=(const CMemBlock&) = delete;
+
+    static CObject* CreateObject();
+
+  protected:
+    // `size` bytes, aligned for pointers; null when memory is short or `size` is negative. Valid
+    // until DeleteBlocks or destruction.
+    void* GetNewBlock(int size);
+    void DeleteBlocks();
+
+  private:
+    friend struct lq::containers::HashTableAccess;
+
+    // The link to the block before; the usable area follows.
+    struct BLOCK {
+        BLOCK* next;
+    };
+
+    BLOCK* blocks_ = nullptr;
+};
+
+// Texts to 32-bit identifiers, with or without regard to case (upper-case forms), one entry a key
+// or, by one operation, several. A null key is in no table.
+//
+// Positions and key copies stay valid until their entry is removed.
+//
+// Memory: an insertion that gets none leaves the entries as they were.
+//
+// Invariants (Check verifies them):
+//  1. Every entry is in exactly one chain or in the free list.
+//  2. The count is the number of entries in chains.
+//  3. An entry is in the chain of its key's bucket, newer ones in front, and remembers that bucket
+//     and the hash before its reduction to the number of buckets.
+class LQ_DATA_API HashTable : public CMemBlock {
+    LQ_DECLARE_DYNAMIC(HashTable)
+  public:
+    struct CAssoc {
+        CAssoc* next;
+        uint32_t bucket;
+        uint32_t hash;
+        char16_t* key;  // owned
+        uint32_t value;
+    };
+
+    // 233 buckets, with regard to case.
+    HashTable();
+    // `size` buckets, made by the first insertion; 0 counts as 1.
+    HashTable(uint32_t size, int caseSensitive);
+    ~HashTable() override;
+
+    static CObject* CreateObject();
+
+    // Gives an empty table `size` buckets, 0 counting as 1. A table with entries stays as it is.
+    // Without memory there are no buckets until the next insertion.
+    void InitHashTable(unsigned int size);
+    // Releases entries, buckets and blocks. The number of buckets to be made stays.
+    void RemoveAll();
+    void Clear() { RemoveAll(); }
+
+    // 1 and the value of the first equal entry, or 0.
+    int Lookup(const char16_t* key, uint32_t& value) const;
+    // The value of the first equal entry, or of a new one with value 0. Without memory, a zero that
+    // belongs to no entry.
+    uint32_t& operator[](const char16_t* key);
+    void SetAt(const char16_t* key, uint32_t value) { (*this)[key] = value; }
+    // The new entry's key copy; null when an equal key exists or memory is short.
+    const char16_t* Insert(const char16_t* key, int32_t id) { return Insert(key, id, 0); }
+    // With `allowDuplicate` non-zero an equal key is no obstacle.
+    const char16_t* Insert(const char16_t* key, int32_t id, int allowDuplicate);
+    // Remove the first entry with an equal key (and that value): 1, or 0 for none.
+    int RemoveKey(const char16_t* key);
+    int RemoveKey(const char16_t* key, int32_t id);
+    void Delete(const char16_t* key) { RemoveKey(key); }
+
+    // The value of the first equal entry, or -1.
+    int32_t GetID(const char16_t* key) const;
+    // GetPos, then GetNext until -1: all entries of the key, newest first. `pos` is null at the
+    // end.
+    int32_t GetPos(const char16_t* key, void*& pos) const;
+    int32_t GetNext(const char16_t* key, void*& pos) const;
+
+    // Iteration over all entries: while the position is not null, GetNextAssoc yields one and moves
+    // on. Buckets ascend; within a bucket newer entries come first.
+    void* GetStartPosition() const;
+    void GetNextAssoc(void*& pos, const char16_t*& key, uint32_t& value) const;
+
+    int32_t GetCount() const { return count_; }
+    int IsEmpty() const { return count_ == 0 ? 1 : 0; }
+    unsigned int GetHashTableSize() const { return size_; }
+    // Null before the first insertion.
+    CAssoc** GetHashTableAssoc() { return buckets_; }
+
+  protected:
+    // An entry off the free list, counted; null when memory is short.
+    CAssoc* NewAssoc();
+    // The same with a copy of the key.
+    CAssoc* NewAssoc(const char16_t* key, uint32_t value);
+    void FreeAssoc(CAssoc* entry);
+    // The first equal entry, or null. `bucket` is the key's in any case.
+    CAssoc* GetAssocAt(const char16_t* key, unsigned int& bucket) const;
+
+  private:
+    friend struct lq::containers::HashTableAccess;
+
+    uint32_t FullHash(const char16_t* key) const;
+    uint32_t HashIndex(const char16_t* key) const { return FullHash(key) % size_; }
+    bool IsEqual(const CAssoc& entry, const char16_t* key, uint32_t hash) const;
+    CAssoc* FindFrom(CAssoc* entry, const char16_t* key, uint32_t hash) const;
+    CAssoc* Find(const char16_t* key, uint32_t hash) const;
+    CAssoc* Enter(const char16_t* key, uint32_t hash, uint32_t value);
+    int RemoveFirst(const char16_t* key, const uint32_t* value);
+    CAssoc* FirstFrom(uint32_t bucket) const;
+    bool Check() const;
+
+    int caseSensitive_;
+    CAssoc** buckets_ = nullptr;
+    uint32_t size_;
+    int32_t count_ = 0;
+    CAssoc* freeList_ = nullptr;
+    uint32_t noEntry_ = 0;  // what operator[] refers to without memory
+};

@@ -1,0 +1,67 @@
+// Where every byte of the library comes from and goes back to.
+//
+// All allocation of the library passes through Allocate and Release; nothing here throws. A build
+// that links another definition of the two (tests do) counts, poisons, guards and fails every
+// allocation of the library without a change to the code under test.
+//
+// Callers need this header in two cases only: to release a block that the library hands over (a
+// token's overflow text taken from a Scanner), and to hand text over to the library's ownership.
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "lq_data/export.h"
+
+namespace lq {
+
+// `bytes` bytes, aligned for any ordinary object, or null when memory is short. Zero bytes give a
+// block of their own.
+LQ_DATA_API void* Allocate(std::size_t bytes) noexcept;
+
+// Gives a block back. Null is allowed.
+LQ_DATA_API void Release(void* block) noexcept;
+
+// An array of `count` elements of a trivial type, uninitialised; null when memory is short or the
+// size does not fit a size_t. Released with Release.
+template <typename T>
+T* AllocateArray(std::size_t count) noexcept {
+    static_assert(std::is_trivial_v<T>);
+    if (count > static_cast<std::size_t>(-1) / sizeof(T)) {
+        return nullptr;
+    }
+    return static_cast<T*>(Allocate(count * sizeof(T)));
+}
+
+// One object, constructed from `args`; null when memory is short. Released with Delete.
+template <typename T, typename... Args>
+T* New(Args&&... args) noexcept {
+    void* block = Allocate(sizeof(T));
+    return block ? ::new (block) T(std::forward<Args>(args)...) : nullptr;
+}
+
+template <typename T>
+void Delete(T* object) noexcept {
+    if (object) {
+        object->~T();
+        Release(object);
+    }
+}
+
+}  // namespace lq
+
+// Routes `new` and `delete` of a class to the layer above. `new` then yields null when memory is
+// short, and no constructor runs.
+#define LQ_ALLOCATED                                               \
+    static void* operator new(std::size_t bytes) noexcept {        \
+        return lq::Allocate(bytes);                                \
+    }                                                              \
+    static void* operator new(std::size_t, void* where) noexcept { \
+        return where;                                              \
+    }                                                              \
+    static void operator delete(void* block) noexcept {            \
+        lq::Release(block);                                        \
+    }                                                              \
+    static void operator delete(void*, void*) noexcept {}
