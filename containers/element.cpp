@@ -1,0 +1,162 @@
+// One row a type: the size of its slot and its comparison. The rest follows from whether the slot
+// holds bytes or an owned text.
+#include "containers/element.h"
+
+#include <cstring>
+
+#include "containers/list_access.h"
+#include "frame/chars.h"
+
+namespace lq::containers {
+
+namespace {
+
+using Comparison = int (*)(const void* element, const void* key, uint32_t length);
+
+struct TypeTraits {
+    uint32_t size;
+    Comparison compare;
+};
+
+template <typename T>
+T Load(const void* from) {
+    T value;
+    std::memcpy(&value, from, sizeof(value));
+    return value;
+}
+
+template <typename T>
+int CompareNumbers(const void* element, const void* key, uint32_t) {
+    const T a = Load<T>(element);
+    const T b = Load<T>(key);
+    return (a > b) - (a < b);
+}
+
+int CompareBytes(const void* element, const void* key, uint32_t length) {
+    return std::memcmp(element, key, length);
+}
+
+int RankAbove(const void*, const void*, uint32_t) {
+    return 1;
+}
+
+int CompareLists(const void* element, const void* key, uint32_t) {
+    return ListAccess::CompareUserData(Load<FLIST*>(element), Load<FLIST*>(key));
+}
+
+template <int (*compare)(const char16_t*, const char16_t*) noexcept>
+int CompareTexts(const void* element, const void* key, uint32_t) {
+    const char16_t* text = Load<const char16_t*>(element);
+    return text ? compare(text, static_cast<const char16_t*>(key)) : 0;
+}
+
+constexpr uint32_t kPointer = sizeof(void*);
+constexpr uint32_t kPointerInInterface = 4;  // the size that callers may give for a pointer
+
+constexpr TypeTraits kUnsigned = {4, CompareNumbers<uint32_t>};
+constexpr TypeTraits kSigned = {4, CompareNumbers<int32_t>};
+
+// By LIST_ELEMENT_TYPE.
+constexpr TypeTraits kTraits[] = {
+    {0, CompareBytes},  // its size comes from the list
+    kUnsigned,
+    {kPointer, CompareTexts<chars::Compare>},
+    kUnsigned,
+    kUnsigned,
+    {kPointer, CompareLists},
+    {4, RankAbove},
+    kUnsigned,
+    kSigned,
+    kUnsigned,
+    kSigned,
+    kSigned,
+    {1, CompareNumbers<signed char>},
+    {kPointer, CompareTexts<chars::CompareNoCase>},
+};
+static_assert(sizeof(kTraits) / sizeof(kTraits[0]) == LET_STRING_NOCASE + 1);
+constexpr TypeTraits kUnknown = {0, RankAbove};
+
+const TypeTraits& TraitsOf(LIST_ELEMENT_TYPE type) {
+    return type <= LET_STRING_NOCASE ? kTraits[type] : kUnknown;
+}
+
+bool HoldsPointer(LIST_ELEMENT_TYPE type) {
+    return type == LET_STRING || type == LET_LIST || type == LET_STRING_NOCASE;
+}
+
+char16_t* TextIn(const void* slot) {
+    return Load<char16_t*>(slot);
+}
+
+void SetText(void* slot, char16_t* text) {
+    std::memcpy(slot, &text, sizeof(text));
+}
+
+uint32_t TextLength(const char16_t* text) {
+    return text ? static_cast<uint32_t>(chars::Length(text)) + 1 : 0;
+}
+
+}  // namespace
+
+bool ElementFormat::Make(LIST_ELEMENT_TYPE type, uint32_t given, ElementFormat& format) {
+    if (type == LET_MEMORY) {
+        format = {type, given};
+        return true;
+    }
+    format = {type, TraitsOf(type).size};
+    return given == 0 || given == format.size ||
+           (HoldsPointer(type) && given == kPointerInInterface);
+}
+
+void* ElementFormat::Argument(void* slot) const {
+    return IsText() ? TextIn(slot) : slot;
+}
+
+int ElementFormat::Compare(void* slot, const void* key, uint32_t length) const {
+    if (!key) {
+        return 0;
+    }
+    const uint32_t compared = length == 0 || length > size ? size : length;
+    return TraitsOf(type).compare(slot, key, compared);
+}
+
+uint32_t ElementFormat::Measure(void* slot) const {
+    return IsText() ? TextLength(TextIn(slot)) : size;
+}
+
+void ElementFormat::CopyOut(void* slot, void* out) const {
+    if (!IsText()) {
+        std::memcpy(out, slot, size);
+        return;
+    }
+    const char16_t* text = TextIn(slot) ? TextIn(slot) : u"";
+    std::memcpy(out, text, TextLength(text) * sizeof(char16_t));
+}
+
+bool ElementFormat::Write(void* slot, const void* value) const {
+    if (!value) {
+        return true;
+    }
+    if (!IsText()) {
+        std::memmove(slot, value, size);
+        return true;
+    }
+    // The value may be the element's own text, so the old copy goes last.
+    const std::size_t length = chars::Length(static_cast<const char16_t*>(value)) + 1;
+    char16_t* copy = AllocateArray<char16_t>(length);
+    if (copy) {
+        std::memcpy(copy, value, length * sizeof(char16_t));
+    }
+    Free(slot);
+    SetText(slot, copy);
+    return copy != nullptr;
+}
+
+void ElementFormat::Free(void* slot) const {
+    if (IsText()) {
+        Release(TextIn(slot));
+        SetText(slot, nullptr);
+    }
+}
+
+}  // namespace lq::containers

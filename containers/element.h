@@ -1,0 +1,33 @@
+// What the element type decides: how an element is stored in its slot, compared, copied and freed.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_data/containers.h"
+
+namespace lq::containers {
+
+// How elements of one type and size are handled. A slot is the element's data area in its node.
+struct ElementFormat {
+    LIST_ELEMENT_TYPE type;
+    uint32_t size;  // bytes of a slot
+
+    // The format of a type created with the size `given`; false when the size does not fit it.
+    static bool Make(LIST_ELEMENT_TYPE type, uint32_t given, ElementFormat& format);
+
+    bool IsText() const { return type == LET_STRING || type == LET_STRING_NOCASE; }
+    // What callbacks get, and what a value that equals the element looks like.
+    void* Argument(void* slot) const;
+    // Below, equal to or above zero: the element against the key. Of LET_MEMORY `length` bytes; 0
+    // or more than the size means all.
+    int Compare(void* slot, const void* key, uint32_t length) const;
+    // The element size; for a text its characters with the terminator, 0 for none.
+    uint32_t Measure(void* slot) const;
+    void CopyOut(void* slot, void* out) const;
+    // A null value writes nothing. False when memory is short: the slot then holds no text.
+    bool Write(void* slot, const void* value) const;
+    // Frees what the slot owns.
+    void Free(void* slot) const;
+};
+
+}  // namespace lq::containers

@@ -1,0 +1,104 @@
+// The functions on list handles: the validity check, then the member function.
+#include "containers/list_access.h"
+#include "lq_data/containers.h"
+
+using lq::containers::ListAccess;
+
+FLIST* CreateList(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
+                  LIST_CALLBACK defaultCallback) {
+    auto* list = new FLIST;
+    if (list) {
+        list->Create(userDataSize, type, elementSize, defaultCallback);
+    }
+    return list;
+}
+
+int DestroyList(FLIST* list) {
+    if (!ListAccess::IsHandle(list)) {
+        return 0;
+    }
+    list->Destroy();
+    delete list;
+    return 1;
+}
+
+int ClearList(FLIST* list) {
+    if (ListAccess::IsValid(list)) {
+        list->Clear();
+    }
+    return 1;
+}
+
+uint32_t CardinalityOfList(FLIST* list) {
+    return ListAccess::IsValid(list) ? list->Cardinality() : 0;
+}
+
+int SetUserDataOfList(FLIST* list, const void* from) {
+    return ListAccess::IsValid(list) ? list->SetUserData(from) : 0;
+}
+
+int GetUserDataOfList(FLIST* list, void* to) {
+    return ListAccess::IsValid(list) ? list->GetUserData(to) : 0;
+}
+
+uint32_t NewElementOfList(FLIST* list, const void* value, const void* key, LIST_CALLBACK code,
+                          int32_t param) {
+    return ListAccess::IsValid(list) ? list->InsertElement(value, key, code, param) : 0;
+}
+
+uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code, int32_t param) {
+    return NewElementOfList(list, value, value, code, param);
+}
+
+uint32_t FindElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
+                           int32_t param) {
+    return ListAccess::IsValid(list) ? list->FindElement(out, key, code, param) : 0;
+}
+
+uint32_t ListGet(FLIST* list, void*& slot, const void* key, LIST_CALLBACK code, int32_t param) {
+    slot = nullptr;
+    return ListAccess::IsValid(list) ? list->Find(slot, key, code, param) : 0;
+}
+
+uint32_t SizeOfElementOfList(FLIST* list, uint32_t* size, const void* key, LIST_CALLBACK code,
+                             int32_t param) {
+    return ListAccess::IsValid(list) ? list->SizeOfElement(size, key, code, param) : 0;
+}
+
+uint32_t WriteElementOfList(FLIST* list, const void* value, const void* key, LIST_CALLBACK code,
+                            int32_t param) {
+    return ListAccess::IsValid(list) ? list->WriteElement(value, key, code, param) : 0;
+}
+
+uint32_t RemoveElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
+                             int32_t param) {
+    return ListAccess::IsValid(list) ? list->RemoveElement(out, key, code, param) : 0;
+}
+
+uint32_t ForeachElementOfList(FLIST* list, LIST_CALLBACK direction, LIST_CALLBACK callback,
+                              int32_t param) {
+    return ListAccess::IsValid(list) ? list->Foreach(direction, callback, param) : 0;
+}
+
+uint32_t SortElementOfList(FLIST* list, LIST_CALLBACK comparer, int32_t param) {
+    return ListAccess::IsValid(list) ? ListAccess::MergeExchange(*list, comparer, param) : 0;
+}
+
+void* AddListElement(FLIST* list, const void* value) {
+    return ListAccess::IsValid(list) ? ListAccess::Append(*list, value) : nullptr;
+}
+
+void* AddListElementAt(FLIST* list, const void* value, void* afterNode) {
+    if (!afterNode) {
+        return AddListElement(list, value);
+    }
+    return ListAccess::IsValid(list)
+               ? ListAccess::InsertBehind(*list, value, static_cast<CGList::CNode*>(afterNode))
+               : nullptr;
+}
+
+void RemoveElementAt(FLIST* list, void* node) {
+    if (node && ListAccess::IsValid(list)) {
+        ListAccess::Remove(*list, static_cast<CGList::CNode*>(node));
+    }
+}

@@ -1,0 +1,308 @@
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "containers/hash_table_access.h"
+#include "frame/chars.h"
+#include "lq_data/containers.h"
+#include "test_allocator.h"
+
+namespace {
+
+using lq::containers::HashTableAccess;
+using Text = std::u16string;
+
+std::string Narrow(const Text& text) {
+    return {text.begin(), text.end()};
+}
+
+// The values come from a separate program that walks the UTF-16LE bytes.
+TEST(HashTable, HashOfKeys) {
+    const struct {
+        Text key;
+        uint32_t hash;
+    } kCases[] = {
+        {u"", 0},
+        {u"A", 0x41},
+        {u"a", 0x61},
+        {u"AB", 0x251},
+        {u"VAR_INPUT", 0x5802C59E},
+        {u"Motor_1", 0x31022635},
+        {u"\u00E4\u00D6", 0x654},
+        {u"\u0100", 0x1000000},
+        {u"A\u0100B", 0x41},  // a zero unit lies across 'A' and U+0100
+        {u"\u4E2D\u6587", 0x42A00415},
+        {Text(256, u'x'), 0x740F0C00},
+        {Text(255, u'x') + u"yy", 0x740F0C59},  // the shifts start over at byte 512
+        {Text(511, u'x'), 0xF00},
+        {Text(511, u'x') + u"y", 0},
+    };
+    const HashTable table(233, 1);
+    for (const auto& c : kCases) {
+        EXPECT_EQ(HashTableAccess::FullHash(table, c.key.c_str()), c.hash) << Narrow(c.key);
+        EXPECT_EQ(HashTableAccess::HashIndex(table, c.key.c_str()), c.hash % 233) << Narrow(c.key);
+    }
+    EXPECT_EQ(HashTableAccess::FullHash(table, nullptr), 0u);
+}
+
+TEST(HashTable, CaseRule) {
+    const struct {
+        const char16_t* a;
+        const char16_t* b;
+        bool equalWithoutCase;
+    } kCases[] = {
+        {u"Motor", u"mOTOR", true}, {u"\u00E4b", u"\u00C4B", true}, {u"\u03C3", u"\u03A3", true},
+        {u"a_", u"a`", false},      {u"ab", u"a", false},
+    };
+    for (const auto& c : kCases) {
+        for (const int caseSensitive : {0, 1}) {
+            HashTable table(7, caseSensitive);
+            table.Insert(c.a, 1);
+            EXPECT_EQ(table.GetID(c.b), !caseSensitive && c.equalWithoutCase ? 1 : -1)
+                << Narrow(c.a) << " " << Narrow(c.b);
+            EXPECT_EQ(table.GetID(c.a), 1);
+            EXPECT_TRUE(HashTableAccess::Check(table));
+        }
+    }
+}
+
+TEST(HashTable, KeysAround512CharactersAreComparedInFull) {
+    HashTable table(233, 0);
+    std::vector<Text> keys;
+    for (const std::size_t length : {510u, 511u, 512u, 513u, 2000u}) {
+        for (const char16_t last : {u'1', u'2'}) {
+            keys.push_back(Text(length - 1, u'k') + last);
+            EXPECT_NE(table.Insert(keys.back().c_str(), static_cast<int32_t>(keys.size())),
+                      nullptr);
+        }
+    }
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(table.GetID(keys[i].c_str()), static_cast<int32_t>(i + 1)) << keys[i].size();
+    }
+    Text upper = keys.back();
+    std::replace(upper.begin(), upper.end(), u'k', u'K');
+    EXPECT_EQ(table.GetID(upper.c_str()), static_cast<int32_t>(keys.size()));
+}
+
+TEST(HashTable, EmptyAndNullKeys) {
+    HashTable table(0, 1);
+    void* pos = &table;
+    uint32_t value = 5;
+    EXPECT_EQ(table.GetID(u"a"), -1);
+    EXPECT_EQ(table.RemoveKey(u"a"), 0);
+    EXPECT_EQ(table.Lookup(u"a", value), 0);
+    EXPECT_EQ(value, 5u);
+    EXPECT_EQ(table.GetPos(u"a", pos), -1);
+    EXPECT_EQ(pos, nullptr);
+    EXPECT_EQ(table.GetStartPosition(), nullptr);
+    EXPECT_EQ(table.GetHashTableAssoc(), nullptr);
+    EXPECT_EQ(table.Insert(nullptr, 1), nullptr);
+    EXPECT_NE(table.Insert(u"", 1), nullptr);
+    EXPECT_EQ(table.GetID(nullptr), -1);
+    EXPECT_EQ(table.RemoveKey(nullptr), 0);
+    EXPECT_EQ(table.GetID(u""), 1);
+}
+
+TEST(HashTable, BlocksAndReuseOfEntries) {
+    HashTable table(5, 1);
+    const auto nameOf = [](int i) { return u"n" + Text(1, static_cast<char16_t>(u'a' + i)); };
+    for (int i = 0; i < 21; ++i) {
+        EXPECT_EQ(HashTableAccess::BlockCount(table), i == 0 ? 0u : 1u) << i;
+        table.Insert(nameOf(i).c_str(), i);
+    }
+    EXPECT_EQ(HashTableAccess::BlockCount(table), 2u);
+
+    void* removed;
+    table.GetPos(nameOf(3).c_str(), removed);
+    table.Delete(nameOf(3).c_str());
+    void* added;
+    table.Insert(u"other", 9);
+    table.GetPos(u"other", added);
+    EXPECT_EQ(added, removed);
+
+    table.RemoveAll();
+    EXPECT_EQ(HashTableAccess::BlockCount(table), 0u);
+    EXPECT_EQ(table.GetStartPosition(), nullptr);
+    EXPECT_EQ(table.GetHashTableSize(), 5u);
+    EXPECT_TRUE(HashTableAccess::Check(table));
+    table[u"again"] = 3;
+    EXPECT_EQ(table.GetID(u"again"), 3);
+}
+
+TEST(HashTable, SizeChangesOnlyWhileEmpty) {
+    HashTable table(233, 1);
+    table.InitHashTable(3);
+    EXPECT_EQ(table.GetHashTableSize(), 3u);
+    table.Insert(u"a", 1);
+    table.InitHashTable(7);
+    EXPECT_EQ(table.GetHashTableSize(), 3u);
+    EXPECT_EQ(table.GetID(u"a"), 1);
+}
+
+TEST(HashTable, CreatedByName) {
+    for (const char* name : {"HashTable", "CMemBlock"}) {
+        CObject* object = CRuntimeClass::CreateObject(name);
+        ASSERT_NE(object, nullptr) << name;
+        EXPECT_STREQ(object->GetRuntimeClass()->name, name);
+        EXPECT_TRUE(object->IsKindOf(&CMemBlock::classCMemBlock)) << name;
+        delete object;
+    }
+    CObject* object = CRuntimeClass::CreateObject("HashTable");
+    auto* table = static_cast<HashTable*>(object);
+    table->Insert(u"a", 1);
+    EXPECT_EQ(table->GetHashTableSize(), 233u);
+    EXPECT_EQ(table->GetID(u"A"), -1);
+    delete object;
+}
+
+// Random operations against a plain vector, newest entry first, with few names and few buckets.
+class Model {
+  public:
+    explicit Model(bool caseSensitive) : caseSensitive_(caseSensitive) {}
+
+    bool Equal(const Text& a, const Text& b) const {
+        return caseSensitive_ ? a == b : lq::chars::EqualNoCase(a.c_str(), b.c_str());
+    }
+    std::vector<int32_t> All(const Text& key) const {
+        std::vector<int32_t> ids;
+        for (const auto& [name, id] : entries) {
+            if (Equal(name, key)) {
+                ids.push_back(id);
+            }
+        }
+        return ids;
+    }
+    void Add(const Text& key, int32_t id) { entries.insert(entries.begin(), {key, id}); }
+    bool Remove(const Text& key, const int32_t* id) {
+        const auto found = std::find_if(entries.begin(), entries.end(), [&](const auto& entry) {
+            return Equal(entry.first, key) && (!id || entry.second == *id);
+        });
+        if (found == entries.end()) {
+            return false;
+        }
+        entries.erase(found);
+        return true;
+    }
+
+    std::vector<std::pair<Text, int32_t>> entries;
+
+  private:
+    bool caseSensitive_;
+};
+
+std::vector<int32_t> AllOf(const HashTable& table, const Text& key) {
+    std::vector<int32_t> ids;
+    void* pos;
+    for (int32_t id = table.GetPos(key.c_str(), pos); pos; id = table.GetNext(key.c_str(), pos)) {
+        ids.push_back(id);
+    }
+    EXPECT_EQ(table.GetNext(key.c_str(), pos), -1);
+    return ids;
+}
+
+// The iteration yields the model's entries by ascending bucket, newest first within one.
+void CheckIteration(const HashTable& table, const Model& model) {
+    auto expected = model.entries;
+    std::stable_sort(expected.begin(), expected.end(), [&](const auto& a, const auto& b) {
+        return HashTableAccess::HashIndex(table, a.first.c_str()) <
+               HashTableAccess::HashIndex(table, b.first.c_str());
+    });
+    std::vector<std::pair<Text, int32_t>> visited;
+    for (void* pos = table.GetStartPosition(); pos;) {
+        const char16_t* key;
+        uint32_t value;
+        table.GetNextAssoc(pos, key, value);
+        ASSERT_NE(key, nullptr);
+        visited.emplace_back(key, static_cast<int32_t>(value));
+    }
+    EXPECT_EQ(visited, expected);
+}
+
+void RunRandomOperations(bool caseSensitive, uint32_t buckets, unsigned seed) {
+    const Text kNames[] = {u"a", u"A",      u"b",      u"Motor_1",      u"MOTOR_1",
+                           u"",  u"\u00E4", u"\u00C4", Text(512, u'z'), Text(513, u'z')};
+    std::mt19937 random(seed);
+    HashTable table(buckets, caseSensitive ? 1 : 0);
+    Model model(caseSensitive);
+    for (int step = 0; step < 1000; ++step) {
+        const Text& name = kNames[random() % std::size(kNames)];
+        const auto id = static_cast<int32_t>(random() % 4);
+        const bool exists = !model.All(name).empty();
+        SCOPED_TRACE(testing::Message() << "step " << step << " name " << Narrow(name));
+        switch (random() % 8) {
+            case 0:
+            case 1:
+                EXPECT_EQ(table.Insert(name.c_str(), id) == nullptr, exists);
+                if (!exists) {
+                    model.Add(name, id);
+                }
+                break;
+            case 2:
+            case 3:
+                EXPECT_EQ(table.Insert(name.c_str(), id, 1), name);
+                model.Add(name, id);
+                break;
+            case 4:
+                EXPECT_EQ(table.RemoveKey(name.c_str()), model.Remove(name, nullptr));
+                break;
+            case 5:
+                EXPECT_EQ(table.RemoveKey(name.c_str(), id), model.Remove(name, &id));
+                break;
+            case 6:
+                if (!exists) {
+                    table.SetAt(name.c_str(), static_cast<uint32_t>(id));
+                    model.Add(name, id);
+                }
+                break;
+            default:
+                if (random() % 100 == 0) {
+                    table.Clear();
+                    model.entries.clear();
+                }
+        }
+        ASSERT_TRUE(HashTableAccess::Check(table));
+        ASSERT_EQ(table.GetCount(), static_cast<int32_t>(model.entries.size()));
+        ASSERT_EQ(table.IsEmpty(), model.entries.empty());
+        ASSERT_EQ(AllOf(table, name), model.All(name));
+        if (step % 10 == 0) {
+            CheckIteration(table, model);
+        }
+    }
+}
+
+TEST(HashTable, RandomOperationsAgainstAModel) {
+    for (const uint32_t buckets : {1u, 3u, 233u}) {
+        for (const bool caseSensitive : {false, true}) {
+            SCOPED_TRACE(testing::Message() << buckets << " buckets, case " << caseSensitive);
+            RunRandomOperations(caseSensitive, buckets, buckets + caseSensitive);
+        }
+    }
+}
+
+TEST(HashTable, FailedInsertionLeavesTheEntries) {
+    lq::test::FailEachAllocation([](const auto& failing) {
+        HashTable table(3, 1);
+        const bool first = table.Insert(u"a", 1) != nullptr;
+        EXPECT_EQ(first, !failing.HasFailed());
+        const int32_t count = table.GetCount();
+        EXPECT_EQ(count, first ? 1 : 0);
+
+        table[u"b"] = 7;
+        EXPECT_EQ(table.GetID(u"b"), table.GetCount() > count ? 7 : -1);
+        EXPECT_EQ(table.GetID(u"a"), first ? 1 : -1);
+        EXPECT_TRUE(HashTableAccess::Check(table));
+    });
+}
+
+TEST(HashTable, WithoutMemoryTheSubscriptIsAZeroOfNoEntry) {
+    HashTable table(3, 1);
+    const lq::test::FailingAllocation failing(1, true);
+    table[u"a"] = 7;
+    EXPECT_EQ(table[u"b"], 0u);
+    EXPECT_EQ(table.GetCount(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+// The allocator beneath the library in the tests: it counts blocks and fails on demand.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace lq::test {
+
+// Blocks that are allocated and not yet released.
+int64_t LiveBlocks();
+
+// While one lives, the `nth` allocation of the library from now on fails (1: the next), and with
+// `all` every later one too.
+class FailingAllocation {
+  public:
+    FailingAllocation(int64_t nth, bool all);
+    ~FailingAllocation();
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+
+    bool HasFailed() const;
+};
+
+// Runs `operation` with its first allocation failing, then its second, and so on until it gets
+// through without a failure; once for single failures, once with all later ones failing too. The
+// operation is told whether memory was to fail, so that it can check its result; it starts afresh
+// each time and releases everything: a block that is left over fails the test.
+void FailEachAllocation(const std::function<void(const FailingAllocation& failing)>& operation);
+
+}  // namespace lq::test
