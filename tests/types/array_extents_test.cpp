@@ -1,0 +1,141 @@
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <initializer_list>
+
+#include "lq_data/types.h"
+#include "tests/support/test_allocator.h"
+
+namespace {
+
+int Append(ArrInfo& info, uint32_t lower, uint32_t count, int multiply = 1) {
+    ANY_INT_32 ext[2] = {{1, lower}, {0, count}};
+    return info.AppendExt(&ext, multiply);
+}
+
+// The element counts from the first extent on; each lower bound is checked to be -(count + 1).
+std::vector<uint32_t> Counts(ArrInfo& info) {
+    std::vector<uint32_t> counts;
+    ANY_INT_32 ext[2];
+    for (info.Clear(ArrInfo::CLEAR_CURSOR); info.GetExt(&ext, 0);) {
+        EXPECT_TRUE(ext[0].sign == 1 && ext[0].magnitude == ext[1].magnitude + 1);
+        counts.push_back(ext[1].magnitude);
+    }
+    EXPECT_EQ(static_cast<std::size_t>(info.GetDim()), counts.size());
+    return counts;
+}
+
+void Fill(ArrInfo& info, IEC_TYPE type, std::initializer_list<uint32_t> counts) {
+    info.elemType = type;
+    for (const uint32_t count : counts) {
+        Append(info, count + 1, count);
+    }
+}
+
+using List = std::vector<uint32_t>;
+
+TEST(ArrayExtents, ReadsByIndexAndOnFromThere) {
+    ArrInfo info;
+    ANY_INT_32 ext[2] = {};
+    EXPECT_EQ(info.GetExt(&ext, 1), 0);
+    EXPECT_EQ(info.GetExt(&ext, 0), 0);
+    Fill(info, IEC_INT, {10, 5, 2});
+    EXPECT_EQ(info.total.magnitude, 100u);
+    struct {
+        int index;
+        uint32_t count;  // 0: there is none
+    } const steps[] = {{0, 10}, {0, 5}, {1, 10}, {0, 5}, {0, 2}, {0, 0},  {-1, 0},
+                       {2, 5},  {0, 2}, {3, 2},  {0, 0}, {4, 0}, {999, 0}};
+    for (const auto& s : steps) {
+        EXPECT_EQ(info.GetExt(&ext, s.index), s.count != 0) << s.index;
+        if (s.count != 0) {
+            EXPECT_EQ(ext[1].magnitude, s.count) << s.index;
+        }
+    }
+}
+
+TEST(ArrayExtents, ATotalTooLargeIsReportedAndTheExtentStays) {
+    ArrInfo info;
+    EXPECT_EQ(Append(info, 65537, 65536), 1);
+    EXPECT_EQ(Append(info, 65537, 65536), 0);
+    EXPECT_EQ(info.total.magnitude, 0u);
+    EXPECT_EQ(Counts(info), (List{65536, 65536}));
+    ArrInfo copy;
+    EXPECT_EQ(info.Copy(copy), 1);
+    EXPECT_EQ(Counts(copy), (List{65536, 65536}));
+}
+
+TEST(ArrayExtents, HoldsAtMost255Dimensions) {
+    ArrInfo info;
+    for (int i = 0; i < 255; ++i) {
+        ASSERT_EQ(Append(info, 2, 1), 1) << i;
+    }
+    EXPECT_EQ(Append(info, 2, 1), 0);
+    EXPECT_EQ(Counts(info).size(), 255u);
+}
+
+TEST(ArrayExtents, ClearKnowsThreeModes) {
+    ArrInfo info;
+    Fill(info, IEC_INT, {10, 5});
+    for (const int mode : {-1, 3}) {
+        EXPECT_EQ(info.Clear(static_cast<ArrInfo::CLEAR_ID>(mode)), 0) << mode;
+        EXPECT_EQ(info.elemType, IEC_INT) << mode;
+        EXPECT_EQ(Counts(info), (List{10, 5})) << mode;
+    }
+    for (const int mode : {0, 1}) {
+        Fill(info, IEC_INT, {10, 5});
+        EXPECT_EQ(info.Clear(static_cast<ArrInfo::CLEAR_ID>(mode)), 1) << mode;
+        EXPECT_EQ(info.elemType, IEC_NO_TYPE) << mode;
+        EXPECT_EQ(info.total.magnitude, 1u) << mode;
+        EXPECT_EQ(Counts(info), List{}) << mode;
+    }
+}
+
+TEST(ArrayExtents, CopyIsIndependentAndRecomputesTheTotal) {
+    ArrInfo from;
+    ArrInfo to;
+    Fill(from, IEC_REAL, {3});
+    Append(from, 5, 4, 0);
+    Fill(to, IEC_INT, {9, 9, 9});
+    EXPECT_EQ(from.total.magnitude, 3u);
+    EXPECT_EQ(from.Copy(to), 1);
+    from.Clear(ArrInfo::CLEAR_END);
+    EXPECT_EQ(to.elemType, IEC_REAL);
+    EXPECT_EQ(to.total.magnitude, 12u);
+    EXPECT_EQ(Counts(to), (List{3, 4}));
+    EXPECT_EQ(to.Copy(to), 1);
+    EXPECT_EQ(Counts(to), (List{3, 4}));
+}
+
+TEST(ArrayExtents, MoveExchangesTheListsAndCopiesTheRest) {
+    ArrInfo from;
+    ArrInfo to;
+    Fill(from, IEC_REAL, {3, 4});
+    Fill(to, IEC_INT, {9});
+    EXPECT_EQ(from.Move(to), 1);
+    EXPECT_TRUE(to.elemType == IEC_REAL && to.total.magnitude == 12);
+    EXPECT_TRUE(from.elemType == IEC_REAL && from.total.magnitude == 12);
+    EXPECT_EQ(Counts(to), (List{3, 4}));
+    EXPECT_EQ(Counts(from), List{9});
+    EXPECT_EQ(Append(to, 8, 7), 1);
+    EXPECT_EQ(Counts(to), (List{3, 4, 7}));
+}
+
+TEST(ArrayExtents, WithoutMemoryTheExtentIsNotStored) {
+    lq::test::FailEachAllocation([](const lq::test::FailingAllocation& failing) {
+        ArrInfo from;
+        List stored;
+        for (const uint32_t count : {2u, 3u}) {
+            if (Append(from, count + 1, count)) {
+                stored.push_back(count);
+            }
+        }
+        EXPECT_EQ(stored.size() == 2, !failing.HasFailed());
+        EXPECT_EQ(Counts(from), stored);
+        ArrInfo to;
+        const int copied = from.Copy(to);
+        EXPECT_EQ(copied, Counts(to) == stored);
+    });
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "host/model/project.h"
+#include "host/text/utf.h"
+#include "lq_data/types.h"
+
+namespace {
+
+// With a project that knows the user data types "Motor" and "Two Words".
+class Catalogue : public testing::Test {
+  protected:
+    Catalogue() {
+        for (const char16_t* name : {u"Motor", u"Two Words", u"A_NAME_OF_MORE_THAN_13"}) {
+            lq::host::DataType type;
+            type.name = project_.Intern(name);
+            project_.AddDataType(type);
+        }
+        lq::host::SetProject(&project_);
+    }
+    ~Catalogue() override { lq::host::SetProject(nullptr); }
+
+    lq::host::Project project_;
+    IecTypeConv conv_;
+};
+
+TEST_F(Catalogue, ReadsTheTypeAtTheStartOfAText) {
+    struct {
+        const char16_t* text;
+        IEC_TYPE id;
+        std::ptrdiff_t end;
+    } const cases[] = {
+        {u"  INT of words", IEC_INT, 5},
+        {u"\t\r\nLWORD", IEC_LWORD, 8},
+        {u"DATE_AND_TIME;", IEC_DT, 13},
+        {u"TIME_OF_DAY", IEC_TOD, 11},
+        {u"ANY16", IEC_ANY16, 5},
+        {u"INT", IEC_INT, 3},
+        {u"INTEGER", IEC_NO_TYPE, 0},
+        {u"int", IEC_NO_TYPE, 0},
+        {u"IN", IEC_NO_TYPE, 0},
+        {u"..", IEC_NO_TYPE, 0},
+        {u"  ", IEC_NO_TYPE, 0},
+        {u"", IEC_NO_TYPE, 0},
+        {u" Motor", IEC_STRUCTURE, 6},
+        {u"Motor ", IEC_NO_TYPE, 0},
+        {u" Two Words", IEC_STRUCTURE, 10},
+        {u"A_NAME_OF_MORE_THAN_13", IEC_STRUCTURE, 22},
+        {u"DATE_AND_TIME_", IEC_NO_TYPE, 0},
+    };
+    for (const auto& c : cases) {
+        const char16_t* end = nullptr;
+        EXPECT_EQ(conv_.GetId(c.text, end), c.id) << lq::host::EncodeUtf8(c.text);
+        EXPECT_EQ(end - c.text, c.end) << lq::host::EncodeUtf8(c.text);
+    }
+}
+
+TEST_F(Catalogue, ReadsAWholeTypeText) {
+    struct {
+        const char16_t* text;
+        IEC_TYPE id;
+    } const cases[] = {
+        {u"LREAL", IEC_LREAL},   {u"..", IEC_DUT_OR_FB},      {u"STRUCTURE", IEC_STRUCTURE},
+        {u"STRING", IEC_STRING}, {u"STRING[20]", IEC_STRING}, {u"ARRAY [1..3] OF INT", IEC_ARRAY},
+        {u" INT", IEC_NO_TYPE},  {u"INT ", IEC_NO_TYPE},      {u"Motor", IEC_NO_TYPE},
+        {u"", IEC_NO_TYPE},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(conv_.GetId(c.text), c.id) << lq::host::EncodeUtf8(c.text);
+    }
+}
+
+TEST_F(Catalogue, EveryNameLeadsToItsTypeAndTheFirstNameBack) {
+    ASSERT_EQ(GetIecDscSize(), 36u);
+    EXPECT_EQ(IecTypeConv::wMaxSize, 13u);
+    for (uint32_t i = 0; i < GetIecDscSize(); ++i) {
+        const IEC_TYPE_DSC& dsc = GetIecTypeDsc()[i];
+        EXPECT_EQ(dsc.len, std::u16string(dsc.name).size()) << lq::host::EncodeUtf8(dsc.name);
+        EXPECT_EQ(conv_.GetId(dsc.name), dsc.id) << lq::host::EncodeUtf8(dsc.name);
+        const bool second = dsc.name == std::u16string(u"TIME_OF_DAY") ||
+                            dsc.name == std::u16string(u"DATE_AND_TIME");
+        EXPECT_EQ(conv_.GetName(dsc.id) == dsc.name, !second) << lq::host::EncodeUtf8(dsc.name);
+    }
+    for (const int32_t unnamed : {-1, 20, 31, 43, 50, 53, 65}) {
+        EXPECT_EQ(*conv_.GetName(static_cast<IEC_TYPE>(unnamed)), 0) << unnamed;
+    }
+}
+
+TEST_F(Catalogue, OnlyBlanksEndAType) {
+    for (const char16_t* blank : {u"", u" \t", u"\r\n"}) {
+        EXPECT_NE(conv_.TypeEnd(blank), 0) << lq::host::EncodeUtf8(blank);
+    }
+    for (const char16_t* other : {u" ;", u"x", u"\v", u"\u00A0"}) {
+        EXPECT_EQ(conv_.TypeEnd(other), 0) << lq::host::EncodeUtf8(other);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,157 @@
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "lq_data/scanner.h"
+#include "lq_data/types.h"
+#include "tests/support/test_allocator.h"
+
+namespace {
+
+template <typename T>
+T Payload(const Val& v, std::size_t offset = 0) {
+    T field;
+    std::memcpy(&field, v.payload + offset, sizeof field);
+    return field;
+}
+
+TEST(Value, NumbersTakeTheSmallestClassAndReadBack) {
+    struct {
+        int sign;
+        uint32_t magnitude;
+        VAL_TYPE type;
+    } const cases[] = {
+        {0, 0, VT_SINT},          {0, 127, VT_SINT},         {0, 128, VT_USINT},
+        {0, 255, VT_USINT},       {0, 256, VT_INT},          {0, 32767, VT_INT},
+        {0, 32768, VT_UINT},      {0, 65535, VT_UINT},       {0, 65536, VT_DINT},
+        {0, 2147483647, VT_DINT}, {0, 2147483648, VT_UDINT}, {0, 4294967295, VT_UDINT},
+        {1, 1, VT_SINT},          {1, 128, VT_SINT},         {1, 129, VT_INT},
+        {1, 32768, VT_INT},       {1, 32769, VT_DINT},       {1, 2147483648, VT_DINT},
+        {1, 2147483649, VT_NONE}, {1, 4294967295, VT_NONE},
+    };
+    for (const auto& c : cases) {
+        Val v(ANY_INT_32{c.sign, c.magnitude});
+        EXPECT_EQ(v.type, c.type) << c.sign << ' ' << c.magnitude;
+        EXPECT_EQ(v.Set(ANY_INT_32{c.sign, c.magnitude}), c.type != VT_NONE) << c.magnitude;
+        ANY_INT_32 back{7, c.magnitude};
+        EXPECT_EQ(v.Get(back), c.type != VT_NONE) << c.sign << ' ' << c.magnitude;
+        EXPECT_EQ(back.sign, c.type != VT_NONE ? c.sign : 0) << c.sign << ' ' << c.magnitude;
+        EXPECT_EQ(back.magnitude, c.magnitude) << c.sign;
+    }
+}
+
+TEST(Value, BitStringsTakeUnsignedClasses) {
+    struct {
+        uint32_t number;
+        VAL_TYPE type;
+    } const cases[] = {{0, VT_BOOL},   {1, VT_BOOL},     {2, VT_USINT},     {255, VT_USINT},
+                       {256, VT_UINT}, {65535, VT_UINT}, {65536, VT_UDINT}, {4294967295, VT_UDINT}};
+    for (const auto& c : cases) {
+        Val v(c.number);
+        EXPECT_EQ(v.type, c.type) << c.number;
+        uint32_t back = ~c.number;
+        EXPECT_EQ(v.GetAnyNumberValue(back), 1) << c.number;
+        EXPECT_EQ(back, c.number);
+        ANY_INT_32 number{1, 0};
+        EXPECT_EQ(v.Get(number), c.type != VT_BOOL) << c.number;
+    }
+}
+
+TEST(Value, ANegativeZeroIsZero) {
+    Val v(ANY_INT_32{1, 0});
+    ANY_INT_32 back{1, 1};
+    EXPECT_EQ(v.Get(back), 1);
+    EXPECT_EQ(v.type, VT_SINT);
+    EXPECT_EQ(back.sign, 0);
+    EXPECT_EQ(back.magnitude, 0u);
+}
+
+TEST(Value, TimesAreNegatedByEitherSignAndTheSourceStays) {
+    struct {
+        uint16_t kind;
+        VAL_TYPE type;
+        bool days;
+        int msOffset;  // -1: none
+    } const kinds[] = {{TK_TIME, VT_TIME, true, 4},
+                       {TK_DATE_AND_TIME, VT_DT, true, 4},
+                       {TK_DATE, VT_DATE, true, -1},
+                       {TK_TIME_OF_DAY, VT_TOD, false, 0}};
+    for (const auto& k : kinds) {
+        for (const int sign : {1, -1}) {
+            for (const int neg : {0, 1}) {
+                Time t(12, 345.5, sign);
+                const int factor = (sign == -1) != (neg == 1) ? -1 : 1;
+                Val v(k.kind, t, neg);
+                EXPECT_EQ(v.type, k.type) << k.kind;
+                if (k.days) {
+                    EXPECT_EQ(Payload<int32_t>(v), factor * 12) << k.kind << sign << neg;
+                }
+                if (k.msOffset >= 0) {
+                    EXPECT_EQ(Payload<double>(v, static_cast<std::size_t>(k.msOffset)),
+                              factor * 345.5)
+                        << k.kind << sign << neg;
+                }
+                EXPECT_TRUE(t.days == 12 && t.ms == 345.5 && t.sign == sign) << k.kind;
+            }
+        }
+    }
+    Time lowest(INT32_MIN, 0.0, -1);
+    Val wrapped;
+    EXPECT_EQ(wrapped.Set(TK_DATE, lowest, 0), 1);
+    EXPECT_EQ(Payload<int32_t>(wrapped), INT32_MIN);
+    EXPECT_EQ(wrapped.Set(TK_INTEGER, lowest, 0), 0);
+    EXPECT_EQ(wrapped.type, VT_NONE);
+}
+
+TEST(Value, BufferSizes) {
+    const uint32_t sizes[] = {4, 1, 1, 4, 2, 4, 4, 8, 8, 4, 8, 12, 4, 8, 12, 0, 0};
+    Val reader;
+    for (uint32_t type = 0; type < std::size(sizes); ++type) {
+        Val v;
+        v.type = static_cast<VAL_TYPE>(type);
+        uint32_t size = 99;
+        void* const buffer = reader.GetValBuf(v, size);
+        EXPECT_EQ(size, sizes[type]) << type;
+        EXPECT_EQ(buffer, sizes[type] ? v.payload : nullptr) << type;
+    }
+    Val none;
+    uint32_t size = 99;
+    EXPECT_EQ(reader.GetValBuf(none, size), nullptr);
+    EXPECT_EQ(size, 0u);
+}
+
+TEST(Literal, OwnsItsTextUntilItIsGivenUp) {
+    Lit lit;
+    const std::u16string source = u"16#FF";
+    EXPECT_EQ(lit.SetText(source.c_str()), 1);
+    ASSERT_NE(lit.text, source.c_str());
+    EXPECT_EQ(std::u16string(lit.text), source);
+    EXPECT_EQ(lit.SetText(lit.text + 3), 1) << "part of the old text";
+    EXPECT_EQ(std::u16string(lit.text), u"FF");
+    Lit copy(lit);
+    EXPECT_EQ(copy.text, lit.text);
+    copy.text = nullptr;
+    EXPECT_EQ(lit.SetText(nullptr), 1);
+    EXPECT_EQ(lit.text, nullptr);
+}
+
+TEST(Literal, WithoutMemoryTheOldTextStays) {
+    lq::test::FailEachAllocation([](const lq::test::FailingAllocation&) {
+        Lit lit;
+        const int first = lit.SetText(u"1");
+        const int second = lit.SetText(u"23");
+        const std::u16string expected = second ? u"23" : first ? u"1" : u"";
+        EXPECT_EQ(lit.text ? std::u16string(lit.text) : u"", expected);
+    });
+}
+
+TEST(TimeObject, HasARunTimeClassButIsNotCreatedByName) {
+    Time t;
+    EXPECT_STREQ(t.GetRuntimeClass()->name, "Time");
+    EXPECT_EQ(t.GetRuntimeClass()->base, &CObject::classCObject);
+    EXPECT_EQ(CRuntimeClass::CreateObject("Time"), nullptr);
+    EXPECT_TRUE(t.days == 0 && t.ms == 0.0 && t.sign == 1);
+}
+
+}  // namespace
