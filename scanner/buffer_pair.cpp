@@ -1,0 +1,233 @@
+#include "scanner/buffer_pair.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "lq_data/memory.h"
+
+LQ_IMPLEMENT_DYNAMIC(BufferPair, CObject, nullptr)
+
+namespace {
+
+constexpr char16_t kEnd = Scanner::kEndOfInput;
+
+void CopyChars(char16_t* to, const char16_t* from, int32_t count) {
+    std::memcpy(to, from, static_cast<size_t>(count) * sizeof(char16_t));
+}
+
+const char16_t* TruncationMark(const char16_t* text) {
+    if (text[0] == u'(' && text[1] == u'*') {
+        return u"..*)";
+    }
+    return text[0] == u'\'' ? u"..'" : u"..";
+}
+
+}  // namespace
+
+BufferPair::BufferPair(STREAM_W& stream, int32_t half)
+    : stream_(&stream), endOnly_{kEnd, kEnd, kEnd, kEnd}, half_(half) {
+    buffer_ = lq::AllocateArray<char16_t>(2 * static_cast<size_t>(half));
+    if (!buffer_) {
+        buffer_ = endOnly_;
+        half_ = 2;
+    }
+    Bind(stream);
+}
+
+BufferPair::~BufferPair() {
+    if (buffer_ != endOnly_) {
+        lq::Release(buffer_);
+    }
+}
+
+void BufferPair::Bind(STREAM_W& stream) {
+    stream_ = &stream;
+    index_ = -1;
+    start_ = kNoToken;
+    bound_ = true;
+    spilled_ = false;
+    filledAhead_ = false;
+    firstPosition_ = static_cast<uint32_t>(stream.TellRead());
+    Fill(0);
+}
+
+STREAM_W* BufferPair::Unbind() {
+    if (!bound_) {
+        return nullptr;
+    }
+    bound_ = false;
+    stream_->SeekRead(GetPosition(), nullptr);
+    return stream_;
+}
+
+int32_t BufferPair::GetPosition() const {
+    if (index_ < 0) {
+        return static_cast<int32_t>(firstPosition_ - 1);
+    }
+    const auto passed = static_cast<uint32_t>(index_ - FirstSlot(HalfOf(index_)));
+    const uint32_t uncounted = buffer_[index_] == kEnd ? 1 : 0;
+    return static_cast<int32_t>(firstPosition_ + passed - uncounted);
+}
+
+// The next slot holds a mark: either the current half is used up, or the input is.
+char16_t BufferPair::PassMark() {
+    if (index_ >= 0 && buffer_[index_] == kEnd) {
+        return kEnd;
+    }
+    ++index_;
+    const int which = HalfOf(index_);
+    if (index_ == MarkSlot(which)) {
+        const int other = 1 - which;
+        if (!filledAhead_) {
+            Fill(other);
+        }
+        filledAhead_ = false;
+        index_ = FirstSlot(other);
+        firstPosition_ += static_cast<uint32_t>(half_ - 1);
+    }
+    if (buffer_[index_] == kEnd) {
+        // The stream may hold text behind a mark of its own; a second mark keeps NextChar here.
+        buffer_[index_ + 1] = kEnd;
+    }
+    return buffer_[index_];
+}
+
+char16_t BufferPair::Peek() {
+    if (index_ >= 0 && buffer_[index_] == kEnd) {
+        return kEnd;
+    }
+    const char16_t c = buffer_[index_ + 1];
+    if (c != kEnd) {
+        return c;
+    }
+    const int which = HalfOf(index_ + 1);
+    if (index_ + 1 != MarkSlot(which)) {
+        return kEnd;
+    }
+    if (!filledAhead_) {
+        Fill(1 - which);
+        filledAhead_ = true;
+    }
+    return buffer_[FirstSlot(1 - which)];
+}
+
+void BufferPair::Fill(int which) {
+    if (buffer_ == endOnly_) {
+        return;
+    }
+    SaveHalf(which);
+    char16_t* const first = buffer_ + FirstSlot(which);
+    int32_t filled = 0;
+    while (filled < half_ - 1) {
+        const int32_t wanted = half_ - 1 - filled;
+        const int32_t got = stream_->GetBlock(first + filled, wanted, nullptr);
+        if (got <= 0) {
+            break;
+        }
+        filled += std::min(got, wanted);
+    }
+    first[filled] = kEnd;
+    first[std::min(filled + 1, half_ - 1)] = kEnd;
+}
+
+void BufferPair::SaveHalf(int which) {
+    if (start_ == kNoToken || !owner_) {
+        return;
+    }
+    if (spilled_) {
+        Spill(buffer_ + FirstSlot(which), half_ - 1);
+    } else if (HalfOf(start_) == which) {
+        Spill(buffer_ + start_, MarkSlot(which) - start_);
+        spilled_ = owner_->SrcEx != nullptr;
+        if (!spilled_) {
+            start_ = FirstSlot(1 - which);  // all that is left of the token
+        }
+    }
+}
+
+void BufferPair::Spill(const char16_t* text, int32_t count) {
+    if (owner_->HugeBufComplete) {
+        return;  // full: memory ran short before
+    }
+    const int32_t length = owner_->SrcEx ? owner_->HugeBufLen - 1 : 0;
+    constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+    if (count > kMax - 1 - length) {
+        owner_->HugeBufComplete = 1;
+        return;
+    }
+    const int32_t needed = length + count + 1;
+    if (!owner_->SrcEx || needed > spillCapacity_) {
+        const int32_t capacity = !owner_->SrcEx || needed > kMax / 2 ? needed : 2 * needed;
+        auto* grown = lq::AllocateArray<char16_t>(static_cast<size_t>(capacity));
+        if (!grown) {
+            owner_->HugeBufComplete = owner_->SrcEx ? 1 : 0;
+            return;
+        }
+        if (owner_->SrcEx) {
+            CopyChars(grown, owner_->SrcEx, length);
+            lq::Release(owner_->SrcEx);
+        }
+        owner_->SrcEx = grown;
+        spillCapacity_ = capacity;
+    }
+    CopyChars(owner_->SrcEx + length, text, count);
+    owner_->SrcEx[needed - 1] = 0;
+    owner_->HugeBufLen = needed;
+}
+
+void BufferPair::CompleteSpill() {
+    if (owner_->HugeBufComplete) {
+        return;
+    }
+    const int current = HalfOf(index_);
+    if (!filledAhead_) {
+        Spill(buffer_ + FirstSlot(1 - current), half_ - 1);
+    }
+    Spill(buffer_ + FirstSlot(current), index_ - FirstSlot(current));
+    owner_->HugeBufComplete = 1;
+}
+
+int32_t BufferPair::CopyFromRing(char16_t* dest, int32_t room, int32_t offset) const {
+    const int startHalf = HalfOf(start_);
+    const bool wrapped = startHalf != HalfOf(index_);
+    const int32_t firstLength = (wrapped ? MarkSlot(startHalf) : index_) - start_;
+    const int32_t fromFirst = std::min(std::max(firstLength - offset, 0), room);
+    CopyChars(dest, buffer_ + start_ + (fromFirst > 0 ? offset : 0), fromFirst);
+    if (!wrapped) {
+        return fromFirst;
+    }
+    const int32_t first = FirstSlot(1 - startHalf);
+    const int32_t skip = std::max(offset - firstLength, 0);
+    const int32_t left = std::max(index_ - first - skip, 0);
+    const int32_t fromSecond = std::min(left, room - fromFirst);
+    CopyChars(dest + fromFirst, buffer_ + first + (fromSecond > 0 ? skip : 0), fromSecond);
+    return fromFirst + fromSecond;
+}
+
+int32_t BufferPair::CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) const {
+    const int32_t length = std::max(owner_->HugeBufLen - 1 - offset, 0);
+    const int32_t copied = std::min(length, room);
+    CopyChars(dest, owner_->SrcEx + (copied > 0 ? offset : 0), copied);
+    if (copied < length) {
+        const char16_t* mark = TruncationMark(dest);
+        const int32_t markLength = mark[2] == 0 ? 2 : mark[3] == 0 ? 3 : 4;
+        if (markLength <= copied) {
+            CopyChars(dest + copied - markLength, mark, markLength);
+        }
+    }
+    return copied;
+}
+
+int32_t BufferPair::CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut) {
+    int32_t length;
+    if (spilled_ && owner_->SrcEx) {
+        CompleteSpill();
+        length = CopyFromSpill(dest, destSize - 1, offset);
+    } else {
+        length = CopyFromRing(dest, destSize - 1, offset);
+    }
+    length = std::max(length - std::max(cut, 0), 0);
+    dest[length] = 0;
+    return length;
+}

@@ -1,0 +1,134 @@
+// Recognition of one token.
+//
+// A Recogniser lives for one GetToken call. It works on the scanner's current character, which no
+// delivered token holds yet: Next passes it, and what is not passed begins the next token. Each
+// family of literals has a source file of its own; all of them end in Finish or Fail.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/chars.h"
+#include "lq_data/scanner.h"
+#include "scanner/buffer_pair.h"
+
+class Recogniser {
+  public:
+    explicit Recogniser(Scanner& scanner) : s_(scanner), reader_(*scanner.reader) {}
+
+    // Leaves the recognised token in the scanner's `token`.
+    void Recognise();
+
+  private:
+    static constexpr char16_t kEnd = Scanner::kEndOfInput;
+    static constexpr int32_t kValueLength = Scanner::kBufferSize - 1;
+
+    // --- The current character ---------------------------------------------------------------
+
+    char16_t Current() const { return s_.current; }
+    bool At(char16_t c) const { return s_.current == c; }
+    void Next() { s_.current = reader_.NextChar(); }
+
+    // --- Ends of a token ---------------------------------------------------------------------
+
+    // The token is the text from its beginning up to the current character.
+    void Finish(TOKEN_KIND kind);
+    template <typename T>
+    void Finish(TOKEN_KIND kind, T value) {
+        s_.token.SetValue(value);
+        Finish(kind);
+    }
+    // An error; the current character begins the next token.
+    void Fail(SCAN_ERROR code) { Finish(TK_ERROR, static_cast<int32_t>(code)); }
+
+    // --- recogniser.cpp ----------------------------------------------------------------------
+
+    void SkipBlanks();
+    void Dispatch();
+    // Both return true when a token was finished.
+    bool LineBreak();
+    bool LineFeed();
+    void Operator(OPERATOR_CODE code);
+    void OneOrTwo(OPERATOR_CODE one, char16_t second, OPERATOR_CODE two);
+    void ParenthesisOrComment();
+    void Comment();
+    void EndOfInput();
+    void NoToken();
+
+    // --- identifier.cpp ----------------------------------------------------------------------
+
+    void AtSignIdentifier();
+    void Identifier();
+    void FinishIdentifier();
+    void BitSuffix();
+    bool PointBelongs(bool& deviceAddress);
+    bool SignBelongs();
+    bool BackslashBelongs();
+    bool HostAccepts();
+    // Puts the token's text so far into the value buffer; leaves room for `room` more characters.
+    int32_t TextSoFar(int32_t room);
+
+    // --- number.cpp --------------------------------------------------------------------------
+
+    void Number();
+    void FinishDecimal();
+    void RangeStart();
+    void BasedNumber();
+    void Fraction();
+    void Exponent();
+    void FinishReal();
+    // Passes digits with single underscores; false when an underscore is not followed by a digit.
+    template <typename IsDigitOfKind>
+    bool Digits(IsDigitOfKind isDigit) {
+        for (;;) {
+            while (isDigit(Current())) {
+                Next();
+            }
+            if (!At(u'_')) {
+                return true;
+            }
+            Next();
+            if (!isDigit(Current())) {
+                return false;
+            }
+        }
+    }
+    bool DecimalDigits() { return Digits(lq::chars::IsDigit); }
+    // The token's text from `offset` on, without underscores, in the value buffer.
+    int32_t DigitsText(int32_t offset);
+
+    // --- string_literal.cpp ------------------------------------------------------------------
+
+    void String();
+    bool Escape();
+    bool HexEscape();
+    void Store(char16_t c);
+    void FinishString();
+
+    // --- address_literal.cpp -----------------------------------------------------------------
+
+    void DirectAddress();
+
+    // --- duration.cpp, date_literal.cpp ------------------------------------------------------
+
+    // The identifier so far stands before "#": continues the literal that it introduces.
+    void PrefixedLiteral();
+    void FinishTime(TOKEN_KIND kind) { Finish(kind, &s_.time); }
+    void Duration();
+    int UnitAtHand(int expected);
+    bool AddComponent(int unit, bool isFirst, bool isFraction);
+    void Date();
+    void TimeOfDay();
+    void DateAndTime();
+    // Each passes a part of a date or time literal; false leaves the character at fault.
+    bool Part(uint32_t& number);
+    bool Separator(char16_t c);
+    bool CalendarDate(bool& isValid);
+    bool ClockTime(uint32_t& minutes);
+    bool CollectDigits(bool isIntegerPart);
+    // Digits, and a fraction when a point follows, in the value buffer.
+    bool CollectNumber(bool& isFraction);
+
+    Scanner& s_;
+    BufferPair& reader_;
+    int32_t lineBreaks_ = 0;  // passed in this call
+};

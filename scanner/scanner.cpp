@@ -1,0 +1,117 @@
+// The scanner's frame: its buffers, its stream, its keywords.
+#include "lq_data/scanner.h"
+
+#include "frame/chars.h"
+#include "lq_data/containers.h"
+#include "lq_data/memory.h"
+#include "scanner/buffer_pair.h"
+#include "scanner/process_state.h"
+#include "scanner/recogniser.h"
+
+LQ_IMPLEMENT_DYNAMIC(Scanner, CObject, &Scanner::CreateObject)
+
+namespace {
+
+constexpr int32_t kHalfSize = 1024;
+constexpr uint32_t kKeywordBuckets = 233;
+
+}  // namespace
+
+CObject* Scanner::CreateObject() {
+    auto* scanner = new Scanner;
+    if (scanner && !scanner->HasBuffers()) {
+        delete scanner;
+        scanner = nullptr;
+    }
+    return scanner;
+}
+
+Scanner::Scanner()
+    : textBuf(lq::AllocateArray<char16_t>(kBufferSize)),
+      spaceBuf(lq::AllocateArray<char16_t>(kBufferSize)),
+      valueBuf(lq::AllocateArray<char16_t>(kBufferSize)),
+      keywords(new HashTable(kKeywordBuckets, 1)),
+      allowNulEscape(lq::scanner::AskNulEscape()) {
+    lq::scanner::commaEndsString = false;
+    if (HasBuffers()) {
+        textBuf[0] = spaceBuf[0] = valueBuf[0] = 0;
+    }
+}
+
+Scanner::~Scanner() {
+    ReleaseStream();
+    delete keywords;
+    delete reader;
+    lq::Release(textBuf);
+    lq::Release(spaceBuf);
+    lq::Release(valueBuf);
+    lq::Release(SrcEx);
+}
+
+bool Scanner::HasBuffers() const {
+    return textBuf && spaceBuf && valueBuf && keywords;
+}
+
+void Scanner::FreeHugeBuffer() {
+    if (SrcEx) {
+        lq::Release(SrcEx);
+        SrcEx = nullptr;
+    }
+    HugeBufLen = 0;
+    HugeBufComplete = 0;
+}
+
+void Scanner::Initialize(STREAM_W& stream) {
+    delete reader;
+    reader = new BufferPair(stream, kHalfSize);
+    if (!reader) {
+        current = kEndOfInput;
+        return;
+    }
+    reader->SetOwner(this);
+    current = reader->NextChar();
+}
+
+void Scanner::AssignStream(STREAM_W& stream, int line) {
+    nActLine = line;
+    stringLength = 0;
+    textBuf[0] = valueBuf[0] = 0;
+    token.Clear();
+    if (!reader) {
+        Initialize(stream);
+        return;
+    }
+    reader->Bind(stream);
+    current = reader->NextChar();
+}
+
+STREAM_W* Scanner::ReleaseStream() {
+    return reader ? reader->Unbind() : nullptr;
+}
+
+int Scanner::RegisterKeyword(const char16_t* name, int id) {
+    return keywords->Insert(name, id) != nullptr ? 1 : 0;
+}
+
+int32_t Scanner::GetStreamPosition() const {
+    return reader ? reader->GetPosition() : -1;
+}
+
+int Scanner::SetCheckAccessOfCustomAddress(int flag) {
+    const int previous = checkAccessOfCustomAddress;
+    checkAccessOfCustomAddress = flag;
+    return previous;
+}
+
+Token Scanner::GetToken() {
+    if (reader) {
+        Recogniser(*this).Recognise();
+    } else {
+        token.kind = TK_EOF;
+        token.line = nActLine;
+        token.text = textBuf;
+        token.space = spaceBuf;
+        token.SetValue(static_cast<const char16_t*>(valueBuf));
+    }
+    return token;
+}

@@ -1,0 +1,96 @@
+// Character strings and their escapes.
+#include "scanner/process_state.h"
+#include "scanner/recogniser.h"
+
+using namespace lq::chars;
+
+namespace {
+
+struct EscapeText {
+    char16_t letter;  // in lower case
+    char16_t stored[2];
+};
+
+// One character, or a second one where it is not 0.
+constexpr EscapeText kEscapes[] = {
+    {u'$', {u'$', 0}},      {u'\'', {u'\'', 0}}, {u'"', {u'"', 0}},  {u'l', {u'\n', 0}},
+    {u'n', {u'\r', u'\n'}}, {u'p', {u'\f', 0}},  {u'r', {u'\r', 0}}, {u't', {u'\t', 0}},
+};
+
+const EscapeText* FindEscape(char16_t c) {
+    const char16_t lower = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
+    for (const EscapeText& escape : kEscapes) {
+        if (escape.letter == lower) {
+            return &escape;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void Recogniser::Store(char16_t c) {
+    if (s_.stringLength < kValueLength) {
+        s_.valueBuf[s_.stringLength++] = c;
+    }
+}
+
+void Recogniser::String() {
+    const char16_t quote = Current();
+    Next();
+    for (;;) {
+        const char16_t c = Current();
+        if (c == quote) {
+            Next();
+            return FinishString();
+        }
+        if (c == u',' && lq::scanner::commaEndsString) {
+            lq::scanner::commaEndsString = false;
+            return FinishString();
+        }
+        if (c == kEnd) {
+            return Fail(SE_STRING);
+        }
+        Next();
+        if (c == u'\n') {
+            ++s_.nActLine;
+        } else if (c != u'$') {
+            Store(c);
+        } else if (!Escape()) {
+            return Fail(SE_STRING);
+        }
+    }
+}
+
+// Behind "$"; false leaves the character at fault.
+bool Recogniser::Escape() {
+    if (const EscapeText* escape = FindEscape(Current())) {
+        Next();
+        Store(escape->stored[0]);
+        if (escape->stored[1] != 0) {
+            Store(escape->stored[1]);
+        }
+        return true;
+    }
+    return IsHex(Current()) && HexEscape();
+}
+
+bool Recogniser::HexEscape() {
+    const unsigned high = HexValue(Current());
+    Next();
+    if (!IsHex(Current())) {
+        return false;
+    }
+    const unsigned code = high * 16 + HexValue(Current());
+    if (code == 0 && !s_.allowNulEscape) {
+        return false;
+    }
+    Next();
+    Store(static_cast<char16_t>(code));
+    return true;
+}
+
+void Recogniser::FinishString() {
+    s_.valueBuf[s_.stringLength] = 0;
+    Finish(TK_STRING, static_cast<const char16_t*>(s_.valueBuf));
+}

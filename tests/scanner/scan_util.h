@@ -1,0 +1,174 @@
+// Scanning a text in a test: token lists as one line of text, streams that hand out little at a
+// time, readers with small halves.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <initializer_list>
+
+#include "host/text/utf.h"
+#include "lq_data/scanner.h"
+#include "scanner/buffer_pair.h"
+
+// The tests' way to a scanner's reader.
+struct ScannerTestAccess {
+    // Replaces the reader by one with halves of another size.
+    static void UseHalves(Scanner& scanner, STREAM_W& stream, int32_t half) {
+        delete scanner.reader;
+        scanner.reader = new BufferPair(stream, half);
+        scanner.reader->SetOwner(&scanner);
+        scanner.current = scanner.reader->NextChar();
+    }
+};
+
+namespace lq::test {
+
+// Hands out at most `step` characters a call.
+class SlowStream : public STREAM_W {
+  public:
+    SlowStream(std::u16string text, int32_t step) : text_(std::move(text)), step_(step) {}
+
+    int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR*) override {
+        const auto left = static_cast<int32_t>(text_.size()) - read_;
+        const int32_t n = std::min({count, step_, left});
+        std::copy_n(text_.data() + read_, n, buffer);
+        read_ += n;
+        return n;
+    }
+    int32_t PutBlock(const char16_t*, int32_t, STREAMERROR*) override { return 0; }
+    int32_t TellRead() override { return read_; }
+    int32_t TellWrite() override { return 0; }
+    int SeekRead(int32_t position, STREAMERROR*) override {
+        read_ = position;
+        return 1;
+    }
+    int SeekWrite(int32_t, STREAMERROR*) override { return 0; }
+
+  private:
+    std::u16string text_;
+    int32_t step_;
+    int32_t read_ = 0;
+};
+
+inline std::unique_ptr<Scanner> NewScanner() {
+    return std::unique_ptr<Scanner>(static_cast<Scanner*>(Scanner::CreateObject()));
+}
+
+inline std::string Utf8(const char16_t* text) {
+    std::string out;
+    for (; *text != 0; ++text) {
+        if (*text >= 0x20 && *text < 0x7F) {
+            out += static_cast<char>(*text);
+        } else {
+            char code[8];
+            std::snprintf(code, sizeof(code), "<%X>", static_cast<unsigned>(*text));
+            out += code;
+        }
+    }
+    return out;
+}
+
+inline std::string DescribeTime(const Time& t) {
+    char text[80];
+    std::snprintf(text, sizeof(text), "%d:%.10g:%d", t.days, t.ms, t.sign);
+    return text;
+}
+
+// "kind[text]=value" with the value where the kind has one.
+inline std::string Describe(const Token& token) {
+    static constexpr const char* kNames[] = {"ERR", "OP",   "INT", "BASED", "REAL", "ID",
+                                             "KEY", "NL",   "ADR", "COM",   "STR",  "TIME",
+                                             "DT",  "DATE", "TOD", "RANGE", "EOF",  "NONE"};
+    std::string out = kNames[token.kind];
+    out += "[" + Utf8(token.text) + "]";
+    char number[40] = "";
+    switch (token.kind) {
+        case TK_ERROR:
+        case TK_INTEGER:
+        case TK_BASED_INTEGER:
+        case TK_RANGE_START:
+            std::snprintf(number, sizeof(number), "=%u", token.GetNumber());
+            break;
+        case TK_OPERATOR:
+        case TK_KEYWORD:
+            std::snprintf(number, sizeof(number), "=%u", unsigned{token.GetCode()});
+            break;
+        case TK_REAL:
+            std::snprintf(number, sizeof(number), "=%.17g", token.GetReal());
+            break;
+        case TK_COMMENT:
+        case TK_STRING:
+            return out + "=" + Utf8(token.GetValueText());
+        case TK_ADDRESS:
+            std::snprintf(number, sizeof(number), "=%u,%u,", unsigned{token.GetAddress()->location},
+                          unsigned{token.GetAddress()->size});
+            return out + number + Utf8(token.GetAddress()->text);
+        case TK_TIME:
+        case TK_DATE:
+        case TK_DATE_AND_TIME:
+        case TK_TIME_OF_DAY:
+            return out + "=" + DescribeTime(*token.GetTime());
+        default:
+            break;
+    }
+    return out + number;
+}
+
+// All tokens up to the end, a blank between them; the end itself is left out.
+inline std::string ScanAll(Scanner& scanner) {
+    std::string out;
+    for (;;) {
+        const Token token = scanner.GetToken();
+        if (token.kind == TK_EOF) {
+            return out;
+        }
+        out += (out.empty() ? "" : " ") + Describe(token);
+    }
+}
+
+inline std::string Scan(const std::u16string& text) {
+    auto scanner = NewScanner();
+    MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
+                       static_cast<int32_t>(text.size()), nullptr);
+    scanner->RegisterKeyword(u"TRUE", KW_TRUE);
+    scanner->Initialize(stream);
+    return ScanAll(*scanner);
+}
+
+struct ScanCase {
+    const char16_t* text;
+    const char* tokens;
+};
+
+// Each text must give its tokens: from memory, from streams that hand out little at a time, and at
+// every start near the end of a small half.
+inline void CheckScans(std::initializer_list<ScanCase> cases) {
+    for (const ScanCase& c : cases) {
+        SCOPED_TRACE(Utf8(c.text));
+        EXPECT_EQ(Scan(c.text), c.tokens);
+        for (const int32_t step : {1, 2, 3, 5, 7, 13, 32}) {
+            auto scanner = NewScanner();
+            scanner->RegisterKeyword(u"TRUE", KW_TRUE);
+            SlowStream stream(c.text, step);
+            scanner->Initialize(stream);
+            EXPECT_EQ(ScanAll(*scanner), c.tokens) << "in steps of " << step;
+        }
+        constexpr int32_t kHalf = 48;
+        for (int32_t start = 0; start < 2 * kHalf; ++start) {
+            auto scanner = NewScanner();
+            scanner->RegisterKeyword(u"TRUE", KW_TRUE);
+            SlowStream stream(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
+            scanner->Initialize(stream);
+            SlowStream again(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
+            ScannerTestAccess::UseHalves(*scanner, again, kHalf);
+            EXPECT_EQ(ScanAll(*scanner), c.tokens) << "at " << start;
+        }
+    }
+}
+
+}  // namespace lq::test

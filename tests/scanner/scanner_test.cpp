@@ -1,0 +1,139 @@
+// The scanner's frame: streams, keywords, positions, very long tokens.
+#include "lq_data/memory.h"
+#include "tests/scanner/scan_util.h"
+
+namespace lq::test {
+namespace {
+
+TEST(Scanner, IsCreatedByName) {
+    std::unique_ptr<CObject> object(CRuntimeClass::CreateObject("Scanner"));
+    ASSERT_NE(object, nullptr);
+    EXPECT_STREQ(object->GetRuntimeClass()->name, "Scanner");
+    for (const char* name : {"Token", "Address", "BufferPair", "Time"}) {
+        EXPECT_NE(CRuntimeClass::FromName(name), nullptr) << name;
+    }
+}
+
+TEST(Scanner, TheFirstIdOfAKeywordStays) {
+    auto scanner = NewScanner();
+    EXPECT_EQ(scanner->RegisterKeyword(u"OF", 4), 1);
+    EXPECT_EQ(scanner->RegisterKeyword(u"OF", 5), 0);
+    EXPECT_EQ(scanner->RegisterKeyword(u"BIG", 0x12345), 1);
+    MEMSTREAM_W stream(u"OF BIG", 6, 6, nullptr);
+    scanner->Initialize(stream);
+    EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029");
+}
+
+TEST(Scanner, HandsTheStreamBackBehindTheLastToken) {
+    MEMSTREAM_W stream(u"a b", 3, 3, nullptr);
+    auto scanner = NewScanner();
+    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
+    scanner->Initialize(stream);
+    scanner->GetToken();
+    EXPECT_EQ(scanner->GetStreamPosition(), 1);
+    EXPECT_EQ(scanner->ReleaseStream(), &stream);
+    EXPECT_EQ(stream.TellRead(), 1);
+    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
+}
+
+TEST(Scanner, GoesOnWithAnotherStream) {
+    auto scanner = NewScanner();
+    MEMSTREAM_W first(u"a\nb", 3, 3, nullptr);
+    MEMSTREAM_W second(u"xx y", 4, 4, nullptr);
+    scanner->Initialize(first);
+    scanner->GetToken();
+    scanner->ReleaseStream();
+    second.SeekRead(3, nullptr);
+    scanner->AssignStream(second, 7);
+    const Token token = scanner->GetToken();
+    EXPECT_EQ(Describe(token), "ID[y]");
+    EXPECT_EQ(token.line, 7);
+    EXPECT_EQ(scanner->GetStreamPosition(), 3) << "the end of input is not counted";
+    EXPECT_EQ(scanner->IsEOF(), 1);
+}
+
+TEST(Scanner, PassesTheAccessFlagOn) {
+    auto scanner = NewScanner();
+    EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(0), 1);
+    EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(1), 0);
+}
+
+// One token of each length, in each place of the ring.
+class LongToken : public testing::TestWithParam<size_t> {};
+
+TEST_P(LongToken, IsWholeInTheOverflowTextAndMarkedInTheToken) {
+    struct Shape {
+        std::u16string open, close, mark;
+        int32_t kind;
+    };
+    const Shape shapes[] = {
+        {u"(*", u"*)", u"..*)", TK_COMMENT},
+        {u"'", u"'", u"..'", TK_STRING},
+        {u"\"", u"\"", u"..", TK_STRING},
+        {u"n", u"n", u"..", TK_IDENTIFIER},
+    };
+    const size_t length = GetParam();
+    for (const Shape& shape : shapes) {
+        for (const size_t blanks : {size_t{0}, size_t{1000}, size_t{1022}, size_t{1023},
+                                    size_t{1500}, size_t{2045}, size_t{2046}}) {
+            std::u16string source = shape.open;
+            while (source.size() < length - shape.close.size()) {
+                source += static_cast<char16_t>(u'a' + source.size() % 26);
+            }
+            source += shape.close;
+            const std::u16string text = std::u16string(blanks, u' ') + source + u" next";
+            auto scanner = NewScanner();
+            SlowStream stream(text, 1000);
+            scanner->Initialize(stream);
+            const Token token = scanner->GetToken();
+            SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
+                                            << ", blanks " << blanks);
+            EXPECT_EQ(token.kind, shape.kind);
+            if (length <= 2048) {
+                EXPECT_EQ(std::u16string(token.text), source);
+            } else {
+                const size_t kept = 2048 - shape.mark.size();
+                EXPECT_EQ(std::u16string(token.text), source.substr(0, kept) + shape.mark);
+                ASSERT_NE(scanner->GetSrcEx(), nullptr);
+            }
+            if (scanner->GetSrcEx()) {
+                EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
+                EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(length) + 1);
+                EXPECT_EQ(scanner->IsHugeBufComplete(), 1);
+            }
+            EXPECT_EQ(Describe(scanner->GetToken()), "ID[next]");
+            EXPECT_EQ(scanner->GetSrcEx(), nullptr);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, LongToken,
+                         testing::Values(1021, 1022, 1023, 1024, 1025, 2045, 2046, 2047, 2048, 2049,
+                                         2050, 3069, 3070, 4096, 10000));
+
+TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
+    const std::u16string longName(5000, u'x');
+    const std::u16string text = longName + u" " + longName;
+    auto scanner = NewScanner();
+    SlowStream stream(text, 1000);
+    scanner->Initialize(stream);
+    scanner->GetToken();
+    char16_t* taken = scanner->GetSrcEx();
+    scanner->SetSrcEx(nullptr);
+    scanner->GetToken();
+    EXPECT_EQ(std::u16string(taken), longName);
+    EXPECT_EQ(std::u16string(scanner->GetSrcEx()), longName);
+    lq::Release(taken);
+}
+
+TEST(Scanner, KeepsTheFirstCharactersOfALongString) {
+    const std::u16string text = u"'" + std::u16string(2047, u'a') + u"$Nb'";
+    auto scanner = NewScanner();
+    SlowStream stream(text, 1000);
+    scanner->Initialize(stream);
+    const Token token = scanner->GetToken();
+    EXPECT_EQ(std::u16string(token.GetValueText()), std::u16string(2047, u'a') + u"\r");
+}
+
+}  // namespace
+}  // namespace lq::test
