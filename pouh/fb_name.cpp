@@ -1,0 +1,62 @@
+// Which function block an instance name stands for: the POU's own declarations come before the
+// global ones.
+
+#include "frame/chars.h"
+#include "lq_base.h"
+#include "lq_data/pouh.h"
+#include "pouh/owned.h"
+#include "pouh/record_access.h"
+#include "pouh/records.h"
+
+namespace lq::pouh {
+
+namespace {
+
+// The specification record of the function block instance of that name, or null.
+void* FindInstance(FLIST* list, const char16_t* name) {
+    for (DECL_TYP* decl = DeclAt(list, LC_FIRST); decl; decl = DeclAt(list, LC_NEXT)) {
+        if (TypeKindOf(decl) == DT_FB_INSTANCE &&
+            chars::EqualNoCase(TextOf(decl, POUH_NAME), name)) {
+            return decl->type->spec;
+        }
+    }
+    return nullptr;
+}
+
+bool FindInPou(const char16_t* instance, const char16_t* pou, CLQString& fbType) {
+    POU_HEADER_TYP* header = CreatePOUHeader();
+    void* spec = LoadPOUHeader(header, pou) ? FindInstance(ListOf(header), instance) : nullptr;
+    if (spec) {
+        fbType.y_GetAttrOfFBInstSpec(spec, POUH_NAME);
+    }
+    DestroyPOUHeader(header);
+    return spec != nullptr;
+}
+
+bool NamesFunctionBlock(const char16_t* type) {
+    const ID id = FindPOUByName(type);
+    LQNAVIOBJECTMAN* manager = LQNAVIOBJECTMAN::Get();
+    const LQNAVIOBJECT* pou = manager && id != ID() ? manager->Get(id) : nullptr;
+    return pou && pou->GetKind() == LQ_KIND_FUNCTION_BLOCK;
+}
+
+bool FindInGlobals(const char16_t* instance, CLQString& fbType) {
+    const Owned<LQDECL> global(FindGVLDeclByName(instance));
+    if (!global || !NamesFunctionBlock(global->GetType())) {
+        return false;
+    }
+    fbType = global->GetType();
+    return true;
+}
+
+}  // namespace
+
+}  // namespace lq::pouh
+
+int FindFBName(const char16_t* instance, const char16_t* pou, CLQString* fbType) {
+    if (!instance || !fbType) {
+        return 0;
+    }
+    return lq::pouh::FindInPou(instance, pou, *fbType) ||
+           lq::pouh::FindInGlobals(instance, *fbType);
+}

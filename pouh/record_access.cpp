@@ -1,0 +1,116 @@
+#include "pouh/record_access.h"
+
+#include "pouh/attributes.h"
+#include "pouh/records.h"
+
+namespace lq::pouh {
+
+namespace {
+
+template <typename Record>
+const char16_t* Read(const Record* record, POUH_ATTRIBUTE_FLAG flag) {
+    const char16_t* text = FindText(record, FieldsOf(record), flag);
+    return text ? text : u"";
+}
+
+template <typename Record>
+FLIST* List(const Record* record) {
+    return record ? record->list : nullptr;
+}
+
+// The fields that every specification has, wherever its record keeps them.
+struct SpecView {
+    const CLQString* typeText = nullptr;
+    const CLQString* initValue = nullptr;
+    const POUH_COMMENT_TYP* comment = nullptr;
+    const POUH_COMMENT_TYP* comment2 = nullptr;
+};
+
+SpecView ViewOf(const DECL_TYP* decl) {
+    const UNNAMED_TYPE_TYP* type = decl ? decl->type : nullptr;
+    void* spec = nullptr;
+    GetAttrOfUnnamedType(type, POUH_TYPESPEC, &spec);
+    if (!spec) {
+        return {};
+    }
+    if (type->kind == DT_SUBRANGE) {
+        const auto* s = static_cast<const SUBRANGE_SPEC_TYP*>(spec);
+        return {s->name, s->initValue, s->comment, nullptr};
+    }
+    const auto* s = static_cast<const LQ_TYPE_SPEC*>(spec);
+    return {s->typeText, s->initValue, s->comment, s->comment2};
+}
+
+const char16_t* OrEmpty(const CLQString* text) {
+    return text ? text->GetText() : u"";
+}
+
+}  // namespace
+
+const char16_t* TextOf(const POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const SIMPLE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const STRING_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const ARRAY_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const SUBRANGE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+const char16_t* TextOf(const TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
+    return Read(record, flag);
+}
+
+uint32_t TypeKindOf(const DECL_TYP* decl) {
+    return decl && decl->type ? decl->type->kind : 0;
+}
+
+const char16_t* TypeTextOf(const DECL_TYP* decl) {
+    return OrEmpty(ViewOf(decl).typeText);
+}
+
+const char16_t* InitValueOf(const DECL_TYP* decl) {
+    return OrEmpty(ViewOf(decl).initValue);
+}
+
+const char16_t* CommentOf(const DECL_TYP* decl, POUH_ATTRIBUTE_FLAG flag) {
+    const SpecView view = ViewOf(decl);
+    return Read(flag == POUH_COMMENT2 ? view.comment2 : view.comment, POUH_REMARK);
+}
+
+FLIST* ListOf(const SYMBOL_TABLE_TYP* record) {
+    return List(record);
+}
+FLIST* ListOf(const POUH_DECL_LIST_TYP* record) {
+    return List(record);
+}
+FLIST* ListOf(const TASK_LIST_TYP* record) {
+    return List(record);
+}
+FLIST* ListOf(const TASK_POU_LIST_TYP* record) {
+    return List(record);
+}
+FLIST* ListOf(const POU_HEADER_TYP* record) {
+    return List(record ? record->declList : nullptr);
+}
+
+DECL_TYP* DeclAt(FLIST* list, LIST_CALLBACK code) {
+    void* slot = nullptr;
+    return ListGet(list, slot, nullptr, code, 0) != 0 ? *static_cast<DECL_TYP**>(slot) : nullptr;
+}
+
+}  // namespace lq::pouh

@@ -1,0 +1,88 @@
+// The records behind include/lq_data/pouh.h. Only pouh/ sees their fields; everybody else goes
+// through attributes or record_access.h.
+//
+// A hundred thousand declarations are held at once, so a record holds what it says and nothing
+// else: a text is a pointer to a string object, null when there is none. The order of fields is
+// that of the interface.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_base.h"
+#include "lq_data/pouh.h"
+
+struct POUH_COMMENT_TYP {
+    CLQString* remark;
+};
+
+// Every list record. The list's elements are owned with it.
+struct LQ_LIST_RECORD {
+    FLIST* list;
+};
+struct SYMBOL_TABLE_TYP : LQ_LIST_RECORD {};
+struct POUH_DECL_LIST_TYP : LQ_LIST_RECORD {};
+struct TASK_LIST_TYP : LQ_LIST_RECORD {};
+struct TASK_POU_LIST_TYP : LQ_LIST_RECORD {};
+
+struct POUH_INFO_TYP {
+    CLQString* infoText;
+    CLQString* name;
+    uint32_t pouType;
+    POUH_COMMENT_TYP* pouComment;
+    POUH_COMMENT_TYP* comment;
+    uint32_t headerFlag;
+    uint32_t reserved[2];  // zero
+    uint32_t extraValue;
+};
+
+struct POU_HEADER_TYP {
+    POUH_INFO_TYP* info;
+    POUH_DECL_LIST_TYP* declList;
+};
+
+struct DECL_TYP {
+    uint32_t scope;  // DECL_SCOPE
+    CLQString* name;
+    CLQString* address;
+    UNNAMED_TYPE_TYP* type;
+    uint16_t word;
+    uint16_t flags;
+};
+
+struct UNNAMED_TYPE_TYP {
+    uint32_t kind;  // POUH_TYPE_KIND
+    void* spec;     // the specification record of that kind
+};
+
+// Every specification but that of a subrange, so that one destruction serves all.
+struct LQ_TYPE_SPEC {
+    CLQString* typeText;
+    CLQString* initValue;
+    POUH_COMMENT_TYP* comment;
+    POUH_COMMENT_TYP* comment2;
+};
+struct SIMPLE_SPEC_TYP : LQ_TYPE_SPEC {};
+struct FBINST_SPEC_TYP : LQ_TYPE_SPEC {};
+struct STRING_SPEC_TYP : LQ_TYPE_SPEC {};
+struct ARRAY_SPEC_TYP : LQ_TYPE_SPEC {};
+
+struct SUBRANGE_SPEC_TYP {
+    CLQString* name;
+    CLQString* range;
+    CLQString* initValue;
+    POUH_COMMENT_TYP* comment;
+    uint32_t comment2;  // read and never written
+};
+
+struct TASK_INFO_TYP {
+    CLQString* name;
+    CLQString* event;
+    CLQString* interval;
+    CLQString* priority;
+    CLQString* comment;
+};
+
+struct TASK_TYP {
+    TASK_INFO_TYP* info;
+    TASK_POU_LIST_TYP* pous;
+};

@@ -1,0 +1,104 @@
+// A project for the loaders' tests, and records as one line of text each.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/model/project.h"
+#include "pouh/record_access.h"
+
+namespace lq::pouh {
+
+// A project that the model answers for as long as it lives.
+class LoadedProject : public host::Project {
+  public:
+    LoadedProject() { host::SetProject(this); }
+    ~LoadedProject() { host::SetProject(nullptr); }
+
+    ID AddPouNamed(const char16_t* name, LQ_OBJECT_KIND kind = LQ_KIND_PROGRAM) {
+        host::Pou pou;
+        pou.name = name;
+        pou.kind = kind;
+        return AddPou(pou);
+    }
+
+    ID AddStructure(const char16_t* name, const char16_t* comment = u"") {
+        host::DataType type;
+        type.name = name;
+        type.structure = true;
+        type.comment = comment;
+        return AddDataType(type);
+    }
+
+    ID AddConfigurationNamed(const char16_t* name) {
+        host::Configuration configuration;
+        configuration.name = name;
+        return AddConfiguration(configuration);
+    }
+
+    ID AddGlobals() {
+        host::VariableList list;
+        list.name = u"Globals";
+        list.parent = AddConfigurationNamed(u"Config");
+        return AddVariableList(list);
+    }
+
+    ID AddVar(ID owner, const char16_t* name, const char16_t* type, host::Section section = {},
+              const char16_t* init = u"", const char16_t* address = u"") {
+        host::Declaration declaration;
+        declaration.owner = owner;
+        declaration.name = name;
+        declaration.type = type;
+        declaration.section = section;
+        declaration.initValue = init;
+        declaration.address = address;
+        return AddDeclaration(declaration);
+    }
+};
+
+inline constexpr host::Section kLocal = {host::Scope::kLocal};
+inline constexpr host::Section kInput = {host::Scope::kInput};
+inline constexpr host::Section kOutput = {host::Scope::kOutput};
+inline constexpr host::Section kInOut = {host::Scope::kInOut};
+inline constexpr host::Section kExternal = {host::Scope::kExternal};
+inline constexpr host::Section kGlobal = {host::Scope::kGlobal};
+
+// "scope name : type-kind type-text := initial-value @address", the last two where there is one.
+inline std::u16string Describe(const DECL_TYP* decl) {
+    uint32_t scope = 0;
+    GetAttrOfDecl(decl, POUH_SCOPE, &scope);
+    const auto number = [](uint32_t n) {
+        const std::string digits = std::to_string(n);
+        return std::u16string(digits.begin(), digits.end());
+    };
+    std::u16string line = number(scope) + u" " + TextOf(decl, POUH_NAME) + u" : " +
+                          number(TypeKindOf(decl)) + u" " + TypeTextOf(decl);
+    if (*InitValueOf(decl)) {
+        line += std::u16string(u" := ") + InitValueOf(decl);
+    }
+    if (*TextOf(decl, POUH_ADDRESS)) {
+        line += std::u16string(u" @") + TextOf(decl, POUH_ADDRESS);
+    }
+    return line;
+}
+
+using Lines = std::vector<std::u16string>;
+
+inline Lines DescribeAll(FLIST* list) {
+    Lines lines;
+    for (DECL_TYP* decl = DeclAt(list, LC_FIRST); decl; decl = DeclAt(list, LC_NEXT)) {
+        lines.push_back(Describe(decl));
+    }
+    return lines;
+}
+
+inline Lines Names(FLIST* list) {
+    Lines names;
+    void* slot = nullptr;
+    for (LIST_CALLBACK code = LC_FIRST; ListGet(list, slot, nullptr, code, 0); code = LC_NEXT) {
+        names.emplace_back(*static_cast<char16_t**>(slot));
+    }
+    return names;
+}
+
+}  // namespace lq::pouh

@@ -1,0 +1,172 @@
+// Every allocation of every operation fails once. A block that is left over fails the test; beyond
+// that a result is either a failure or complete, as far as the model itself found the memory to
+// answer.
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "host/base/check_scanner.h"
+#include "load_test_util.h"
+#include "lq_base.h"
+#include "pouh/lists.h"
+#include "pouh/records.h"
+#include "tests/support/test_allocator.h"
+
+namespace {
+
+using namespace lq::pouh;
+using lq::test::FailEachAllocation;
+using lq::test::FailingAllocation;
+
+// What the library and its host keep between calls would count as left over: they start cold in
+// every round, and cold before the first count.
+struct ColdStart {
+    ColdStart() { Release(); }
+    ~ColdStart() { Release(); }
+    static void Release() {
+        lq::host::DestroyCheckScanner();
+        LQHeadReleaseHashTable();
+    }
+};
+
+TEST(PouhMemory, HiddenHeaderIsCompleteOrFails) {
+    FailEachAllocation([](const FailingAllocation& failing) {
+        POU_HEADER_TYP* header = CreatePOUHeader();
+        const int result = LoadPOUHiddenHeader(header, u"_SFCCB");
+        EXPECT_EQ(result, failing.HasFailed() ? 0 : 1);
+        if (result) {
+            EXPECT_EQ(DescribeAll(ListOf(header)),
+                      (Lines{u"6 A : 1 BOOL := 0", u"6 P : 1 BOOL := 0"}));
+        }
+        DestroyPOUHeader(header);
+    });
+}
+
+TEST(PouhMemory, Loaders) {
+    const ColdStart beforeTheFirstCount;
+    LoadedProject project;
+    lq::host::Pou function;
+    function.name = u"F";
+    function.kind = LQ_KIND_FUNCTION;
+    function.resultType = u"STRING";
+    function.eno = true;
+    const ID pou = project.AddPou(function);
+    project.AddVar(pou, u"a", u"INT", kInput, u"1");
+    project.AddVar(pou, u"r", u"ARRAY [1..2] OF INT");
+    project.AddVar(pou, u"t", u"TON");
+    project.AddVar(pou, u"x", u"Nothing", kOutput, u"1 +");
+    project.AddVar(pou, u"g", u"INT", kExternal);
+    project.AddVar(project.AddGlobals(), u"g", u"INT", kGlobal, u"7", u"%MW4");
+    auto* object = dynamic_cast<LQPOU*>(project.GetView(pou));
+
+    FailEachAllocation([&](const FailingAllocation& failing) {
+        const ColdStart round;
+        POU_HEADER_TYP* header = CreatePOUHeader();
+        const int result = LoadPOUHeader(header, pou, 0);
+        EXPECT_TRUE(result == 1 || failing.HasFailed());
+        DestroyPOUHeader(header);
+    });
+    FailEachAllocation([&](const FailingAllocation& failing) {
+        const ColdStart round;
+        POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
+        const int result = LoadInterface(list, object);
+        EXPECT_TRUE(result == 1 || failing.HasFailed());
+        DestroyPOUHDeclList(list);
+    });
+    FailEachAllocation([&](const FailingAllocation& failing) {
+        const ColdStart round;
+        CLQString fbType;
+        const int result = FindFBName(u"t", u"F", &fbType);
+        EXPECT_TRUE(result == 1 || failing.HasFailed());
+        EXPECT_TRUE(result == 0 || fbType.HasFailed() || std::u16string(fbType) == u"TON");
+    });
+}
+
+TEST(PouhMemory, Tasks) {
+    LoadedProject project;
+    lq::host::Resource resource;
+    resource.configuration = project.AddConfigurationNamed(u"Config");
+    lq::host::Task source;
+    source.name = u"Fast";
+    source.resource = project.AddResource(resource);
+    project.AddTask(source);
+    FailEachAllocation([](const FailingAllocation& failing) {
+        TASK_TYP* task = CreateTask();
+        const int result = LoadTask(task, u"Fast");
+        EXPECT_EQ(result, failing.HasFailed() ? 0 : 1);
+        DestroyTask(task);
+    });
+    FailEachAllocation([](const FailingAllocation& failing) {
+        TASK_LIST_TYP* list = CreateTaskList();
+        EXPECT_EQ(list != nullptr, !failing.HasFailed());
+        EXPECT_EQ(DestroyTaskList(list), failing.HasFailed() ? 0 : 1);
+    });
+}
+
+TEST(PouhMemory, RegroupingLeavesTheOldOrder) {
+    FailEachAllocation([](const FailingAllocation& failing) {
+        SYMBOL_TABLE_TYP* table = CreateSymbolTable();
+        FLIST* list = NewDeclList();
+        SetAttrOfSymbolTable(table, POUH_LIST, &list);
+        Lines lines;
+        for (const uint32_t scope : {DS_VAR, DS_VAR_INPUT}) {
+            DECL_TYP* decl = CreateDecl();
+            SetAttrOfDecl(decl, POUH_SCOPE, &scope);
+            if (AddDecl(list, decl, LC_LAST)) {
+                lines.push_back(Describe(decl));
+            }
+        }
+        if (table && lines.size() == 2) {
+            if (RegroupByScope(*table)) {
+                std::swap(lines[0], lines[1]);
+            } else {
+                EXPECT_TRUE(failing.HasFailed());
+            }
+            EXPECT_EQ(DescribeAll(ListOf(table)), lines);
+        }
+        if (!DestroySymbolTable(table) && list) {
+            for (DECL_TYP* d = DeclAt(list, LC_FIRST); d; d = DeclAt(list, LC_NEXT)) {
+                DestroyDecl(d);
+            }
+            DestroyList(list);
+        }
+    });
+}
+
+TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
+    const ColdStart beforeTheFirstCount;
+    FailEachAllocation([](const FailingAllocation& failing) {
+        const ColdStart round;
+        const DUVMemberInit_C init(u"a := [1, 2], b := 'xyz'");
+        const char16_t* a = init.FindNewInit(u"a");
+        const char16_t* b = init.FindNewInit(u"b");
+        EXPECT_TRUE(failing.HasFailed() || (a && b));
+        EXPECT_TRUE(!a || std::u16string(a) == u"[1,2]");
+        EXPECT_TRUE(!b || (a && std::u16string(b) == u"'xyz'"));
+    });
+}
+
+TEST(PouhMemory, ScopesNeedNone) {
+    const ColdStart beforeTheFirstCount;
+    FailEachAllocation([](const FailingAllocation&) {
+        const ColdStart round;
+        EXPECT_EQ(GetDeclScope(u"VAR_IN_EXT"), DS_VAR_IN_EXT);
+        EXPECT_EQ(GetDeclScope(u"VAR_X"), DS_UNKNOWN);
+    });
+}
+
+TEST(PouhMemory, TextThatCannotBeCopiedLeavesNone) {
+    POUH_COMMENT_TYP* comment = CreatePOUHComment();
+    SetAttrOfPOUHComment(comment, POUH_REMARK, u"before");
+    {
+        const FailingAllocation failing(1, false);
+        EXPECT_EQ(SetAttrOfPOUHComment(comment, POUH_REMARK, u"after"), 1);
+    }
+    char16_t buffer[8] = u"#";
+    GetAttrOfPOUHComment(comment, POUH_REMARK, buffer);
+    EXPECT_EQ(buffer[0], u'#');
+    DestroyPOUHComment(comment);
+}
+
+}  // namespace
