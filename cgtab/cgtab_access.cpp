@@ -1,0 +1,59 @@
+#include "cgtab/cgtab_access.h"
+
+#include <algorithm>
+#include <cstring>
+
+int32_t CgTabAccess::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const int32_t pos = tables.Insert(decl, d);
+    fault = d.fault;
+    return pos;
+}
+
+bool CgTabAccess::Decode(CgTab& tables, const DECL_TYP* decl, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const bool decoded = tables.GetDecl(decl, d);
+    fault = d.fault;
+    return decoded;
+}
+
+bool CgTabAccess::DecodeType(CgTab& tables, const DECL_TYP* decl, IEC_TYPE& type,
+                             CgTab::TYP_DSC& dsc, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const bool decoded = tables.GetDecl(decl, d);
+    fault = d.fault;
+    type = d.type;
+    dsc = d.dsc;
+    return decoded;
+}
+
+int CgTabAccess::AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list,
+                           CgTab::POS_DSC& range, int count) {
+    return tables.AppendCmp(header, attr, list, range, count);
+}
+
+int32_t CgTabAccess::LengthOf(const CgTab& tables, CgTab::TAB_ID id) {
+    const R_FILE* file = tables.handle_(id);
+    return file ? file->Filelength() : 0;
+}
+
+bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
+                            uint32_t size) {
+    CgTab::LineBuffer buf;
+    CgTab::LineBody body;
+    if (pos < 0 || !tables.ReadLine(id, pos, buf, 0) || !tables.SplitLine(id, buf, body)) {
+        return false;
+    }
+    const uint32_t length = std::min(body.nameLength, size - 1);
+    std::memcpy(name, body.name, length * sizeof(char16_t));
+    name[length] = 0;
+    return true;
+}
+
+int CgTabAccess::ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array) {
+    return tables.Read(pos, array);
+}
+
+int32_t CgTabAccess::InsertArray(CgTab& tables, const CgTab::ArrDsc& array) {
+    return tables.Insert(array);
+}

@@ -1,0 +1,265 @@
+// Lines to records. What a line claims is checked against what is there before it is used: images
+// may come from anywhere.
+#include <algorithm>
+#include <cstring>
+
+#include "cgtab/line.h"
+#include "lq_data/cgtab.h"
+
+using lq::cgtab::HasStoredDescriptor;
+using lq::cgtab::LoadU32;
+using lq::cgtab::TableTraits;
+using lq::cgtab::TraitsOf;
+
+namespace {
+
+constexpr unsigned kWithUser = 1;    // read the user area as part of the line
+constexpr unsigned kStayAtUser = 2;  // leave the table at the user area
+
+constexpr uint32_t kShortName = 64;  // characters that the inline buffer takes
+
+void CopyName(const unsigned char* name, uint32_t length, char16_t* to) {
+    std::memcpy(to, name, length * sizeof(char16_t));
+    to[length] = 0;
+}
+
+// For the records with an array: longer names are cut.
+void CopyShort(const unsigned char* name, uint32_t length, char16_t (&to)[CgTab::kNameSize]) {
+    CopyName(name, std::min<uint32_t>(length, CgTab::kNameSize - 1), to);
+}
+
+}  // namespace
+
+int CgTab::FailRead(TAB_ID id, int32_t& pos) {
+    SeekTo(id, 0);
+    pos = 0;
+    return 0;
+}
+
+// A line without room for its user area is no line, and the table stays where that showed; for any
+// other failure FailRead has been called.
+bool CgTab::ReadLine(TAB_ID id, int32_t& pos, LineBuffer& buf, unsigned mode) {
+    R_FILE* file = handle_(id);
+    if (!file) {
+        pos = 0;
+        return false;
+    }
+    const uint32_t usrLen = UsrLen_(id);
+    if (pos != -1) {
+        if (!SeekTo(id, pos)) {
+            return FailRead(id, pos) != 0;
+        }
+    } else if (UsrSet_(id) && file->Lseek(static_cast<int32_t>(usrLen), 1) < 0) {
+        return FailRead(id, pos) != 0;
+    }
+    unsigned char field[4];
+    if (file->Read(field, sizeof(field)) != sizeof(field)) {
+        return FailRead(id, pos) != 0;
+    }
+    ResUsr_(id);
+    const uint32_t length = LoadU32(field);
+    if (id != TAB_ARR && length <= usrLen) {
+        return false;
+    }
+    const auto left = static_cast<uint32_t>(file->Filelength() - file->Tell());
+    buf.hasUser = (mode & kWithUser) != 0;
+    const uint32_t read = buf.hasUser ? length : length - usrLen;
+    if (length > left || !buf.Resize(read) || file->Read(buf.Data(), read) != read) {
+        return FailRead(id, pos) != 0;
+    }
+    const uint32_t behindUser = static_cast<uint32_t>(file->Tell()) + (length - read);
+    const bool stay = (mode & kStayAtUser) != 0;
+    file->Lseek(static_cast<int32_t>(behindUser - (stay ? usrLen : 0)), 0);
+    if (stay) {
+        SetUsr_(id);
+    }
+    if (pos != -1) {
+        pos = static_cast<int32_t>(static_cast<uint32_t>(pos) + length + 4);
+    }
+    return true;
+}
+
+bool CgTab::SplitLine(TAB_ID id, const LineBuffer& buf, LineBody& body) const {
+    const TableTraits& traits = TraitsOf(id);
+    const uint32_t usrLen = buf.hasUser ? UsrLen_(id) : 0;
+    body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
+    body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;
+    body.key = body.extra.Take(traits.fixedKey);
+    if (traits.nameLenBytes != 0) {
+        body.nameLength = traits.nameLenBytes == 1 ? body.extra.TakeU8() : body.extra.TakeU16();
+        body.name = body.extra.Take(body.nameLength * traits.nameUnit);
+    }
+    return !body.extra.HasFailed();
+}
+
+template <typename Record>
+int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr) {
+    LineBuffer buf;
+    if (!ReadLine(id, pos, buf, (usr ? kWithUser : 0) | (keepAtUser ? kStayAtUser : 0))) {
+        return 0;
+    }
+    LineBody body;
+    if (!SplitLine(id, buf, body) || !Decode(body, line) || body.extra.HasFailed()) {
+        return FailRead(id, pos);
+    }
+    if (usr && UsrLen_(id) != 0) {
+        std::memcpy(usr, body.usr, UsrLen_(id));
+    }
+    return 1;
+}
+
+int CgTab::Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_DBG, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, POU_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_POU, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, CMP_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_CMP, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, GLB_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_GLB, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, ADR_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_ADR, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, CstLine& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_CST, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, LBL_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_LBL, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, TMP_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_TMP, pos, line, keepAtUser, usr);
+}
+int CgTab::Read(int32_t& pos, DMM_LINE& line, int keepAtUser, void* usr) {
+    return ReadRecord(TAB_DMM, pos, line, keepAtUser, usr);
+}
+
+// The name in a buffer of the set; null when memory is short.
+const char16_t* CgTab::KeepText(const LineBody& body) {
+    auto* text = reinterpret_cast<char16_t*>(shortBuf);
+    if (body.nameLength > kShortName) {
+        lq::Release(longBuf);
+        longBuf = lq::AllocateArray<char16_t>(body.nameLength + 2);
+        text = longBuf;
+    }
+    if (text) {
+        CopyName(body.name, body.nameLength, text);
+    }
+    return text;
+}
+
+bool CgTab::GetTypeDsc(IEC_TYPE type, LineBody& body, TYP_DSC& dsc) {
+    dsc.arr = {nullptr, 0};
+    if (HasStoredDescriptor(type)) {
+        dsc.dsc = body.extra.TakeU32();
+    } else if (type == IEC_ARRAY) {
+        int32_t pos = body.extra.TakeI32();
+        dsc.arr.info = &arrInfo;
+        arrInfo.Clear(ArrInfo::CLEAR_BEGIN);
+        return !body.extra.HasFailed() && Read(pos, dsc.arr) != 0;
+    }
+    return true;
+}
+
+bool CgTab::Decode(LineBody& body, DBG_INFO& line) {
+    std::memcpy(shortBuf, body.name, body.nameLength);
+    line.data = shortBuf;
+    line.len = static_cast<uint8_t>(body.nameLength);
+    return true;
+}
+
+bool CgTab::Decode(LineBody& body, POU_LINE& line) {
+    CopyShort(body.name, body.nameLength, line.name);
+    const unsigned char* info = body.extra.Take(sizeof(line.info.bytes));
+    if (info) {
+        std::memcpy(line.info.bytes, info, sizeof(line.info.bytes));
+    }
+    return info != nullptr;
+}
+
+bool CgTab::Decode(LineBody& body, CMP_LINE& line) {
+    CopyShort(body.name, body.nameLength, line.name);
+    line.scope = body.extra.TakeU32();
+    if (lq::cgtab::IsExternalScope(line.scope)) {
+        int32_t pos = body.extra.TakeI32();
+        line.count = body.extra.TakeU32();
+        GLB_LINE global;
+        if (body.extra.HasFailed() || pos < 0 || !Read(pos, global, 0, nullptr)) {
+            return false;
+        }
+        line.adrLine = global.adrLine;
+        line.type = global.type;
+        line.dsc = global.dsc;
+        line.cstLine = global.cstLine;
+        return true;
+    }
+    line.adrLine = -1;
+    line.type = static_cast<IEC_TYPE>(body.extra.TakeI32());
+    if (!GetTypeDsc(line.type, body, line.dsc)) {
+        return false;
+    }
+    line.cstLine = body.extra.TakeI32();
+    line.count = body.extra.TakeU32();
+    return true;
+}
+
+bool CgTab::Decode(LineBody& body, GLB_LINE& line) {
+    CopyShort(body.name, body.nameLength, line.name);
+    line.adrLine = body.extra.TakeI32();
+    line.type = static_cast<IEC_TYPE>(body.extra.TakeI32());
+    if (!GetTypeDsc(line.type, body, line.dsc)) {
+        return false;
+    }
+    line.cstLine = body.extra.TakeI32();
+    line.count = body.extra.TakeU32();
+    line.scope = body.extra.TakeU32();
+    return true;
+}
+
+bool CgTab::Decode(LineBody& body, ADR_LINE& line) {
+    line.location = body.key[0];
+    line.size = body.key[1];
+    line.text = KeepText(body);
+    line.count = body.extra.TakeU32();
+    return line.text != nullptr;
+}
+
+bool CgTab::Decode(LineBody& body, CstLine& line) {
+    line.val = Val();
+    line.val.type = static_cast<VAL_TYPE>(body.key[0]);
+    uint32_t size = 0;
+    void* payload = line.val.GetValBuf(line.val, size);
+    const unsigned char* bytes = body.extra.Take(size);
+    if (payload && bytes) {
+        std::memcpy(payload, bytes, size);
+    }
+    line.text = KeepText(body);
+    line.count = body.extra.TakeU32();
+    return line.text != nullptr;
+}
+
+bool CgTab::Decode(LineBody& body, LBL_LINE& line) {
+    CopyShort(body.name, body.nameLength, line.name);
+    line.info = body.extra.TakeU8();
+    line.count = body.extra.TakeU32();
+    return true;
+}
+
+bool CgTab::Decode(LineBody& body, TMP_LINE& line) {
+    line.tag = body.extra.TakeU8();
+    line.type = static_cast<IEC_TYPE>(body.extra.TakeI32());
+    if (!GetTypeDsc(line.type, body, line.dsc)) {
+        return false;
+    }
+    line.name = KeepText(body);
+    line.count = body.extra.TakeU32();
+    return line.name != nullptr;
+}
+
+bool CgTab::Decode(LineBody& body, DMM_LINE& line) {
+    line.name = KeepText(body);
+    line.count = body.extra.TakeU32();
+    return line.name != nullptr;
+}

@@ -1,0 +1,34 @@
+// The scanner that all table sets of the process share for declaration texts.
+#pragma once
+
+#include "lq_base.h"
+#include "lq_data/scanner.h"
+
+namespace lq::cgtab {
+
+// Makes the shared scanner, with its keywords, when there is none. False when memory is short;
+// there is none then.
+bool CreateSharedScanner();
+
+// Binds the shared scanner to a text as long as it lives. One at a time.
+class TextScan {
+  public:
+    explicit TextScan(const char16_t* text);
+    ~TextScan();
+    TextScan(const TextScan&) = delete;
+    TextScan& operator=(const TextScan&) = delete;
+
+    // Null when there is no shared scanner.
+    Scanner* Get() { return scanner_; }
+    // The next token, skipping one line break if one comes; TK_EOF without a scanner.
+    Token Next();
+
+  private:
+    MEMSTREAM_W stream_;
+    Scanner* scanner_;
+};
+
+// The same for a scanner at hand.
+Token NextToken(Scanner& scanner);
+
+}  // namespace lq::cgtab

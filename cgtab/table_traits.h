@@ -1,0 +1,70 @@
+// What distinguishes the ten tables, as data.
+//
+// A line is, behind its 4-byte length: the fixed key bytes, the name length field, the name, the
+// table's extra bytes, the user area.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_data/cgtab.h"
+
+namespace lq::cgtab {
+
+struct TableTraits {
+    uint8_t fixedKey;      // key bytes in front of the name length field
+    uint8_t nameLenBytes;  // width of the name length field; 0: lines have no name
+    uint8_t nameUnit;      // bytes that one unit of the name length stands for
+    bool isHashed;         // found through a hash index
+    bool isUnique;         // one entry a search text in that index
+    bool hasUserArea;
+    bool ignoresCase;  // names compare without regard to ASCII letter case
+    bool caseSensitiveIndex;
+    bool countsUses;  // a lookup may count: the count ends the extra bytes
+};
+
+// In the order of TAB_ID.
+inline constexpr TableTraits kTraits[CgTab::TAB_COUNT] = {
+    // key len unit hashed unique user nocase  index  counts
+    {0, 1, 1, false, false, true, false, false, false},   // debug records
+    {0, 1, 2, true, false, true, true, false, false},     // units
+    {0, 1, 2, true, false, true, true, false, true},      // components
+    {0, 1, 2, true, true, true, true, false, false},      // globals
+    {2, 2, 2, true, true, true, true, false, false},      // addresses
+    {1, 2, 2, true, true, true, false, true, false},      // constants
+    {0, 1, 2, true, false, true, true, false, true},      // labels
+    {0, 2, 2, false, false, true, false, false, true},    // temporaries
+    {0, 2, 2, false, false, true, false, false, true},    // other names
+    {0, 0, 0, false, false, false, false, false, false},  // array descriptors
+};
+
+constexpr bool IsTableId(int32_t id) {
+    return id >= 0 && id < CgTab::TAB_COUNT;
+}
+constexpr const TableTraits& TraitsOf(int32_t id) {
+    return kTraits[id];
+}
+
+// Whether an extra descriptor of 4 bytes follows the type in a line.
+constexpr bool HasStoredDescriptor(IEC_TYPE type) {
+    return type == IEC_STRING || type == IEC_STRUCTURE || type == IEC_FUNCTION_BLOCK;
+}
+
+// Scopes of references to globals.
+constexpr bool IsExternalScope(uint32_t scope) {
+    return scope == DS_VAR_EXTERNAL || scope == DS_VAR_EXTERNAL_RETAIN ||
+           scope == DS_VAR_EXTERNAL_CONSTANT || scope == DS_VAR_EXTERNAL_CONSTANT_RETAIN;
+}
+
+// Scopes whose declarations may have an address: the globals and the references to them.
+constexpr bool IsLocatedScope(uint32_t scope) {
+    return IsExternalScope(scope) || scope == DS_VAR_GLOBAL || scope == DS_VAR_GLOBAL_RETAIN ||
+           scope == DS_VAR_GLOBAL_CONSTANT || scope == DS_VAR_GLOBAL_CONSTANT_RETAIN;
+}
+
+// Scopes of a unit's interface.
+constexpr bool IsInterfaceScope(uint32_t scope) {
+    return scope == DS_VAR_INPUT || scope == DS_VAR_INPUT_CONSTANT || scope == DS_VAR_OUTPUT ||
+           scope == DS_VAR_IN_OUT || scope == DS_VAR_INPUT_RETAIN || scope == DS_VAR_OUTPUT_RETAIN;
+}
+
+}  // namespace lq::cgtab

@@ -1,0 +1,285 @@
+// Declarations to globals and components.
+#include "tests/cgtab/tables_util.h"
+
+namespace lq::test {
+namespace {
+
+using cgtab::DeclFault;
+
+CgTab::GLB_LINE ReadGlobal(CgTab& tables, int32_t pos) {
+    CgTab::GLB_LINE line = {};
+    EXPECT_EQ(tables.Read(pos, line, 0, nullptr), 1);
+    return line;
+}
+
+std::string Describe(const ArrInfo& source) {
+    ArrInfo info;
+    source.Copy(info);
+    std::string text = std::to_string(info.elemType) + ":" + std::to_string(info.total.magnitude);
+    ANY_INT_32 ext[2];
+    for (int i = 1; info.GetExt(&ext, i); ++i) {
+        text += (ext[0].sign ? " -" : " ") + std::to_string(ext[0].magnitude) + "+" +
+                std::to_string(ext[1].magnitude);
+    }
+    return text;
+}
+
+TEST(Declarations, Globals) {
+    auto tables = NewTables();
+    const int32_t pos = tables->Insert(
+        NewDecl({DS_VAR_GLOBAL_RETAIN, u"Speed", DT_ELEMENTARY, u"INT", u"-5", u"%QW4"}).get());
+    ASSERT_EQ(pos, 0);
+    EXPECT_EQ(ImageOf(*tables, CgTab::TAB_GLB),
+              "1F 00 00 00 05 53 00 70 00 65 00 65 00 64 00 00 00 00 00 02 00 00 00 00 00 00 00 "
+              "01 00 00 00 0E 00 00 00");
+    EXPECT_EQ(ImageOf(*tables, CgTab::TAB_ADR), "0A 00 00 00 01 02 01 00 34 00 01 00 00 00");
+    EXPECT_EQ(ImageOf(*tables, CgTab::TAB_CST), "0C 00 00 00 01 02 00 2D 00 35 00 FB 01 00 00 00");
+    EXPECT_EQ(tables->Insert(NewDecl({DS_VAR_GLOBAL, u"SPEED", DT_ELEMENTARY, u"BOOL"}).get()), 0)
+        << "an existing global is returned";
+    EXPECT_EQ(tables->Look(u"speed", static_cast<CgTab::GLB_LINE*>(nullptr), 0), 0);
+
+    struct Case {
+        DeclText decl;
+        IEC_TYPE type;
+        std::string dsc;
+        VAL_TYPE value;  // of the constant; VT_STRING for no constant at all
+    };
+    const Case cases[] = {
+        {{11, u"b", DT_ELEMENTARY, u"BOOL", u"1"}, IEC_BOOL, "", VT_BOOL},
+        {{11, u"w", DT_ELEMENTARY, u"WORD", u"1"}, IEC_WORD, "", VT_BOOL},
+        {{11, u"i", DT_ELEMENTARY, u" INT ", u"1"}, IEC_INT, "", VT_SINT},
+        {{11, u"r", DT_ELEMENTARY, u"REAL", u"-1.5"}, IEC_REAL, "", VT_LREAL},
+        {{11, u"t", DT_ELEMENTARY, u"TIME", u"T#1s"}, IEC_TIME, "", VT_TIME},
+        {{17, u"n", DT_ELEMENTARY, u"INT", u""}, IEC_INT, "", VT_NONE},
+        {{11, u"s20", DT_STRING, u"STRING(20)", u"'x'"}, IEC_STRING, "20", VT_NONE},
+        {{11, u"s21", DT_STRING, u"STRING[21]"}, IEC_STRING, "21", VT_NONE},
+        {{11, u"s22", DT_STRING, u"STRING(22]"}, IEC_STRING, "22", VT_NONE},
+        {{11, u"s256", DT_STRING, u"STRING(16#100)"}, IEC_STRING, "256", VT_NONE},
+        {{11, u"s257", DT_STRING, u"STRING(257)"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s0", DT_STRING, u"STRING(0)"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s1", DT_STRING, u"STRING"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s2", DT_STRING, u"STRING(20) x"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"a1", DT_ARRAY, u"ARRAY [1..10] OF INT", u"[1,2]"}, IEC_ARRAY, "2:10 1+10", VT_NONE},
+        {{11, u"a2", DT_ARRAY, u"ARRAY [1 .. 10, -2..2] OF REAL"},
+         IEC_ARRAY,
+         "9:50 1+10 -2+5",
+         VT_NONE},
+        {{11, u"a3", DT_ARRAY, u"ARRAY[1..10]OF ARRAY [0..1] OF BOOL"},
+         IEC_ARRAY,
+         "0:20 1+10 0+2",
+         VT_NONE},
+        {{11, u"a4", DT_ARRAY, u"ARRAY [-3..-1] OF STRING(5)"}, IEC_ARRAY, "15:3 -3+3", VT_NONE},
+        {{11, u"a5", DT_ARRAY, u"ARRAY [+1..+2] OF ANY_INT"}, IEC_ARRAY, "35:2 1+2", VT_NONE},
+        {{11, u"st", DT_STRUCTURE, u"Motor", u"a := 1"}, IEC_STRUCTURE, "", VT_STRING},
+        {{11, u"fb", DT_FB_INSTANCE, u"TON"}, IEC_FUNCTION_BLOCK, "", VT_STRING},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(Ascii(c.decl.name.c_str()));
+        DeclFault fault = DeclFault::kNone;
+        const DeclPtr decl = NewDecl(c.decl);
+        const int32_t at = CgTabAccess::InsertGlobal(*tables, decl.get(), fault);
+        ASSERT_GE(at, 0) << static_cast<int>(fault);
+        const CgTab::GLB_LINE line = ReadGlobal(*tables, at);
+        EXPECT_EQ(line.type, c.type);
+        EXPECT_EQ(line.scope, c.decl.scope);
+        EXPECT_EQ(line.count, 1u);
+        if (line.type == IEC_STRING) {
+            EXPECT_EQ(std::to_string(line.dsc.strLen), c.dsc);
+        } else if (line.type == IEC_ARRAY) {
+            EXPECT_EQ(Describe(*line.dsc.arr.info), c.dsc);
+        }
+        if (c.value == VT_STRING) {
+            EXPECT_EQ(line.cstLine, -1);
+            EXPECT_EQ(line.dsc.dsc, 0xFFFFFFFFu);
+        } else {
+            CgTab::CstLine constant;
+            int32_t constantPos = line.cstLine;
+            ASSERT_EQ(tables->Read(constantPos, constant, 0, nullptr), 1);
+            EXPECT_EQ(constant.val.type, c.value);
+            EXPECT_EQ(std::u16string(constant.text), c.decl.init);
+        }
+    }
+}
+
+TEST(Declarations, AreRefusedForAReason) {
+    auto tables = NewTables();
+    struct Case {
+        DeclText decl;
+        DeclFault fault;
+    };
+    const std::u16string name66(66, u'n');
+    const Case cases[] = {
+        {{11, name66, DT_ELEMENTARY, u"INT"}, DeclFault::kNameTooLong},
+        {{11, u"a", DT_SUBRANGE, u"INT"}, DeclFault::kTypeKind},
+        {{11, u"a", 7, u"INT"}, DeclFault::kTypeKind},
+        {{11, u"a", DT_ELEMENTARY, u"INTEGER"}, DeclFault::kTypeName},
+        {{11, u"a", DT_ELEMENTARY, u"INT x"}, DeclFault::kTypeName},
+        {{11, u"a", DT_ELEMENTARY, u"INT", u"x"}, DeclFault::kInitialValue},
+        {{11, u"a", DT_ELEMENTARY, u"INT", u"1 2"}, DeclFault::kInitialValue},
+        {{11, u"a", DT_ELEMENTARY, u"WORD", u"-1"}, DeclFault::kInitialValue},
+        {{11, u"a", DT_ARRAY, u"ARRAY [10..1] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF INT x"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF Nobody"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [--1..2] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [16#1..2] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..65536, 1..65536] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ELEMENTARY, u"INT", u"", u"QW4"}, DeclFault::kNone},
+        {{11, u"a", DT_ELEMENTARY, u"INT", u"", u"%QW4 %QW5"}, DeclFault::kAddress},
+        {{11, u"a", DT_ELEMENTARY, u"ANY_INT"}, DeclFault::kTableType},
+        {{DS_VAR, u"a", DT_ELEMENTARY, u"INT"}, DeclFault::kScope},
+        {{DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"", u"rubbish"}, DeclFault::kScope},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(Ascii(c.decl.type.c_str()) + " " + Ascii(c.decl.init.c_str()) + " " +
+                     Ascii(c.decl.address.c_str()));
+        DeclFault fault = DeclFault::kNone;
+        const DeclPtr decl = NewDecl(c.decl);
+        if (c.fault == DeclFault::kNone) {
+            // "QW4" is an identifier in front of an empty address.
+            EXPECT_EQ(CgTabAccess::InsertGlobal(*tables, decl.get(), fault), -1);
+            EXPECT_EQ(fault, DeclFault::kAddress);
+            continue;
+        }
+        EXPECT_EQ(CgTabAccess::InsertGlobal(*tables, decl.get(), fault), -1);
+        EXPECT_EQ(fault, c.fault);
+    }
+    EXPECT_EQ(tables->Insert(static_cast<DECL_TYP*>(nullptr)), -1);
+    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_GLB), 0);
+}
+
+TEST(Declarations, AnInOutMayBeGivenByReference) {
+    auto tables = NewTables();
+    Header header({{DS_VAR_IN_OUT, u"a", DT_ELEMENTARY, u"INT", u"@x"}});
+    POU_LIST list;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x4, &list, range, 1), 1);
+    CgTab::CstLine constant;
+    int32_t pos = 0;
+    ASSERT_EQ(tables->Read(pos, constant, 0, nullptr), 1);
+    EXPECT_EQ(Ascii(constant.text), "0");
+}
+
+std::string Components(CgTab& tables) {
+    std::string text;
+    CgTab::CMP_LINE line;
+    for (int32_t pos = 0; tables.Read(pos, line, 0, nullptr);) {
+        text += (text.empty() ? "" : " ") + Ascii(line.name) + ":" + std::to_string(line.scope);
+        CgTab::CstLine constant;
+        int32_t at = line.cstLine;
+        if (at >= 0 && tables.Read(at, constant, 0, nullptr)) {
+            text += "=" + Ascii(constant.text);
+        }
+    }
+    return text;
+}
+
+TEST(Components, SectionsAttributesAndSkippedDeclarations) {
+    struct Case {
+        uint16_t attr;
+        int count;
+        int result;
+        int32_t lines;
+        std::string components;
+    };
+    const std::vector<DeclText> decls = {
+        {DS_VAR_INPUT, u"in", DT_ELEMENTARY, u"INT", u"1"},
+        {DS_VAR_EXTERNAL, u"Known", DT_ELEMENTARY, u"INT"},
+        {DS_VAR_EXTERNAL, u"Unknown", DT_ELEMENTARY, u"INT"},
+        {DS_VAR_OUTPUT, u"bad", DT_ELEMENTARY, u"Nobody"},
+        {DS_VAR, u"loc", DT_ELEMENTARY, u"BOOL", u"TRUE"},
+    };
+    for (const Case& c : {
+             Case{0, 1, 0, 3, "in:2 Known:10 loc:1"},
+             Case{4, 1, 0, 3, "in:2=1 Known:10 loc:1=TRUE"},
+             Case{1, 3, 1, 1, "in:2 in:2 in:2"},
+             Case{0x104, 2, 0, 3, "in:8=1 Known:13 loc:7=TRUE in:8=1 Known:13 loc:7=TRUE"},
+             Case{0, 0, 1, 0, ""},
+         }) {
+        SCOPED_TRACE(c.attr);
+        auto tables = NewTables(4);
+        tables->Insert(NewDecl({DS_VAR_GLOBAL, u"KNOWN", DT_ELEMENTARY, u"INT"}).get());
+        Header header(decls);
+        POU_LIST list;
+        CgTab::POS_DSC range;
+        EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), c.attr, &list, range, c.count),
+                  c.result);
+        EXPECT_EQ(range.start, 0);
+        EXPECT_EQ(range.lines, c.lines);
+        EXPECT_EQ(Components(*tables), c.components);
+        if (c.count > 0) {
+            EXPECT_EQ(range.end * c.count, CgTabAccess::LengthOf(*tables, CgTab::TAB_CMP));
+        }
+    }
+}
+
+TEST(Components, ASectionTakesTheMemberValuesOfItsInstance) {
+    auto tables = NewTables();
+    Header header({{DS_VAR, u"x", DT_ELEMENTARY, u"INT", u"1"},
+                   {DS_VAR, u"b", DT_ELEMENTARY, u"BOOL", u"0"}});
+    POU_LIST list;
+    list.first = new POU_INST;
+    list.first->init = new DUVMemberInit_C(u"X := 7, b := 1");
+    list.first->next = list.last = new POU_INST;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x4, &list, range, 3), 1);
+    EXPECT_EQ(Components(*tables), "x:1=7 b:1=1 x:1=1 b:1=0 x:1=1 b:1=0");
+}
+
+TEST(Components, InstancesAreRecorded) {
+    auto tables = NewTables();
+    Header header({{DS_VAR, u"one", DT_STRUCTURE, u"Motor", u"a := 1"},
+                   {DS_VAR, u"t1", DT_FB_INSTANCE, u"TON"},
+                   {DS_VAR, u"two", DT_STRUCTURE, u"MOTOR"}});
+    POU_LIST list;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x84, &list, range, 1), 1);
+    std::string text;
+    for (const POU_LIST* entry = &list; entry; entry = entry->next) {
+        text += Ascii(entry->typeName) + "(" + std::to_string(entry->count);
+        for (const POU_INST* inst = entry->first; inst; inst = inst->next) {
+            text += " " + Ascii(inst->name) + "@" + std::to_string(inst->pos) + "/" +
+                    std::to_string(inst->kind) + (inst->init ? "+init" : "");
+        }
+        text += ")";
+    }
+    // The descriptor lies behind length, name, scope and type of its line.
+    EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@80/2)TON(1 t1@48/2)");
+    MEMSTREAM_A image;
+    tables->Put(CgTab::TAB_CMP, image);
+    EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");
+}
+
+TEST(Components, AFailedStepTakesTheSectionsBack) {
+    auto tables = NewTables();
+    Header good({{DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"1"}});
+    Header bad({{DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"1"},
+                {DS_VAR, u"s", DT_STRING, u"STRING(9)", std::u16string(70000, u'x')}});
+    POU_LIST list;
+    CgTab::POS_DSC range;
+    ASSERT_EQ(CgTabAccess::AppendCmp(*tables, good.Get(), 0x4, &list, range, 1), 1);
+    const int32_t length = range.end;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, bad.Get(), 0x4, &list, range, 2), 0);
+    EXPECT_EQ(range.start, length);
+    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_CMP), length);
+    EXPECT_EQ(tables->Look(CgTab::kWholeTable, u"a", static_cast<CgTab::CMP_LINE*>(nullptr), 1), 0);
+}
+
+TEST(Components, AreFoundInTheirSection) {
+    auto tables = NewTables(4);
+    Header header({{DS_VAR, u"a", DT_ELEMENTARY, u"INT"}, {DS_VAR, u"b", DT_ELEMENTARY, u"INT"}});
+    POU_LIST list;
+    CgTab::POS_DSC first, second;
+    CgTabAccess::AppendCmp(*tables, header.Get(), 0, &list, first, 1);
+    CgTabAccess::AppendCmp(*tables, header.Get(), 0, &list, second, 1);
+    CgTab::CMP_LINE line;
+    EXPECT_EQ(tables->Look(first, u"B", &line, 1), second.start / 2);
+    EXPECT_EQ(tables->Look(second, u"B", &line, 1), second.start + second.start / 2);
+    EXPECT_EQ(line.count, 1u);
+    EXPECT_EQ(tables->Look(CgTab::kWholeTable, u"B", &line, 1), second.start + second.start / 2)
+        << "the newest first";
+    EXPECT_EQ(line.count, 2u);
+    EXPECT_EQ(tables->Look(CgTab::POS_DSC{0, 1, 1}, u"B", &line, 0), -1);
+}
+
+}  // namespace
+}  // namespace lq::test

@@ -1,0 +1,100 @@
+#include "tests/cgtab/tables_util.h"
+
+namespace lq::test {
+namespace {
+
+std::unique_ptr<CgTab> SampleTables(uint32_t usrLen) {
+    auto tables = NewTables(usrLen);
+    for (const char16_t* name : {u"a", u"b", u"c"}) {
+        tables->Insert(NewDecl({DS_VAR_GLOBAL, name, DT_ELEMENTARY, u"INT", u"1", u"%QW1"}).get());
+        tables->Insert(NewDecl({DS_VAR_GLOBAL, std::u16string(name) + u"arr", DT_ARRAY,
+                                u"ARRAY [1..3] OF INT"})
+                           .get());
+        tables->Insert(name);
+        tables->Insert(name, CgTab::LBL_INFO{0});
+    }
+    return tables;
+}
+
+TEST(Persistence, AnEmptySetIsFortyZeroBytes) {
+    auto tables = NewTables();
+    const std::vector<unsigned char> bytes = Saved(*tables);
+    EXPECT_EQ(bytes, std::vector<unsigned char>(40, 0));
+    MEMSTREAM_A image;
+    Fill(image, bytes);
+    EXPECT_EQ(NewTables()->Restore(image), 1);
+}
+
+TEST(Persistence, ARestoredSetIsTheSame) {
+    for (const uint32_t usrLen : {0u, 8u}) {
+        auto tables = SampleTables(usrLen);
+        const std::vector<unsigned char> bytes = Saved(*tables);
+        MEMSTREAM_A image;
+        Fill(image, bytes);
+        auto restored = NewTables(usrLen);
+        ASSERT_EQ(restored->Restore(image), 1);
+        EXPECT_EQ(restored->IsTableEmpty(), 0);
+        EXPECT_EQ(Saved(*restored), bytes);
+        EXPECT_EQ(restored->Look(u"BARR", static_cast<CgTab::GLB_LINE*>(nullptr), 0),
+                  tables->Look(u"barr", static_cast<CgTab::GLB_LINE*>(nullptr), 0));
+        char16_t one[] = u"1";
+        EXPECT_EQ(restored->Insert(Address(LOC_OUTPUT, SIZE_WORD, one)),
+                  tables->Insert(Address(LOC_OUTPUT, SIZE_WORD, one)));
+        EXPECT_EQ(Saved(*restored), bytes) << "nothing was appended";
+    }
+}
+
+TEST(Persistence, EveryImageCutShortIsRefused) {
+    auto tables = SampleTables(4);
+    const std::vector<unsigned char> bytes = Saved(*tables);
+    for (size_t size = 0; size < bytes.size(); ++size) {
+        MEMSTREAM_A image;
+        Fill(image, {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)});
+        EXPECT_EQ(NewTables(4)->Restore(image), 0) << size;
+    }
+    std::vector<unsigned char> huge(40, 0);
+    huge[3] = 0x80;
+    MEMSTREAM_A image;
+    Fill(image, huge);
+    EXPECT_EQ(NewTables()->Restore(image), 0);
+}
+
+TEST(Persistence, UserAreas) {
+    auto tables = SampleTables(8);
+    int32_t pos = 0;
+    for (const char* text : {"first---", "second--", "third---"}) {
+        ASSERT_EQ(tables->Write(CgTab::TAB_DMM, pos, text), 1);
+    }
+    MEMSTREAM_A areas;
+    EXPECT_EQ(tables->PutUsr(CgTab::TAB_DMM, areas), 24);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(areas.GetData()), 24),
+              "first---second--third---");
+    auto other = SampleTables(8);
+    EXPECT_EQ(other->GetUsr(CgTab::TAB_DMM, areas), 24);
+    EXPECT_EQ(ImageOf(*other, CgTab::TAB_DMM), ImageOf(*tables, CgTab::TAB_DMM));
+
+    MEMSTREAM_A shortAreas;
+    Fill(shortAreas, std::vector<unsigned char>(20, 1));
+    EXPECT_EQ(other->GetUsr(CgTab::TAB_DMM, shortAreas), -1);
+    EXPECT_EQ(CgTabAccess::LengthOf(*other, CgTab::TAB_DMM), 0) << "a failure empties the table";
+    MEMSTREAM_A none;
+    EXPECT_EQ(other->PutUsr(CgTab::TAB_ARR, none), 0);
+    const auto outside = static_cast<CgTab::TAB_ID>(10);
+    EXPECT_EQ(other->PutUsr(outside, none) + other->GetUsr(outside, none) +
+                  other->Put(outside, none) + other->Get(outside, none, 8),
+              0);
+}
+
+TEST(Persistence, TheSharedScannerComesBack) {
+    auto tables = NewTables();
+    tables.reset();
+    CgTab_ReleaseTokenScanner();
+    CgTab_ReleaseTokenScanner();
+    tables = NewTables();
+    EXPECT_EQ(
+        tables->Insert(NewDecl({DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"}).get()), 0)
+        << "with its keywords";
+}
+
+}  // namespace
+}  // namespace lq::test
