@@ -1,0 +1,42 @@
+// Small services: the settings file's name and the identifier characters.
+#include <iterator>
+#include <unistd.h>
+
+#include <climits>
+
+#include "frame/chars.h"
+#include "host/framework/config_paths.h"
+#include "host/text/utf.h"
+#include "lq_base.h"
+
+namespace {
+
+constexpr char kSettingsFile[] = "settings.ini";
+
+// The user's file if there is one, else the machine's, else where the user's would be.
+bool FindSettingsFile(lq::host::PathBuffer& path) noexcept {
+    using namespace lq::host;
+    const auto isThere = [&path](ConfigOwner owner) {
+        return GetConfigPath(owner, kSettingsFile, path) && access(path, R_OK) == 0;
+    };
+    return isThere(ConfigOwner::kUser) || isThere(ConfigOwner::kMachine) ||
+           GetConfigPath(ConfigOwner::kUser, kSettingsFile, path);
+}
+
+}  // namespace
+
+// Found anew on each call, so that a file that comes or moves later is seen; the same buffer each
+// time.
+const char16_t* GetIniName() {
+    static constinit char16_t name[PATH_MAX] = {};
+    lq::host::PathBuffer path;
+    if (!FindSettingsFile(path)) {
+        path[0] = 0;
+    }
+    lq::host::CopyUtf8ToUtf16(path, name, std::size(name));
+    return name;
+}
+
+int __istcsym(char16_t c) {
+    return lq::chars::IsLetter(c) || lq::chars::IsDigit(c) || c == u'_' ? 1 : 0;
+}

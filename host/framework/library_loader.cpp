@@ -1,0 +1,90 @@
+// Loading libraries by file name, most of all resource libraries: the search for the file and the
+// handle of what was loaded.
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+
+#include "host/framework/extension_module.h"
+#include "host/framework/module_file.h"
+#include "host/framework/string_table.h"
+#include "host/text/utf.h"
+#include "lq_data/memory.h"
+
+namespace lq::host {
+
+namespace {
+
+void* OpenIn(const char* folder, const char* name) noexcept {
+    PathBuffer path;
+    return FormatPath(path, "%s/%s", folder, name) ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
+}
+
+void* OpenBeside(HINSTANCE module, const char* name) noexcept {
+    PathBuffer folder;
+    return GetModuleFolder(module, folder) ? OpenIn(folder, name) : nullptr;
+}
+
+void* OpenBesideProgram(const char* name) noexcept {
+    PathBuffer folder;
+    PathBuffer libraries;
+    if (!GetModuleFolder(nullptr, folder)) {
+        return nullptr;
+    }
+    if (void* opened = OpenIn(folder, name)) {
+        return opened;
+    }
+    return FormatPath(libraries, "%s/../lib", folder) ? OpenIn(libraries, name) : nullptr;
+}
+
+void* Open(const char* name) noexcept {
+    if (std::strchr(name, '/')) {
+        return dlopen(name, RTLD_NOW | RTLD_LOCAL);
+    }
+    const char* const chosen = secure_getenv("LQ_DATA_RESOURCES");
+    if (chosen && *chosen) {
+        if (void* opened = OpenIn(chosen, name)) {
+            return opened;
+        }
+    }
+    for (const CDynLinkLibrary* library = GetFirstLibrary(); library;
+         library = library->nextLibrary) {
+        if (void* opened = OpenBeside(library->module, name)) {
+            return opened;
+        }
+    }
+    return OpenBesideProgram(name);
+}
+
+}  // namespace
+
+}  // namespace lq::host
+
+HINSTANCE AfxLoadLibrary(const char16_t* name) {
+    using namespace lq::host;
+    PathBuffer file;
+    if (!name || *name == 0 || !CopyUtf16ToUtf8(name, file, sizeof file)) {
+        return nullptr;
+    }
+    void* const loader = Open(file);
+    if (!loader) {
+        return nullptr;
+    }
+    const auto* strings = static_cast<const LQ_STRING_TABLE*>(dlsym(loader, kStringTableSymbol));
+    HINSTANCE module = lq::New<LQ_MODULE>();
+    if (!module) {
+        dlclose(loader);
+        return nullptr;
+    }
+    module->loader = loader;
+    module->strings = strings;
+    return module;
+}
+
+int AfxFreeLibrary(HINSTANCE module) {
+    if (!module || !module->loader) {
+        return 0;
+    }
+    const int closed = dlclose(module->loader);
+    lq::Delete(module);
+    return closed == 0 ? 1 : 0;
+}

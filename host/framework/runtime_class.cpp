@@ -1,0 +1,54 @@
+// The root object class and the chain of class descriptions, from which objects are made by name.
+#include <cstring>
+
+#include "lq_framework.h"
+
+namespace {
+
+// Filled during static initialisation of every module, so it must not need any itself.
+constinit const CRuntimeClass* firstClass = nullptr;
+
+}  // namespace
+
+CRuntimeClass CObject::classCObject = {"CObject", nullptr, nullptr, nullptr};
+static const AFX_CLASSINIT init_classCObject(&CObject::classCObject);
+
+const CRuntimeClass* CObject::GetRuntimeClass() const {
+    return &classCObject;
+}
+
+AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass* cls) : cls_(cls) {
+    cls->next = firstClass;
+    firstClass = cls;
+}
+
+AFX_CLASSINIT::~AFX_CLASSINIT() {
+    const CRuntimeClass** link = &firstClass;
+    while (*link && *link != cls_) {
+        link = &const_cast<CRuntimeClass*>(*link)->next;
+    }
+    if (*link) {
+        *link = cls_->next;
+    }
+}
+
+bool CRuntimeClass::IsDerivedFrom(const CRuntimeClass* other) const {
+    const CRuntimeClass* cls = this;
+    while (cls && cls != other) {
+        cls = cls->base;
+    }
+    return cls != nullptr;
+}
+
+const CRuntimeClass* CRuntimeClass::FromName(const char* name) {
+    const CRuntimeClass* cls = firstClass;
+    while (cls && std::strcmp(cls->name, name) != 0) {
+        cls = cls->next;
+    }
+    return cls;
+}
+
+CObject* CRuntimeClass::CreateObject(const char* name) {
+    const CRuntimeClass* cls = FromName(name);
+    return cls ? cls->CreateObject() : nullptr;
+}

@@ -1,0 +1,35 @@
+// String resources: what a resource library holds, and how a text is found in a module.
+//
+// A resource library is a shared object that exports one LQ_STRING_TABLE by the name
+// lq_string_table.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_data/export.h"
+#include "lq_framework.h"
+
+struct LQ_STRING_RESOURCE {
+    uint32_t id;
+    const char16_t* text;
+};
+
+struct LQ_STRING_TABLE {
+    uint32_t count;
+    const LQ_STRING_RESOURCE* strings;  // in any order
+};
+
+namespace lq::host {
+
+inline constexpr char kStringTableSymbol[] = "lq_string_table";
+
+// The text of string `id` of a module, or null; null has no strings. The text lives as long as the
+// module is loaded.
+LQ_DATA_API const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept;
+
+// The application's own module, the first current resource module. It has no strings until the
+// application gives it some; the table is not copied, and null takes it away.
+LQ_DATA_API HINSTANCE GetApplicationModule() noexcept;
+LQ_DATA_API void SetApplicationStrings(const LQ_STRING_TABLE* table) noexcept;
+
+}  // namespace lq::host

@@ -1,0 +1,69 @@
+// Which names a project accepts.
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "frame/chars.h"
+#include "host/model/words.h"
+#include "lq_model.h"
+
+namespace lq::host {
+
+namespace {
+
+using std::u16string_view;
+
+// In order, for the search.
+// clang-format off
+constexpr u16string_view kKeywords[] = {
+    u"ACTION", u"AND", u"ANY", u"ANY16", u"ANY32", u"ANY_BIT", u"ANY_DATE", u"ANY_INT", u"ANY_NUM",
+    u"ANY_REAL", u"ANY_SIMPLE", u"ARRAY", u"AT", u"BOOL", u"BY", u"BYTE", u"CASE", u"CONFIGURATION",
+    u"CONSTANT", u"DATE", u"DATE_AND_TIME", u"DINT", u"DO", u"DT", u"DWORD", u"ELSE", u"ELSIF",
+    u"EN", u"END_ACTION", u"END_CASE", u"END_CONFIGURATION", u"END_FOR", u"END_FUNCTION",
+    u"END_FUNCTION_BLOCK", u"END_IF", u"END_PROGRAM", u"END_REPEAT", u"END_RESOURCE", u"END_STEP",
+    u"END_STRUCT", u"END_TRANSITION", u"END_TYPE", u"END_VAR", u"END_WHILE", u"ENO", u"EXIT",
+    u"FALSE", u"FOR", u"FROM", u"FUNCTION", u"FUNCTION_BLOCK", u"F_EDGE", u"IF", u"INITIAL_STEP",
+    u"INT", u"LINT", u"LREAL", u"LWORD", u"MOD", u"NON_RETAIN", u"NOT", u"OF", u"ON", u"OR",
+    u"PROGRAM", u"READ_ONLY", u"READ_WRITE", u"REAL", u"REPEAT", u"RESOURCE", u"RETAIN", u"RETURN",
+    u"R_EDGE", u"SINT", u"STEP", u"STRING", u"STRUCT", u"TASK", u"THEN", u"TIME", u"TIME_OF_DAY",
+    u"TO", u"TOD", u"TRANSITION", u"TRUE", u"TYPE", u"UDINT", u"UINT", u"ULINT", u"UNTIL", u"USINT",
+    u"VAR", u"VAR_ACCESS", u"VAR_CONFIG", u"VAR_EXTERNAL", u"VAR_GLOBAL", u"VAR_INPUT",
+    u"VAR_IN_OUT", u"VAR_OUTPUT", u"VAR_TEMP", u"WHILE", u"WITH", u"WORD", u"WSTRING", u"XOR",
+};
+// clang-format on
+static_assert(std::is_sorted(std::begin(kKeywords), std::end(kKeywords)));
+
+bool IsKeyword(const char16_t* name) {
+    const auto below = [name](u16string_view keyword) {
+        return chars::CompareNoCase(keyword.data(), name) < 0;
+    };
+    const auto* place = std::partition_point(std::begin(kKeywords), std::end(kKeywords), below);
+    return place != std::end(kKeywords) && chars::EqualNoCase(place->data(), name);
+}
+
+}  // namespace
+
+bool IsIdentifier(const char16_t* name) {
+    if (!chars::IsLetter(*name) && *name != u'_') {
+        return false;
+    }
+    for (const char16_t* c = name; *c != 0; ++c) {
+        const bool underscore = *c == u'_';
+        if (!underscore && !chars::IsLetter(*c) && !chars::IsDigit(*c)) {
+            return false;
+        }
+        if (underscore && (c[1] == u'_' || c[1] == 0)) {
+            return false;
+        }
+    }
+    return !IsKeyword(name);
+}
+
+}  // namespace lq::host
+
+// No character but letters, digits and single underscores belongs to a name, and those the scanner
+// takes unasked: the question about a beginning (`flag` 1) is always answered with no.
+int CheckIdentifier(ERRHANDLER*, const char16_t* name, int flag) {
+    return flag == 0 && name && lq::host::IsIdentifier(name) ? 0 : 1;
+}

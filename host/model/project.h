@@ -1,0 +1,166 @@
+// A project in memory: its POUs, data types, global variable lists and tasks, and the standard
+// function blocks as its library.
+//
+// Building: the Add operations return the new object's identifier, and the null identifier, with no
+// change, when the owner is of the wrong sort or unknown. They may throw std::bad_alloc, after
+// which the project holds what it held. Nothing that the library calls (lq_model.h) throws or
+// allocates, but for the objects that its callers own.
+//
+// Names are compared without regard to case. Of two objects of one name the first added is found.
+//
+// References into the project stay valid while it lives. One thread at a time.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string_view>
+
+#include "host/model/records.h"
+#include "lq_data/export.h"
+
+namespace lq::host {
+
+struct Managers;
+
+class LQ_DATA_API Project {
+  public:
+    Project();
+    ~Project();
+    Project(const Project&) = delete;
+    Project& operator=(const Project&) = delete;
+
+    // -- Building ---------------------------------------------------------------------------------
+
+    // The text, valid as long as the project; a zero character ends it early.
+    Text Intern(std::u16string_view text);
+
+    // The records' lists of identifiers are the project's: they come in empty.
+    ID AddPou(const Pou& pou);
+    ID AddDataType(const DataType& type);
+    // To a configuration, resource or POU.
+    ID AddVariableList(const VariableList& list);
+    // To a POU, a structure or a variable list, as `declaration.owner` says.
+    ID AddDeclaration(const Declaration& declaration);
+    ID AddConfiguration(const Configuration& configuration);
+    // To a configuration.
+    ID AddResource(const Resource& resource);
+    // To a resource.
+    ID AddTask(const Task& task);
+    // To a task or resource.
+    ID AddProgramInstance(const ProgramInstance& instance);
+
+    // A POU under construction; null for any other identifier. Its declarations are only added.
+    Pou* EditPou(ID pou);
+    // The comment of any object but a pool; false when there is no such object.
+    bool SetComment(ID object, Text comment);
+    void AddCall(Pou& pou, Text callee);
+
+    void SetName(Text name) { name_ = name; }
+
+    // -- Reading ----------------------------------------------------------------------------------
+
+    Text Name() const { return name_; }
+
+    // All objects of a sort, in the order of their entry; the library's POUs come first.
+    const std::deque<Pou>& Pous() const { return pous_; }
+    const std::deque<DataType>& DataTypes() const { return dataTypes_; }
+    const std::deque<VariableList>& VariableLists() const { return variableLists_; }
+    const std::deque<Declaration>& Declarations() const { return declarations_; }
+    const std::deque<Configuration>& Configurations() const { return configurations_; }
+    const std::deque<Resource>& Resources() const { return resources_; }
+    const std::deque<Task>& Tasks() const { return tasks_; }
+    const std::deque<ProgramInstance>& ProgramInstances() const { return programInstances_; }
+
+    // The records of an identifier; null when it names no such object.
+    const Pou* GetPou(ID id) const;
+    const DataType* GetDataType(ID id) const;
+    const VariableList* GetVariableList(ID id) const;
+    const Declaration* GetDeclaration(ID id) const;
+    const Configuration* GetConfiguration(ID id) const;
+    const Resource* GetResource(ID id) const;
+    const Task* GetTask(ID id) const;
+    const ProgramInstance* GetProgramInstance(ID id) const;
+
+    // By name: the null identifier when there is none.
+    ID FindPou(std::u16string_view name) const;  // of the project only
+    ID FindLibraryPou(std::u16string_view name) const;
+    ID FindAnyPou(std::u16string_view name) const;  // the project's, else the library's
+    ID FindDataType(std::u16string_view name) const;
+    ID FindGlobal(std::u16string_view name) const;  // a declaration of a variable list
+    // Directly below `parent`, a pool, list or other object that holds named ones.
+    ID FindBelow(ID parent, std::u16string_view name) const;
+
+    // The name of any object; empty when there is none. A program instance answers its own.
+    Text NameOf(ID id) const;
+    // The line of any object; 0 when there is none or it is not known.
+    uint32_t LineOf(ID id) const;
+
+    // The identifiers directly below an object; the empty list when it holds none.
+    const IdList& Below(ID id) const;
+
+    ID PouPool() const { return MakeId(Sort::kPool, 0); }
+    ID LibraryPool() const { return MakeId(Sort::kPool, 1); }
+    ID ResourcePool() const { return MakeId(Sort::kPool, 2); }
+
+    // Lets the library see only `most` declarations of a variable list, from index `first` on: a
+    // list of a hundred thousand can so be loaded in parts. (0, -1) shows all again.
+    void ShowPart(ID list, std::size_t first, std::size_t most);
+
+    // The object that LQNAVIOBJECTMAN::Get answers; null when there is none.
+    LQNAVIOBJECT* GetView(ID id) const;
+    Managers& GetManagers() const { return *managers_; }
+
+  private:
+    // The library's view of the objects of one sort, by index.
+    using Views = std::deque<std::unique_ptr<LQNAVIOBJECT>>;
+
+    // Identifiers' numbers by name.
+    using NameIndex = FlatIndex<uint32_t>;
+
+    struct Place {
+        Sort sort;
+        IdList* siblings;  // receives the identifier; may be null
+        NameIndex* names;  // likewise
+    };
+
+    template <typename Record>
+    ID Enter(std::deque<Record>& records, const Record& record, const Place& place);
+    template <typename Self, typename Function>
+    static auto WithRecord(Self& self, ID id, Function function);
+    IdList* DeclarationsOf(ID owner);
+    ID FindName(const NameIndex& index, std::u16string_view name) const;
+
+    TextPool texts_;
+    Text name_ = u"";
+
+    std::deque<Declaration> declarations_;
+    std::deque<Pou> pous_;
+    std::deque<DataType> dataTypes_;
+    std::deque<VariableList> variableLists_;
+    std::deque<Configuration> configurations_;
+    std::deque<Resource> resources_;
+    std::deque<Task> tasks_;
+    std::deque<ProgramInstance> programInstances_;
+
+    IdList projectPous_;
+    IdList libraryPous_;
+    IdList resourceIds_;
+
+    NameIndex pouNames_;
+    NameIndex libraryNames_;
+    NameIndex dataTypeNames_;
+    NameIndex globalNames_;
+
+    std::array<Views, static_cast<std::size_t>(Sort::kCount)> views_;
+    std::unique_ptr<Managers> managers_;
+};
+
+// The project that LQNAVIOBJECTMAN::Get, LQDECLMAN::Get and the searches by name answer for; null,
+// as at first, for none. It stays the caller's, and must be set aside before it is destroyed. The
+// objects that came from it must be gone by then.
+LQ_DATA_API void SetProject(Project* project);
+LQ_DATA_API Project* GetProject();
+
+}  // namespace lq::host

@@ -1,0 +1,41 @@
+#include "host/model/text_pool.h"
+
+#include <algorithm>
+
+namespace lq::host {
+
+char16_t* TextPool::Room(std::size_t count) {
+    if (count > left_) {
+        const std::size_t size = std::max(count, kChunk);
+        chunks_.reserve(chunks_.size() + 1);
+        chunks_.push_back(std::make_unique_for_overwrite<char16_t[]>(size));
+        if (size > kChunk) {
+            return chunks_.back().get();
+        }
+        free_ = chunks_.back().get();
+        left_ = size;
+    }
+    char16_t* room = free_;
+    free_ += count;
+    left_ -= count;
+    return room;
+}
+
+Text TextPool::Intern(std::u16string_view text) {
+    text = text.substr(0, text.find(u'\0'));
+    if (text.empty()) {
+        return u"";
+    }
+    const uint32_t hash = HashOfText(text);
+    const Text known = index_.Find(hash, [&](Text t) { return std::u16string_view(t) == text; });
+    if (known) {
+        return known;
+    }
+    char16_t* copy = Room(text.size() + 1);
+    std::copy(text.begin(), text.end(), copy);
+    copy[text.size()] = u'\0';
+    index_.Add(copy, [](Text t) { return HashOfText(t); });
+    return copy;
+}
+
+}  // namespace lq::host

@@ -1,0 +1,39 @@
+// The texts of a project, each stored once. A project of a hundred thousand declarations repeats a
+// few hundred type names and values, so a declaration needs a pointer a text.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "host/model/flat_index.h"
+#include "lq_data/export.h"
+
+namespace lq::host {
+
+// A text of the pool: terminated, never null, valid as long as the pool. Equal texts of one pool
+// have equal pointers.
+using Text = const char16_t*;
+
+class LQ_DATA_API TextPool {
+  public:
+    TextPool() = default;
+    TextPool(const TextPool&) = delete;
+    TextPool& operator=(const TextPool&) = delete;
+
+    // A zero character ends the text early. Throws std::bad_alloc; the pool is then as before.
+    Text Intern(std::u16string_view text);
+
+  private:
+    static constexpr std::size_t kChunk = 16 * 1024;  // characters
+
+    char16_t* Room(std::size_t count);
+
+    std::vector<std::unique_ptr<char16_t[]>> chunks_;
+    char16_t* free_ = nullptr;
+    std::size_t left_ = 0;
+    FlatIndex<Text> index_;
+};
+
+}  // namespace lq::host

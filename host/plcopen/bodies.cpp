@@ -1,0 +1,101 @@
+// Bodies. The project keeps no code, only what concerns names beyond a body: its labels and jumps,
+// and the POUs that it calls.
+
+#include <string>
+
+#include "host/plcopen/parts.h"
+
+namespace lq::host::plcopen {
+
+namespace {
+
+constexpr struct {
+    std::string_view element;
+    Language language;
+} kLanguages[] = {
+    {"ST", Language::kSt}, {"IL", Language::kIl},   {"FBD", Language::kFbd},
+    {"LD", Language::kLd}, {"SFC", Language::kSfc},
+};
+
+Language LanguageOf(std::string_view element) {
+    for (const auto& row : kLanguages) {
+        if (row.element == element) {
+            return row.language;
+        }
+    }
+    return Language::kNone;
+}
+
+class BodyReader {
+  public:
+    BodyReader(Context& context, Pou& pou, Body& body)
+        : context_(context), pou_(pou), body_(body) {}
+
+    void Read(const Element& element) {
+        const Language language = LanguageOf(element.name);
+        if (language == Language::kSt || language == Language::kIl) {
+            ReadText(element, language);
+            return;
+        }
+        if (element.name == "expression") {
+            ReadText(element, Language::kSt);
+            return;
+        }
+        if (element.name == "block") {
+            context_.project.AddCall(pou_, Name(element, "typeName"));
+        } else if (element.name == "label") {
+            AddMark(body_.labels, element, false);
+        } else if (element.name == "jump") {
+            AddMark(body_.jumps, element, IsWired(element));
+        }
+        for (const auto& child : element.children) {
+            if (!child->IsText() && child->name != "addData") {
+                Read(*child);
+            }
+        }
+    }
+
+  private:
+    void ReadText(const Element& element, Language language) {
+        const Code code = CodeOf(element);
+        ReadCode(context_, code.text, language, code.line, pou_, body_);
+    }
+
+    Text Name(const Element& element, std::string_view attribute) {
+        return context_.Intern(Required(context_, element, attribute));
+    }
+
+    void AddMark(std::vector<Mark>& marks, const Element& element, bool conditional) {
+        const Text name = Name(element, "label");
+        if (*name != 0) {
+            marks.push_back({name, element.line, conditional});
+        }
+    }
+
+    // A jump in a drawing is taken when what is wired to it is true.
+    static bool IsWired(const Element& jump) {
+        const Element* input = jump.Child("connectionPointIn");
+        return input && input->Child("connection");
+    }
+
+    Context& context_;
+    Pou& pou_;
+    Body& body_;
+};
+
+}  // namespace
+
+void ReadBody(Context& context, const Element& element, std::string_view name, Pou& pou) {
+    Body body;
+    body.name = context.Intern(name);
+    body.line = element.line;
+    for (const auto& child : element.children) {
+        if (body.language == Language::kNone) {
+            body.language = LanguageOf(child->name);
+        }
+    }
+    BodyReader(context, pou, body).Read(element);
+    pou.bodies.push_back(std::move(body));
+}
+
+}  // namespace lq::host::plcopen

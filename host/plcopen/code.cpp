@@ -1,0 +1,152 @@
+// Labels, jumps and calls of textual code. A call is a name before an opening bracket, in IL also
+// an instruction that is a name. Names that call nothing (standard operators) may be among them;
+// only names of POUs count in the end.
+
+#include <memory>
+#include <new>
+#include <string>
+
+#include "frame/chars.h"
+#include "host/model/words.h"
+#include "host/plcopen/parts.h"
+#include "host/text/utf.h"
+#include "lq_data/scanner.h"
+
+namespace lq::host::plcopen {
+
+namespace {
+
+// Blanks out what the scanner takes for code: comments to the end of the line, and pragmas. Lines
+// stay where they are.
+void BlankForeignText(std::u16string& code) {
+    const auto blank = [&code](std::size_t from, std::size_t to) {
+        for (std::size_t i = from; i < to; ++i) {
+            code[i] = code[i] == u'\n' ? u'\n' : u' ';
+        }
+    };
+    const auto endOf = [&code](std::u16string_view closing, std::size_t from) {
+        const std::size_t at = code.find(closing, from);
+        return at == code.npos ? code.size() : at + closing.size();
+    };
+    for (std::size_t i = 0; i < code.size();) {
+        const std::u16string_view rest = std::u16string_view(code).substr(i);
+        std::size_t end = i + 1;
+        if (rest.starts_with(u"(*")) {
+            end = endOf(u"*)", i + 2);
+        } else if (rest.starts_with(u"//")) {
+            end = endOf(u"\n", i);
+            blank(i, end);
+        } else if (rest.starts_with(u"{")) {
+            end = endOf(u"}", i);
+            blank(i, end);
+        } else if (rest.starts_with(u"'") || rest.starts_with(u"\"")) {
+            while (end < code.size() && code[end] != rest.front() && code[end] != u'\n') {
+                end += code[end] == u'$' ? 2 : 1;
+            }
+            ++end;
+        }
+        i = end;
+    }
+}
+
+constexpr struct {
+    const char16_t* instruction;
+    bool conditional;
+} kJumps[] = {{u"JMP", false}, {u"JMPC", true}, {u"JMPCN", true}};
+
+class CodeReader {
+  public:
+    CodeReader(Project& project, Language language, Pou& pou, Body& body)
+        : project_(project), il_(language == Language::kIl), pou_(pou), body_(body) {}
+
+    void Take(const Token& token) {
+        if (il_ && token.line != line_) {
+            EndLine();
+            line_ = token.line;
+        }
+        if (isInstruction_ && token.IsOperator(OP_COLON)) {
+            body_.labels.push_back({project_.Intern(name_), Line(), false});
+            Keep({}, false);
+            atStart_ = true;
+            return;
+        }
+        const bool* jump = isInstruction_ ? JumpOf(name_) : nullptr;
+        if (!jump) {
+            EndName(isInstruction_ || token.IsOperator(OP_LPAREN));
+        } else if (token.kind == TK_IDENTIFIER) {
+            body_.jumps.push_back({project_.Intern(token.text), Line(), *jump});
+        }
+        const bool isName = token.kind == TK_IDENTIFIER;
+        Keep(isName ? token.text : u"", isName && il_ && atStart_);
+        atStart_ = false;
+    }
+
+    // Of IL text, and of all text.
+    void EndLine() {
+        EndName(isInstruction_ && !JumpOf(name_));
+        Keep({}, false);
+        atStart_ = true;
+    }
+
+  private:
+    void Keep(std::u16string_view name, bool isInstruction) {
+        name_ = name;
+        isInstruction_ = isInstruction;
+    }
+
+    // What follows the kept name shows that it is called, or that it is not.
+    void EndName(bool called) {
+        if (called && IsIdentifier(name_.c_str())) {
+            project_.AddCall(pou_, project_.Intern(name_));
+        }
+    }
+
+    static const bool* JumpOf(const std::u16string& name) {
+        for (const auto& jump : kJumps) {
+            if (chars::EqualNoCase(jump.instruction, name.c_str())) {
+                return &jump.conditional;
+            }
+        }
+        return nullptr;
+    }
+
+    uint32_t Line() const { return static_cast<uint32_t>(line_); }
+
+    Project& project_;
+    const bool il_;
+    Pou& pou_;
+    Body& body_;
+    std::u16string name_;         // the last token, when it is a name, else empty
+    bool isInstruction_ = false;  // it is the first of an IL line
+    bool atStart_ = true;         // nothing on the line yet, but for a label
+    int32_t line_ = -1;
+};
+
+}  // namespace
+
+void ReadCode(Context& context, std::string_view utf8, Language language, uint32_t line, Pou& pou,
+              Body& body) {
+    std::u16string code;
+    DecodeUtf8(utf8, code);
+    BlankForeignText(code);
+    const std::unique_ptr<CObject> object(Scanner::CreateObject());
+    if (!object) {
+        throw std::bad_alloc();
+    }
+    auto& scanner = static_cast<Scanner&>(*object);
+    const auto length = static_cast<int32_t>(code.size());
+    MEMSTREAM_W stream(code.c_str(), length, length, nullptr);
+    scanner.Initialize(stream);
+    scanner.SetnActLine(static_cast<int>(line));
+
+    CodeReader reader(context.project, language, pou, body);
+    for (Token token = scanner.GetToken(); token.kind != TK_EOF; token = scanner.GetToken()) {
+        if (token.kind != TK_NEWLINE && token.kind != TK_COMMENT) {
+            reader.Take(token);
+        }
+    }
+    reader.EndLine();
+    scanner.ReleaseStream();
+}
+
+}  // namespace lq::host::plcopen

@@ -1,0 +1,60 @@
+#include "host/plcopen/context.h"
+
+#include <utility>
+
+#include "host/text/utf.h"
+
+namespace lq::host {
+
+std::string ToText(const Report& report) {
+    std::string text = report.file;
+    if (report.line != 0) {
+        text += ":" + std::to_string(report.line) + ":" + std::to_string(report.column);
+    }
+    text += report.error ? ": error: " : ": ";
+    if (!report.path.empty()) {
+        text += report.path + ": ";
+    }
+    text += report.message;
+    if (report.more != 0) {
+        text += " (and " + std::to_string(report.more) + " more)";
+    }
+    return text;
+}
+
+namespace plcopen {
+
+Text Context::Intern(std::string_view utf8) {
+    DecodeUtf8(utf8, buffer_);
+    return project.Intern(buffer_);
+}
+
+Text Context::Documentation(const Element& element) {
+    const Element* documentation = element.Child("documentation");
+    return documentation ? Intern(Prose(*documentation)) : u"";
+}
+
+void Context::Warn(const Element& where, std::string message) {
+    const auto [known, isNew] = byMessage_.emplace(message, reports_.size());
+    if (!isNew) {
+        ++reports_[known->second].more;
+        return;
+    }
+    reports_.push_back({fileName_, where.line, where.column, PathOf(where), std::move(message)});
+}
+
+void Context::Fail(uint32_t line, uint32_t column, std::string message) {
+    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true});
+}
+
+std::string_view Required(Context& context, const Element& element, std::string_view attribute) {
+    const std::string_view value = Trim(element.Attribute(attribute));
+    if (value.empty()) {
+        context.Warn(element, "<" + element.name + "> has no " + std::string(attribute));
+    }
+    return value;
+}
+
+}  // namespace plcopen
+
+}  // namespace lq::host

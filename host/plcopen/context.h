@@ -1,0 +1,39 @@
+// What the parts of the reader share: the project that is filled, and the reports on the file.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/model/project.h"
+#include "host/plcopen/element.h"
+#include "host/plcopen/plcopen.h"
+
+namespace lq::host::plcopen {
+
+class Context {
+  public:
+    Context(Project& target, std::string fileName, std::vector<Report>& reports)
+        : project(target), fileName_(std::move(fileName)), reports_(reports) {}
+
+    Text Intern(std::string_view utf8);
+    Text Documentation(const Element& element);  // of its child of that name
+
+    // Reports of one message are grouped.
+    void Warn(const Element& where, std::string message);
+    void Fail(uint32_t line, uint32_t column, std::string message);
+
+    Project& project;
+
+  private:
+    std::string fileName_;
+    std::vector<Report>& reports_;
+    std::unordered_map<std::string, std::size_t> byMessage_;  // indexes of reports_
+    std::u16string buffer_;
+};
+
+// The attribute's value; a missing or blank one is reported as what the element lacks.
+std::string_view Required(Context& context, const Element& element, std::string_view attribute);
+
+}  // namespace lq::host::plcopen

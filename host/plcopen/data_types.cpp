@@ -1,0 +1,42 @@
+#include "host/plcopen/parts.h"
+
+namespace lq::host::plcopen {
+
+void ReadDataType(Context& context, const Element& dataType) {
+    DataType type;
+    type.name = context.Intern(Required(context, dataType, "name"));
+    if (*type.name == 0) {
+        return;
+    }
+    if (context.project.FindDataType(type.name) != ID()) {
+        context.Warn(dataType, "the name of data type '" + std::string(dataType.Attribute("name")) +
+                                   "' is taken: the first one is used");
+    }
+    type.line = dataType.line;
+    type.comment = context.Documentation(dataType);
+    const Element* base = dataType.Child("baseType");
+    const Element* structure = base ? base->Child("struct") : nullptr;
+    type.structure = structure != nullptr;
+    if (!base) {
+        context.Warn(dataType, "<dataType> has no base type");
+    } else if (!structure) {
+        type.baseType = context.Intern(TypeText(context, *base));
+    }
+    if (const Element* value = dataType.Child("initialValue")) {
+        type.initValue = context.Intern(InitialValueText(context, *value));
+    }
+    const ID id = context.project.AddDataType(type);
+    if (!structure) {
+        return;
+    }
+    for (const auto& member : structure->children) {
+        if (member->name != "variable") {
+            continue;
+        }
+        if (const auto declaration = ReadVariable(context, *member, id, {})) {
+            context.project.AddDeclaration(*declaration);
+        }
+    }
+}
+
+}  // namespace lq::host::plcopen

@@ -1,0 +1,101 @@
+#include "host/plcopen/element.h"
+
+namespace lq::host::plcopen {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\n\r";
+
+bool EndsLine(const Element& element) {
+    for (const char* name : {"xhtml:p", "xhtml:div", "xhtml:br", "xhtml:li"}) {
+        if (element.name == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void AppendProse(const Element& element, std::string& prose) {
+    for (const auto& child : element.children) {
+        prose += child->text;
+        AppendProse(*child, prose);
+        if (EndsLine(*child)) {
+            prose += '\n';
+        }
+    }
+}
+
+void AppendCode(const Element& element, Code& code) {
+    for (const auto& child : element.children) {
+        if (child->IsText() && code.text.empty()) {
+            code.line = child->line;
+        }
+        code.text += child->text;
+        AppendCode(*child, code);
+    }
+}
+
+}  // namespace
+
+std::string_view Element::Attribute(std::string_view attribute) const {
+    for (const auto& [key, value] : attributes) {
+        if (key == attribute) {
+            return value;
+        }
+    }
+    return {};
+}
+
+const Element* Element::Child(std::string_view child) const {
+    for (const auto& candidate : children) {
+        if (candidate->name == child) {
+            return candidate.get();
+        }
+    }
+    return nullptr;
+}
+
+const Element* Element::FirstElement() const {
+    for (const auto& candidate : children) {
+        if (!candidate->IsText()) {
+            return candidate.get();
+        }
+    }
+    return nullptr;
+}
+
+std::string PathOf(const Element& element) {
+    std::string path = element.parent ? PathOf(*element.parent) + "/" : std::string();
+    path += element.IsText() ? "text" : element.name;
+    const std::string_view name = element.Attribute("name");
+    if (!name.empty()) {
+        path.append("[").append(name).append("]");
+    }
+    return path;
+}
+
+bool IsBlank(std::string_view text) {
+    return text.find_first_not_of(kBlanks) == text.npos;
+}
+
+std::string_view Trim(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == text.npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string Prose(const Element& element) {
+    std::string prose;
+    AppendProse(element, prose);
+    return std::string(Trim(prose));
+}
+
+Code CodeOf(const Element& element) {
+    Code code{{}, element.line};
+    AppendCode(element, code);
+    return code;
+}
+
+}  // namespace lq::host::plcopen

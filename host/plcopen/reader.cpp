@@ -1,0 +1,356 @@
+// The course of a document: which parts are streamed, what their beginnings and ends mean, and
+// which operation reads a part once it is complete. Only one variable, data type, body or task is
+// in memory at a time.
+
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "frame/chars.h"
+#include "host/plcopen/context.h"
+#include "host/plcopen/parts.h"
+#include "host/plcopen/schema.h"
+#include "host/plcopen/xml.h"
+
+namespace lq::host {
+
+namespace plcopen {
+
+namespace {
+
+class Reader final : public ElementHandler {
+  public:
+    explicit Reader(Context& context) : context_(context), project_(context.project) {}
+
+    Treatment Start(const Element& element) override;
+    void End(const Element& element) override;
+    void StrayText(const Element& text) override { ReportText(context_, text); }
+    std::string Refusal() const override { return refusal_; }
+
+  private:
+    using Part = void (Reader::*)(const Element&);
+
+    // How an element is read: `open` at its beginning, which makes it a streamed one, `close` at
+    // its end.
+    struct Step {
+        std::string_view element;
+        bool (Reader::*open)(const Element&);  // false leaves the element out
+        Part close;
+    };
+    static const Step kSteps[];
+    static const Step* FindStep(std::string_view element);
+
+    bool Enter(const Element&) { return true; }
+    bool OpenPou(const Element& pou);
+    bool OpenVariables(const Element& list);
+    bool OpenConfiguration(const Element& configuration);
+    bool OpenResource(const Element& resource);
+
+    void Leave(const Element&) {}
+    void CloseInterface(const Element&);
+    void ClosePou(const Element&) { pou_ = {}; }
+    void CloseResource(const Element&) { resource_ = {}; }
+
+    void TakeHeader(const Element& header);
+    void TakeDataType(const Element& type) { ReadDataType(context_, type); }
+    void TakeVariable(const Element& variable);
+    void TakeResultType(const Element& type);
+    void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
+    void TakeNamedBody(const Element& part);
+    void TakeTask(const Element& task) { ReadTask(context_, task, resource_); }
+    void TakeInstance(const Element& pou) { ReadProgramInstance(context_, pou, resource_); }
+    void TakeDocumentation(const Element& documentation);
+
+    bool IsImplicit(const Declaration& declaration) const;
+
+    Context& context_;
+    Project& project_;
+    std::string refusal_;
+
+    // What is open.
+    ID pou_;
+    ID configuration_;
+    ID resource_;
+    ID owner_;  // of the variables that come
+    Section section_;
+    std::vector<Declaration> implicit_;  // EN and ENO of the open POU
+};
+
+// ORDER: elements that are streamed, then parts that are read as a whole.
+const Reader::Step Reader::kSteps[] = {
+    {"project", &Reader::Enter, &Reader::Leave},
+    {"types", &Reader::Enter, &Reader::Leave},
+    {"dataTypes", &Reader::Enter, &Reader::Leave},
+    {"pous", &Reader::Enter, &Reader::Leave},
+    {"pou", &Reader::OpenPou, &Reader::ClosePou},
+    {"interface", &Reader::Enter, &Reader::CloseInterface},
+    {"localVars", &Reader::OpenVariables, &Reader::Leave},
+    {"tempVars", &Reader::OpenVariables, &Reader::Leave},
+    {"inputVars", &Reader::OpenVariables, &Reader::Leave},
+    {"outputVars", &Reader::OpenVariables, &Reader::Leave},
+    {"inOutVars", &Reader::OpenVariables, &Reader::Leave},
+    {"externalVars", &Reader::OpenVariables, &Reader::Leave},
+    {"globalVars", &Reader::OpenVariables, &Reader::Leave},
+    {"actions", &Reader::Enter, &Reader::Leave},
+    {"transitions", &Reader::Enter, &Reader::Leave},
+    {"instances", &Reader::Enter, &Reader::Leave},
+    {"configurations", &Reader::Enter, &Reader::Leave},
+    {"configuration", &Reader::OpenConfiguration, &Reader::Leave},
+    {"resource", &Reader::OpenResource, &Reader::CloseResource},
+
+    {"contentHeader", nullptr, &Reader::TakeHeader},
+    {"dataType", nullptr, &Reader::TakeDataType},
+    {"variable", nullptr, &Reader::TakeVariable},
+    {"returnType", nullptr, &Reader::TakeResultType},
+    {"body", nullptr, &Reader::TakeBody},
+    {"action", nullptr, &Reader::TakeNamedBody},
+    {"transition", nullptr, &Reader::TakeNamedBody},
+    {"task", nullptr, &Reader::TakeTask},
+    {"pouInstance", nullptr, &Reader::TakeInstance},
+    {"documentation", nullptr, &Reader::TakeDocumentation},
+    {"addData", nullptr, &Reader::Leave},
+};
+
+const Reader::Step* Reader::FindStep(std::string_view element) {
+    for (const Step& step : kSteps) {
+        if (step.element == element) {
+            return &step;
+        }
+    }
+    return nullptr;
+}
+
+Treatment Reader::Start(const Element& element) {
+    if (!element.parent && element.name != "project") {
+        refusal_ = "the file is no PLCopen project: its root element is <" + element.name + ">";
+        return Treatment::kRefuse;
+    }
+    if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
+        return Treatment::kSkip;
+    }
+    const Step* step = FindStep(element.name);
+    if (!step->open) {
+        return Treatment::kCapture;
+    }
+    JudgeAttributes(context_, element);
+    return (this->*step->open)(element) ? Treatment::kStream : Treatment::kSkip;
+}
+
+void Reader::End(const Element& element) {
+    const Step* step = FindStep(element.name);
+    if (!step->open) {
+        JudgeTree(context_, element);
+    }
+    (this->*step->close)(element);
+}
+
+// -- Beginnings and ends --------------------------------------------------------------------------
+
+bool Reader::OpenPou(const Element& element) {
+    constexpr struct {
+        std::string_view type;
+        LQ_OBJECT_KIND kind;
+    } kKinds[] = {
+        {"program", LQ_KIND_PROGRAM},
+        {"functionBlock", LQ_KIND_FUNCTION_BLOCK},
+        {"function", LQ_KIND_FUNCTION},
+    };
+    const std::string_view type = element.Attribute("pouType");
+    for (const auto& row : kKinds) {
+        if (row.type != type) {
+            continue;
+        }
+        Pou pou;
+        pou.name = context_.Intern(Required(context_, element, "name"));
+        pou.kind = row.kind;
+        pou.line = element.line;
+        if (*pou.name == 0) {
+            return false;
+        }
+        if (project_.FindPou(pou.name) != ID()) {
+            context_.Warn(element, "the name of POU '" + std::string(element.Attribute("name")) +
+                                       "' is taken: the first one is used");
+        }
+        pou_ = project_.AddPou(pou);
+        return true;
+    }
+    context_.Warn(element,
+                  "the POU type '" + std::string(type) + "' is not known: the POU was left out");
+    return false;
+}
+
+bool Reader::OpenVariables(const Element& element) {
+    section_ = ReadSection(context_, element);
+    if (section_.scope != Scope::kGlobal) {
+        owner_ = pou_;
+        return true;
+    }
+    VariableList list;
+    list.parent = pou_ != ID() ? pou_ : resource_ != ID() ? resource_ : configuration_;
+    const std::string_view name = Trim(element.Attribute("name"));
+    list.name = name.empty() ? project_.NameOf(list.parent) : context_.Intern(name);
+    list.line = element.line;
+    owner_ = project_.AddVariableList(list);
+    return true;
+}
+
+bool Reader::OpenConfiguration(const Element& element) {
+    Configuration configuration;
+    configuration.name = context_.Intern(Required(context_, element, "name"));
+    configuration.line = element.line;
+    configuration_ = project_.AddConfiguration(configuration);
+    return true;
+}
+
+bool Reader::OpenResource(const Element& element) {
+    Resource resource;
+    resource.name = context_.Intern(Required(context_, element, "name"));
+    resource.configuration = configuration_;
+    resource.line = element.line;
+    resource_ = project_.AddResource(resource);
+    return true;
+}
+
+// -- Parts ----------------------------------------------------------------------------------------
+
+// The format has no mark for the implicit parameters EN and ENO: a function or function block that
+// declares both has them.
+bool Reader::IsImplicit(const Declaration& declaration) const {
+    const Scope scope = declaration.section.scope;
+    return project_.GetPou(pou_)->kind != LQ_KIND_PROGRAM &&
+           chars::EqualNoCase(declaration.type, u"BOOL") &&
+           ((scope == Scope::kInput && chars::EqualNoCase(declaration.name, u"EN")) ||
+            (scope == Scope::kOutput && chars::EqualNoCase(declaration.name, u"ENO")));
+}
+
+void Reader::CloseInterface(const Element&) {
+    if (implicit_.size() == 2 && implicit_[0].section != implicit_[1].section) {
+        project_.EditPou(pou_)->eno = true;
+    } else {
+        for (const Declaration& declaration : implicit_) {
+            project_.AddDeclaration(declaration);
+        }
+    }
+    implicit_.clear();
+}
+
+void Reader::TakeHeader(const Element& header) {
+    project_.SetName(context_.Intern(Trim(header.Attribute("name"))));
+}
+
+void Reader::TakeVariable(const Element& variable) {
+    const auto declaration = ReadVariable(context_, variable, owner_, section_);
+    if (!declaration) {
+        return;
+    }
+    if (owner_ == pou_ && IsImplicit(*declaration)) {
+        implicit_.push_back(*declaration);
+        return;
+    }
+    const ID known =
+        section_.scope == Scope::kGlobal ? project_.FindGlobal(declaration->name) : ID();
+    if (known != ID() && project_.GetDeclaration(known)->owner == owner_) {
+        context_.Warn(variable, "the name of global '" + std::string(variable.Attribute("name")) +
+                                    "' is taken: the first one is used");
+    }
+    project_.AddDeclaration(*declaration);
+}
+
+void Reader::TakeResultType(const Element& type) {
+    project_.EditPou(pou_)->resultType = context_.Intern(TypeText(context_, type));
+}
+
+void Reader::TakeNamedBody(const Element& part) {
+    const std::string_view name = Required(context_, part, "name");
+    if (const Element* body = part.Child("body")) {
+        ReadBody(context_, *body, name, *project_.EditPou(pou_));
+    }
+}
+
+void Reader::TakeDocumentation(const Element& documentation) {
+    const std::string& parent = documentation.parent->name;
+    const Text text = context_.Intern(Prose(documentation));
+    if (parent == "pou" || parent == "configuration" || parent == "resource") {
+        const ID owner = parent == "pou" ? pou_ : parent == "resource" ? resource_ : configuration_;
+        project_.SetComment(owner, text);
+    } else if (parent == "interface") {
+        project_.EditPou(pou_)->headerComment = text;
+    } else if (parent == "globalVars") {
+        project_.SetComment(owner_, text);
+    } else {
+        context_.Warn(documentation, "<documentation> in <" + parent +
+                                         "> has no place in the project and was left out");
+    }
+}
+
+bool Read(std::istream& source, Context& context) {
+    Reader reader(context);
+    XmlFault fault;
+    if (ParseXml(source, reader, fault)) {
+        return true;
+    }
+    context.Fail(fault.line, fault.column, fault.message);
+    return false;
+}
+
+// Runs `read`, which returns success; what it throws becomes a report.
+template <typename Function>
+bool Contained(const std::string& fileName, std::vector<Report>& reports, Function read) noexcept {
+    const char* reason = "memory is short";
+    try {
+        return read();
+    } catch (const std::bad_alloc&) {
+    } catch (...) {
+        reason = "the file cannot be read";
+    }
+    try {
+        reports.push_back({fileName, 0, 0, {}, reason, 0, true});
+    } catch (...) {  // no memory for the report either
+    }
+    return false;
+}
+
+// Why the path cannot be read as a file; empty when it can.
+std::string Obstacle(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) {
+        return "there is no such file";
+    }
+    return std::filesystem::is_directory(status) ? "this is a folder, not a file" : "";
+}
+
+}  // namespace
+
+}  // namespace plcopen
+
+bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& project,
+                 std::vector<Report>& reports) noexcept {
+    return plcopen::Contained(fileName, reports, [&] {
+        plcopen::Context context(project, fileName, reports);
+        return plcopen::Read(source, context);
+    });
+}
+
+bool ReadPlcopenFile(const std::string& path, Project& project,
+                     std::vector<Report>& reports) noexcept {
+    return plcopen::Contained(path, reports, [&] {
+        plcopen::Context context(project, path, reports);
+        std::string obstacle = plcopen::Obstacle(path);
+        std::ifstream source;
+        if (obstacle.empty()) {
+            source.open(path, std::ios::binary);
+            obstacle = source ? "" : "the file cannot be opened";
+        }
+        if (!obstacle.empty()) {
+            context.Fail(0, 0, obstacle);
+            return false;
+        }
+        return plcopen::Read(source, context);
+    });
+}
+
+}  // namespace lq::host

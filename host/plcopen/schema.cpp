@@ -1,0 +1,249 @@
+#include "host/plcopen/schema.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+
+namespace lq::host::plcopen {
+
+namespace {
+
+using std::string_view;
+
+// A row tells an element's attributes and children. A word that begins with "-" is skipped by
+// design, one with "!" is known and has no place in the project, any other is read. "*" stands for
+// all that an element holds, "#" for text. "parent/element" goes before "element".
+//
+// Drawings: the project keeps no code, so a body's wiring is skipped; what is read of it are
+// labels, jumps and calls.
+struct Row {
+    string_view element;
+    string_view attributes;
+    string_view children;
+    bool drawn = false;  // with kDrawn's words as well
+};
+
+constexpr string_view kTypes =
+    "BOOL BYTE WORD DWORD LWORD SINT INT DINT LINT USINT UINT UDINT ULINT REAL LREAL TIME DATE DT "
+    "TOD STRING WSTRING string wstring ANY ANY_DERIVED ANY_ELEMENTARY ANY_MAGNITUDE ANY_NUM "
+    "ANY_REAL ANY_INT ANY_BIT ANY_STRING ANY_DATE array derived enum struct subrangeSigned "
+    "subrangeUnsigned pointer";
+constexpr string_view kListAttributes = "-name constant retain nonretain persistent nonpersistent";
+constexpr string_view kList = "variable addData documentation";
+constexpr string_view kValues = "simpleValue arrayValue structValue";
+constexpr string_view kLanguages = "ST IL FBD LD SFC addData !documentation";
+constexpr string_view kDrawing =
+    "block label jump inVariable outVariable inOutVariable contact coil leftPowerRail "
+    "rightPowerRail return comment connector continuation actionBlock step macroStep jumpStep "
+    "transition selectionDivergence selectionConvergence simultaneousDivergence "
+    "simultaneousConvergence !error !vendorElement addData !documentation";
+
+constexpr Row kDrawn = {
+    {},
+    "-localId -globalId -width -height -executionOrderId -negated -edge "
+    "-storage -negatedIn -negatedOut -storageIn -storageOut -edgeIn -edgeOut",
+    "-position -relPosition -connectionPointIn -connectionPointOut -documentation "
+    "addData"};
+
+constexpr Row kRows[] = {
+    {"project", "", "-fileHeader contentHeader types instances addData !documentation"},
+    {"contentHeader", "name -version -modificationDateTime -organization -author -language",
+     "-coordinateInfo !Comment addData !documentation"},
+    {"types", "", "dataTypes pous"},
+    {"dataTypes", "", "dataType"},
+    {"dataType", "name -globalId", "baseType initialValue addData documentation"},
+    {"pous", "", "pou"},
+    {"pou", "name pouType -globalId", "interface actions transitions body addData documentation"},
+    {"interface", "",
+     "returnType localVars tempVars inputVars outputVars inOutVars externalVars globalVars "
+     "!accessVars addData documentation"},
+    {"localVars", kListAttributes, kList},
+    {"tempVars", kListAttributes, kList},
+    {"inputVars", kListAttributes, kList},
+    {"outputVars", kListAttributes, kList},
+    {"inOutVars", kListAttributes, kList},
+    {"externalVars", kListAttributes, kList},
+    {"globalVars", "name constant retain nonretain persistent nonpersistent", kList},
+    {"variable", "name address -globalId", "type initialValue addData documentation"},
+
+    {"returnType", "", kTypes},
+    {"type", "", kTypes},
+    {"baseType", "", kTypes},
+    {"pointer", "", "baseType"},
+    {"array", "", "dimension baseType"},
+    {"dimension", "lower upper", ""},
+    {"derived", "name", ""},
+    {"enum", "", "values baseType"},
+    {"values", "", "value"},
+    {"values/value", "name value", ""},
+    {"struct", "", "variable addData !documentation"},
+    {"subrangeSigned", "", "range baseType"},
+    {"subrangeUnsigned", "", "range baseType"},
+    {"range", "lower upper", ""},
+    {"string", "length", ""},
+    {"wstring", "length", ""},
+    {"STRING", "length", ""},
+    {"WSTRING", "length", ""},
+
+    {"initialValue", "", kValues},
+    {"simpleValue", "value", ""},
+    {"arrayValue", "", "value"},
+    {"structValue", "", "value"},
+    {"arrayValue/value", "repetitionValue", kValues},
+    {"structValue/value", "member", kValues},
+
+    {"actions", "", "action"},
+    {"actions/action", "name -globalId", "body addData !documentation"},
+    {"transitions", "", "transition"},
+    {"transitions/transition", "name -globalId", "body addData !documentation"},
+    {"body", "-WorksheetName -globalId", kLanguages},
+    {"ST", "", "*"},
+    {"IL", "", "*"},
+    {"FBD", "", kDrawing},
+    {"LD", "", kDrawing},
+    {"SFC", "", kDrawing},
+    {"block", "typeName -instanceName", "-inputVariables -inOutVariables -outputVariables", true},
+    {"label", "label", "", true},
+    {"jump", "label", "", true},
+    {"inVariable", "", "expression", true},
+    {"outVariable", "", "expression", true},
+    {"inOutVariable", "", "expression", true},
+    {"expression", "", "#"},
+    {"contact", "", "-variable", true},
+    {"coil", "", "-variable", true},
+    {"leftPowerRail", "", "", true},
+    {"rightPowerRail", "", "", true},
+    {"return", "", "", true},
+    {"comment", "", "-content", true},
+    {"connector", "-name", "", true},
+    {"continuation", "-name", "", true},
+    {"step", "-name -initialStep", "-connectionPointOutAction", true},
+    {"macroStep", "-name", "body", true},
+    {"jumpStep", "-targetName", "", true},
+    {"transition", "-name -priority", "condition", true},
+    {"condition", "-negated", "-reference -connectionPointIn -connection inline"},
+    {"inline", "-name", kLanguages},
+    {"selectionDivergence", "", "", true},
+    {"selectionConvergence", "", "", true},
+    {"simultaneousDivergence", "-name", "", true},
+    {"simultaneousConvergence", "", "", true},
+    {"actionBlock", "", "action", true},
+    {"actionBlock/action", "-qualifier -duration -indicator -name", "-reference inline", true},
+
+    {"instances", "", "configurations"},
+    {"configurations", "", "configuration"},
+    {"configuration", "name -globalId",
+     "resource globalVars !accessVars !configVars addData documentation"},
+    {"resource", "name -globalId", "task globalVars pouInstance addData documentation"},
+    {"task", "name single interval priority -globalId", "pouInstance addData documentation"},
+    {"pouInstance", "name typeName type -globalId", "addData documentation"},
+
+    {"addData", "", "data"},
+    {"data", "name handleUnknown", "*"},
+    {"documentation", "", "*"},
+};
+
+const Row* FindRow(const Element& element) {
+    static const auto rows = [] {
+        std::unordered_map<string_view, const Row*> map;
+        for (const Row& row : kRows) {
+            map.emplace(row.element, &row);
+        }
+        return map;
+    }();
+    if (element.parent) {
+        const auto exact = rows.find(element.parent->name + "/" + element.name);
+        if (exact != rows.end()) {
+            return exact->second;
+        }
+    }
+    const auto row = rows.find(element.name);
+    return row != rows.end() ? row->second : nullptr;
+}
+
+Verdict Look(string_view words, string_view wanted) {
+    while (!words.empty()) {
+        const string_view word = words.substr(0, words.find(' '));
+        words.remove_prefix(std::min(word.size() + 1, words.size()));
+        if (word == wanted || word == "*") {
+            return Verdict::kRead;
+        }
+        const bool marked = word.starts_with('-') || word.starts_with('!');
+        if (marked && word.substr(1) == wanted) {
+            return word.starts_with('-') ? Verdict::kSkip : Verdict::kNotKept;
+        }
+    }
+    return Verdict::kUnknown;
+}
+
+Verdict LookInRow(const Row* row, string_view Row::*words, string_view wanted) {
+    if (!row) {
+        return Verdict::kUnknown;
+    }
+    const Verdict verdict = Look(row->*words, wanted);
+    return verdict == Verdict::kUnknown && row->drawn ? Look(kDrawn.*words, wanted) : verdict;
+}
+
+bool IsOpaque(const Element& element) {
+    const Row* row = FindRow(element);
+    return row && row->children == "*";
+}
+
+// Additional data is some producer's own. One that its producer allows to be discarded is passed
+// over, any other is reported by its name.
+void JudgeData(Context& context, const Element& data) {
+    if (data.Attribute("handleUnknown") != "discard") {
+        context.Warn(data,
+                     "additional data '" + std::string(data.Attribute("name")) + "' is not read");
+    }
+}
+
+}  // namespace
+
+Verdict JudgeElement(Context& context, const Element& element) {
+    const Element& parent = *element.parent;
+    const Verdict verdict = LookInRow(FindRow(parent), &Row::children, element.name);
+    if (verdict == Verdict::kUnknown || verdict == Verdict::kNotKept) {
+        const char* reason =
+            verdict == Verdict::kUnknown ? "is not known" : "has no place in the project";
+        context.Warn(element, "<" + element.name + "> in <" + parent.name + "> " + reason +
+                                  " and was left out");
+    }
+    return verdict;
+}
+
+void JudgeAttributes(Context& context, const Element& element) {
+    const Row* row = FindRow(element);
+    for (const auto& [name, value] : element.attributes) {
+        const bool ofXml = name.starts_with("{http://www.w3.org/");
+        if (!ofXml && LookInRow(row, &Row::attributes, name) == Verdict::kUnknown) {
+            context.Warn(element, "attribute '" + name + "' of <" + element.name +
+                                      "> is not known and was left out");
+        }
+    }
+}
+
+void ReportText(Context& context, const Element& text) {
+    context.Warn(text, "text in <" + text.parent->name + "> is not known and was left out");
+}
+
+void JudgeTree(Context& context, const Element& element) {
+    JudgeAttributes(context, element);
+    if (element.name == "data") {
+        JudgeData(context, element);
+    }
+    if (IsOpaque(element)) {
+        return;
+    }
+    for (const auto& child : element.children) {
+        if (!child->IsText()) {
+            if (JudgeElement(context, *child) == Verdict::kRead) {
+                JudgeTree(context, *child);
+            }
+        } else if (LookInRow(FindRow(element), &Row::children, "#") != Verdict::kRead) {
+            ReportText(context, *child);
+        }
+    }
+}
+
+}  // namespace lq::host::plcopen

@@ -1,0 +1,62 @@
+#include "host/plcopen/iec_text.h"
+
+namespace lq::host::plcopen {
+
+namespace {
+
+std::string ValueText(Context& context, const Element& holder);
+
+std::string ElementsText(Context& context, const Element& array) {
+    std::string text;
+    for (const auto& value : array.children) {
+        if (value->name != "value") {
+            continue;
+        }
+        text += text.empty() ? "" : ", ";
+        const std::string_view count = Trim(value->Attribute("repetitionValue"));
+        const std::string element = ValueText(context, *value);
+        text += count.empty() || count == "1" ? element
+                                              : std::string(count).append("(" + element + ")");
+    }
+    return text;
+}
+
+std::string MembersText(Context& context, const Element& structure) {
+    std::string text;
+    for (const auto& value : structure.children) {
+        if (value->name != "value") {
+            continue;
+        }
+        text += text.empty() ? "" : ", ";
+        text.append(Required(context, *value, "member")) += " := " + ValueText(context, *value);
+    }
+    return text;
+}
+
+// A value inside another one.
+std::string ValueText(Context& context, const Element& holder) {
+    const Element* value = holder.FirstElement();
+    if (value && value->name == "structValue") {
+        return "(" + MembersText(context, *value) + ")";
+    }
+    return InitialValueText(context, holder);
+}
+
+}  // namespace
+
+std::string InitialValueText(Context& context, const Element& holder) {
+    const Element* value = holder.FirstElement();
+    if (!value) {
+        context.Warn(holder, "<" + holder.name + "> holds no value");
+        return {};
+    }
+    if (value->name == "arrayValue") {
+        return "[" + ElementsText(context, *value) + "]";
+    }
+    if (value->name == "structValue") {
+        return MembersText(context, *value);
+    }
+    return std::string(Trim(value->Attribute("value")));
+}
+
+}  // namespace lq::host::plcopen

@@ -1,0 +1,75 @@
+#include <string>
+
+#include "host/plcopen/parts.h"
+
+namespace lq::host::plcopen {
+
+namespace {
+
+constexpr struct {
+    std::string_view list;
+    Scope scope;
+} kLists[] = {
+    {"localVars", Scope::kLocal},   {"tempVars", Scope::kTemp},
+    {"inputVars", Scope::kInput},   {"outputVars", Scope::kOutput},
+    {"inOutVars", Scope::kInOut},   {"externalVars", Scope::kExternal},
+    {"globalVars", Scope::kGlobal},
+};
+
+bool IsSet(const Element& element, std::string_view attribute) {
+    const std::string_view value = Trim(element.Attribute(attribute));
+    return value == "true" || value == "1";
+}
+
+}  // namespace
+
+Section ReadSection(Context& context, const Element& list) {
+    Section section;
+    for (const auto& row : kLists) {
+        if (row.list == list.name) {
+            section.scope = row.scope;
+        }
+    }
+    section.constant = IsSet(list, "constant");
+    section.retain = IsSet(list, "retain") && !IsSet(list, "nonretain");
+    if (IsSet(list, "persistent")) {
+        context.Warn(list, "<" + list.name +
+                               "> is persistent, which has no section keyword: "
+                               "it was read as retain");
+        section.retain = true;
+    }
+    const Section nearest = NearestSection(section);
+    if (nearest != section) {
+        context.Warn(list, "<" + list.name + "> with" + (section.constant ? " constant" : "") +
+                               (section.retain ? " retain" : "") +
+                               " has no section keyword: it was read without" +
+                               (section.constant && !nearest.constant ? " constant" : "") +
+                               (section.retain && !nearest.retain ? " retain" : ""));
+    }
+    return nearest;
+}
+
+std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
+                                        Section section) {
+    Declaration declaration;
+    declaration.name = context.Intern(Required(context, variable, "name"));
+    if (*declaration.name == 0) {
+        return {};
+    }
+    if (const Element* type = variable.Child("type")) {
+        declaration.type = context.Intern(TypeText(context, *type));
+    } else {
+        context.Warn(variable, "<variable> has no type");
+    }
+    if (const Element* value = variable.Child("initialValue")) {
+        declaration.initValue = context.Intern(InitialValueText(context, *value));
+    }
+    declaration.address = context.Intern(Trim(variable.Attribute("address")));
+    declaration.comment = context.Documentation(variable);
+    declaration.owner = owner;
+    declaration.line = variable.line;
+    declaration.section = section;
+    return declaration;
+}
+
+}  // namespace lq::host::plcopen

@@ -1,0 +1,258 @@
+#include "host/plcopen/xml.h"
+
+#include <array>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <vector>
+
+#include <expat.h>
+
+namespace lq::host::plcopen {
+
+namespace {
+
+constexpr char kNamespaceEnd = ' ';  // no namespace name holds one
+constexpr std::string_view kPlcopen = "http://www.plcopen.org/xml/tc6";
+constexpr std::string_view kXhtml = "http://www.w3.org/1999/xhtml";
+
+std::string NameOf(std::string_view expatName) {
+    const std::size_t end = expatName.find(kNamespaceEnd);
+    if (end == expatName.npos) {
+        return "{}" + std::string(expatName);
+    }
+    const std::string_view space = expatName.substr(0, end);
+    const std::string local(expatName.substr(end + 1));
+    if (space.starts_with(kPlcopen)) {
+        return local;
+    }
+    return (space == kXhtml ? "xhtml:" : "{" + std::string(space) + "}") + local;
+}
+
+std::string AttributeNameOf(std::string_view expatName) {
+    return expatName.find(kNamespaceEnd) == expatName.npos ? std::string(expatName)
+                                                           : NameOf(expatName);
+}
+
+// expat calls back through C, which no exception may cross: each callback keeps what was thrown and
+// stops the parser.
+class Parser {
+  public:
+    Parser(ElementHandler& handler, XmlFault& fault)
+        : handler_(handler), fault_(fault), expat_(XML_ParserCreateNS(nullptr, kNamespaceEnd)) {
+        if (!expat_) {
+            throw std::bad_alloc();
+        }
+        XML_SetUserData(Expat(), this);
+        XML_SetElementHandler(Expat(), OnStart, OnEnd);
+        XML_SetCharacterDataHandler(Expat(), OnText);
+        XML_SetEntityDeclHandler(Expat(), OnEntity);
+        XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
+    }
+
+    bool Read(std::istream& source) {
+        std::vector<char> block(kBlock);
+        for (bool last = false; !last;) {
+            source.read(block.data(), static_cast<std::streamsize>(block.size()));
+            if (source.bad()) {
+                Fault("the file cannot be read");
+                return false;
+            }
+            last = source.eof();
+            const auto count = static_cast<int>(source.gcount());
+            if (XML_Parse(Expat(), block.data(), count, last ? 1 : 0) != XML_STATUS_OK) {
+                Explain();
+                return false;
+            }
+        }
+        return true;
+    }
+
+  private:
+    static constexpr std::size_t kBlock = 64 * 1024;
+
+    struct Closer {
+        void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+    };
+
+    // An open element and what becomes of its children.
+    struct Open {
+        Element* element;
+        bool streamed;
+    };
+
+    XML_Parser Expat() const { return expat_.get(); }
+
+    template <typename Function>
+    static void Guarded(void* self, Function function) {
+        auto& parser = *static_cast<Parser*>(self);
+        if (parser.stopped_) {
+            return;
+        }
+        try {
+            function(parser);
+        } catch (...) {
+            parser.thrown_ = std::current_exception();
+            parser.Stop();
+        }
+    }
+
+    static void XMLCALL OnStart(void* self, const XML_Char* name, const XML_Char** attributes) {
+        Guarded(self, [=](Parser& parser) { parser.Start(name, attributes); });
+    }
+    static void XMLCALL OnEnd(void* self, const XML_Char*) {
+        Guarded(self, [](Parser& parser) { parser.End(); });
+    }
+    static void XMLCALL OnText(void* self, const XML_Char* text, int length) {
+        const std::string_view piece(text, static_cast<std::size_t>(length));
+        Guarded(self, [=](Parser& parser) { parser.Text(piece); });
+    }
+    static void XMLCALL OnEntity(void* self, const XML_Char* name, int, const XML_Char*, int,
+                                 const XML_Char*, const XML_Char*, const XML_Char*,
+                                 const XML_Char*) {
+        Guarded(self, [=](Parser& parser) {
+            parser.Refuse("the document declares the entity '" + std::string(name) +
+                          "'; entities are not accepted");
+        });
+    }
+    static void XMLCALL OnSkippedEntity(void* self, const XML_Char* name, int) {
+        Guarded(self, [=](Parser& parser) {
+            parser.Refuse("the entity '" + std::string(name) + "' is not declared");
+        });
+    }
+
+    void Start(const XML_Char* name, const XML_Char** attributes) {
+        if (++depth_ > kMaxDepth) {
+            Refuse("elements are nested deeper than " + std::to_string(kMaxDepth));
+            return;
+        }
+        if (skipDepth_ != 0) {
+            return;
+        }
+        EndText();
+        std::unique_ptr<Element> element = NewElement();
+        element->name = NameOf(name);
+        for (; *attributes; attributes += 2) {
+            element->attributes.emplace_back(AttributeNameOf(attributes[0]), attributes[1]);
+        }
+        const bool offered = open_.empty() || open_.back().streamed;
+        const Treatment treatment = offered ? handler_.Start(*element) : Treatment::kCapture;
+        if (treatment == Treatment::kRefuse) {
+            Refuse(handler_.Refusal());
+            return;
+        }
+        if (treatment == Treatment::kSkip) {
+            skipDepth_ = depth_;
+            return;
+        }
+        Element* const added = element.get();
+        Siblings().push_back(std::move(element));
+        open_.push_back({added, treatment == Treatment::kStream});
+    }
+
+    void End() {
+        const int depth = depth_--;
+        if (skipDepth_ != 0) {
+            skipDepth_ = depth == skipDepth_ ? 0 : skipDepth_;
+            return;
+        }
+        EndText();
+        const Element& element = *open_.back().element;
+        open_.pop_back();
+        if (open_.empty() || open_.back().streamed) {
+            handler_.End(element);
+            Siblings().pop_back();
+        }
+    }
+
+    // expat delivers a run of text in pieces, which become one.
+    void Text(std::string_view piece) {
+        if (skipDepth_ != 0 || open_.empty()) {
+            return;
+        }
+        if (!inText_) {
+            Siblings().push_back(NewElement());
+            inText_ = true;
+        }
+        Siblings().back()->text += piece;
+    }
+
+    void EndText() {
+        if (!inText_) {
+            return;
+        }
+        inText_ = false;
+        const Open& parent = open_.back();
+        const Element& text = *Siblings().back();
+        const bool blank = IsBlank(text.text);
+        if (parent.streamed && !blank) {
+            handler_.StrayText(text);
+        }
+        if (parent.streamed || (blank && !parent.element->IsXhtml())) {
+            Siblings().pop_back();
+        }
+    }
+
+    std::unique_ptr<Element> NewElement() const {
+        auto element = std::make_unique<Element>();
+        element->parent = open_.empty() ? nullptr : open_.back().element;
+        element->line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
+        element->column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
+        return element;
+    }
+
+    std::vector<std::unique_ptr<Element>>& Siblings() {
+        return open_.empty() ? root_ : open_.back().element->children;
+    }
+
+    void Fault(std::string message) {
+        fault_.line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
+        fault_.column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
+        fault_.message = std::move(message);
+    }
+
+    void Refuse(std::string message) {
+        Fault(std::move(message));
+        Stop();
+    }
+
+    void Stop() {
+        stopped_ = true;
+        XML_StopParser(Expat(), XML_FALSE);
+    }
+
+    // After XML_Parse failed: because of a callback, or of the document.
+    void Explain() {
+        if (thrown_) {
+            std::rethrow_exception(thrown_);
+        }
+        if (stopped_) {
+            return;
+        }
+        const XML_Error error = XML_GetErrorCode(Expat());
+        if (error == XML_ERROR_NO_MEMORY) {
+            throw std::bad_alloc();
+        }
+        Fault(std::string("the file is not well-formed XML: ") + XML_ErrorString(error));
+    }
+
+    ElementHandler& handler_;
+    XmlFault& fault_;
+    std::unique_ptr<XML_ParserStruct, Closer> expat_;
+    std::vector<std::unique_ptr<Element>> root_;
+    std::vector<Open> open_;
+    int depth_ = 0;
+    int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
+    bool inText_ = false;
+    bool stopped_ = false;
+    std::exception_ptr thrown_;
+};
+
+}  // namespace
+
+bool ParseXml(std::istream& source, ElementHandler& handler, XmlFault& fault) {
+    return Parser(handler, fault).Read(source);
+}
+
+}  // namespace lq::host::plcopen

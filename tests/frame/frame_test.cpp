@@ -1,0 +1,205 @@
+#include "lq_data/frame.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "host/framework/extension_module.h"
+#include "host/framework/string_table.h"
+#include "host/text/utf.h"
+#include "tests/support/test_allocator.h"
+#include "tests/host/temp_folder.h"
+
+namespace {
+
+using namespace lq::host;
+
+constexpr unsigned kShownFor64Bit = 10000;
+constexpr char kUserKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\App]\n";
+constexpr char kMachineKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\Startup\\App]\n";
+
+std::string Utf8(const char16_t* text) {
+    return EncodeUtf8(text);
+}
+
+std::filesystem::path FileOf(HINSTANCE module) {
+    char16_t name[4096];
+    GetModuleFileNameW(module, name, 4096);
+    return Utf8(name);
+}
+
+class Frame : public testing::Test {
+  protected:
+    Frame() : module_(GetFirstLibrary()->module), config_("LQ_DATA_CONFIG", Path("").c_str()) {}
+
+    // Later tests find the library as the loader left it.
+    ~Frame() override {
+        const lq::test::EnvironmentVariable none("LQ_DATA_CONFIG", Path("none").c_str());
+        const lq::test::EnvironmentVariable usual("LQ_DATA_RESOURCES", nullptr);
+        Reattach(module_);
+        SetApplicationStrings(nullptr);
+    }
+
+    std::string Path(const char* name) const { return folder_.GetPath() / name; }
+
+    static int Reattach(HINSTANCE module) {
+        LqDataEntry(module, LQ_PROCESS_DETACH, nullptr);
+        return LqDataEntry(module, LQ_PROCESS_ATTACH, nullptr);
+    }
+
+    lq::test::TempFolder folder_;
+    HINSTANCE module_;
+    lq::test::EnvironmentVariable config_;
+};
+
+TEST_F(Frame, IsAttachedByTheLoader) {
+    ASSERT_NE(module_, nullptr);
+    EXPECT_EQ(FileOf(module_).stem(), "lq_data");
+    EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
+    EXPECT_STREQ(Utf8(GetResString(6492)).c_str(), "ARRAY");
+    EXPECT_EQ(NS_LQ_DATA::GetDLLVersion(), 65536u);
+}
+
+TEST_F(Frame, ChoosesTheCodePage) {
+    const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
+    ASSERT_NE(english, nullptr);
+    const struct {
+        std::string user, machine;  // registry files
+        const char* loaded;         // by the end of the file name
+    } cases[] = {
+        {"", "", "1252"},
+        {std::string(kUserKey) + "CodePage=932\n", "", "932"},
+        {"", std::string(kMachineKey) + "CodePage=932\n", "932"},
+        {"", std::string(kMachineKey) + "CodePage=0x3A4\n", "932"},
+        {std::string(kUserKey) + "CodePage=7\n", std::string(kMachineKey) + "CodePage=932\n", "7"},
+        // The first key that opens decides.
+        {kUserKey, std::string(kMachineKey) + "CodePage=932\n", "1252"},
+        {std::string(kUserKey) + "Other=932\n", std::string(kMachineKey) + "CodePage=932\n",
+         "1252"},
+        // Too large for the buffer.
+        {std::string(kUserKey) + "CodePage=Japanese\n", "", "1252"},
+        // Each key counts below its own root only.
+        {std::string(kMachineKey) + "CodePage=932\n", "", "1252"},
+        {"", std::string(kUserKey) + "CodePage=932\n", "1252"},
+        {std::string(kUserKey) + "CodePage=4294967295\n", "", "-1"},
+    };
+    const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.user + "---\n" + c.machine);
+        folder_.Write("user/registry.ini", c.user);
+        folder_.Write("machine/registry.ini", c.machine);
+        // Only this one name is there, and no other folder has a library for this module's name.
+        LQ_MODULE other{u"other"};
+        std::filesystem::remove_all(Path("rc"));
+        folder_.Write("rc/unused", "");
+        EXPECT_EQ(Reattach(&other), 1);
+        EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "");
+        std::filesystem::copy_file(FileOf(english), Path("rc") + "/other_RC_" + c.loaded + ".dll");
+        EXPECT_EQ(Reattach(&other), 1);
+        EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
+    }
+    EXPECT_EQ(AfxFreeLibrary(english), 1);
+}
+
+TEST_F(Frame, SwitchesTheLanguage) {
+    const std::string english = Utf8(GetResString(kShownFor64Bit));
+    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=932\n");
+    EXPECT_EQ(Reattach(module_), 1);
+    const std::string japanese = Utf8(GetResString(kShownFor64Bit));
+    EXPECT_NE(english, "");
+    EXPECT_NE(japanese, "");
+    EXPECT_NE(english, japanese);
+}
+
+TEST_F(Frame, CutsLongNames) {
+    const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
+    ASSERT_NE(english, nullptr);
+    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=0x80000000\n");
+    std::filesystem::copy_file(FileOf(english), Path("module"));
+    const HINSTANCE module =
+        AfxLoadLibrary(folder_.GetPath().u16string().append(u"/module").c_str());
+    ASSERT_NE(module, nullptr);
+
+    const std::u16string name(250, u'n');
+    LQ_MODULE longNamed{name.c_str(), nullptr, module->loader};
+    const std::size_t folderLength = Path("").size();
+    ASSERT_LT(folderLength, 250u);
+    const std::string base(std::min<std::size_t>(250, 259 - folderLength), 'n');
+    const std::string expected = (base + "_RC_-2147483648.dll").substr(0, 255);
+    folder_.Write("rc/unused", "");
+    std::filesystem::copy_file(FileOf(english), Path("rc/") + expected);
+    const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
+    EXPECT_EQ(Reattach(&longNamed), 1);
+    EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING") << expected;
+    AfxFreeLibrary(module);
+    AfxFreeLibrary(english);
+}
+
+TEST_F(Frame, RefusesToAttachWithoutAModule) {
+    EXPECT_EQ(LqDataEntry(nullptr, LQ_PROCESS_ATTACH, nullptr), 0);
+    EXPECT_EQ(GetFirstLibrary()->module, module_);
+    EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
+    EXPECT_NE(LqDataEntry(nullptr, LQ_THREAD_ATTACH, nullptr), 0);
+    EXPECT_NE(LqDataEntry(nullptr, LQ_THREAD_DETACH, nullptr), 0);
+}
+
+TEST_F(Frame, LeavesNothingWhenDetached) {
+    EXPECT_NE(LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr), 0);
+    EXPECT_EQ(GetFirstLibrary(), nullptr);
+    {
+        const CResourceSwitch toNoModule;
+        EXPECT_EQ(AfxGetResourceHandle(), nullptr);
+    }
+    EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "");
+    EXPECT_NE(LqDataEntry(module_, LQ_PROCESS_ATTACH, nullptr), 0);
+}
+
+TEST_F(Frame, AttachesWithLittleMemory) {
+    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=932\n");
+    LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);
+    lq::test::FailEachAllocation([this](const lq::test::FailingAllocation&) {
+        EXPECT_EQ(LqDataEntry(module_, LQ_PROCESS_ATTACH, nullptr), 1);
+        LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);
+        EXPECT_EQ(GetFirstLibrary(), nullptr);
+    });
+}
+
+TEST_F(Frame, SwitchesNest) {
+    const HINSTANCE before = AfxGetResourceHandle();
+    {
+        const CResourceSwitch outer;
+        const HINSTANCE library = AfxGetResourceHandle();
+        EXPECT_NE(library, before);
+        {
+            const CResourceSwitch inner;
+            EXPECT_EQ(AfxGetResourceHandle(), library);
+        }
+        EXPECT_EQ(AfxGetResourceHandle(), library);
+    }
+    EXPECT_EQ(AfxGetResourceHandle(), before);
+}
+
+TEST_F(Frame, FallsBackToTheApplicationsStrings) {
+    const LQ_STRING_RESOURCE strings[] = {{6491, u"own"}, {77, u"seventy-seven"}};
+    const LQ_STRING_TABLE table{2, strings};
+    SetApplicationStrings(&table);
+    EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
+    EXPECT_STREQ(Utf8(GetResString(77)).c_str(), "seventy-seven");
+    EXPECT_STREQ(Utf8(GetResString(78)).c_str(), "");
+}
+
+TEST_F(Frame, KeepsTheLastFiftyTexts) {
+    const char16_t* texts[51];
+    for (int i = 0; i < 51; ++i) {
+        texts[i] = GetResString(i % 2 == 0 ? 6491 : 6492);
+    }
+    EXPECT_EQ(texts[50], texts[0]);
+    for (int i = 1; i < 51; ++i) {
+        EXPECT_EQ(Utf8(texts[i]), i % 2 == 0 ? "STRING" : "ARRAY") << i;
+        EXPECT_NE(texts[i], texts[i - 1]) << i;
+    }
+}
+
+}  // namespace

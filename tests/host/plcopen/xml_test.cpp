@@ -1,0 +1,120 @@
+// Documents that are damaged, hostile or something else, and the encodings.
+#include "host/plcopen/xml.h"
+
+#include <gtest/gtest.h>
+
+#include "host/plcopen/plcopen.h"
+#include "tests/host/plcopen/plcopen_util.h"
+#include "tests/host/temp_folder.h"
+
+namespace {
+
+using namespace lq::host;
+
+constexpr std::string_view kRoot = R"(<project xmlns="http://www.plcopen.org/xml/tc6_0201">)";
+
+TEST(Xml, RefusesWhatIsNoProject) {
+    const std::string root(kRoot);
+    const struct {
+        std::string document;
+        std::string_view message;
+        uint32_t line;
+    } cases[] = {
+        {"", "the file is not well-formed XML: no element found", 1},
+        {"PROGRAM P\nEND_PROGRAM", "the file is not well-formed XML: syntax error", 1},
+        {std::string("\0\1\2", 3),
+         "the file is not well-formed XML: not well-formed (invalid token)", 1},
+        {root + "\n<types>\n</typos></project>", "the file is not well-formed XML: mismatched tag",
+         3},
+        {root + "<types>", "the file is not well-formed XML: no element found", 1},
+        {"<html/>", "the file is no PLCopen project: its root element is <{}html>", 1},
+        {"<project/>", "the file is no PLCopen project: its root element is <{}project>", 1},
+        {R"(<pou xmlns="http://www.plcopen.org/xml/tc6_0201"/>)",
+         "the file is no PLCopen project: its root element is <pou>", 1},
+        {"<?xml version='1.0' encoding='windows-0'?>" + root + "</project>",
+         "the file is not well-formed XML: unknown encoding", 1},
+        {"<!DOCTYPE project [\n<!ENTITY a 'aaaa'>]>" + root + "</project>",
+         "the document declares the entity 'a'; entities are not accepted", 2},
+        {"<!DOCTYPE project [\n<!ENTITY % p SYSTEM 'file:///etc/hosts'>%p;]>" + root + "</project>",
+         "the document declares the entity 'p'; entities are not accepted", 2},
+        {"<!DOCTYPE project SYSTEM 'x.dtd'>\n" + root + "<types>&a;</types></project>",
+         "the entity 'a' is not declared", 2},
+        {root + "&b;</project>", "the file is not well-formed XML: undefined entity", 1},
+    };
+    for (const auto& c : cases) {
+        const ReadProject read(c.document);
+        EXPECT_FALSE(read.complete) << c.document;
+        ASSERT_EQ(read.reports.size(), 1u) << c.document;
+        EXPECT_EQ(read.reports[0].message, c.message) << c.document;
+        EXPECT_EQ(read.reports[0].line, c.line) << c.document;
+        EXPECT_TRUE(read.reports[0].error) << c.document;
+    }
+}
+
+TEST(Xml, BoundsTheDepth) {
+    using plcopen::kMaxDepth;
+    for (const int depth : {kMaxDepth, kMaxDepth + 1, 100000}) {
+        for (const char* tag : {"types", "unknown"}) {
+            std::string document(kRoot);
+            for (int i = 1; i < depth; ++i) {
+                document.append("<").append(tag).append(">");
+            }
+            for (int i = 1; i < depth; ++i) {
+                document.append("</").append(tag).append(">");
+            }
+            const ReadProject read(document + "</project>");
+            EXPECT_EQ(read.complete, depth <= kMaxDepth) << tag << " " << depth;
+        }
+    }
+}
+
+TEST(Xml, ToleratesADocumentTypeAndReadsEitherEncoding) {
+    const std::u16string document =
+        u"<!DOCTYPE project SYSTEM 'http://nowhere.invalid/x.dtd' [<!ELEMENT project ANY>]>"
+        u"<project xmlns='http://www.plcopen.org/xml/tc6.xsd'>"
+        u"<contentHeader name='M\u00fchle &#x1F600; &amp;'/></project>";
+    std::string utf16 = "\xFF\xFE";
+    for (const char16_t c : document) {
+        utf16 += static_cast<char>(c & 0xFF);
+        utf16 += static_cast<char>(c >> 8);
+    }
+    for (const std::string& bytes :
+         {EncodeUtf8(document), "\xEF\xBB\xBF" + EncodeUtf8(document), utf16}) {
+        const ReadProject read(bytes);
+        EXPECT_TRUE(read.complete) << read.Messages();
+        EXPECT_EQ(std::u16string_view(read.project.Name()), u"M\u00fchle \U0001F600 &");
+        EXPECT_EQ(read.Messages(), "");
+    }
+}
+
+TEST(Xml, KeepsWhatCameBeforeTheDamage) {
+    const std::string whole =
+        PouDocument(R"(<inputVars><variable name="a"><type><INT/></type></variable></inputVars>)");
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        const ReadProject read(whole.substr(0, length));
+        EXPECT_FALSE(read.complete) << length;
+        EXPECT_TRUE(read.reports.back().error) << length;
+    }
+    const ReadProject cut(whole.substr(0, whole.find("</inputVars>")));
+    EXPECT_EQ(cut.FirstPou().declarations.size(), 1u);
+}
+
+TEST(ReadPlcopenFile, SaysWhyAFileCannotBeRead) {
+    const lq::test::TempFolder folder;
+    const struct {
+        std::string path;
+        std::string_view message;
+    } cases[] = {
+        {folder.GetPath().string(), "this is a folder, not a file"},
+        {(folder.GetPath() / "absent.xml").string(), "there is no such file"},
+    };
+    for (const auto& c : cases) {
+        Project project;
+        std::vector<Report> reports;
+        EXPECT_FALSE(ReadPlcopenFile(c.path, project, reports)) << c.path;
+        ASSERT_EQ(reports.size(), 1u) << c.path;
+        EXPECT_EQ(ToText(reports[0]), c.path + ": error: " + std::string(c.message));
+    }
+}
+
+}  // namespace
