@@ -1,0 +1,235 @@
+// The commands beyond the sample project: bad input, streams, images.
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tools/run_lq.h"
+
+namespace lq::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+std::string Project(const std::string& globals, const std::string& pous = "") {
+    return "<?xml version='1.0' encoding='utf-8'?>\n"
+           "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>\n"
+           "<fileHeader companyName='c' productName='p' productVersion='1' "
+           "creationDateTime='2024-01-01T00:00:00'/>\n"
+           "<contentHeader name='n'><coordinateInfo><fbd><scaling x='0' y='0'/></fbd>"
+           "<ld><scaling x='0' y='0'/></ld><sfc><scaling x='0' y='0'/></sfc></coordinateInfo>"
+           "</contentHeader>\n"
+           "<types><dataTypes/><pous>" +
+           pous +
+           "</pous></types>\n"
+           "<instances><configurations><configuration name='c'><resource name='r'>\n"
+           "<globalVars name='List'>" +
+           globals +
+           "</globalVars>\n"
+           "</resource></configuration></configurations></instances></project>\n";
+}
+
+std::string Variable(const std::string& name, const std::string& type = "<INT/>",
+                     const std::string& rest = "") {
+    return "<variable name='" + name + "'><type>" + type + "</type>" + rest + "</variable>\n";
+}
+
+TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
+    const std::string folder = TestFolder();
+    WriteFile(folder + "/bad.st", "a\n\xC3(");
+    WriteFile(folder + "/bad.xml", "<project><a></project>");
+    WriteFile(folder + "/other.xml", "<html/>");
+    WriteFile(folder + "/latin.xml",
+              "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
+    WriteFile(folder + "/entity.xml", "<!DOCTYPE project [<!ENTITY a 'b'>]><project>&a;</project>");
+    WriteFile(folder + "/short.lqt", std::string(39, '\0'));
+    WriteFile(folder + "/long.lqt", "\x05" + std::string(39, '\0'));
+    WriteFile(folder + "/behind.lqt", std::string(41, '\0'));
+    mkdir((folder + "/folder").c_str(), 0777);
+    struct Case {
+        const char* arguments;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{"", "lq: A subcommand is required"},
+             Case{"frobnicate", "lq: "},
+             Case{"translate missing.xml", "lq: missing.xml: cannot be opened: No such file"},
+             Case{"translate folder", "lq: folder: is a folder, not a file"},
+             Case{"translate bad.xml", "bad.xml:1:"},
+             Case{"translate other.xml", "other.xml:1:"},
+             Case{"translate latin.xml", "latin.xml:1:"},
+             Case{"translate entity.xml", "entity.xml:1:"},
+             Case{"scan bad.st", "lq: bad.st: is not text: "},
+             Case{"scan missing.st", "lq: missing.st: cannot be opened"},
+             Case{"show folder", "lq: folder: is a folder, not a file"},
+             Case{"show short.lqt", "lq: short.lqt: no image of tables: it ends before the length"},
+             Case{"show long.lqt", "lq: long.lqt: no image of tables: "},
+             Case{"show behind.lqt", "lq: behind.lqt: no image of tables: 1 bytes lie behind"},
+             Case{"show $EXAMPLES/plant/plant.xml --table nothing",
+                  "lq: no table is called 'nothing'"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o no/such/folder.lqt", "cannot be written"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
+             Case{"pou $EXAMPLES/plant/plant.xml Nobody", "'Nobody'"},
+             Case{"pou $EXAMPLES/plant/plant.xml Mixing --interface", "no function or function"},
+             Case{"value", "lq: value: no constant"},
+         }) {
+        const Outcome outcome = RunLq(c.arguments);
+        EXPECT_EQ(outcome.status, 2) << c.arguments;
+        EXPECT_THAT(outcome.err, HasSubstr(c.message)) << c.arguments;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+        EXPECT_EQ(outcome.out, "") << c.arguments;
+    }
+}
+
+TEST(Tool, AFailedRunLeavesTheOldImage) {
+    const std::string image = TestFolder() + "/old.lqt";
+    WriteFile(image, "old");
+    WriteFile(TestFolder() + "/bad.xml", "<project>");
+    EXPECT_EQ(RunLq("translate bad.xml -o old.lqt").status, 2);
+    EXPECT_EQ(ReadFile(image), "old");
+    EXPECT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o old.lqt").status, 0);
+    EXPECT_GT(ReadFile(image).size(), 40u);
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(TestFolder())) {
+        files.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(files, testing::UnorderedElementsAre(".in", ".out", ".err", "bad.xml", "old.lqt"))
+        << "nothing is left over";
+}
+
+TEST(Tool, ImagesComeBackAsTheSameBytes) {
+    ASSERT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o a.lqt").status, 0);
+    ASSERT_EQ(RunLq("translate - -o b.lqt", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml")).status,
+              0);
+    ASSERT_EQ(RunLq("show a.lqt --save c.lqt").status, 0);
+    const std::string bytes = ReadFile(TestFolder() + "/a.lqt");
+    EXPECT_EQ(ReadFile(TestFolder() + "/b.lqt"), bytes);
+    EXPECT_EQ(ReadFile(TestFolder() + "/c.lqt"), bytes);
+    EXPECT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o -").out, bytes);
+    EXPECT_EQ(RunLq("show -", bytes).out, RunLq("show $EXAMPLES/plant/plant.xml").out);
+}
+
+TEST(Tool, ADamagedLineIsReported) {
+    std::string image(40, '\0');
+    image.replace(32, 4, std::string("\x0A\x00\x00\x00", 4));
+    image.insert(36, std::string("\x07\x00\x00\x00\x01\x00"
+                                 "a\x00\x01\x00",
+                                 10));
+    const Outcome outcome = RunLq("show - --table names", image);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("table names: the line at 0 is damaged"));
+}
+
+TEST(Translate, RefusedDeclarationsAreListed) {
+    const std::string project = Project(
+        Variable("Good") + Variable("good") + Variable(std::string(66, 'n')) +
+            Variable("Bad__Name") + Variable("NoType", "<derived name='Nobody'/>") +
+            Variable("NoValue", "<INT/>", "<initialValue><simpleValue value='x'/></initialValue>"),
+        "<pou name='P' pouType='program'><interface><externalVars>" + Variable("Missing") +
+            "</externalVars></interface><body><ST><p xmlns='http://www.w3.org/1999/xhtml'>;</p>"
+            "</ST></body></pou>");
+    const Outcome outcome = RunLq("translate -", project);
+    EXPECT_EQ(outcome.status, 1);
+    for (const char* row : {
+             "List\tgood\tINT\ta global of this name was declared before",
+             "\tINT\tthe name has more than 65 characters",
+             "List\tBad__Name\tINT\tthe name is no identifier",
+             "List\tNoType\tNobody\tno type of this name is known",
+             "List\tNoValue\tINT\tthe initial value does not read as one constant",
+             "P\tMissing\tINT\tno global of this name was entered",
+         }) {
+        EXPECT_THAT(outcome.out, HasSubstr(row));
+    }
+    EXPECT_THAT(outcome.out, HasSubstr("7 declarations, 6 refused"));
+}
+
+TEST(Translate, AProjectWithoutDeclarations) {
+    const Outcome outcome = RunLq("translate - -o empty.lqt", Project(""));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(ReadFile(TestFolder() + "/empty.lqt"), std::string(40, '\0'));
+}
+
+TEST(Translate, WhatTheReaderDoesNotKnowIsReported) {
+    const Outcome outcome = RunLq("translate -", Project("<strange/>" + Variable("a")));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, MatchesRegex("\\(standard input\\):7:[0-9]+: .*strange(.|\n)*"));
+}
+
+TEST(Show, FindsAComponentInItsUnitOnly) {
+    const std::string unit = "<interface><localVars>" + Variable("x") +
+                             "</localVars></interface><body><ST><p "
+                             "xmlns='http://www.w3.org/1999/xhtml'>;</p></ST></body>";
+    const std::string project =
+        Project("", "<pou name='A' pouType='program'>" + unit +
+                        "</pou><pou name='B' pouType='program'>" + unit + "</pou>");
+    const auto lines = [](const std::string& text) {
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    EXPECT_EQ(lines(RunLq("show - --table components --find x", project).out), 4);
+    const std::string only = RunLq("show - --table components --find b.X", project).out;
+    EXPECT_EQ(lines(only), 3);
+    EXPECT_THAT(only, HasSubstr("\tB\tx\tVAR\tINT"));
+    const Outcome none = RunLq("show - --find C.x", project);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.err, HasSubstr("nothing is called 'C.x'"));
+}
+
+TEST(Scan, TokensAndErrors) {
+    const std::string source = "x := T#1h; (* c *)\n  %QX1.2 'it$'s' 16#G {";
+    EXPECT_EQ(RunLq("scan -", source).out,
+              "1\tidentifier\tx\n"
+              "1\toperator\t:=\n"
+              "1\ttime\tT#1h\t3600000 ms\n"
+              "1\toperator\t;\n"
+              "1\tcomment\t(* c *)\t c \n"
+              "2\taddress\t%QX1.2\toutput bit 1.2\n"
+              "2\tstring\t'it$'s'\tit's\n"
+              "2\terror\t16#\tmalformed number with a base, or one that needs more than 32 bits\n"
+              "2\tidentifier\tG\n"
+              "2\terror\t{\tno token begins with this character\n");
+    WriteFile(TestFolder() + "/a.st", source);
+    const Outcome errors = RunLq("scan --errors a.st");
+    EXPECT_EQ(errors.status, 1);
+    EXPECT_EQ(errors.out,
+              "a.st:2: malformed number with a base, or one that needs more than 32 bits: 16#\n"
+              "a.st:2: no token begins with this character: {\n");
+    EXPECT_THAT(RunLq("scan - --json", "a").out, HasSubstr("\"kind\": \"identifier\""));
+}
+
+TEST(Scan, ReadsTheEncodingsOfSources) {
+    const std::string expected = "1\tidentifier\t\xC3\xA4\n";
+    for (const std::string& source :
+         {std::string("\xC3\xA4"), std::string("\xEF\xBB\xBF\xC3\xA4"),
+          std::string("\xFF\xFE\xE4\x00", 4), std::string("\xFE\xFF\x00\xE4", 4)}) {
+        const Outcome outcome = RunLq("scan -", source);
+        EXPECT_EQ(outcome.out, expected);
+        EXPECT_EQ(outcome.status, 0);
+    }
+    const Outcome cut = RunLq("scan -", "ab\xC3");
+    EXPECT_EQ(cut.status, 2);
+    EXPECT_THAT(cut.err, HasSubstr("at byte 2"));
+}
+
+TEST(Value, WhatIsNoConstantIsReported) {
+    const Outcome outcome = RunLq("value abc 5");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "lq: 'abc' is no constant\n");
+    EXPECT_THAT(outcome.out, HasSubstr("5\tSINT\t5"));
+}
+
+TEST(Help, EveryCommandHasAnExample) {
+    for (const char* command :
+         {"translate", "show", "scan", "value", "pou", "fb", "tasks", "types"}) {
+        const Outcome outcome = RunLq(std::string(command) + " --help");
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.out, HasSubstr(std::string("Example:\n  lq ") + command));
+    }
+}
+
+}  // namespace
+}  // namespace lq::test

@@ -1,0 +1,66 @@
+// The commands. Each prints its result and returns an ExitStatus, or throws CommandError.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace lq::tool {
+
+struct TranslateOptions {
+    std::string project;
+    std::string output;  // empty: the tables are not kept
+    bool json = false;
+};
+int RunTranslate(const TranslateOptions& options);
+
+struct ShowOptions {
+    std::string input;  // an image or a project
+    std::vector<std::string> tables;
+    std::string find;
+    std::string save;  // writes the restored tables as an image again
+    bool json = false;
+};
+int RunShow(const ShowOptions& options);
+
+struct ScanOptions {
+    std::string source;
+    bool errorsOnly = false;
+    bool json = false;
+};
+int RunScan(const ScanOptions& options);
+
+struct ValueOptions {
+    std::vector<std::string> texts;
+    bool unsignedOnly = false;
+    bool json = false;
+};
+int RunValue(const ValueOptions& options);
+
+struct PouOptions {
+    std::string project;
+    std::string name;
+    bool interfaceOnly = false;
+    bool json = false;
+};
+int RunPou(const PouOptions& options);
+
+struct FbOptions {
+    std::string project;
+    std::string pou;
+    std::string instance;
+    bool json = false;
+};
+int RunFb(const FbOptions& options);
+
+struct TasksOptions {
+    std::string project;
+    bool json = false;
+};
+int RunTasks(const TasksOptions& options);
+
+struct TypesOptions {
+    bool json = false;
+};
+int RunTypes(const TypesOptions& options);
+
+}  // namespace lq::tool

@@ -1,0 +1,87 @@
+#include "tools/lq/describe.h"
+
+#include "host/text/utf.h"
+#include "lq_base.h"
+#include "pouh/record_access.h"
+
+namespace lq::tool {
+
+using host::EncodeUtf8;
+
+namespace {
+
+constexpr const char* kValueClasses[] = {"BOOL",  "SINT", "USINT", "INT",   "UINT",  "DINT",
+                                         "UDINT", "LINT", "ULINT", "REAL",  "LREAL", "TIME",
+                                         "DATE",  "TOD",  "DT",    "STRING"};
+
+std::string Number(ANY_INT_32 n) {
+    return (n.sign ? "-" : "") + std::to_string(n.magnitude);
+}
+
+std::string TypeName(IEC_TYPE type) {
+    if (type == IEC_FUNCTION_BLOCK) {
+        return "FUNCTION_BLOCK";
+    }
+    const std::string name = EncodeUtf8(IecTypeConv().GetName(type));
+    return name.empty() ? std::to_string(type) : name;
+}
+
+}  // namespace
+
+std::string BoundsText(ArrInfo& info) {
+    std::string text = "[";
+    ANY_INT_32 ext[2];
+    info.Clear(ArrInfo::CLEAR_CURSOR);
+    while (info.GetExt(&ext, 0)) {
+        ANY_INT_32 upper = ext[0];
+        AddSub32(0, upper, ext[1]);
+        AddSub32(1, upper, {0, 1});
+        text += (text.size() > 1 ? ", " : "") + Number(ext[0]) + ".." + Number(upper);
+    }
+    return text + "]";
+}
+
+std::string ArrayText(const CgTab::ArrDsc& array) {
+    CgTab::TYP_DSC element = {};
+    element.strLen = array.elemDsc;
+    return "ARRAY " + BoundsText(*array.info) + " OF " + TypeText(array.info->elemType, element);
+}
+
+std::string TypeText(IEC_TYPE type, const CgTab::TYP_DSC& dsc) {
+    if (type == IEC_ARRAY && dsc.arr.info) {
+        return ArrayText(dsc.arr);
+    }
+    if (type == IEC_STRING) {
+        return "STRING(" + std::to_string(dsc.strLen) + ")";
+    }
+    return TypeName(type);
+}
+
+std::string AddressText(const CgTab::ADR_LINE& line) {
+    const std::string digits = EncodeUtf8(line.text);
+    if (digits.empty()) {
+        return "";
+    }
+    if (line.location > LOC_MEMORY || line.size > SIZE_LWORD) {
+        return "?" + digits;
+    }
+    return std::string("%") + "IQM"[line.location] + "XBWDL"[line.size] + digits;
+}
+
+std::string ValueClassName(VAL_TYPE type) {
+    return type <= VT_STRING ? kValueClasses[type]
+           : type == VT_NONE ? "none"
+                             : std::to_string(type);
+}
+
+std::string ValueText(Val value) {
+    CLQString text;
+    return value.GetCValue_LQ(&text) ? EncodeUtf8(text.GetText()) : "";
+}
+
+std::string ScopeText(uint32_t scope) {
+    const std::string keyword = EncodeUtf8(pouh::KeywordOfScope(scope));
+    return keyword.empty() ? std::to_string(scope) : keyword;
+}
+
+}  // namespace lq::tool

@@ -1,0 +1,19 @@
+// Images of table sets as files.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "lq_data/cgtab.h"
+
+namespace lq::tool {
+
+// Writes the image to a temporary file beside `path` and renames it when it is whole: a failure
+// leaves an old file as it was. "-" writes to standard output. Throws CommandError.
+void SaveImage(CgTab& tables, const std::string& path);
+
+// The tables of an image. Throws CommandError, naming `path`, when the bytes are no whole image.
+std::unique_ptr<CgTab> RestoreImage(std::string_view bytes, const std::string& path);
+
+}  // namespace lq::tool

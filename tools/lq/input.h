@@ -1,0 +1,25 @@
+// Reading the files that commands are given; "-" is standard input.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lq::tool {
+
+// The name of an input in messages: the path, or "(standard input)".
+std::string DisplayName(const std::string& path);
+
+// Throws CommandError when the file cannot be read: it is missing, a folder, not permitted.
+void CheckReadable(const std::string& path);
+
+// The whole file. Throws CommandError as above.
+std::string ReadInput(const std::string& path);
+
+// The text of a source file: UTF-8 with or without byte order mark, or UTF-16. Throws CommandError
+// with the place of the first byte that is no text.
+std::u16string DecodeInput(const std::string& path, std::string_view bytes);
+
+// Whether the bytes begin as an XML document does, rather than as an image of tables.
+bool LooksLikeXml(std::string_view bytes);
+
+}  // namespace lq::tool

@@ -1,0 +1,157 @@
+#include "tools/lq/output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <unistd.h>
+
+namespace lq::tool {
+
+namespace {
+
+constexpr size_t kGap = 2;  // blanks between columns
+
+bool UseColour() {
+    const char* noColour = std::getenv("NO_COLOR");
+    const char* terminal = std::getenv("TERM");
+    return IsTerminal() && !(noColour && *noColour) &&
+           !(terminal && std::string(terminal) == "dumb");
+}
+
+// Characters, not bytes: continuation bytes of UTF-8 take no room.
+size_t Width(const std::string& text) {
+    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
+std::string Bold(const std::string& text) {
+    return UseColour() ? "\x1B[1m" + text + "\x1B[0m" : text;
+}
+
+std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,
+                    const Table& table) {
+    std::string line;
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const std::string padding(widths[i] - Width(cells[i]), ' ');
+        const bool isLast = i + 1 == cells.size();
+        if (table.columns[i].isNumber) {
+            line += padding + cells[i];
+        } else {
+            line += cells[i] + (isLast ? "" : padding);
+        }
+        line += std::string(isLast ? 0 : kGap, ' ');
+    }
+    return line;
+}
+
+std::string WithTabs(const std::vector<std::string>& cells) {
+    std::string line;
+    for (size_t i = 0; i < cells.size(); ++i) {
+        line += (i == 0 ? "" : "\t") + cells[i];
+    }
+    return line;
+}
+
+std::string Cell(const nlohmann::ordered_json& value) {
+    if (value.is_null()) {
+        return "";
+    }
+    if (value.is_boolean()) {
+        return value.get<bool>() ? "yes" : "no";
+    }
+    if (value.is_array()) {
+        std::string text;
+        for (const auto& item : value) {
+            text += (text.empty() ? "" : " ") + Cell(item);
+        }
+        return text;
+    }
+    return value.is_string() ? OneLine(value.get<std::string>()) : value.dump();
+}
+
+}  // namespace
+
+Table TableOf(const std::string& title, const std::vector<Table::Column>& columns,
+              const nlohmann::ordered_json& rows) {
+    Table table{title, columns, {}};
+    for (const auto& row : rows) {
+        std::vector<std::string> cells;
+        for (const Table::Column& column : columns) {
+            cells.push_back(Cell(row.at(column.title)));
+        }
+        table.rows.push_back(std::move(cells));
+    }
+    return table;
+}
+
+void ReportFault(const std::string& message) {
+    std::cerr << "lq: " << message << '\n';
+}
+
+bool IsTerminal() {
+    static const bool isTerminal = isatty(STDOUT_FILENO) != 0;
+    return isTerminal;
+}
+
+void PrintLine(const std::string& line) {
+    std::cout << line << '\n';
+}
+
+void Print(const Table& table) {
+    std::vector<std::string> titles;
+    std::vector<size_t> widths;
+    for (const Table::Column& column : table.columns) {
+        titles.push_back(column.title);
+        widths.push_back(Width(column.title));
+    }
+    if (!table.title.empty()) {
+        PrintLine(Bold(table.title));
+    }
+    if (!IsTerminal()) {
+        PrintLine(WithTabs(titles));
+        for (const auto& row : table.rows) {
+            PrintLine(WithTabs(row));
+        }
+        return;
+    }
+    for (const auto& row : table.rows) {
+        for (size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], Width(row[i]));
+        }
+    }
+    PrintLine(Bold(Aligned(titles, widths, table)));
+    for (const auto& row : table.rows) {
+        PrintLine(Aligned(row, widths, table));
+    }
+}
+
+std::string OneLine(const std::string& text) {
+    std::string line;
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) >= 0x20 && c != 0x7F) {
+            line += c;
+            continue;
+        }
+        switch (c) {
+            case '\n':
+                line += "\\n";
+                break;
+            case '\r':
+                line += "\\r";
+                break;
+            case '\t':
+                line += "\\t";
+                break;
+            default: {
+                char code[8];
+                std::snprintf(code, sizeof(code), "\\x%02X", static_cast<unsigned char>(c));
+                line += code;
+            }
+        }
+    }
+    return line;
+}
+
+}  // namespace lq::tool

@@ -1,0 +1,132 @@
+#include <iostream>
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+#include "host/text/utf.h"
+#include "lq_base.h"
+#include "lq_data/scanner.h"
+#include "tools/lq/command.h"
+#include "tools/lq/commands.h"
+#include "tools/lq/describe.h"
+#include "tools/lq/fault_text.h"
+#include "tools/lq/input.h"
+#include "tools/lq/keywords.h"
+#include "tools/lq/output.h"
+
+namespace lq::tool {
+
+using host::EncodeUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+// In the order of TOKEN_KIND.
+constexpr const char* kKindNames[] = {
+    "error",         "operator",   "integer",     "based integer", "real",   "identifier",
+    "keyword",       "line break", "address",     "comment",       "string", "time",
+    "date and time", "date",       "time of day", "range start",   "end",    "none"};
+
+constexpr const char* kLocationNames[] = {"input", "output", "memory"};
+constexpr const char* kSizeNames[] = {"bit", "byte", "word", "double word", "long word"};
+
+std::string TimeValue(const Token& token) {
+    return ValueText(Val(static_cast<uint16_t>(token.kind), *token.GetTime(), 0));
+}
+
+// What the token's value says beyond its text; the empty text when that is nothing.
+std::string TokenValue(const Token& token) {
+    switch (token.kind) {
+        case TK_ERROR:
+            return ScanErrorText(static_cast<int32_t>(token.GetNumber()));
+        case TK_INTEGER:
+        case TK_BASED_INTEGER:
+        case TK_RANGE_START:
+            return std::to_string(token.GetNumber());
+        case TK_REAL: {
+            CLQString text;
+            text._gcvt(token.GetReal(), 17);
+            return EncodeUtf8(text.GetText());
+        }
+        case TK_COMMENT:
+        case TK_STRING:
+            return EncodeUtf8(token.GetValueText());
+        case TK_ADDRESS: {
+            const Address& address = *token.GetAddress();
+            return std::string(kLocationNames[address.location]) + " " + kSizeNames[address.size] +
+                   " " + EncodeUtf8(address.text);
+        }
+        case TK_TIME:
+        case TK_TIME_OF_DAY:
+            return TimeValue(token) + " ms";
+        case TK_DATE:
+        case TK_DATE_AND_TIME:
+            return TimeValue(token) + " s";
+        default:
+            return "";
+    }
+}
+
+Json TokenJson(const Token& token) {
+    Json json = {
+        {"line", token.line}, {"kind", kKindNames[token.kind]}, {"text", EncodeUtf8(token.text)}};
+    const std::string value = TokenValue(token);
+    if (token.kind == TK_ERROR) {
+        json["error"] = value;
+    } else if (!value.empty()) {
+        json["value"] = value;
+    }
+    return json;
+}
+
+}  // namespace
+
+int RunScan(const ScanOptions& options) {
+    const std::u16string text = DecodeInput(options.source, ReadInput(options.source));
+    const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
+    if (!scanner || text.size() > INT32_MAX) {
+        throw std::bad_alloc();
+    }
+    RegisterKeywords(*scanner);
+    const auto length = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.c_str(), length, length, nullptr);
+    scanner->Initialize(stream);
+    scanner->SetnActLine(1);
+
+    const std::string name = DisplayName(options.source);
+    bool hasErrors = false;
+    Json tokens = Json::array();
+    for (;;) {
+        const Token token = scanner->GetToken();
+        if (token.kind == TK_EOF && scanner->GetStreamPosition() + 1 < length) {
+            // A character that marks the end of the input stands within it.
+            std::cerr << name << ':' << token.line << ": the text behind the character U+001A is "
+                      << "not read\n";
+            hasErrors = true;
+        }
+        if (token.kind == TK_EOF) {
+            break;
+        }
+        hasErrors = hasErrors || token.kind == TK_ERROR;
+        if (options.errorsOnly && token.kind != TK_ERROR) {
+            continue;
+        }
+        if (options.json) {
+            tokens.push_back(TokenJson(token));
+        } else if (options.errorsOnly) {
+            PrintLine(name + ":" + std::to_string(token.line) + ": " + TokenValue(token) + ": " +
+                      OneLine(EncodeUtf8(token.text)));
+        } else {
+            std::string line = std::to_string(token.line) + "\t" + kKindNames[token.kind] + "\t" +
+                               OneLine(EncodeUtf8(token.text));
+            const std::string value = OneLine(TokenValue(token));
+            PrintLine(value.empty() ? line : line + "\t" + value);
+        }
+    }
+    if (options.json) {
+        PrintLine(Json({{"source", name}, {"tokens", tokens}}).dump(2));
+    }
+    return hasErrors ? kInputHasFaults : kDone;
+}
+
+}  // namespace lq::tool

@@ -1,0 +1,267 @@
+#include "tools/lq/table_rows.h"
+
+#include <algorithm>
+
+#include "cgtab/bytes.h"
+#include "cgtab/cgtab_access.h"
+#include "frame/chars.h"
+#include "host/text/utf.h"
+#include "tools/lq/describe.h"
+#include "tools/lq/tables.h"
+
+namespace lq::tool {
+
+using host::EncodeUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr uint32_t kMaxName = 256;
+
+// The line of the source in a user area; null when it holds none.
+Json SourceLine(const unsigned char (&usr)[kUserArea]) {
+    const uint32_t line = cgtab::LoadU32(usr);
+    return line != 0 ? Json(line) : Json(nullptr);
+}
+
+std::string WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos) {
+    char16_t name[kMaxName] = {};
+    CgTabAccess::WholeName(tables, id, pos, name, kMaxName);
+    return EncodeUtf8(name);
+}
+
+Json NullIfEmpty(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
+}
+
+Json AddressAt(CgTab& tables, int32_t pos) {
+    CgTab::ADR_LINE line;
+    if (pos < 0 || !tables.Read(pos, line, 0, nullptr)) {
+        return nullptr;
+    }
+    return NullIfEmpty(AddressText(line));
+}
+
+Json ConstantAt(CgTab& tables, int32_t pos) {
+    CgTab::CstLine line;
+    if (pos < 0 || !tables.Read(pos, line, 0, nullptr)) {
+        return nullptr;
+    }
+    return NullIfEmpty(EncodeUtf8(line.text));
+}
+
+// Each describes one line. The texts of a record are the set's until its next read, so they are
+// used up before links are followed.
+
+Json RowOf(CgTab&, int32_t, const CgTab::DBG_INFO& line, const unsigned char (&)[kUserArea]) {
+    UnitPosition position;
+    if (!position.From(line)) {
+        return {{"unit", nullptr}, {"kind", nullptr}, {"line", nullptr}};
+    }
+    return {
+        {"unit", position.name}, {"kind", UnitKindName(position.kind)}, {"line", position.line}};
+}
+
+Json RowOf(CgTab& tables, int32_t pos, const CgTab::POU_LINE& line,
+           const unsigned char (&usr)[kUserArea]) {
+    const UnitInfo unit = UnitInfo::From(line.info);
+    return {{"name", WholeName(tables, CgTab::TAB_POU, pos)},
+            {"kind", UnitKindName(unit.kind)},
+            {"start", unit.start},
+            {"end", unit.end},
+            {"lines", unit.lines},
+            {"instances", unit.instances},
+            {"line", SourceLine(usr)}};
+}
+
+template <typename Line>
+Json VariableRow(CgTab& tables, CgTab::TAB_ID id, int32_t pos, const Line& line,
+                 const unsigned char (&usr)[kUserArea]) {
+    const std::string type = TypeText(line.type, line.dsc);
+    return {{"name", WholeName(tables, id, pos)},
+            {"scope", ScopeText(line.scope)},
+            {"type", type},
+            {"address", AddressAt(tables, line.adrLine)},
+            {"initial", ConstantAt(tables, line.cstLine)},
+            {"count", line.count},
+            {"line", SourceLine(usr)}};
+}
+
+Json RowOf(CgTab& tables, int32_t pos, const CgTab::CMP_LINE& line,
+           const unsigned char (&usr)[kUserArea]) {
+    return VariableRow(tables, CgTab::TAB_CMP, pos, line, usr);
+}
+
+Json RowOf(CgTab& tables, int32_t pos, const CgTab::GLB_LINE& line,
+           const unsigned char (&usr)[kUserArea]) {
+    return VariableRow(tables, CgTab::TAB_GLB, pos, line, usr);
+}
+
+Json RowOf(CgTab&, int32_t, const CgTab::ADR_LINE& line, const unsigned char (&usr)[kUserArea]) {
+    return {{"address", NullIfEmpty(AddressText(line))},
+            {"count", line.count},
+            {"line", SourceLine(usr)}};
+}
+
+Json RowOf(CgTab&, int32_t, const CgTab::CstLine& line, const unsigned char (&usr)[kUserArea]) {
+    return {{"text", EncodeUtf8(line.text)},
+            {"class", ValueClassName(line.val.type)},
+            {"value", NullIfEmpty(ValueText(line.val))},
+            {"count", line.count},
+            {"line", SourceLine(usr)}};
+}
+
+Json RowOf(CgTab& tables, int32_t pos, const CgTab::LBL_LINE& line,
+           const unsigned char (&usr)[kUserArea]) {
+    return {{"name", WholeName(tables, CgTab::TAB_LBL, pos)},
+            {"defined", line.info == CgTab::kLabelDefinition},
+            {"jumps", line.count},
+            {"line", SourceLine(usr)}};
+}
+
+Json RowOf(CgTab&, int32_t, const CgTab::TMP_LINE& line, const unsigned char (&usr)[kUserArea]) {
+    return {{"name", EncodeUtf8(line.name)},
+            {"type", TypeText(line.type, line.dsc)},
+            {"unit kind", UnitKindName(line.tag)},
+            {"count", line.count},
+            {"line", SourceLine(usr)}};
+}
+
+Json RowOf(CgTab&, int32_t, const CgTab::DMM_LINE& line, const unsigned char (&usr)[kUserArea]) {
+    return {{"name", EncodeUtf8(line.name)}, {"count", line.count}, {"line", SourceLine(usr)}};
+}
+
+// A row of table 9, which has records of its own.
+Json ArrayRow(const CgTab::ArrDsc& array) {
+    return {{"type", ArrayText(array)}, {"elements", array.info->total.magnitude}};
+}
+
+template <typename Line>
+void ReadLines(CgTab& tables, TableRows& out) {
+    const int32_t length = CgTabAccess::LengthOf(tables, out.id);
+    int32_t pos = 0;
+    while (pos < length) {
+        int32_t next = pos;
+        Line line;
+        unsigned char usr[kUserArea] = {};
+        if (!tables.Read(next, line, 0, usr)) {
+            out.damagedAt = pos;
+            return;
+        }
+        Json row = {{"pos", pos}};
+        row.update(RowOf(tables, pos, line, usr));
+        out.rows.push_back(std::move(row));
+        pos = next;
+    }
+}
+
+void ReadArrays(CgTab& tables, TableRows& out) {
+    const int32_t length = CgTabAccess::LengthOf(tables, out.id);
+    int32_t pos = 0;
+    while (pos < length) {
+        int32_t next = pos;
+        ArrInfo info;
+        CgTab::ArrDsc array = {&info, 0};
+        if (!CgTabAccess::ReadArray(tables, next, array)) {
+            out.damagedAt = pos;
+            return;
+        }
+        Json row = {{"pos", pos}};
+        row.update(ArrayRow(array));
+        out.rows.push_back(std::move(row));
+        pos = next;
+    }
+}
+
+struct TableReading {
+    std::vector<Table::Column> columns;
+    void (*read)(CgTab& tables, TableRows& out);
+};
+
+// In the order of TAB_ID. Columns are named as the members of the rows.
+const TableReading kReadings[CgTab::TAB_COUNT] = {
+    {{{"pos", true}, {"unit"}, {"kind"}, {"line", true}}, ReadLines<CgTab::DBG_INFO>},
+    {{{"pos", true},
+      {"name"},
+      {"kind"},
+      {"start", true},
+      {"end", true},
+      {"lines", true},
+      {"instances", true},
+      {"line", true}},
+     ReadLines<CgTab::POU_LINE>},
+    {{{"pos", true},
+      {"name"},
+      {"scope"},
+      {"type"},
+      {"address"},
+      {"initial"},
+      {"count", true},
+      {"line", true}},
+     ReadLines<CgTab::CMP_LINE>},
+    {{{"pos", true},
+      {"name"},
+      {"scope"},
+      {"type"},
+      {"address"},
+      {"initial"},
+      {"count", true},
+      {"line", true}},
+     ReadLines<CgTab::GLB_LINE>},
+    {{{"pos", true}, {"address"}, {"count", true}, {"line", true}}, ReadLines<CgTab::ADR_LINE>},
+    {{{"pos", true}, {"text"}, {"class"}, {"value"}, {"count", true}, {"line", true}},
+     ReadLines<CgTab::CstLine>},
+    {{{"pos", true}, {"name"}, {"defined"}, {"jumps", true}, {"line", true}},
+     ReadLines<CgTab::LBL_LINE>},
+    {{{"pos", true}, {"name"}, {"type"}, {"unit kind"}, {"count", true}, {"line", true}},
+     ReadLines<CgTab::TMP_LINE>},
+    {{{"pos", true}, {"name"}, {"count", true}, {"line", true}}, ReadLines<CgTab::DMM_LINE>},
+    {{{"pos", true}, {"type"}, {"elements", true}}, ReadArrays},
+};
+
+bool SameName(const Json& value, const std::u16string& name) {
+    if (!value.is_string()) {
+        return false;
+    }
+    std::u16string text;
+    host::DecodeUtf8(value.get<std::string>(), text);
+    return chars::EqualNoCase(text.c_str(), name.c_str());
+}
+
+}  // namespace
+
+TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id) {
+    TableRows out;
+    out.id = id;
+    out.columns = kReadings[id].columns;
+    kReadings[id].read(tables, out);
+    return out;
+}
+
+void KeepNamed(TableRows& rows, const std::string& name) {
+    std::u16string wanted;
+    host::DecodeUtf8(name, wanted);
+    const size_t point = wanted.find(u'.');
+    const std::u16string unit = wanted.substr(0, point);
+    const std::u16string component = point == wanted.npos ? u"" : wanted.substr(point + 1);
+    const char* member = rows.id == CgTab::TAB_DBG   ? "unit"
+                         : rows.id == CgTab::TAB_ADR ? "address"
+                         : rows.id == CgTab::TAB_CST ? "text"
+                         : rows.id == CgTab::TAB_ARR ? "type"
+                                                     : "name";
+    Json kept = Json::array();
+    for (const Json& row : rows.rows) {
+        const bool inUnit = rows.id == CgTab::TAB_CMP && point != wanted.npos;
+        if (inUnit ? SameName(row.at("unit"), unit) && SameName(row.at("name"), component)
+                   : SameName(row.at(member), wanted)) {
+            kept.push_back(row);
+        }
+    }
+    rows.rows = std::move(kept);
+}
+
+Table AsTable(const TableRows& rows) {
+    return TableOf(std::string(kTableNames[rows.id]), rows.columns, rows.rows);
+}
+
+}  // namespace lq::tool

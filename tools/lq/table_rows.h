@@ -1,0 +1,33 @@
+// The lines of tables as rows with their links resolved.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "lq_data/cgtab.h"
+#include "tools/lq/output.h"
+
+namespace lq::tool {
+
+struct TableRows {
+    CgTab::TAB_ID id = CgTab::TAB_DBG;
+    std::vector<Table::Column> columns;
+    nlohmann::ordered_json rows = nlohmann::ordered_json::array();  // as TableOf takes them
+    std::optional<int32_t> damagedAt;  // where reading stopped before the end
+};
+
+// All lines of a table. Moves the tables' positions.
+TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id);
+
+// Keeps the lines of that name, whatever the case: the address, the text of a constant, the type of
+// an array where lines have no name. Of components "A.B" keeps B in the section of the unit A;
+// their rows name their units then.
+void KeepNamed(TableRows& rows, const std::string& name);
+
+// The rows under the table's name.
+Table AsTable(const TableRows& rows);
+
+}  // namespace lq::tool

@@ -1,0 +1,79 @@
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+#include "host/text/utf.h"
+#include "lq_data/containers.h"
+#include "lq_data/pouh.h"
+#include "pouh/record_access.h"
+#include "tools/lq/command.h"
+#include "tools/lq/commands.h"
+#include "tools/lq/input.h"
+#include "tools/lq/output.h"
+#include "tools/lq/project_input.h"
+
+namespace lq::tool {
+
+using host::EncodeUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+struct TaskDeleter {
+    void operator()(TASK_TYP* task) const { DestroyTask(task); }
+};
+
+Json TaskRow(ID id) {
+    const std::unique_ptr<TASK_TYP, TaskDeleter> task(CreateTask());
+    if (!task || !LoadTask(task.get(), id)) {
+        throw std::bad_alloc();
+    }
+    TASK_INFO_TYP* info = nullptr;
+    TASK_POU_LIST_TYP* pous = nullptr;
+    GetAttrOfTask(task.get(), POUH_TASKINFO, &info);
+    GetAttrOfTask(task.get(), POUH_TASKPOUS, &pous);
+    Json programs = Json::array();
+    FLIST* names = pouh::ListOf(pous);
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(names, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(names, slot, nullptr, LC_NEXT, 0)) {
+        programs.push_back(EncodeUtf8(*static_cast<const char16_t**>(slot)));
+    }
+    return {{"task", EncodeUtf8(pouh::TextOf(info, POUH_NAME))},
+            {"priority", EncodeUtf8(pouh::TextOf(info, POUH_PRIORITY))},
+            {"interval", EncodeUtf8(pouh::TextOf(info, POUH_INTERVAL))},
+            {"event", EncodeUtf8(pouh::TextOf(info, POUH_EVENT))},
+            {"comment", EncodeUtf8(pouh::TextOf(info, POUH_COMMENT))},
+            {"programs", programs}};
+}
+
+}  // namespace
+
+int RunTasks(const TasksOptions& options) {
+    CurrentProject current;
+    const int status = ReadAndReport(options.project, current.project);
+    Json rows = Json::array();
+    for (const host::Resource& resource : current.project.Resources()) {
+        for (const ID id : resource.tasks) {
+            Json row = {{"resource", EncodeUtf8(resource.name)}};
+            row.update(TaskRow(id));
+            rows.push_back(std::move(row));
+        }
+    }
+    if (options.json) {
+        PrintLine(rows.dump(2));
+        return status;
+    }
+    Print(TableOf("",
+                  {{"resource"},
+                   {"task"},
+                   {"priority", true},
+                   {"interval"},
+                   {"event"},
+                   {"programs"},
+                   {"comment"}},
+                  rows));
+    return status;
+}
+
+}  // namespace lq::tool

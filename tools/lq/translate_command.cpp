@@ -1,0 +1,101 @@
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/lq/command.h"
+#include "tools/lq/commands.h"
+#include "tools/lq/image_file.h"
+#include "tools/lq/input.h"
+#include "tools/lq/output.h"
+#include "tools/lq/project_input.h"
+#include "tools/lq/tables.h"
+#include "tools/lq/translation.h"
+
+namespace lq::tool {
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+Json SummaryJson(const TranslateOptions& options, Translation& translation,
+                 const std::vector<host::Report>& reports) {
+    Json tables = Json::array();
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        const TableExtent extent = ExtentOf(*translation.tables, static_cast<CgTab::TAB_ID>(id));
+        tables.push_back(
+            {{"table", kTableNames[id]}, {"lines", extent.lines}, {"bytes", extent.bytes}});
+    }
+    Json refusals = Json::array();
+    for (const Refusal& refusal : translation.refusals) {
+        refusals.push_back({{"list", refusal.list},
+                            {"name", refusal.name},
+                            {"type", refusal.type},
+                            {"reason", refusal.reason},
+                            {"line", refusal.line}});
+    }
+    Json found = Json::array();
+    for (const host::Report& report : reports) {
+        found.push_back({{"line", report.line},
+                         {"column", report.column},
+                         {"element", report.path},
+                         {"message", report.message},
+                         {"more", report.more}});
+    }
+    return {{"project", DisplayName(options.project)},
+            {"image", options.output.empty() ? Json(nullptr) : Json(options.output)},
+            {"declarations", translation.declarations},
+            {"tables", tables},
+            {"refused", refusals},
+            {"reports", found}};
+}
+
+void PrintSummary(Translation& translation) {
+    Table summary;
+    summary.columns = {{"table"}, {"lines", true}, {"bytes", true}};
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        const TableExtent extent = ExtentOf(*translation.tables, static_cast<CgTab::TAB_ID>(id));
+        summary.rows.push_back({std::string(kTableNames[id]), std::to_string(extent.lines),
+                                std::to_string(extent.bytes)});
+    }
+    Print(summary);
+    PrintLine("");
+    PrintLine(std::to_string(translation.declarations) + " declarations, " +
+              std::to_string(translation.refusals.size()) + " refused");
+    if (translation.refusals.empty()) {
+        return;
+    }
+    Table refused;
+    refused.columns = {{"line", true}, {"list"}, {"name"}, {"type"}, {"reason"}};
+    for (const Refusal& refusal : translation.refusals) {
+        refused.rows.push_back({std::to_string(refusal.line), OneLine(refusal.list),
+                                OneLine(refusal.name), OneLine(refusal.type), refusal.reason});
+    }
+    PrintLine("");
+    Print(refused);
+}
+
+}  // namespace
+
+int RunTranslate(const TranslateOptions& options) {
+    std::vector<host::Report> reports;
+    CurrentProject current;
+    ReadProject(options.project, current.project, reports);
+    Translation translation = Translate(current.project);
+    if (!options.output.empty()) {
+        SaveImage(*translation.tables, options.output);
+    }
+    for (const host::Report& report : reports) {
+        std::cerr << host::ToText(report) << '\n';
+    }
+    // The image itself may go to standard output; the summary must not follow it there.
+    if (options.output != "-") {
+        if (options.json) {
+            PrintLine(SummaryJson(options, translation, reports).dump(2));
+        } else {
+            PrintSummary(translation);
+        }
+    }
+    return translation.refusals.empty() && reports.empty() ? kDone : kInputHasFaults;
+}
+
+}  // namespace lq::tool

@@ -1,0 +1,412 @@
+#include "tools/lq/translation.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <unordered_map>
+
+#include "cgtab/bytes.h"
+#include "cgtab/cgtab_access.h"
+#include "frame/chars.h"
+#include "host/base/streams.h"
+#include "host/text/utf.h"
+#include "lq_data/containers.h"
+#include "pouh/record_access.h"
+#include "tools/lq/fault_text.h"
+#include "tools/lq/tables.h"
+
+namespace lq::tool {
+
+namespace {
+
+using cgtab::DeclFault;
+using host::EncodeUtf8;
+
+// What the loader puts in front of an erroneous text, and no identifier begins with.
+constexpr char16_t kErrorMark = u'?';
+constexpr char kNoIdentifier[] = "the name is no identifier";
+
+constexpr uint16_t kComponentAttributes = 0x4 | 0x80;  // initial values; recorded instances
+
+struct HeaderDeleter {
+    void operator()(POU_HEADER_TYP* header) const { DestroyPOUHeader(header); }
+};
+struct SymbolTableDeleter {
+    void operator()(SYMBOL_TABLE_TYP* table) const { DestroySymbolTable(table); }
+};
+
+std::u16string Upper(std::u16string text) {
+    std::transform(text.begin(), text.end(), text.begin(), chars::ToUpper);
+    return text;
+}
+
+class Translator {
+  public:
+    Translator(host::Project& project, Translation& out)
+        : project_(project), out_(out), tables_(*out.tables) {}
+
+    void Run() {
+        for (uint32_t i = 0; i < project_.VariableLists().size(); ++i) {
+            EnterGlobals(host::MakeId(host::Sort::kVariableList, i));
+        }
+        for (const host::DataType& type : project_.DataTypes()) {
+            for (const ID member : type.members) {
+                EnterTypeName(*project_.GetDeclaration(member));
+            }
+        }
+        for (uint32_t i = 0; i < project_.Pous().size(); ++i) {
+            if (!project_.Pous()[i].library) {
+                EnterUnit(host::MakeId(host::Sort::kPou, i));
+            }
+        }
+        HandOverUnits();
+    }
+
+  private:
+    // --- Source lines ------------------------------------------------------------------------
+
+    // Gives every line that was appended since the last call its line of the source.
+    void Stamp(uint32_t sourceLine) {
+        unsigned char bytes[kUserArea];
+        cgtab::StoreU32(bytes, sourceLine);
+        for (int i = CgTab::TAB_POU; i < CgTab::TAB_ARR; ++i) {
+            const auto id = static_cast<CgTab::TAB_ID>(i);
+            const int32_t length = CgTabAccess::LengthOf(tables_, id);
+            int32_t pos = stamped_[i];
+            while (pos < length && tables_.Write(id, pos, bytes)) {
+            }
+            stamped_[i] = length;
+        }
+    }
+
+    // --- Globals -----------------------------------------------------------------------------
+
+    // A list is loaded in parts: the records of a declaration take several times the memory of its
+    // lines.
+    void EnterGlobals(ID id) {
+        constexpr size_t kPart = 1024;
+        const host::VariableList& list = *project_.GetVariableList(id);
+        for (size_t first = 0; first < list.declarations.size(); first += kPart) {
+            project_.ShowPart(id, first, kPart);
+            EnterGlobals(id, list, first);
+        }
+        project_.ShowPart(id, 0, static_cast<size_t>(-1));
+    }
+
+    void EnterGlobals(ID id, const host::VariableList& list, size_t first) {
+        const std::unique_ptr<SYMBOL_TABLE_TYP, SymbolTableDeleter> symbols(CreateSymbolTable());
+        if (!symbols || !LoadSelectedSymbolTable(symbols.get(), id)) {
+            throw std::bad_alloc();
+        }
+        // The loader keeps the order of the model.
+        FLIST* decls = pouh::ListOf(symbols.get());
+        for (DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;
+             decl = pouh::DeclAt(decls, LC_NEXT), ++first) {
+            EnterGlobal(list, decl, *project_.GetDeclaration(list.declarations[first]));
+        }
+    }
+
+    void EnterGlobal(const host::VariableList& list, DECL_TYP* decl,
+                     const host::Declaration& source) {
+        ++out_.declarations;
+        if (pouh::TextOf(decl, POUH_NAME)[0] == kErrorMark) {
+            return Refuse(list.name, source, kNoIdentifier);
+        }
+        const int32_t before = CgTabAccess::LengthOf(tables_, CgTab::TAB_GLB);
+        DeclFault fault = DeclFault::kNone;
+        const int32_t pos = CgTabAccess::InsertGlobal(tables_, decl, fault);
+        Stamp(source.line);
+        if (pos < 0) {
+            Refuse(list.name, source, FaultText(fault));
+        } else if (pos < before) {
+            Refuse(list.name, source, "a global of this name was declared before");
+        } else {
+            EnterTypeName(source);
+        }
+    }
+
+    void Refuse(const char16_t* list, const host::Declaration& source, const std::string& reason) {
+        out_.refusals.push_back({EncodeUtf8(list), EncodeUtf8(source.name), EncodeUtf8(source.type),
+                                 reason, source.line});
+    }
+    void Refuse(const host::Pou& pou, const std::string& name, const std::string& reason,
+                uint32_t line) {
+        out_.refusals.push_back({EncodeUtf8(pou.name), name, "", reason, line});
+    }
+
+    // --- Other names -------------------------------------------------------------------------
+
+    // The user type or function block type that a declaration names, as it is spelled where it is
+    // defined.
+    void EnterTypeName(const host::Declaration& source) {
+        const std::u16string_view type(source.type);
+        const size_t of = type.rfind(u" OF ");
+        const std::u16string_view name = of == type.npos ? type : type.substr(of + 4);
+        ID id = project_.FindDataType(name);
+        if (!id.GetNumber()) {
+            id = project_.FindAnyPou(name);
+        }
+        if (id.GetNumber()) {
+            tables_.Insert(project_.NameOf(id));
+            Stamp(source.line);
+        }
+    }
+
+    // --- Units -------------------------------------------------------------------------------
+
+    void EnterUnit(ID id) {
+        const host::Pou& pou = *project_.GetPou(id);
+        const std::unique_ptr<POU_HEADER_TYP, HeaderDeleter> header(CreatePOUHeader());
+        if (!header || !LoadPOUHeader(header.get(), id, 0)) {
+            throw std::bad_alloc();
+        }
+        uint32_t kind = PT_OTHER;
+        POUH_INFO_TYP* info = nullptr;
+        GetAttrOfPOUHeader(header.get(), POUH_INFO, &info);
+        GetAttrOfPOUHInfo(info, POUH_POUTYPE, &kind);
+
+        EnterSourcePosition(pou, kind);
+        EnterComponents(pou, header.get(), kind);
+        EnterLabels(pou);
+    }
+
+    void EnterSourcePosition(const host::Pou& pou, uint32_t kind) {
+        const UnitPosition position{pou.line, kind, EncodeUtf8(pou.name)};
+        const std::vector<unsigned char> bytes = position.Bytes();
+        const CgTab::DBG_INFO record = {bytes.data(), static_cast<uint8_t>(bytes.size())};
+        if (tables_.Insert(record) < 0) {
+            throw std::bad_alloc();
+        }
+    }
+
+    // The declarations of a unit by name, in upper case, and where they stand in the source.
+    struct Component {
+        const host::Declaration* source;
+        const DECL_TYP* decl;  // null when the name is no identifier
+    };
+    using Components = std::unordered_map<std::u16string, Component>;
+
+    // Takes the declarations with erroneous names, which the loader has marked, out of the header.
+    static void DropMarkedNames(FLIST* decls) {
+        for (DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;) {
+            if (pouh::TextOf(decl, POUH_NAME)[0] == kErrorMark) {
+                RemoveElementOfList(decls, nullptr, &decl, LC_EQUAL, 0);
+                DestroyDecl(decl);
+                decl = pouh::DeclAt(decls, LC_FIRST);
+            } else {
+                decl = pouh::DeclAt(decls, LC_NEXT);
+            }
+        }
+    }
+
+    Components ComponentsOf(const host::Pou& pou, FLIST* decls) const {
+        Components components;
+        for (const ID id : pou.declarations) {
+            const host::Declaration& source = *project_.GetDeclaration(id);
+            if (source.section.scope != host::Scope::kGlobal) {
+                components.emplace(Upper(source.name), Component{&source, nullptr});
+            }
+        }
+        for (const DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;
+             decl = pouh::DeclAt(decls, LC_NEXT)) {
+            const auto found = components.find(Upper(pouh::TextOf(decl, POUH_NAME)));
+            if (found != components.end()) {
+                found->second.decl = decl;
+            }
+        }
+        return components;
+    }
+
+    void EnterComponents(const host::Pou& pou, POU_HEADER_TYP* header, uint32_t kind) {
+        FLIST* decls = pouh::ListOf(header);
+        DropMarkedNames(decls);
+        const Components components = ComponentsOf(pou, decls);
+        CheckComponents(pou, components);
+        POU_LIST instances;
+        CgTab::POS_DSC range = {};
+        const int entered =
+            CgTabAccess::AppendCmp(tables_, header, kComponentAttributes, &instances, range, 1);
+        StampComponents(components, pou.line);
+        Stamp(pou.line);
+        const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
+        if (!entered && length == range.start && range.lines > 0) {
+            Refuse(pou, "", "the unit's components cannot be entered", pou.line);
+            range = {range.start, range.start, 0};
+        }
+        UnitInfo unit;
+        unit.start = static_cast<uint32_t>(range.start);
+        unit.end = static_cast<uint32_t>(range.end);
+        unit.lines = static_cast<uint32_t>(range.lines);
+        unit.kind = kind;
+        for (const POU_LIST* entry = &instances; entry; entry = entry->next) {
+            unit.instances += entry->count;
+        }
+        AppendUnitLine(pou, unit);
+        EnterTemporaries(pou, components, kind);
+    }
+
+    // Reports the declarations that the tables will skip, and enters the types that others use.
+    void CheckComponents(const host::Pou& pou, const Components& components) {
+        for (const ID id : pou.declarations) {
+            const host::Declaration& source = *project_.GetDeclaration(id);
+            const auto found = components.find(Upper(source.name));
+            if (found == components.end()) {
+                continue;  // a global of the unit
+            }
+            ++out_.declarations;
+            DeclFault fault = DeclFault::kNone;
+            if (found->second.source != &source) {
+                Refuse(pou.name, source, "the unit has declared this name before");
+            } else if (!found->second.decl) {
+                Refuse(pou.name, source, kNoIdentifier);
+            } else if (!CgTabAccess::Decode(tables_, found->second.decl, fault)) {
+                Refuse(pou.name, source, FaultText(fault));
+            } else if (source.section.scope == host::Scope::kExternal &&
+                       tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0) {
+                Refuse(pou.name, source, "no global of this name was entered");
+            } else {
+                EnterTypeName(source);
+            }
+        }
+    }
+
+    // Components carry a line each, and so do the constants that they brought; an implicit one has
+    // that of its unit.
+    void StampComponents(const Components& components, uint32_t unitLine) {
+        const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
+        int32_t pos = stamped_[CgTab::TAB_CMP];
+        while (pos < length) {
+            char16_t name[kMaxName];
+            CgTabAccess::WholeName(tables_, CgTab::TAB_CMP, pos, name, kMaxName);
+            const auto found = components.find(Upper(name));
+            unsigned char bytes[kUserArea];
+            cgtab::StoreU32(bytes,
+                            found != components.end() ? found->second.source->line : unitLine);
+            CgTab::CMP_LINE component = {};
+            int32_t next = pos;
+            if (!tables_.Read(next, component, 0, nullptr)) {
+                component.cstLine = -1;
+            }
+            StampConstant(component.cstLine, bytes);
+            if (!tables_.Write(CgTab::TAB_CMP, pos, bytes)) {
+                break;
+            }
+        }
+        stamped_[CgTab::TAB_CMP] = length;
+        stamped_[CgTab::TAB_CST] = CgTabAccess::LengthOf(tables_, CgTab::TAB_CST);
+    }
+
+    // A constant of this unit belongs to the first component that uses it.
+    void StampConstant(int32_t pos, const unsigned char* bytes) {
+        unsigned char old[kUserArea] = {};
+        CgTab::CstLine line;
+        int32_t at = pos;
+        if (pos >= stamped_[CgTab::TAB_CST] && tables_.Read(at, line, 0, old) &&
+            cgtab::LoadU32(old) == 0) {
+            at = pos;
+            tables_.Write(CgTab::TAB_CST, at, bytes);
+        }
+    }
+
+    // Lines of table 1 come through an image only; this one is composed as the set itself would
+    // have written it.
+    void AppendUnitLine(const host::Pou& pou, const UnitInfo& unit) {
+        const std::u16string_view name(pou.name);
+        if (name.size() > kMaxName - 1) {
+            Refuse(pou, "", "the unit's name has more than 255 characters", pou.line);
+            return;
+        }
+        const size_t body = 1 + 2 * name.size() + sizeof(CgTab::POU_INFO) + kUserArea;
+        const size_t start = units_.size();
+        units_.resize(start + 4 + body);
+        unsigned char* p = units_.data() + start;
+        cgtab::StoreU32(p, static_cast<uint32_t>(body));
+        p[4] = static_cast<unsigned char>(name.size());
+        std::memcpy(p + 5, name.data(), 2 * name.size());
+        p += 5 + 2 * name.size();
+        unit.To(p);
+        cgtab::StoreU32(p + sizeof(CgTab::POU_INFO), pou.line);
+    }
+
+    void HandOverUnits() {
+        const auto size = static_cast<int32_t>(units_.size());
+        MEMSTREAM_A image;
+        if (image.PutBlock(units_.data(), size, nullptr) != size ||
+            tables_.Get(CgTab::TAB_POU, image, size) != size) {
+            throw std::bad_alloc();
+        }
+    }
+
+    void EnterTemporaries(const host::Pou& pou, const Components& components, uint32_t kind) {
+        for (const ID id : pou.declarations) {
+            const host::Declaration& source = *project_.GetDeclaration(id);
+            if (source.section.scope != host::Scope::kTemp) {
+                continue;
+            }
+            const DECL_TYP* decl = components.at(Upper(source.name)).decl;
+            IEC_TYPE type = IEC_NO_TYPE;
+            CgTab::TYP_DSC dsc = {};
+            DeclFault fault = DeclFault::kNone;
+            if (decl && CgTabAccess::DecodeType(tables_, decl, type, dsc, fault)) {
+                tables_.Insert(Qualified(pou, u"", source.name).c_str(), type, dsc,
+                               static_cast<unsigned char>(kind));
+                Stamp(source.line);
+            }
+        }
+    }
+
+    static std::u16string Qualified(const host::Pou& pou, std::u16string_view body,
+                                    std::u16string_view name) {
+        std::u16string text(pou.name);
+        for (const std::u16string_view part : {body, name}) {
+            if (!part.empty()) {
+                text += u'.';
+                text += part;
+            }
+        }
+        return text;
+    }
+
+    void EnterLabels(const host::Pou& pou) {
+        for (const host::Body& body : pou.bodies) {
+            for (const host::Mark& label : body.labels) {
+                EnterLabel(pou, body, label, CgTab::kLabelDefinition);
+            }
+            for (const host::Mark& jump : body.jumps) {
+                EnterLabel(pou, body, jump, 0);
+            }
+        }
+    }
+
+    void EnterLabel(const host::Pou& pou, const host::Body& body, const host::Mark& mark,
+                    CgTab::LBL_INFO info) {
+        const std::u16string name = Qualified(pou, body.name, mark.name);
+        if (tables_.Insert(name.c_str(), info) < 0) {
+            const char* reason = name.size() > kMaxName - 1
+                                     ? "the label's name has more than 255 characters"
+                                     : "the label is defined twice";
+            Refuse(pou, EncodeUtf8(mark.name), reason, mark.line);
+        }
+        Stamp(mark.line);
+    }
+
+    static constexpr uint32_t kMaxName = 256;  // with its terminator
+
+    host::Project& project_;
+    Translation& out_;
+    CgTab& tables_;
+    int32_t stamped_[CgTab::TAB_COUNT] = {};
+    std::vector<unsigned char> units_;  // the image of table 1
+};
+
+}  // namespace
+
+Translation Translate(host::Project& project) {
+    host::SetProject(&project);
+    Translation out;
+    out.tables = NewTables();
+    Translator(project, out).Run();
+    return out;
+}
+
+}  // namespace lq::tool

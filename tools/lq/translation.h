@@ -1,0 +1,35 @@
+// A project to tables: what `lq translate` does, and what `lq show` does first with a project.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/model/project.h"
+#include "lq_data/cgtab.h"
+
+namespace lq::tool {
+
+// Something of the project that was not entered.
+struct Refusal {
+    std::string list;  // the variable list or unit
+    std::string name;
+    std::string type;  // as written
+    std::string reason;
+    uint32_t line = 0;  // in the project file
+};
+
+struct Translation {
+    std::unique_ptr<CgTab> tables;
+    std::vector<Refusal> refusals;  // in the order of the project
+    uint32_t declarations = 0;      // that were to be entered
+};
+
+// Fills a new table set from the project: its globals, with their address, constant and array
+// lines; the units with their components; labels and jumps of their bodies and their temporaries,
+// under names in front of which the unit's stands ("Unit.L1"); the user types and function block
+// types that declarations use; one debug record a unit. The project becomes the current one.
+Translation Translate(host::Project& project);
+
+}  // namespace lq::tool

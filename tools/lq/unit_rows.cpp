@@ -1,0 +1,89 @@
+#include "tools/lq/unit_rows.h"
+
+#include "cgtab/cgtab_access.h"
+#include "host/text/utf.h"
+
+namespace lq::tool {
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+bool Holds(const UnitSection& section, const Json& component) {
+    const auto pos = component.at("pos").get<uint32_t>();
+    return pos >= section.info.start && pos < section.info.end;
+}
+
+// The components of the unit of a row.
+TableRows ComponentsOf(const Json& unit, const TableRows& components) {
+    const UnitSection section = {
+        "", {unit.at("start").get<uint32_t>(), unit.at("end").get<uint32_t>(), 0, 0, 0}};
+    TableRows own;
+    own.id = components.id;
+    own.columns = components.columns;
+    for (const Json& row : components.rows) {
+        if (Holds(section, row)) {
+            own.rows.push_back(row);
+        }
+    }
+    return own;
+}
+
+}  // namespace
+
+std::vector<UnitSection> SectionsOf(CgTab& tables) {
+    std::vector<UnitSection> sections;
+    const int32_t length = CgTabAccess::LengthOf(tables, CgTab::TAB_POU);
+    for (int32_t pos = 0; pos < length;) {
+        const int32_t at = pos;
+        CgTab::POU_LINE line;
+        char16_t name[256];
+        if (!tables.Read(pos, line, 0, nullptr) ||
+            !CgTabAccess::WholeName(tables, CgTab::TAB_POU, at, name, std::size(name))) {
+            break;
+        }
+        sections.push_back({host::EncodeUtf8(name), UnitInfo::From(line.info)});
+    }
+    return sections;
+}
+
+void NameUnits(TableRows& components, const std::vector<UnitSection>& sections) {
+    components.columns.insert(components.columns.begin() + 1, {"unit"});
+    size_t next = 0;  // sections lie in the order of the units
+    for (Json& row : components.rows) {
+        while (next < sections.size() && !Holds(sections[next], row)) {
+            ++next;
+        }
+        Json named = {{"pos", row.at("pos")},
+                      {"unit", next < sections.size() ? Json(sections[next].unit) : Json(nullptr)}};
+        if (next == sections.size()) {
+            next = 0;  // not in order: begin again
+        }
+        named.update(row);
+        row = std::move(named);
+    }
+}
+
+Json UnitsWithComponents(CgTab& tables, const TableRows& units) {
+    const TableRows components = RowsOf(tables, CgTab::TAB_CMP);
+    Json all = Json::array();
+    for (const Json& row : units.rows) {
+        Json unit = row;
+        unit["components"] = ComponentsOf(row, components).rows;
+        all.push_back(std::move(unit));
+    }
+    return all;
+}
+
+void PrintUnits(CgTab& tables, const TableRows& units) {
+    Print(AsTable(units));
+    const TableRows components = RowsOf(tables, CgTab::TAB_CMP);
+    for (const Json& row : units.rows) {
+        PrintLine("");
+        Table table = AsTable(ComponentsOf(row, components));
+        table.title = row.at("name").get<std::string>();
+        Print(table);
+    }
+}
+
+}  // namespace lq::tool

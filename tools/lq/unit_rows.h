@@ -1,0 +1,31 @@
+// Units and their sections of the component table.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "lq_data/cgtab.h"
+#include "tools/lq/table_rows.h"
+#include "tools/lq/tables.h"
+
+namespace lq::tool {
+
+struct UnitSection {
+    std::string unit;
+    UnitInfo info;
+};
+
+// The sections, in the order of the unit table.
+std::vector<UnitSection> SectionsOf(CgTab& tables);
+
+// Gives each row of components the unit in whose section it lies, as its first member behind "pos",
+// and the table that column.
+void NameUnits(TableRows& components, const std::vector<UnitSection>& sections);
+
+// The units with their components below them.
+nlohmann::ordered_json UnitsWithComponents(CgTab& tables, const TableRows& units);
+void PrintUnits(CgTab& tables, const TableRows& units);
+
+}  // namespace lq::tool
