@@ -35,7 +35,7 @@ class LQ_DATA_API CLQString {
     int32_t GetLength() const { return static_cast<int32_t>(length_); }
     int IsEmpty() const { return length_ == 0; }
     // 1 when the last assignment, or an addition since, could not get memory.
-    int HasFailed() const { return failed_; }
+    int HasFailed() const { return capacity_ == kFailed ? 1 : 0; }
 
     void Empty();
 
@@ -69,10 +69,12 @@ class LQ_DATA_API CLQString {
     void Fail();
     void Swap(CLQString& other);
 
+    // Projects hold hundreds of thousands of texts: the failure is a capacity that none has.
+    static constexpr uint32_t kFailed = 0xFFFFFFFF;
+
     char16_t* text_ = nullptr;
     uint32_t length_ = 0;
     uint32_t capacity_ = 0;
-    int failed_ = 0;
 };
 
 // Error code of a stream operation.

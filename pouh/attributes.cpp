@@ -29,6 +29,29 @@ void* Place(void* record, const Field& field) {
     return static_cast<char*>(record) + field.offset;
 }
 
+// Most comments, addresses and initial values are empty. All empty texts are this one object, which
+// no record owns.
+CLQString emptyText;
+
+// A copy of `source`; null for null and when memory is short.
+CLQString* NewText(const char16_t* source) {
+    if (source && *source == 0) {
+        return &emptyText;
+    }
+    CLQString* text = source ? new CLQString(source) : nullptr;
+    if (text && text->HasFailed()) {
+        delete text;
+        return nullptr;
+    }
+    return text;
+}
+
+void ReleaseText(CLQString* text) {
+    if (text != &emptyText) {
+        delete text;
+    }
+}
+
 const CLQString* TextAt(const void* place) {
     return *static_cast<CLQString* const*>(place);
 }
@@ -126,7 +149,7 @@ void ReleaseFields(void* record, std::span<const Field> fields) {
     for (const Field& field : fields) {
         void* place = Place(record, field);
         if (field.kind == FieldKind::kText) {
-            delete *static_cast<CLQString**>(place);
+            ReleaseText(*static_cast<CLQString**>(place));
         } else if (field.release) {
             void* subtree = nullptr;
             std::memcpy(&subtree, place, sizeof(subtree));
@@ -138,12 +161,8 @@ void ReleaseFields(void* record, std::span<const Field> fields) {
 }
 
 bool StoreText(CLQString*& field, const char16_t* source) {
-    CLQString* copy = source ? new CLQString(source) : nullptr;
-    if (copy && copy->HasFailed()) {
-        delete copy;
-        copy = nullptr;
-    }
-    delete field;
+    CLQString* copy = NewText(source);
+    ReleaseText(field);
     field = copy;
     return copy || !source;
 }

@@ -3,6 +3,7 @@
 #include "frame/chars.h"
 #include "lq_data/containers.h"
 #include "lq_data/pouh.h"
+#include "pouh/record_access.h"
 
 namespace {
 
@@ -78,4 +79,13 @@ DECL_SCOPE GetDeclScope(const char16_t* keyword) {
 void LQHeadReleaseHashTable() {
     scopeTable.RemoveAll();
     isFilled = false;
+}
+
+const char16_t* lq::pouh::KeywordOfScope(uint32_t scope) {
+    for (const Keyword& keyword : kKeywords) {
+        if (keyword.scope == scope) {
+            return keyword.text;
+        }
+    }
+    return u"";
 }

@@ -37,6 +37,9 @@ LQ_DATA_API FLIST* ListOf(const TASK_LIST_TYP* record);
 LQ_DATA_API FLIST* ListOf(const TASK_POU_LIST_TYP* record);
 LQ_DATA_API FLIST* ListOf(const POU_HEADER_TYP* record);
 
+// The section keyword of a scope; the empty text when it has none.
+LQ_DATA_API const char16_t* KeywordOfScope(uint32_t scope);
+
 // The element of a list of declarations that a position code (LC_FIRST, LC_NEXT ...) names, or null
 // when it names none: for (d = DeclAt(list, LC_FIRST); d; d = DeclAt(list, LC_NEXT)).
 LQ_DATA_API DECL_TYP* DeclAt(FLIST* list, LIST_CALLBACK code);

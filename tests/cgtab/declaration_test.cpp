@@ -189,10 +189,10 @@ TEST(Components, SectionsAttributesAndSkippedDeclarations) {
         {DS_VAR, u"loc", DT_ELEMENTARY, u"BOOL", u"TRUE"},
     };
     for (const Case& c : {
-             Case{0, 1, 0, 3, "in:2 Known:10 loc:1"},
-             Case{4, 1, 0, 3, "in:2=1 Known:10 loc:1=TRUE"},
+             Case{0, 1, 0, 3, "in:2 Known:10= loc:1"},
+             Case{4, 1, 0, 3, "in:2=1 Known:10= loc:1=TRUE"},
              Case{1, 3, 1, 1, "in:2 in:2 in:2"},
-             Case{0x104, 2, 0, 3, "in:8=1 Known:13 loc:7=TRUE in:8=1 Known:13 loc:7=TRUE"},
+             Case{0x104, 2, 0, 3, "in:8=1 Known:13= loc:7=TRUE in:8=1 Known:13= loc:7=TRUE"},
              Case{0, 0, 1, 0, ""},
          }) {
         SCOPED_TRACE(c.attr);
@@ -243,7 +243,7 @@ TEST(Components, InstancesAreRecorded) {
         text += ")";
     }
     // The descriptor lies behind length, name, scope and type of its line.
-    EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@80/2)TON(1 t1@48/2)");
+    EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@79/2)TON(1 t1@48/2)");
     MEMSTREAM_A image;
     tables->Put(CgTab::TAB_CMP, image);
     EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");

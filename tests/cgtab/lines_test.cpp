@@ -79,7 +79,7 @@ TEST(Lines, ArraysComeBackAsTheyWere) {
     }
     const int32_t pos = CgTabAccess::InsertArray(*tables, {&info, 20});
     EXPECT_EQ(ImageOf(*tables, CgTab::TAB_ARR),
-              "22 00 00 00 0F 00 00 00 14 00 00 00 03 05 80 84 1E 00 11 01 0A 11 FE 05 45 C0 63 FF "
+              "1F 00 00 00 0F 00 00 00 14 00 00 00 03 05 80 84 1E 00 11 01 0A 11 FE 05 45 C0 63 FF "
               "FF 40 9C 01 00 00 00");
     ArrInfo read;
     CgTab::ArrDsc array = {&read, 0};
@@ -99,7 +99,7 @@ TEST(Lines, ArraysComeBackAsTheyWere) {
     ANY_INT_32 tooLow[2] = {{1, 2147483649u}, {0, 1}};
     info.AppendExt(&tooLow, 0);
     EXPECT_EQ(CgTabAccess::InsertArray(*tables, {&info, 20}), -1);
-    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_ARR), 38) << "nothing was left behind";
+    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_ARR), 35) << "nothing was left behind";
     EXPECT_EQ(tables->Clear(CgTab::TAB_ARR), 1);
     EXPECT_EQ(tables->IsTableEmpty(), 1);
 }
@@ -107,9 +107,9 @@ TEST(Lines, ArraysComeBackAsTheyWere) {
 TEST(Search, DebugRecordsByTheirBytes) {
     auto tables = NewTables(2);
     const unsigned char bytes[] = {0, 7, 0};
-    for (const uint8_t length : {3, 2, 0, 2}) {
-        tables->Insert(CgTab::DBG_INFO{bytes, length});
-        tables->Write(CgTab::TAB_DBG, length == 2 ? "ab" : "xy");
+    for (const int size : {3, 2, 0, 2}) {
+        tables->Insert(CgTab::DBG_INFO{bytes, static_cast<uint8_t>(size)});
+        tables->Write(CgTab::TAB_DBG, size == 2 ? "ab" : "xy");
     }
     char usr[3] = {};
     EXPECT_EQ(tables->Look(CgTab::DBG_INFO{bytes, 2}, usr), 10);

@@ -93,8 +93,12 @@ inline DeclPtr NewDecl(const DeclText& text) {
         case DT_SUBRANGE:
             fill(CreateSubrangeSpec(), POUH_NAME, SetAttrOfSubrangeSpec);
             break;
-        default:
+        case DT_ELEMENTARY:
+        case DT_STRUCTURE:
             fill(CreateSimpleSpec(), POUH_NAME, SetAttrOfSimpleSpec);
+            break;
+        default:
+            break;  // no specification belongs to the kind
     }
     return decl;
 }

@@ -7,7 +7,7 @@
 
 #include "containers/list_access.h"
 #include "lq_data/containers.h"
-#include "test_allocator.h"
+#include "tests/support/test_allocator.h"
 
 namespace {
 

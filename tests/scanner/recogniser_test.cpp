@@ -64,8 +64,8 @@ std::ostream& operator<<(std::ostream& out, const Seen& seen) {
 
 TEST(Recogniser, LinesAndBlanks) {
     const std::u16string text = u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd";
-    auto scanner = NewScanner();
     MEMSTREAM_W stream(text.data(), 100, static_cast<int32_t>(text.size()), nullptr);
+    auto scanner = NewScanner();
     scanner->Initialize(stream);
     scanner->SetnActLine(1);
     const Seen expected[] = {
@@ -82,8 +82,8 @@ TEST(Recogniser, LinesAndBlanks) {
 
 TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
     const std::u16string text = u"a\n \n\nb";
-    auto scanner = NewScanner();
     MEMSTREAM_W stream(text.data(), 100, static_cast<int32_t>(text.size()), nullptr);
+    auto scanner = NewScanner();
     scanner->Initialize(stream);
     scanner->GetToken();
     const Token token = scanner->GetToken();
@@ -95,9 +95,9 @@ TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
 TEST(Recogniser, OnlyTheFirstBlanksAreKept) {
     for (const size_t blanks : {size_t{2047}, size_t{2048}, size_t{2049}, size_t{100000}}) {
         const std::u16string text = std::u16string(blanks, u'\t') + u"x";
-        auto scanner = NewScanner();
         MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
                            static_cast<int32_t>(text.size()), nullptr);
+        auto scanner = NewScanner();
         scanner->Initialize(stream);
         const Token token = scanner->GetToken();
         EXPECT_EQ(std::u16string(token.space).size(), std::min<size_t>(blanks, 2048));

@@ -132,9 +132,9 @@ inline std::string ScanAll(Scanner& scanner) {
 }
 
 inline std::string Scan(const std::u16string& text) {
-    auto scanner = NewScanner();
     MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
                        static_cast<int32_t>(text.size()), nullptr);
+    auto scanner = NewScanner();
     scanner->RegisterKeyword(u"TRUE", KW_TRUE);
     scanner->Initialize(stream);
     return ScanAll(*scanner);
@@ -152,19 +152,19 @@ inline void CheckScans(std::initializer_list<ScanCase> cases) {
         SCOPED_TRACE(Utf8(c.text));
         EXPECT_EQ(Scan(c.text), c.tokens);
         for (const int32_t step : {1, 2, 3, 5, 7, 13, 32}) {
+            SlowStream stream(c.text, step);
             auto scanner = NewScanner();
             scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-            SlowStream stream(c.text, step);
             scanner->Initialize(stream);
             EXPECT_EQ(ScanAll(*scanner), c.tokens) << "in steps of " << step;
         }
         constexpr int32_t kHalf = 48;
         for (int32_t start = 0; start < 2 * kHalf; ++start) {
+            SlowStream stream(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
+            SlowStream again(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
             auto scanner = NewScanner();
             scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-            SlowStream stream(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
             scanner->Initialize(stream);
-            SlowStream again(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
             ScannerTestAccess::UseHalves(*scanner, again, kHalf);
             EXPECT_EQ(ScanAll(*scanner), c.tokens) << "at " << start;
         }

@@ -15,11 +15,11 @@ TEST(Scanner, IsCreatedByName) {
 }
 
 TEST(Scanner, TheFirstIdOfAKeywordStays) {
+    MEMSTREAM_W stream(u"OF BIG", 6, 6, nullptr);
     auto scanner = NewScanner();
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 4), 1);
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 5), 0);
     EXPECT_EQ(scanner->RegisterKeyword(u"BIG", 0x12345), 1);
-    MEMSTREAM_W stream(u"OF BIG", 6, 6, nullptr);
     scanner->Initialize(stream);
     EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029");
 }
@@ -37,9 +37,9 @@ TEST(Scanner, HandsTheStreamBackBehindTheLastToken) {
 }
 
 TEST(Scanner, GoesOnWithAnotherStream) {
-    auto scanner = NewScanner();
     MEMSTREAM_W first(u"a\nb", 3, 3, nullptr);
     MEMSTREAM_W second(u"xx y", 4, 4, nullptr);
+    auto scanner = NewScanner();
     scanner->Initialize(first);
     scanner->GetToken();
     scanner->ReleaseStream();
@@ -82,8 +82,8 @@ TEST_P(LongToken, IsWholeInTheOverflowTextAndMarkedInTheToken) {
             }
             source += shape.close;
             const std::u16string text = std::u16string(blanks, u' ') + source + u" next";
-            auto scanner = NewScanner();
             SlowStream stream(text, 1000);
+            auto scanner = NewScanner();
             scanner->Initialize(stream);
             const Token token = scanner->GetToken();
             SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
@@ -114,8 +114,8 @@ INSTANTIATE_TEST_SUITE_P(Lengths, LongToken,
 TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
     const std::u16string longName(5000, u'x');
     const std::u16string text = longName + u" " + longName;
-    auto scanner = NewScanner();
     SlowStream stream(text, 1000);
+    auto scanner = NewScanner();
     scanner->Initialize(stream);
     scanner->GetToken();
     char16_t* taken = scanner->GetSrcEx();
@@ -128,8 +128,8 @@ TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
 
 TEST(Scanner, KeepsTheFirstCharactersOfALongString) {
     const std::u16string text = u"'" + std::u16string(2047, u'a') + u"$Nb'";
-    auto scanner = NewScanner();
     SlowStream stream(text, 1000);
+    auto scanner = NewScanner();
     scanner->Initialize(stream);
     const Token token = scanner->GetToken();
     EXPECT_EQ(std::u16string(token.GetValueText()), std::u16string(2047, u'a') + u"\r");
