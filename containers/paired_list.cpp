@@ -170,8 +170,7 @@ uint32_t WriteElementOfAssay(_ASSAY* assay, const void* first, const void* secon
         return 0;
     }
     const bool written = code == LC_EQUAL || WriteAt(roles.leader, led, index) != 0;
-    const uint32_t result = WriteAt(roles.follower, following, index);
-    return written ? result : 0;
+    return written || IsPlaceCode(code) ? WriteAt(roles.follower, following, index) : 0;
 }
 
 uint32_t RemoveElementOfAssay(_ASSAY* assay, void* first, void* second, LIST_CALLBACK code,
@@ -185,9 +184,14 @@ uint32_t RemoveElementOfAssay(_ASSAY* assay, void* first, void* second, LIST_CAL
     const uint32_t index = IsPlaceCode(code)
                                ? roles.leader->RemoveElement(led, nullptr, code, roles.param)
                                : roles.leader->RemoveElement(nullptr, led, code, roles.param);
-    return index == 0 ? 0
-                      : roles.follower->RemoveElement(following, nullptr, LC_AT_INDEX,
-                                                      static_cast<int32_t>(index));
+    if (index == 0) {
+        if (IsPlaceCode(code)) {
+            Rewind(roles.follower);  // as the removal has left the other list
+        }
+        return 0;
+    }
+    return roles.follower->RemoveElement(following, nullptr, LC_AT_INDEX,
+                                         static_cast<int32_t>(index));
 }
 
 uint32_t FindElementOfAssay(_ASSAY* assay, void* first, void* second, LIST_CALLBACK code,

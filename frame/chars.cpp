@@ -46,6 +46,14 @@ char16_t WideUpper(char16_t c) noexcept {
     return upper <= 0xFFFF ? static_cast<char16_t>(upper) : c;
 }
 
+char16_t WideLower(char16_t c) noexcept {
+    if (!AnswersFor(c)) {
+        return c;
+    }
+    const wint_t lower = towlower_l(c, UnicodeLocale());
+    return lower <= 0xFFFF ? static_cast<char16_t>(lower) : c;
+}
+
 }  // namespace detail
 
 int Compare(const char16_t* a, const char16_t* b) noexcept {
@@ -62,9 +70,14 @@ int CompareNoCase(const char16_t* a, const char16_t* b) noexcept {
 
 int CompareNoCase(const char16_t* a, const char16_t* b, std::size_t count) noexcept {
     for (; count != 0; --count, ++a, ++b) {
-        const int order = Order(ToUpper(*a), ToUpper(*b));
-        if (order != 0 || *a == 0) {
-            return order;
+        const char16_t upperA = ToUpper(*a);
+        const char16_t upperB = ToUpper(*b);
+        if (upperA != upperB) {
+            const int order = Order(ToLower(upperA), ToLower(upperB));
+            return order != 0 ? order : Order(upperA, upperB);
+        }
+        if (*a == 0) {
+            return 0;
         }
     }
     return 0;

@@ -49,6 +49,7 @@ inline constexpr std::array<std::uint8_t, 128> kAscii = MakeAsciiTable();
 LQ_DATA_API bool IsWideLetter(char16_t c) noexcept;
 LQ_DATA_API bool IsWideSpace(char16_t c) noexcept;
 LQ_DATA_API char16_t WideUpper(char16_t c) noexcept;
+LQ_DATA_API char16_t WideLower(char16_t c) noexcept;
 
 }  // namespace detail
 
@@ -93,6 +94,13 @@ inline char16_t ToUpper(char16_t c) noexcept {
     return detail::WideUpper(c);
 }
 
+inline char16_t ToLower(char16_t c) noexcept {
+    if (IsAscii(c)) {
+        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + (u'a' - u'A')) : c;
+    }
+    return detail::WideLower(c);
+}
+
 // Value of a hex digit; `c` must be one.
 constexpr unsigned HexValue(char16_t c) noexcept {
     return IsDigit(c) ? c - u'0' : (c | 0x20u) - u'a' + 10u;
@@ -108,7 +116,8 @@ constexpr std::size_t Length(const char16_t* text) noexcept {
 
 // Below, equal to or above zero, by 16-bit units.
 LQ_DATA_API int Compare(const char16_t* a, const char16_t* b) noexcept;
-// The same on the upper-case forms.
+// Characters of one upper-case form are equal; the others rank by the lower-case form of that, so
+// that the underscore sorts before the letters.
 LQ_DATA_API int CompareNoCase(const char16_t* a, const char16_t* b) noexcept;
 // The same over at most `count` characters.
 LQ_DATA_API int CompareNoCase(const char16_t* a, const char16_t* b, std::size_t count) noexcept;

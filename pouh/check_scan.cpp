@@ -26,6 +26,9 @@ Token CheckScan::Next() {
 }
 
 const char16_t* CheckScan::WholeText(const Token& token) const {
+    if (scanner_->HasLostText()) {
+        return nullptr;
+    }
     const char16_t* overflow = scanner_->GetSrcEx();
     return overflow ? overflow : token.text;
 }

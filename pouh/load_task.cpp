@@ -103,16 +103,26 @@ int LoadTask(TASK_TYP* task, ID id) {
     return lq::pouh::FillTask(*task, lq::pouh::ObjectOf(id));
 }
 
-int LoadTaskList(FLIST* list) {
+namespace {
+
+// False when a name could not be appended.
+bool AppendAllTaskNames(FLIST* list) {
     const LQCOLLECTION* pool = lq::pouh::ResourcePool();
     const int32_t count = pool ? pool->GetMemberCount() : 0;
     for (int32_t i = 0; i < count; ++i) {
         const auto* collection =
             dynamic_cast<const LQCOLLECTION*>(lq::pouh::ObjectOf(pool->GetID(i)));
         if (collection && !lq::pouh::AppendTaskNames(list, *collection)) {
-            return 0;
+            return false;
         }
     }
+    return true;
+}
+
+}  // namespace
+
+int LoadTaskList(FLIST* list) {
+    AppendAllTaskNames(list);
     return 1;
 }
 
@@ -122,7 +132,7 @@ TASK_LIST_TYP* CreateTaskList() {
         return nullptr;
     }
     record->list = lq::pouh::NewNameList();
-    if (!record->list || !LoadTaskList(record->list)) {
+    if (!record->list || !AppendAllTaskNames(record->list)) {
         DestroyTaskList(record);
         return nullptr;
     }

@@ -41,8 +41,9 @@ ValueEnd ReadValue(CheckScan& scan, CLQString& value, Token& token) {
                 return ValueEnd::kNoMemory;
             }
         }
-        value += scan.WholeText(token);
-        if (value.HasFailed()) {
+        const char16_t* text = scan.WholeText(token);
+        value += text;
+        if (!text || value.HasFailed()) {
             return ValueEnd::kNoMemory;
         }
     }
@@ -67,8 +68,9 @@ DUVMemberInit_C::DUVMemberInit_C(const char16_t* text) {
     CLQString value;
     Token token = scan.Next();
     while (token.kind == TK_IDENTIFIER) {
-        member = scan.WholeText(token);
-        if (member.HasFailed() || !scan.Next().IsOperator(OP_ASSIGN)) {
+        const char16_t* name = scan.WholeText(token);
+        member = name;
+        if (!name || member.HasFailed() || !scan.Next().IsOperator(OP_ASSIGN)) {
             return;
         }
         const ValueEnd end = ReadValue(scan, value, token);

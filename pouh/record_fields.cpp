@@ -43,8 +43,11 @@ int ReleaseNames(void* list) {
 
 int ReleaseDeclarations(void* list) {
     FLIST* decls = static_cast<FLIST*>(list);
-    for (DECL_TYP* decl = DeclAt(decls, LC_FIRST); decl; decl = DeclAt(decls, LC_NEXT)) {
-        DestroyDecl(decl);
+    void* slot = nullptr;
+    // A null element is no end.
+    for (uint32_t at = ListGet(decls, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(decls, slot, nullptr, LC_NEXT, 0)) {
+        DestroyDecl(*static_cast<DECL_TYP**>(slot));
     }
     return DestroyList(decls);
 }

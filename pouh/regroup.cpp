@@ -54,9 +54,12 @@ bool CopyInGroups(FLIST* from, FLIST* to) {
             return false;
         }
     }
-    for (DECL_TYP* decl = DeclAt(from, LC_FIRST); decl; decl = DeclAt(from, LC_NEXT)) {
-        void*& end = last[GroupOf(decl->scope)];
-        void* node = AddListElementAt(to, &decl, end);
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(from, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(from, slot, nullptr, LC_NEXT, 0)) {
+        const DECL_TYP* decl = *static_cast<DECL_TYP**>(slot);
+        void*& end = last[GroupOf(decl ? decl->scope : DS_UNKNOWN)];
+        void* node = AddListElementAt(to, slot, end);
         if (!node) {
             return false;
         }

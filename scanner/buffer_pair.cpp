@@ -26,12 +26,11 @@ const char16_t* TruncationMark(const char16_t* text) {
 }  // namespace
 
 BufferPair::BufferPair(STREAM_W& stream, int32_t half)
-    : stream_(&stream), endOnly_{kEnd, kEnd, kEnd, kEnd}, half_(half) {
-    buffer_ = lq::AllocateArray<char16_t>(2 * static_cast<size_t>(half));
-    if (!buffer_) {
-        buffer_ = endOnly_;
-        half_ = 2;
-    }
+    : stream_(&stream),
+      buffer_(endOnly_),
+      endOnly_{kEnd, kEnd, kEnd, kEnd},
+      wantedHalf_(half),
+      half_(2) {
     Bind(stream);
 }
 
@@ -42,11 +41,19 @@ BufferPair::~BufferPair() {
 }
 
 void BufferPair::Bind(STREAM_W& stream) {
+    if (buffer_ == endOnly_) {
+        auto* ring = lq::AllocateArray<char16_t>(2 * static_cast<size_t>(wantedHalf_));
+        if (ring) {
+            buffer_ = ring;
+            half_ = wantedHalf_;
+        }
+    }
     stream_ = &stream;
     index_ = -1;
     start_ = kNoToken;
     bound_ = true;
     spilled_ = false;
+    spillLost_ = false;
     filledAhead_ = false;
     firstPosition_ = static_cast<uint32_t>(stream.TellRead());
     Fill(0);
@@ -119,6 +126,7 @@ void BufferPair::Fill(int which) {
     SaveHalf(which);
     char16_t* const first = buffer_ + FirstSlot(which);
     int32_t filled = 0;
+    // A stream may hand out less than it is asked for before its end; only nothing is the end.
     while (filled < half_ - 1) {
         const int32_t wanted = half_ - 1 - filled;
         const int32_t got = stream_->GetBlock(first + filled, wanted, nullptr);
@@ -147,13 +155,13 @@ void BufferPair::SaveHalf(int which) {
 }
 
 void BufferPair::Spill(const char16_t* text, int32_t count) {
-    if (owner_->HugeBufComplete) {
-        return;  // full: memory ran short before
+    if (spillLost_) {
+        return;
     }
     const int32_t length = owner_->SrcEx ? owner_->HugeBufLen - 1 : 0;
     constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
     if (count > kMax - 1 - length) {
-        owner_->HugeBufComplete = 1;
+        spillLost_ = true;
         return;
     }
     const int32_t needed = length + count + 1;
@@ -161,7 +169,8 @@ void BufferPair::Spill(const char16_t* text, int32_t count) {
         const int32_t capacity = !owner_->SrcEx || needed > kMax / 2 ? needed : 2 * needed;
         auto* grown = lq::AllocateArray<char16_t>(static_cast<size_t>(capacity));
         if (!grown) {
-            owner_->HugeBufComplete = owner_->SrcEx ? 1 : 0;
+            spillLost_ = true;
+            owner_->HugeBufLen = length + 1;
             return;
         }
         if (owner_->SrcEx) {
@@ -177,7 +186,7 @@ void BufferPair::Spill(const char16_t* text, int32_t count) {
 }
 
 void BufferPair::CompleteSpill() {
-    if (owner_->HugeBufComplete) {
+    if (owner_->HugeBufComplete || spillLost_) {
         return;
     }
     const int current = HalfOf(index_);
@@ -185,7 +194,7 @@ void BufferPair::CompleteSpill() {
         Spill(buffer_ + FirstSlot(1 - current), half_ - 1);
     }
     Spill(buffer_ + FirstSlot(current), index_ - FirstSlot(current));
-    owner_->HugeBufComplete = 1;
+    owner_->HugeBufComplete = spillLost_ ? 0 : 1;
 }
 
 int32_t BufferPair::CopyFromRing(char16_t* dest, int32_t room, int32_t offset) const {
@@ -217,6 +226,30 @@ int32_t BufferPair::CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) 
         }
     }
     return copied;
+}
+
+int32_t BufferPair::CopyBeginning(char16_t* dest, int32_t destSize) const {
+    const int32_t room = destSize - 1;
+    int32_t length = 0;
+    const auto append = [&](const char16_t* text, int32_t count) {
+        const int32_t copied = std::min(count, room - length);
+        CopyChars(dest + length, text, copied);
+        length += copied;
+    };
+    if (!spilled_) {
+        length = CopyFromRing(dest, room, 0);
+    } else {
+        const int current = HalfOf(index_);
+        append(owner_->SrcEx, owner_->HugeBufLen - 1);
+        if (!filledAhead_ && !spillLost_) {
+            append(buffer_ + FirstSlot(1 - current), half_ - 1);
+        }
+        if (!spillLost_) {
+            append(buffer_ + FirstSlot(current), index_ - FirstSlot(current));
+        }
+    }
+    dest[length] = 0;
+    return length;
 }
 
 int32_t BufferPair::CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut) {

@@ -20,7 +20,7 @@ class BufferPair : public CObject {
     LQ_DECLARE_DYNAMIC(BufferPair)
   public:
     // `half` is the size of one half in characters, its mark included; at least 2. When memory is
-    // short the reader is at its end from the start.
+    // short the reader is at its end from the start, until a Bind finds memory.
     BufferPair(STREAM_W& stream, int32_t half);
     ~BufferPair() override;
     BufferPair(const BufferPair&) = delete;
@@ -52,14 +52,19 @@ class BufferPair : public CObject {
     void BeginToken() {
         start_ = index_;
         spilled_ = false;
+        spillLost_ = false;
     }
     // What is read from here on belongs to no token.
     void BeginBlanks() { start_ = kNoToken; }
 
-    // Copies the current token's text from its character `offset` up to, not including, the current
-    // character: at most `destSize` - 1 characters and a terminator. Then removes the last `cut`
-    // characters. Text that does not fit ends in a mark: "..*)" in a comment, "..'" in a string in
-    // single quotes, ".." otherwise. Returns the number of characters.
+    // Copies the first characters of the token so far, which may go on: at most `destSize` - 1 and
+    // a terminator. Returns their number.
+    int32_t CopyBeginning(char16_t* dest, int32_t destSize) const;
+
+    // For the end of a token. Copies its text from its character `offset` up to, not including, the
+    // current character: at most `destSize` - 1 characters and a terminator. Then removes the last
+    // `cut` characters. Text that does not fit ends in a mark: "..*)" in a comment, "..'" in a
+    // string in single quotes, ".." otherwise. Returns the number of characters.
     int32_t CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut);
 
   private:
@@ -71,7 +76,7 @@ class BufferPair : public CObject {
     // Moves text of a half that is about to be overwritten to the owner's overflow block.
     void SaveHalf(int which);
     // Appends to the overflow block, allocating it first when there is none. When memory is short
-    // the block keeps its text and takes no more.
+    // the block keeps its text, takes no more and never counts as complete.
     void Spill(const char16_t* text, int32_t count);
     void CompleteSpill();
     int32_t CopyFromRing(char16_t* dest, int32_t room, int32_t offset) const;
@@ -85,12 +90,14 @@ class BufferPair : public CObject {
     Scanner* owner_ = nullptr;
     char16_t* buffer_;
     char16_t endOnly_[4];  // stands in for a buffer that could not be allocated
+    int32_t wantedHalf_;
     int32_t half_;
     int32_t index_ = -1;          // slot of the current character
     int32_t start_ = kNoToken;    // slot where the current token began
     uint32_t firstPosition_ = 0;  // stream offset of the first slot of the current half
     bool bound_ = true;
     bool spilled_ = false;       // the token's beginning is in the owner's overflow block
+    bool spillLost_ = false;     // memory ran short for the overflow block
     bool filledAhead_ = false;   // the other half was refilled before the current one was left
     int32_t spillCapacity_ = 0;  // characters allocated for the overflow block
 };

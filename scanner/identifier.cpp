@@ -74,7 +74,7 @@ void Recogniser::Identifier() {
 }
 
 int32_t Recogniser::TextSoFar(int32_t room) {
-    return reader_.CopyText(s_.valueBuf, Scanner::kBufferSize - room, 0, 0);
+    return reader_.CopyBeginning(s_.valueBuf, Scanner::kBufferSize - room);
 }
 
 bool Recogniser::HostAccepts() {

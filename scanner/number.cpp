@@ -22,7 +22,11 @@ constexpr Base kBases[] = {
 
 constexpr char16_t kLargestDecimal[] = u"4294967295";
 
+// Leading zeros do not count.
 const Base* FindBase(const char16_t* prefix) {
+    while (*prefix == u'0') {
+        ++prefix;
+    }
     for (const Base& base : kBases) {
         if (Equal(base.prefix, prefix)) {
             return &base;
@@ -87,7 +91,7 @@ void Recogniser::RangeStart() {
 }
 
 void Recogniser::BasedNumber() {
-    const int32_t prefixLength = reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, 0, 0);
+    const int32_t prefixLength = TextSoFar(0);
     lq::scanner::RemoveUnderscores(s_.valueBuf);
     const Base* base = FindBase(s_.valueBuf);
     Next();

@@ -115,13 +115,13 @@ bool Recogniser::LineBreak() {
 // A line break is a token only when the next line starts in its first column.
 bool Recogniser::LineFeed() {
     Next();
-    ++s_.nActLine;
+    CountLine();
     ++lineBreaks_;
     if (At(u' ') || At(u'\t') || At(u'\r') || At(kEnd)) {
         return false;
     }
     Finish(TK_NEWLINE);
-    s_.token.line = s_.nActLine - lineBreaks_;
+    s_.token.line = static_cast<int32_t>(static_cast<uint32_t>(s_.nActLine) - lineBreaks_);
     return true;
 }
 
@@ -155,7 +155,7 @@ void Recogniser::Comment() {
         }
         Next();
         if (c == u'\n') {
-            ++s_.nActLine;
+            CountLine();
         } else if (c == u'*' && At(u')')) {
             break;
         }

@@ -27,6 +27,7 @@ class Recogniser {
     char16_t Current() const { return s_.current; }
     bool At(char16_t c) const { return s_.current == c; }
     void Next() { s_.current = reader_.NextChar(); }
+    void CountLine() { s_.nActLine = static_cast<int32_t>(static_cast<uint32_t>(s_.nActLine) + 1); }
 
     // --- Ends of a token ---------------------------------------------------------------------
 
@@ -130,5 +131,5 @@ class Recogniser {
 
     Scanner& s_;
     BufferPair& reader_;
-    int32_t lineBreaks_ = 0;  // passed in this call
+    uint32_t lineBreaks_ = 0;  // passed in this call
 };

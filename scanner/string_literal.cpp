@@ -53,7 +53,7 @@ void Recogniser::String() {
         }
         Next();
         if (c == u'\n') {
-            ++s_.nActLine;
+            CountLine();
         } else if (c != u'$') {
             Store(c);
         } else if (!Escape()) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 #include "frame/chars.h"
@@ -34,15 +35,30 @@ constexpr u16string_view kKeywords[] = {
 // clang-format on
 static_assert(std::is_sorted(std::begin(kKeywords), std::end(kKeywords)));
 
+bool (*extendedIdentifiers)(const char16_t* beginning) = nullptr;
+
 bool IsKeyword(const char16_t* name) {
-    const auto below = [name](u16string_view keyword) {
-        return chars::CompareNoCase(keyword.data(), name) < 0;
-    };
-    const auto* place = std::partition_point(std::begin(kKeywords), std::end(kKeywords), below);
-    return place != std::end(kKeywords) && chars::EqualNoCase(place->data(), name);
+    char16_t upper[24];  // longer than any keyword
+    std::size_t length = 0;
+    for (; name[length] != 0; ++length) {
+        if (length == std::size(upper)) {
+            return false;
+        }
+        upper[length] = chars::ToUpper(name[length]);
+    }
+    return std::binary_search(std::begin(kKeywords), std::end(kKeywords),
+                              u16string_view(upper, length));
 }
 
 }  // namespace
+
+void SetExtendedIdentifiers(bool (*accepts)(const char16_t* beginning)) {
+    extendedIdentifiers = accepts;
+}
+
+std::span<const u16string_view> Keywords() {
+    return kKeywords;
+}
 
 bool IsIdentifier(const char16_t* name) {
     if (!chars::IsLetter(*name) && *name != u'_') {
@@ -62,8 +78,13 @@ bool IsIdentifier(const char16_t* name) {
 
 }  // namespace lq::host
 
-// No character but letters, digits and single underscores belongs to a name, and those the scanner
-// takes unasked: the question about a beginning (`flag` 1) is always answered with no.
+// No character but letters, digits and single underscores belongs to an IEC identifier, and those
+// the scanner takes unasked: the question about a beginning (`flag` 1) is answered with no, unless
+// the host was told otherwise.
 int CheckIdentifier(ERRHANDLER*, const char16_t* name, int flag) {
-    return flag == 0 && name && lq::host::IsIdentifier(name) ? 0 : 1;
+    if (!name) {
+        return 1;
+    }
+    const auto accepts = flag == 0 ? lq::host::IsIdentifier : lq::host::extendedIdentifiers;
+    return accepts && accepts(name) ? 0 : 1;
 }

@@ -1,6 +1,9 @@
 // Questions about words of IEC text.
 #pragma once
 
+#include <span>
+#include <string_view>
+
 #include "lq_data/export.h"
 
 namespace lq::host {
@@ -8,5 +11,13 @@ namespace lq::host {
 // Whether `name` is an IEC identifier: letters, digits and single underscores, not beginning with a
 // digit, not ending with an underscore, and no keyword in any case.
 LQ_DATA_API LQ_DATA_API bool IsIdentifier(const char16_t* name);
+
+// Which beginnings of names the scanner's question is answered with yes for, beyond plain IEC
+// identifiers; null, as at first, for none. For embedders and tests.
+LQ_DATA_API void SetExtendedIdentifiers(bool (*accepts)(const char16_t* beginning));
+
+// The keywords of the language and the names of its elementary and generic types, in capitals and
+// in order.
+LQ_DATA_API std::span<const std::u16string_view> Keywords();
 
 }  // namespace lq::host

@@ -71,7 +71,7 @@ enum LIST_ELEMENT_TYPE : uint32_t {
     LET_SIGNED_10 = 10,
     LET_SIGNED_11 = 11,
     LET_CHAR = 12,           // one signed byte
-    LET_STRING_NOCASE = 13,  // an owned copy of a text; by upper-case forms
+    LET_STRING_NOCASE = 13,  // an owned copy of a text; without regard to case
 };
 
 // Every operation that addresses an element takes one argument of this type: a position code
@@ -439,7 +439,9 @@ LQ_DATA_API FLIST* GetListOfAssay(_ASSAY* assay, int32_t which);
 LQ_DATA_API uint32_t InsertElementOfAssay(_ASSAY* assay, const void* first, const void* second,
                                           LIST_CALLBACK code, int32_t column);
 // LC_NOT_LESS overwrites the first pair. LC_EQUAL finds the pair by the searched column and
-// overwrites the other element only. 0 also when a text could not be copied.
+// overwrites the other element only. LC_AT_INDEX to LC_LAST write both whatever the first write
+// gives, and return what the second one does; the others stop at a text that cannot be copied, with
+// 0.
 LQ_DATA_API uint32_t WriteElementOfAssay(_ASSAY* assay, const void* first, const void* second,
                                          LIST_CALLBACK code, int32_t column);
 // Both elements are copied out with LC_AT_INDEX to LC_LAST; else the searched column's argument is

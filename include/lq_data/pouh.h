@@ -359,9 +359,9 @@ LQ_DATA_API int SavePOUHeader(POU_HEADER_TYP* header, LQLIB* library, ID* id);
 LQ_DATA_API int LoadTask(TASK_TYP* task, const char16_t* name);
 LQ_DATA_API int LoadTask(TASK_TYP* task, ID id);
 
-// Appends the names of the project's tasks that the model gives members to `list` (LET_STRING). 1,
-// also without a resource pool; 0 when a name cannot be appended, for lack of memory or because
-// `list` is no list: the names before it stay.
+// Appends the names of the project's tasks that the model gives members to `list` (LET_STRING).
+// Always 1: without a resource pool nothing is added, and when memory is short the names from there
+// on are missing.
 LQ_DATA_API int LoadTaskList(FLIST* list);
 
 // ---------------------------------------------------------------------------------------------

@@ -146,11 +146,12 @@ class LQ_DATA_API Token : public CObject {
 class BufferPair;
 
 // The scanner. Created by name or through CreateObject; one thread a scanner. A process-wide flag
-// (see IsCommaTerminator) is shared by all scanners and reset by every construction.
+// (set by the identifier B_COMMENT: a comma then ends the next string that has one) is shared by
+// all scanners and reset by every construction.
 //
 // Memory: CreateObject gives null, and Initialize a scanner at the end of its input, when memory is
-// short. A token longer than the ring whose overflow text cannot be kept loses the text that no
-// longer fits the ring; its kind and value are those of the whole token.
+// short. A token whose overflow text cannot be kept has its kind and its end all the same; its text
+// is what could be kept, and HasLostText() says so.
 class LQ_DATA_API Scanner : public CObject {
     LQ_DECLARE_DYNAMIC(Scanner)
   public:
@@ -194,6 +195,8 @@ class LQ_DATA_API Scanner : public CObject {
     void SetHugeBufLen(int32_t length) { HugeBufLen = length; }
     int IsHugeBufComplete() const { return HugeBufComplete; }
     void HugeBufIsComplete(int complete) { HugeBufComplete = complete; }
+    // 1 when memory ran short for the overflow text of the last token.
+    int HasLostText() const { return HugeBufLen != 0 && !HugeBufComplete ? 1 : 0; }
 
     static constexpr char16_t kEndOfInput = 0x1A;
     // Capacity of the text, blanks and value buffers, their terminators included.

@@ -325,7 +325,8 @@ class LQ_DATA_API ArrInfo {
     // behind it. 1, or 0 when there is none.
     int GetExt(ANY_INT_32 (*ext)[2], int index);
 
-    // Makes `dst` a copy. 1, or 0 when memory is short (`dst` then holds the first extents).
+    // Makes `dst` a copy; a copy onto itself changes nothing. 1, or 0 when memory is short (`dst`
+    // then holds the first extents).
     int Copy(ArrInfo& dst) const;
 
     // Hands this description over to `dst`; this one receives the extents that `dst` had and keeps

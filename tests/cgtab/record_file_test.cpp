@@ -11,6 +11,7 @@
 
 struct RecordFileTestAccess {
     static bool Check(const R_FILE& file) { return file.Check(); }
+    static void SetClosed(int closed) { R_FILE::bClosed = closed; }
 };
 
 namespace {
@@ -301,8 +302,11 @@ TEST(RecordFile, AFileWithoutBlocksIsNotOpen) {
 }
 
 TEST(RecordFile, TellsThatTheLastOneWasTornDown) {
-    { R_FILE file; }
-    EXPECT_EQ(R_FILE::IsClosed(), 1);
+    for (const uint32_t blockSize : {0u, 256u}) {
+        RecordFileTestAccess::SetClosed(0);
+        { R_FILE file(blockSize); }
+        EXPECT_EQ(R_FILE::IsClosed(), 1) << blockSize;
+    }
     EXPECT_EQ(R_FILE::BlCnt(), 15);
 }
 

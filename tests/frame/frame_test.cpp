@@ -9,8 +9,8 @@
 #include "host/framework/extension_module.h"
 #include "host/framework/string_table.h"
 #include "host/text/utf.h"
-#include "tests/support/test_allocator.h"
 #include "tests/host/temp_folder.h"
+#include "tests/support/test_allocator.h"
 
 namespace {
 

@@ -68,4 +68,24 @@ TEST(CheckScanner, IsWholeOrNull) {
     });
 }
 
+// The scanner that came through with a failure beneath it is the one that stays.
+TEST(CheckScanner, RecoversFromEveryFailure) {
+    for (int64_t nth = 1; nth < 20; ++nth) {
+        lq::host::DestroyCheckScanner();
+        {
+            const lq::test::FailingAllocation failing(nth, false);
+            GetCheckScanner();
+            ReleaseCheckScanner();
+        }
+        MEMSTREAM_W stream(u"INT", 3, 3, nullptr);
+        Scanner* scanner = GetCheckScanner();
+        ASSERT_NE(scanner, nullptr) << nth;
+        scanner->AssignStream(stream, 0);
+        EXPECT_EQ(scanner->GetToken().kind, TK_KEYWORD) << nth;
+        scanner->ReleaseStream();
+        ReleaseCheckScanner();
+    }
+    lq::host::DestroyCheckScanner();
+}
+
 }  // namespace

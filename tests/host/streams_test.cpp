@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/test_allocator.h"
 #include "tests/host/temp_folder.h"
+#include "tests/support/test_allocator.h"
 
 namespace {
 

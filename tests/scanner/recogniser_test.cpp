@@ -64,7 +64,8 @@ std::ostream& operator<<(std::ostream& out, const Seen& seen) {
 
 TEST(Recogniser, LinesAndBlanks) {
     const std::u16string text = u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd";
-    MEMSTREAM_W stream(text.data(), 100, static_cast<int32_t>(text.size()), nullptr);
+    const auto size = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.data(), size, size, nullptr);
     auto scanner = NewScanner();
     scanner->Initialize(stream);
     scanner->SetnActLine(1);
@@ -82,7 +83,8 @@ TEST(Recogniser, LinesAndBlanks) {
 
 TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
     const std::u16string text = u"a\n \n\nb";
-    MEMSTREAM_W stream(text.data(), 100, static_cast<int32_t>(text.size()), nullptr);
+    const auto size = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.data(), size, size, nullptr);
     auto scanner = NewScanner();
     scanner->Initialize(stream);
     scanner->GetToken();

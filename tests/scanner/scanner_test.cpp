@@ -52,7 +52,7 @@ TEST(Scanner, GoesOnWithAnotherStream) {
     EXPECT_EQ(scanner->IsEOF(), 1);
 }
 
-TEST(Scanner, PassesTheAccessFlagOn) {
+TEST(Scanner, HasTheAccessFlagSetAtFirst) {
     auto scanner = NewScanner();
     EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(0), 1);
     EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(1), 0);

@@ -1,5 +1,7 @@
 #include "types/ranges.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "host/useradapt/user_adapter.h"
@@ -113,6 +115,29 @@ TEST(Ranges, TypesAndSets) {
         EXPECT_EQ(MapTypeToBitset(c.type), c.set) << c.type;
         EXPECT_EQ(MapBitsetToType(c.set), c.first) << c.type;
         EXPECT_EQ(MapAllBitsetToType(c.set), c.single) << c.type;
+    }
+}
+
+TEST(Ranges, CodesOfTheSecondNumbering) {
+    const std::map<int32_t, uint32_t> sets = {
+        {1, 0x1},       {2, 0x4},      {3, 0x8},       {4, 0x20000},  {5, 0x40000},
+        {6, 0x200},     {7, 0x800},    {8, 0x8000},    {9, 0x200000}, {10, 0x100000},
+        {15, 0x800000}, {16, 0x400},   {50, 0xFFFFFF}, {51, 0x7FE},   {52, 0xF0001},
+        {53, 0x1FE},    {54, 0x20044}, {55, 0x40088},  {56, 0xFFFFF}, {57, 0x600},
+    };
+    for (int32_t code = -1; code < 70; ++code) {
+        const auto set = sets.find(code);
+        EXPECT_EQ(MapVarTypeToBitset(code),
+                  static_cast<int32_t>(set != sets.end() ? set->second : 0))
+            << code;
+    }
+}
+
+TEST(Ranges, SetsOfTheGenericTypes) {
+    const uint32_t sets[] = {0xFFFFFF, 0x7FE,   0x600,   0x1FE,    0xF0001, 0x7000,
+                             0x20044,  0x40088, 0xFFFFF, 0x600000, 0xC00000};
+    for (int type = IEC_ANY; type <= IEC_ANY_FB; ++type) {
+        EXPECT_EQ(MapTypeToBitset(type), static_cast<int32_t>(sets[type - IEC_ANY])) << type;
     }
 }
 

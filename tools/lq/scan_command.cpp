@@ -83,13 +83,16 @@ Json TokenJson(const Token& token) {
 
 int RunScan(const ScanOptions& options) {
     const std::u16string text = DecodeInput(options.source, ReadInput(options.source));
+    if (text.size() > INT32_MAX) {
+        throw CommandError(DisplayName(options.source) + ": has more than 2147483647 characters");
+    }
+    const auto length = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.c_str(), length, length, nullptr);  // outlives its scanner
     const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
-    if (!scanner || text.size() > INT32_MAX) {
+    if (!scanner) {
         throw std::bad_alloc();
     }
     RegisterKeywords(*scanner);
-    const auto length = static_cast<int32_t>(text.size());
-    MEMSTREAM_W stream(text.c_str(), length, length, nullptr);
     scanner->Initialize(stream);
     scanner->SetnActLine(1);
 

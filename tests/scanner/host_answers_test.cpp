@@ -1,0 +1,131 @@
+// What the outside checks make of identifiers and numbers, and the option for NUL in strings.
+#include "host/addrcheck/address_check.h"
+#include "host/model/words.h"
+#include "host/useradapt/user_adapter.h"
+#include "tests/scanner/scan_util.h"
+#include "tests/support/test_allocator.h"
+
+namespace lq::test {
+namespace {
+
+// A system whose device addresses begin with X and a digit, whose constants are K and E with a sign
+// and a digit, and whose names may hold exclamation marks.
+class HostAnswers : public testing::Test {
+  protected:
+    HostAnswers() {
+        host::GetAddressRules().isCustomAddress = [](const char16_t* text, int access, int flag) {
+            lastAccess = access;
+            return flag == 1 && text[0] == u'X' && text[1] >= u'0' && text[1] <= u'9' ? 1 : 0;
+        };
+        host::GetAddressRules().isOwnConstant = [](const char16_t* text, int a, int b) {
+            const std::u16string_view all(text);
+            return a == 1 && b == 1 && all.back() >= u'0' && all.back() <= u'9' ? 1 : 0;
+        };
+        host::SetExtendedIdentifiers(
+            [](const char16_t* text) { return std::u16string_view(text).back() == u'!'; });
+    }
+    ~HostAnswers() override {
+        host::GetAddressRules() = {};
+        host::SetExtendedIdentifiers(nullptr);
+        host::GetUserAdapterAnswers() = {};
+    }
+
+    static inline int lastAccess = -1;
+};
+
+TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
+    CheckScans({
+        {u"K+1 k-2 K+x KK+1", "ID[K+1] ID[k-2] ID[K] OP[+]=1 ID[x] ID[KK] OP[+]=1 INT[1]=1"},
+        {u"E-2.25 E1+5", "ID[E-2.25] ID[E1+5]"},
+        {u"x1.F X1.f2 x1.g x2.", "ID[x1.F] ERR[X1.f]=5 INT[2]=2 ERR[x1.]=5 ID[g] ERR[x2.]=5"},
+        {u"y1.F x1.3;", "ID[y1] OP[.]=60 ID[F] ID[x1.3] OP[;]=7"},
+        {u"x1\\a y\\a", "ID[x1\\a] ID[y] ERR[\\]=0 ID[a]"},
+        {u"a!b!! 12!x 12?x", "ID[a!b!!] ID[12!x] INT[12]=12 ERR[?]=0 ID[x]"},
+    });
+}
+
+TEST_F(HostAnswers, AreGivenTheAccessFlag) {
+    for (const int flag : {0, 1}) {
+        MEMSTREAM_W stream(u"x1.F", 4, 4, nullptr);
+        auto scanner = NewScanner();
+        scanner->SetCheckAccessOfCustomAddress(flag);
+        scanner->Initialize(stream);
+        EXPECT_EQ(Describe(scanner->GetToken()), "ID[x1.F]");
+        EXPECT_EQ(lastAccess, flag);
+    }
+}
+
+// Texts that are looked at while they grow beyond the ring stay whole.
+TEST_F(HostAnswers, LeaveLongTokensWhole) {
+    const auto repeat = [](size_t count, char16_t c) { return std::u16string(count, c); };
+    for (const std::u16string& source : {
+             repeat(1100, u'a') + u"#",
+             repeat(3000, u'a') + u"#",
+             repeat(1100, u'1') + u"#",
+             u"E" + repeat(1100, u'5') + u".57",
+             u"E" + repeat(3000, u'5') + u".5" + repeat(4000, u'5'),
+             repeat(3000, u'a') + u"!" + repeat(3000, u'b') + u"!" + repeat(1000, u'c'),
+             u"x1" + repeat(2000, u'a') + u".F",
+         }) {
+        for (const size_t blanks : {size_t{0}, size_t{500}, size_t{1000}, size_t{1022}}) {
+            const std::u16string text = repeat(blanks, u' ') + source + u";";
+            SlowStream stream(text, 1000);
+            auto scanner = NewScanner();
+            scanner->Initialize(stream);
+            const Token token = scanner->GetToken();
+            SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks);
+            if (scanner->GetSrcEx()) {
+                EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
+                EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(source.size()) + 1);
+            } else {
+                EXPECT_EQ(std::u16string(token.text), source);
+            }
+            EXPECT_EQ(scanner->HasLostText(), 0);
+            EXPECT_EQ(Describe(scanner->GetToken()), "OP[;]=7");
+        }
+    }
+}
+
+TEST_F(HostAnswers, MayAllowNulInStrings) {
+    host::GetUserAdapterAnswers().nulEscape = 1;
+    MEMSTREAM_W stream(u"'a$00b'", 7, 7, nullptr);
+    auto scanner = NewScanner();
+    scanner->Initialize(stream);
+    const Token token = scanner->GetToken();
+    EXPECT_EQ(token.kind, TK_STRING);
+    EXPECT_EQ(std::u16string(token.GetValueText(), 4), std::u16string(u"a\0b\0", 4));
+
+    char16_t source[] = {u'a', 0, u'b'};
+    char16_t literal[16];
+    EXPECT_EQ(ConvertStringToIECString(source, literal, 16, 3), 1);
+    EXPECT_EQ(Utf8(literal), "'a$00b'");
+}
+
+TEST(ScannerMemory, EveryFailureLeavesAScannerThatEnds) {
+    const std::u16string text = u"(*" + std::u16string(5000, u'c') + u"*) x";
+    FailEachAllocation([&text](const FailingAllocation& failing) {
+        MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
+                           static_cast<int32_t>(text.size()), nullptr);
+        auto scanner = NewScanner();
+        if (!scanner) {
+            EXPECT_TRUE(failing.HasFailed());
+            return;
+        }
+        scanner->Initialize(stream);
+        const Token token = scanner->GetToken();
+        if (token.kind == TK_EOF) {
+            EXPECT_TRUE(failing.HasFailed()) << "no reader";
+            return;
+        }
+        EXPECT_EQ(token.kind, TK_COMMENT);
+        EXPECT_EQ(scanner->HasLostText() != 0, failing.HasFailed());
+        if (!scanner->HasLostText()) {
+            EXPECT_EQ(std::u16string(scanner->GetSrcEx()), text.substr(0, text.size() - 2));
+        }
+        EXPECT_EQ(Describe(scanner->GetToken()), "ID[x]");
+        EXPECT_EQ(scanner->GetToken().kind, TK_EOF);
+    });
+}
+
+}  // namespace
+}  // namespace lq::test
