@@ -49,7 +49,10 @@ int32_t CgTab::Insert(const ArrDsc& a) {
         bytes.PutU32(a.elemDsc);
     }
     bytes.PutU8(static_cast<uint32_t>(info.GetDim()));
-    Val total(info.total);
+    Val total;
+    if (!total.Set(info.total)) {
+        return -1;
+    }
     bytes.PutU8(total.type);
     PutPayload(bytes, total);
     info.Clear(ArrInfo::CLEAR_CURSOR);

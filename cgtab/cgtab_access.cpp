@@ -41,7 +41,10 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
                             uint32_t size) {
     CgTab::LineBuffer buf;
     CgTab::LineBody body;
-    if (pos < 0 || !tables.ReadLine(id, pos, buf, 0) || !tables.SplitLine(id, buf, body)) {
+    const bool isNamed = id == CgTab::TAB_POU || id == CgTab::TAB_CMP || id == CgTab::TAB_GLB ||
+                         id == CgTab::TAB_LBL;
+    if (!isNamed || size == 0 || pos < 0 || !tables.ReadLine(id, pos, buf, 0) ||
+        !tables.SplitLine(id, buf, body)) {
         return false;
     }
     const uint32_t length = std::min(body.nameLength, size - 1);

@@ -84,10 +84,11 @@ int CgTab::AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_
 }
 
 bool CgTab::AppendSection(FLIST* decls, ComponentWalk& walk) {
-    for (const DECL_TYP* decl = lq::pouh::DeclAt(decls, LC_FIRST); decl;
-         decl = lq::pouh::DeclAt(decls, LC_NEXT)) {
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(decls, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(decls, slot, nullptr, LC_NEXT, 0)) {
         DECL_ASCII d;
-        if (!GetDecl(decl, d)) {
+        if (!GetDecl(*static_cast<DECL_TYP**>(slot), d)) {
             ++walk.skipped;
             continue;
         }

@@ -53,6 +53,9 @@ bool CgTab::GetTypeAndValue(const DECL_TYP* decl, uint32_t kind, DECL_ASCII& out
             if (out.type == IEC_NO_TYPE) {
                 return out.Fail(DeclFault::kTypeName);
             }
+            if (out.type == IEC_STRUCTURE) {
+                out.typeText = typeText;
+            }
             // The default of an in-out parameter may name what it stands for.
             if (out.scope == DS_VAR_IN_OUT && out.initText[0] == u'@') {
                 out.initText = u"0";

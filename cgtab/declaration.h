@@ -54,7 +54,7 @@ struct CgTab::DECL_ASCII {
     uint32_t scope = 0;
     Address adr;
     IEC_TYPE type = IEC_NO_TYPE;
-    TYP_DSC dsc = {};
+    TYP_DSC dsc = {.arr = {nullptr, 0}};
     const char16_t* typeText = u"";  // of structures, function blocks and arrays of structures
     const char16_t* initText = u"";
     Val init;

@@ -136,14 +136,16 @@ int CgTab::ResetJumps(int32_t pos) {
     LineBuffer buf;
     LineBody body;
     int32_t next = pos;
-    if (pos < 0 || !ReadLine(TAB_LBL, next, buf, 0) || !SplitLine(TAB_LBL, buf, body)) {
+    if (pos < 0 || !ReadLine(TAB_LBL, next, buf, 0)) {
         return 0;
     }
+    const bool isSplit = SplitLine(TAB_LBL, buf, body);
     body.extra.TakeU8();
     const uint32_t count = body.extra.TakeU32();
     lq::cgtab::SearchText name;
-    if (body.extra.HasFailed() || !name.Form(TAB_LBL, body.key, body.name, body.nameLength)) {
-        return 0;
+    if (!isSplit || body.extra.HasFailed() ||
+        !name.Form(TAB_LBL, body.key, body.name, body.nameLength)) {
+        return FailRead(TAB_LBL, next);
     }
     LookTyp look(TAB_LBL, name.Get());
     return LookLine(TAB_LBL, {pos, next, 1}, look, static_cast<int>(0u - count)) >= 0 ? 1 : 0;

@@ -77,19 +77,19 @@ int32_t CgTab::WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, u
     for (int32_t lines = range.lines; pos < range.end && lines >= 1; --lines) {
         unsigned char head[4 + sizeof(look.key)];
         if (file.Lseek(pos, 0) != pos || file.Read(head, headSize) != headSize) {
-            return -1;
+            return kSearchFailed;
         }
         const uint32_t length = LoadU32(head);
         const auto left = static_cast<uint32_t>(file.Filelength() - pos - 4);
         if (length < look.keylen || length > left) {
-            return -1;
+            return kSearchFailed;
         }
         int differs = std::memcmp(head + 4, look.key, look.keylen);
         if (differs == 0 && look.name) {
             const uint32_t bytes = len * TraitsOf(id).nameUnit;
             const auto rest = static_cast<int32_t>(length - look.keylen);
             if (file.Cmp({look.name, bytes, rest, nocase}, &differs) != 0) {
-                return -1;
+                return kSearchFailed;
             }
         }
         if (differs == 0) {

@@ -31,17 +31,33 @@ void CopyCut(const char16_t* from, char16_t (&to)[CgTab::kNameSize]) {
     to[length] = 0;
 }
 
+const char16_t* NameOf(const POU_LIST& entry) {
+    return entry.longTypeName.IsEmpty() ? entry.typeName : entry.longTypeName.GetText();
+}
+
+// Null when memory is short.
+POU_LIST* NewEntry(const char16_t* typeName) {
+    auto* entry = new POU_LIST;
+    if (!entry) {
+        return nullptr;
+    }
+    CopyCut(typeName, entry->typeName);
+    if (chars::Length(typeName) > kNameLength) {
+        entry->longTypeName = typeName;
+    }
+    if (entry->longTypeName.HasFailed()) {
+        delete entry;
+        return nullptr;
+    }
+    return entry;
+}
+
 // The entry of the type, or a new one at the end of the chain.
 POU_LIST* EntryOf(POU_LIST& list, const char16_t* typeName) {
-    char16_t cut[CgTab::kNameSize];
-    CopyCut(typeName, cut);
     POU_LIST* entry = &list;
-    while (!chars::EqualNoCase(entry->typeName, cut)) {
+    while (!chars::EqualNoCase(NameOf(*entry), typeName)) {
         if (!entry->next) {
-            entry->next = new POU_LIST;
-            if (entry->next) {
-                CopyCut(typeName, entry->next->typeName);
-            }
+            entry->next = NewEntry(typeName);
             return entry->next;
         }
         entry = entry->next;

@@ -44,7 +44,7 @@ bool CreateSharedScanner() {
     sharedScanner = static_cast<Scanner*>(Scanner::CreateObject());
     if (sharedStream && sharedScanner) {
         sharedScanner->Initialize(*sharedStream);
-        if (RegisterKeywords()) {
+        if (sharedScanner->CanRead() && RegisterKeywords()) {
             return true;
         }
     }
@@ -61,8 +61,13 @@ TextScan::TextScan(const char16_t* text)
     : stream_(text, static_cast<int32_t>(chars::Length(text)),
               static_cast<int32_t>(chars::Length(text)), nullptr),
       scanner_(sharedScanner) {
-    if (scanner_) {
-        scanner_->AssignStream(stream_, 0);
+    if (!scanner_) {
+        return;
+    }
+    scanner_->AssignStream(stream_, 0);
+    if (!scanner_->CanRead()) {
+        scanner_->ReleaseStream();
+        scanner_ = nullptr;
     }
 }
 

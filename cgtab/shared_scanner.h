@@ -18,7 +18,7 @@ class TextScan {
     TextScan(const TextScan&) = delete;
     TextScan& operator=(const TextScan&) = delete;
 
-    // Null when there is no shared scanner.
+    // Null when there is no shared scanner, or memory was short.
     Scanner* Get() { return scanner_; }
     // The next token, skipping one line break if one comes; TK_EOF without a scanner.
     Token Next();

@@ -86,11 +86,11 @@ bool CgTab::UsrSet_(TAB_ID id) const {
 bool CgTab::SeekTo(TAB_ID id, int32_t pos) {
     ResUsr_(id);
     R_FILE* file = handle_(id);
-    return file && file->Lseek(pos, 0) == pos;
+    return file && pos >= 0 && file->Lseek(pos, 0) == pos;
 }
 
 int CgTab::SetPos(TAB_ID id, int32_t pos) {
-    return lq::cgtab::IsTableId(id) && pos >= 0 && SeekTo(id, pos) ? 1 : 0;
+    return lq::cgtab::IsTableId(id) && SeekTo(id, pos) ? 1 : 0;
 }
 
 int CgTab::End(TAB_ID id) {

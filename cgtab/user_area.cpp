@@ -95,7 +95,7 @@ int32_t CgTab::WalkUserAreas(TAB_ID id, Transfer transfer) {
     bool whole = buffer && (id == TAB_ARR || SeekTo(id, 0));
     uint32_t moved = 0;
     while (whole && !file->Eof()) {
-        whole = SetUsrPos(id, nullptr) && transfer(*file, buffer, usrLen);
+        whole = SetUsrPos(id, nullptr) && (usrLen == 0 || transfer(*file, buffer, usrLen));
         ResUsr_(id);
         moved += usrLen;
     }
@@ -117,7 +117,6 @@ int32_t CgTab::PutUsr(TAB_ID id, STREAM_A& s) {
 int32_t CgTab::GetUsr(TAB_ID id, STREAM_A& s) {
     return WalkUserAreas(id, [&s](R_FILE& file, unsigned char* buffer, uint32_t size) {
         const auto count = static_cast<int32_t>(size);
-        return s.GetBlock(buffer, count, nullptr) == count &&
-               (size == 0 || file.Write(buffer, size) == size);
+        return s.GetBlock(buffer, count, nullptr) == count && file.Write(buffer, size) == size;
     });
 }

@@ -15,8 +15,9 @@ class CheckScan {
     CheckScan(const CheckScan&) = delete;
     CheckScan& operator=(const CheckScan&) = delete;
 
-    // False when the base library has no scanner to lend; nothing else may be called then.
-    bool IsOpen() const { return scanner_ != nullptr; }
+    // False when the base library has no scanner to lend, or memory was short for its stream;
+    // nothing else may be called then.
+    bool IsOpen() const { return scanner_ && scanner_->CanRead(); }
 
     // The next token, after one newline token if one comes. Valid until the next call.
     Token Next();

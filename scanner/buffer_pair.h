@@ -26,6 +26,8 @@ class BufferPair : public CObject {
     BufferPair(const BufferPair&) = delete;
     BufferPair& operator=(const BufferPair&) = delete;
 
+    // Whether there is a ring to read into.
+    bool IsUsable() const { return buffer_ != endOnly_; }
     void SetOwner(Scanner* owner) { owner_ = owner; }
     // Starts over on another stream, from that stream's read position.
     void Bind(STREAM_W& stream);

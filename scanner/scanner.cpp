@@ -85,6 +85,10 @@ void Scanner::AssignStream(STREAM_W& stream, int line) {
     current = reader->NextChar();
 }
 
+int Scanner::CanRead() const {
+    return reader && reader->IsUsable() ? 1 : 0;
+}
+
 STREAM_W* Scanner::ReleaseStream() {
     return reader ? reader->Unbind() : nullptr;
 }

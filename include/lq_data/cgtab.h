@@ -190,6 +190,7 @@ struct LQ_DATA_API POU_LIST {
     POU_INST* first = nullptr;
     POU_INST* last = nullptr;
     char16_t typeName[33] = {};  // cut to 32 characters
+    CLQString longTypeName;      // the whole name when `typeName` was cut
 
     LQ_ALLOCATED
 };
@@ -348,7 +349,7 @@ class LQ_DATA_API CgTab {
     // Reads the line at `pos`, or at the current position when `pos` is -1 or absent, and moves
     // `pos` to the next line (-1 stays). `usr`, when given, receives the user area. 1; or 0 at the
     // end of the table and for every failure, the table and `pos` then at 0. A line without room
-    // for its user area gives 0 and moves nothing.
+    // for its user area gives 0, leaves `pos` and does not rewind.
 
     int Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr);
     int Read(int32_t& pos, POU_LINE& line, int keepAtUser, void* usr);

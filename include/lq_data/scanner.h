@@ -171,6 +171,10 @@ class LQ_DATA_API Scanner : public CObject {
     // when none is bound.
     STREAM_W* ReleaseStream();
 
+    // 1 when the scanner can read; 0 before Initialize, and when memory was short for the stream
+    // bound last: every token is then TK_EOF.
+    int CanRead() const;
+
     Token GetToken();
 
     // Identifiers of exactly that spelling come out as TK_KEYWORD with the low 16 bits of `id`. 1,

@@ -229,7 +229,11 @@ TEST(Components, InstancesAreRecorded) {
     auto tables = NewTables();
     Header header({{DS_VAR, u"one", DT_STRUCTURE, u"Motor", u"a := 1"},
                    {DS_VAR, u"t1", DT_FB_INSTANCE, u"TON"},
-                   {DS_VAR, u"two", DT_STRUCTURE, u"MOTOR"}});
+                   {DS_VAR, u"two", DT_STRUCTURE, u"MOTOR"},
+                   {DS_VAR, u"n", DT_ELEMENTARY, u"STRUCTURE"},
+                   {DS_VAR, u"l1", DT_STRUCTURE, std::u16string(32, u'p') + u"1"},
+                   {DS_VAR, u"l2", DT_STRUCTURE, std::u16string(32, u'p') + u"2"},
+                   {DS_VAR, u"arr", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"}});
     POU_LIST list;
     CgTab::POS_DSC range;
     EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x84, &list, range, 1), 1);
@@ -243,7 +247,9 @@ TEST(Components, InstancesAreRecorded) {
         text += ")";
     }
     // The descriptor lies behind length, name, scope and type of its line.
-    EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@79/2)TON(1 t1@48/2)");
+    const std::string cut(32, 'p');
+    EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@79/2)TON(1 t1@48/2)STRUCTURE(2 n@106/2 arr@8/9)" +
+                        cut + "(1 l1@135/2)" + cut + "(1 l2@164/2)");
     MEMSTREAM_A image;
     tables->Put(CgTab::TAB_CMP, image);
     EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");

@@ -1,3 +1,4 @@
+#include "host/mdi/pou_ref.h"
 #include "tests/cgtab/tables_util.h"
 
 namespace lq::test {
@@ -140,6 +141,9 @@ TEST(Insertion, UnitsAreNotProvided) {
     int out = 0;
     EXPECT_EQ(tables->Insert(u"P", info, uint16_t{1}, &out), -1);
     EXPECT_EQ(tables->Insert(u"P", info, &out), -1);
+    host::NamedPouRef unit(u"P");
+    EXPECT_EQ(tables->Insert(&unit, info, uint16_t{1}, &out), -1);
+    EXPECT_EQ(tables->Insert(&unit, info, &out), -1);
     EXPECT_EQ(tables->Insert(static_cast<CPouRef*>(nullptr), info, &out), -1);
     EXPECT_EQ(tables->MarkPouDeleted(u"P", 1), -1);
     EXPECT_EQ(tables->MarkGlobalsDeleted(1), -1);

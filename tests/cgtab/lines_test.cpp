@@ -131,7 +131,8 @@ TEST(Search, ADamagedLineEndsATable) {
     EXPECT_EQ(tables->Read(pos, line, 0, nullptr), 1);
     EXPECT_EQ(tables->Read(pos, line, 0, nullptr), 0);
     EXPECT_EQ(tables->Insert(u"a"), 0);
-    EXPECT_EQ(tables->Insert(u"b"), 24) << "not found, so appended";
+    EXPECT_EQ(tables->Insert(u"b"), -1) << "it would never be found";
+    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM), 24);
 }
 
 }  // namespace
