@@ -1,10 +1,61 @@
 // The frame of recognition: blanks, the first character, line breaks, operators, comments.
 #include "scanner/recogniser.h"
 
+#include <array>
 #include <iterator>
 
 using lq::chars::IsDigit;
 using lq::chars::IsLetter;
+
+namespace {
+
+// Operators of one character, which are also how the longer ones begin.
+struct ShortOperator {
+    char16_t character;
+    OPERATOR_CODE code;
+};
+constexpr ShortOperator kShortOperators[] = {
+    {u'+', OP_PLUS},     {u'-', OP_MINUS},    {u'/', OP_DIV},       {u'&', OP_AMPERSAND},
+    {u'(', OP_LPAREN},   {u')', OP_RPAREN},   {u';', OP_SEMICOLON}, {u',', OP_COMMA},
+    {u'[', OP_LBRACKET}, {u']', OP_RBRACKET}, {u'*', OP_MUL},       {u'<', OP_LT},
+    {u'>', OP_GT},       {u':', OP_COLON},    {u'=', OP_EQ},        {u'.', OP_DOT},
+};
+
+struct LongOperator {
+    OPERATOR_CODE first;  // the code of the first character
+    char16_t second;
+    OPERATOR_CODE code;
+};
+constexpr LongOperator kLongOperators[] = {
+    {OP_MUL, u'*', OP_POWER}, {OP_LT, u'>', OP_NE},        {OP_LT, u'=', OP_LE},
+    {OP_GT, u'=', OP_GE},     {OP_COLON, u'=', OP_ASSIGN}, {OP_EQ, u'>', OP_ARROW},
+    {OP_DOT, u'.', OP_RANGE},
+};
+
+constexpr std::array<Recogniser::Lead, 128> MakeLeads() {
+    using LeadKind = Recogniser::LeadKind;
+    std::array<Recogniser::Lead, 128> leads{};
+    for (char16_t c = 0; c < leads.size(); ++c) {
+        if (IsDigit(c)) {
+            leads[c].kind = LeadKind::kDigit;
+        } else if (lq::chars::HasAsciiClass(c, lq::chars::kLetter) || c == u'_') {
+            leads[c].kind = LeadKind::kLetter;
+        }
+    }
+    for (const ShortOperator& op : kShortOperators) {
+        leads[op.character] = {LeadKind::kOperator, op.code};
+    }
+    leads[u'@'].kind = LeadKind::kAtSign;
+    leads[u'%'].kind = LeadKind::kPercent;
+    leads[u'\''].kind = leads[u'"'].kind = LeadKind::kQuote;
+    leads[Scanner::kEndOfInput].kind = LeadKind::kEnd;
+    return leads;
+}
+
+// By first character.
+constexpr std::array<Recogniser::Lead, 128> kLeads = MakeLeads();
+
+}  // namespace
 
 void Recogniser::Recognise() {
     s_.textBuf[0] = s_.valueBuf[0] = 0;
@@ -42,62 +93,24 @@ void Recogniser::SkipBlanks() {
 
 void Recogniser::Dispatch() {
     const char16_t c = Current();
-    switch (c) {
-        case u'_':
+    const Lead lead = lq::chars::IsAscii(c) ? kLeads[c] : Lead{};
+    switch (lead.kind) {
+        case LeadKind::kDigit:
+            return Number();
+        case LeadKind::kLetter:
             return Identifier();
-        case u'@':
+        case LeadKind::kAtSign:
             return AtSignIdentifier();
-        case u'%':
+        case LeadKind::kPercent:
             return DirectAddress();
-        case u'\'':
-        case u'"':
+        case LeadKind::kQuote:
             return String();
-        case u'(':
-            return ParenthesisOrComment();
-        case u'+':
-            return Operator(OP_PLUS);
-        case u'-':
-            return Operator(OP_MINUS);
-        case u'/':
-            return Operator(OP_DIV);
-        case u'&':
-            return Operator(OP_AMPERSAND);
-        case u')':
-            return Operator(OP_RPAREN);
-        case u';':
-            return Operator(OP_SEMICOLON);
-        case u',':
-            return Operator(OP_COMMA);
-        case u'[':
-            return Operator(OP_LBRACKET);
-        case u']':
-            return Operator(OP_RBRACKET);
-        case u'*':
-            return OneOrTwo(OP_MUL, u'*', OP_POWER);
-        case u'>':
-            return OneOrTwo(OP_GT, u'=', OP_GE);
-        case u':':
-            return OneOrTwo(OP_COLON, u'=', OP_ASSIGN);
-        case u'=':
-            return OneOrTwo(OP_EQ, u'>', OP_ARROW);
-        case u'.':
-            return OneOrTwo(OP_DOT, u'.', OP_RANGE);
-        case u'<':
-            if (reader_.Peek() == u'>') {
-                return OneOrTwo(OP_LT, u'>', OP_NE);
-            }
-            return OneOrTwo(OP_LT, u'=', OP_LE);
-        case kEnd:
+        case LeadKind::kOperator:
+            return Operator(lead);
+        case LeadKind::kEnd:
             return EndOfInput();
-        default:
-            break;
-    }
-    if (IsDigit(c)) {
-        Number();
-    } else if (IsLetter(c)) {
-        Identifier();
-    } else {
-        NoToken();
+        case LeadKind::kOther:
+            return IsLetter(c) ? Identifier() : NoToken();
     }
 }
 
@@ -125,25 +138,21 @@ bool Recogniser::LineFeed() {
     return true;
 }
 
-void Recogniser::Operator(OPERATOR_CODE code) {
+void Recogniser::Operator(const Lead& lead) {
+    const bool opensParenthesis = At(u'(');
     Next();
-    Finish(TK_OPERATOR, static_cast<uint16_t>(code));
-}
-
-void Recogniser::OneOrTwo(OPERATOR_CODE one, char16_t second, OPERATOR_CODE two) {
-    Next();
-    if (At(second)) {
-        return Operator(two);
-    }
-    Finish(TK_OPERATOR, static_cast<uint16_t>(one));
-}
-
-void Recogniser::ParenthesisOrComment() {
-    Next();
-    if (At(u'*')) {
+    if (opensParenthesis && At(u'*')) {
         return Comment();
     }
-    Finish(TK_OPERATOR, static_cast<uint16_t>(OP_LPAREN));
+    uint16_t code = lead.code;
+    for (const LongOperator& longer : kLongOperators) {
+        if (longer.first == lead.code && At(longer.second)) {
+            Next();
+            code = longer.code;
+            break;
+        }
+    }
+    Finish(TK_OPERATOR, code);
 }
 
 void Recogniser::Comment() {

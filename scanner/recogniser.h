@@ -18,6 +18,22 @@ class Recogniser {
     // Leaves the recognised token in the scanner's `token`.
     void Recognise();
 
+    // What a first character begins; the code of an operator of that character.
+    enum class LeadKind : uint8_t {
+        kOther,
+        kDigit,
+        kLetter,
+        kAtSign,
+        kPercent,
+        kQuote,
+        kOperator,
+        kEnd,
+    };
+    struct Lead {
+        LeadKind kind = LeadKind::kOther;
+        uint16_t code = 0;
+    };
+
   private:
     static constexpr char16_t kEnd = Scanner::kEndOfInput;
     static constexpr int32_t kValueLength = Scanner::kBufferSize - 1;
@@ -48,9 +64,7 @@ class Recogniser {
     // Both return true when a token was finished.
     bool LineBreak();
     bool LineFeed();
-    void Operator(OPERATOR_CODE code);
-    void OneOrTwo(OPERATOR_CODE one, char16_t second, OPERATOR_CODE two);
-    void ParenthesisOrComment();
+    void Operator(const Lead& lead);
     void Comment();
     void EndOfInput();
     void NoToken();

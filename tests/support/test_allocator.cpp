@@ -1,5 +1,6 @@
 #include "test_allocator.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,6 +11,7 @@
 namespace {
 
 int64_t liveBlocks = 0;
+std::size_t largest = 0;
 int64_t untilFailure = 0;  // 0: none is due
 bool failAllLater = false;
 bool hasFailed = false;
@@ -30,6 +32,7 @@ bool FailsNow() {
 namespace lq {
 
 void* Allocate(std::size_t bytes) noexcept {
+    largest = std::max(largest, bytes);
     void* block = FailsNow() ? nullptr : std::malloc(bytes ? bytes : 1);
     if (block) {
         std::memset(block, 0xA5, bytes);
@@ -51,6 +54,14 @@ namespace lq::test {
 
 int64_t LiveBlocks() {
     return liveBlocks;
+}
+
+std::size_t LargestAllocation() {
+    return largest;
+}
+
+void ResetLargestAllocation() {
+    largest = 0;
 }
 
 FailingAllocation::FailingAllocation(int64_t nth, bool all) {

@@ -1,6 +1,7 @@
 // The allocator beneath the library in the tests: it counts blocks and fails on demand.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 
@@ -8,6 +9,10 @@ namespace lq::test {
 
 // Blocks that are allocated and not yet released.
 int64_t LiveBlocks();
+
+// The most bytes that one allocation asked for since the reset.
+std::size_t LargestAllocation();
+void ResetLargestAllocation();
 
 // While one lives, the `nth` allocation of the library from now on fails (1: the next), and with
 // `all` every later one too.

@@ -1,4 +1,4 @@
-// What the commands share: their options, their exit statuses, and the failure that ends one.
+// What the commands share: their exit statuses, and the failure that ends one.
 #pragma once
 
 #include <stdexcept>
@@ -16,10 +16,6 @@ enum ExitStatus : int {
 class CommandError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
-};
-
-struct CommonOptions {
-    bool json = false;
 };
 
 }  // namespace lq::tool

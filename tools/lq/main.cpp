@@ -14,112 +14,100 @@ namespace {
 
 using namespace lq::tool;
 
-// The chosen command, bound to its options.
+// The chosen command, with its options.
 std::function<int()> chosen;
 
-CLI::App* AddCommand(CLI::App& app, const char* name, const char* description,
-                     const char* example) {
+// A command that runs `run` with its options.
+template <typename Options>
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* description, const char* example,
+                     Options& options, int (*run)(const Options&)) {
     CLI::App* command = app.add_subcommand(name, description);
     command->footer(std::string("Example:\n  ") + example + "\n");
+    command->add_flag("--json", options.json, "Prints the result as JSON");
+    command->callback([&options, run] { chosen = [&options, run] { return run(options); }; });
     return command;
+}
+
+void AddRequired(CLI::App* command, const char* name, std::string& value, const char* description) {
+    command->add_option(name, value, description)->required();
+}
+
+void AddProject(CLI::App* command, std::string& value) {
+    AddRequired(command, "project", value, "The project file; - for standard input");
 }
 
 void AddTranslate(CLI::App& app) {
     static TranslateOptions options;
     CLI::App* command = AddCommand(app, "translate", "Fills the tables from a PLCopen XML project",
-                                   "lq translate plant.xml -o plant.lqt");
-    command->add_option("project", options.project, "The project file; - for standard input")
-        ->required();
+                                   "lq translate plant.xml -o plant.lqt", options, RunTranslate);
+    AddProject(command, options.project);
     command->add_option("-o,--output", options.output,
                         "The image of the tables to write; - for standard output");
-    command->add_flag("--json", options.json, "Prints the summary as JSON");
-    command->callback([] { chosen = [] { return RunTranslate(options); }; });
 }
 
 void AddShow(CLI::App& app) {
     static ShowOptions options;
-    CLI::App* command = AddCommand(app, "show", "Shows the tables of an image or a project",
-                                   "lq show plant.lqt --table globals --find Pump1");
-    command->add_option("input", options.input, "An image or a project; - for standard input")
-        ->required();
+    CLI::App* command =
+        AddCommand(app, "show", "Shows the tables of an image or a project",
+                   "lq show plant.lqt --table globals --find Pump1", options, RunShow);
+    AddRequired(command, "input", options.input, "An image or a project; - for standard input");
     command->add_option("-t,--table", options.tables,
                         "A table: debug, units, components, globals, addresses, constants, labels, "
                         "temporaries, names or arrays; may be repeated");
     command->add_option("-f,--find", options.find,
                         "Only the lines of this name; A.B is the component B of the unit A");
     command->add_option("-s,--save", options.save, "Writes the tables to an image again");
-    command->add_flag("--json", options.json, "Prints the tables as JSON");
-    command->callback([] { chosen = [] { return RunShow(options); }; });
 }
 
 void AddScan(CLI::App& app) {
     static ScanOptions options;
     CLI::App* command = AddCommand(app, "scan", "Shows the tokens of a source text, one a line",
-                                   "lq scan --errors mixer.st");
-    command->add_option("source", options.source, "The source file; - for standard input")
-        ->required();
+                                   "lq scan --errors mixer.st", options, RunScan);
+    AddRequired(command, "source", options.source, "The source file; - for standard input");
     command->add_flag("-e,--errors", options.errorsOnly,
                       "Only what is malformed, as file:line: message");
-    command->add_flag("--json", options.json, "Prints the tokens as JSON");
-    command->callback([] { chosen = [] { return RunScan(options); }; });
 }
 
 void AddValue(CLI::App& app) {
     static ValueOptions options;
     static CLI::App* const command =
         AddCommand(app, "value", "Shows what the constants TEXT... are and which types hold them",
-                   "lq value 300 -5 T#1h30m 16#FF");
+                   "lq value 300 -5 T#1h30m 16#FF", options, RunValue);
     command->add_flag("-u,--unsigned", options.unsignedOnly,
                       "Reads integers as bit strings, without a sign");
-    command->add_flag("--json", options.json, "Prints the values as JSON");
     command->allow_extras();  // a constant may begin with a sign, as an option does
-    command->callback([] {
-        options.texts = command->remaining();
-        chosen = [] { return RunValue(options); };
-    });
+    command->parse_complete_callback([] { options.texts = command->remaining(); });
 }
 
 void AddPou(CLI::App& app) {
     static PouOptions options;
     CLI::App* command = AddCommand(app, "pou", "Shows the header of a unit or data type",
-                                   "lq pou plant.xml Dosing --interface");
-    command->add_option("project", options.project, "The project file; - for standard input")
-        ->required();
-    command->add_option("name", options.name, "The unit or data type")->required();
+                                   "lq pou plant.xml Dosing --interface", options, RunPou);
+    AddProject(command, options.project);
+    AddRequired(command, "name", options.name, "The unit or data type");
     command->add_flag("-i,--interface", options.interfaceOnly, "Only its parameters");
-    command->add_flag("--json", options.json, "Prints the header as JSON");
-    command->callback([] { chosen = [] { return RunPou(options); }; });
 }
 
 void AddFb(CLI::App& app) {
     static FbOptions options;
     CLI::App* command = AddCommand(app, "fb", "Tells of which function block an instance is",
-                                   "lq fb plant.xml Mixing stirring");
-    command->add_option("project", options.project, "The project file; - for standard input")
-        ->required();
-    command->add_option("pou", options.pou, "The unit that uses the instance")->required();
-    command->add_option("instance", options.instance, "The instance, the unit's or a global one")
-        ->required();
-    command->add_flag("--json", options.json, "Prints the answer as JSON");
-    command->callback([] { chosen = [] { return RunFb(options); }; });
+                                   "lq fb plant.xml Mixing stirring", options, RunFb);
+    AddProject(command, options.project);
+    AddRequired(command, "pou", options.pou, "The unit that uses the instance");
+    AddRequired(command, "instance", options.instance, "The instance, the unit's or a global one");
 }
 
 void AddTasks(CLI::App& app) {
     static TasksOptions options;
     CLI::App* command = AddCommand(app, "tasks", "Shows the tasks of a project and their programs",
-                                   "lq tasks plant.xml");
-    command->add_option("project", options.project, "The project file; - for standard input")
-        ->required();
-    command->add_flag("--json", options.json, "Prints the tasks as JSON");
-    command->callback([] { chosen = [] { return RunTasks(options); }; });
+                                   "lq tasks plant.xml", options, RunTasks);
+    AddProject(command, options.project);
 }
 
 void AddTypes(CLI::App& app) {
     static TypesOptions options;
-    CLI::App* command =
-        AddCommand(app, "types", "Shows the type catalogue with sizes", "lq types --json");
-    command->add_flag("--json", options.json, "Prints the catalogue as JSON");
-    command->callback([] { chosen = [] { return RunTypes(options); }; });
+    AddCommand(app, "types", "Shows the type catalogue with sizes", "lq types --json", options,
+               RunTypes);
 }
 
 }  // namespace

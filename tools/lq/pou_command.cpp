@@ -12,6 +12,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/output.h"
 #include "tools/lq/project_input.h"
+#include "tools/lq/records.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -20,15 +21,6 @@ using host::EncodeUtf8;
 using Json = nlohmann::ordered_json;
 
 namespace {
-
-struct HeaderDeleter {
-    void operator()(POU_HEADER_TYP* header) const { DestroyPOUHeader(header); }
-};
-struct DeclListDeleter {
-    void operator()(POUH_DECL_LIST_TYP* list) const { DestroyPOUHDeclList(list); }
-};
-using HeaderPtr = std::unique_ptr<POU_HEADER_TYP, HeaderDeleter>;
-using DeclListPtr = std::unique_ptr<POUH_DECL_LIST_TYP, DeclListDeleter>;
 
 const std::vector<Table::Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
                                              {"address"}, {"comment"}, {"comment2"}};

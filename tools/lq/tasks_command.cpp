@@ -1,4 +1,4 @@
-#include <memory>
+#include <new>
 
 #include <nlohmann/json.hpp>
 
@@ -11,6 +11,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/output.h"
 #include "tools/lq/project_input.h"
+#include "tools/lq/records.h"
 
 namespace lq::tool {
 
@@ -19,12 +20,8 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-struct TaskDeleter {
-    void operator()(TASK_TYP* task) const { DestroyTask(task); }
-};
-
 Json TaskRow(ID id) {
-    const std::unique_ptr<TASK_TYP, TaskDeleter> task(CreateTask());
+    const TaskPtr task(CreateTask());
     if (!task || !LoadTask(task.get(), id)) {
         throw std::bad_alloc();
     }

@@ -13,6 +13,8 @@
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
 #include "tools/lq/fault_text.h"
+#include "tools/lq/progress.h"
+#include "tools/lq/records.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -27,13 +29,6 @@ constexpr char16_t kErrorMark = u'?';
 constexpr char kNoIdentifier[] = "the name is no identifier";
 
 constexpr uint16_t kComponentAttributes = 0x4 | 0x80;  // initial values; recorded instances
-
-struct HeaderDeleter {
-    void operator()(POU_HEADER_TYP* header) const { DestroyPOUHeader(header); }
-};
-struct SymbolTableDeleter {
-    void operator()(SYMBOL_TABLE_TYP* table) const { DestroySymbolTable(table); }
-};
 
 std::u16string Upper(std::u16string text) {
     std::transform(text.begin(), text.end(), text.begin(), chars::ToUpper);
@@ -94,7 +89,7 @@ class Translator {
     }
 
     void EnterGlobals(ID id, const host::VariableList& list, size_t first) {
-        const std::unique_ptr<SYMBOL_TABLE_TYP, SymbolTableDeleter> symbols(CreateSymbolTable());
+        const SymbolTablePtr symbols(CreateSymbolTable());
         if (!symbols || !LoadSelectedSymbolTable(symbols.get(), id)) {
             throw std::bad_alloc();
         }
@@ -108,7 +103,7 @@ class Translator {
 
     void EnterGlobal(const host::VariableList& list, DECL_TYP* decl,
                      const host::Declaration& source) {
-        ++out_.declarations;
+        CountDeclaration();
         if (pouh::TextOf(decl, POUH_NAME)[0] == kErrorMark) {
             return Refuse(list.name, source, kNoIdentifier);
         }
@@ -123,6 +118,11 @@ class Translator {
         } else {
             EnterTypeName(source);
         }
+    }
+
+    void CountDeclaration() {
+        ++out_.declarations;
+        progress_.Step(project_.Declarations().size());
     }
 
     void Refuse(const char16_t* list, const host::Declaration& source, const std::string& reason) {
@@ -156,7 +156,7 @@ class Translator {
 
     void EnterUnit(ID id) {
         const host::Pou& pou = *project_.GetPou(id);
-        const std::unique_ptr<POU_HEADER_TYP, HeaderDeleter> header(CreatePOUHeader());
+        const HeaderPtr header(CreatePOUHeader());
         if (!header || !LoadPOUHeader(header.get(), id, 0)) {
             throw std::bad_alloc();
         }
@@ -253,7 +253,7 @@ class Translator {
             if (found == components.end()) {
                 continue;  // a global of the unit
             }
-            ++out_.declarations;
+            CountDeclaration();
             DeclFault fault = DeclFault::kNone;
             if (found->second.source != &source) {
                 Refuse(pou.name, source, "the unit has declared this name before");
@@ -395,6 +395,7 @@ class Translator {
     host::Project& project_;
     Translation& out_;
     CgTab& tables_;
+    Progress progress_{"declarations"};
     int32_t stamped_[CgTab::TAB_COUNT] = {};
     std::vector<unsigned char> units_;  // the image of table 1
 };

@@ -1,0 +1,167 @@
+// Images that were damaged: every answer is a failure or other content, never a crash, an
+// over-read, an endless loop or an allocation larger than what is there.
+#include <set>
+
+#include "tests/cgtab/tables_util.h"
+#include "tests/support/test_allocator.h"
+
+namespace lq::test {
+namespace {
+
+constexpr uint32_t kUserArea = 2;
+constexpr size_t kIndexSize = 10001 * sizeof(void*);  // the buckets of an index
+
+using Image = std::vector<unsigned char>;
+
+// Whatever a set says, it says in bounded time.
+void UseEverything(CgTab& tables) {
+    const auto readAll = [&tables](auto line, CgTab::TAB_ID id) {
+        char usr[kUserArea];
+        const int32_t length = CgTabAccess::LengthOf(tables, id);
+        int32_t lines = 0;
+        for (int32_t pos = 0; pos < length && tables.Read(pos, line, lines % 2, usr); ++lines) {
+            ASSERT_LE(lines, length);
+        }
+        tables.SetPos(id, 0);
+        while (tables.Read(line, 0, nullptr)) {
+        }
+        tables.Look(id, "ab", 1);
+    };
+    readAll(CgTab::DBG_INFO(), CgTab::TAB_DBG);
+    readAll(CgTab::POU_LINE(), CgTab::TAB_POU);
+    readAll(CgTab::CMP_LINE(), CgTab::TAB_CMP);
+    readAll(CgTab::GLB_LINE(), CgTab::TAB_GLB);
+    readAll(CgTab::ADR_LINE(), CgTab::TAB_ADR);
+    readAll(CgTab::CstLine(), CgTab::TAB_CST);
+    readAll(CgTab::LBL_LINE(), CgTab::TAB_LBL);
+    readAll(CgTab::TMP_LINE(), CgTab::TAB_TMP);
+    readAll(CgTab::DMM_LINE(), CgTab::TAB_DMM);
+    ArrInfo info;
+    CgTab::ArrDsc array = {&info, 0};
+    for (int32_t pos = 0; CgTabAccess::ReadArray(tables, pos, array);) {
+        info.Clear(ArrInfo::CLEAR_BEGIN);
+    }
+    CgTab::POU_LINE unit;
+    CgTab::CMP_LINE component;
+    CgTab::GLB_LINE global;
+    tables.Look(u"x", &unit, 1);
+    tables.Look(CgTab::kWholeTable, u"x", &component, 1);
+    tables.Look(u"x", &global, 1);
+    const unsigned char byte = 7;
+    tables.Look(CgTab::DBG_INFO{&byte, 1}, nullptr);
+    char16_t zero[] = u"0";
+    tables.Insert(Address(LOC_OUTPUT, SIZE_WORD, zero));
+    Lit lit;
+    lit.SetText(u"x");
+    tables.Insert(lit);
+    tables.Insert(u"x", CgTab::kLabelDefinition);
+    tables.ResetJumps(0);
+    tables.Insert(u"x", IEC_INT, {}, 1);
+    tables.Insert(u"x");
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        MEMSTREAM_A areas;
+        tables.PutUsr(static_cast<CgTab::TAB_ID>(id), areas);
+    }
+    Saved(tables);
+}
+
+void Try(const Image& image) {
+    MEMSTREAM_A stream;
+    Fill(stream, image);
+    auto tables = NewTables(kUserArea);
+    ResetLargestAllocation();
+    tables->Restore(stream);
+    UseEverything(*tables);
+    // The streams of the test double their buffers.
+    EXPECT_LE(LargestAllocation(), std::max(kIndexSize, 4 * image.size() + 8192));
+}
+
+// One set a table, so that each damage is seen from close by, and one of all.
+std::vector<Image> Seeds() {
+    std::vector<Image> seeds;
+    const auto add = [&seeds](auto fill) {
+        auto tables = NewTables(kUserArea);
+        fill(*tables);
+        seeds.push_back(Saved(*tables));
+    };
+    const auto global = [](CgTab& t, uint32_t kind, const char16_t* type) {
+        t.Insert(NewDecl({DS_VAR_GLOBAL, u"x", kind, type, u"", u"%QW0"}).get());
+    };
+    add([](CgTab&) {});
+    add([](CgTab& t) {
+        const unsigned char byte = 7;
+        t.Insert(CgTab::DBG_INFO{&byte, 1});
+    });
+    add([&](CgTab& t) { global(t, DT_ELEMENTARY, u"INT"); });
+    add([&](CgTab& t) { global(t, DT_STRING, u"STRING(5)"); });
+    add([&](CgTab& t) { global(t, DT_ARRAY, u"ARRAY [-1..300] OF STRING(2)"); });
+    add([](CgTab& t) {
+        Lit lit;
+        lit.SetText(u"x");
+        Time time(1, 2.0, 1);
+        lit.val.Set(uint16_t{TK_TIME}, time, 0);
+        t.Insert(lit);
+    });
+    add([](CgTab& t) {
+        t.Insert(u"x", CgTab::LBL_INFO{0});
+        t.Insert(u"x");
+    });
+    add([](CgTab& t) {
+        CgTab::TYP_DSC dsc = {};
+        t.Insert(u"x", IEC_STRING, dsc, 1);
+    });
+    add([&](CgTab& t) {
+        global(t, DT_ELEMENTARY, u"INT");
+        Header header({{DS_VAR_EXTERNAL, u"x", DT_ELEMENTARY, u"INT"},
+                       {DS_VAR, u"y", DT_ARRAY, u"ARRAY [0..1] OF INT"}});
+        POU_LIST list;
+        CgTab::POS_DSC range;
+        CgTabAccess::AppendCmp(t, header.Get(), 0, &list, range, 1);
+    });
+    add([](CgTab& t) {
+        Image unit = {25, 0, 0, 0, 1, 'x', 0};
+        unit.resize(29);
+        MEMSTREAM_A stream;
+        Fill(stream, unit);
+        t.Get(CgTab::TAB_POU, stream, 29);
+        t.Insert(std::u16string(70, u'n').c_str());
+    });
+    return seeds;
+}
+
+class DamagedImage : public testing::TestWithParam<size_t> {};
+
+TEST_P(DamagedImage, ByteByByte) {
+    const Image seed = Seeds()[GetParam()];
+    Try(seed);
+    for (size_t at = 0; at < seed.size(); ++at) {
+        std::set<int> values = {0x00, 0xFF, (seed[at] + 1) & 0xFF};
+        for (int bit = 0; bit < 8; ++bit) {
+            values.insert(seed[at] ^ (1 << bit));
+        }
+        for (const int value : values) {
+            Image image = seed;
+            image[at] = static_cast<unsigned char>(value);
+            SCOPED_TRACE(testing::Message() << "byte " << at << " = " << value);
+            Try(image);
+        }
+        Try({seed.begin(), seed.begin() + static_cast<std::ptrdiff_t>(at)});
+    }
+}
+
+TEST_P(DamagedImage, LengthsAndLinks) {
+    const Image seed = Seeds()[GetParam()];
+    for (size_t at = 0; at + 4 <= seed.size(); ++at) {
+        for (const uint32_t value : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+            Image image = seed;
+            cgtab::StoreU32(image.data() + at, value);
+            SCOPED_TRACE(testing::Message() << "field at " << at << " = " << value);
+            Try(image);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, DamagedImage, testing::Range(size_t{0}, size_t{10}));
+
+}  // namespace
+}  // namespace lq::test
