@@ -36,7 +36,7 @@ Workplace& TheWorkplace() {
 }
 
 fs::path Project(int64_t globals) {
-    const fs::path path = TheWorkplace() / (std::to_string(globals) + ".xml");
+    fs::path path = TheWorkplace() / (std::to_string(globals) + ".xml");
     if (fs::exists(path)) {
         return path;
     }

@@ -83,7 +83,7 @@ int32_t CgTab::Insert(const DBG_INFO& info) {
     return AppendLine(TAB_DBG, line);
 }
 
-int32_t CgTab::Insert(Address adr) {
+int32_t CgTab::Insert(const Address& adr) {
     Line line(TAB_ADR, adr.text ? adr.text : u"");
     line.look.AddKey(adr.location);
     line.look.AddKey(adr.size);

@@ -31,7 +31,7 @@ class Cursor {
   public:
     explicit Cursor(Page* page, uint32_t index = 0) : page_(page), offset_(index) { Normalize(); }
 
-    CNode*& operator*() const { return page_->nodes[offset_]; }
+    CNode*& operator*() const { return page_->nodes[offset_]; }  // NOLINT: never at its end
     Cursor& operator++() {
         ++offset_;
         Normalize();

@@ -30,7 +30,7 @@ SpecView ViewOf(const DECL_TYP* decl) {
     const UNNAMED_TYPE_TYP* type = decl ? decl->type : nullptr;
     void* spec = nullptr;
     GetAttrOfUnnamedType(type, POUH_TYPESPEC, &spec);
-    if (!spec) {
+    if (!type || !spec) {
         return {};
     }
     if (type->kind == DT_SUBRANGE) {

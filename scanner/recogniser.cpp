@@ -35,7 +35,8 @@ constexpr LongOperator kLongOperators[] = {
 constexpr std::array<Recogniser::Lead, 128> MakeLeads() {
     using LeadKind = Recogniser::LeadKind;
     std::array<Recogniser::Lead, 128> leads{};
-    for (char16_t c = 0; c < leads.size(); ++c) {
+    for (unsigned i = 0; i < leads.size(); ++i) {
+        const auto c = static_cast<char16_t>(i);
         if (IsDigit(c)) {
             leads[c].kind = LeadKind::kDigit;
         } else if (lq::chars::HasAsciiClass(c, lq::chars::kLetter) || c == u'_') {

@@ -29,7 +29,7 @@ void Store(Val& v, T field, std::size_t offset = 0) {
 inline bool LoadInteger(const Val& v, int64_t& out) {
     switch (v.type) {
         case VT_SINT:
-            out = Load<int8_t>(v);
+            out = static_cast<int64_t>(Load<int8_t>(v));
             return true;
         case VT_USINT:
             out = Load<uint8_t>(v);

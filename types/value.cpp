@@ -10,7 +10,6 @@
 #include "types/payload.h"
 
 using lq::types::kMsOffset;
-using lq::types::Load;
 using lq::types::LoadInteger;
 using lq::types::Store;
 

@@ -5,7 +5,6 @@
 #include "host/base/streams.h"
 
 using lq::host::Moved;
-using lq::host::Report;
 
 MEMSTREAM_A::~MEMSTREAM_A() {
     lq::Release(data_);

@@ -23,7 +23,7 @@ std::string NameOf(std::string_view expatName) {
         return "{}" + std::string(expatName);
     }
     const std::string_view space = expatName.substr(0, end);
-    const std::string local(expatName.substr(end + 1));
+    std::string local(expatName.substr(end + 1));
     if (space.starts_with(kPlcopen)) {
         return local;
     }

@@ -391,7 +391,7 @@ class LQ_DATA_API CgTab {
     // The position of the line, found or appended; or -1.
 
     int32_t Insert(const DBG_INFO& info);  // always appends
-    int32_t Insert(Address adr);
+    int32_t Insert(const Address& adr);
     // A literal without text counts as one with the empty text.
     int32_t Insert(Lit& lit);
     // A label's definition, once; or a reference to it, which counts.

@@ -110,9 +110,8 @@ void AddTypes(CLI::App& app) {
                RunTypes);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+// Parses the command line and runs the chosen command.
+int Run(int argc, char** argv) {
     CLI::App app("Works with the data of IEC 61131-3 projects.", "lq");
     app.require_subcommand(1);
     app.footer(
@@ -131,17 +130,21 @@ int main(int argc, char** argv) {
         if (e.get_exit_code() == 0) {
             return app.exit(e);  // help
         }
-        std::cerr << "lq: " << e.what() << "; see lq --help\n";
-        return kCannotWork;
+        throw CommandError(std::string(e.what()) + "; see lq --help");
     }
+    const int status = chosen();
+    std::cout.flush();
+    if (!std::cout) {
+        throw CommandError("standard output cannot be written");
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        const int status = chosen();
-        std::cout.flush();
-        if (!std::cout) {
-            std::cerr << "lq: standard output cannot be written\n";
-            return kCannotWork;
-        }
-        return status;
+        return Run(argc, argv);
     } catch (const std::bad_alloc&) {
         std::cerr << "lq: memory is short\n";
     } catch (const std::exception& e) {

@@ -43,6 +43,7 @@ std::string Aligned(const std::vector<std::string>& cells, const std::vector<siz
         }
         line += std::string(isLast ? 0 : kGap, ' ');
     }
+    line.erase(line.find_last_not_of(' ') + 1);
     return line;
 }
 
@@ -78,6 +79,7 @@ Table TableOf(const std::string& title, const std::vector<Table::Column>& column
     Table table{title, columns, {}};
     for (const auto& row : rows) {
         std::vector<std::string> cells;
+        cells.reserve(columns.size());
         for (const Table::Column& column : columns) {
             cells.push_back(Cell(row.at(column.title)));
         }

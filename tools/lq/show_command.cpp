@@ -35,6 +35,7 @@ CgTab::TAB_ID TableByName(const std::string& name) {
 
 std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
     std::vector<CgTab::TAB_ID> ids;
+    ids.reserve(CgTab::TAB_COUNT + names.size());
     for (const std::string& name : names) {
         ids.push_back(TableByName(name));
     }

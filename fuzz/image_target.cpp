@@ -1,0 +1,53 @@
+// An arbitrary image is restored, read, searched, added to and saved.
+#include "fuzz/targets.h"
+#include "host/base/streams.h"
+#include "lq_data/cgtab.h"
+
+namespace lq::fuzz {
+
+namespace {
+
+template <typename Line>
+void ReadAll(CgTab& tables, Line line) {
+    char usr[4];
+    for (int32_t pos = 0; tables.Read(pos, line, 1, usr);) {
+    }
+}
+
+}  // namespace
+
+void Image(const uint8_t* data, size_t size) {
+    MEMSTREAM_A stream;
+    stream.PutBlock(data, static_cast<int32_t>(size), nullptr);
+    uint32_t sizes[CgTab::kUserTables] = {0, 4, 4, 4, 4, 4, 4, 4, 4};
+    int ok = 0;
+    CgTab tables(ok, &sizes);
+    const int restored = tables.Restore(stream);
+    MEMSTREAM_A saved;
+    tables.Save(saved);
+    Require(!restored || std::string_view(reinterpret_cast<const char*>(data), size)
+                             .starts_with({reinterpret_cast<const char*>(saved.GetData()),
+                                           static_cast<size_t>(saved.GetSize())}),
+            "a restored image is saved as it was");
+    ReadAll(tables, CgTab::DBG_INFO());
+    ReadAll(tables, CgTab::POU_LINE());
+    ReadAll(tables, CgTab::CMP_LINE());
+    ReadAll(tables, CgTab::GLB_LINE());
+    ReadAll(tables, CgTab::ADR_LINE());
+    ReadAll(tables, CgTab::CstLine());
+    ReadAll(tables, CgTab::LBL_LINE());
+    ReadAll(tables, CgTab::TMP_LINE());
+    ReadAll(tables, CgTab::DMM_LINE());
+    CgTab::GLB_LINE global;
+    CgTab::CMP_LINE component;
+    tables.Look(u"a", &global, 1);
+    tables.Look(CgTab::kWholeTable, u"a", &component, 1);
+    tables.Insert(u"a", CgTab::kLabelDefinition);
+    tables.Insert(u"a");
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        MEMSTREAM_A areas;
+        tables.PutUsr(static_cast<CgTab::TAB_ID>(id), areas);
+    }
+}
+
+}  // namespace lq::fuzz

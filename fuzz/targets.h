@@ -1,0 +1,98 @@
+// The fuzz targets: each takes arbitrary bytes and aborts when a promise is broken. The same
+// functions run under the fuzzer and, over stored inputs, in the tests.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace lq::fuzz {
+
+using Target = void (*)(const uint8_t* data, size_t size);
+
+void Scanner(const uint8_t* data, size_t size);
+void Value(const uint8_t* data, size_t size);
+void Declaration(const uint8_t* data, size_t size);
+void Image(const uint8_t* data, size_t size);
+void RecordFile(const uint8_t* data, size_t size);
+void List(const uint8_t* data, size_t size);
+void Hash(const uint8_t* data, size_t size);
+void MemberInit(const uint8_t* data, size_t size);
+void Plcopen(const uint8_t* data, size_t size);
+
+struct NamedTarget {
+    const char* name;
+    Target run;
+};
+inline constexpr NamedTarget kTargets[] = {
+    {"scanner", Scanner},
+    {"value", Value},
+    {"declaration", Declaration},
+    {"image", Image},
+    {"record_file", RecordFile},
+    {"list", List},
+    {"hash", Hash},
+    {"member_init", MemberInit},
+    {"plcopen", Plcopen},
+};
+
+// A promise; broken, it ends the run.
+inline void Require(bool holds, const char* promise) {
+    if (!holds) {
+        std::fprintf(stderr, "broken promise: %s\n", promise);
+        std::abort();
+    }
+}
+
+// Takes decisions and texts from the front of the input; at its end everything is 0 or empty.
+class Input {
+  public:
+    Input(const uint8_t* data, size_t size) : at_(data), left_(size) {}
+
+    bool IsEmpty() const { return left_ == 0; }
+    uint8_t Byte() {
+        if (left_ == 0) {
+            return 0;
+        }
+        --left_;
+        return *at_++;
+    }
+    uint32_t Number() {
+        uint32_t number = 0;
+        for (int i = 0; i < 4; ++i) {
+            number = number << 8 | Byte();
+        }
+        return number;
+    }
+    uint32_t Below(uint32_t limit) { return (uint32_t{Byte()} << 8 | Byte()) % limit; }
+    // A text without zeros: up to a zero byte; bytes from 0x80 on begin characters of 16 bits.
+    std::u16string Text() {
+        std::u16string text;
+        while (left_ != 0) {
+            char16_t c = Byte();
+            if (c == 0) {
+                break;
+            }
+            if (c >= 0x80) {
+                c = static_cast<char16_t>((c & 0x7Fu) << 8 | Byte());
+            }
+            text += c == 0 ? u' ' : c;
+        }
+        return text;
+    }
+    std::u16string Rest() {
+        std::u16string text;
+        while (left_ != 0) {
+            text += Text();
+        }
+        return text;
+    }
+
+  private:
+    const uint8_t* at_;
+    size_t left_;
+};
+
+}  // namespace lq::fuzz
