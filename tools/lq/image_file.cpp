@@ -1,7 +1,9 @@
 #include "tools/lq/image_file.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -74,6 +76,23 @@ class BytesStream : public STREAM_A {
     throw CommandError(path + ": cannot be written: " + std::strerror(error));
 }
 
+// Removes the file of that name when a signal ends the program; null for none.
+void RemoveOnSignal(const char* path) {
+    static std::atomic<const char*> unfinished = nullptr;
+    static_assert(std::atomic<const char*>::is_always_lock_free);
+    unfinished = path;
+    for (const int signal : {SIGINT, SIGTERM}) {
+        std::signal(
+            signal, !path ? SIG_DFL : [](int caught) {
+                if (const char* file = unfinished) {
+                    unlink(file);
+                }
+                std::signal(caught, SIG_DFL);
+                std::raise(caught);
+            });
+    }
+}
+
 // The file that is written until it is whole; removed unless it was put in place.
 class TemporaryFile {
   public:
@@ -82,12 +101,14 @@ class TemporaryFile {
         if (descriptor_ < 0) {
             CannotWrite(target_, errno);
         }
+        RemoveOnSignal(path_.c_str());
     }
     ~TemporaryFile() {
         if (descriptor_ >= 0) {
             close(descriptor_);
             unlink(path_.c_str());
         }
+        RemoveOnSignal(nullptr);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
