@@ -33,6 +33,10 @@ class InitCheck {
             case TK_BASED_INTEGER:
             case TK_REAL:
             case TK_IDENTIFIER:
+                if (chars::EqualNoCase(token.text, u"NOT")) {
+                    return true;  // a sign of its own
+                }
+                [[fallthrough]];
             case TK_KEYWORD:
             case TK_ADDRESS:
             case TK_STRING:

@@ -10,7 +10,7 @@ namespace lq::host {
 
 // Whether `name` is an IEC identifier: letters, digits and single underscores, not beginning with a
 // digit, not ending with an underscore, and no keyword in any case.
-LQ_DATA_API LQ_DATA_API bool IsIdentifier(const char16_t* name);
+LQ_DATA_API bool IsIdentifier(const char16_t* name);
 
 // Which beginnings of names the scanner's question is answered with yes for, beyond plain IEC
 // identifiers; null, as at first, for none. For embedders and tests.

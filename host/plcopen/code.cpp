@@ -129,13 +129,13 @@ void ReadCode(Context& context, std::string_view utf8, Language language, uint32
     std::u16string code;
     DecodeUtf8(utf8, code);
     BlankForeignText(code);
+    const auto length = static_cast<int32_t>(code.size());
+    MEMSTREAM_W stream(code.c_str(), length, length, nullptr);  // outlives its scanner
     const std::unique_ptr<CObject> object(Scanner::CreateObject());
     if (!object) {
         throw std::bad_alloc();
     }
     auto& scanner = static_cast<Scanner&>(*object);
-    const auto length = static_cast<int32_t>(code.size());
-    MEMSTREAM_W stream(code.c_str(), length, length, nullptr);
     scanner.Initialize(stream);
     scanner.SetnActLine(static_cast<int>(line));
 
@@ -146,7 +146,6 @@ void ReadCode(Context& context, std::string_view utf8, Language language, uint32
         }
     }
     reader.EndLine();
-    scanner.ReleaseStream();
 }
 
 }  // namespace lq::host::plcopen

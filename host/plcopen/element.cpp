@@ -1,5 +1,7 @@
 #include "host/plcopen/element.h"
 
+#include <algorithm>
+
 namespace lq::host::plcopen {
 
 namespace {
@@ -25,13 +27,28 @@ void AppendProse(const Element& element, std::string& prose) {
     }
 }
 
+void AppendLines(Code& code, std::int64_t count) {
+    if (count > 0) {
+        code.text.append(static_cast<std::size_t>(count), '\n');
+        code.breaks += count;
+    }
+}
+
+// Lines stand where they stand in the file, whatever elements they are made of.
 void AppendCode(const Element& element, Code& code) {
     for (const auto& child : element.children) {
-        if (child->IsText() && code.text.empty()) {
-            code.line = child->line;
+        if (child->IsText()) {
+            if (code.text.empty()) {
+                code.line = child->line;
+            }
+            AppendLines(code, std::int64_t{child->line} - code.line - code.breaks);
+            code.text += child->text;
+            code.breaks += std::count(child->text.begin(), child->text.end(), '\n');
         }
-        code.text += child->text;
         AppendCode(*child, code);
+        if (EndsLine(*child) && !code.text.empty()) {
+            AppendLines(code, 1);
+        }
     }
 }
 

@@ -46,6 +46,7 @@ std::string Prose(const Element& element);
 struct Code {
     std::string text;
     uint32_t line = 0;
+    std::int64_t breaks = 0;  // line breaks in the text
 };
 Code CodeOf(const Element& element);
 

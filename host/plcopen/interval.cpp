@@ -98,13 +98,14 @@ bool IntervalText(std::string_view interval, std::string& text) {
     const std::size_t mark = upper.find('#');
     if (mark != upper.npos) {
         const std::string prefix = upper.substr(0, mark);
-        return (prefix == "T" || prefix == "TIME") && mark + 1 < upper.size();
+        const std::string units = upper.substr(mark + 1);
+        return (prefix == "T" || prefix == "TIME") && !units.empty() && IsUnits(units);
     }
     if (IsUnits(upper)) {
         text = "T#" + text;
         return true;
     }
-    if (upper.starts_with("PT") && IsUnits(upper.substr(2))) {
+    if (upper.size() > 2 && upper.starts_with("PT") && IsUnits(upper.substr(2))) {
         text = "T#" + text.substr(2);
         std::transform(text.begin() + 2, text.end(), text.begin() + 2,
                        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "host/plcopen/iec_text.h"
 
 namespace lq::host::plcopen {
@@ -8,11 +10,12 @@ std::string ValueText(Context& context, const Element& holder);
 
 std::string ElementsText(Context& context, const Element& array) {
     std::string text;
+    const char* separator = "";
     for (const auto& value : array.children) {
         if (value->name != "value") {
             continue;
         }
-        text += text.empty() ? "" : ", ";
+        text += std::exchange(separator, ", ");
         const std::string_view count = Trim(value->Attribute("repetitionValue"));
         const std::string element = ValueText(context, *value);
         text += count.empty() || count == "1" ? element
@@ -23,11 +26,12 @@ std::string ElementsText(Context& context, const Element& array) {
 
 std::string MembersText(Context& context, const Element& structure) {
     std::string text;
+    const char* separator = "";
     for (const auto& value : structure.children) {
         if (value->name != "value") {
             continue;
         }
-        text += text.empty() ? "" : ", ";
+        text += std::exchange(separator, ", ");
         text.append(Required(context, *value, "member")) += " := " + ValueText(context, *value);
     }
     return text;

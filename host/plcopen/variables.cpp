@@ -16,9 +16,16 @@ constexpr struct {
     {"globalVars", Scope::kGlobal},
 };
 
-bool IsSet(const Element& element, std::string_view attribute) {
+bool IsSet(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
-    return value == "true" || value == "1";
+    if (value == "true" || value == "1") {
+        return true;
+    }
+    if (!value.empty() && value != "false" && value != "0") {
+        context.Warn(element, "the attribute " + std::string(attribute) + " of <" + element.name +
+                                  "> is neither true nor false: it was read as false");
+    }
+    return false;
 }
 
 }  // namespace
@@ -30,9 +37,13 @@ Section ReadSection(Context& context, const Element& list) {
             section.scope = row.scope;
         }
     }
-    section.constant = IsSet(list, "constant");
-    section.retain = IsSet(list, "retain") && !IsSet(list, "nonretain");
-    if (IsSet(list, "persistent")) {
+    section.constant = IsSet(context, list, "constant");
+    section.retain = IsSet(context, list, "retain");
+    if (IsSet(context, list, "nonretain") && section.retain) {
+        context.Warn(list, "<" + list.name + "> is retain and nonretain: it was read as nonretain");
+        section.retain = false;
+    }
+    if (IsSet(context, list, "persistent")) {
         context.Warn(list, "<" + list.name +
                                "> is persistent, which has no section keyword: "
                                "it was read as retain");

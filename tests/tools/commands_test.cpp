@@ -14,6 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
 using testing::StartsWith;
 
 std::string Project(const std::string& globals, const std::string& pous = "") {
@@ -150,7 +151,8 @@ TEST(Translate, RefusedDeclarationsAreListed) {
 
 TEST(Translate, AProjectWithoutDeclarations) {
     const Outcome outcome = RunLq("translate - -o empty.lqt", Project(""));
-    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "lq: (standard input): the project has no declarations\n");
     EXPECT_EQ(ReadFile(TestFolder() + "/empty.lqt"), std::string(40, '\0'));
 }
 
@@ -177,6 +179,7 @@ TEST(Show, FindsAComponentInItsUnitOnly) {
     const Outcome none = RunLq("show - --find C.x", project);
     EXPECT_EQ(none.status, 1);
     EXPECT_THAT(none.err, HasSubstr("nothing is called 'C.x'"));
+    EXPECT_EQ(RunLq("show - --json --find C.x", project).status, 1);
 }
 
 TEST(Scan, TokensAndErrors) {
@@ -198,7 +201,7 @@ TEST(Scan, TokensAndErrors) {
     EXPECT_EQ(errors.out,
               "a.st:2: malformed number with a base, or one that needs more than 32 bits: 16#\n"
               "a.st:2: no token begins with this character: {\n");
-    EXPECT_THAT(RunLq("scan - --json", "a").out, HasSubstr("\"kind\": \"identifier\""));
+    EXPECT_THAT(RunLq("scan - --json", "a").out, HasSubstr("\"kind\":\"identifier\""));
 }
 
 TEST(Scan, ReadsTheEncodingsOfSources) {
@@ -213,6 +216,38 @@ TEST(Scan, ReadsTheEncodingsOfSources) {
     const Outcome cut = RunLq("scan -", "ab\xC3");
     EXPECT_EQ(cut.status, 2);
     EXPECT_THAT(cut.err, HasSubstr("at byte 2"));
+}
+
+TEST(Scan, TheMarkOfTheEndMayStandThere) {
+    EXPECT_EQ(RunLq("scan -", "a\x1A").status, 0);
+    const Outcome outcome = RunLq("scan -", "a\n\x1A b");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "1\tidentifier\ta\n");
+    EXPECT_THAT(outcome.err, HasSubstr("(standard input):2: the text behind"));
+}
+
+TEST(Show, AnImageMayBeginAsAnXmlDocumentDoes) {
+    // A first table of 0x3C20 bytes: a blank and a "less than".
+    std::string image = std::string("\x20\x3C\x00\x00", 4) + std::string("\x1C\x3C\x00\x00", 4);
+    image.resize(4 + 0x3C20 + 9 * 4);
+    EXPECT_THAT(RunLq("show - --table names", image).err, Not(HasSubstr("XML")));
+    EXPECT_EQ(RunLq("show - --table names", image).status, 0);
+}
+
+TEST(Value, ReadsConstantsFromStandardInput) {
+    EXPECT_EQ(RunLq("value -", "5\n\n-6\r\n").out, RunLq("value 5 -6").out);
+    EXPECT_EQ(RunLq("value -- -6").out, RunLq("value -6").out);
+}
+
+TEST(Translate, ANameDeclaredTwiceInAUnitIsEnteredOnce) {
+    const std::string unit = "<pou name='P' pouType='program'><interface><localVars>" +
+                             Variable("x") + Variable("X") +
+                             "</localVars></interface><body><ST><p xmlns='http://www.w3.org/1999/"
+                             "xhtml'>;</p></ST></body></pou>";
+    const Outcome outcome = RunLq("translate -", Project("", unit));
+    EXPECT_THAT(outcome.out, HasSubstr("components\t1\t"));
+    EXPECT_THAT(outcome.out, HasSubstr("P\tX\tINT\tthe unit has declared this name before"));
+    EXPECT_THAT(RunLq("translate - -o -", Project("", unit)).err, HasSubstr("P.X: the unit has"));
 }
 
 TEST(Value, WhatIsNoConstantIsReported) {

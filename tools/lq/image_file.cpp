@@ -169,6 +169,15 @@ void CheckLengths(std::string_view bytes, const std::string& path) {
 
 }  // namespace
 
+bool IsImage(std::string_view bytes) {
+    try {
+        CheckLengths(bytes, "");
+        return true;
+    } catch (const CommandError&) {
+        return false;
+    }
+}
+
 void SaveImage(CgTab& tables, const std::string& path) {
     if (path == "-") {
         SaveTo(tables, STDOUT_FILENO, "(standard output)");

@@ -13,6 +13,9 @@ namespace lq::tool {
 // leaves an old file as it was. "-" writes to standard output. Throws CommandError.
 void SaveImage(CgTab& tables, const std::string& path);
 
+// Whether the bytes are an image: the lengths of its tables add up to all of them.
+bool IsImage(std::string_view bytes);
+
 // The tables of an image. Throws CommandError, naming `path`, when the bytes are no whole image.
 std::unique_ptr<CgTab> RestoreImage(std::string_view bytes, const std::string& path);
 

@@ -74,6 +74,14 @@ std::u16string DecodeInput(const std::string& path, std::string_view bytes) {
     return text;
 }
 
+std::u16string DecodeArgument(const std::string& argument) {
+    std::u16string text;
+    if (!host::DecodeUtf8(argument, text).IsFine()) {
+        throw CommandError("an argument is no UTF-8 text");
+    }
+    return text;
+}
+
 bool LooksLikeXml(std::string_view bytes) {
     const auto at = [bytes](size_t i) {
         return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0u;

@@ -19,6 +19,9 @@ std::string ReadInput(const std::string& path);
 // with the place of the first byte that is no text.
 std::u16string DecodeInput(const std::string& path, std::string_view bytes);
 
+// The text of an argument. Throws CommandError when it is no UTF-8.
+std::u16string DecodeArgument(const std::string& argument);
+
 // Whether the bytes begin as an XML document does, rather than as an image of tables.
 bool LooksLikeXml(std::string_view bytes);
 

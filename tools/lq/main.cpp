@@ -1,9 +1,12 @@
 // The command-line tool.
+#include <algorithm>
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -70,9 +73,11 @@ void AddScan(CLI::App& app) {
 
 void AddValue(CLI::App& app) {
     static ValueOptions options;
-    static CLI::App* const command =
-        AddCommand(app, "value", "Shows what the constants TEXT... are and which types hold them",
-                   "lq value 300 -5 T#1h30m 16#FF", options, RunValue);
+    static CLI::App* const command = AddCommand(app, "value",
+                                                "Shows what the constants TEXT... are and which "
+                                                "types hold them; - reads them from standard "
+                                                "input, one a line",
+                                                "lq value 300 -5 T#1h30m 16#FF", options, RunValue);
     command->add_flag("-u,--unsigned", options.unsignedOnly,
                       "Reads integers as bit strings, without a sign");
     command->allow_extras();  // a constant may begin with a sign, as an option does
@@ -125,7 +130,14 @@ int Run(int argc, char** argv) {
     AddTasks(app);
     AddTypes(app);
     try {
-        app.parse(argc, argv);
+        std::vector<std::string> arguments(argv + 1, argv + argc);
+        if (!arguments.empty() && arguments[0] == "value") {
+            // Its constants may begin with a sign anyway, so the mark says nothing new.
+            const auto mark = std::find(arguments.begin(), arguments.end(), "--");
+            arguments.erase(mark, mark == arguments.end() ? mark : mark + 1);
+        }
+        std::reverse(arguments.begin(), arguments.end());
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& e) {
         if (e.get_exit_code() == 0) {
             return app.exit(e);  // help

@@ -88,6 +88,10 @@ Table TableOf(const std::string& title, const std::vector<Table::Column>& column
     return table;
 }
 
+void PrintJson(const nlohmann::ordered_json& document) {
+    PrintLine(document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+}
+
 void ReportFault(const std::string& message) {
     std::cerr << "lq: " << message << '\n';
 }

@@ -30,6 +30,9 @@ Table TableOf(const std::string& title, const std::vector<Table::Column>& column
 
 void Print(const Table& table);
 
+// A JSON document; bytes that are no UTF-8 become replacement characters.
+void PrintJson(const nlohmann::ordered_json& document);
+
 // A fault of the input, on standard error.
 void ReportFault(const std::string& message);
 

@@ -86,11 +86,10 @@ Json InterfaceOf(const PouOptions& options, const std::u16string& name) {
 int RunPou(const PouOptions& options) {
     CurrentProject current;
     const int status = ReadAndReport(options.project, current.project);
-    std::u16string name;
-    host::DecodeUtf8(options.name, name);
+    const std::u16string name = DecodeArgument(options.name);
     const Json unit = options.interfaceOnly ? InterfaceOf(options, name) : HeaderOf(options, name);
     if (options.json) {
-        PrintLine(unit.dump(2));
+        PrintJson(unit);
         return status;
     }
     for (const char* member : {"name", "kind", "comment", "interface comment"}) {
@@ -106,9 +105,8 @@ int RunPou(const PouOptions& options) {
 int RunFb(const FbOptions& options) {
     CurrentProject current;
     const int status = ReadAndReport(options.project, current.project);
-    std::u16string pou, instance;
-    host::DecodeUtf8(options.pou, pou);
-    host::DecodeUtf8(options.instance, instance);
+    const std::u16string pou = DecodeArgument(options.pou);
+    const std::u16string instance = DecodeArgument(options.instance);
     if (!FindPOUByName(pou.c_str()).GetNumber()) {
         throw CommandError("no unit is called '" + options.pou + "'");
     }

@@ -30,6 +30,8 @@ constexpr const char* kKindNames[] = {
 constexpr const char* kLocationNames[] = {"input", "output", "memory"};
 constexpr const char* kSizeNames[] = {"bit", "byte", "word", "double word", "long word"};
 
+constexpr auto kReplace = Json::error_handler_t::replace;
+
 std::string TimeValue(const Token& token) {
     return ValueText(Val(static_cast<uint16_t>(token.kind), *token.GetTime(), 0));
 }
@@ -98,36 +100,37 @@ int RunScan(const ScanOptions& options) {
 
     const std::string name = DisplayName(options.source);
     bool hasErrors = false;
-    Json tokens = Json::array();
-    for (;;) {
-        const Token token = scanner->GetToken();
-        if (token.kind == TK_EOF && scanner->GetStreamPosition() + 1 < length) {
-            // A character that marks the end of the input stands within it.
-            std::cerr << name << ':' << token.line << ": the text behind the character U+001A is "
-                      << "not read\n";
-            hasErrors = true;
-        }
-        if (token.kind == TK_EOF) {
-            break;
-        }
+    if (options.json) {
+        PrintLine("{\"source\": " + Json(name).dump(-1, ' ', false, kReplace) + ", \"tokens\": [");
+    }
+    const char* separator = "";
+    for (Token token = scanner->GetToken(); token.kind != TK_EOF; token = scanner->GetToken()) {
         hasErrors = hasErrors || token.kind == TK_ERROR;
         if (options.errorsOnly && token.kind != TK_ERROR) {
             continue;
         }
         if (options.json) {
-            tokens.push_back(TokenJson(token));
+            PrintLine(separator + TokenJson(token).dump(-1, ' ', false, kReplace));
+            separator = ",";
         } else if (options.errorsOnly) {
             PrintLine(name + ":" + std::to_string(token.line) + ": " + TokenValue(token) + ": " +
                       OneLine(EncodeUtf8(token.text)));
         } else {
-            std::string line = std::to_string(token.line) + "\t" + kKindNames[token.kind] + "\t" +
-                               OneLine(EncodeUtf8(token.text));
+            const std::string line = std::to_string(token.line) + "\t" + kKindNames[token.kind] +
+                                     "\t" + OneLine(EncodeUtf8(token.text));
             const std::string value = OneLine(TokenValue(token));
             PrintLine(value.empty() ? line : line + "\t" + value);
         }
     }
     if (options.json) {
-        PrintLine(Json({{"source", name}, {"tokens", tokens}}).dump(2));
+        PrintLine("]}");
+    }
+    // That character ends the input wherever it stands; old editors put it at the very end.
+    const size_t mark = text.find(Scanner::kEndOfInput);
+    if (mark != text.npos && mark + 1 < text.size()) {
+        std::cerr << name << ':' << scanner->GetnActLine()
+                  << ": the text behind the character U+001A was not read\n";
+        hasErrors = true;
     }
     return hasErrors ? kInputHasFaults : kDone;
 }

@@ -48,7 +48,7 @@ std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
 // The input's tables: an image's, or those that a project translates to.
 std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
     const std::string bytes = ReadInput(options.input);
-    if (!LooksLikeXml(bytes)) {
+    if (IsImage(bytes) || !LooksLikeXml(bytes)) {
         return RestoreImage(bytes, options.input);
     }
     std::vector<host::Report> reports;
@@ -58,11 +58,7 @@ std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
     for (const host::Report& report : reports) {
         std::cerr << host::ToText(report) << '\n';
     }
-    for (const Refusal& refusal : translation.refusals) {
-        std::cerr << DisplayName(options.input) << ':' << refusal.line << ": " << refusal.list
-                  << (refusal.name.empty() ? "" : ".") << refusal.name << ": " << refusal.reason
-                  << '\n';
-    }
+    PrintRefusals(DisplayName(options.input), translation.refusals);
     if (!reports.empty() || !translation.refusals.empty()) {
         status = kInputHasFaults;
     }
@@ -78,8 +74,12 @@ int RunShow(const ShowOptions& options) {
     if (!options.save.empty()) {
         SaveImage(*tables, options.save);
     }
+    if (options.save == "-") {
+        return status;  // the image alone
+    }
     Json document = Json::object();
     bool isFirst = true;
+    bool isFound = options.find.empty();
     for (const CgTab::TAB_ID id : ids) {
         TableRows rows = RowsOf(*tables, id);
         if (rows.damagedAt) {
@@ -96,6 +96,7 @@ int RunShow(const ShowOptions& options) {
             if (rows.rows.empty()) {
                 continue;
             }
+            isFound = true;
         }
         if (options.json) {
             document[std::string(kTableNames[id])] =
@@ -113,11 +114,13 @@ int RunShow(const ShowOptions& options) {
         }
     }
     if (options.json) {
-        PrintLine(document.dump(2));
-    } else if (isFirst && !options.find.empty()) {
-        std::cerr << DisplayName(options.input) << ": nothing is called '" << options.find << "'\n";
+        PrintJson(document);
     }
-    return isFirst && !options.json && !options.find.empty() ? kInputHasFaults : status;
+    if (!isFound) {
+        std::cerr << DisplayName(options.input) << ": nothing is called '" << options.find << "'\n";
+        status = kInputHasFaults;
+    }
+    return status;
 }
 
 }  // namespace lq::tool

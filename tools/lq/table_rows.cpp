@@ -7,6 +7,7 @@
 #include "frame/chars.h"
 #include "host/text/utf.h"
 #include "tools/lq/describe.h"
+#include "tools/lq/input.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -239,8 +240,7 @@ TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id) {
 }
 
 void KeepNamed(TableRows& rows, const std::string& name) {
-    std::u16string wanted;
-    host::DecodeUtf8(name, wanted);
+    const std::u16string wanted = DecodeArgument(name);
     const size_t point = wanted.find(u'.');
     const std::u16string unit = wanted.substr(0, point);
     const std::u16string component = point == wanted.npos ? u"" : wanted.substr(point + 1);

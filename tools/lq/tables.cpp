@@ -5,6 +5,7 @@
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
+#include "host/text/utf.h"
 #include "lq_data/pouh.h"
 
 namespace lq::tool {
@@ -70,7 +71,8 @@ bool UnitPosition::From(const CgTab::DBG_INFO& info) {
     line = LoadU32(info.data);
     kind = info.data[4];
     name.assign(reinterpret_cast<const char*>(info.data) + kPositionHead, info.len - kPositionHead);
-    return true;
+    std::u16string text;
+    return host::DecodeUtf8(name, text).IsFine();
 }
 
 std::vector<unsigned char> UnitPosition::Bytes() const {

@@ -58,7 +58,7 @@ int RunTasks(const TasksOptions& options) {
         }
     }
     if (options.json) {
-        PrintLine(rows.dump(2));
+        PrintJson(rows);
         return status;
     }
     Print(TableOf("",

@@ -87,13 +87,17 @@ int RunTranslate(const TranslateOptions& options) {
     for (const host::Report& report : reports) {
         std::cerr << host::ToText(report) << '\n';
     }
-    // The image itself may go to standard output; the summary must not follow it there.
-    if (options.output != "-") {
-        if (options.json) {
-            PrintLine(SummaryJson(options, translation, reports).dump(2));
-        } else {
-            PrintSummary(translation);
-        }
+    if (options.output == "-") {
+        // The image is on standard output; nothing must follow it there.
+        PrintRefusals(DisplayName(options.project), translation.refusals);
+    } else if (options.json) {
+        PrintJson(SummaryJson(options, translation, reports));
+    } else {
+        PrintSummary(translation);
+    }
+    if (translation.declarations == 0) {
+        ReportFault(DisplayName(options.project) + ": the project has no declarations");
+        return kInputHasFaults;
     }
     return translation.refusals.empty() && reports.empty() ? kDone : kInputHasFaults;
 }

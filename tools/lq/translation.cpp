@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iostream>
 #include <new>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
@@ -186,17 +188,25 @@ class Translator {
     };
     using Components = std::unordered_map<std::u16string, Component>;
 
-    // Takes the declarations with erroneous names, which the loader has marked, out of the header.
-    static void DropMarkedNames(FLIST* decls) {
-        for (DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;) {
-            if (pouh::TextOf(decl, POUH_NAME)[0] == kErrorMark) {
-                RemoveElementOfList(decls, nullptr, &decl, LC_EQUAL, 0);
+    // Takes the declarations with erroneous names, which the loader has marked, and those whose
+    // name was declared before out of the header.
+    static void DropUnusable(POU_HEADER_TYP* header) {
+        FLIST* all = pouh::ListOf(header);
+        FLIST* kept = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
+        std::unordered_set<std::u16string> names;
+        for (DECL_TYP* decl = pouh::DeclAt(all, LC_FIRST); decl;
+             decl = pouh::DeclAt(all, LC_NEXT)) {
+            const char16_t* name = pouh::TextOf(decl, POUH_NAME);
+            if (name[0] == kErrorMark || !names.insert(Upper(name)).second) {
                 DestroyDecl(decl);
-                decl = pouh::DeclAt(decls, LC_FIRST);
-            } else {
-                decl = pouh::DeclAt(decls, LC_NEXT);
+            } else if (!InsertElementOfList(kept, &decl, LC_LAST, 0)) {
+                throw std::bad_alloc();
             }
         }
+        POUH_DECL_LIST_TYP* record = nullptr;
+        GetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
+        SetAttrOfPOUHDeclList(record, POUH_LIST, &kept);
+        DestroyList(all);
     }
 
     Components ComponentsOf(const host::Pou& pou, FLIST* decls) const {
@@ -218,9 +228,8 @@ class Translator {
     }
 
     void EnterComponents(const host::Pou& pou, POU_HEADER_TYP* header, uint32_t kind) {
-        FLIST* decls = pouh::ListOf(header);
-        DropMarkedNames(decls);
-        const Components components = ComponentsOf(pou, decls);
+        DropUnusable(header);
+        const Components components = ComponentsOf(pou, pouh::ListOf(header));
         CheckComponents(pou, components);
         POU_LIST instances;
         CgTab::POS_DSC range = {};
@@ -343,7 +352,8 @@ class Translator {
             if (source.section.scope != host::Scope::kTemp) {
                 continue;
             }
-            const DECL_TYP* decl = components.at(Upper(source.name)).decl;
+            const Component& component = components.at(Upper(source.name));
+            const DECL_TYP* decl = component.source == &source ? component.decl : nullptr;
             IEC_TYPE type = IEC_NO_TYPE;
             CgTab::TYP_DSC dsc = {};
             DeclFault fault = DeclFault::kNone;
@@ -401,6 +411,14 @@ class Translator {
 };
 
 }  // namespace
+
+void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals) {
+    for (const Refusal& refusal : refusals) {
+        std::cerr << file << ':' << refusal.line << ": " << refusal.list
+                  << (refusal.name.empty() ? "" : ".") << refusal.name << ": " << refusal.reason
+                  << '\n';
+    }
+}
 
 Translation Translate(host::Project& project) {
     host::SetProject(&project);

@@ -26,6 +26,9 @@ struct Translation {
     uint32_t declarations = 0;      // that were to be entered
 };
 
+// One line a refusal on standard error, in the form that editors jump to.
+void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals);
+
 // Fills a new table set from the project: its globals, with their address, constant and array
 // lines; the units with their components; labels and jumps of their bodies and their temporaries,
 // under names in front of which the unit's stands ("Unit.L1"); the user types and function block

@@ -36,7 +36,7 @@ int RunTypes(const TypesOptions& options) {
                         {"set", HexSet(static_cast<uint32_t>(MapTypeToBitset(dsc->id)))}});
     }
     if (options.json) {
-        PrintLine(rows.dump(2));
+        PrintJson(rows);
     } else {
         Print(TableOf("", {{"number", true}, {"name"}, {"kind"}, {"size", true}, {"set"}}, rows));
     }

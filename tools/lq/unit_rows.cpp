@@ -1,5 +1,7 @@
 #include "tools/lq/unit_rows.h"
 
+#include <algorithm>
+
 #include "cgtab/cgtab_access.h"
 #include "host/text/utf.h"
 
@@ -14,17 +16,18 @@ bool Holds(const UnitSection& section, const Json& component) {
     return pos >= section.info.start && pos < section.info.end;
 }
 
-// The components of the unit of a row.
+// The components of the unit of a row; components are in the order of their positions.
 TableRows ComponentsOf(const Json& unit, const TableRows& components) {
-    const UnitSection section = {
-        "", {unit.at("start").get<uint32_t>(), unit.at("end").get<uint32_t>(), 0, 0, 0}};
     TableRows own;
     own.id = components.id;
     own.columns = components.columns;
-    for (const Json& row : components.rows) {
-        if (Holds(section, row)) {
-            own.rows.push_back(row);
-        }
+    const auto start = unit.at("start").get<int64_t>();
+    const auto end = unit.at("end").get<int64_t>();
+    const auto posOf = [](const Json& row) { return row.at("pos").get<int64_t>(); };
+    auto at = std::partition_point(components.rows.begin(), components.rows.end(),
+                                   [&](const Json& row) { return posOf(row) < start; });
+    for (; at != components.rows.end() && posOf(*at) < end; ++at) {
+        own.rows.push_back(*at);
     }
     return own;
 }

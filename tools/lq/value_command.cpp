@@ -1,5 +1,6 @@
 #include <cstring>
 #include <iostream>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -9,6 +10,7 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/constant_types.h"
 #include "tools/lq/describe.h"
+#include "tools/lq/input.h"
 #include "tools/lq/output.h"
 
 namespace lq::tool {
@@ -52,22 +54,36 @@ std::string PayloadText(const Val& value) {
     }
 }
 
+// One constant a line; empty lines are none.
+std::vector<std::string> LinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream input(text);
+    for (std::string line; std::getline(input, line);) {
+        line.erase(line.find_last_not_of(" \t\r") + 1);
+        if (!line.empty()) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
 }  // namespace
 
 int RunValue(const ValueOptions& options) {
     if (options.texts.empty()) {
         throw CommandError("value: no constant was given; see lq value --help");
     }
+    std::vector<std::string> texts = options.texts;
+    if (texts == std::vector<std::string>{"-"}) {
+        texts = LinesOf(ReadInput("-"));
+    }
     int status = kDone;
     Json results = Json::array();
     Table table;
     table.columns = {{"constant"}, {"class"},       {"value"},   {"text"},
                      {"types"},    {"single type"}, {"smallest"}};
-    for (const std::string& text : options.texts) {
-        std::u16string source;
-        if (!host::DecodeUtf8(text, source).IsFine()) {
-            throw CommandError("the argument '" + OneLine(text) + "' is no UTF-8 text");
-        }
+    for (const std::string& text : texts) {
+        const std::u16string source = DecodeArgument(text);
         Val value;
         if (!value.Set(source.c_str(), options.unsignedOnly ? 1 : 0)) {
             std::cerr << "lq: '" << text << "' is no constant\n";
@@ -86,7 +102,7 @@ int RunValue(const ValueOptions& options) {
                               ValueText(value), Join(types.all), types.single, types.smallest});
     }
     if (options.json) {
-        PrintLine(results.dump(2));
+        PrintJson(results);
     } else if (!table.rows.empty()) {
         Print(table);
     }

@@ -29,6 +29,22 @@ std::string Code(const std::string& language, const std::string& code) {
            "></body>";
 }
 
+TEST(Bodies, OfSeveralParagraphsHaveTheirLines) {
+    for (const char* body : {
+             "<body><IL>\n<xhtml:p>L1: LD a</xhtml:p>\n<xhtml:p>JMPC L1</xhtml:p>\n"
+             "<xhtml:p>L2: ST b</xhtml:p>\n</IL></body>",
+             "<body><IL><xhtml:p>L1: LD a<xhtml:br/>JMPC L1<xhtml:br/>L2: ST "
+             "b</xhtml:p></IL></body>",
+         }) {
+        const ReadProject read(PouDocument("", body));
+        const Pou* pou = read.project.GetPou(read.project.FindPou(u"P"));
+        ASSERT_NE(pou, nullptr);
+        ASSERT_EQ(pou->bodies.size(), 1u);
+        EXPECT_EQ(pou->bodies[0].labels.size(), 2u) << body;
+        EXPECT_EQ(pou->bodies[0].jumps.size(), 1u) << body;
+    }
+}
+
 TEST(Bodies, OfIlHaveLabelsJumpsAndCalls) {
     constexpr struct {
         std::string_view code;
