@@ -1,4 +1,5 @@
 // Units, indexes, use counts; and tables when memory runs out.
+#include "host/base/check_scanner.h"
 #include "host/model/project.h"
 #include "tests/cgtab/tables_util.h"
 #include "tests/support/test_allocator.h"
@@ -98,10 +99,16 @@ TEST(Lookup, ASearchBehindAPositionThatIsTaken) {
               "0C 00 00 00 01 00 62 00 02 00 00 00 62 62 62 62");
 }
 
+// Those that the process keeps.
+void ReleaseScanners() {
+    CgTab_ReleaseTokenScanner();
+    host::DestroyCheckScanner();
+}
+
 // Every allocation fails in turn: a result is either right or a failure, and a table never holds
 // half a line.
 TEST(TablesMemory, EveryFailureLeavesWholeTables) {
-    CgTab_ReleaseTokenScanner();
+    ReleaseScanners();
     const DeclPtr decl =
         NewDecl({DS_VAR_GLOBAL, u"x", DT_ARRAY, u"ARRAY [1..3] OF STRING(5)", u"['a']", u"%QW5"});
     Header header({{DS_VAR, u"s", DT_STRUCTURE, u"Motor", u"a := 1"},
@@ -114,7 +121,7 @@ TEST(TablesMemory, EveryFailureLeavesWholeTables) {
             CgTab tables(ok, nullptr);
             if (!ok) {
                 EXPECT_TRUE(failing.HasFailed());
-                CgTab_ReleaseTokenScanner();
+                ReleaseScanners();
                 return;
             }
             const int32_t global = tables.Insert(decl.get());
@@ -149,7 +156,7 @@ TEST(TablesMemory, EveryFailureLeavesWholeTables) {
                 EXPECT_EQ(at, length) << "table " << id;
             }
         }
-        CgTab_ReleaseTokenScanner();
+        ReleaseScanners();
     });
     EXPECT_GT(rounds, 40);
 }
