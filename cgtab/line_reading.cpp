@@ -19,7 +19,9 @@ constexpr unsigned kStayAtUser = 2;  // leave the table at the user area
 constexpr uint32_t kShortName = 64;  // characters that the inline buffer takes
 
 void CopyName(const unsigned char* name, uint32_t length, char16_t* to) {
-    std::memcpy(to, name, length * sizeof(char16_t));
+    if (name) {
+        std::memcpy(to, name, length * sizeof(char16_t));
+    }
     to[length] = 0;
 }
 

@@ -217,17 +217,19 @@ bool Reader::OpenResource(const Element& element) {
 // -- Parts ----------------------------------------------------------------------------------------
 
 // The format has no mark for the implicit parameters EN and ENO: a function or function block that
-// declares both has them.
+// declares both has them. One with a comment, value or address of its own is a declaration, so that
+// these are kept.
 bool Reader::IsImplicit(const Declaration& declaration) const {
     const Scope scope = declaration.section.scope;
-    return project_.GetPou(pou_)->kind != LQ_KIND_PROGRAM &&
+    const bool isPlain = !*declaration.comment && !*declaration.initValue && !*declaration.address;
+    return isPlain && project_.GetPou(pou_)->kind != LQ_KIND_PROGRAM &&
            chars::EqualNoCase(declaration.type, u"BOOL") &&
            ((scope == Scope::kInput && chars::EqualNoCase(declaration.name, u"EN")) ||
             (scope == Scope::kOutput && chars::EqualNoCase(declaration.name, u"ENO")));
 }
 
 void Reader::CloseInterface(const Element&) {
-    if (implicit_.size() == 2 && implicit_[0].section != implicit_[1].section) {
+    if (implicit_.size() == 2 && implicit_[0].section.scope != implicit_[1].section.scope) {
         project_.EditPou(pou_)->eno = true;
     } else {
         for (const Declaration& declaration : implicit_) {

@@ -66,6 +66,9 @@ TEST(Sections, EnAndEnoAreTheFlag) {
     const std::string en =
         "<inputVars><variable name=\"EN\"><type><BOOL/></type></variable>"
         "</inputVars>";
+    const std::string enOn =
+        "<inputVars><variable name=\"EN\"><type><BOOL/></type><initialValue>"
+        "<simpleValue value=\"TRUE\"/></initialValue></variable></inputVars>";
     const std::string eno =
         "<outputVars><variable name=\"eno\"><type><BOOL/></type></variable>"
         "</outputVars>";
@@ -75,9 +78,13 @@ TEST(Sections, EnAndEnoAreTheFlag) {
         bool flag;
         std::size_t declarations;
     } cases[] = {
-        {en + eno, "functionBlock", true, 0}, {eno + en, "function", true, 0},
-        {en, "function", false, 1},           {eno, "functionBlock", false, 1},
-        {en + en, "functionBlock", false, 2}, {en + eno, "program", false, 2},
+        {en + eno, "functionBlock", true, 0},
+        {eno + en, "function", true, 0},
+        {en, "function", false, 1},
+        {eno, "functionBlock", false, 1},
+        {en + en, "functionBlock", false, 2},
+        {en + eno, "program", false, 2},
+        {enOn + eno, "functionBlock", false, 2},
     };
     for (const auto& c : cases) {
         const ReadProject read(PouDocument(c.interface, "", c.pouType));
