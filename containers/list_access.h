@@ -42,6 +42,7 @@ struct ListAccess {
     static void* InsertBehind(FLIST& list, const void* value, CGList::CNode* node);
     static void Remove(FLIST& list, CGList::CNode* node);
 
+    static const CGList::CNode* Head(const FLIST& list) { return list.body_->head_; }
     static uint32_t CurrentIndex(const FLIST& list) { return list.body_->index_; }
     static LIST_CALLBACK DefaultCallback(const FLIST& list) { return list.body_->defaultCallback_; }
     static bool Check(const FLIST& list) { return list.Check(); }

@@ -1,8 +1,9 @@
-// Operation sequences on the containers and the record file, beside plain models.
+// Operation sequences on the record file and the hash table, beside plain models.
 #include <algorithm>
 #include <map>
 #include <vector>
 
+#include "containers/hash_table_access.h"
 #include "fuzz/targets.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
@@ -66,67 +67,6 @@ void RecordFile(const uint8_t* data, size_t size) {
     }
 }
 
-void List(const uint8_t* data, size_t size) {
-    Input input(data, size);
-    FLIST* list = CreateList(0, LET_SIGNED_8, 0, nullptr);
-    std::vector<int32_t> model;
-    while (!input.IsEmpty()) {
-        const auto value = static_cast<int32_t>(input.Below(16));
-        const uint32_t index = input.Below(20);
-        const auto param = static_cast<int32_t>(index);
-        const bool exists = index >= 1 && index <= model.size();
-        const auto place = model.begin() + (exists ? param - 1 : 0);
-        switch (input.Below(6)) {
-            case 0:
-                Require(InsertElementOfList(list, &value, LC_LAST, 0) == model.size() + 1,
-                        "append");
-                model.push_back(value);
-                break;
-            case 1:
-                InsertElementOfList(list, &value, LC_AT_INDEX, param);
-                model.insert(exists ? place : model.end(), value);
-                break;
-            case 2:
-                Require(RemoveElementOfList(list, nullptr, nullptr, LC_AT_INDEX, param) ==
-                            (exists ? index : 0),
-                        "remove");
-                if (exists) {
-                    model.erase(place);
-                }
-                break;
-            case 3: {
-                int32_t found = 0;
-                Require(FindElementOfList(list, &found, nullptr, LC_AT_INDEX, param) ==
-                            (exists ? index : 0),
-                        "find at an index");
-                Require(!exists || found == *place, "find what was inserted");
-                break;
-            }
-            case 4:
-                Require(SortElementOfList(list, LC_EQUAL, 0) == model.size(), "sort");
-                std::sort(model.begin(), model.end());
-                break;
-            default: {
-                const auto first = std::find_if(model.begin(), model.end(),
-                                                [value](int32_t v) { return v >= value; });
-                const auto expected =
-                    first == model.end() ? 0 : static_cast<uint32_t>(first - model.begin() + 1);
-                Require(FindElementOfList(list, nullptr, &value, LC_NOT_LESS, 0) == expected,
-                        "the first not less");
-            }
-        }
-        Require(CardinalityOfList(list) == model.size(), "the count");
-    }
-    std::vector<int32_t> content;
-    void* slot = nullptr;
-    for (uint32_t at = ListGet(list, slot, nullptr, LC_FIRST, 0); at != 0;
-         at = ListGet(list, slot, nullptr, LC_NEXT, 0)) {
-        content.push_back(*static_cast<int32_t*>(slot));
-    }
-    Require(content == model, "a walk gives the content");
-    DestroyList(list);
-}
-
 void Hash(const uint8_t* data, size_t size) {
     Input input(data, size);
     HashTable table(input.Below(7) + 1, 1);
@@ -162,6 +102,7 @@ void Hash(const uint8_t* data, size_t size) {
             }
         }
         Require(table.GetCount() == static_cast<int32_t>(model.size()), "the count");
+        Require(containers::HashTableAccess::Check(table), "the table is sound");
     }
     size_t visited = 0;
     for (void* pos = table.GetStartPosition(); pos; ++visited) {

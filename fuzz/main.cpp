@@ -1,7 +1,23 @@
-// One target as a program of the fuzzer; LQ_FUZZ_TARGET is its function.
+// One target as a program of the fuzzer; LQ_FUZZ_TARGET is its name.
+#include <string_view>
+
 #include "fuzz/targets.h"
 
+namespace {
+
+lq::fuzz::Target Find(std::string_view name) {
+    for (const auto& target : lq::fuzz::kTargets) {
+        if (target.name == name) {
+            return target.run;
+        }
+    }
+    std::abort();
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    lq::fuzz::LQ_FUZZ_TARGET(data, size);
+    static const lq::fuzz::Target run = Find(LQ_FUZZ_TARGET);
+    run(data, size);
     return 0;
 }

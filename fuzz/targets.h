@@ -18,6 +18,7 @@ void Declaration(const uint8_t* data, size_t size);
 void Image(const uint8_t* data, size_t size);
 void RecordFile(const uint8_t* data, size_t size);
 void List(const uint8_t* data, size_t size);
+void PairedList(const uint8_t* data, size_t size);
 void Hash(const uint8_t* data, size_t size);
 void MemberInit(const uint8_t* data, size_t size);
 void Plcopen(const uint8_t* data, size_t size);
@@ -27,15 +28,11 @@ struct NamedTarget {
     Target run;
 };
 inline constexpr NamedTarget kTargets[] = {
-    {"scanner", Scanner},
-    {"value", Value},
-    {"declaration", Declaration},
-    {"image", Image},
-    {"record_file", RecordFile},
-    {"list", List},
-    {"hash", Hash},
-    {"member_init", MemberInit},
-    {"plcopen", Plcopen},
+    {"scanner", Scanner},         {"value", Value},
+    {"declaration", Declaration}, {"image", Image},
+    {"record_file", RecordFile},  {"list", List},
+    {"paired_list", PairedList},  {"hash", Hash},
+    {"member_init", MemberInit},  {"plcopen", Plcopen},
 };
 
 // A promise; broken, it ends the run.

@@ -1,4 +1,5 @@
 // Constants, declarations and member initial values from arbitrary texts.
+#include <cmath>
 #include <cstring>
 
 #include "cgtab/cgtab_access.h"
@@ -9,7 +10,32 @@
 
 namespace lq::fuzz {
 
-// What reads as an integer or truth value and is printed reads back equal.
+namespace {
+
+// The printed forms that are constants of the value's own class again. Durations, dates and times
+// of day print as plain counts, which read as integers of that number.
+bool IsSame(const Val& value, const Val& again) {
+    Val a = value;
+    Val b = again;
+    uint32_t number = 0;
+    uint32_t count = 0;
+    if (value.type >= VT_TIME) {
+        return b.GetAnyNumberValue(count) && a.GetAnyNumberValue(number) && count == number;
+    }
+    if (value.type != VT_LREAL) {
+        return again.type == value.type && std::memcmp(again.payload, value.payload, 4) == 0;
+    }
+    double printed = 0;
+    double read = 0;
+    std::memcpy(&printed, value.payload, sizeof printed);
+    std::memcpy(&read, again.payload, sizeof read);
+    // Sixteen digits are one short of what tells any two neighbours apart.
+    return again.type == VT_LREAL && std::abs(read - printed) <= std::abs(printed) * 1e-15;
+}
+
+}  // namespace
+
+// What is a constant and is printed reads back equal.
 void Value(const uint8_t* data, size_t size) {
     Input input(data, size);
     const int unsignedOnly = input.Byte() & 1;
@@ -19,15 +45,17 @@ void Value(const uint8_t* data, size_t size) {
     Require((read != 0) == (value.type != VT_NONE), "no result without a value");
     CLQString printed;
     const int hasText = value.GetCValue_LQ(&printed);
-    uint32_t number = 0;
-    value.GetAnyNumberValue(number);
-    if (!read || !hasText || value.type > VT_UDINT) {
+    Require(hasText == read, "what was read has a text");
+    const std::u16string_view form = printed.GetText();
+    // A whole or infinite real prints as no IEC real.
+    if (!read || (value.type == VT_LREAL && form.find(u'.') == form.npos)) {
         return;
     }
     Val again;
-    Require(again.Set(printed.GetText(), unsignedOnly) != 0, "a printed value reads");
-    Require(again.type == value.type && std::memcmp(again.payload, value.payload, 4) == 0,
-            "a printed value reads back equal");
+    // A negative real or count has a sign, which an unsigned constant may not have.
+    Require(again.Set(printed.GetText(), value.type < VT_LREAL ? unsignedOnly : 0) != 0,
+            "a printed value reads");
+    Require(IsSame(value, again), "a printed value reads back equal");
 }
 
 void Declaration(const uint8_t* data, size_t size) {
