@@ -1,6 +1,5 @@
-// Chains of entries, the newest in front. The hash shifts and mixes the key's bytes; names that end
-// in running numbers share few of its values, so an entry remembers the whole hash, which settles
-// most comparisons without a look at the key.
+// Chains of entries, the newest in front. The chains order the iteration; hash_directory.cpp finds
+// entries without them.
 #include <array>
 #include <cstring>
 
@@ -104,6 +103,8 @@ void HashTable::RemoveAll() {
     buckets_ = nullptr;
     count_ = 0;
     freeList_ = nullptr;
+    DropDirectory();
+    hasDirectory_ = true;
     DeleteBlocks();
 }
 
@@ -114,36 +115,32 @@ uint32_t HashTable::FullHash(const char16_t* key) const {
     return caseSensitive_ ? Hash(key, [](char16_t c) { return c; }) : Hash(key, chars::ToUpper);
 }
 
-bool HashTable::IsEqual(const CAssoc& entry, const char16_t* key, uint32_t hash) const {
-    if (entry.hash != hash) {
-        return false;
-    }
-    return caseSensitive_ ? chars::Equal(entry.key, key) : chars::EqualNoCase(entry.key, key);
+bool HashTable::IsEqual(const char16_t* a, const char16_t* b) const {
+    return caseSensitive_ ? chars::Equal(a, b) : chars::EqualNoCase(a, b);
 }
 
-HashTable::CAssoc* HashTable::FindFrom(CAssoc* entry, const char16_t* key, uint32_t hash) const {
-    if (!key) {
-        return nullptr;
-    }
-    while (entry && !IsEqual(*entry, key, hash)) {
+HashTable::CAssoc* HashTable::FindInChain(CAssoc* entry, const char16_t* key) const {
+    while (entry && !IsEqual(entry->key, key)) {
         entry = entry->next;
     }
     return entry;
 }
 
 HashTable::CAssoc* HashTable::GetAssocAt(const char16_t* key, unsigned int& bucket) const {
-    const uint32_t hash = FullHash(key);
-    bucket = hash % size_;
-    return Find(key, hash);
+    bucket = HashIndex(key);
+    return Find(KeyOf(key));
 }
 
-HashTable::CAssoc* HashTable::Find(const char16_t* key, uint32_t hash) const {
-    return buckets_ ? FindFrom(buckets_[hash % size_], key, hash) : nullptr;
+HashTable::CAssoc* HashTable::Find(const KEY& key) const {
+    if (!key.text || count_ == 0) {
+        return nullptr;
+    }
+    return hasDirectory_ ? SlotOf(key)->entry
+                         : FindInChain(buckets_[HashIndex(key.text)], key.text);
 }
 
 int HashTable::Lookup(const char16_t* key, uint32_t& value) const {
-    unsigned int bucket;
-    const CAssoc* entry = GetAssocAt(key, bucket);
+    const CAssoc* entry = Find(KeyOf(key));
     if (!entry) {
         return 0;
     }
@@ -157,26 +154,27 @@ int32_t HashTable::GetID(const char16_t* key) const {
 }
 
 int32_t HashTable::GetPos(const char16_t* key, void*& pos) const {
-    unsigned int bucket;
-    CAssoc* entry = GetAssocAt(key, bucket);
+    CAssoc* entry = Find(KeyOf(key));
     pos = entry;
     return entry ? static_cast<int32_t>(entry->value) : kNotFound;
 }
 
 int32_t HashTable::GetNext(const char16_t* key, void*& pos) const {
-    if (!pos) {
+    if (!pos || !key) {
+        pos = nullptr;
         return kNotFound;
     }
-    CAssoc* entry = FindFrom(static_cast<CAssoc*>(pos)->next, key, FullHash(key));
+    const CAssoc* at = static_cast<CAssoc*>(pos);
+    CAssoc* entry = hasDirectory_ && IsEqual(at->key, key) ? at->older : FindInChain(at->next, key);
     pos = entry;
     return entry ? static_cast<int32_t>(entry->value) : kNotFound;
 }
 
-uint32_t& HashTable::operator[](const char16_t* key) {
-    const uint32_t hash = FullHash(key);
-    CAssoc* entry = Find(key, hash);
+uint32_t& HashTable::operator[](const char16_t* text) {
+    const KEY key = KeyOf(text);
+    CAssoc* entry = Find(key);
     if (!entry) {
-        entry = Enter(key, hash, 0);
+        entry = Enter(key, 0);
     }
     if (!entry) {
         noEntry_ = 0;
@@ -185,30 +183,35 @@ uint32_t& HashTable::operator[](const char16_t* key) {
     return entry->value;
 }
 
-const char16_t* HashTable::Insert(const char16_t* key, int32_t id, int allowDuplicate) {
-    const uint32_t hash = FullHash(key);
-    if (!allowDuplicate && Find(key, hash)) {
+const char16_t* HashTable::Insert(const char16_t* text, int32_t id, int allowDuplicate) {
+    const KEY key = KeyOf(text);
+    if (!allowDuplicate && Find(key)) {
         return nullptr;
     }
-    const CAssoc* entry = Enter(key, hash, static_cast<uint32_t>(id));
+    const CAssoc* entry = Enter(key, static_cast<uint32_t>(id));
     return entry ? entry->key : nullptr;
 }
 
-HashTable::CAssoc* HashTable::Enter(const char16_t* key, uint32_t hash, uint32_t value) {
-    if (!key) {
+HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value) {
+    if (!key.text) {
         return nullptr;
     }
     if (!buckets_) {
         InitHashTable(size_);
     }
-    CAssoc* entry = buckets_ ? NewAssoc(key, value) : nullptr;
+    CAssoc* entry = buckets_ && ReserveSlot() ? TakeEntry(key, value) : nullptr;
     if (!entry) {
         return nullptr;
     }
-    entry->hash = hash;
-    entry->bucket = hash % size_;
+    entry->bucket = HashIndex(key.text);
     entry->next = buckets_[entry->bucket];
     buckets_[entry->bucket] = entry;
+    if (hasDirectory_) {
+        SLOT* const slot = SlotOf(key);
+        entry->older = slot->entry;
+        keyCount_ += slot->entry ? 0 : 1;
+        *slot = {entry, key.hash};
+    }
     return entry;
 }
 
@@ -221,22 +224,40 @@ int HashTable::RemoveKey(const char16_t* key, int32_t id) {
     return RemoveFirst(key, &value);
 }
 
-int HashTable::RemoveFirst(const char16_t* key, const uint32_t* value) {
-    if (!buckets_ || !key) {
-        return 0;
+int HashTable::RemoveFirst(const char16_t* text, const uint32_t* value) {
+    const KEY key = KeyOf(text);
+    CAssoc* newer = nullptr;
+    CAssoc* entry = Find(key);
+    const auto following = [&](CAssoc* e) {
+        return hasDirectory_ ? e->older : FindInChain(e->next, text);
+    };
+    while (entry && value && entry->value != *value) {
+        newer = entry;
+        entry = following(entry);
     }
-    const uint32_t hash = FullHash(key);
-    CAssoc** link = &buckets_[hash % size_];
-    while (*link && !(IsEqual(**link, key, hash) && (!value || (*link)->value == *value))) {
-        link = &(*link)->next;
-    }
-    CAssoc* entry = *link;
     if (!entry) {
         return 0;
     }
-    *link = entry->next;
-    FreeAssoc(entry);
+    Unchain(entry);
+    if (hasDirectory_) {
+        if (newer) {
+            newer->older = entry->older;
+        } else if (entry->older) {
+            SlotOf(key)->entry = entry->older;
+        } else {
+            FreeSlot(SlotOf(key));
+        }
+    }
+    ReturnEntry(entry);
     return 1;
+}
+
+void HashTable::Unchain(CAssoc* entry) {
+    CAssoc** link = &buckets_[entry->bucket];
+    while (*link != entry) {
+        link = &(*link)->next;
+    }
+    *link = entry->next;
 }
 
 void* HashTable::GetStartPosition() const {
@@ -266,7 +287,7 @@ HashTable::CAssoc* HashTable::FirstFrom(uint32_t bucket) const {
     return nullptr;
 }
 
-HashTable::CAssoc* HashTable::NewAssoc() {
+HashTable::CAssoc* HashTable::TakeEntry() {
     if (!freeList_) {
         constexpr std::size_t kBytes = kBlockEntries * sizeof(CAssoc);
         auto* entries = static_cast<CAssoc*>(GetNewBlock(static_cast<int>(kBytes)));
@@ -286,28 +307,45 @@ HashTable::CAssoc* HashTable::NewAssoc() {
     return entry;
 }
 
-HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
-    CAssoc* entry = NewAssoc();
+HashTable::CAssoc* HashTable::TakeEntry(const KEY& key, uint32_t value) {
+    CAssoc* entry = TakeEntry();
     if (!entry) {
         return nullptr;
     }
-    const std::size_t length = chars::Length(key) + 1;
-    entry->key = lq::AllocateArray<char16_t>(length);
+    const std::size_t size = std::size_t{key.length} + 1;
+    entry->key = lq::AllocateArray<char16_t>(size);
     if (!entry->key) {
-        FreeAssoc(entry);
+        ReturnEntry(entry);
         return nullptr;
     }
-    std::memcpy(entry->key, key, length * sizeof(char16_t));
+    std::memcpy(entry->key, key.text, size * sizeof(char16_t));
     entry->value = value;
+    entry->hash = key.hash;
+    entry->length = key.length;
     return entry;
 }
 
-void HashTable::FreeAssoc(CAssoc* entry) {
+void HashTable::ReturnEntry(CAssoc* entry) {
     lq::Release(entry->key);
     entry->key = nullptr;
     entry->next = freeList_;
     freeList_ = entry;
     --count_;
+}
+
+HashTable::CAssoc* HashTable::NewAssoc() {
+    DropDirectory();
+    return TakeEntry();
+}
+
+HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
+    DropDirectory();
+    return TakeEntry(KeyOf(key), value);
+}
+
+void HashTable::FreeAssoc(CAssoc* entry) {
+    DropDirectory();
+    ReturnEntry(entry);
 }
 
 bool HashTable::Check() const {
@@ -316,8 +354,7 @@ bool HashTable::Check() const {
     std::size_t chained = 0;
     for (uint32_t bucket = 0; buckets_ && bucket < size_; ++bucket) {
         for (const CAssoc* entry = buckets_[bucket]; entry; entry = entry->next) {
-            if (++chained > total || entry->bucket != bucket || HashIndex(entry->key) != bucket ||
-                entry->hash != FullHash(entry->key)) {
+            if (++chained > total || entry->bucket != bucket || HashIndex(entry->key) != bucket) {
                 return false;
             }
         }
@@ -326,5 +363,6 @@ bool HashTable::Check() const {
     for (const CAssoc* entry = freeList_; entry && free <= total; entry = entry->next) {
         ++free;
     }
-    return chained == static_cast<std::size_t>(count_) && chained + free == total;
+    return chained == static_cast<std::size_t>(count_) && chained + free == total &&
+           (!hasDirectory_ || CheckDirectory());
 }

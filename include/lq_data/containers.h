@@ -494,24 +494,33 @@ class LQ_DATA_API CMemBlock : public CObject {
 // Texts to 32-bit identifiers, with or without regard to case (upper-case forms), one entry a key
 // or, by one operation, several. A null key is in no table.
 //
-// Positions and key copies stay valid until their entry is removed.
+// Positions and key copies stay valid until their entry is removed. A key is shorter than 2^32
+// characters.
 //
 // Memory: an insertion that gets none leaves the entries as they were.
+//
+// Chains grow long under the hash that numbers the buckets (names that end in running numbers share
+// few of its values). So no search walks them: a directory leads from a key to its newest entry,
+// and from there `older` to the others. A derived class that chains entries by hand does without
+// the directory until RemoveAll.
 //
 // Invariants (Check verifies them):
 //  1. Every entry is in exactly one chain or in the free list.
 //  2. The count is the number of entries in chains.
-//  3. An entry is in the chain of its key's bucket, newer ones in front, and remembers that bucket
-//     and the hash before its reduction to the number of buckets.
+//  3. An entry is in the chain of its key's bucket, newer ones in front, and remembers that bucket.
+//  4. The directory holds the newest entry of every key; `older` is the next one of the same key in
+//     the chain.
 class LQ_DATA_API HashTable : public CMemBlock {
     LQ_DECLARE_DYNAMIC(HashTable)
   public:
     struct CAssoc {
         CAssoc* next;
-        uint32_t bucket;
-        uint32_t hash;
         char16_t* key;  // owned
+        uint32_t bucket;
         uint32_t value;
+        uint32_t hash;  // the directory's
+        uint32_t length;
+        CAssoc* older;
     };
 
     // 233 buckets, with regard to case.
@@ -563,7 +572,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
     CAssoc** GetHashTableAssoc() { return buckets_; }
 
   protected:
-    // An entry off the free list, counted; null when memory is short.
+    // For chaining by hand. An entry off the free list, counted; null when memory is short.
     CAssoc* NewAssoc();
     // The same with a copy of the key.
     CAssoc* NewAssoc(const char16_t* key, uint32_t value);
@@ -574,20 +583,48 @@ class LQ_DATA_API HashTable : public CMemBlock {
   private:
     friend struct lq::containers::HashTableAccess;
 
+    // A key that is looked for; its text may be null.
+    struct KEY {
+        const char16_t* text;
+        uint32_t length;
+        uint32_t hash;
+    };
+    // Open addressing: an entry lies at its hash or behind it, without a gap in between.
+    struct SLOT {
+        CAssoc* entry;
+        uint32_t hash;
+    };
+
     uint32_t FullHash(const char16_t* key) const;
     uint32_t HashIndex(const char16_t* key) const { return FullHash(key) % size_; }
-    bool IsEqual(const CAssoc& entry, const char16_t* key, uint32_t hash) const;
-    CAssoc* FindFrom(CAssoc* entry, const char16_t* key, uint32_t hash) const;
-    CAssoc* Find(const char16_t* key, uint32_t hash) const;
-    CAssoc* Enter(const char16_t* key, uint32_t hash, uint32_t value);
+    bool IsEqual(const char16_t* a, const char16_t* b) const;
+    CAssoc* FindInChain(CAssoc* entry, const char16_t* key) const;
+    CAssoc* Find(const KEY& key) const;
+    CAssoc* Enter(const KEY& key, uint32_t value);
     int RemoveFirst(const char16_t* key, const uint32_t* value);
+    void Unchain(CAssoc* entry);
     CAssoc* FirstFrom(uint32_t bucket) const;
+    CAssoc* TakeEntry();
+    CAssoc* TakeEntry(const KEY& key, uint32_t value);
+    void ReturnEntry(CAssoc* entry);
     bool Check() const;
+
+    KEY KeyOf(const char16_t* text) const;
+    bool Matches(const SLOT& slot, const KEY& key) const;
+    SLOT* SlotOf(const KEY& key) const;
+    bool ReserveSlot();
+    void FreeSlot(SLOT* slot);
+    void DropDirectory();
+    bool CheckDirectory() const;
 
     int caseSensitive_;
     CAssoc** buckets_ = nullptr;
     uint32_t size_;
     int32_t count_ = 0;
     CAssoc* freeList_ = nullptr;
+    SLOT* slots_ = nullptr;
+    uint32_t slotCount_ = 0;  // a power of two; 0 before the first insertion
+    uint32_t keyCount_ = 0;   // slots in use
+    bool hasDirectory_ = true;
     uint32_t noEntry_ = 0;  // what operator[] refers to without memory
 };

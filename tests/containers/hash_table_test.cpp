@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -280,6 +281,56 @@ TEST(HashTable, RandomOperationsAgainstAModel) {
             RunRandomOperations(caseSensitive, buckets, buckets + caseSensitive);
         }
     }
+}
+
+// Enough names for the directory to grow several times and to close gaps of all kinds.
+TEST(HashTable, ManyNamesComeAndGo) {
+    std::mt19937 random(5);
+    for (const int caseSensitive : {0, 1}) {
+        HashTable table(233, caseSensitive);
+        std::vector<Text> names;
+        for (int32_t i = 0; i < 3000; ++i) {
+            const std::string digits = std::to_string(i);
+            names.push_back(u"Motor_" + Text(digits.begin(), digits.end()));
+            table.Insert(names.back().c_str(), i);
+        }
+        std::vector<int32_t> left(names.size());
+        std::iota(left.begin(), left.end(), 0);
+        std::shuffle(left.begin(), left.end(), random);
+        while (!left.empty()) {
+            EXPECT_EQ(table.RemoveKey(names[static_cast<size_t>(left.back())].c_str()), 1);
+            left.pop_back();
+            if (left.size() % 500 == 0) {
+                EXPECT_TRUE(HashTableAccess::Check(table)) << left.size();
+            }
+        }
+        EXPECT_EQ(table.IsEmpty(), 1);
+    }
+}
+
+// Chains an entry as a derived class may.
+class ByHand : public HashTable {
+  public:
+    using HashTable::HashTable;
+    void Chain(const char16_t* key, uint32_t value) {
+        unsigned int bucket;
+        GetAssocAt(key, bucket);
+        CAssoc* entry = NewAssoc(key, value);
+        entry->bucket = bucket;
+        entry->next = GetHashTableAssoc()[bucket];
+        GetHashTableAssoc()[bucket] = entry;
+    }
+};
+
+TEST(HashTable, EntriesChainedByHandAreFound) {
+    ByHand table(3, 0);
+    table.Insert(u"a", 1);
+    table.Chain(u"A", 2);
+    table.Insert(u"a", 3, 1);
+    EXPECT_EQ(AllOf(table, u"A"), (std::vector<int32_t>{3, 2, 1}));
+    EXPECT_EQ(table.RemoveKey(u"a", 2), 1);
+    EXPECT_EQ(AllOf(table, u"a"), (std::vector<int32_t>{3, 1}));
+    EXPECT_TRUE(HashTableAccess::Check(table));
 }
 
 TEST(HashTable, FailedInsertionLeavesTheEntries) {
