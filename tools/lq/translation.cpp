@@ -48,7 +48,7 @@ class Translator {
         }
         for (const host::DataType& type : project_.DataTypes()) {
             for (const ID member : type.members) {
-                EnterTypeName(*project_.GetDeclaration(member));
+                EnterTypeName(type.name, *project_.GetDeclaration(member));
             }
         }
         for (uint32_t i = 0; i < project_.Pous().size(); ++i) {
@@ -70,9 +70,17 @@ class Translator {
             const auto id = static_cast<CgTab::TAB_ID>(i);
             const int32_t length = CgTabAccess::LengthOf(tables_, id);
             int32_t pos = stamped_[i];
-            while (pos < length && tables_.Write(id, pos, bytes)) {
+            while (pos < length) {
+                WriteUserArea(id, pos, bytes);
             }
             stamped_[i] = length;
+        }
+    }
+
+    // A line that the set holds can be written, unless memory is short.
+    void WriteUserArea(CgTab::TAB_ID id, int32_t& pos, const unsigned char* bytes) {
+        if (!tables_.Write(id, pos, bytes)) {
+            throw std::bad_alloc();
         }
     }
 
@@ -80,8 +88,9 @@ class Translator {
 
     // A list is loaded in parts: the records of a declaration take several times the memory of its
     // lines.
+    static constexpr size_t kPart = 1024;
+
     void EnterGlobals(ID id) {
-        constexpr size_t kPart = 1024;
         const host::VariableList& list = *project_.GetVariableList(id);
         for (size_t first = 0; first < list.declarations.size(); first += kPart) {
             project_.ShowPart(id, first, kPart);
@@ -95,8 +104,11 @@ class Translator {
         if (!symbols || !LoadSelectedSymbolTable(symbols.get(), id)) {
             throw std::bad_alloc();
         }
-        // The loader keeps the order of the model.
+        // The loader keeps the order of the model. What it could not get it leaves out.
         FLIST* decls = pouh::ListOf(symbols.get());
+        if (CardinalityOfList(decls) != std::min(list.declarations.size() - first, kPart)) {
+            throw std::bad_alloc();
+        }
         for (DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;
              decl = pouh::DeclAt(decls, LC_NEXT), ++first) {
             EnterGlobal(list, decl, *project_.GetDeclaration(list.declarations[first]));
@@ -118,7 +130,7 @@ class Translator {
         } else if (pos < before) {
             Refuse(list.name, source, "a global of this name was declared before");
         } else {
-            EnterTypeName(source);
+            EnterTypeName(list.name, source);
         }
     }
 
@@ -140,7 +152,7 @@ class Translator {
 
     // The user type or function block type that a declaration names, as it is spelled where it is
     // defined.
-    void EnterTypeName(const host::Declaration& source) {
+    void EnterTypeName(const char16_t* list, const host::Declaration& source) {
         const std::u16string_view type(source.type);
         const size_t of = type.rfind(u" OF ");
         const std::u16string_view name = of == type.npos ? type : type.substr(of + 4);
@@ -149,7 +161,9 @@ class Translator {
             id = project_.FindAnyPou(name);
         }
         if (id.GetNumber()) {
-            tables_.Insert(project_.NameOf(id));
+            if (tables_.Insert(project_.NameOf(id)) < 0) {
+                Refuse(list, source, "the name of its type cannot be entered");
+            }
             Stamp(source.line);
         }
     }
@@ -193,20 +207,26 @@ class Translator {
     static void DropUnusable(POU_HEADER_TYP* header) {
         FLIST* all = pouh::ListOf(header);
         FLIST* kept = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
+        std::vector<DECL_TYP*> dropped;
         std::unordered_set<std::u16string> names;
+        bool complete = true;
         for (DECL_TYP* decl = pouh::DeclAt(all, LC_FIRST); decl;
              decl = pouh::DeclAt(all, LC_NEXT)) {
             const char16_t* name = pouh::TextOf(decl, POUH_NAME);
             if (name[0] == kErrorMark || !names.insert(Upper(name)).second) {
-                DestroyDecl(decl);
-            } else if (!InsertElementOfList(kept, &decl, LC_LAST, 0)) {
-                throw std::bad_alloc();
+                dropped.push_back(decl);
+            } else {
+                complete = InsertElementOfList(kept, &decl, LC_LAST, 0) && complete;
             }
         }
         POUH_DECL_LIST_TYP* record = nullptr;
         GetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
-        SetAttrOfPOUHDeclList(record, POUH_LIST, &kept);
+        if (!complete || !SetAttrOfPOUHDeclList(record, POUH_LIST, &kept)) {
+            DestroyList(kept);
+            throw std::bad_alloc();
+        }
         DestroyList(all);
+        std::for_each(dropped.begin(), dropped.end(), DestroyDecl);
     }
 
     Components ComponentsOf(const host::Pou& pou, FLIST* decls) const {
@@ -230,17 +250,19 @@ class Translator {
     void EnterComponents(const host::Pou& pou, POU_HEADER_TYP* header, uint32_t kind) {
         DropUnusable(header);
         const Components components = ComponentsOf(pou, pouh::ListOf(header));
-        CheckComponents(pou, components);
+        const auto accepted = CheckComponents(pou, components);
         POU_LIST instances;
         CgTab::POS_DSC range = {};
         const int entered =
             CgTabAccess::AppendCmp(tables_, header, kComponentAttributes, &instances, range, 1);
-        StampComponents(components, pou.line);
+        const auto names = StampComponents(components, pou.line);
         Stamp(pou.line);
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         if (!entered && length == range.start && range.lines > 0) {
             Refuse(pou, "", "the unit's components cannot be entered", pou.line);
             range = {range.start, range.start, 0};
+        } else {
+            RefuseMissing(pou, accepted, names);
         }
         UnitInfo unit;
         unit.start = static_cast<uint32_t>(range.start);
@@ -254,8 +276,21 @@ class Translator {
         EnterTemporaries(pou, components, kind);
     }
 
+    // Short of memory, the set skips a declaration as it skips one that it cannot hold.
+    void RefuseMissing(const host::Pou& pou, const std::vector<const host::Declaration*>& accepted,
+                       const std::unordered_set<std::u16string>& names) {
+        for (const host::Declaration* source : accepted) {
+            if (!names.contains(Upper(source->name))) {
+                Refuse(pou.name, *source, FaultText(DeclFault::kMemory));
+            }
+        }
+    }
+
     // Reports the declarations that the tables will skip, and enters the types that others use.
-    void CheckComponents(const host::Pou& pou, const Components& components) {
+    // Those that are to be entered.
+    std::vector<const host::Declaration*> CheckComponents(const host::Pou& pou,
+                                                          const Components& components) {
+        std::vector<const host::Declaration*> accepted;
         for (const ID id : pou.declarations) {
             const host::Declaration& source = *project_.GetDeclaration(id);
             const auto found = components.find(Upper(source.name));
@@ -274,35 +309,38 @@ class Translator {
                        tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0) {
                 Refuse(pou.name, source, "no global of this name was entered");
             } else {
-                EnterTypeName(source);
+                EnterTypeName(pou.name, source);
+                accepted.push_back(&source);
             }
         }
+        return accepted;
     }
 
     // Components carry a line each, and so do the constants that they brought; an implicit one has
-    // that of its unit.
-    void StampComponents(const Components& components, uint32_t unitLine) {
+    // that of its unit. The names of the components, in upper case.
+    std::unordered_set<std::u16string> StampComponents(const Components& components,
+                                                       uint32_t unitLine) {
+        std::unordered_set<std::u16string> names;
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         int32_t pos = stamped_[CgTab::TAB_CMP];
         while (pos < length) {
             char16_t name[kMaxName];
             CgTabAccess::WholeName(tables_, CgTab::TAB_CMP, pos, name, kMaxName);
-            const auto found = components.find(Upper(name));
+            const auto found = components.find(*names.insert(Upper(name)).first);
             unsigned char bytes[kUserArea];
             cgtab::StoreU32(bytes,
                             found != components.end() ? found->second.source->line : unitLine);
             CgTab::CMP_LINE component = {};
             int32_t next = pos;
             if (!tables_.Read(next, component, 0, nullptr)) {
-                component.cstLine = -1;
+                throw std::bad_alloc();
             }
             StampConstant(component.cstLine, bytes);
-            if (!tables_.Write(CgTab::TAB_CMP, pos, bytes)) {
-                break;
-            }
+            WriteUserArea(CgTab::TAB_CMP, pos, bytes);
         }
         stamped_[CgTab::TAB_CMP] = length;
         stamped_[CgTab::TAB_CST] = CgTabAccess::LengthOf(tables_, CgTab::TAB_CST);
+        return names;
     }
 
     // A constant of this unit belongs to the first component that uses it.
@@ -310,10 +348,15 @@ class Translator {
         unsigned char old[kUserArea] = {};
         CgTab::CstLine line;
         int32_t at = pos;
-        if (pos >= stamped_[CgTab::TAB_CST] && tables_.Read(at, line, 0, old) &&
-            cgtab::LoadU32(old) == 0) {
+        if (pos < stamped_[CgTab::TAB_CST]) {
+            return;
+        }
+        if (!tables_.Read(at, line, 0, old)) {
+            throw std::bad_alloc();
+        }
+        if (cgtab::LoadU32(old) == 0) {
             at = pos;
-            tables_.Write(CgTab::TAB_CST, at, bytes);
+            WriteUserArea(CgTab::TAB_CST, at, bytes);
         }
     }
 
@@ -357,11 +400,14 @@ class Translator {
             IEC_TYPE type = IEC_NO_TYPE;
             CgTab::TYP_DSC dsc = {};
             DeclFault fault = DeclFault::kNone;
-            if (decl && CgTabAccess::DecodeType(tables_, decl, type, dsc, fault)) {
-                tables_.Insert(Qualified(pou, u"", source.name).c_str(), type, dsc,
-                               static_cast<unsigned char>(kind));
-                Stamp(source.line);
+            if (!decl || !CgTabAccess::DecodeType(tables_, decl, type, dsc, fault)) {
+                continue;  // as a component it has been refused
             }
+            if (tables_.Insert(Qualified(pou, u"", source.name).c_str(), type, dsc,
+                               static_cast<unsigned char>(kind)) < 0) {
+                Refuse(pou.name, source, "the temporary cannot be entered");
+            }
+            Stamp(source.line);
         }
     }
 
