@@ -129,6 +129,22 @@ std::vector<Image> Seeds() {
     return seeds;
 }
 
+// The position, within its table, of the line that holds the byte; 0 where no line does.
+uint32_t LineOf(const Image& image, size_t byte) {
+    for (size_t table = 0; table + 4 <= image.size();) {
+        const size_t end = table + 4 + cgtab::LoadU32(image.data() + table);
+        for (size_t line = table + 4; byte < end && line + 4 <= end;) {
+            const size_t next = line + 4 + cgtab::LoadU32(image.data() + line);
+            if (byte < next) {
+                return static_cast<uint32_t>(line - table - 4);
+            }
+            line = next;
+        }
+        table = end;
+    }
+    return 0;
+}
+
 class DamagedImage : public testing::TestWithParam<size_t> {};
 
 TEST_P(DamagedImage, ByteByByte) {
@@ -152,7 +168,8 @@ TEST_P(DamagedImage, ByteByByte) {
 TEST_P(DamagedImage, LengthsAndLinks) {
     const Image seed = Seeds()[GetParam()];
     for (size_t at = 0; at + 4 <= seed.size(); ++at) {
-        for (const uint32_t value : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+        const uint32_t own = LineOf(seed, at);  // a link that leads back
+        for (const uint32_t value : {0u, 1u, own, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
             Image image = seed;
             cgtab::StoreU32(image.data() + at, value);
             SCOPED_TRACE(testing::Message() << "field at " << at << " = " << value);
