@@ -55,11 +55,11 @@ class Parser {
         std::vector<char> block(kBlock);
         for (bool last = false; !last;) {
             source.read(block.data(), static_cast<std::streamsize>(block.size()));
-            if (source.bad()) {
+            last = source.eof();
+            if (source.bad() || (source.fail() && !last)) {
                 Fault("the file cannot be read");
                 return false;
             }
-            last = source.eof();
             const auto count = static_cast<int>(source.gcount());
             if (XML_Parse(Expat(), block.data(), count, last ? 1 : 0) != XML_STATUS_OK) {
                 Explain();

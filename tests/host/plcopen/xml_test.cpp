@@ -99,6 +99,18 @@ TEST(Xml, KeepsWhatCameBeforeTheDamage) {
     EXPECT_EQ(cut.FirstPou().declarations.size(), 1u);
 }
 
+TEST(Xml, EndsWhenNothingCanBeRead) {
+    for (const auto state : {std::ios::failbit, std::ios::badbit}) {
+        std::istringstream source("<project/>");
+        source.setstate(state);
+        Project project;
+        std::vector<Report> reports;
+        EXPECT_FALSE(ReadPlcopen(source, "test.xml", project, reports)) << state;
+        ASSERT_EQ(reports.size(), 1u) << state;
+        EXPECT_EQ(reports[0].message, "the file cannot be read");
+    }
+}
+
 TEST(ReadPlcopenFile, SaysWhyAFileCannotBeRead) {
     const lq::test::TempFolder folder;
     const struct {
