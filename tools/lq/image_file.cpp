@@ -1,12 +1,8 @@
 #include "tools/lq/image_file.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -14,6 +10,7 @@
 #include "lq_base.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
+#include "tools/lq/output_file.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -72,77 +69,6 @@ class BytesStream : public STREAM_A {
     std::string_view bytes_;
 };
 
-[[noreturn]] void CannotWrite(const std::string& path, int error) {
-    throw CommandError(path + ": cannot be written: " + std::strerror(error));
-}
-
-// Removes the file of that name when a signal ends the program; null for none.
-void RemoveOnSignal(const char* path) {
-    static std::atomic<const char*> unfinished = nullptr;
-    static_assert(std::atomic<const char*>::is_always_lock_free);
-    unfinished = path;
-    for (const int signal : {SIGINT, SIGTERM}) {
-        std::signal(
-            signal, !path ? SIG_DFL : [](int caught) {
-                if (const char* file = unfinished) {
-                    unlink(file);
-                }
-                std::signal(caught, SIG_DFL);
-                std::raise(caught);
-            });
-    }
-}
-
-// The file that is written until it is whole; removed unless it was put in place.
-class TemporaryFile {
-  public:
-    explicit TemporaryFile(const std::string& target) : target_(target), path_(target + ".XXXXXX") {
-        descriptor_ = mkostemp(path_.data(), O_CLOEXEC);
-        if (descriptor_ < 0) {
-            CannotWrite(target_, errno);
-        }
-        RemoveOnSignal(path_.c_str());
-    }
-    ~TemporaryFile() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-            unlink(path_.c_str());
-        }
-        RemoveOnSignal(nullptr);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    int Descriptor() const { return descriptor_; }
-
-    void PutInPlace() {
-        const mode_t mask = umask(0);
-        umask(mask);
-        if (fchmod(descriptor_, 0666 & ~mask) != 0 || fsync(descriptor_) != 0 ||
-            rename(path_.c_str(), target_.c_str()) != 0) {
-            CannotWrite(target_, errno);
-        }
-        const int closed = close(descriptor_);
-        descriptor_ = -1;
-        if (closed != 0) {
-            CannotWrite(target_, errno);
-        }
-    }
-
-  private:
-    std::string target_;
-    std::string path_;
-    int descriptor_ = -1;
-};
-
-void SaveTo(CgTab& tables, int descriptor, const std::string& path) {
-    DescriptorStream stream(descriptor);
-    const bool saved = tables.Save(stream) != 0;
-    if (!stream.Flush() || !saved) {
-        CannotWrite(path, stream.GetFailure() != 0 ? stream.GetFailure() : EIO);
-    }
-}
-
 // The table lengths must add up to the whole file.
 void CheckLengths(std::string_view bytes, const std::string& path) {
     size_t at = 0;
@@ -179,26 +105,13 @@ bool IsImage(std::string_view bytes) {
 }
 
 void SaveImage(CgTab& tables, const std::string& path) {
-    if (path == "-") {
-        SaveTo(tables, STDOUT_FILENO, "(standard output)");
-        return;
+    OutputFile file(path);
+    DescriptorStream stream(file.Descriptor());
+    const bool saved = tables.Save(stream) != 0;
+    if (!stream.Flush() || !saved) {
+        CannotWrite(file.Name(), stream.GetFailure() != 0 ? stream.GetFailure() : EIO);
     }
-    struct stat info = {};
-    if (stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
-        if (S_ISDIR(info.st_mode)) {
-            throw CommandError(path + ": is a folder, not a file");
-        }
-        const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);  // a device or a pipe
-        if (descriptor < 0) {
-            CannotWrite(path, errno);
-        }
-        SaveTo(tables, descriptor, path);
-        close(descriptor);
-        return;
-    }
-    TemporaryFile file(path);
-    SaveTo(tables, file.Descriptor(), path);
-    file.PutInPlace();
+    file.Finish();
 }
 
 std::unique_ptr<CgTab> RestoreImage(std::string_view bytes, const std::string& path) {

@@ -9,8 +9,7 @@
 
 namespace lq::tool {
 
-// Writes the image to a temporary file beside `path` and renames it when it is whole: a failure
-// leaves an old file as it was. "-" writes to standard output. Throws CommandError.
+// Writes the image to an OutputFile. Throws CommandError.
 void SaveImage(CgTab& tables, const std::string& path);
 
 // Whether the bytes are an image: the lengths of its tables add up to all of them.

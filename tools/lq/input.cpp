@@ -1,36 +1,16 @@
 #include "tools/lq/input.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <vector>
 
 #include "host/text/utf.h"
 #include "tools/lq/command.h"
+#include "tools/lq/input_buffer.h"
 
 namespace lq::tool {
 
 namespace {
 
-constexpr size_t kPiece = size_t{1} << 16;
-
-std::string ReadAll(std::FILE* file, const std::string& name) {
-    std::string bytes;
-    for (;;) {
-        const size_t before = bytes.size();
-        bytes.resize(before + kPiece);
-        const size_t got = std::fread(bytes.data() + before, 1, kPiece, file);
-        bytes.resize(before + got);
-        if (got < kPiece) {
-            if (std::ferror(file) != 0) {
-                throw CommandError(name + ": cannot be read: " + std::strerror(errno));
-            }
-            return bytes;
-        }
-    }
-}
+constexpr std::streamsize kPiece = 1 << 16;
 
 }  // namespace
 
@@ -38,30 +18,16 @@ std::string DisplayName(const std::string& path) {
     return path == "-" ? "(standard input)" : path;
 }
 
-void CheckReadable(const std::string& path) {
-    struct stat info = {};
-    if (stat(path.c_str(), &info) != 0) {
-        throw CommandError(path + ": cannot be opened: " + std::strerror(errno));
+std::string ReadInput(const std::string& path, uint64_t limit) {
+    InputBuffer source(path, limit);
+    std::string bytes;
+    bytes.reserve(source.Size() <= limit ? source.Size() : 0);
+    std::vector<char> piece(kPiece);
+    for (std::streamsize got = kPiece; got == kPiece;) {
+        got = source.sgetn(piece.data(), kPiece);
+        bytes.append(piece.data(), static_cast<size_t>(got));
     }
-    if (S_ISDIR(info.st_mode)) {
-        throw CommandError(path + ": is a folder, not a file");
-    }
-    if (access(path.c_str(), R_OK) != 0) {
-        throw CommandError(path + ": cannot be opened: " + std::strerror(errno));
-    }
-}
-
-std::string ReadInput(const std::string& path) {
-    if (path == "-") {
-        return ReadAll(stdin, DisplayName(path));
-    }
-    CheckReadable(path);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                               &std::fclose);
-    if (!file) {
-        throw CommandError(path + ": cannot be opened: " + std::strerror(errno));
-    }
-    return ReadAll(file.get(), path);
+    return bytes;
 }
 
 std::u16string DecodeInput(const std::string& path, std::string_view bytes) {

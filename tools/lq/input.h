@@ -1,6 +1,7 @@
 // Reading the files that commands are given; "-" is standard input.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -9,11 +10,8 @@ namespace lq::tool {
 // The name of an input in messages: the path, or "(standard input)".
 std::string DisplayName(const std::string& path);
 
-// Throws CommandError when the file cannot be read: it is missing, a folder, not permitted.
-void CheckReadable(const std::string& path);
-
-// The whole file. Throws CommandError as above.
-std::string ReadInput(const std::string& path);
+// The whole file. Throws CommandError as an InputBuffer does.
+std::string ReadInput(const std::string& path, uint64_t limit);
 
 // The text of a source file: UTF-8 with or without byte order mark, or UTF-16. Throws CommandError
 // with the place of the first byte that is no text.

@@ -12,6 +12,7 @@
 
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
+#include "tools/lq/process.h"
 
 namespace {
 
@@ -115,6 +116,15 @@ void AddTypes(CLI::App& app) {
                RunTypes);
 }
 
+// The status, when all results are written.
+int EndOutput(int status) {
+    std::cout.flush();
+    if (!std::cout) {
+        throw CommandError("standard output cannot be written");
+    }
+    return status;
+}
+
 // Parses the command line and runs the chosen command.
 int Run(int argc, char** argv) {
     CLI::App app("Works with the data of IEC 61131-3 projects.", "lq");
@@ -140,21 +150,18 @@ int Run(int argc, char** argv) {
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& e) {
         if (e.get_exit_code() == 0) {
-            return app.exit(e);  // help
+            app.exit(e);  // help
+            return EndOutput(kDone);
         }
         throw CommandError(std::string(e.what()) + "; see lq --help");
     }
-    const int status = chosen();
-    std::cout.flush();
-    if (!std::cout) {
-        throw CommandError("standard output cannot be written");
-    }
-    return status;
+    return EndOutput(chosen());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    PrepareProcess();
     try {
         return Run(argc, argv);
     } catch (const std::bad_alloc&) {

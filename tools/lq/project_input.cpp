@@ -1,12 +1,12 @@
 #include "tools/lq/project_input.h"
 
-#include <fstream>
 #include <iostream>
 #include <istream>
 #include <streambuf>
 
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
+#include "tools/lq/input_buffer.h"
 
 namespace lq::tool {
 
@@ -34,13 +34,14 @@ void ReadFrom(std::istream& source, const std::string& path, host::Project& proj
 
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports) {
-    if (path == "-") {
-        ReadFrom(std::cin, path, project, reports);
-        return;
+    InputBuffer bytes(path, kMaxProject);
+    std::istream source(&bytes);
+    try {
+        ReadFrom(source, path, project, reports);
+    } catch (const CommandError&) {
+        bytes.ThrowFailure();  // says more
+        throw;
     }
-    CheckReadable(path);
-    std::ifstream file(path, std::ios::binary);
-    ReadFrom(file, path, project, reports);
 }
 
 void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,

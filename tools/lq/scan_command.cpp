@@ -11,6 +11,7 @@
 #include "tools/lq/describe.h"
 #include "tools/lq/fault_text.h"
 #include "tools/lq/input.h"
+#include "tools/lq/input_buffer.h"
 #include "tools/lq/keywords.h"
 #include "tools/lq/output.h"
 
@@ -84,10 +85,8 @@ Json TokenJson(const Token& token) {
 }  // namespace
 
 int RunScan(const ScanOptions& options) {
-    const std::u16string text = DecodeInput(options.source, ReadInput(options.source));
-    if (text.size() > INT32_MAX) {
-        throw CommandError(DisplayName(options.source) + ": has more than 2147483647 characters");
-    }
+    static_assert(kMaxText <= INT32_MAX);
+    const std::u16string text = DecodeInput(options.source, ReadInput(options.source, kMaxText));
     const auto length = static_cast<int32_t>(text.size());
     MEMSTREAM_W stream(text.c_str(), length, length, nullptr);  // outlives its scanner
     const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));

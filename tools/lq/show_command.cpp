@@ -8,6 +8,7 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
+#include "tools/lq/input_buffer.h"
 #include "tools/lq/output.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/table_rows.h"
@@ -47,7 +48,7 @@ std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
 
 // The input's tables: an image's, or those that a project translates to.
 std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
-    const std::string bytes = ReadInput(options.input);
+    const std::string bytes = ReadInput(options.input, kMaxProject);
     if (IsImage(bytes) || !LooksLikeXml(bytes)) {
         return RestoreImage(bytes, options.input);
     }

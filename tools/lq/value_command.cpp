@@ -11,6 +11,7 @@
 #include "tools/lq/constant_types.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
+#include "tools/lq/input_buffer.h"
 #include "tools/lq/output.h"
 
 namespace lq::tool {
@@ -75,7 +76,7 @@ int RunValue(const ValueOptions& options) {
     }
     std::vector<std::string> texts = options.texts;
     if (texts == std::vector<std::string>{"-"}) {
-        texts = LinesOf(ReadInput("-"));
+        texts = LinesOf(ReadInput("-", kMaxText));
     }
     int status = kDone;
     Json results = Json::array();
