@@ -1,0 +1,324 @@
+// The tool when something around it fails: each fault gives one message or a quiet end, and leaves
+// neither half a file nor a temporary one.
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/inotify.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tools/run_lq.h"
+
+namespace lq::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kPlant[] = "$EXAMPLES/plant/plant.xml";
+constexpr int kCannotWork = 2;
+constexpr int kBrokenPipe = 128 + SIGPIPE;
+
+std::string InFolder(const std::string& name) {
+    return TestFolder() + "/" + name;
+}
+
+// The tool's one sentence.
+void ExpectFailure(const Outcome& outcome, const std::string& message, const std::string& what) {
+    EXPECT_EQ(outcome.status, kCannotWork) << what;
+    EXPECT_THAT(outcome.err, HasSubstr(message)) << what;
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << what << outcome.err;
+}
+
+// A project with so many globals that its image has 100 KB.
+std::string LargeProject() {
+    std::string globals;
+    for (int i = 0; i < 2000; ++i) {
+        globals += Variable("Variable_" + std::to_string(i));
+    }
+    return Project(globals);
+}
+
+TEST(Faults, TheDeviceIsFull) {
+    WriteFile(InFolder("large.xml"), LargeProject());
+    const Outcome image = RunLq("translate large.xml -o /dev/full");
+    ExpectFailure(image, "/dev/full: cannot be written: No space left", "image");
+    for (const std::string arguments :
+         {"translate large.xml", "translate large.xml -o -", "show large.xml",
+          "show large.xml --json", "scan large.xml", "types",
+          "pou $EXAMPLES/plant/plant.xml Mixing --json", "--help"}) {
+        ExpectFailure(RunShell("\"$LQ\" " + arguments + " >/dev/full"), "standard output",
+                      arguments);
+    }
+}
+
+TEST(Faults, TheFileSystemIsFull) {
+    const std::string disk = InFolder("disk");
+    mkdir(disk.c_str(), 0755);
+    if (mount("none", disk.c_str(), "tmpfs", 0, "size=32k") != 0) {
+        GTEST_SKIP() << "no file system can be mounted here: " << std::strerror(errno);
+    }
+    WriteFile(InFolder("large.xml"), LargeProject());
+    WriteFile(disk + "/old.lqt", "old");
+    ExpectFailure(RunLq("translate large.xml -o disk/old.lqt"), "No space left", "");
+    EXPECT_EQ(ReadFile(disk + "/old.lqt"), "old");
+    EXPECT_THAT(FilesIn(disk), ElementsAre("old.lqt"));
+    EXPECT_EQ(umount(disk.c_str()), 0);
+}
+
+TEST(Faults, TheFileMayNotGrow) {
+    WriteFile(InFolder("large.xml"), LargeProject());
+    WriteFile(InFolder("old.lqt"), "old");
+    ExpectFailure(RunShell("ulimit -f 16; \"$LQ\" translate large.xml -o old.lqt"),
+                  "old.lqt: cannot be written: File too large", "");
+    EXPECT_EQ(ReadFile(InFolder("old.lqt")), "old");
+    EXPECT_THAT(FilesIn(TestFolder()), ElementsAre("large.xml", "old.lqt"));
+}
+
+TEST(Faults, NotPermitted) {
+    // To root everything is permitted, unless that is taken away.
+    const std::string run =
+        geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search " : "";
+    mkdir(InFolder("closed").c_str(), 0777);
+    WriteFile(InFolder("closed/old.lqt"), "old");
+    WriteFile(InFolder("readonly.lqt"), "old");
+    WriteFile(InFolder("secret.xml"), Project(Variable("a")));
+    chmod(InFolder("closed").c_str(), 0555);
+    chmod(InFolder("readonly.lqt").c_str(), 0444);
+    chmod(InFolder("secret.xml").c_str(), 0);
+    if (RunShell(run + "test -r secret.xml").status != 1) {
+        GTEST_SKIP() << "no process without root's permissions can be started here";
+    }
+    struct Case {
+        std::string arguments;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{"translate $EXAMPLES/plant/plant.xml -o closed/new.lqt",
+                  "closed/new.lqt: cannot be written"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o closed/old.lqt",
+                  "closed/old.lqt: cannot be written"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o readonly.lqt",
+                  "readonly.lqt: cannot be written"},
+             Case{"translate secret.xml", "secret.xml: cannot be opened"},
+             Case{"show secret.xml", "secret.xml: cannot be opened"},
+             Case{"scan secret.xml", "secret.xml: cannot be opened"},
+         }) {
+        ExpectFailure(RunShell(run + "\"$LQ\" " + c.arguments),
+                      std::string(c.message) + ": Permission denied", c.arguments);
+    }
+    chmod(InFolder("closed").c_str(), 0755);
+    EXPECT_THAT(FilesIn(InFolder("closed")), ElementsAre("old.lqt"));
+    EXPECT_EQ(ReadFile(InFolder("closed/old.lqt")) + ReadFile(InFolder("readonly.lqt")), "oldold");
+}
+
+TEST(Faults, InputsThatAreNone) {
+    WriteFile(InFolder("empty"), "");
+    mkdir(InFolder("folder").c_str(), 0777);
+    ASSERT_EQ(symlink("loop", InFolder("loop").c_str()), 0);
+    struct Case {
+        const char* arguments;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{"translate empty",
+                  "empty:1:1: error: the file is not well-formed XML: no element"},
+             Case{"show empty", "empty: no image of tables"},
+             Case{"translate - <folder", "(standard input): is a folder"},
+             Case{"scan folder", "folder: is a folder, not a file"},
+             Case{"scan - <&-", "(standard input): cannot be read: Bad file descriptor"},
+             Case{"translate - <&-", "(standard input): cannot be read: Bad file descriptor"},
+             Case{"translate loop", "loop: cannot be opened: Too many levels of symbolic links"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o loop",
+                  "loop: cannot be written: Too many"},
+             Case{"translate /dev/tty", "cannot be opened"},
+             Case{"types >&-", "standard output cannot be written"},
+             Case{"translate $EXAMPLES/plant/plant.xml -o - >&-",
+                  "(standard output): cannot be written"},
+         }) {
+        ExpectFailure(RunShell(std::string("setsid -w \"$LQ\" ") + c.arguments), c.message,
+                      c.arguments);
+    }
+    EXPECT_EQ(RunLq("scan empty").status, 0);
+    EXPECT_EQ(RunLq("value -").status, 0);
+    EXPECT_THAT(FilesIn(TestFolder()), ElementsAre("empty", "folder", "loop"));
+}
+
+TEST(Faults, StandardInputEndsWithinACharacter) {
+    for (const char* command : {"scan -", "value -", "show -", "translate -"}) {
+        EXPECT_EQ(RunLq(command, "a\xE2\x82").status, kCannotWork) << command;
+    }
+}
+
+TEST(Faults, TheReaderIsGone) {
+    WriteFile(InFolder("large.xml"), LargeProject());
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    const std::string intoPipe = " >&" + std::to_string(ends[1]);
+    for (const std::string arguments :
+         {"show large.xml", "show large.xml --json", "scan large.xml", "scan large.xml --json",
+          "types", "types --json", "translate large.xml", "translate large.xml -o -",
+          "pou $EXAMPLES/plant/plant.xml Mixing --json", "tasks $EXAMPLES/plant/plant.xml",
+          "fb $EXAMPLES/plant/plant.xml Mixing stirring", "value 1", "--help"}) {
+        // A parent process may have set broken pipes aside.
+        for (const std::string before : {"", "trap '' PIPE; "}) {
+            const Outcome outcome = RunShell(before + "\"$LQ\" " + arguments + intoPipe);
+            EXPECT_EQ(outcome.status, kBrokenPipe) << before << arguments;
+            EXPECT_EQ(outcome.err, "") << before << arguments;
+        }
+    }
+    close(ends[1]);
+    const Outcome midway =
+        RunShell("{ \"$LQ\" show large.xml; echo $? >status; } | head -c 1; cat status");
+    EXPECT_EQ(midway.out, "d" + std::to_string(kBrokenPipe) + "\n");
+    EXPECT_EQ(midway.err, "");
+}
+
+TEST(Faults, InputsBeyondTheLimit) {
+    WriteFile(InFolder("sparse"), "");
+    ASSERT_EQ(truncate(InFolder("sparse").c_str(), off_t{1} << 30), 0);
+    struct Case {
+        const char* script;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{"\"$LQ\" scan sparse", "lq: sparse: has more than 67108864 bytes"},
+             Case{"\"$LQ\" show sparse", "lq: sparse: has more than 268435456 bytes"},
+             Case{"\"$LQ\" translate sparse", "lq: sparse: has more than 268435456 bytes"},
+             Case{"head -c 67108865 sparse | \"$LQ\" scan -",
+                  "lq: (standard input): has more than 67108864 bytes"},
+             Case{"head -c 67108865 sparse | \"$LQ\" value -",
+                  "lq: (standard input): has more than 67108864 bytes"},
+         }) {
+        ExpectFailure(RunShell(c.script), c.message, c.script);
+    }
+}
+
+TEST(Faults, MemoryIsShort) {
+#if LQ_TEST_SANITIZED
+    GTEST_SKIP() << "sanitizers need more address space than can be limited";
+#endif
+    WriteFile(InFolder("large.xml"), LargeProject());
+    int failed = 0;
+    for (int limit = 8; limit < 48; limit += 4) {
+        const std::string script = "ulimit -v " + std::to_string(limit << 10) + "; \"$LQ\" ";
+        if (RunShell(script + "value 1").status != 0) {
+            continue;  // not even the program fits
+        }
+        const Outcome outcome = RunShell(script + "show large.xml --json");
+        if (outcome.status != 0) {
+            ExpectFailure(outcome, "memory is short", script);
+            ++failed;
+        }
+    }
+    EXPECT_GT(failed, 0);
+}
+
+TEST(Faults, HostileXml) {
+    WriteFile(InFolder("secret.txt"), "SECRET");
+    std::string laughs = "<!DOCTYPE project [<!ENTITY a0 'ha'>";
+    for (int i = 1; i < 30; ++i) {
+        const std::string inner = "&a" + std::to_string(i - 1) + ";";
+        laughs += "<!ENTITY a" + std::to_string(i) + " '" + inner + inner + "'>";
+    }
+    constexpr char kRoot[] = "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>";
+    std::string deep = kRoot;
+    for (int i = 0; i < 100000; ++i) {
+        deep += "<a>";
+    }
+    struct Case {
+        std::string document;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{deep, "elements are nested deeper than 256"},
+             Case{laughs + "]><project>&a29;</project>", "entities are not accepted"},
+             Case{"<!DOCTYPE project [<!ENTITY a SYSTEM 'secret.txt'>]><project>&a;</project>",
+                  "entities are not accepted"},
+         }) {
+        for (const char* command : {"translate -", "show -", "tasks -"}) {
+            const Outcome outcome = RunLq(command, c.document);
+            ExpectFailure(outcome, c.message, c.document.substr(0, 100));
+            EXPECT_THAT(outcome.out + outcome.err, Not(HasSubstr("SECRET"))) << c.document;
+        }
+    }
+}
+
+// Starts lq, which writes to out/new.lqt, and sends it the signal as soon as there is a new file.
+// Returns the signal that ended it; 0 when it was not fast enough to be hit.
+int Interrupt(int signal) {
+    const int watch = inotify_init1(IN_CLOEXEC);
+    inotify_add_watch(watch, InFolder("out").c_str(), IN_CREATE);
+    const pid_t child = fork();
+    if (child == 0) {
+        const int null = open("/dev/null", O_RDWR);
+        dup2(null, STDOUT_FILENO);
+        dup2(null, STDERR_FILENO);
+        execl(LQ_TOOL, "lq", "show", InFolder("large.lqt").c_str(), "--save",
+              InFolder("out/image.lqt").c_str(), nullptr);
+        _exit(127);
+    }
+    char event[4096];
+    EXPECT_GT(read(watch, event, sizeof(event)), 0);
+    kill(child, signal);
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(watch);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+}
+
+TEST(Faults, AnInterruptedWriteLeavesTheOldFile) {
+    // An image so large that writing it takes longer than a signal: one table of 64 MB.
+    constexpr uint32_t kTable = uint32_t{64} << 20;
+    std::string image(4 + kTable + 36, '\0');
+    image[3] = static_cast<char>(kTable >> 24);
+    WriteFile(InFolder("large.lqt"), image);
+    mkdir(InFolder("out").c_str(), 0777);
+    WriteFile(InFolder("out/image.lqt"), "old");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        int hit = 0;
+        for (int attempt = 0; attempt < 5 && hit == 0; ++attempt) {
+            hit = Interrupt(signal);
+            EXPECT_THAT(FilesIn(InFolder("out")), ElementsAre("image.lqt"));
+            EXPECT_EQ(ReadFile(InFolder("out/image.lqt")), hit != 0 ? "old" : image);
+            WriteFile(InFolder("out/image.lqt"), "old");
+        }
+        EXPECT_EQ(hit, signal);
+    }
+}
+
+TEST(Save, KeepsTheModeAndFollowsLinks) {
+    mkdir(InFolder("folder").c_str(), 0777);
+    ASSERT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o new.lqt").status, 0);
+    const std::string image = ReadFile(InFolder("new.lqt"));
+    WriteFile(InFolder("folder/target.lqt"), "old");
+    ASSERT_EQ(chmod(InFolder("folder/target.lqt").c_str(), 0640), 0);
+    for (const auto& [target, link] :
+         {std::pair("folder/target.lqt", "near.lqt"), std::pair("../near.lqt", "folder/far.lqt"),
+          std::pair("folder/later.lqt", "dangling.lqt")}) {
+        ASSERT_EQ(symlink(target, InFolder(link).c_str()), 0);
+        ASSERT_EQ(RunLq(std::string("translate $EXAMPLES/plant/plant.xml -o ") + link).status, 0);
+        struct stat info = {};
+        ASSERT_EQ(lstat(InFolder(link).c_str(), &info), 0);
+        EXPECT_TRUE(S_ISLNK(info.st_mode)) << link;
+        EXPECT_EQ(ReadFile(InFolder(link)), image) << link;
+    }
+    struct stat info = {};
+    ASSERT_EQ(stat(InFolder("folder/target.lqt").c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+    EXPECT_THAT(FilesIn(InFolder("folder")), ElementsAre("far.lqt", "later.lqt", "target.lqt"));
+    // A name as long as names can be.
+    const std::string longName(255, 'n');
+    EXPECT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o " + longName).status, 0);
+    EXPECT_EQ(ReadFile(InFolder(longName)), image);
+}
+
+}  // namespace
+}  // namespace lq::test
