@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# usage: check_calls.sh LIBRARY...
+# The library prints nothing, ends no process, throws nothing, and gets its memory in one place: none
+# of its undefined symbols is one of forbidden.txt, and one object alone calls the allocator.
+set -euo pipefail
+here=$(dirname "${BASH_SOURCE[0]}")
+
+status=0
+refuse() {  # WHAT LINES
+  [ -z "$2" ] && return
+  printf '%s:\n%s\n' "$1" "$2"
+  status=1
+}
+
+for library in "$@"; do
+  dynamic=-D
+  [[ $library == *.a ]] && dynamic=
+  called=$(nm -A -u -C $dynamic "$library" | sed -nE 's/^(.*): +[Uvw] ([^@]*).*/\2\t\1/p' | sort -u)
+  [ -n "$called" ] || refuse "$library: no undefined symbols were found" "-"
+  names=$(cut -f 1 <<<"$called" | grep -xE -f "$here/forbidden.txt" || true)
+  refuse "$library calls what the library must not" "$names"
+  if [ -z "$dynamic" ]; then
+    refuse "$library gets memory outside of frame/memory.cpp" \
+      "$(grep -E $'^(malloc|calloc|realloc|free|strdup|aligned_alloc)\t' <<<"$called" |
+        grep -v ':memory\.cpp' || true)"
+  fi
+done
+exit $status
