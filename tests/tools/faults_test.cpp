@@ -151,8 +151,17 @@ TEST(Faults, InputsThatAreNone) {
 }
 
 TEST(Faults, StandardInputEndsWithinACharacter) {
-    for (const char* command : {"scan -", "value -", "show -", "translate -"}) {
-        EXPECT_EQ(RunLq(command, "a\xE2\x82").status, kCannotWork) << command;
+    struct Case {
+        const char* arguments;
+        const char* message;
+    };
+    for (const Case& c : {
+             Case{"scan -", "is not text: the UTF-8 character is broken off at byte 1"},
+             Case{"value -", "is not text: the UTF-8 character is broken off at byte 1"},
+             Case{"show -", "no image of tables"},
+             Case{"translate -", "not well-formed XML"},
+         }) {
+        ExpectFailure(RunLq(c.arguments, "a\xE2\x82"), c.message, c.arguments);
     }
 }
 

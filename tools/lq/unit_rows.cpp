@@ -11,9 +11,13 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-bool Holds(const UnitSection& section, const Json& component) {
-    const auto pos = component.at("pos").get<uint32_t>();
-    return pos >= section.info.start && pos < section.info.end;
+// The section that holds the position, of sections that are sorted by their starts; null for none.
+const UnitSection* SectionAt(const std::vector<const UnitSection*>& sorted, uint32_t pos) {
+    const auto behind =
+        std::upper_bound(sorted.begin(), sorted.end(), pos,
+                         [](uint32_t p, const UnitSection* s) { return p < s->info.start; });
+    const UnitSection* section = behind == sorted.begin() ? nullptr : behind[-1];
+    return section && pos < section->info.end ? section : nullptr;
 }
 
 // The components of the unit of a row; components are in the order of their positions.
@@ -52,16 +56,19 @@ std::vector<UnitSection> SectionsOf(CgTab& tables) {
 
 void NameUnits(TableRows& components, const std::vector<UnitSection>& sections) {
     components.columns.insert(components.columns.begin() + 1, {"unit"});
-    size_t next = 0;  // sections lie in the order of the units
+    std::vector<const UnitSection*> sorted;
+    for (const UnitSection& section : sections) {
+        if (section.info.start < section.info.end) {
+            sorted.push_back(&section);
+        }
+    }
+    std::stable_sort(sorted.begin(), sorted.end(), [](const UnitSection* a, const UnitSection* b) {
+        return a->info.start < b->info.start;
+    });
     for (Json& row : components.rows) {
-        while (next < sections.size() && !Holds(sections[next], row)) {
-            ++next;
-        }
+        const UnitSection* section = SectionAt(sorted, row.at("pos").get<uint32_t>());
         Json named = {{"pos", row.at("pos")},
-                      {"unit", next < sections.size() ? Json(sections[next].unit) : Json(nullptr)}};
-        if (next == sections.size()) {
-            next = 0;  // not in order: begin again
-        }
+                      {"unit", section ? Json(section->unit) : Json(nullptr)}};
         named.update(row);
         row = std::move(named);
     }

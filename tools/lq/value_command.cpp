@@ -76,7 +76,7 @@ int RunValue(const ValueOptions& options) {
     }
     std::vector<std::string> texts = options.texts;
     if (texts == std::vector<std::string>{"-"}) {
-        texts = LinesOf(ReadInput("-", kMaxText));
+        texts = LinesOf(host::EncodeUtf8(DecodeInput("-", ReadInput("-", kMaxText))));
     }
     int status = kDone;
     Json results = Json::array();
