@@ -1,5 +1,6 @@
-// `lq translate` of projects with a growing number of globals: time and memory a declaration should
-// stay the same.
+// `lq translate` of generated projects with 1,000 units, beside a parser that does nothing with
+// what it sees. Both are processes of their own: their processor time and their peak of memory
+// count.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -10,10 +11,18 @@
 #include <unistd.h>
 
 #include <benchmark/benchmark.h>
+#include <expat.h>
 
+#include "bench/comparison.h"
+#include "bench/inputs.h"
+
+namespace lq::bench {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr int64_t kUnits = 1000;
+constexpr int64_t kGlobals[] = {1000, 10'000, 100'000};
 
 // A folder for the generated projects, removed at the end.
 class Workplace {
@@ -30,73 +39,106 @@ class Workplace {
     fs::path path_;
 };
 
-Workplace& TheWorkplace() {
-    static Workplace workplace;
+const Workplace& TheWorkplace() {
+    static const Workplace workplace;
     return workplace;
 }
 
-fs::path Project(int64_t globals) {
+fs::path ProjectFile(int64_t globals) {
     fs::path path = TheWorkplace() / (std::to_string(globals) + ".xml");
-    if (fs::exists(path)) {
-        return path;
+    if (!fs::exists(path)) {
+        std::ofstream(path) << Project(globals, kUnits);
     }
-    std::ofstream file(path);
-    file << "<?xml version='1.0' encoding='utf-8'?>\n"
-            "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>"
-            "<fileHeader companyName='c' productName='p' productVersion='1' "
-            "creationDateTime='2024-01-01T00:00:00'/>"
-            "<contentHeader name='generated'><coordinateInfo><fbd><scaling x='0' y='0'/></fbd>"
-            "<ld><scaling x='0' y='0'/></ld><sfc><scaling x='0' y='0'/></sfc></coordinateInfo>"
-            "</contentHeader><types><dataTypes/><pous/></types><instances><configurations>"
-            "<configuration name='c'><resource name='r'><globalVars>\n";
-    for (int64_t i = 0; i < globals; ++i) {
-        file << "<variable name='Conveyor_Motor_" << i << "'><type><INT/></type><initialValue>"
-             << "<simpleValue value='" << i % 1000 << "'/></initialValue></variable>\n";
-    }
-    file << "</globalVars></resource></configuration></configurations></instances></project>\n";
     return path;
 }
 
-// Runs the tool; the peak of its memory in bytes, 0 when it failed.
-int64_t Run(const fs::path& project, const fs::path& image) {
+[[noreturn]] void Translate(const fs::path& project) {
+    const fs::path image = TheWorkplace() / "image.lqt";
+    if (std::freopen("/dev/null", "w", stdout)) {
+        execl(LQ_TOOL, "lq", "translate", project.c_str(), "-o", image.c_str(), nullptr);
+    }
+    _exit(3);
+}
+
+[[noreturn]] void Parse(const fs::path& project) {
+    const XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
+    XML_SetElementHandler(
+        parser, [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
+    XML_SetCharacterDataHandler(parser, [](void*, const XML_Char*, int) {});
+    std::FILE* file = std::fopen(project.c_str(), "rb");
+    static char buffer[65536];
+    for (;;) {
+        const std::size_t size = file ? std::fread(buffer, 1, sizeof(buffer), file) : 0;
+        if (XML_Parse(parser, buffer, static_cast<int>(size), size == 0) != XML_STATUS_OK) {
+            _exit(1);
+        }
+        if (size == 0) {
+            _exit(0);
+        }
+    }
+}
+
+struct Cost {
+    double seconds = 0;
+    double peak = 0;  // bytes
+    bool succeeded = false;
+};
+
+Cost Run(void (*work)(const fs::path&), const fs::path& project) {
     const pid_t child = fork();
     if (child == 0) {
-        if (!std::freopen("/dev/null", "w", stdout)) {
-            _exit(3);
-        }
-        execl(LQ_TOOL, "lq", "translate", project.c_str(), "-o", image.c_str(), nullptr);
-        _exit(3);
+        work(project);
     }
     int status = -1;
     struct rusage usage = {};
     wait4(child, &status, 0, &usage);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? usage.ru_maxrss * 1024 : 0;
+    const auto seconds = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+    };
+    return {seconds(usage.ru_utime) + seconds(usage.ru_stime),
+            static_cast<double>(usage.ru_maxrss) * 1024,
+            WIFEXITED(status) && WEXITSTATUS(status) == 0};
 }
 
-void TranslateGlobals(benchmark::State& state) {
-    const fs::path project = Project(state.range(0));
-    const fs::path image = TheWorkplace() / "image.lqt";
-    int64_t peak = 0;
+void RunOften(benchmark::State& state, int64_t globals, void (*work)(const fs::path&)) {
+    const fs::path project = ProjectFile(globals);
+    Cost cost;
     for (auto _ : state) {
-        peak = Run(project, image);
-        if (peak == 0) {
-            state.SkipWithError("the tool failed");
+        cost = Run(work, project);
+        if (!cost.succeeded) {
+            state.SkipWithError("the process failed");
             return;
         }
+        state.SetIterationTime(cost.seconds);
     }
-    const auto bytes = static_cast<double>(fs::file_size(image));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-    state.counters["image"] = bytes;
-    state.counters["peak/image"] = static_cast<double>(peak) / bytes;
+    state.SetItemsProcessed(state.iterations() * (globals + 3 * kUnits));
+    state.counters["peak"] = cost.peak;
+    state.counters["file"] = static_cast<double>(fs::file_size(project));
+    state.counters["peak/file"] = cost.peak / static_cast<double>(fs::file_size(project));
 }
 
-BENCHMARK(TranslateGlobals)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->Arg(50000)
-    ->Arg(100000)
-    ->Arg(200000)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+const bool kRegistered = [] {
+    const auto add = [](const std::string& name, int64_t globals, auto* work) {
+        benchmark::RegisterBenchmark(name.c_str(), RunOften, globals, work)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
+        return name;
+    };
+    std::string last;
+    for (const int64_t globals : kGlobals) {
+        const std::string base = "translate/" + std::to_string(globals) + "/";
+        const std::string ours = add(base + "lq", globals, Translate);
+        const std::string rival = add(base + "expat alone", globals, Parse);
+        const std::string work = "translate " + std::to_string(globals) + " globals";
+        Compare({work + ", a declaration", ours, rival, 3.0});
+        Compare({work + ", peak beside file", ours, "", 6.0, "peak/file", Unit::kNumber});
+        if (!last.empty()) {
+            Compare({work + ", beside a tenth", ours, last, 1.2});
+        }
+        last = ours;
+    }
+    return true;
+}();
 
 }  // namespace
+}  // namespace lq::bench

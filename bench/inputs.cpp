@@ -1,0 +1,141 @@
+#include "bench/inputs.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string_view>
+
+#include "frame/chars.h"
+#include "host/text/utf.h"
+
+namespace lq::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kPlaces[] = {"Conveyor", "Mixer", "Tank",  "Pump",
+                                   "Furnace",  "Press", "Crane", "Filter"};
+constexpr const char* kThings[] = {"Motor", "Temperature", "Valve",  "Level",
+                                   "Speed", "Position",    "Torque", "Pressure"};
+constexpr const char* kStates[] = {"Actual", "Setpoint", "Ready", "Fault"};
+
+template <std::size_t kCount>
+const char* Word(const char* const (&words)[kCount], std::size_t number) {
+    return words[number % kCount];
+}
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+fs::path CorpusFolder() {
+    const char* folder = std::getenv("LQ_CORPUS");
+    return folder ? fs::path(folder) : fs::path(LQ_BENCH_SOURCE) / "../shared/corpus";
+}
+
+// The texts of a PLCopen project's bodies.
+std::string Bodies(const std::string& xml) {
+    constexpr std::string_view kBegin = "<![CDATA[";
+    std::string bodies;
+    std::size_t end = 0;
+    for (std::size_t begin; (begin = xml.find(kBegin, end)) != xml.npos;) {
+        end = std::min(xml.find("]]>", begin), xml.size());
+        bodies.append(xml, begin + kBegin.size(), end - begin - kBegin.size());
+    }
+    return bodies;
+}
+
+std::u16string ReadSources() {
+    std::vector<fs::path> files;
+    std::error_code none;
+    for (const auto& entry : fs::directory_iterator(CorpusFolder() / "st", none)) {
+        if (entry.path().extension() == ".st") {
+            files.push_back(entry.path());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    std::u16string all;
+    for (const fs::path& file : files) {
+        std::u16string text;
+        host::DecodeSource(ReadFile(file), text);
+        all += text + u"\n";
+    }
+    if (all.empty()) {
+        host::DecodeSource(Bodies(ReadFile(LQ_BENCH_SOURCE "/examples/plant/plant.xml")), all);
+    }
+    std::erase(all, u'\x1A');  // would end the input
+    return all;
+}
+
+}  // namespace
+
+std::vector<std::u16string> Names(std::size_t count) {
+    std::vector<std::u16string> names;
+    names.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t mixed = i * 7919;
+        const std::string number = std::to_string(i);
+        std::string name = Word(kPlaces, mixed);
+        if (i % 3 == 0) {
+            name += number + "_" + Word(kThings, mixed / 8) + "_" + Word(kStates, mixed / 64);
+        } else {
+            name += std::string("_") + Word(kThings, mixed / 8) + "_" + number;
+        }
+        names.emplace_back(name.begin(), name.end());
+    }
+    return names;
+}
+
+const std::u16string& SourceText(std::size_t length) {
+    static std::u16string text;
+    static const std::u16string sources = ReadSources();
+    while (text.size() < length) {
+        text += sources;
+    }
+    return text;
+}
+
+std::string Narrow(const std::u16string& text) {
+    std::string narrow(text.size(), 0);
+    std::transform(text.begin(), text.end(), narrow.begin(), [](char16_t c) {
+        return chars::IsAscii(c)    ? static_cast<char>(c)
+               : chars::IsLetter(c) ? kWideLetter
+                                    : kWideOther;
+    });
+    return narrow;
+}
+
+std::string Project(int64_t globals, int64_t units) {
+    std::ostringstream xml;
+    xml << "<?xml version='1.0' encoding='utf-8'?>\n"
+           "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>"
+           "<fileHeader companyName='c' productName='p' productVersion='1' "
+           "creationDateTime='2024-01-01T00:00:00'/>"
+           "<contentHeader name='generated'><coordinateInfo><fbd><scaling x='0' y='0'/></fbd>"
+           "<ld><scaling x='0' y='0'/></ld><sfc><scaling x='0' y='0'/></sfc></coordinateInfo>"
+           "</contentHeader><types><dataTypes/><pous>\n";
+    for (int64_t i = 0; i < units; ++i) {
+        xml << "<pou name='Unit_" << i << "' pouType='functionBlock'><interface><inputVars>"
+            << "<variable name='Enable'><type><BOOL/></type></variable>"
+            << "<variable name='Setpoint'><type><REAL/></type><initialValue>"
+            << "<simpleValue value='1.5'/></initialValue></variable></inputVars><outputVars>"
+            << "<variable name='Ready'><type><BOOL/></type></variable></outputVars></interface>"
+            << "<body><ST><p xmlns='http://www.w3.org/1999/xhtml'>Ready := Enable AND (Setpoint > "
+            << i << ".0);</p></ST></body></pou>\n";
+    }
+    xml << "</pous></types><instances><configurations>"
+           "<configuration name='c'><resource name='r'><globalVars>\n";
+    for (int64_t i = 0; i < globals; ++i) {
+        xml << "<variable name='Conveyor_Motor_" << i << "'><type><INT/></type><initialValue>"
+            << "<simpleValue value='" << i % 1000 << "'/></initialValue></variable>\n";
+    }
+    xml << "</globalVars></resource></configuration></configurations></instances></project>\n";
+    return xml.str();
+}
+
+}  // namespace lq::bench

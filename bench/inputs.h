@@ -1,0 +1,28 @@
+// What the benchmarks work on.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace lq::bench {
+
+// `count` different names as projects have them, 21 characters on average: two out of three end in
+// a running number.
+std::vector<std::u16string> Names(std::size_t count);
+
+// IEC source text of at least `length` characters: the files of the folder that LQ_CORPUS names,
+// or of the corpus beside the repository, else the bodies of the sample project; over and over.
+const std::u16string& SourceText(std::size_t length);
+
+// The same text in bytes for scanners of 8-bit characters: one byte a character, kWideLetter for
+// every letter beyond ASCII and kWideOther for any other character there.
+inline constexpr char kWideLetter = '\xC0';
+inline constexpr char kWideOther = '\x80';
+std::string Narrow(const std::u16string& text);
+
+// A PLCopen project with so many globals and units.
+std::string Project(int64_t globals, int64_t units);
+
+}  // namespace lq::bench
