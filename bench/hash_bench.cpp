@@ -2,6 +2,7 @@
 // texts. Without regard to case the maps hold and look up the upper-case form.
 #include <algorithm>
 #include <malloc.h>
+#include <map>
 #include <memory>
 #include <unordered_map>
 
@@ -112,7 +113,11 @@ template <typename Table, bool kHit>
 void Find(benchmark::State& state, std::size_t count, bool caseSensitive) {
     const std::vector<Text> names = Names(count);
     const std::vector<Text> keys = Shuffled(kHit ? names : Absent(names));
-    const auto table = Filled<Table>(names, caseSensitive);
+    static std::map<std::pair<std::size_t, bool>, std::unique_ptr<Table>> all;
+    auto& table = all[{count, caseSensitive}];
+    if (!table) {
+        table = Filled<Table>(names, caseSensitive);
+    }
     std::size_t found = 0;
     for (auto _ : state) {
         found = 0;

@@ -145,12 +145,9 @@ void ScanLiterals(benchmark::State& state, const Family& family) {
     }
     const auto length = static_cast<int32_t>(text.size());
     const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
-    MEMSTREAM_W nothing(u"", 0, 0, nullptr);
-    scanner->Initialize(nothing);
     int seen = 0;
     for (auto _ : state) {
         MEMSTREAM_W stream(text.data(), length, length, nullptr);
-        scanner->ReleaseStream();
         scanner->AssignStream(stream, 1);
         seen = 0;
         for (Token token = scanner->GetToken(); token.kind == family.kind;
@@ -158,6 +155,7 @@ void ScanLiterals(benchmark::State& state, const Family& family) {
             benchmark::DoNotOptimize(token);
             ++seen;
         }
+        scanner->ReleaseStream();
     }
     if (seen != kCount) {
         state.SkipWithError("a literal was not taken for what it is");
