@@ -1,0 +1,104 @@
+# Installation in three parts: the libraries (runtime), what is needed to build against them
+# (development), and the tool. Everything finds its way from where it lies: the installed tree may be
+# moved as a whole.
+include(CMakePackageConfigHelpers)
+
+# Headers lie in a folder of their own, as several versions may be installed.
+set(LQ_DATA_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/lq_data-${PROJECT_VERSION_MAJOR})
+set(LQ_DATA_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/lq_data)
+set(development DESTINATION ${LQ_DATA_CMAKE_DIR} COMPONENT development)
+
+set(headers_of_host
+    addrcheck/address_check.h
+    framework/extension_module.h
+    framework/string_table.h
+    mdi/pou_ref.h
+    text/utf.h
+    useradapt/user_adapter.h)
+if(LQ_DATA_HOST)
+  list(APPEND headers_of_host model/flat_index.h model/project.h model/records.h model/section.h
+       model/text_pool.h plcopen/plcopen.h)
+endif()
+
+# -- Libraries and headers ------------------------------------------------------------------------
+
+foreach(target ${LQ_DATA_LIBRARIES})
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN)
+endforeach()
+install(
+  TARGETS ${LQ_DATA_LIBRARIES}
+  EXPORT lq_data
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  INCLUDES DESTINATION ${LQ_DATA_INCLUDE_DIR})
+install(DIRECTORY include/ env/ DESTINATION ${LQ_DATA_INCLUDE_DIR} COMPONENT development)
+if(LQ_DATA_HOST_BASE)
+  # The texts' libraries are looked for beside the library.
+  install(TARGETS lq_data_RC_1252 lq_data_RC_932 LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+                                                         COMPONENT runtime)
+  foreach(header ${headers_of_host})
+    get_filename_component(folder ${header} DIRECTORY)
+    install(FILES host/${header} DESTINATION ${LQ_DATA_INCLUDE_DIR}/host/${folder}
+            COMPONENT development)
+  endforeach()
+  # Of the library's own: what the model's records are compared with.
+  install(FILES frame/chars.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame COMPONENT development)
+endif()
+
+# -- CMake package --------------------------------------------------------------------------------
+
+set(LQ_DATA_DEPENDENCIES)
+if(LQ_DATA_HOST_BASE)
+  list(APPEND LQ_DATA_DEPENDENCIES inih)
+endif()
+if(LQ_DATA_HOST)
+  list(APPEND LQ_DATA_DEPENDENCIES EXPAT)
+endif()
+install(EXPORT lq_data NAMESPACE lq_data:: FILE lq_data-targets.cmake ${development})
+configure_package_config_file(cmake/lq_data-config.cmake.in lq_data-config.cmake
+                              INSTALL_DESTINATION ${LQ_DATA_CMAKE_DIR})
+write_basic_package_version_file(lq_data-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lq_data-config.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/lq_data-config-version.cmake cmake/Findinih.cmake
+              ${development})
+
+# -- pkg-config -----------------------------------------------------------------------------------
+
+set(LQ_DATA_PC_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH LQ_DATA_PC_PREFIX /${LQ_DATA_PC_DIR} /)
+string(REGEX REPLACE "/$" "" LQ_DATA_PC_PREFIX ${LQ_DATA_PC_PREFIX})
+
+function(install_pc LQ_DATA_PC_NAME LQ_DATA_PC_REQUIRES LQ_DATA_PC_DESCRIPTION)
+  list(JOIN ARGN " " LQ_DATA_PC_LIBS)
+  configure_file(cmake/lq_data.pc.in ${LQ_DATA_PC_NAME}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${LQ_DATA_PC_NAME}.pc DESTINATION ${LQ_DATA_PC_DIR}
+          COMPONENT development)
+endfunction()
+
+set(about "Data and model library of a programming environment for IEC 61131-3")
+set(host_libraries)
+if(LQ_DATA_HOST)
+  set(host_libraries -llq_host_plcopen -llq_host_model -llq_host_base)
+endif()
+if(BUILD_SHARED_LIBS)
+  install_pc(lq_data "" "${about}" -llq_data)
+else()
+  # The library and its host call each other.
+  set(others)
+  if(LQ_DATA_HOST)
+    set(others -lexpat -linih -ldl)
+  endif()
+  install_pc(lq_data "" "${about}" -Wl,--start-group -llq_data ${host_libraries} -Wl,--end-group
+             ${others})
+endif()
+if(LQ_DATA_HOST)
+  install_pc(lq_data_host lq_data "${about}: its host layer" ${host_libraries})
+endif()
+
+# -- Tool -----------------------------------------------------------------------------------------
+
+if(LQ_DATA_TOOLS)
+  file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(lq PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+  install(TARGETS lq RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+endif()

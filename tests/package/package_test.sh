@@ -1,0 +1,104 @@
+#!/usr/bin/env bash
+# The library as its users meet it: package_test.sh CASE SOURCE BUILD WORK. The install case comes
+# first; the others, but for own_model and debian, stand on what it installed.
+set -euo pipefail
+case=$1 source=$2 build=$3 work=$4
+prefix=$work/prefix
+project=$source/examples/plant/plant.xml
+
+fail() { echo "$case: $*" >&2; exit 1; }
+
+# Compares standard input with the text.
+expect() {
+  diff <(echo "$1") - || fail "the output differs"
+}
+
+embed_says='value
+low := 0.0 (a constant)
+high := 100.0 (a constant)
+Clamp
+result
+(64-bit value)'
+
+# Says something only when the command fails.
+quietly() {
+  local said
+  said=$("$@" 2>&1) || { echo "$said" >&2; return 1; }
+}
+
+# A consumer is compiled with none of our warnings and settings.
+check_flags() {  # COMPILE_COMMANDS FILE
+  local command
+  command=$(grep "\"command\".*$2" "$1") || fail "$2 is not compiled"
+  ! grep -oE -- ' -(W|f)[^ ]+' <<<"$command" || fail "$2 is compiled with flags of ours"
+}
+
+install_tree() {
+  rm -rf "$work"
+  quietly cmake --install "$build" --prefix "$work/first"
+  mv "$work/first" "$prefix"  # what was installed may be moved
+  ! grep -rl "$build" "$prefix" || fail "these files know the build folder"
+  "$prefix/bin/lq" fb "$project" Mixing stirring | expect TON
+}
+
+find_package() {
+  rm -rf "$work/$case"
+  quietly cmake -S "$source/examples/embed" -B "$work/$case" -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+  quietly cmake --build "$work/$case"
+  "$work/$case/embed" "$project" Clamp | expect "$embed_says"
+  check_flags "$work/$case/compile_commands.json" main.cpp
+}
+
+pkg_config() {
+  local folder
+  folder=$(dirname "$(find "$prefix" -name lq_data_host.pc)")
+  export PKG_CONFIG_PATH=$folder
+  # shellcheck disable=SC2046
+  c++ -std=c++20 "$source/examples/embed/main.cpp" -o "$work/$case" \
+    $(pkg-config --cflags --libs lq_data_host)
+  LD_LIBRARY_PATH=$(pkg-config --variable=libdir lq_data) "$work/$case" "$project" Clamp |
+    expect "$embed_says"
+}
+
+own_model() {
+  rm -rf "$work-$case"
+  quietly cmake -S "$source/examples/own_model" -B "$work-$case" -G Ninja \
+    -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
+    ${CMAKE_CXX_COMPILER_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER="$CMAKE_CXX_COMPILER_LAUNCHER"}
+  check_flags "$work-$case/compile_commands.json" own_model/main.cpp
+  ! grep BUILD_SHARED_LIBS "$work-$case/CMakeCache.txt" || fail "the parent's choice was changed"
+  quietly cmake --build "$work-$case"
+  "$work-$case/own_model" | expect 'Running: type 0, constant at 0
+Speed: type 2, constant at 25
+Level: type 9, constant at 48'
+  quietly cmake --install "$work-$case" --prefix "$work-$case/prefix"
+  [ ! -e "$work-$case/prefix" ] || fail "a subproject installs"
+}
+
+debian() {
+  rm -rf "$work-$case"
+  mkdir -p "$work-$case/root/var/lib/dpkg"/{updates,info}
+  touch "$work-$case/root/var/lib/dpkg/status"
+  (cd "$build" && quietly cpack -G DEB -B "$work-$case")
+  local packages=("$work-$case"/*.deb) package
+  [ ${#packages[@]} = 3 ] || fail "not three packages: ${packages[*]}"
+  for package in "${packages[@]}"; do
+    if [ "$(id -u)" = 0 ]; then
+      # The folder is empty: what the packages depend on is not in it.
+      quietly dpkg --root="$work-$case/root" --log=/dev/null --force-depends \
+        --force-script-chrootless -i "$package"
+    else
+      dpkg-deb -x "$package" "$work-$case/root"
+    fi
+  done
+  "$work-$case/root/usr/bin/lq" fb "$project" Mixing stirring | expect TON
+  prefix=$work-$case/root/usr work=$work-$case
+  find_package
+}
+
+case $case in
+  install) install_tree ;;
+  find_package | pkg_config | own_model | debian) "$case" ;;
+  *) fail "no such case" ;;
+esac
