@@ -99,6 +99,14 @@ endif()
 
 if(LQ_DATA_TOOLS)
   file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  get_target_property(tool_folder lq BINARY_DIR)
+  set(LQ_MANUAL ${tool_folder}/manual)
   set_target_properties(lq PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
   install(TARGETS lq RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  foreach(file lq.1:${CMAKE_INSTALL_MANDIR}/man1 lq:${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+               _lq:${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+               lq.fish:${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+    string(REGEX MATCH "(.+):(.+)" file ${file})
+    install(FILES ${LQ_MANUAL}/${CMAKE_MATCH_1} DESTINATION ${CMAKE_MATCH_2} COMPONENT tool)
+  endforeach()
 endif()

@@ -1,5 +1,5 @@
-// What a project holds: plain records whose texts lie in the project's text pool. Lines are counted
-// from 1 in the file that a record came from; 0 says that none is known.
+// What a project holds: plain records whose texts lie in the project's text pool. Lines and columns
+// are counted from 1 in the file that a record came from; 0 says that none is known.
 #pragma once
 
 #include <cstdint>
@@ -65,6 +65,7 @@ struct Declaration {
     Text comment2 = u"";
     ID owner;  // the POU, data type or variable list
     uint32_t line = 0;
+    uint32_t column = 0;
     Section section;
 
     // Temporaries and members answer as declarations of scope VAR.
@@ -78,6 +79,7 @@ enum class Language : uint8_t { kNone, kSt, kIl, kFbd, kLd, kSfc };
 struct Mark {
     Text name = u"";
     uint32_t line = 0;
+    uint32_t column = 0;
     bool conditional = false;  // of a jump
 };
 
@@ -98,6 +100,7 @@ struct Pou {
     bool eno = false;
     bool library = false;
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList declarations;
     std::vector<Body> bodies;
     std::vector<Text> calls;  // names that the bodies call, each once

@@ -58,7 +58,7 @@ class BodyReader {
   private:
     void ReadText(const Element& element, Language language) {
         const Code code = CodeOf(element);
-        ReadCode(context_, code.text, language, code.line, pou_, body_);
+        ReadCode(context_, code, language, pou_, body_);
     }
 
     Text Name(const Element& element, std::string_view attribute) {
@@ -68,7 +68,7 @@ class BodyReader {
     void AddMark(std::vector<Mark>& marks, const Element& element, bool conditional) {
         const Text name = Name(element, "label");
         if (*name != 0) {
-            marks.push_back({name, element.line, conditional});
+            marks.push_back({name, element.line, element.column, conditional});
         }
     }
 

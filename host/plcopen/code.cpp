@@ -9,6 +9,7 @@
 #include "frame/chars.h"
 #include "host/model/words.h"
 #include "host/plcopen/parts.h"
+#include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "lq_data/scanner.h"
 
@@ -59,13 +60,13 @@ class CodeReader {
     CodeReader(Project& project, Language language, Pou& pou, Body& body)
         : project_(project), il_(language == Language::kIl), pou_(pou), body_(body) {}
 
-    void Take(const Token& token) {
+    void Take(const Token& token, uint32_t column) {
         if (il_ && token.line != line_) {
             EndLine();
             line_ = token.line;
         }
         if (isInstruction_ && token.IsOperator(OP_COLON)) {
-            body_.labels.push_back({project_.Intern(name_), Line(), false});
+            body_.labels.push_back({project_.Intern(name_), Line(), nameColumn_, false});
             Keep({}, false);
             atStart_ = true;
             return;
@@ -74,10 +75,11 @@ class CodeReader {
         if (!jump) {
             EndName(isInstruction_ || token.IsOperator(OP_LPAREN));
         } else if (token.kind == TK_IDENTIFIER) {
-            body_.jumps.push_back({project_.Intern(token.text), Line(), *jump});
+            body_.jumps.push_back({project_.Intern(token.text), Line(), column, *jump});
         }
         const bool isName = token.kind == TK_IDENTIFIER;
         Keep(isName ? token.text : u"", isName && il_ && atStart_);
+        nameColumn_ = column;
         atStart_ = false;
     }
 
@@ -116,7 +118,8 @@ class CodeReader {
     const bool il_;
     Pou& pou_;
     Body& body_;
-    std::u16string name_;         // the last token, when it is a name, else empty
+    std::u16string name_;  // the last token, when it is a name, else empty
+    uint32_t nameColumn_ = 0;
     bool isInstruction_ = false;  // it is the first of an IL line
     bool atStart_ = true;         // nothing on the line yet, but for a label
     int32_t line_ = -1;
@@ -124,10 +127,9 @@ class CodeReader {
 
 }  // namespace
 
-void ReadCode(Context& context, std::string_view utf8, Language language, uint32_t line, Pou& pou,
-              Body& body) {
+void ReadCode(Context& context, const Code& source, Language language, Pou& pou, Body& body) {
     std::u16string code;
-    DecodeUtf8(utf8, code);
+    DecodeUtf8(source.text, code);
     BlankForeignText(code);
     const auto length = static_cast<int32_t>(code.size());
     MEMSTREAM_W stream(code.c_str(), length, length, nullptr);  // outlives its scanner
@@ -137,12 +139,14 @@ void ReadCode(Context& context, std::string_view utf8, Language language, uint32
     }
     auto& scanner = static_cast<Scanner&>(*object);
     scanner.Initialize(stream);
-    scanner.SetnActLine(static_cast<int>(line));
+    scanner.SetnActLine(static_cast<int>(source.line));
 
+    TokenColumns columns(code, source.column);
     CodeReader reader(context.project, language, pou, body);
     for (Token token = scanner.GetToken(); token.kind != TK_EOF; token = scanner.GetToken()) {
+        const uint32_t column = columns.Next(scanner, token);
         if (token.kind != TK_NEWLINE && token.kind != TK_COMMENT) {
-            reader.Take(token);
+            reader.Take(token, column);
         }
     }
     reader.EndLine();

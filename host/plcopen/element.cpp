@@ -40,6 +40,7 @@ void AppendCode(const Element& element, Code& code) {
         if (child->IsText()) {
             if (code.text.empty()) {
                 code.line = child->line;
+                code.column = child->column;
             }
             AppendLines(code, std::int64_t{child->line} - code.line - code.breaks);
             code.text += child->text;

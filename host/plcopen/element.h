@@ -42,10 +42,11 @@ std::string_view Trim(std::string_view text);
 // All text below the element, a paragraph a line, without blanks around it.
 std::string Prose(const Element& element);
 
-// The text below the element as it stands, with the line of its beginning.
+// The text below the element as it stands, with the place of its beginning.
 struct Code {
     std::string text;
     uint32_t line = 0;
+    uint32_t column = 0;
     std::int64_t breaks = 0;  // line breaks in the text
 };
 Code CodeOf(const Element& element);

@@ -25,8 +25,7 @@ void ReadBody(Context& context, const Element& body, std::string_view name, Pou&
 void ReadTask(Context& context, const Element& task, ID resource);
 void ReadProgramInstance(Context& context, const Element& instance, ID parent);
 
-// The labels, jumps and calls of IL or ST text; `line` is that of its first character.
-void ReadCode(Context& context, std::string_view code, Language language, uint32_t line, Pou& pou,
-              Body& body);
+// The labels, jumps and calls of IL or ST text.
+void ReadCode(Context& context, const Code& code, Language language, Pou& pou, Body& body);
 
 }  // namespace lq::host::plcopen

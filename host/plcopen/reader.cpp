@@ -167,6 +167,7 @@ bool Reader::OpenPou(const Element& element) {
         pou.name = context_.Intern(Required(context_, element, "name"));
         pou.kind = row.kind;
         pou.line = element.line;
+        pou.column = element.column;
         if (*pou.name == 0) {
             return false;
         }

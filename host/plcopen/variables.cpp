@@ -79,6 +79,7 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     declaration.comment = context.Documentation(variable);
     declaration.owner = owner;
     declaration.line = variable.line;
+    declaration.column = variable.column;
     declaration.section = section;
     return declaration;
 }

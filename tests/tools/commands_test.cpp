@@ -32,25 +32,34 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
         const char* message;
     };
     for (const Case& c : {
-             Case{"", "lq: A subcommand is required"},
-             Case{"frobnicate", "lq: "},
+             Case{"", "lq: no command was given; see lq --help"},
+             Case{"frobnicate", "lq: no command is called 'frobnicate'; see lq --help"},
+             Case{"transalte", "lq: no command is called 'transalte'; did you mean 'translate'?"},
+             Case{"SHOW", "did you mean 'show'?"},
+             Case{"show --tabel x", "lq: no option is called '--tabel'; did you mean '--table'?"},
+             Case{"value --jsno 5", "lq: no option is called '--jsno'; did you mean '--json'?"},
+             Case{"scan a b", "lq: there is no use for 'b'; see lq scan --help"},
+             Case{"--generate cake", "lq: nothing of the kind 'cake' is generated"},
              Case{"translate missing.xml", "lq: missing.xml: cannot be opened: No such file"},
              Case{"translate folder", "lq: folder: is a folder, not a file"},
              Case{"translate bad.xml", "bad.xml:1:"},
              Case{"translate other.xml", "other.xml:1:"},
              Case{"translate latin.xml", "latin.xml:1:"},
              Case{"translate entity.xml", "entity.xml:1:"},
-             Case{"scan bad.st", "lq: bad.st: is not text: "},
+             Case{"scan bad.st", "bad.st:2:1: is not text: "},
              Case{"scan missing.st", "lq: missing.st: cannot be opened"},
              Case{"show folder", "lq: folder: is a folder, not a file"},
              Case{"show short.lqt", "lq: short.lqt: no image of tables: it ends before the length"},
              Case{"show long.lqt", "lq: long.lqt: no image of tables: "},
              Case{"show behind.lqt", "lq: behind.lqt: no image of tables: 1 bytes lie behind"},
              Case{"show $EXAMPLES/plant/plant.xml --table nothing",
-                  "lq: no table is called 'nothing'"},
+                  "lq: no table is called 'nothing'; the tables are debug, units"},
+             Case{"show $EXAMPLES/plant/plant.xml --table Globls", "did you mean 'globals'?"},
              Case{"translate $EXAMPLES/plant/plant.xml -o no/such/folder.lqt", "cannot be written"},
              Case{"translate $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
-             Case{"pou $EXAMPLES/plant/plant.xml Nobody", "'Nobody'"},
+             Case{"pou $EXAMPLES/plant/plant.xml Nobody", "is called 'Nobody'\n"},
+             Case{"pou $EXAMPLES/plant/plant.xml clmap", "did you mean 'Clamp'?"},
+             Case{"fb $EXAMPLES/plant/plant.xml Mixin stirring", "did you mean 'Mixing'?"},
              Case{"pou $EXAMPLES/plant/plant.xml Mixing --interface", "no function or function"},
              Case{"value", "lq: value: no constant"},
          }) {
@@ -107,15 +116,15 @@ TEST(Translate, RefusedDeclarationsAreListed) {
             "</ST></body></pou>");
     const Outcome outcome = RunLq("translate -", project);
     EXPECT_EQ(outcome.status, 1);
-    for (const char* row : {
-             "List\tgood\tINT\ta global of this name was declared before",
-             "\tINT\tthe name has more than 65 characters",
-             "List\tBad__Name\tINT\tthe name is no identifier",
-             "List\tNoType\tNobody\tno type of this name is known",
-             "List\tNoValue\tINT\tthe initial value does not read as one constant",
-             "P\tMissing\tINT\tno global of this name was entered",
+    for (const char* message : {
+             "(standard input):9:1: List.good: a global of this name was declared before\n",
+             ": the name has more than 65 characters\n",
+             "(standard input):11:1: List.Bad__Name: the name is no identifier\n",
+             "(standard input):12:1: List.NoType: no type of this name is known\n",
+             "List.NoValue: the initial value does not read as one constant\n",
+             "(standard input):5:83: P.Missing: no global of this name was entered\n",
          }) {
-        EXPECT_THAT(outcome.out, HasSubstr(row));
+        EXPECT_THAT(outcome.err, HasSubstr(message));
     }
     EXPECT_THAT(outcome.out, HasSubstr("7 declarations, 6 refused"));
 }
@@ -123,7 +132,7 @@ TEST(Translate, RefusedDeclarationsAreListed) {
 TEST(Translate, AProjectWithoutDeclarations) {
     const Outcome outcome = RunLq("translate - -o empty.lqt", Project(""));
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "lq: (standard input): the project has no declarations\n");
+    EXPECT_EQ(outcome.err, "(standard input): the project has no declarations\n");
     EXPECT_EQ(ReadFile(TestFolder() + "/empty.lqt"), std::string(40, '\0'));
 }
 
@@ -149,34 +158,56 @@ TEST(Show, FindsAComponentInItsUnitOnly) {
     EXPECT_THAT(only, HasSubstr("\tB\tx\tVAR\tINT"));
     const Outcome none = RunLq("show - --find C.x", project);
     EXPECT_EQ(none.status, 1);
-    EXPECT_THAT(none.err, HasSubstr("nothing is called 'C.x'"));
+    EXPECT_THAT(none.err, HasSubstr("nothing is called 'C.x'; did you mean 'A.x'?"));
     EXPECT_EQ(RunLq("show - --json --find C.x", project).status, 1);
 }
 
 TEST(Scan, TokensAndErrors) {
     const std::string source = "x := T#1h; (* c *)\n  %QX1.2 'it$'s' 16#G {";
     EXPECT_EQ(RunLq("scan -", source).out,
-              "1\tidentifier\tx\n"
-              "1\toperator\t:=\n"
-              "1\ttime\tT#1h\t3600000 ms\n"
-              "1\toperator\t;\n"
-              "1\tcomment\t(* c *)\t c \n"
-              "2\taddress\t%QX1.2\toutput bit 1.2\n"
-              "2\tstring\t'it$'s'\tit's\n"
-              "2\terror\t16#\tmalformed number with a base, or one that needs more than 32 bits\n"
-              "2\tidentifier\tG\n"
-              "2\terror\t{\tno token begins with this character\n");
+              "1:1\tidentifier\tx\n"
+              "1:3\toperator\t:=\n"
+              "1:6\ttime\tT#1h\t3600000 ms\n"
+              "1:10\toperator\t;\n"
+              "1:12\tcomment\t(* c *)\t c \n"
+              "2:3\taddress\t%QX1.2\toutput bit 1.2\n"
+              "2:10\tstring\t'it$'s'\tit's\n"
+              "2:18\terror\t16#\tmalformed number with a base, or one that needs more than 32 "
+              "bits\n"
+              "2:21\tidentifier\tG\n"
+              "2:23\terror\t{\tno token begins with this character\n");
     WriteFile(TestFolder() + "/a.st", source);
     const Outcome errors = RunLq("scan --errors a.st");
     EXPECT_EQ(errors.status, 1);
     EXPECT_EQ(errors.out,
-              "a.st:2: malformed number with a base, or one that needs more than 32 bits: 16#\n"
-              "a.st:2: no token begins with this character: {\n");
+              "a.st:2:18: malformed number with a base, or one that needs more than 32 bits: 16#\n"
+              "a.st:2:23: no token begins with this character: {\n");
     EXPECT_THAT(RunLq("scan - --json", "a").out, HasSubstr("\"kind\":\"identifier\""));
 }
 
+TEST(Scan, ColumnsCountCharacters) {
+    struct Case {
+        std::string source;
+        const char* place;  // of the last token
+    };
+    for (const Case& c : {
+             Case{"\tx", "1:2"},
+             Case{"x\ny", "2:1"},
+             Case{"x\r\n y", "2:2"},
+             Case{"\xC3\xA4 y", "1:3"},
+             Case{"(* \xF0\x9F\x98\x80 *) y", "1:9"},  // a pair of UTF-16
+             Case{"(* a\nb *) y", "2:6"},
+             Case{"'" + std::string(5000, 'a') + "' y", "1:5004"},
+             Case{"a\rb", "1:3"},
+         }) {
+        const std::string out = RunLq("scan -", c.source).out;
+        const size_t last = out.rfind('\n', out.size() - 2) + 1;  // 0 for the only line
+        EXPECT_EQ(out.substr(last, out.find('\t', last) - last), c.place) << c.source << out;
+    }
+}
+
 TEST(Scan, ReadsTheEncodingsOfSources) {
-    const std::string expected = "1\tidentifier\t\xC3\xA4\n";
+    const std::string expected = "1:1\tidentifier\t\xC3\xA4\n";
     for (const std::string& source :
          {std::string("\xC3\xA4"), std::string("\xEF\xBB\xBF\xC3\xA4"),
           std::string("\xFF\xFE\xE4\x00", 4), std::string("\xFE\xFF\x00\xE4", 4)}) {
@@ -193,8 +224,8 @@ TEST(Scan, TheMarkOfTheEndMayStandThere) {
     EXPECT_EQ(RunLq("scan -", "a\x1A").status, 0);
     const Outcome outcome = RunLq("scan -", "a\n\x1A b");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.out, "1\tidentifier\ta\n");
-    EXPECT_THAT(outcome.err, HasSubstr("(standard input):2: the text behind"));
+    EXPECT_EQ(outcome.out, "1:1\tidentifier\ta\n");
+    EXPECT_THAT(outcome.err, HasSubstr("(standard input):2:1: the text behind"));
 }
 
 TEST(Show, AnImageMayBeginAsAnXmlDocumentDoes) {
@@ -217,7 +248,7 @@ TEST(Translate, ANameDeclaredTwiceInAUnitIsEnteredOnce) {
                              "xhtml'>;</p></ST></body></pou>";
     const Outcome outcome = RunLq("translate -", Project("", unit));
     EXPECT_THAT(outcome.out, HasSubstr("components\t1\t"));
-    EXPECT_THAT(outcome.out, HasSubstr("P\tX\tINT\tthe unit has declared this name before"));
+    EXPECT_THAT(outcome.err, HasSubstr("P.X: the unit has declared this name before"));
     EXPECT_THAT(RunLq("translate - -o -", Project("", unit)).err, HasSubstr("P.X: the unit has"));
 }
 
@@ -225,7 +256,22 @@ TEST(Value, WhatIsNoConstantIsReported) {
     const Outcome outcome = RunLq("value abc 5");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "lq: 'abc' is no constant\n");
+    EXPECT_EQ(RunLq("value -", "5\nabc").err, "(standard input):2:1: 'abc' is no constant\n");
     EXPECT_THAT(outcome.out, HasSubstr("5\tSINT\t5"));
+}
+
+TEST(Translate, RefusedLabelsStandInTheirText) {
+    const std::string project =
+        Project(Variable("g"),
+                "<pou name='P' pouType='program'><interface/><body><IL>\n<p "
+                "xmlns='http://www.w3.org/1999/xhtml'>Twice: LD g\n"
+                "  Twice: ST g</p></IL></body></pou>");
+    EXPECT_EQ(RunLq("translate -", project).err,
+              "(standard input):7:3: P.Twice: the label is defined twice\n");
+}
+
+TEST(Help, TheVersionIsOneLine) {
+    EXPECT_THAT(RunLq("--version").out, MatchesRegex("lq [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST(Help, EveryCommandHasAnExample) {
@@ -233,7 +279,8 @@ TEST(Help, EveryCommandHasAnExample) {
          {"translate", "show", "scan", "value", "pou", "fb", "tasks", "types"}) {
         const Outcome outcome = RunLq(std::string(command) + " --help");
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.out, HasSubstr(std::string("Example:\n  lq ") + command));
+        EXPECT_THAT(outcome.out, StartsWith(std::string("Example:\n  lq ") + command));
+        EXPECT_EQ(RunLq(std::string(command) + " -h").out, outcome.out);
     }
 }
 

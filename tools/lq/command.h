@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace lq::tool {
 
@@ -15,7 +16,17 @@ enum ExitStatus : int {
 // Ends a command that cannot do its work; the text is that sentence.
 class CommandError : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    explicit CommandError(const std::string& text) : CommandError("lq", text) {}
+
+    // What stands in front of the sentence: the program, or the place of the input.
+    const std::string& Origin() const { return origin_; }
+
+  protected:
+    CommandError(std::string origin, const std::string& text)
+        : std::runtime_error(text), origin_(std::move(origin)) {}
+
+  private:
+    std::string origin_;
 };
 
 }  // namespace lq::tool

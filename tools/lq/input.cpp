@@ -5,6 +5,8 @@
 #include "host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input_buffer.h"
+#include "tools/lq/messages.h"
+#include "tools/lq/progress.h"
 
 namespace lq::tool {
 
@@ -20,12 +22,14 @@ std::string DisplayName(const std::string& path) {
 
 std::string ReadInput(const std::string& path, uint64_t limit) {
     InputBuffer source(path, limit);
+    Progress progress("reading " + DisplayName(path), source.Size());
     std::string bytes;
     bytes.reserve(source.Size() <= limit ? source.Size() : 0);
     std::vector<char> piece(kPiece);
     for (std::streamsize got = kPiece; got == kPiece;) {
         got = source.sgetn(piece.data(), kPiece);
         bytes.append(piece.data(), static_cast<size_t>(got));
+        progress.Set(bytes.size());
     }
     return bytes;
 }
@@ -34,8 +38,9 @@ std::u16string DecodeInput(const std::string& path, std::string_view bytes) {
     std::u16string text;
     const host::TextStatus status = host::DecodeSource(bytes, text);
     if (!status.IsFine()) {
-        throw CommandError(DisplayName(path) + ": is not text: " + host::Describe(status.fault) +
-                           " at byte " + std::to_string(status.offset));
+        throw InputError(PlaceBehind(DisplayName(path), text),
+                         std::string("is not text: ") + host::Describe(status.fault) + " at byte " +
+                             std::to_string(status.offset));
     }
     return text;
 }

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <iostream>
-#include <unistd.h>
+
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -12,22 +12,11 @@ namespace {
 
 constexpr size_t kGap = 2;  // blanks between columns
 
-bool UseColour() {
-    const char* noColour = std::getenv("NO_COLOR");
-    const char* terminal = std::getenv("TERM");
-    return IsTerminal() && !(noColour && *noColour) &&
-           !(terminal && std::string(terminal) == "dumb");
-}
-
 // Characters, not bytes: continuation bytes of UTF-8 take no room.
 size_t Width(const std::string& text) {
     return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
     }));
-}
-
-std::string Bold(const std::string& text) {
-    return UseColour() ? "\x1B[1m" + text + "\x1B[0m" : text;
 }
 
 std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,
@@ -55,7 +44,7 @@ std::string WithTabs(const std::vector<std::string>& cells) {
     return line;
 }
 
-std::string Cell(const nlohmann::ordered_json& value) {
+std::string Cell(const Json& value) {
     if (value.is_null()) {
         return "";
     }
@@ -74,31 +63,35 @@ std::string Cell(const nlohmann::ordered_json& value) {
 
 }  // namespace
 
+std::string MemberOf(std::string title) {
+    std::replace(title.begin(), title.end(), ' ', '_');
+    return title;
+}
+
+Json NewDocument() {
+    return {{"schema", kJsonSchema}};
+}
+
 Table TableOf(const std::string& title, const std::vector<Table::Column>& columns,
-              const nlohmann::ordered_json& rows) {
+              const Json& rows) {
     Table table{title, columns, {}};
     for (const auto& row : rows) {
         std::vector<std::string> cells;
         cells.reserve(columns.size());
         for (const Table::Column& column : columns) {
-            cells.push_back(Cell(row.at(column.title)));
+            cells.push_back(Cell(row.at(MemberOf(column.title))));
         }
         table.rows.push_back(std::move(cells));
     }
     return table;
 }
 
-void PrintJson(const nlohmann::ordered_json& document) {
-    PrintLine(document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+void PrintJson(const Json& document) {
+    PrintLine(document.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
-void ReportFault(const std::string& message) {
-    std::cerr << "lq: " << message << '\n';
-}
-
-bool IsTerminal() {
-    static const bool isTerminal = isatty(STDOUT_FILENO) != 0;
-    return isTerminal;
+void PrintText(const std::string& text) {
+    std::cout << text;
 }
 
 void PrintLine(const std::string& line) {
@@ -113,9 +106,9 @@ void Print(const Table& table) {
         widths.push_back(Width(column.title));
     }
     if (!table.title.empty()) {
-        PrintLine(Bold(table.title));
+        PrintLine(Bold(Stream::kResults, table.title));
     }
-    if (!IsTerminal()) {
+    if (!IsTerminal(Stream::kResults)) {
         PrintLine(WithTabs(titles));
         for (const auto& row : table.rows) {
             PrintLine(WithTabs(row));
@@ -127,7 +120,7 @@ void Print(const Table& table) {
             widths[i] = std::max(widths[i], Width(row[i]));
         }
     }
-    PrintLine(Bold(Aligned(titles, widths, table)));
+    PrintLine(Bold(Stream::kResults, Aligned(titles, widths, table)));
     for (const auto& row : table.rows) {
         PrintLine(Aligned(row, widths, table));
     }

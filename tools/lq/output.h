@@ -9,6 +9,15 @@
 
 namespace lq::tool {
 
+using Json = nlohmann::ordered_json;
+
+// The number of the form of all JSON documents (docs/schema/). It counts changes that break a
+// reader; new members are none.
+inline constexpr int kJsonSchema = 1;
+
+// What every document begins with.
+Json NewDocument();
+
 struct Table {
     struct Column {
         std::string title;
@@ -20,21 +29,21 @@ struct Table {
     std::vector<std::vector<std::string>> rows;  // as long as `columns`
 };
 
-// Whether standard output is a terminal.
-bool IsTerminal();
+// The member of a JSON object that a title names: with underlines for blanks.
+std::string MemberOf(std::string title);
 
 // A table of rows that are JSON objects with a member a column: null leaves a cell empty, a list is
 // written with blanks between its items.
 Table TableOf(const std::string& title, const std::vector<Table::Column>& columns,
-              const nlohmann::ordered_json& rows);
+              const Json& rows);
 
 void Print(const Table& table);
 
 // A JSON document; bytes that are no UTF-8 become replacement characters.
-void PrintJson(const nlohmann::ordered_json& document);
+void PrintJson(const Json& document);
 
-// A fault of the input, on standard error.
-void ReportFault(const std::string& message);
+// The text as it stands.
+void PrintText(const std::string& text);
 
 // A line of its own.
 void PrintLine(const std::string& line);

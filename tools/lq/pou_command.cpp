@@ -1,7 +1,5 @@
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "lq_data/pouh.h"
@@ -10,15 +8,16 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/output.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/records.h"
+#include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
 
 using host::EncodeUtf8;
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -48,11 +47,46 @@ std::string CommentText(const POUH_INFO_TYP* info, POUH_ATTRIBUTE_FLAG flag) {
     return comment ? EncodeUtf8(GetRemarkPointerOfPOUHComment(comment)) : "";
 }
 
+// Of the project, and of its library for a unit.
+std::vector<std::string> UnitNames(const host::Project& project, bool withTypes) {
+    std::vector<std::string> names;
+    for (const host::Pou& pou : project.Pous()) {
+        names.push_back(EncodeUtf8(pou.name));
+    }
+    for (const host::DataType& type : project.DataTypes()) {
+        if (withTypes) {
+            names.push_back(EncodeUtf8(type.name));
+        }
+    }
+    return names;
+}
+
+[[noreturn]] void NoSuchUnit(const host::Project& project, const std::string& name,
+                             bool withTypes) {
+    throw CommandError(std::string(withTypes ? "no unit or data type" : "no unit") +
+                       " is called '" + name + "'" +
+                       DidYouMean(name, UnitNames(project, withTypes)));
+}
+
+// The declarations that may be instances for the unit: its own and the global ones.
+std::vector<std::string> InstanceNames(const host::Project& project, const char16_t* unit) {
+    std::vector<std::string> names;
+    const ID pou = project.FindAnyPou(unit);
+    for (const host::Declaration& declaration : project.Declarations()) {
+        const bool isGlobal = project.GetVariableList(declaration.owner) != nullptr;
+        const bool isBlock = project.FindAnyPou(declaration.type) != ID();
+        if ((declaration.owner == pou || isGlobal) && isBlock) {
+            names.push_back(EncodeUtf8(declaration.name));
+        }
+    }
+    return names;
+}
+
 // The whole header.
-Json HeaderOf(const PouOptions& options, const std::u16string& name) {
+Json HeaderOf(const host::Project& project, const PouOptions& options, const std::u16string& name) {
     const HeaderPtr header(CreatePOUHeader());
     if (!header || !LoadPOUHeader(header.get(), name.c_str())) {
-        throw CommandError("no unit or data type is called '" + options.name + "'");
+        NoSuchUnit(project, options.name, true);
     }
     POUH_INFO_TYP* info = nullptr;
     uint32_t kind = PT_OTHER;
@@ -61,16 +95,17 @@ Json HeaderOf(const PouOptions& options, const std::u16string& name) {
     return {{"name", EncodeUtf8(pouh::TextOf(info, POUH_NAME))},
             {"kind", UnitKindName(kind)},
             {"comment", CommentText(info, POUH_POUCOMMENT)},
-            {"interface comment", CommentText(info, POUH_COMMENT)},
+            {"interface_comment", CommentText(info, POUH_COMMENT)},
             {"declarations", Declarations(pouh::ListOf(header.get()))}};
 }
 
 // The parameters only.
-Json InterfaceOf(const PouOptions& options, const std::u16string& name) {
+Json InterfaceOf(const host::Project& project, const PouOptions& options,
+                 const std::u16string& name) {
     LQNAVIOBJECT* object = LQNAVIOBJECTMAN::Get()->Get(FindPOUByName(name.c_str()));
     auto* pou = dynamic_cast<LQPOU*>(object);
     if (!pou) {
-        throw CommandError("no unit is called '" + options.name + "'");
+        NoSuchUnit(project, options.name, false);
     }
     const DeclListPtr list(CreatePOUHDeclList());
     if (!list || !LoadInterface(list.get(), pou)) {
@@ -87,14 +122,18 @@ int RunPou(const PouOptions& options) {
     CurrentProject current;
     const int status = ReadAndReport(options.project, current.project);
     const std::u16string name = DecodeArgument(options.name);
-    const Json unit = options.interfaceOnly ? InterfaceOf(options, name) : HeaderOf(options, name);
+    const Json unit = options.interfaceOnly ? InterfaceOf(current.project, options, name)
+                                            : HeaderOf(current.project, options, name);
     if (options.json) {
-        PrintJson(unit);
+        Json document = NewDocument();
+        document.update(unit);
+        PrintJson(document);
         return status;
     }
-    for (const char* member : {"name", "kind", "comment", "interface comment"}) {
+    for (const char* title : {"name", "kind", "comment", "interface comment"}) {
+        const std::string member = MemberOf(title);
         if (unit.contains(member) && !unit.at(member).get<std::string>().empty()) {
-            PrintLine(std::string(member) + ": " + OneLine(unit.at(member).get<std::string>()));
+            PrintLine(std::string(title) + ": " + OneLine(unit.at(member).get<std::string>()));
         }
     }
     PrintLine("");
@@ -108,21 +147,25 @@ int RunFb(const FbOptions& options) {
     const std::u16string pou = DecodeArgument(options.pou);
     const std::u16string instance = DecodeArgument(options.instance);
     if (!FindPOUByName(pou.c_str()).GetNumber()) {
-        throw CommandError("no unit is called '" + options.pou + "'");
+        NoSuchUnit(current.project, options.pou, false);
     }
     CLQString type;
     const bool found = FindFBName(instance.c_str(), pou.c_str(), &type) != 0;
     const std::string typeName = EncodeUtf8(type.GetText());
     if (options.json) {
-        PrintLine(Json({{"unit", options.pou},
-                        {"instance", options.instance},
-                        {"function block", found ? Json(typeName) : Json(nullptr)}})
-                      .dump(2));
+        Json document = NewDocument();
+        document.update({{"unit", options.pou},
+                         {"instance", options.instance},
+                         {"function_block", found ? Json(typeName) : Json(nullptr)}});
+        PrintJson(document);
     } else if (found) {
         PrintLine(typeName);
-    } else {
-        ReportFault("'" + options.instance + "' is no function block instance in '" + options.pou +
-                    "', nor a global one");
+    }
+    if (!found) {
+        PrintMessage(Place{DisplayName(options.project)},
+                     "'" + options.instance + "' is no function block instance in '" + options.pou +
+                         "', nor a global one" +
+                         DidYouMean(options.instance, InstanceNames(current.project, pou.c_str())));
     }
     return found ? status : kInputHasFaults;
 }

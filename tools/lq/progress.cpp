@@ -1,38 +1,87 @@
 #include "tools/lq/progress.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
-#include <unistd.h>
+#include <system_error>
 #include <utility>
+
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
 namespace {
 
+constexpr auto kFirst = std::chrono::milliseconds(80);
 constexpr auto kInterval = std::chrono::milliseconds(100);
-constexpr size_t kStepsBetweenLooks = 64;  // at the clock
+
+Progress* current = nullptr;
 
 }  // namespace
 
-Progress::Progress(std::string what)
-    : what_(std::move(what)),
-      isTerminal_(isatty(STDERR_FILENO) != 0),
-      next_(Clock::now() + kInterval) {}
-
-Progress::~Progress() {
-    if (isShown_) {
-        std::fputs("\r\x1B[K", stderr);
+Progress::Progress(std::string what, uint64_t total) : what_(std::move(what)), total_(total) {
+    if (!CanControl(Stream::kMessages)) {
+        return;
+    }
+    current = this;
+    try {
+        thread_ = std::thread([this] { Run(); });
+    } catch (const std::system_error&) {  // work is done without it
     }
 }
 
-void Progress::Step(size_t total) {
-    ++done_;
-    if (!isTerminal_ || done_ % kStepsBetweenLooks != 0 || Clock::now() < next_) {
-        return;
+Progress::~Progress() {
+    if (thread_.joinable()) {
+        {
+            const std::lock_guard lock(mutex_);
+            isOver_ = true;
+            Clear();
+        }
+        wake_.notify_one();
+        thread_.join();
     }
-    next_ = Clock::now() + kInterval;
-    isShown_ = true;
-    std::fprintf(stderr, "\r%zu of %zu %s\x1B[K", done_, total, what_.c_str());
+    if (current == this) {
+        current = nullptr;
+    }
+}
+
+std::unique_lock<std::mutex> Progress::Hide() {
+    if (!current) {
+        return {};
+    }
+    std::unique_lock lock(current->mutex_);
+    current->Clear();
+    return lock;
+}
+
+void Progress::Run() {
+    std::unique_lock lock(mutex_);
+    auto interval = kFirst;
+    while (!wake_.wait_for(lock, interval, [this] { return isOver_; })) {
+        Show();
+        interval = kInterval;
+    }
+}
+
+void Progress::Show() {
+    const auto done = static_cast<double>(done_.load(std::memory_order_relaxed));
+    std::fprintf(stderr, "\r%s", what_.c_str());
+    if (total_ != 0) {
+        std::fprintf(stderr, ": %.0f %%", std::min(1.0, done / static_cast<double>(total_)) * 100);
+    } else if (done > 0) {
+        std::fprintf(stderr, ": %.1f MB", done / 1e6);
+    }
+    std::fputs("\x1B[K", stderr);
     std::fflush(stderr);
+    isShown_ = true;
+}
+
+void Progress::Clear() {
+    if (isShown_) {
+        std::fputs("\r\x1B[K", stderr);
+        std::fflush(stderr);
+        isShown_ = false;
+    }
 }
 
 }  // namespace lq::tool

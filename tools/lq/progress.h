@@ -1,32 +1,47 @@
-// How far long work is, on standard error and only where that is a terminal.
+// How far long work is, on standard error and only where that is a terminal. What lasts shorter
+// than a moment shows nothing.
 #pragma once
 
-#include <chrono>
-#include <cstddef>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
 #include <string>
+#include <thread>
 
 namespace lq::tool {
 
+// One at a time. The line is written by a thread of its own, so that it comes in time whatever the
+// work is waiting for.
 class Progress {
   public:
-    // `what` names the work, as "declarations".
-    explicit Progress(std::string what);
-    // Takes its line away.
+    // `what` names the work, as "reading plant.xml". With a total of 0 the size of the work is not
+    // known, and what is done are bytes.
+    explicit Progress(std::string what, uint64_t total = 0);
+    // Takes the line away.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    // One more of `total` is done. Cheap: the line is written at most ten times a second.
-    void Step(size_t total);
+    // So much of the total is done. Cheap.
+    void Set(uint64_t done) { done_.store(done, std::memory_order_relaxed); }
+
+    // Takes the line away, for a message; it comes again when the result is gone.
+    [[nodiscard]] static std::unique_lock<std::mutex> Hide();
 
   private:
-    using Clock = std::chrono::steady_clock;
+    void Run();
+    void Show();
+    void Clear();
 
     std::string what_;
-    bool isTerminal_;
+    uint64_t total_;
+    std::atomic<uint64_t> done_ = 0;
+    std::mutex mutex_;  // of the terminal, and of what follows
+    std::condition_variable wake_;
     bool isShown_ = false;
-    size_t done_ = 0;
-    Clock::time_point next_;
+    bool isOver_ = false;
+    std::thread thread_;
 };
 
 }  // namespace lq::tool

@@ -1,12 +1,13 @@
 #include "tools/lq/project_input.h"
 
-#include <iostream>
 #include <istream>
 #include <streambuf>
 
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
+#include "tools/lq/messages.h"
+#include "tools/lq/progress.h"
 
 namespace lq::tool {
 
@@ -21,11 +22,40 @@ class BytesBuffer : public std::streambuf {
     }
 };
 
-void ReadFrom(std::istream& source, const std::string& path, host::Project& project,
+// Hands on what another buffer reads, and shows how much that is.
+class CountingBuffer : public std::streambuf {
+  public:
+    CountingBuffer(std::streambuf& source, Progress& progress)
+        : source_(source), progress_(progress) {}
+
+  protected:
+    std::streamsize xsgetn(char* to, std::streamsize count) override {
+        const std::streamsize got = source_.sgetn(to, count);
+        read_ += static_cast<uint64_t>(got);
+        progress_.Set(read_);
+        return got;
+    }
+    int_type underflow() override { return source_.sgetc(); }
+    int_type uflow() override { return source_.sbumpc(); }
+
+  private:
+    std::streambuf& source_;
+    Progress& progress_;
+    uint64_t read_ = 0;
+};
+
+void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, host::Project& project,
               std::vector<host::Report>& reports) {
-    if (!host::ReadPlcopen(source, DisplayName(path), project, reports)) {
-        throw CommandError(reports.empty() ? DisplayName(path) + ": cannot be read"
-                                           : host::ToText(reports.back()));
+    const std::string name = DisplayName(path);
+    Progress progress("reading " + name, size);
+    CountingBuffer counting(bytes, progress);
+    std::istream source(&counting);
+    if (!host::ReadPlcopen(source, name, project, reports)) {
+        if (reports.empty()) {
+            throw CommandError(name + ": cannot be read");
+        }
+        const host::Report& report = reports.back();
+        throw InputError({report.file, report.line, report.column}, "error: " + report.message);
     }
     host::SetProject(&project);
 }
@@ -35,9 +65,8 @@ void ReadFrom(std::istream& source, const std::string& path, host::Project& proj
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports) {
     InputBuffer bytes(path, kMaxProject);
-    std::istream source(&bytes);
     try {
-        ReadFrom(source, path, project, reports);
+        ReadFrom(bytes, bytes.Size(), path, project, reports);
     } catch (const CommandError&) {
         bytes.ThrowFailure();  // says more
         throw;
@@ -47,15 +76,14 @@ void ReadProject(const std::string& path, host::Project& project,
 void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
                  std::vector<host::Report>& reports) {
     BytesBuffer buffer(bytes);
-    std::istream source(&buffer);
-    ReadFrom(source, path, project, reports);
+    ReadFrom(buffer, bytes.size(), path, project, reports);
 }
 
 int ReadAndReport(const std::string& path, host::Project& project) {
     std::vector<host::Report> reports;
     ReadProject(path, project, reports);
     for (const host::Report& report : reports) {
-        std::cerr << host::ToText(report) << '\n';
+        PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
 }

@@ -1,8 +1,6 @@
-#include <iostream>
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
+#include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "lq_base.h"
 #include "lq_data/scanner.h"
@@ -13,12 +11,14 @@
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
 #include "tools/lq/keywords.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/progress.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
 using host::EncodeUtf8;
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -70,9 +70,11 @@ std::string TokenValue(const Token& token) {
     }
 }
 
-Json TokenJson(const Token& token) {
-    Json json = {
-        {"line", token.line}, {"kind", kKindNames[token.kind]}, {"text", EncodeUtf8(token.text)}};
+Json TokenJson(const Token& token, uint32_t column) {
+    Json json = {{"line", token.line},
+                 {"column", column},
+                 {"kind", kKindNames[token.kind]},
+                 {"text", EncodeUtf8(token.text)}};
     const std::string value = TokenValue(token);
     if (token.kind == TK_ERROR) {
         json["error"] = value;
@@ -82,11 +84,47 @@ Json TokenJson(const Token& token) {
     return json;
 }
 
-}  // namespace
+// Prints tokens, each as it is found.
+class TokenPrinter {
+  public:
+    explicit TokenPrinter(const ScanOptions& options)
+        : options_(options), name_(DisplayName(options.source)) {
+        if (options.json) {
+            PrintLine("{\"schema\": " + std::to_string(kJsonSchema) + ", \"source\": " +
+                      Json(name_).dump(-1, ' ', false, kReplace) + ", \"tokens\": [");
+        }
+    }
 
-int RunScan(const ScanOptions& options) {
-    static_assert(kMaxText <= INT32_MAX);
-    const std::u16string text = DecodeInput(options.source, ReadInput(options.source, kMaxText));
+    void Take(const Token& token, uint32_t column) {
+        const Place place = {name_, static_cast<uint32_t>(token.line), column};
+        if (options_.json) {
+            PrintLine(separator_ + TokenJson(token, column).dump(-1, ' ', false, kReplace));
+            separator_ = ",";
+        } else if (options_.errorsOnly) {
+            PrintLine(ToText(place) + ": " + TokenValue(token) + ": " +
+                      OneLine(EncodeUtf8(token.text)));
+        } else {
+            const std::string value = OneLine(TokenValue(token));
+            PrintLine(std::to_string(place.line) + ":" + std::to_string(place.column) + "\t" +
+                      kKindNames[token.kind] + "\t" + OneLine(EncodeUtf8(token.text)) +
+                      (value.empty() ? "" : "\t" + value));
+        }
+    }
+
+    void End() {
+        if (options_.json) {
+            PrintLine("]}");
+        }
+    }
+
+  private:
+    const ScanOptions& options_;
+    std::string name_;
+    const char* separator_ = "";
+};
+
+// Scans the text; whether all of it is well-formed.
+bool Scan(const ScanOptions& options, const std::u16string& text) {
     const auto length = static_cast<int32_t>(text.size());
     MEMSTREAM_W stream(text.c_str(), length, length, nullptr);  // outlives its scanner
     const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
@@ -97,41 +135,43 @@ int RunScan(const ScanOptions& options) {
     scanner->Initialize(stream);
     scanner->SetnActLine(1);
 
-    const std::string name = DisplayName(options.source);
     bool hasErrors = false;
-    if (options.json) {
-        PrintLine("{\"source\": " + Json(name).dump(-1, ' ', false, kReplace) + ", \"tokens\": [");
-    }
-    const char* separator = "";
+    host::TokenColumns columns(text);
+    TokenPrinter printer(options);
+    // What is printed on a terminal is a sign of progress itself.
+    const auto progress =
+        IsTerminal(Stream::kResults)
+            ? nullptr
+            : std::make_unique<Progress>("scanning " + DisplayName(options.source), text.size());
     for (Token token = scanner->GetToken(); token.kind != TK_EOF; token = scanner->GetToken()) {
+        const uint32_t column = columns.Next(*scanner, token);
         hasErrors = hasErrors || token.kind == TK_ERROR;
-        if (options.errorsOnly && token.kind != TK_ERROR) {
-            continue;
+        if (!options.errorsOnly || token.kind == TK_ERROR) {
+            printer.Take(token, column);
         }
-        if (options.json) {
-            PrintLine(separator + TokenJson(token).dump(-1, ' ', false, kReplace));
-            separator = ",";
-        } else if (options.errorsOnly) {
-            PrintLine(name + ":" + std::to_string(token.line) + ": " + TokenValue(token) + ": " +
-                      OneLine(EncodeUtf8(token.text)));
-        } else {
-            const std::string line = std::to_string(token.line) + "\t" + kKindNames[token.kind] +
-                                     "\t" + OneLine(EncodeUtf8(token.text));
-            const std::string value = OneLine(TokenValue(token));
-            PrintLine(value.empty() ? line : line + "\t" + value);
+        if (progress) {
+            progress->Set(static_cast<uint64_t>(scanner->GetStreamPosition()));
         }
     }
-    if (options.json) {
-        PrintLine("]}");
-    }
+    printer.End();
+    return !hasErrors;
+}
+
+}  // namespace
+
+int RunScan(const ScanOptions& options) {
+    static_assert(kMaxText <= INT32_MAX);
+    const std::u16string text = DecodeInput(options.source, ReadInput(options.source, kMaxText));
+    const std::string name = DisplayName(options.source);
+    bool isFine = Scan(options, text);
     // That character ends the input wherever it stands; old editors put it at the very end.
     const size_t mark = text.find(Scanner::kEndOfInput);
     if (mark != text.npos && mark + 1 < text.size()) {
-        std::cerr << name << ':' << scanner->GetnActLine()
-                  << ": the text behind the character U+001A was not read\n";
-        hasErrors = true;
+        PrintMessage(PlaceBehind(name, std::u16string_view(text).substr(0, mark)),
+                     "the text behind the character U+001A was not read");
+        isFine = false;
     }
-    return hasErrors ? kInputHasFaults : kDone;
+    return isFine ? kDone : kInputHasFaults;
 }
 
 }  // namespace lq::tool

@@ -1,24 +1,22 @@
 #include <algorithm>
-#include <iostream>
 #include <optional>
-
-#include <nlohmann/json.hpp>
 
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
+#include "tools/lq/suggestion.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
 #include "tools/lq/translation.h"
 #include "tools/lq/unit_rows.h"
 
 namespace lq::tool {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -29,9 +27,10 @@ CgTab::TAB_ID TableByName(const std::string& name) {
     }
     std::string all;
     for (const std::string_view known : kTableNames) {
-        all += (all.empty() ? "" : ", ") + std::string(known);
+        all += (all.empty() ? "; the tables are " : ", ") + std::string(known);
     }
-    throw CommandError("no table is called '" + name + "'; the tables are " + all);
+    throw CommandError("no table is called '" + name + "'" +
+                       DidYouMean(name, {std::begin(kTableNames), std::end(kTableNames)}, all));
 }
 
 std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
@@ -50,6 +49,7 @@ std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
 std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
     const std::string bytes = ReadInput(options.input, kMaxProject);
     if (IsImage(bytes) || !LooksLikeXml(bytes)) {
+        const Progress progress("restoring " + DisplayName(options.input));
         return RestoreImage(bytes, options.input);
     }
     std::vector<host::Report> reports;
@@ -57,13 +57,78 @@ std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
     ReadProject(options.input, bytes, current.project, reports);
     Translation translation = Translate(current.project);
     for (const host::Report& report : reports) {
-        std::cerr << host::ToText(report) << '\n';
+        PrintMessage(report);
     }
     PrintRefusals(DisplayName(options.input), translation.refusals);
     if (!reports.empty() || !translation.refusals.empty()) {
         status = kInputHasFaults;
     }
     return std::move(translation.tables);
+}
+
+bool WithComponents(const TableRows& rows, const ShowOptions& options) {
+    return rows.id == CgTab::TAB_POU && !options.tables.empty();
+}
+
+// The rows to show, without the tables that have none of the name that is looked for. What is
+// damaged, and a name that is not found, becomes a message.
+std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids,
+                                  const ShowOptions& options, int& status) {
+    const Place place = {DisplayName(options.input)};
+    std::vector<TableRows> shown;
+    std::vector<std::string> names;
+    {
+        const Progress progress("reading the tables");
+        for (const CgTab::TAB_ID id : ids) {
+            TableRows rows = RowsOf(tables, id);
+            if (rows.damagedAt) {
+                PrintMessage(place, "table " + std::string(kTableNames[id]) + ": the line at " +
+                                        std::to_string(*rows.damagedAt) + " is damaged");
+                status = kInputHasFaults;
+            }
+            if (id == CgTab::TAB_CMP) {
+                NameUnits(rows, SectionsOf(tables));
+            }
+            if (!options.find.empty()) {
+                AddNames(rows, names);
+                KeepNamed(rows, options.find);
+            }
+            if (options.find.empty() || !rows.rows.empty()) {
+                shown.push_back(std::move(rows));
+            }
+        }
+    }
+    if (shown.empty()) {
+        PrintMessage(place,
+                     "nothing is called '" + options.find + "'" + DidYouMean(options.find, names));
+        status = kInputHasFaults;
+    }
+    return shown;
+}
+
+void PrintTablesAsJson(CgTab& tables, const std::vector<TableRows>& shown,
+                       const ShowOptions& options) {
+    Json document = NewDocument();
+    document["input"] = DisplayName(options.input);
+    Json& members = document["tables"] = Json::object();
+    for (const TableRows& rows : shown) {
+        members[std::string(kTableNames[rows.id])] =
+            WithComponents(rows, options) ? UnitsWithComponents(tables, rows) : rows.rows;
+    }
+    PrintJson(document);
+}
+
+void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowOptions& options) {
+    for (const TableRows& rows : shown) {
+        if (&rows != &shown.front()) {
+            PrintLine("");
+        }
+        if (WithComponents(rows, options)) {
+            PrintUnits(tables, rows);
+        } else {
+            Print(AsTable(rows));
+        }
+    }
 }
 
 }  // namespace
@@ -73,53 +138,17 @@ int RunShow(const ShowOptions& options) {
     int status = kDone;
     const std::unique_ptr<CgTab> tables = TablesOf(options, status);
     if (!options.save.empty()) {
+        const Progress progress("saving " + options.save);
         SaveImage(*tables, options.save);
     }
     if (options.save == "-") {
         return status;  // the image alone
     }
-    Json document = Json::object();
-    bool isFirst = true;
-    bool isFound = options.find.empty();
-    for (const CgTab::TAB_ID id : ids) {
-        TableRows rows = RowsOf(*tables, id);
-        if (rows.damagedAt) {
-            std::cerr << DisplayName(options.input) << ": table " << kTableNames[id]
-                      << ": the line at " << *rows.damagedAt << " is damaged\n";
-            status = kInputHasFaults;
-        }
-        const bool withComponents = id == CgTab::TAB_POU && !options.tables.empty();
-        if (id == CgTab::TAB_CMP) {
-            NameUnits(rows, SectionsOf(*tables));
-        }
-        if (!options.find.empty()) {
-            KeepNamed(rows, options.find);
-            if (rows.rows.empty()) {
-                continue;
-            }
-            isFound = true;
-        }
-        if (options.json) {
-            document[std::string(kTableNames[id])] =
-                withComponents ? UnitsWithComponents(*tables, rows) : rows.rows;
-            continue;
-        }
-        if (!isFirst) {
-            PrintLine("");
-        }
-        isFirst = false;
-        if (withComponents) {
-            PrintUnits(*tables, rows);
-        } else {
-            Print(AsTable(rows));
-        }
-    }
+    const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
     if (options.json) {
-        PrintJson(document);
-    }
-    if (!isFound) {
-        std::cerr << DisplayName(options.input) << ": nothing is called '" << options.find << "'\n";
-        status = kInputHasFaults;
+        PrintTablesAsJson(*tables, shown, options);
+    } else {
+        PrintTables(*tables, shown, options);
     }
     return status;
 }

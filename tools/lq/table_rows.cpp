@@ -13,7 +13,6 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -123,7 +122,7 @@ Json RowOf(CgTab& tables, int32_t pos, const CgTab::LBL_LINE& line,
 Json RowOf(CgTab&, int32_t, const CgTab::TMP_LINE& line, const unsigned char (&usr)[kUserArea]) {
     return {{"name", EncodeUtf8(line.name)},
             {"type", TypeText(line.type, line.dsc)},
-            {"unit kind", UnitKindName(line.tag)},
+            {"unit_kind", UnitKindName(line.tag)},
             {"count", line.count},
             {"line", SourceLine(usr)}};
 }
@@ -220,6 +219,22 @@ const TableReading kReadings[CgTab::TAB_COUNT] = {
     {{{"pos", true}, {"type"}, {"elements", true}}, ReadArrays},
 };
 
+// The member of a row by which lines are found.
+const char* NameMember(CgTab::TAB_ID id) {
+    switch (id) {
+        case CgTab::TAB_DBG:
+            return "unit";
+        case CgTab::TAB_ADR:
+            return "address";
+        case CgTab::TAB_CST:
+            return "text";
+        case CgTab::TAB_ARR:
+            return "type";
+        default:
+            return "name";
+    }
+}
+
 bool SameName(const Json& value, const std::u16string& name) {
     if (!value.is_string()) {
         return false;
@@ -244,11 +259,7 @@ void KeepNamed(TableRows& rows, const std::string& name) {
     const size_t point = wanted.find(u'.');
     const std::u16string unit = wanted.substr(0, point);
     const std::u16string component = point == wanted.npos ? u"" : wanted.substr(point + 1);
-    const char* member = rows.id == CgTab::TAB_DBG   ? "unit"
-                         : rows.id == CgTab::TAB_ADR ? "address"
-                         : rows.id == CgTab::TAB_CST ? "text"
-                         : rows.id == CgTab::TAB_ARR ? "type"
-                                                     : "name";
+    const char* member = NameMember(rows.id);
     Json kept = Json::array();
     for (const Json& row : rows.rows) {
         const bool inUnit = rows.id == CgTab::TAB_CMP && point != wanted.npos;
@@ -258,6 +269,18 @@ void KeepNamed(TableRows& rows, const std::string& name) {
         }
     }
     rows.rows = std::move(kept);
+}
+
+void AddNames(const TableRows& rows, std::vector<std::string>& names) {
+    for (const Json& row : rows.rows) {
+        const Json& name = row.at(NameMember(rows.id));
+        if (name.is_string()) {
+            names.push_back(name.get<std::string>());
+        }
+        if (rows.id == CgTab::TAB_CMP && row.at("unit").is_string()) {
+            names.push_back(row.at("unit").get<std::string>() + "." + name.get<std::string>());
+        }
+    }
 }
 
 Table AsTable(const TableRows& rows) {

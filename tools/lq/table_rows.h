@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "lq_data/cgtab.h"
 #include "tools/lq/output.h"
 
@@ -15,7 +13,7 @@ namespace lq::tool {
 struct TableRows {
     CgTab::TAB_ID id = CgTab::TAB_DBG;
     std::vector<Table::Column> columns;
-    nlohmann::ordered_json rows = nlohmann::ordered_json::array();  // as TableOf takes them
+    Json rows = Json::array();         // as TableOf takes them
     std::optional<int32_t> damagedAt;  // where reading stopped before the end
 };
 
@@ -26,6 +24,9 @@ TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id);
 // an array where lines have no name. Of components "A.B" keeps B in the section of the unit A;
 // their rows name their units then.
 void KeepNamed(TableRows& rows, const std::string& name);
+
+// Adds what KeepNamed would find.
+void AddNames(const TableRows& rows, std::vector<std::string>& names);
 
 // The rows under the table's name.
 Table AsTable(const TableRows& rows);

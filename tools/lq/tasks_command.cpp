@@ -1,7 +1,5 @@
 #include <new>
 
-#include <nlohmann/json.hpp>
-
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "lq_data/pouh.h"
@@ -16,7 +14,6 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -58,7 +55,9 @@ int RunTasks(const TasksOptions& options) {
         }
     }
     if (options.json) {
-        PrintJson(rows);
+        Json document = NewDocument();
+        document["tasks"] = rows;
+        PrintJson(document);
         return status;
     }
     Print(TableOf("",

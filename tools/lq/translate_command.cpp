@@ -1,19 +1,16 @@
-#include <iostream>
-
-#include <nlohmann/json.hpp>
 
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
 #include "tools/lq/translation.h"
 
 namespace lq::tool {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -31,7 +28,8 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
                             {"name", refusal.name},
                             {"type", refusal.type},
                             {"reason", refusal.reason},
-                            {"line", refusal.line}});
+                            {"line", refusal.line},
+                            {"column", refusal.column}});
     }
     Json found = Json::array();
     for (const host::Report& report : reports) {
@@ -41,12 +39,14 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
                          {"message", report.message},
                          {"more", report.more}});
     }
-    return {{"project", DisplayName(options.project)},
-            {"image", options.output.empty() ? Json(nullptr) : Json(options.output)},
-            {"declarations", translation.declarations},
-            {"tables", tables},
-            {"refused", refusals},
-            {"reports", found}};
+    Json document = NewDocument();
+    document.update({{"project", DisplayName(options.project)},
+                     {"image", options.output.empty() ? Json(nullptr) : Json(options.output)},
+                     {"declarations", translation.declarations},
+                     {"tables", tables},
+                     {"refused", refusals},
+                     {"reports", found}});
+    return document;
 }
 
 void PrintSummary(Translation& translation) {
@@ -61,17 +61,6 @@ void PrintSummary(Translation& translation) {
     PrintLine("");
     PrintLine(std::to_string(translation.declarations) + " declarations, " +
               std::to_string(translation.refusals.size()) + " refused");
-    if (translation.refusals.empty()) {
-        return;
-    }
-    Table refused;
-    refused.columns = {{"line", true}, {"list"}, {"name"}, {"type"}, {"reason"}};
-    for (const Refusal& refusal : translation.refusals) {
-        refused.rows.push_back({std::to_string(refusal.line), OneLine(refusal.list),
-                                OneLine(refusal.name), OneLine(refusal.type), refusal.reason});
-    }
-    PrintLine("");
-    Print(refused);
 }
 
 }  // namespace
@@ -82,21 +71,21 @@ int RunTranslate(const TranslateOptions& options) {
     ReadProject(options.project, current.project, reports);
     Translation translation = Translate(current.project);
     if (!options.output.empty()) {
+        const Progress progress("saving " + options.output);
         SaveImage(*translation.tables, options.output);
     }
     for (const host::Report& report : reports) {
-        std::cerr << host::ToText(report) << '\n';
+        PrintMessage(report);
     }
-    if (options.output == "-") {
-        // The image is on standard output; nothing must follow it there.
-        PrintRefusals(DisplayName(options.project), translation.refusals);
-    } else if (options.json) {
+    PrintRefusals(DisplayName(options.project), translation.refusals);
+    const bool isResultImage = options.output == "-";  // nothing must follow it there
+    if (!isResultImage && options.json) {
         PrintJson(SummaryJson(options, translation, reports));
-    } else {
+    } else if (!isResultImage) {
         PrintSummary(translation);
     }
     if (translation.declarations == 0) {
-        ReportFault(DisplayName(options.project) + ": the project has no declarations");
+        PrintMessage(Place{DisplayName(options.project)}, "the project has no declarations");
         return kInputHasFaults;
     }
     return translation.refusals.empty() && reports.empty() ? kDone : kInputHasFaults;

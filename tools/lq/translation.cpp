@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iostream>
 #include <new>
 #include <unordered_map>
 #include <unordered_set>
@@ -15,6 +14,7 @@
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
 #include "tools/lq/fault_text.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/records.h"
 #include "tools/lq/tables.h"
@@ -136,16 +136,15 @@ class Translator {
 
     void CountDeclaration() {
         ++out_.declarations;
-        progress_.Step(project_.Declarations().size());
+        progress_.Set(out_.declarations);
     }
 
     void Refuse(const char16_t* list, const host::Declaration& source, const std::string& reason) {
         out_.refusals.push_back({EncodeUtf8(list), EncodeUtf8(source.name), EncodeUtf8(source.type),
-                                 reason, source.line});
+                                 reason, source.line, source.column});
     }
-    void Refuse(const host::Pou& pou, const std::string& name, const std::string& reason,
-                uint32_t line) {
-        out_.refusals.push_back({EncodeUtf8(pou.name), name, "", reason, line});
+    void Refuse(const host::Pou& pou, const std::string& reason) {
+        out_.refusals.push_back({EncodeUtf8(pou.name), "", "", reason, pou.line, pou.column});
     }
 
     // --- Other names -------------------------------------------------------------------------
@@ -259,7 +258,7 @@ class Translator {
         Stamp(pou.line);
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         if (!entered && length == range.start && range.lines > 0) {
-            Refuse(pou, "", "the unit's components cannot be entered", pou.line);
+            Refuse(pou, "the unit's components cannot be entered");
             range = {range.start, range.start, 0};
         } else {
             RefuseMissing(pou, accepted, names);
@@ -365,7 +364,7 @@ class Translator {
     void AppendUnitLine(const host::Pou& pou, const UnitInfo& unit) {
         const std::u16string_view name(pou.name);
         if (name.size() > kMaxName - 1) {
-            Refuse(pou, "", "the unit's name has more than 255 characters", pou.line);
+            Refuse(pou, "the unit's name has more than 255 characters");
             return;
         }
         const size_t body = 1 + 2 * name.size() + sizeof(CgTab::POU_INFO) + kUserArea;
@@ -441,7 +440,8 @@ class Translator {
             const char* reason = name.size() > kMaxName - 1
                                      ? "the label's name has more than 255 characters"
                                      : "the label is defined twice";
-            Refuse(pou, EncodeUtf8(mark.name), reason, mark.line);
+            out_.refusals.push_back(
+                {EncodeUtf8(pou.name), EncodeUtf8(mark.name), "", reason, mark.line, mark.column});
         }
         Stamp(mark.line);
     }
@@ -451,7 +451,7 @@ class Translator {
     host::Project& project_;
     Translation& out_;
     CgTab& tables_;
-    Progress progress_{"declarations"};
+    Progress progress_{"entering declarations", project_.Declarations().size()};
     int32_t stamped_[CgTab::TAB_COUNT] = {};
     std::vector<unsigned char> units_;  // the image of table 1
 };
@@ -460,9 +460,9 @@ class Translator {
 
 void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {
-        std::cerr << file << ':' << refusal.line << ": " << refusal.list
-                  << (refusal.name.empty() ? "" : ".") << refusal.name << ": " << refusal.reason
-                  << '\n';
+        PrintMessage({file, refusal.line, refusal.column},
+                     refusal.list + (refusal.name.empty() ? "" : ".") + refusal.name + ": " +
+                         refusal.reason);
     }
 }
 

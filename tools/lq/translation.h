@@ -17,7 +17,8 @@ struct Refusal {
     std::string name;
     std::string type;  // as written
     std::string reason;
-    uint32_t line = 0;  // in the project file
+    uint32_t line = 0;  // in the project file, as the next
+    uint32_t column = 0;
 };
 
 struct Translation {
@@ -26,7 +27,7 @@ struct Translation {
     uint32_t declarations = 0;      // that were to be entered
 };
 
-// One line a refusal on standard error, in the form that editors jump to.
+// One message a refusal.
 void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals);
 
 // Fills a new table set from the project: its globals, with their address, constant and array

@@ -1,5 +1,3 @@
-#include <nlohmann/json.hpp>
-
 #include "host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
@@ -7,8 +5,6 @@
 #include "tools/lq/output.h"
 
 namespace lq::tool {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -36,7 +32,9 @@ int RunTypes(const TypesOptions& options) {
                         {"set", HexSet(static_cast<uint32_t>(MapTypeToBitset(dsc->id)))}});
     }
     if (options.json) {
-        PrintJson(rows);
+        Json document = NewDocument();
+        document["types"] = rows;
+        PrintJson(document);
     } else {
         Print(TableOf("", {{"number", true}, {"name"}, {"kind"}, {"size", true}, {"set"}}, rows));
     }

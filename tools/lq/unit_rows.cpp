@@ -7,8 +7,6 @@
 
 namespace lq::tool {
 
-using Json = nlohmann::ordered_json;
-
 namespace {
 
 // The section that holds the position, of sections that are sorted by their starts; null for none.

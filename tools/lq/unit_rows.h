@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "lq_data/cgtab.h"
+#include "tools/lq/output.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
 
@@ -25,7 +24,7 @@ std::vector<UnitSection> SectionsOf(CgTab& tables);
 void NameUnits(TableRows& components, const std::vector<UnitSection>& sections);
 
 // The units with their components below them.
-nlohmann::ordered_json UnitsWithComponents(CgTab& tables, const TableRows& units);
+Json UnitsWithComponents(CgTab& tables, const TableRows& units);
 void PrintUnits(CgTab& tables, const TableRows& units);
 
 }  // namespace lq::tool

@@ -1,8 +1,5 @@
 #include <cstring>
-#include <iostream>
 #include <sstream>
-
-#include <nlohmann/json.hpp>
 
 #include "host/text/utf.h"
 #include "lq_data/types.h"
@@ -12,11 +9,10 @@
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/output.h"
 
 namespace lq::tool {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 
@@ -55,17 +51,44 @@ std::string PayloadText(const Val& value) {
     }
 }
 
+struct Constant {
+    std::string text;
+    Place place;  // without a file for an argument
+};
+
 // One constant a line; empty lines are none.
-std::vector<std::string> LinesOf(const std::string& text) {
-    std::vector<std::string> lines;
+std::vector<Constant> LinesOf(const std::string& text) {
+    std::vector<Constant> constants;
     std::istringstream input(text);
+    Place place = {DisplayName("-"), 0, 1};
     for (std::string line; std::getline(input, line);) {
+        ++place.line;
         line.erase(line.find_last_not_of(" \t\r") + 1);
         if (!line.empty()) {
-            lines.push_back(line);
+            constants.push_back({line, place});
         }
     }
-    return lines;
+    return constants;
+}
+
+std::vector<Constant> ConstantsOf(const std::vector<std::string>& arguments) {
+    if (arguments == std::vector<std::string>{"-"}) {
+        return LinesOf(host::EncodeUtf8(DecodeInput("-", ReadInput("-", kMaxText))));
+    }
+    std::vector<Constant> constants;
+    for (const std::string& argument : arguments) {
+        constants.push_back({argument, {}});
+    }
+    return constants;
+}
+
+void ReportNoConstant(const Constant& constant) {
+    const std::string text = "'" + constant.text + "' is no constant";
+    if (constant.place.file.empty()) {
+        PrintMessage(text);
+    } else {
+        PrintMessage(constant.place, text);
+    }
 }
 
 }  // namespace
@@ -74,20 +97,17 @@ int RunValue(const ValueOptions& options) {
     if (options.texts.empty()) {
         throw CommandError("value: no constant was given; see lq value --help");
     }
-    std::vector<std::string> texts = options.texts;
-    if (texts == std::vector<std::string>{"-"}) {
-        texts = LinesOf(host::EncodeUtf8(DecodeInput("-", ReadInput("-", kMaxText))));
-    }
     int status = kDone;
     Json results = Json::array();
     Table table;
     table.columns = {{"constant"}, {"class"},       {"value"},   {"text"},
                      {"types"},    {"single type"}, {"smallest"}};
-    for (const std::string& text : texts) {
+    for (const Constant& constant : ConstantsOf(options.texts)) {
+        const std::string& text = constant.text;
         const std::u16string source = DecodeArgument(text);
         Val value;
         if (!value.Set(source.c_str(), options.unsignedOnly ? 1 : 0)) {
-            std::cerr << "lq: '" << text << "' is no constant\n";
+            ReportNoConstant(constant);
             status = kInputHasFaults;
             continue;
         }
@@ -97,13 +117,15 @@ int RunValue(const ValueOptions& options) {
                            {"value", PayloadText(value)},
                            {"text", ValueText(value)},
                            {"types", types.all},
-                           {"single type", types.single},
+                           {"single_type", types.single},
                            {"smallest", types.smallest}});
         table.rows.push_back({OneLine(text), ValueClassName(value.type), PayloadText(value),
                               ValueText(value), Join(types.all), types.single, types.smallest});
     }
     if (options.json) {
-        PrintJson(results);
+        Json document = NewDocument();
+        document["constants"] = results;
+        PrintJson(document);
     } else if (!table.rows.empty()) {
         Print(table);
     }

@@ -1,0 +1,60 @@
+"""Checks what `lq --json` prints against docs/schema/: schema_test.py LQ SCHEMAS EXAMPLES."""
+
+import json
+import pathlib
+import subprocess
+import sys
+
+import jsonschema
+
+lq, schemas, examples = sys.argv[1:]
+plant = examples + "/plant/plant.xml"
+
+# Of one project after the other: refusals, reports of the reader, and nothing at all.
+faulty = """<project xmlns='http://www.plcopen.org/xml/tc6_0201'>
+<fileHeader companyName='c' productName='p' productVersion='1'
+  creationDateTime='2024-01-01T00:00:00'/><contentHeader name='n'/>
+<types><dataTypes/><pous/></types><instances><configurations><configuration name='c'>
+<globalVars name='List'><variable name='a'><type><derived name='Nobody'/></type></variable><strange/>
+</globalVars></configuration></configurations></instances></project>"""
+
+# The arguments, standard input, and the exit status.
+CASES = [
+    (["translate", plant], "", 0),
+    (["translate", "-"], faulty, 1),
+    (["show", plant], "", 0),
+    (["show", plant, "--table", "units", "--table", "globals"], "", 0),
+    (["show", plant, "--find", "Mixing.stirring"], "", 0),
+    (["show", plant, "--find", "nothing"], "", 1),
+    (["show", "-"], "\0" * 40, 0),
+    (["scan", "-"], "x := 16#G; (* c *) %QX1.2 'a' T#1h 1..2\nD#2024-02-29", 1),
+    (["scan", "-", "--errors"], "", 0),
+    (["value", "0", "-5", "16#FF", "1.5", "TRUE", "T#1h", "D#2024-02-29"], "", 0),
+    (["value", "abc"], "", 1),
+    (["pou", plant, "Mixing"], "", 0),
+    (["pou", plant, "Recipe"], "", 0),
+    (["pou", plant, "PlantState"], "", 0),
+    (["pou", plant, "Dosing", "--interface"], "", 0),
+    (["fb", plant, "Mixing", "stirring"], "", 0),
+    (["fb", plant, "Mixing", "nothing"], "", 1),
+    (["tasks", plant], "", 0),
+    (["tasks", "-"], faulty, 1),
+    (["types"], "", 0),
+]
+
+faults = []
+unused = {path.stem for path in pathlib.Path(schemas).glob("*.json")}
+for arguments, text, status in CASES:
+    command = arguments[0]
+    schema = json.loads(pathlib.Path(schemas, command + ".json").read_text())
+    jsonschema.Draft202012Validator.check_schema(schema)
+    run = subprocess.run([lq, *arguments, "--json"], input=text.encode(), capture_output=True)
+    try:
+        if run.returncode != status:
+            raise ValueError(f"exit status {run.returncode}: {run.stderr.decode()}")
+        jsonschema.validate(json.loads(run.stdout), schema)
+    except (ValueError, jsonschema.ValidationError) as fault:
+        faults.append(f"lq {' '.join(arguments)}: {fault}")
+    unused.discard(command)
+faults += [f"no case for {name}.json" for name in sorted(unused)]
+sys.exit("\n".join(faults) or 0)

@@ -1,0 +1,226 @@
+#include "tools/lq/command_line.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "tools/lq/command.h"
+#include "tools/lq/generate.h"
+#include "tools/lq/output.h"
+#include "tools/lq/suggestion.h"
+#include "tools/lq/tables.h"
+
+namespace lq::tool {
+
+namespace {
+
+constexpr char kValueCommand[] = "value";
+
+// Help that begins with the example.
+class HelpFormatter : public CLI::Formatter {
+  public:
+    std::string make_help(const CLI::App* app, std::string name,
+                          CLI::AppFormatMode mode) const override {
+        return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
+               make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
+               make_subcommands(app, mode) + "\nExit status: " + kExitStatus + ".\n";
+    }
+};
+
+CLI::Option* AddArgument(CLI::App* command, const char* name, std::string& value, const char* kind,
+                         const char* description) {
+    return command->add_option(name, value, description)->type_name(kind)->required();
+}
+
+void AddProject(CLI::App* command, std::string& value) {
+    AddArgument(command, "project", value, kFileValue, "The project file; - for standard input");
+}
+
+std::string TableNames() {
+    std::string names;
+    for (size_t i = 0; i < std::size(kTableNames); ++i) {
+        const bool isLast = i + 1 == std::size(kTableNames);
+        names += (i == 0 ? "" : isLast ? " or " : ", ") + std::string(kTableNames[i]);
+    }
+    return names;
+}
+
+// Takes the constants out of the arguments of the value command: they may begin with a sign, as
+// options do.
+std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
+    std::vector<std::string> constants;
+    std::vector<std::string> others;
+    bool isBehindMark = false;
+    for (const std::string& argument : arguments) {
+        const bool isCommand = &argument == &arguments.front();
+        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h";
+        if (!isBehindMark && argument == "--") {
+            isBehindMark = true;
+        } else if (isCommand || (isOption && !isBehindMark)) {
+            others.push_back(argument);
+        } else {
+            constants.push_back(argument);
+        }
+    }
+    arguments = std::move(others);
+    return constants;
+}
+
+std::vector<std::string> CommandNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+std::vector<std::string> OptionNames(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+}  // namespace
+
+CommandLine::CommandLine() : app_("Works with the data of IEC 61131-3 projects.", "lq") {
+    app_.formatter(std::make_shared<HelpFormatter>());
+    app_.set_help_flag("-h,--help", "Prints this help");
+    app_.set_version_flag("--version", "lq " LQ_VERSION, "Prints the version");
+    app_.add_option("--generate", generated_,
+                    "Prints the man page or a completion: " + std::string(kGeneratedKinds))
+        ->type_name(kKindValue);
+    app_.footer("lq translate plant.xml -o plant.lqt");
+    app_.require_subcommand(0, 1);
+    AddCommands();
+}
+
+// A command that runs `run` with its options.
+template <typename Options>
+CLI::App* CommandLine::AddCommand(const char* name, const char* description, const char* example,
+                                  Options& options, int (*run)(const Options&)) {
+    CLI::App* command = app_.add_subcommand(name, description);
+    command->footer(example);
+    command->add_flag("--json", options.json, "Prints the result as JSON");
+    command->callback(
+        [this, &options, run] { chosen_ = [&options, run] { return run(options); }; });
+    return command;
+}
+
+void CommandLine::AddCommands() {
+    CLI::App* command = AddCommand("translate", "Fills the tables from a PLCopen XML project",
+                                   "lq translate plant.xml -o plant.lqt", translate_, RunTranslate);
+    AddProject(command, translate_.project);
+    command
+        ->add_option("-o,--output", translate_.output,
+                     "The image of the tables to write; - for standard output")
+        ->type_name(kFileValue);
+
+    command = AddCommand("show", "Shows the tables of an image or a project",
+                         "lq show plant.lqt --table globals --find Pump1", show_, RunShow);
+    AddArgument(command, "input", show_.input, kFileValue,
+                "An image or a project; - for standard input");
+    command
+        ->add_option("-t,--table", show_.tables, "A table: " + TableNames() + "; may be repeated")
+        ->type_name(kTableValue)
+        ->allow_extra_args(false);
+    command
+        ->add_option("-f,--find", show_.find,
+                     "Only the lines of this name; A.B is the component B of the unit A")
+        ->type_name(kNameValue);
+    command->add_option("-s,--save", show_.save, "Writes the tables to an image again")
+        ->type_name(kFileValue);
+
+    command = AddCommand("scan", "Shows the tokens of a source text, one a line",
+                         "lq scan --errors mixer.st", scan_, RunScan);
+    AddArgument(command, "source", scan_.source, kFileValue,
+                "The source file; - for standard input");
+    command->add_flag("-e,--errors", scan_.errorsOnly,
+                      "Only what is malformed, as file:line:column: message");
+
+    command = AddCommand(kValueCommand, "Shows what constants are and which types hold them",
+                         "lq value 300 -5 T#1h30m 16#FF", value_, RunValue);
+    command
+        ->add_option("constant", value_.texts,
+                     "The constants; - reads them from standard input, one a line")
+        ->type_name("TEXT");
+    command->add_flag("-u,--unsigned", value_.unsignedOnly,
+                      "Reads integers as bit strings, without a sign");
+
+    command = AddCommand("pou", "Shows the header of a unit or data type",
+                         "lq pou plant.xml Dosing --interface", pou_, RunPou);
+    AddProject(command, pou_.project);
+    AddArgument(command, "name", pou_.name, kNameValue, "The unit or data type");
+    command->add_flag("-i,--interface", pou_.interfaceOnly, "Only its parameters");
+
+    command = AddCommand("fb", "Tells of which function block an instance is",
+                         "lq fb plant.xml Mixing stirring", fb_, RunFb);
+    AddProject(command, fb_.project);
+    AddArgument(command, "pou", fb_.pou, kNameValue, "The unit that uses the instance");
+    AddArgument(command, "instance", fb_.instance, kNameValue,
+                "The instance, the unit's or a global one");
+
+    command = AddCommand("tasks", "Shows the tasks of a project and their programs",
+                         "lq tasks plant.xml", tasks_, RunTasks);
+    AddProject(command, tasks_.project);
+
+    AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
+}
+
+std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
+    const std::vector<std::string> names = CommandNames(app_);
+    const std::string first = arguments.empty() ? "" : arguments.front();
+    const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
+    if (!isCommand && !first.starts_with('-') && !first.empty()) {
+        throw CommandError("no command is called '" + first + "'" +
+                           DidYouMean(first, names, "; see lq --help"));
+    }
+    std::vector<std::string> constants;
+    if (first == kValueCommand) {
+        constants = TakeConstants(arguments);
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+        app_.parse(std::move(arguments));
+    } catch (const CLI::Success& e) {  // help and version
+        const std::string text = dynamic_cast<const CLI::CallForVersion*>(&e)
+                                     ? std::string(e.what()) + "\n"
+                                     : app_.help();
+        return [text] {
+            PrintText(text);
+            return 0;
+        };
+    } catch (const CLI::ExtrasError&) {
+        ReportUnexpected();
+    } catch (const CLI::ParseError& e) {
+        throw CommandError(std::string(e.what()) + "; see lq --help");
+    }
+    value_.texts = std::move(constants);
+    if (!generated_.empty()) {
+        return [this] {
+            PrintText(Generate(*this, generated_));
+            return 0;
+        };
+    }
+    if (!chosen_) {
+        throw CommandError("no command was given; see lq --help");
+    }
+    return chosen_;
+}
+
+void CommandLine::ReportUnexpected() const {
+    const std::vector<CLI::App*> parsed = app_.get_subcommands();
+    const CLI::App& command = parsed.empty() ? app_ : *parsed.front();
+    const std::string help = parsed.empty() ? "" : " " + command.get_name();
+    const std::string word = app_.remaining(true).front();
+    const std::string advice = "; see lq" + help + " --help";
+    if (!word.starts_with('-')) {
+        throw CommandError("there is no use for '" + word + "'" + advice);
+    }
+    throw CommandError("no option is called '" + word + "'" +
+                       DidYouMean(word, OptionNames(command), advice));
+}
+
+}  // namespace lq::tool

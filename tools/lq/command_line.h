@@ -1,0 +1,58 @@
+// The command line: the one definition of the commands and their options, from which help, man page
+// and completions come.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/lq/commands.h"
+
+namespace lq::tool {
+
+// What an option's value or an argument is: its name in help, and what completions offer.
+inline constexpr char kFileValue[] = "FILE";
+inline constexpr char kTableValue[] = "TABLE";
+inline constexpr char kNameValue[] = "NAME";
+inline constexpr char kKindValue[] = "KIND";
+
+inline constexpr char kExitStatus[] =
+    "0 done, 1 the input has faults, 2 the command could not do its work";
+
+class CommandLine {
+  public:
+    CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    // What the arguments ask for; to be called once. Throws CommandError when they cannot be
+    // understood.
+    std::function<int()> Parse(std::vector<std::string> arguments);
+
+    // Its footer, and each command's, is an example.
+    const CLI::App& App() const { return app_; }
+
+  private:
+    template <typename Options>
+    CLI::App* AddCommand(const char* name, const char* description, const char* example,
+                         Options& options, int (*run)(const Options&));
+    void AddCommands();
+    [[noreturn]] void ReportUnexpected() const;
+
+    CLI::App app_;
+    std::string generated_;  // what to generate
+    std::function<int()> chosen_;
+
+    TranslateOptions translate_;
+    ShowOptions show_;
+    ScanOptions scan_;
+    ValueOptions value_;
+    PouOptions pou_;
+    FbOptions fb_;
+    TasksOptions tasks_;
+    TypesOptions types_;
+};
+
+}  // namespace lq::tool

@@ -1,0 +1,40 @@
+// What the tool has to say besides its results, on standard error.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "host/plcopen/plcopen.h"
+#include "tools/lq/command.h"
+
+namespace lq::tool {
+
+// Where in an input something is. Both numbers from 1; 0 for the input as a whole.
+struct Place {
+    std::string file;  // as DisplayName gives it
+    uint32_t line = 0;
+    uint32_t column = 0;
+};
+
+// "plant.xml:12:5", the form that editors jump to.
+std::string ToText(const Place& place);
+
+// The place of the character behind `text`, with which the input begins.
+Place PlaceBehind(const std::string& file, std::u16string_view text);
+
+// Ends a command because of what stands at a place of the input.
+class InputError : public CommandError {
+  public:
+    InputError(const Place& place, const std::string& text);
+};
+
+// "lq: no table is called 'x'".
+void PrintMessage(const std::string& text);
+// "plant.xml:12:5: what is there".
+void PrintMessage(const Place& place, const std::string& text);
+void PrintMessage(const host::Report& report);
+// What ended a command.
+void PrintMessage(const CommandError& error);
+
+}  // namespace lq::tool

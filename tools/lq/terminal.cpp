@@ -1,0 +1,24 @@
+#include "tools/lq/terminal.h"
+
+#include <cstdlib>
+#include <string_view>
+#include <unistd.h>
+
+namespace lq::tool {
+
+bool IsTerminal(Stream stream) {
+    return isatty(static_cast<int>(stream)) != 0;
+}
+
+bool CanControl(Stream stream) {
+    const char* kind = std::getenv("TERM");
+    return IsTerminal(stream) && !(kind && std::string_view(kind) == "dumb");
+}
+
+std::string Bold(Stream stream, const std::string& text) {
+    const char* noColour = std::getenv("NO_COLOR");
+    const bool isPlain = (noColour && *noColour) || !CanControl(stream);
+    return isPlain ? text : "\x1B[1m" + text + "\x1B[0m";
+}
+
+}  // namespace lq::tool
