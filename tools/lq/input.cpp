@@ -35,6 +35,7 @@ std::string ReadInput(const std::string& path, uint64_t limit) {
 }
 
 std::u16string DecodeInput(const std::string& path, std::string_view bytes) {
+    const Progress progress("decoding " + DisplayName(path));
     std::u16string text;
     const host::TextStatus status = host::DecodeSource(bytes, text);
     if (!status.IsFine()) {

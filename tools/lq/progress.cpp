@@ -12,7 +12,7 @@ namespace lq::tool {
 
 namespace {
 
-constexpr auto kFirst = std::chrono::milliseconds(80);
+constexpr auto kFirst = std::chrono::milliseconds(50);
 constexpr auto kInterval = std::chrono::milliseconds(100);
 
 Progress* current = nullptr;
@@ -43,6 +43,10 @@ Progress::~Progress() {
     if (current == this) {
         current = nullptr;
     }
+}
+
+std::unique_ptr<Progress> Progress::OfResults(const std::string& what, uint64_t total) {
+    return IsTerminal(Stream::kResults) ? nullptr : std::make_unique<Progress>(what, total);
 }
 
 std::unique_lock<std::mutex> Progress::Hide() {

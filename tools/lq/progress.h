@@ -5,6 +5,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -22,6 +23,10 @@ class Progress {
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
+
+    // For work that prints results as it goes: null where they go to a terminal, because there they
+    // are a sign of progress themselves.
+    static std::unique_ptr<Progress> OfResults(const std::string& what, uint64_t total);
 
     // So much of the total is done. Cheap.
     void Set(uint64_t done) { done_.store(done, std::memory_order_relaxed); }

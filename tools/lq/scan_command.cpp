@@ -14,7 +14,6 @@
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
 #include "tools/lq/progress.h"
-#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -138,11 +137,8 @@ bool Scan(const ScanOptions& options, const std::u16string& text) {
     bool hasErrors = false;
     host::TokenColumns columns(text);
     TokenPrinter printer(options);
-    // What is printed on a terminal is a sign of progress itself.
     const auto progress =
-        IsTerminal(Stream::kResults)
-            ? nullptr
-            : std::make_unique<Progress>("scanning " + DisplayName(options.source), text.size());
+        Progress::OfResults("scanning " + DisplayName(options.source), text.size());
     for (Token token = scanner->GetToken(); token.kind != TK_EOF; token = scanner->GetToken()) {
         const uint32_t column = columns.Next(*scanner, token);
         hasErrors = hasErrors || token.kind == TK_ERROR;

@@ -145,6 +145,7 @@ int RunShow(const ShowOptions& options) {
         return status;  // the image alone
     }
     const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
+    const auto progress = Progress::OfResults("writing the tables", 0);
     if (options.json) {
         PrintTablesAsJson(*tables, shown, options);
     } else {

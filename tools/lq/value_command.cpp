@@ -76,6 +76,7 @@ std::vector<Constant> ConstantsOf(const std::vector<std::string>& arguments) {
         return LinesOf(host::EncodeUtf8(DecodeInput("-", ReadInput("-", kMaxText))));
     }
     std::vector<Constant> constants;
+    constants.reserve(arguments.size());
     for (const std::string& argument : arguments) {
         constants.push_back({argument, {}});
     }
