@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 #include "lq_data/memory.h"
@@ -26,32 +27,29 @@ const char16_t* TruncationMark(const char16_t* text) {
 }  // namespace
 
 BufferPair::BufferPair(STREAM_W& stream, int32_t half)
-    : stream_(&stream),
-      buffer_(endOnly_),
-      endOnly_{kEnd, kEnd, kEnd, kEnd},
-      wantedHalf_(half),
-      half_(2) {
+    : stream_(&stream), buffer_(endOnly_ + 1), wantedHalf_(half), half_(2), at_(endOnly_) {
+    std::fill(std::begin(endOnly_), std::end(endOnly_), kEnd);
     Bind(stream);
 }
 
 BufferPair::~BufferPair() {
-    if (buffer_ != endOnly_) {
-        lq::Release(buffer_);
-    }
+    lq::Release(block_);
 }
 
 void BufferPair::Bind(STREAM_W& stream) {
-    if (buffer_ == endOnly_) {
-        auto* ring = lq::AllocateArray<char16_t>(2 * static_cast<size_t>(wantedHalf_));
-        if (ring) {
-            buffer_ = ring;
+    if (!block_) {
+        block_ = lq::AllocateArray<char16_t>(1 + 2 * static_cast<size_t>(wantedHalf_) + kStep);
+        if (block_) {
+            block_[0] = 0;
+            buffer_ = block_ + 1;
             half_ = wantedHalf_;
         }
     }
     stream_ = &stream;
-    index_ = -1;
-    start_ = kNoToken;
+    at_ = buffer_ - 1;
+    start_ = nullptr;
     bound_ = true;
+    crossed_ = false;
     spilled_ = false;
     spillLost_ = false;
     filledAhead_ = false;
@@ -69,62 +67,63 @@ STREAM_W* BufferPair::Unbind() {
 }
 
 int32_t BufferPair::GetPosition() const {
-    if (index_ < 0) {
+    if (IsBeforeFirst()) {
         return static_cast<int32_t>(firstPosition_ - 1);
     }
-    const auto passed = static_cast<uint32_t>(index_ - FirstSlot(HalfOf(index_)));
-    const uint32_t uncounted = buffer_[index_] == kEnd ? 1 : 0;
-    return static_cast<int32_t>(firstPosition_ + passed - uncounted);
+    const uint32_t uncounted = *at_ == kEnd ? 1 : 0;
+    return static_cast<int32_t>(firstPosition_ + static_cast<uint32_t>(PassedOfHalf()) - uncounted);
 }
 
 // The next slot holds a mark: either the current half is used up, or the input is.
 char16_t BufferPair::PassMark() {
-    if (index_ >= 0 && buffer_[index_] == kEnd) {
+    if (*at_ == kEnd) {
         return kEnd;
     }
-    ++index_;
-    const int which = HalfOf(index_);
-    if (index_ == MarkSlot(which)) {
+    const char16_t* next = at_ + 1;
+    const int which = HalfOf(next);
+    if (next == MarkSlot(which)) {
         const int other = 1 - which;
         if (!filledAhead_) {
             Fill(other);
         }
         filledAhead_ = false;
-        index_ = FirstSlot(other);
+        crossed_ = true;
+        next = FirstSlot(other);
         firstPosition_ += static_cast<uint32_t>(half_ - 1);
     }
-    if (buffer_[index_] == kEnd) {
+    at_ = next;
+    if (*at_ == kEnd) {
         // The stream may hold text behind a mark of its own; a second mark keeps NextChar here.
-        buffer_[index_ + 1] = kEnd;
+        buffer_[at_ + 1 - buffer_] = kEnd;
     }
-    return buffer_[index_];
+    return *at_;
 }
 
 char16_t BufferPair::Peek() {
-    if (index_ >= 0 && buffer_[index_] == kEnd) {
+    if (*at_ == kEnd) {
         return kEnd;
     }
-    const char16_t c = buffer_[index_ + 1];
+    const char16_t c = at_[1];
     if (c != kEnd) {
         return c;
     }
-    const int which = HalfOf(index_ + 1);
-    if (index_ + 1 != MarkSlot(which)) {
+    const int which = HalfOf(at_ + 1);
+    if (at_ + 1 != MarkSlot(which)) {
         return kEnd;
     }
     if (!filledAhead_) {
         Fill(1 - which);
         filledAhead_ = true;
     }
-    return buffer_[FirstSlot(1 - which)];
+    return *FirstSlot(1 - which);
 }
 
 void BufferPair::Fill(int which) {
-    if (buffer_ == endOnly_) {
+    if (!block_) {
         return;
     }
     SaveHalf(which);
-    char16_t* const first = buffer_ + FirstSlot(which);
+    char16_t* const first = FirstSlot(which);
     int32_t filled = 0;
     // A stream may hand out less than it is asked for before its end; only nothing is the end.
     while (filled < half_ - 1) {
@@ -140,13 +139,13 @@ void BufferPair::Fill(int which) {
 }
 
 void BufferPair::SaveHalf(int which) {
-    if (start_ == kNoToken || !owner_) {
+    if (!start_ || !owner_) {
         return;
     }
     if (spilled_) {
-        Spill(buffer_ + FirstSlot(which), half_ - 1);
+        Spill(FirstSlot(which), half_ - 1);
     } else if (HalfOf(start_) == which) {
-        Spill(buffer_ + start_, MarkSlot(which) - start_);
+        Spill(start_, static_cast<int32_t>(MarkSlot(which) - start_));
         spilled_ = owner_->SrcEx != nullptr;
         if (!spilled_) {
             start_ = FirstSlot(1 - which);  // all that is left of the token
@@ -189,28 +188,27 @@ void BufferPair::CompleteSpill() {
     if (owner_->HugeBufComplete || spillLost_) {
         return;
     }
-    const int current = HalfOf(index_);
+    const int current = HalfOf(at_);
     if (!filledAhead_) {
-        Spill(buffer_ + FirstSlot(1 - current), half_ - 1);
+        Spill(FirstSlot(1 - current), half_ - 1);
     }
-    Spill(buffer_ + FirstSlot(current), index_ - FirstSlot(current));
+    Spill(FirstSlot(current), PassedOfHalf());
     owner_->HugeBufComplete = spillLost_ ? 0 : 1;
 }
 
 int32_t BufferPair::CopyFromRing(char16_t* dest, int32_t room, int32_t offset) const {
     const int startHalf = HalfOf(start_);
-    const bool wrapped = startHalf != HalfOf(index_);
-    const int32_t firstLength = (wrapped ? MarkSlot(startHalf) : index_) - start_;
+    const bool wrapped = startHalf != HalfOf(at_);
+    const auto firstLength = static_cast<int32_t>((wrapped ? MarkSlot(startHalf) : at_) - start_);
     const int32_t fromFirst = std::min(std::max(firstLength - offset, 0), room);
-    CopyChars(dest, buffer_ + start_ + (fromFirst > 0 ? offset : 0), fromFirst);
+    CopyChars(dest, start_ + (fromFirst > 0 ? offset : 0), fromFirst);
     if (!wrapped) {
         return fromFirst;
     }
-    const int32_t first = FirstSlot(1 - startHalf);
     const int32_t skip = std::max(offset - firstLength, 0);
-    const int32_t left = std::max(index_ - first - skip, 0);
+    const int32_t left = std::max(PassedOfHalf() - skip, 0);
     const int32_t fromSecond = std::min(left, room - fromFirst);
-    CopyChars(dest + fromFirst, buffer_ + first + (fromSecond > 0 ? skip : 0), fromSecond);
+    CopyChars(dest + fromFirst, FirstSlot(1 - startHalf) + (fromSecond > 0 ? skip : 0), fromSecond);
     return fromFirst + fromSecond;
 }
 
@@ -228,7 +226,7 @@ int32_t BufferPair::CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) 
     return copied;
 }
 
-int32_t BufferPair::CopyBeginning(char16_t* dest, int32_t destSize) const {
+int32_t BufferPair::CopyAnyBeginning(char16_t* dest, int32_t destSize) const {
     const int32_t room = destSize - 1;
     int32_t length = 0;
     const auto append = [&](const char16_t* text, int32_t count) {
@@ -239,13 +237,13 @@ int32_t BufferPair::CopyBeginning(char16_t* dest, int32_t destSize) const {
     if (!spilled_) {
         length = CopyFromRing(dest, room, 0);
     } else {
-        const int current = HalfOf(index_);
+        const int current = HalfOf(at_);
         append(owner_->SrcEx, owner_->HugeBufLen - 1);
         if (!filledAhead_ && !spillLost_) {
-            append(buffer_ + FirstSlot(1 - current), half_ - 1);
+            append(FirstSlot(1 - current), half_ - 1);
         }
         if (!spillLost_) {
-            append(buffer_ + FirstSlot(current), index_ - FirstSlot(current));
+            append(FirstSlot(current), PassedOfHalf());
         }
     }
     dest[length] = 0;

@@ -5,12 +5,17 @@
 // real end. So reading a character is a load and a compare, and one place decides what a mark
 // means.
 //
+// Runs of characters of one class are passed in one go: the mark belongs to no class, so that the
+// inner loop needs no other end.
+//
 // Characters are not copied while a token is scanned: its text is copied out once, from where it
-// began. Only when the half in which a token began is overwritten before the token ends does its
-// text move to the owner's overflow block.
+// began. Nearly every token lies within one half and is copied and read in place. Only when the
+// half in which a token began is overwritten before the token ends does its text move to the
+// owner's overflow block.
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "lq_base.h"
 #include "lq_data/scanner.h"
@@ -27,7 +32,7 @@ class BufferPair : public CObject {
     BufferPair& operator=(const BufferPair&) = delete;
 
     // Whether there is a ring to read into.
-    bool IsUsable() const { return buffer_ != endOnly_; }
+    bool IsUsable() const { return block_ != nullptr; }
     void SetOwner(Scanner* owner) { owner_ = owner; }
     // Starts over on another stream, from that stream's read position.
     void Bind(STREAM_W& stream);
@@ -36,12 +41,34 @@ class BufferPair : public CObject {
 
     // Moves onto the next character and returns it; the end of input stays where it is.
     char16_t NextChar() {
-        const char16_t c = buffer_[index_ + 1];
+        const char16_t c = at_[1];
         if (c == Scanner::kEndOfInput) {
             return PassMark();
         }
-        ++index_;
+        ++at_;
         return c;
+    }
+    // Only after NextChar.
+    char16_t Current() const { return *at_; }
+
+    // Moves onto the first character, from the current one on, that does not belong to the run;
+    // `take` is given what was passed, piece by piece. Only after NextChar; the end of input must
+    // not belong.
+    template <typename Run, typename Take>
+    void PassRun(Run run, Take take) {
+        do {
+            const char16_t* const from = at_;
+            const char16_t* at = run.Hurry(from);
+            while (run.Belongs(*at)) {
+                ++at;
+            }
+            take(from, static_cast<int32_t>(at - from));
+            if (*at != Scanner::kEndOfInput || at == from) {
+                at_ = at;
+                return;
+            }
+            at_ = at - 1;
+        } while (run.Belongs(PassMark()));
     }
 
     // The character that NextChar would return, without moving.
@@ -52,16 +79,58 @@ class BufferPair : public CObject {
 
     // A token begins at the current character.
     void BeginToken() {
-        start_ = index_;
+        start_ = at_;
+        crossed_ = false;
         spilled_ = false;
         spillLost_ = false;
     }
     // What is read from here on belongs to no token.
-    void BeginBlanks() { start_ = kNoToken; }
+    void BeginBlanks() { start_ = nullptr; }
 
+    // The token so far, in place, when it lies within one half; else null. Valid until the next
+    // move.
+    const char16_t* InPlace(int32_t& length) const {
+        length = static_cast<int32_t>(at_ - start_);
+        return crossed_ ? nullptr : start_;
+    }
+
+    // Short texts are copied in steps of a fixed size, which saves what a copy of an arbitrary size
+    // takes to choose its way: up to kStep - 1 characters more than asked for are read and written.
+    static constexpr int32_t kStep = 16;
+    static constexpr int32_t kShort = 64;
+    static void CopyShort(char16_t* to, const char16_t* from, int32_t count) {
+        int32_t done = 0;
+        do {
+            std::memcpy(to + done, from + done, kStep * sizeof(char16_t));
+            done += kStep;
+        } while (done < count);
+    }
+
+    // Copies as much of a piece of text as there is room for, and returns how much; wants room for
+    // another kStep characters behind that.
+    static int32_t CopyPiece(char16_t* to, int32_t room, const char16_t* from, int32_t count) {
+        const int32_t copied = count < room ? count : room;
+        if (copied <= kShort) {
+            CopyShort(to, from, copied);
+        } else {
+            std::memcpy(to, from, static_cast<size_t>(copied) * sizeof(char16_t));
+        }
+        return copied;
+    }
+
+    // The next two want room for kStep characters behind `destSize`, and a size above kShort.
+    //
     // Copies the first characters of the token so far, which may go on: at most `destSize` - 1 and
     // a terminator. Returns their number.
-    int32_t CopyBeginning(char16_t* dest, int32_t destSize) const;
+    int32_t CopyBeginning(char16_t* dest, int32_t destSize) const {
+        int32_t length;
+        return CopyInPlace(dest, length) ? length : CopyAnyBeginning(dest, destSize);
+    }
+    // The same for the whole text of a token at its end; see CopyText.
+    int32_t CopyToken(char16_t* dest, int32_t destSize) {
+        int32_t length;
+        return CopyInPlace(dest, length) ? length : CopyText(dest, destSize, 0, 0);
+    }
 
     // For the end of a token. Copies its text from its character `offset` up to, not including, the
     // current character: at most `destSize` - 1 characters and a terminator. Then removes the last
@@ -70,8 +139,16 @@ class BufferPair : public CObject {
     int32_t CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut);
 
   private:
-    static constexpr int32_t kNoToken = -1;
-
+    bool CopyInPlace(char16_t* dest, int32_t& length) const {
+        const char16_t* text = InPlace(length);
+        if (!text || length > kShort) {
+            return false;
+        }
+        CopyShort(dest, text, length);
+        dest[length] = 0;
+        return true;
+    }
+    int32_t CopyAnyBeginning(char16_t* dest, int32_t destSize) const;
     char16_t PassMark();
     // Refills half 0 or 1.
     void Fill(int which);
@@ -84,20 +161,25 @@ class BufferPair : public CObject {
     int32_t CopyFromRing(char16_t* dest, int32_t room, int32_t offset) const;
     int32_t CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) const;
 
-    int HalfOf(int32_t slot) const { return slot >= half_ ? 1 : 0; }
-    int32_t FirstSlot(int which) const { return which == 0 ? 0 : half_; }
-    int32_t MarkSlot(int which) const { return FirstSlot(which) + half_ - 1; }
+    int HalfOf(const char16_t* slot) const { return slot >= buffer_ + half_ ? 1 : 0; }
+    char16_t* FirstSlot(int which) const { return which == 0 ? buffer_ : buffer_ + half_; }
+    char16_t* MarkSlot(int which) const { return FirstSlot(which) + half_ - 1; }
+    bool IsBeforeFirst() const { return at_ < buffer_; }
+    // The characters of the current half before the current one.
+    int32_t PassedOfHalf() const { return static_cast<int32_t>(at_ - FirstSlot(HalfOf(at_))); }
 
     STREAM_W* stream_;
     Scanner* owner_ = nullptr;
+    char16_t* block_ = nullptr;  // what buffer_ lies in: one slot before it, kStep behind it
     char16_t* buffer_;
-    char16_t endOnly_[4];  // stands in for a buffer that could not be allocated
+    char16_t endOnly_[5 + kStep];  // stands in for a block that could not be allocated
     int32_t wantedHalf_;
     int32_t half_;
-    int32_t index_ = -1;          // slot of the current character
-    int32_t start_ = kNoToken;    // slot where the current token began
-    uint32_t firstPosition_ = 0;  // stream offset of the first slot of the current half
+    const char16_t* at_;               // slot of the current character; at first the one before
+    const char16_t* start_ = nullptr;  // slot where the current token began, or null
+    uint32_t firstPosition_ = 0;       // stream offset of the first slot of the current half
     bool bound_ = true;
+    bool crossed_ = false;       // a half ended since the current token began
     bool spilled_ = false;       // the token's beginning is in the owner's overflow block
     bool spillLost_ = false;     // memory ran short for the overflow block
     bool filledAhead_ = false;   // the other half was refilled before the current one was left

@@ -1,18 +1,17 @@
 // Identifiers and keywords, and the system's own addresses and constants that the host recognises
 // inside them.
+#include <iterator>
+
 #include "lq_addrcheck.h"
 #include "lq_data/containers.h"
 #include "lq_model.h"
+#include "scanner/keyword_cache.h"
 #include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::chars;
 
 namespace {
-
-bool IsIdentifierChar(char16_t c) {
-    return c == u'_' || IsLetter(c) || IsDigit(c);
-}
 
 bool BeginsWithE(const char16_t* text) {
     return text[0] == u'E' || text[0] == u'e';
@@ -39,6 +38,23 @@ void MakeUpper(char16_t* text) {
 
 }  // namespace
 
+void Recogniser::FinishIdentifier() {
+    static constexpr char16_t kCommentWord[] = u"B_COMMENT";
+    constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
+    const int32_t length = Finish(TK_IDENTIFIER);
+    if (length == kCommentWordLength && Equal(s_.textBuf, kCommentWord)) {
+        lq::scanner::commaEndsString = true;
+    }
+    int32_t id;
+    if (!s_.keywordCache->Find(s_.textBuf, length, id)) {
+        id = s_.keywords->GetID(s_.textBuf);
+    }
+    if (id >= 0) {
+        s_.token.kind = TK_KEYWORD;
+        s_.token.SetValue(static_cast<uint16_t>(id));
+    }
+}
+
 void Recogniser::AtSignIdentifier() {
     Next();
     if (!IsLetter(Current()) && !IsDigit(Current())) {
@@ -49,15 +65,13 @@ void Recogniser::AtSignIdentifier() {
 
 void Recogniser::Identifier() {
     for (;;) {
-        while (IsIdentifierChar(Current())) {
-            Next();
-        }
+        PassRun(lq::scanner::WordRun());
         const char16_t c = Current();
-        if (c == u'#') {
-            return PrefixedLiteral();
-        }
         if (IsSpace(c) || c == kEnd) {
             return FinishIdentifier();
+        }
+        if (c == u'#') {
+            return PrefixedLiteral();
         }
         bool deviceAddress = false;
         const bool belongs = ((c == u'+' || c == u'-') && SignBelongs()) ||
@@ -130,16 +144,4 @@ void Recogniser::BitSuffix() {
         return Fail(SE_IDENTIFIER);
     }
     Finish(TK_IDENTIFIER);
-}
-
-void Recogniser::FinishIdentifier() {
-    Finish(TK_IDENTIFIER);
-    if (Equal(s_.textBuf, u"B_COMMENT")) {
-        lq::scanner::commaEndsString = true;
-    }
-    const int32_t id = s_.keywords->GetID(s_.textBuf);
-    if (id >= 0) {
-        s_.token.kind = TK_KEYWORD;
-        s_.token.SetValue(static_cast<uint16_t>(id));
-    }
 }

@@ -1,4 +1,6 @@
 // Decimal and based integers, the integer before a range, and reals.
+#include <iterator>
+
 #include "scanner/number_text.h"
 #include "scanner/recogniser.h"
 
@@ -6,43 +8,60 @@ using namespace lq::chars;
 
 namespace {
 
+using lq::scanner::DigitRun;
+
 struct Base {
-    const char16_t* prefix;
-    bool (*isDigit)(char16_t);
-    unsigned bitsPerDigit;
-    const char16_t* largest;  // in the digits of the base
+    uint32_t base;
+    unsigned digitClass;
+    int32_t maxDigits;
 };
 
-// "f" sorts above every other hex digit, so no text of eight digits exceeds the last one.
 constexpr Base kBases[] = {
-    {u"2", IsBinary, 1, u"11111111111111111111111111111111"},
-    {u"8", IsOctal, 3, u"37777777777"},
-    {u"16", IsHex, 4, u"ffffffff"},
+    {2, lq::scanner::kBinary, 32},
+    {8, lq::scanner::kOctal, 11},
+    {16, lq::scanner::kHex, 8},
 };
+constexpr int32_t kMaxDecimalDigits = 10;
 
-constexpr char16_t kLargestDecimal[] = u"4294967295";
-
-// Leading zeros do not count.
-const Base* FindBase(const char16_t* prefix) {
-    while (*prefix == u'0') {
-        ++prefix;
+// The base that digits and underscores before "#" name. Leading zeros do not count.
+const Base* FindBase(const char16_t* prefix, int32_t length) {
+    const uint32_t largest = std::end(kBases)[-1].base;
+    uint32_t number = 0;
+    for (int32_t i = 0; i < length && number <= largest; ++i) {
+        number = prefix[i] == u'_' ? number : number * 10 + (prefix[i] - u'0');
     }
     for (const Base& base : kBases) {
-        if (Equal(base.prefix, prefix)) {
+        if (base.base == number) {
             return &base;
         }
     }
     return nullptr;
 }
 
-// Leading zeros count: the texts are compared, not the numbers.
-bool IsWithin(const char16_t* digits, const char16_t* largest) {
-    const size_t length = Length(digits);
-    const size_t limit = Length(largest);
-    return length < limit || (length == limit && Compare(digits, largest) <= 0);
+// Leading zeros count: a number of too many digits is too large whatever it is.
+bool IsWithin(const DigitRun& digits, int32_t maxDigits) {
+    return digits.count <= maxDigits && digits.value <= UINT32_MAX;
 }
 
 }  // namespace
+
+Recogniser::Text Recogniser::BeginningText() {
+    int32_t length;
+    if (const char16_t* text = reader_.InPlace(length)) {
+        return {text, length};
+    }
+    length = TextSoFar(0);
+    return {s_.valueBuf, length};
+}
+
+Recogniser::Text Recogniser::TokenText(int32_t offset) {
+    int32_t length;
+    if (const char16_t* text = reader_.InPlace(length)) {
+        return {text + offset, length - offset};
+    }
+    length = reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, offset, 0);
+    return {s_.valueBuf, length};
+}
 
 int32_t Recogniser::DigitsText(int32_t offset) {
     reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, offset, 0);
@@ -77,36 +96,34 @@ void Recogniser::Number() {
 }
 
 void Recogniser::FinishDecimal() {
-    DigitsText(0);
-    if (!IsWithin(s_.valueBuf, kLargestDecimal)) {
+    const Text text = TokenText(0);
+    const DigitRun digits = lq::scanner::ReadDigits(text.begin, text.length, 10);
+    if (!IsWithin(digits, kMaxDecimalDigits)) {
         return Fail(SE_DECIMAL);
     }
-    Finish(TK_INTEGER, lq::scanner::ToWrappedInt(s_.valueBuf));
+    Finish(TK_INTEGER, static_cast<uint32_t>(digits.value));
 }
 
 void Recogniser::RangeStart() {
     Next();
-    DigitsText(0);  // the conversion stops at the points
-    Finish(TK_RANGE_START, lq::scanner::ToWrappedInt(s_.valueBuf));
+    const Text text = TokenText(0);  // the digits stop at the points
+    const DigitRun digits = lq::scanner::ReadDigits(text.begin, text.length, 10);
+    Finish(TK_RANGE_START, static_cast<uint32_t>(digits.value));
 }
 
 void Recogniser::BasedNumber() {
-    const int32_t prefixLength = TextSoFar(0);
-    lq::scanner::RemoveUnderscores(s_.valueBuf);
-    const Base* base = FindBase(s_.valueBuf);
+    const Text prefix = BeginningText();
+    const Base* base = FindBase(prefix.begin, prefix.length);
     Next();
-    if (!base || !base->isDigit(Current()) || !Digits(base->isDigit)) {
+    if (!base || !IsA(base->digitClass) || !Digits(base->digitClass)) {
         return Fail(SE_BASED);
     }
-    DigitsText(prefixLength + 1);
-    if (!IsWithin(s_.valueBuf, base->largest)) {
+    const Text text = TokenText(prefix.length + 1);
+    const DigitRun digits = lq::scanner::ReadDigits(text.begin, text.length, base->base);
+    if (!IsWithin(digits, base->maxDigits)) {
         return Fail(SE_BASED);
     }
-    uint32_t value = 0;
-    for (const char16_t* p = s_.valueBuf; *p != 0; ++p) {
-        value = (value << base->bitsPerDigit) | HexValue(*p);
-    }
-    Finish(TK_BASED_INTEGER, value);
+    Finish(TK_BASED_INTEGER, static_cast<uint32_t>(digits.value));
 }
 
 void Recogniser::Fraction() {
@@ -131,6 +148,6 @@ void Recogniser::Exponent() {
 }
 
 void Recogniser::FinishReal() {
-    const int32_t length = DigitsText(0);
-    Finish(TK_REAL, lq::scanner::ToDouble(s_.valueBuf, length));
+    const Text text = TokenText(0);
+    Finish(TK_REAL, lq::scanner::ToDouble(text.begin, text.length));
 }

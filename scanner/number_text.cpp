@@ -1,7 +1,9 @@
 #include "scanner/number_text.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <charconv>
+#include <iterator>
 #include <locale.h>
 #include <stdlib.h>
 
@@ -28,7 +30,73 @@ uint32_t ToWrappedInt(const char16_t* text) {
     return value;
 }
 
+DigitRun ReadDigits(const char16_t* text, int32_t length, uint32_t base) {
+    DigitRun run;
+    for (int32_t i = 0; i < length; ++i) {
+        const char16_t c = text[i];
+        if (c == u'_') {
+            continue;
+        }
+        if (!chars::IsHex(c)) {
+            break;
+        }
+        run.value = run.value * base + chars::HexValue(c);
+        ++run.count;
+    }
+    return run;
+}
+
 namespace {
+
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int32_t kLargestPower = std::size(kPowersOfTen) - 1;
+constexpr int32_t kExactDigits = 15;
+
+// Up to 15 digits, and powers of ten up to 22, are exact in a double: one multiplication or
+// division then rounds as it should. False for all other texts.
+bool ToDoubleExactly(const char16_t* text, int32_t length, double& value) {
+    if (FLT_EVAL_METHOD != 0 || length > 2 * kExactDigits) {
+        return false;
+    }
+    uint64_t mantissa = 0;
+    int32_t digits = 0;
+    int32_t power = 0;
+    int32_t perDigit = 0;  // what a digit adds to the power: -1 behind the point
+    int32_t i = 0;
+    for (; i < length && (text[i] | 0x20) != u'e'; ++i) {
+        const char16_t c = text[i];
+        if (chars::IsDigit(c)) {
+            mantissa = mantissa * 10 + (c - u'0');
+            power += perDigit;
+            ++digits;
+        } else if (c == u'.' && perDigit == 0) {
+            perDigit = -1;
+        } else if (c != u'_') {
+            return false;
+        }
+    }
+    if (i < length) {
+        ++i;
+        const bool negative = i < length && text[i] == u'-';
+        if (negative || (i < length && text[i] == u'+')) {
+            ++i;
+        }
+        const DigitRun exponent = ReadDigits(text + i, length - i, 10);
+        if (exponent.count == 0 || exponent.value > 2 * kLargestPower) {
+            return false;
+        }
+        const auto written = static_cast<int32_t>(exponent.value);
+        power += negative ? -written : written;
+    }
+    if (digits == 0 || digits > kExactDigits || power > kLargestPower || power < -kLargestPower) {
+        return false;
+    }
+    const auto exact = static_cast<double>(mantissa);
+    value = power < 0 ? exact / kPowersOfTen[-power] : exact * kPowersOfTen[power];
+    return true;
+}
 
 // from_chars leaves a number beyond the range unset; strtod, under a locale with a decimal point,
 // says on which side of the range it lies.
@@ -40,12 +108,19 @@ double ToDoubleBeyondRange(const char* text) {
 }  // namespace
 
 double ToDouble(const char16_t* text, int32_t length) {
-    char narrow[2049];
-    const int32_t count = std::min<int32_t>(length, sizeof(narrow) - 1);
-    std::transform(text, text + count, narrow,
-                   [](char16_t c) { return c < 0x80 ? static_cast<char>(c) : '?'; });
-    narrow[count] = 0;
     double value = 0.0;
+    if (ToDoubleExactly(text, length, value)) {
+        return value;
+    }
+    char narrow[2049];
+    const int32_t limit = std::min<int32_t>(length, sizeof(narrow) - 1);
+    int32_t count = 0;
+    for (int32_t i = 0; i < limit; ++i) {
+        if (text[i] != u'_') {
+            narrow[count++] = chars::IsAscii(text[i]) ? static_cast<char>(text[i]) : '?';
+        }
+    }
+    narrow[count] = 0;
     const auto result = std::from_chars(narrow, narrow + count, value);
     return result.ec == std::errc::result_out_of_range ? ToDoubleBeyondRange(narrow) : value;
 }

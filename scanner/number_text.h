@@ -1,4 +1,4 @@
-// Conversions of digit texts.
+// Conversions of digit texts. Underscores in them do not count.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,14 @@ int32_t RemoveUnderscores(char16_t* text);
 
 // The leading decimal digits as a number modulo 2^32.
 uint32_t ToWrappedInt(const char16_t* text);
+
+// The leading digits of a text.
+struct DigitRun {
+    uint64_t value = 0;  // modulo 2^64
+    int32_t count = 0;   // leading zeros included
+};
+// `base` is 2, 8, 10 or 16.
+DigitRun ReadDigits(const char16_t* text, int32_t length, uint32_t base);
 
 // The number that `length` characters of digits, with point and exponent, stand for: the nearest
 // double; infinity above the range and 0 below it. Reads the text up to the first character that

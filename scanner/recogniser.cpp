@@ -22,14 +22,13 @@ constexpr ShortOperator kShortOperators[] = {
 };
 
 struct LongOperator {
-    OPERATOR_CODE first;  // the code of the first character
+    char16_t first;
     char16_t second;
     OPERATOR_CODE code;
 };
 constexpr LongOperator kLongOperators[] = {
-    {OP_MUL, u'*', OP_POWER}, {OP_LT, u'>', OP_NE},        {OP_LT, u'=', OP_LE},
-    {OP_GT, u'=', OP_GE},     {OP_COLON, u'=', OP_ASSIGN}, {OP_EQ, u'>', OP_ARROW},
-    {OP_DOT, u'.', OP_RANGE},
+    {u'*', u'*', OP_POWER},  {u'<', u'>', OP_NE},    {u'<', u'=', OP_LE},    {u'>', u'=', OP_GE},
+    {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
 };
 
 constexpr std::array<Recogniser::Lead, 128> MakeLeads() {
@@ -44,8 +43,15 @@ constexpr std::array<Recogniser::Lead, 128> MakeLeads() {
         }
     }
     for (const ShortOperator& op : kShortOperators) {
-        leads[op.character] = {LeadKind::kOperator, op.code};
+        leads[op.character].kind = LeadKind::kOperator;
+        leads[op.character].code = static_cast<uint8_t>(op.code);
     }
+    for (const LongOperator& op : kLongOperators) {
+        auto& longer = leads[op.first].longer;
+        longer[longer[0].second == 0 ? 0 : 1] = {static_cast<uint8_t>(op.second),
+                                                 static_cast<uint8_t>(op.code)};
+    }
+    leads[u'('].kind = LeadKind::kParenthesis;
     leads[u'@'].kind = LeadKind::kAtSign;
     leads[u'%'].kind = LeadKind::kPercent;
     leads[u'\''].kind = leads[u'"'].kind = LeadKind::kQuote;
@@ -58,43 +64,48 @@ constexpr std::array<Recogniser::Lead, 128> kLeads = MakeLeads();
 
 }  // namespace
 
-void Recogniser::Recognise() {
-    s_.textBuf[0] = s_.valueBuf[0] = 0;
-    s_.stringLength = 0;
-    do {
-        SkipBlanks();
-        if (!At(u'\n') && !At(u'\r')) {
-            Dispatch();
-            return;
-        }
-    } while (!LineBreak());
-}
-
-void Recogniser::Finish(TOKEN_KIND kind) {
-    reader_.CopyText(s_.textBuf, Scanner::kBufferSize, 0, 0);
-    s_.token.kind = kind;
-    s_.token.text = s_.textBuf;
-    s_.token.line = s_.nActLine;
-}
-
 void Recogniser::SkipBlanks() {
-    s_.FreeHugeBuffer();
-    reader_.BeginBlanks();
+    if (s_.SrcEx || s_.HugeBufLen != 0 || s_.HugeBufComplete) {
+        s_.FreeHugeBuffer();
+    }
     int32_t length = 0;
-    while (At(u' ') || At(u'\t')) {
-        if (length < kValueLength) {
-            s_.spaceBuf[length++] = Current();
-        }
-        Next();
+    if (IsA(lq::scanner::kBlank)) {
+        reader_.BeginBlanks();
+        PassRun(lq::scanner::BlankRun(), [this, &length](const char16_t* blanks, int32_t count) {
+            length +=
+                BufferPair::CopyPiece(s_.spaceBuf + length, kValueLength - length, blanks, count);
+        });
     }
     s_.spaceBuf[length] = 0;
     s_.token.space = s_.spaceBuf;
     reader_.BeginToken();
 }
 
+void Recogniser::Parenthesis() {
+    Next();
+    if (At(u'*')) {
+        return Comment();
+    }
+    Finish(TK_OPERATOR, uint16_t{OP_LPAREN});
+}
+
+void Recogniser::Operator(const Lead& lead) {
+    Next();
+    uint16_t code = lead.code;
+    for (const Lead::Longer& longer : lead.longer) {
+        if (longer.second != 0 && At(longer.second)) {
+            Next();
+            code = longer.code;
+            break;
+        }
+    }
+    Finish(TK_OPERATOR, code);
+}
+
 void Recogniser::Dispatch() {
     const char16_t c = Current();
-    const Lead lead = lq::chars::IsAscii(c) ? kLeads[c] : Lead{};
+    static constexpr Lead kNoLead;
+    const Lead& lead = lq::chars::IsAscii(c) ? kLeads[c] : kNoLead;
     switch (lead.kind) {
         case LeadKind::kDigit:
             return Number();
@@ -106,6 +117,8 @@ void Recogniser::Dispatch() {
             return DirectAddress();
         case LeadKind::kQuote:
             return String();
+        case LeadKind::kParenthesis:
+            return Parenthesis();
         case LeadKind::kOperator:
             return Operator(lead);
         case LeadKind::kEnd:
@@ -113,6 +126,18 @@ void Recogniser::Dispatch() {
         case LeadKind::kOther:
             return IsLetter(c) ? Identifier() : NoToken();
     }
+}
+
+void Recogniser::Recognise() {
+    s_.textBuf[0] = s_.valueBuf[0] = 0;
+    s_.stringLength = 0;
+    do {
+        SkipBlanks();
+        if (!At(u'\n') && !At(u'\r')) {
+            Dispatch();
+            return;
+        }
+    } while (!LineBreak());
 }
 
 bool Recogniser::LineBreak() {
@@ -139,26 +164,10 @@ bool Recogniser::LineFeed() {
     return true;
 }
 
-void Recogniser::Operator(const Lead& lead) {
-    const bool opensParenthesis = At(u'(');
-    Next();
-    if (opensParenthesis && At(u'*')) {
-        return Comment();
-    }
-    uint16_t code = lead.code;
-    for (const LongOperator& longer : kLongOperators) {
-        if (longer.first == lead.code && At(longer.second)) {
-            Next();
-            code = longer.code;
-            break;
-        }
-    }
-    Finish(TK_OPERATOR, code);
-}
-
 void Recogniser::Comment() {
     Next();
     for (;;) {
+        PassRun(lq::scanner::CommentRun());
         const char16_t c = Current();
         if (c == kEnd) {
             return Fail(SE_COMMENT);
@@ -166,7 +175,7 @@ void Recogniser::Comment() {
         Next();
         if (c == u'\n') {
             CountLine();
-        } else if (c == u'*' && At(u')')) {
+        } else if (At(u')')) {
             break;
         }
     }

@@ -1,6 +1,6 @@
 // Recognition of one token.
 //
-// A Recogniser lives for one GetToken call. It works on the scanner's current character, which no
+// A Recogniser lives for one GetToken call. It works on the reader's current character, which no
 // delivered token holds yet: Next passes it, and what is not passed begins the next token. Each
 // family of literals has a source file of its own; all of them end in Finish or Fail.
 #pragma once
@@ -10,6 +10,7 @@
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
+#include "scanner/char_classes.h"
 
 class Recogniser {
   public:
@@ -18,7 +19,7 @@ class Recogniser {
     // Leaves the recognised token in the scanner's `token`.
     void Recognise();
 
-    // What a first character begins; the code of an operator of that character.
+    // What a first character begins.
     enum class LeadKind : uint8_t {
         kOther,
         kDigit,
@@ -26,12 +27,19 @@ class Recogniser {
         kAtSign,
         kPercent,
         kQuote,
+        kParenthesis,
         kOperator,
         kEnd,
     };
+    // With an operator, its code, and the second characters that make longer ones of it.
     struct Lead {
+        struct Longer {
+            uint8_t second;  // 0: none
+            uint8_t code;
+        };
         LeadKind kind = LeadKind::kOther;
-        uint16_t code = 0;
+        uint8_t code = 0;
+        Longer longer[2] = {};
     };
 
   private:
@@ -40,15 +48,30 @@ class Recogniser {
 
     // --- The current character ---------------------------------------------------------------
 
-    char16_t Current() const { return s_.current; }
-    bool At(char16_t c) const { return s_.current == c; }
-    void Next() { s_.current = reader_.NextChar(); }
+    char16_t Current() const { return reader_.Current(); }
+    bool At(char16_t c) const { return Current() == c; }
+    bool IsA(unsigned classes) const { return lq::scanner::Is(Current(), classes); }
+    void Next() { reader_.NextChar(); }
+    template <typename Run>
+    void PassRun(Run run) {
+        PassRun(run, [](const char16_t*, int32_t) {});
+    }
+    template <typename Run, typename Take>
+    void PassRun(Run run, Take take) {
+        reader_.PassRun(run, take);
+    }
     void CountLine() { s_.nActLine = static_cast<int32_t>(static_cast<uint32_t>(s_.nActLine) + 1); }
 
     // --- Ends of a token ---------------------------------------------------------------------
 
-    // The token is the text from its beginning up to the current character.
-    void Finish(TOKEN_KIND kind);
+    // The token is the text from its beginning up to the current character. Returns the length of
+    // the text as delivered.
+    int32_t Finish(TOKEN_KIND kind) {
+        s_.token.kind = kind;
+        s_.token.text = s_.textBuf;
+        s_.token.line = s_.nActLine;
+        return reader_.CopyToken(s_.textBuf, Scanner::kBufferSize);
+    }
     template <typename T>
     void Finish(TOKEN_KIND kind, T value) {
         s_.token.SetValue(value);
@@ -59,12 +82,15 @@ class Recogniser {
 
     // --- recogniser.cpp ----------------------------------------------------------------------
 
-    void SkipBlanks();
-    void Dispatch();
+    // Used there only. Inline, since calls and what they save would make a fifth of a short token's
+    // cost.
+    inline void SkipBlanks();
+    inline void Dispatch();
+    inline void Parenthesis();
+    inline void Operator(const Lead& lead);
     // Both return true when a token was finished.
     bool LineBreak();
     bool LineFeed();
-    void Operator(const Lead& lead);
     void Comment();
     void EndOfInput();
     void NoToken();
@@ -73,7 +99,7 @@ class Recogniser {
 
     void AtSignIdentifier();
     void Identifier();
-    void FinishIdentifier();
+    inline void FinishIdentifier();  // used there only
     void BitSuffix();
     bool PointBelongs(bool& deviceAddress);
     bool SignBelongs();
@@ -92,22 +118,26 @@ class Recogniser {
     void Exponent();
     void FinishReal();
     // Passes digits with single underscores; false when an underscore is not followed by a digit.
-    template <typename IsDigitOfKind>
-    bool Digits(IsDigitOfKind isDigit) {
+    bool Digits(unsigned digitClass) {
         for (;;) {
-            while (isDigit(Current())) {
-                Next();
-            }
+            PassRun(lq::scanner::DigitsRun{digitClass});
             if (!At(u'_')) {
                 return true;
             }
             Next();
-            if (!isDigit(Current())) {
+            if (!IsA(digitClass)) {
                 return false;
             }
         }
     }
-    bool DecimalDigits() { return Digits(lq::chars::IsDigit); }
+    bool DecimalDigits() { return Digits(lq::scanner::kDecimal); }
+    // Texts of the token where they lie, or in the value buffer when that is in pieces.
+    struct Text {
+        const char16_t* begin;
+        int32_t length;
+    };
+    Text BeginningText();            // of a token that goes on
+    Text TokenText(int32_t offset);  // from there to the token's end
     // The token's text from `offset` on, without underscores, in the value buffer.
     int32_t DigitsText(int32_t offset);
 
@@ -117,6 +147,7 @@ class Recogniser {
     bool Escape();
     bool HexEscape();
     void Store(char16_t c);
+    void Store(const char16_t* text, int32_t count);
     void FinishString();
 
     // --- address_literal.cpp -----------------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "lq_data/containers.h"
 #include "lq_data/memory.h"
 #include "scanner/buffer_pair.h"
+#include "scanner/keyword_cache.h"
 #include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
@@ -14,6 +15,11 @@ namespace {
 
 constexpr int32_t kHalfSize = 1024;
 constexpr uint32_t kKeywordBuckets = 233;
+
+// Short texts are copied in steps.
+char16_t* NewBuffer() {
+    return lq::AllocateArray<char16_t>(Scanner::kBufferSize + BufferPair::kStep);
+}
 
 }  // namespace
 
@@ -27,11 +33,12 @@ CObject* Scanner::CreateObject() {
 }
 
 Scanner::Scanner()
-    : textBuf(lq::AllocateArray<char16_t>(kBufferSize)),
-      spaceBuf(lq::AllocateArray<char16_t>(kBufferSize)),
-      valueBuf(lq::AllocateArray<char16_t>(kBufferSize)),
+    : textBuf(NewBuffer()),
+      spaceBuf(NewBuffer()),
+      valueBuf(NewBuffer()),
       keywords(new HashTable(kKeywordBuckets, 1)),
-      allowNulEscape(lq::scanner::AskNulEscape()) {
+      allowNulEscape(lq::scanner::AskNulEscape()),
+      keywordCache(new lq::scanner::KeywordCache) {
     lq::scanner::commaEndsString = false;
     if (HasBuffers()) {
         textBuf[0] = spaceBuf[0] = valueBuf[0] = 0;
@@ -40,6 +47,7 @@ Scanner::Scanner()
 
 Scanner::~Scanner() {
     ReleaseStream();
+    delete keywordCache;
     delete keywords;
     delete reader;
     lq::Release(textBuf);
@@ -49,7 +57,7 @@ Scanner::~Scanner() {
 }
 
 bool Scanner::HasBuffers() const {
-    return textBuf && spaceBuf && valueBuf && keywords;
+    return textBuf && spaceBuf && valueBuf && keywords && keywordCache;
 }
 
 void Scanner::FreeHugeBuffer() {
@@ -94,7 +102,12 @@ STREAM_W* Scanner::ReleaseStream() {
 }
 
 int Scanner::RegisterKeyword(const char16_t* name, int id) {
-    return keywords->Insert(name, id) != nullptr ? 1 : 0;
+    const char16_t* const copy = keywords->Insert(name, id);
+    if (!copy) {
+        return 0;
+    }
+    keywordCache->Add(copy, id);
+    return 1;
 }
 
 int32_t Scanner::GetStreamPosition() const {
@@ -110,6 +123,7 @@ int Scanner::SetCheckAccessOfCustomAddress(int flag) {
 Token Scanner::GetToken() {
     if (reader) {
         Recogniser(*this).Recognise();
+        current = reader->Current();
     } else {
         token.kind = TK_EOF;
         token.line = nActLine;

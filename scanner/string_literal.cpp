@@ -35,10 +35,17 @@ void Recogniser::Store(char16_t c) {
     }
 }
 
+void Recogniser::Store(const char16_t* text, int32_t count) {
+    s_.stringLength += BufferPair::CopyPiece(s_.valueBuf + s_.stringLength,
+                                             kValueLength - s_.stringLength, text, count);
+}
+
 void Recogniser::String() {
     const char16_t quote = Current();
     Next();
     for (;;) {
+        PassRun(lq::scanner::StringRun(),
+                [this](const char16_t* text, int32_t count) { Store(text, count); });
         const char16_t c = Current();
         if (c == quote) {
             Next();

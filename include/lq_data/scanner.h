@@ -13,6 +13,10 @@
 
 class HashTable;
 
+namespace lq::scanner {
+class KeywordCache;
+}
+
 enum TOKEN_KIND : int32_t {
     TK_ERROR = 0,          // value: SCAN_ERROR
     TK_OPERATOR = 1,       // value: 16-bit OPERATOR_CODE
@@ -233,6 +237,7 @@ class LQ_DATA_API Scanner : public CObject {
     HashTable* keywords = nullptr;
     int32_t allowNulEscape = 0;  // "$00" is accepted in strings
     int32_t checkAccessOfCustomAddress = 1;
+    lq::scanner::KeywordCache* keywordCache = nullptr;
 };
 
 // ---------------------------------------------------------------------------------------------

@@ -1,0 +1,115 @@
+// What the scanner asks about every character, in one table: its inner loops are a load and a test.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "frame/chars.h"
+#include "lq_data/scanner.h"
+
+namespace lq::scanner {
+
+enum CharClass : uint8_t {
+    kWord = 1,         // letters, digits, underscore: goes on an identifier
+    kBlank = 2,        // blank and tab
+    kCommentMark = 4,  // what a comment has to look at
+    kStringMark = 8,   // what a string has to look at
+    kDecimal = 16,     // digits, by base
+    kBinary = 32,
+    kOctal = 64,
+    kHex = 128,
+};
+
+constexpr std::array<uint8_t, 128> MakeCharClasses() {
+    std::array<uint8_t, 128> classes{};
+    const auto add = [&classes](const char16_t* characters, unsigned bits) {
+        for (; *characters != 0; ++characters) {
+            classes[*characters] = static_cast<uint8_t>(classes[*characters] | bits);
+        }
+    };
+    for (char16_t c = 0; c < classes.size(); ++c) {
+        if (chars::HasAsciiClass(c, chars::kLetter | chars::kDigit)) {
+            classes[c] = kWord;
+        }
+    }
+    add(u"_", kWord);
+    add(u" \t", kBlank);
+    add(u"01", kBinary);
+    add(u"01234567", kOctal);
+    add(u"0123456789", kDecimal | kHex);
+    add(u"ABCDEFabcdef", kHex);
+    add(u"*\n", kCommentMark);
+    add(u"'\"$,\n", kStringMark);
+    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark;
+    return classes;
+}
+
+inline constexpr std::array<uint8_t, 128> kCharClasses = MakeCharClasses();
+
+constexpr bool Is(char16_t c, unsigned classes) {
+    return chars::IsAscii(c) && (kCharClasses[c] & classes) != 0;
+}
+
+// Long runs are passed in steps. What follows reads up to a step behind the characters that it
+// passes, whatever stands there: BufferPair keeps room for that.
+
+// Passes eight characters at a time while none of them is a mark.
+template <char16_t... kMarks>
+const char16_t* PassEights(const char16_t* at) {
+    using Eight = uint16_t __attribute__((vector_size(16)));
+    for (;; at += 8) {
+        Eight eight;
+        std::memcpy(&eight, at, sizeof(eight));
+        const auto hits = ((eight == kMarks) | ...);
+        uint64_t halves[2];
+        std::memcpy(halves, &hits, sizeof(halves));
+        if ((halves[0] | halves[1]) != 0) {
+            return at;
+        }
+    }
+}
+
+// Passes four blanks at a time: indentation.
+inline const char16_t* PassFourBlanks(const char16_t* at) {
+    constexpr uint64_t kFourBlanks = 0x0020002000200020;
+    for (;; at += 4) {
+        uint64_t four;
+        std::memcpy(&four, at, sizeof(four));
+        if (four != kFourBlanks) {
+            return at;
+        }
+    }
+}
+
+// The runs of characters that the scanner passes: which belong, and how to pass many.
+
+struct WordRun {
+    static bool Belongs(char16_t c) {
+        return chars::IsAscii(c) ? (kCharClasses[c] & kWord) != 0 : chars::IsLetter(c);
+    }
+    static const char16_t* Hurry(const char16_t* at) { return at; }
+};
+struct BlankRun {
+    static bool Belongs(char16_t c) { return Is(c, kBlank); }
+    static const char16_t* Hurry(const char16_t* at) { return PassFourBlanks(at); }
+};
+struct CommentRun {
+    static bool Belongs(char16_t c) { return !Is(c, kCommentMark); }
+    static const char16_t* Hurry(const char16_t* at) {
+        return PassEights<u'*', u'\n', Scanner::kEndOfInput>(at);
+    }
+};
+struct StringRun {
+    static bool Belongs(char16_t c) { return !Is(c, kStringMark); }
+    static const char16_t* Hurry(const char16_t* at) {
+        return PassEights<u'\'', u'"', u'$', u',', u'\n', Scanner::kEndOfInput>(at);
+    }
+};
+struct DigitsRun {
+    unsigned digitClass;
+    bool Belongs(char16_t c) const { return Is(c, digitClass); }
+    static const char16_t* Hurry(const char16_t* at) { return at; }
+};
+
+}  // namespace lq::scanner
