@@ -19,7 +19,7 @@ constexpr std::size_t kMaxHashedLength = 511;  // characters; longer keys hash t
 constexpr std::size_t kShifts = 512;
 constexpr int32_t kNotFound = -1;
 
-constexpr std::array<uint8_t, kShifts> MakeShiftTable() {
+consteval std::array<uint8_t, kShifts> MakeShiftTable() {
     constexpr uint8_t kCycle[] = {0, 24, 3, 21, 5, 19, 7, 17, 9, 15, 11};
     std::array<uint8_t, kShifts> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {

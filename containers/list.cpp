@@ -267,8 +267,7 @@ bool FLIST::Check() const {
     const CNode* node = body_->head_;
     bool positionFound = false;
     for (uint32_t index = 0; index <= body_->count_; ++index, node = node->next) {
-        if (!node || !node->next || node->next->prev != node ||
-            (index > 0 && node == body_->head_)) {
+        if (!node->next || node->next->prev != node || (index > 0 && node == body_->head_)) {
             return false;
         }
         positionFound |= index == body_->index_ && node == body_->current_;

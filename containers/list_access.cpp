@@ -40,7 +40,7 @@ uint32_t ListAccess::BlockCount(const CGList& pool) {
 
 const void* ListAccess::CurrentValue(const FLIST& list) {
     const CGList& body = *list.body_;
-    return body.index_ == 0 ? nullptr : FormatOf(body).Argument(body.current_->Data());
+    return FormatOf(body).Argument(body.current_->Data());
 }
 
 void* ListAccess::Append(FLIST& list, const void* value) {

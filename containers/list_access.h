@@ -21,7 +21,7 @@ struct ListAccess {
     // Below, equal to or above zero; an invalid list ranks below a valid one.
     static int CompareUserData(const FLIST* a, const FLIST* b);
 
-    // The current element as a value of its type; null at before-first.
+    // The current element, which there must be, as a value of its type.
     static const void* CurrentValue(const FLIST& list);
 
     // Makes sure that the next insertion gets its node.

@@ -47,9 +47,7 @@ bool CGList::Reserve() {
         return true;
     }
     const std::size_t nodeBytes = NodeBytes();
-    if (nodeBytes > (static_cast<std::size_t>(-1) - sizeof(BLOCK)) / blockSize_) {
-        return false;
-    }
+    static_assert(sizeof(std::size_t) > sizeof(dataSize_));  // so that the product below fits
     auto* block = static_cast<BLOCK*>(lq::Allocate(sizeof(BLOCK) + nodeBytes * blockSize_));
     if (!block) {
         return false;

@@ -22,7 +22,7 @@ enum AsciiClass : std::uint8_t {
 
 namespace detail {
 
-constexpr std::array<std::uint8_t, 128> MakeAsciiTable() {
+consteval std::array<std::uint8_t, 128> MakeAsciiTable() {
     std::array<std::uint8_t, 128> table{};
     for (unsigned c = 0; c < table.size(); ++c) {
         unsigned bits = 0;

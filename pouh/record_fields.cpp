@@ -11,22 +11,22 @@ namespace lq::pouh {
 
 namespace {
 
-constexpr Field Plain(POUH_ATTRIBUTE_FLAG flag, FieldKind kind, std::size_t offset) {
+consteval Field Plain(POUH_ATTRIBUTE_FLAG flag, FieldKind kind, std::size_t offset) {
     return {flag, kind, offset, nullptr};
 }
-constexpr Field Number(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
+consteval Field Number(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
     return Plain(flag, FieldKind::kNumber, offset);
 }
-constexpr Field Word(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
+consteval Field Word(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
     return Plain(flag, FieldKind::kWord, offset);
 }
-constexpr Field Text(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
+consteval Field Text(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
     return Plain(flag, FieldKind::kText, offset);
 }
-constexpr Field Length(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
+consteval Field Length(POUH_ATTRIBUTE_FLAG flag, std::size_t offset) {
     return Plain(flag, FieldKind::kTextLength, offset);
 }
-constexpr Field Owned(POUH_ATTRIBUTE_FLAG flag, std::size_t offset, int (*release)(void*)) {
+consteval Field Owned(POUH_ATTRIBUTE_FLAG flag, std::size_t offset, int (*release)(void*)) {
     return {flag, FieldKind::kRecord, offset, release};
 }
 
@@ -113,7 +113,7 @@ constexpr Field kSubrangeSpec[] = {
 };
 
 constexpr Field kTypeKind = Number(POUH_TYPEKIND, offsetof(UNNAMED_TYPE_TYP, kind));
-constexpr Field Specification(int (*release)(void*)) {
+consteval Field Specification(int (*release)(void*)) {
     return Owned(POUH_TYPESPEC, offsetof(UNNAMED_TYPE_TYP, spec), release);
 }
 constexpr Field kTypeWithoutSpec[] = {kTypeKind};

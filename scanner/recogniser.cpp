@@ -31,7 +31,7 @@ constexpr LongOperator kLongOperators[] = {
     {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
 };
 
-constexpr std::array<Recogniser::Lead, 128> MakeLeads() {
+consteval std::array<Recogniser::Lead, 128> MakeLeads() {
     using LeadKind = Recogniser::LeadKind;
     std::array<Recogniser::Lead, 128> leads{};
     for (unsigned i = 0; i < leads.size(); ++i) {

@@ -54,14 +54,10 @@ void Delete(T* object) noexcept {
 
 // Routes `new` and `delete` of a class to the layer above. `new` then yields null when memory is
 // short, and no constructor runs.
-#define LQ_ALLOCATED                                               \
-    static void* operator new(std::size_t bytes) noexcept {        \
-        return lq::Allocate(bytes);                                \
-    }                                                              \
-    static void* operator new(std::size_t, void* where) noexcept { \
-        return where;                                              \
-    }                                                              \
-    static void operator delete(void* block) noexcept {            \
-        lq::Release(block);                                        \
-    }                                                              \
-    static void operator delete(void*, void*) noexcept {}
+#define LQ_ALLOCATED                                        \
+    static void* operator new(std::size_t bytes) noexcept { \
+        return lq::Allocate(bytes);                         \
+    }                                                       \
+    static void operator delete(void* block) noexcept {     \
+        lq::Release(block);                                 \
+    }

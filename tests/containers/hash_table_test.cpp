@@ -105,6 +105,48 @@ TEST(HashTable, EmptyAndNullKeys) {
     EXPECT_EQ(table.GetID(nullptr), -1);
     EXPECT_EQ(table.RemoveKey(nullptr), 0);
     EXPECT_EQ(table.GetID(u""), 1);
+
+    // The position before the first entry outlives the entries; behind the last there is none.
+    const char16_t* key = u"?";
+    pos = table.GetStartPosition();
+    table.Clear();
+    for (int i = 0; i < 2; ++i) {
+        table.GetNextAssoc(pos, key, value);
+        EXPECT_EQ(pos, nullptr);
+        EXPECT_EQ(key, nullptr);
+        EXPECT_EQ(value, 0u);
+    }
+}
+
+TEST(HashTable, CheckSeesDamage) {
+    const struct {
+        const char* name;
+        void (*damage)(HashTable& table, HashTable::CAssoc& entry);
+    } kCases[] = {
+        {"hash", [](HashTable&, HashTable::CAssoc& entry) { ++entry.hash; }},
+        {"bucket", [](HashTable&, HashTable::CAssoc& entry) { ++entry.bucket; }},
+        {"key of another bucket", [](HashTable&, HashTable::CAssoc& entry) { ++*entry.key; }},
+        {"key of another hash", [](HashTable&, HashTable::CAssoc& entry) { *entry.key += 3; }},
+        {"an entry twice", [](HashTable&, HashTable::CAssoc& entry) { entry.next = &entry; }},
+        {"a chain lost",
+         [](HashTable& table, HashTable::CAssoc& entry) {
+             table.GetHashTableAssoc()[entry.bucket] = nullptr;
+         }},
+    };
+    for (const auto& c : kCases) {
+        HashTable table(3, 1);
+        table.Insert(u"a", 1);
+        void* pos;
+        table.GetPos(u"a", pos);
+        auto& entry = *static_cast<HashTable::CAssoc*>(pos);
+        const HashTable::CAssoc intact = entry;
+        EXPECT_TRUE(HashTableAccess::Check(table));
+        c.damage(table, entry);
+        EXPECT_FALSE(HashTableAccess::Check(table)) << c.name;
+        entry = intact;
+        entry.key[0] = u'a';
+        table.GetHashTableAssoc()[entry.bucket] = &entry;
+    }
 }
 
 TEST(HashTable, BlocksAndReuseOfEntries) {
@@ -135,6 +177,8 @@ TEST(HashTable, BlocksAndReuseOfEntries) {
 
 TEST(HashTable, SizeChangesOnlyWhileEmpty) {
     HashTable table(233, 1);
+    table.InitHashTable(0);
+    EXPECT_EQ(table.GetHashTableSize(), 1u);
     table.InitHashTable(3);
     EXPECT_EQ(table.GetHashTableSize(), 3u);
     table.Insert(u"a", 1);
@@ -177,10 +221,21 @@ class Model {
         return ids;
     }
     void Add(const Text& key, int32_t id) { entries.insert(entries.begin(), {key, id}); }
-    bool Remove(const Text& key, const int32_t* id) {
-        const auto found = std::find_if(entries.begin(), entries.end(), [&](const auto& entry) {
+    auto Find(const Text& key, const int32_t* id) {
+        return std::find_if(entries.begin(), entries.end(), [&](const auto& entry) {
             return Equal(entry.first, key) && (!id || entry.second == *id);
         });
+    }
+    void Set(const Text& key, int32_t id) {
+        const auto found = Find(key, nullptr);
+        if (found == entries.end()) {
+            Add(key, id);
+        } else {
+            found->second = id;
+        }
+    }
+    bool Remove(const Text& key, const int32_t* id) {
+        const auto found = Find(key, id);
         if (found == entries.end()) {
             return false;
         }
@@ -253,10 +308,8 @@ void RunRandomOperations(bool caseSensitive, uint32_t buckets, unsigned seed) {
                 EXPECT_EQ(table.RemoveKey(name.c_str(), id), model.Remove(name, &id));
                 break;
             case 6:
-                if (!exists) {
-                    table.SetAt(name.c_str(), static_cast<uint32_t>(id));
-                    model.Add(name, id);
-                }
+                table.SetAt(name.c_str(), static_cast<uint32_t>(id));
+                model.Set(name, id);
                 break;
             default:
                 if (random() % 100 == 0) {

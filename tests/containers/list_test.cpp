@@ -65,6 +65,24 @@ std::u16string TextAt(FLIST* list, int32_t index) {
     return text ? text : u"(null)";
 }
 
+// What a callback was called with, and what it answers.
+struct Calls {
+    std::vector<std::pair<uint32_t, int32_t>> seen;  // position, element
+    int32_t accepted = 0;                            // the element that gets `answer`
+    int answer = 1;
+    int atEnd = 0;
+};
+Calls calls;
+
+int Record(FLIST*, uint32_t position, void* element, void*, int32_t) {
+    const int32_t number = element ? *static_cast<int32_t*>(element) : -1;
+    calls.seen.emplace_back(position, number);
+    if (!element) {
+        return calls.atEnd;
+    }
+    return number == calls.accepted ? calls.answer : 0;
+}
+
 TEST(List, CreationBySizeAndType) {
     const struct {
         uint32_t type;
@@ -121,6 +139,71 @@ TEST(List, InvalidHandlesGiveZero) {
     EXPECT_EQ(DestroyList(nullptr), 0);
     EXPECT_EQ(noBody.Clear(), 0);
     EXPECT_EQ(noBody.Destroy(), 0);
+
+    // The members without a body: nothing was ever made, or the pool has forgotten its nodes.
+    const TestList emptied(LET_SIGNED_8);
+    emptied->GetList()->RemoveAll();
+    for (FLIST* list : {&noBody, static_cast<FLIST*>(emptied)}) {
+        int32_t value = 1;
+        EXPECT_EQ(list->Cardinality(), 0u);
+        EXPECT_EQ(list->SetUserData(&value), 0);
+        EXPECT_EQ(list->GetUserData(&value), 0);
+        EXPECT_EQ(list->InsertElement(&value, &value, LC_LAST, 0), 0u);
+        EXPECT_EQ(list->FindElement(&value, nullptr, LC_FIRST, 0), 0u);
+        EXPECT_EQ(list->WriteElement(&value, nullptr, LC_FIRST, 0), 0u);
+        EXPECT_EQ(list->RemoveElement(&value, nullptr, LC_FIRST, 0), 0u);
+        EXPECT_EQ(list->Foreach(LC_NEXT, Record, 0), 0u);
+        EXPECT_EQ(list->Sort(LC_FIRST, 0), 0u);
+        EXPECT_EQ(AddListElementAt(list, &value, &value), nullptr);
+        EXPECT_TRUE(ListAccess::Check(*list));
+    }
+}
+
+TEST(List, ElementsWithoutSize) {
+    const TestList list(static_cast<LIST_ELEMENT_TYPE>(14));
+    InsertElementOfList(list, "x", LC_LAST, 0);
+    char out = '?';
+    EXPECT_EQ(WriteElementOfList(list, "x", nullptr, LC_FIRST, 0), 1u);
+    EXPECT_EQ(WriteElementOfList(list, "x", nullptr, LC_AT_INDEX, 2), 0u);
+    EXPECT_EQ(FindElementOfList(list, &out, nullptr, LC_FIRST, 0), 1u);
+    EXPECT_EQ(RemoveElementOfList(list, &out, nullptr, LC_FIRST, 0), 1u);
+    EXPECT_EQ(out, '?');
+    EXPECT_EQ(CardinalityOfList(list), 0u);
+}
+
+TEST(List, CheckSeesDamage) {
+    using Node = CGList::CNode;
+    const struct {
+        const char* name;
+        void (*damage)(Node& node);
+    } kCases[] = {
+        {"no follower", [](Node& node) { node.next = nullptr; }},
+        {"a follower that does not link back", [](Node& node) { node.next = node.prev; }},
+        {"an element left out",
+         [](Node& node) {
+             node.next->next->prev = &node;
+             node.next = node.next->next;
+         }},
+        {"an element too many",
+         [](Node& node) {
+             static Node extra;
+             extra = {node.next, &node};
+             node.next = node.next->prev = &extra;
+         }},
+    };
+    for (const auto& c : kCases) {
+        FLIST* list = CreateList(0, LET_SIGNED_8, 0, nullptr);
+        for (const int32_t number : {1, 2, 3}) {
+            InsertElementOfList(list, &number, LC_LAST, 0);
+        }
+        void* slot;
+        ListGet(list, slot, nullptr, LC_FIRST, 0);
+        EXPECT_TRUE(ListAccess::Check(*list));
+        c.damage(*(static_cast<Node*>(slot) - 1));
+        EXPECT_FALSE(ListAccess::Check(*list)) << c.name;
+        list->FreeList();  // without a walk along the ring
+        DestroyList(list);
+    }
 }
 
 TEST(List, ComparisonByType) {
@@ -278,24 +361,6 @@ TEST(List, ReachingEveryIndexFromEveryPosition) {
     }
 }
 
-// What a callback was called with, and what it answers.
-struct Calls {
-    std::vector<std::pair<uint32_t, int32_t>> seen;  // position, element
-    int32_t accepted = 0;                            // the element that gets `answer`
-    int answer = 1;
-    int atEnd = 0;
-};
-Calls calls;
-
-int Record(FLIST*, uint32_t position, void* element, void*, int32_t) {
-    const int32_t number = element ? *static_cast<int32_t*>(element) : -1;
-    calls.seen.emplace_back(position, number);
-    if (!element) {
-        return calls.atEnd;
-    }
-    return number == calls.accepted ? calls.answer : 0;
-}
-
 TEST(List, FunctionsSearchRoundTheRing) {
     const TestList list(LET_SIGNED_8);
     for (const int32_t number : {10, 20, 30}) {
@@ -352,6 +417,7 @@ TEST(List, WalksInBothDirectionsAndStops) {
     calls = {};
     EXPECT_EQ(ForeachElementOfList(list, LC_FIRST, Record, 0), 0u);
     EXPECT_EQ(calls.seen, (decltype(calls.seen){{0, -1}}));
+    EXPECT_EQ(ForeachElementOfList(list, LC_NEXT, LC_LAST, 0), 0u);  // a code is no function
 
     for (const int32_t number : {10, 20, 30}) {
         list.Add(number, LC_LAST);
@@ -499,6 +565,7 @@ TEST(List, UserDataOfAnySize) {
         EXPECT_EQ(GetUserDataOfList(list, out.data()), 1);
         EXPECT_EQ(out, in) << size;
         EXPECT_EQ(SetUserDataOfList(list, nullptr), size == 0 ? 1 : 0) << size;
+        EXPECT_EQ(GetUserDataOfList(list, nullptr), size == 0 ? 1 : 0) << size;
         DestroyList(list);
     }
 }

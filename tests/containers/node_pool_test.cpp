@@ -57,6 +57,16 @@ TEST(NodePool, NodesComeBackLastInFirstOut) {
     EXPECT_TRUE(ListAccess::Check(pool));
 }
 
+TEST(MemBlock, BlocksAreRefusedOrPointerAligned) {
+    struct Blocks : CMemBlock {
+        using CMemBlock::GetNewBlock;
+    } memory;
+    EXPECT_EQ(memory.GetNewBlock(-1), nullptr);
+    void* const block = memory.GetNewBlock(0);
+    EXPECT_NE(block, nullptr);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(memory.GetNewBlock(3)) % alignof(void*), 0u);
+}
+
 TEST(NodePool, RandomUse) {
     std::mt19937 random(1);
     CGList pool(8, LET_MEMORY, 4);

@@ -242,7 +242,10 @@ TEST(PairedList, Sorting) {
 
 TEST(PairedList, InvalidTables) {
     _ASSAY* const halfBuilt = CreateAssay(4, LET_STRING, 4, LET_CHAR, 4, nullptr);
-    for (_ASSAY* assay : {static_cast<_ASSAY*>(nullptr), halfBuilt}) {
+    _ASSAY other;
+    other.magic = 0;
+    for (_ASSAY* assay : {static_cast<_ASSAY*>(nullptr), &other, halfBuilt}) {
+        const bool isTable = assay == halfBuilt;
         int32_t number = 1;
         EXPECT_EQ(InsertElementOfAssay(assay, u"a", &number, LC_LAST, 0), 0u);
         EXPECT_EQ(FindElementOfAssay(assay, nullptr, nullptr, LC_FIRST, 0), 0u);
@@ -252,9 +255,10 @@ TEST(PairedList, InvalidTables) {
         EXPECT_EQ(SizeOfElementOfAssay(assay, nullptr, nullptr, LC_FIRST, 0), 0u);
         EXPECT_EQ(SortElementOfAssay(assay, LC_FIRST, 0), 0u);
         EXPECT_EQ(CardinalityOfAssay(assay), 0u);
-        EXPECT_EQ(SetUserDataOfAssay(assay, &number), assay ? 4u : 0u);
+        EXPECT_EQ(SetUserDataOfAssay(assay, &number), isTable ? 4u : 0u);
+        EXPECT_EQ(GetUserDataOfAssay(assay, &number), isTable ? 4u : 0u);
         EXPECT_EQ(GetListOfAssay(assay, 3), nullptr);
-        EXPECT_EQ(DestroyAssay(assay), assay ? 1 : 0);
+        EXPECT_EQ(DestroyAssay(assay), isTable ? 1 : 0);
     }
 }
 
@@ -266,6 +270,8 @@ TEST(PairedList, UserDataOfAnySize) {
         EXPECT_EQ(SetUserDataOfAssay(assay, in.data()), size);
         EXPECT_EQ(GetUserDataOfAssay(assay, out.data()), size);
         EXPECT_EQ(out, in);
+        EXPECT_EQ(SetUserDataOfAssay(assay, nullptr), 0u);
+        EXPECT_EQ(GetUserDataOfAssay(assay, nullptr), 0u);
         DestroyAssay(assay);
     }
 }
@@ -313,6 +319,36 @@ TEST(PairedList, RandomOperationsKeepThePairsAligned) {
         }
     }
     DestroyAssay(assay);
+}
+
+// By place the second write goes on when the first has got no memory; by comparison it does not.
+TEST(PairedList, WritingWithoutMemory) {
+    const struct {
+        LIST_CALLBACK code;
+        int64_t failing;
+        uint32_t result;
+        const char16_t* first;
+        const char16_t* second;
+    } kCases[] = {
+        {LC_FIRST, 1, 1, u"", u"y"},
+        {LC_FIRST, 2, 0, u"x", u""},
+        {LC_NOT_LESS, 1, 0, u"", u"b"},
+        {LC_NOT_LESS, 2, 0, u"x", u""},
+    };
+    for (const auto& c : kCases) {
+        _ASSAY* assay = CreateAssay(0, LET_STRING, 0, LET_STRING, 0, nullptr);
+        InsertElementOfAssay(assay, u"a", u"b", LC_LAST, 0);
+        {
+            const lq::test::FailingAllocation failing(c.failing, false);
+            EXPECT_EQ(WriteElementOfAssay(assay, u"x", u"y", c.code, 1), c.result);
+        }
+        char16_t first[2];
+        char16_t second[2];
+        FindElementOfAssay(assay, first, second, LC_FIRST, 0);
+        EXPECT_EQ(first, std::u16string(c.first)) << (c.code == LC_FIRST) << " " << c.failing;
+        EXPECT_EQ(second, std::u16string(c.second)) << (c.code == LC_FIRST) << " " << c.failing;
+        DestroyAssay(assay);
+    }
 }
 
 TEST(PairedList, WithoutMemoryThePairsStay) {
