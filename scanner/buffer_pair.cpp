@@ -160,7 +160,7 @@ void BufferPair::Spill(const char16_t* text, int32_t count) {
     const int32_t length = owner_->SrcEx ? owner_->HugeBufLen - 1 : 0;
     constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
     if (count > kMax - 1 - length) {
-        spillLost_ = true;
+        spillLost_ = true;  // a token of 2^31 characters
         return;
     }
     const int32_t needed = length + count + 1;

@@ -36,9 +36,9 @@ void AddDays(Time& time, int32_t days) {
         static_cast<int32_t>(static_cast<uint32_t>(time.days) + static_cast<uint32_t>(days));
 }
 
-// The whole part as a 32-bit number; false when it does not fit.
+// The whole part, not negative, as a 32-bit number; false when it does not fit.
 bool Truncate(double v, int32_t& whole) {
-    if (!(v <= 2147483647.0 && v >= -2147483648.0)) {
+    if (v > 2147483647.0) {
         return false;
     }
     whole = static_cast<int32_t>(v);

@@ -17,12 +17,13 @@ bool BeginsWithE(const char16_t* text) {
     return text[0] == u'E' || text[0] == u'e';
 }
 
-// E followed by digits and signs only, up to the first point: the beginning of texts such as E1.5.
+// E followed by digits and signs only, up to the first point, which there must be: the beginning of
+// texts such as E1.5.
 bool IsSignedDigitsAfterE(const char16_t* text) {
     if (!BeginsWithE(text) || Length(text) < 4) {
         return false;
     }
-    for (const char16_t* p = text + 1; *p != 0 && *p != u'.'; ++p) {
+    for (const char16_t* p = text + 1; *p != u'.'; ++p) {
         if (!IsDigit(*p) && *p != u'+' && *p != u'-') {
             return false;
         }

@@ -102,6 +102,7 @@ bool ToDoubleExactly(const char16_t* text, int32_t length, double& value) {
 // says on which side of the range it lies.
 double ToDoubleBeyondRange(const char* text) {
     static const locale_t plain = newlocale(LC_ALL_MASK, "C", locale_t{});
+    // The second is for a system whose "C" locale cannot be made, for want of memory.
     return plain != locale_t{} ? strtod_l(text, nullptr, plain) : strtod(text, nullptr);
 }
 

@@ -100,6 +100,7 @@ TEST(IecString, EscapesAndCutsBetweenCharacters) {
              Case{u"\u0001", 5, u"''"},
              Case{u"\u0001", 6, u"'$01'"},
              Case{std::u16string(u"a\0b", 3), 20, u"'a$00'"},
+             Case{u"a\r", 20, u"'a$r'"},
              Case{u"", 20, u"''"},
          }) {
         std::u16string source = c.source;

@@ -36,7 +36,9 @@ class HostAnswers : public testing::Test {
 TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
     CheckScans({
         {u"K+1 k-2 K+x KK+1", "ID[K+1] ID[k-2] ID[K] OP[+]=1 ID[x] ID[KK] OP[+]=1 INT[1]=1"},
-        {u"E-2.25 E1+5", "ID[E-2.25] ID[E1+5]"},
+        {u"E-2.25 E1+5 e+2.5", "ID[E-2.25] ID[E1+5] ID[e+2.5]"},
+        {u"E.5 E1x2.5", "ID[E] OP[.]=60 INT[5]=5 ID[E1x2] OP[.]=60 INT[5]=5"},
+        {u"x1.Fg x1.F2", "ERR[x1.F]=5 ID[g] ERR[x1.F]=5 INT[2]=2"},
         {u"x1.F X1.f2 x1.g x2.", "ID[x1.F] ERR[X1.f]=5 INT[2]=2 ERR[x1.]=5 ID[g] ERR[x2.]=5"},
         {u"y1.F x1.3;", "ID[y1] OP[.]=60 ID[F] ID[x1.3] OP[;]=7"},
         {u"x1\\a y\\a", "ID[x1\\a] ID[y] ERR[\\]=0 ID[a]"},
@@ -101,30 +103,56 @@ TEST_F(HostAnswers, MayAllowNulInStrings) {
     EXPECT_EQ(Utf8(literal), "'a$00b'");
 }
 
-TEST(ScannerMemory, EveryFailureLeavesAScannerThatEnds) {
-    const std::u16string text = u"(*" + std::u16string(5000, u'c') + u"*) x";
-    FailEachAllocation([&text](const FailingAllocation& failing) {
-        MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
-                           static_cast<int32_t>(text.size()), nullptr);
+// Behind 67 blanks the point is the last character of a half, so that the look beyond it overwrites
+// the other half before the token has ended.
+TEST(LongIdentifier, IsWholeBeforeAPointAtTheEndOfAHalf) {
+    const std::u16string name(3001, u'a');
+    for (const size_t blanks : {size_t{66}, size_t{67}, size_t{68}}) {
+        SlowStream stream(std::u16string(blanks, u' ') + name + u".b", 1000);
         auto scanner = NewScanner();
-        if (!scanner) {
-            EXPECT_TRUE(failing.HasFailed());
-            return;
-        }
         scanner->Initialize(stream);
-        const Token token = scanner->GetToken();
-        if (token.kind == TK_EOF) {
-            EXPECT_TRUE(failing.HasFailed()) << "no reader";
-            return;
-        }
-        EXPECT_EQ(token.kind, TK_COMMENT);
-        EXPECT_EQ(scanner->HasLostText() != 0, failing.HasFailed());
-        if (!scanner->HasLostText()) {
-            EXPECT_EQ(std::u16string(scanner->GetSrcEx()), text.substr(0, text.size() - 2));
-        }
-        EXPECT_EQ(Describe(scanner->GetToken()), "ID[x]");
-        EXPECT_EQ(scanner->GetToken().kind, TK_EOF);
-    });
+        scanner->GetToken();
+        ASSERT_NE(scanner->GetSrcEx(), nullptr);
+        EXPECT_EQ(std::u16string(scanner->GetSrcEx()), name) << blanks;
+        EXPECT_EQ(ScanAll(*scanner), "OP[.]=60 ID[b]");
+    }
+}
+
+TEST(ScannerMemory, EveryFailureLeavesAScannerThatEnds) {
+    const std::u16string comment = u"(*" + std::u16string(5000, u'c') + u"*)";
+    const std::u16string name(5000, u'a');
+    const struct {
+        std::u16string text;
+        std::u16string whole;
+        TOKEN_KIND kind;
+        const char* rest;
+    } kCases[] = {
+        {comment + u" x", comment, TK_COMMENT, "ID[x]"},
+        {std::u16string(1022, u' ') + comment + u" x", comment, TK_COMMENT, "ID[x]"},
+        {name + u".x", name, TK_IDENTIFIER, "OP[.]=60 ID[x]"},
+    };
+    for (const auto& c : kCases) {
+        FailEachAllocation([&c](const FailingAllocation& failing) {
+            SlowStream stream(c.text, 1000);
+            auto scanner = NewScanner();
+            if (!scanner) {
+                EXPECT_TRUE(failing.HasFailed());
+                return;
+            }
+            scanner->Initialize(stream);
+            const Token token = scanner->GetToken();
+            if (token.kind == TK_EOF) {
+                EXPECT_TRUE(failing.HasFailed()) << "no reader";
+                return;
+            }
+            EXPECT_EQ(token.kind, c.kind);
+            EXPECT_EQ(scanner->HasLostText() != 0, failing.HasFailed());
+            if (!scanner->HasLostText()) {
+                EXPECT_EQ(std::u16string(scanner->GetSrcEx()), c.whole);
+            }
+            EXPECT_EQ(ScanAll(*scanner), c.rest);
+        });
+    }
 }
 
 }  // namespace

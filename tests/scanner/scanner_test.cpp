@@ -28,6 +28,7 @@ TEST(Scanner, HandsTheStreamBackBehindTheLastToken) {
     MEMSTREAM_W stream(u"a b", 3, 3, nullptr);
     auto scanner = NewScanner();
     EXPECT_EQ(scanner->ReleaseStream(), nullptr);
+    EXPECT_EQ(scanner->GetStreamPosition(), -1);
     scanner->Initialize(stream);
     scanner->GetToken();
     EXPECT_EQ(scanner->GetStreamPosition(), 1);
@@ -56,6 +57,28 @@ TEST(Scanner, HasTheAccessFlagSetAtFirst) {
     auto scanner = NewScanner();
     EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(0), 1);
     EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(1), 0);
+}
+
+// Halves of three characters, and no owner for the text of a long token.
+TEST(BufferPair, LooksAheadAndStaysAtTheEnd) {
+    const std::u16string text = u"abcdefg";
+    SlowStream stream(text, 1000);
+    BufferPair reader(stream, 4);
+    EXPECT_EQ(reader.GetPosition(), -1);
+    for (size_t i = 0; i < text.size(); ++i) {
+        EXPECT_EQ(reader.Peek(), text[i]);
+        EXPECT_EQ(reader.Peek(), text[i]);
+        EXPECT_EQ(reader.NextChar(), text[i]);
+        EXPECT_EQ(reader.GetPosition(), static_cast<int32_t>(i));
+        if (i == 0) {
+            reader.BeginToken();
+        }
+    }
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(reader.Peek(), Scanner::kEndOfInput);
+        EXPECT_EQ(reader.NextChar(), Scanner::kEndOfInput);
+        EXPECT_EQ(reader.GetPosition(), 6);
+    }
 }
 
 // One token of each length, in each place of the ring.
@@ -120,6 +143,9 @@ TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
     scanner->GetToken();
     char16_t* taken = scanner->GetSrcEx();
     scanner->SetSrcEx(nullptr);
+    scanner->SetHugeBufLen(0);
+    scanner->HugeBufIsComplete(0);
+    EXPECT_EQ(scanner->GetHugeBufLen() + scanner->IsHugeBufComplete(), 0);
     scanner->GetToken();
     EXPECT_EQ(std::u16string(taken), longName);
     EXPECT_EQ(std::u16string(scanner->GetSrcEx()), longName);
