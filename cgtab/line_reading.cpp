@@ -52,6 +52,7 @@ bool CgTab::ReadLine(TAB_ID id, int32_t& pos, LineBuffer& buf, unsigned mode) {
             return FailRead(id, pos) != 0;
         }
     } else if (UsrSet_(id) && file->Lseek(static_cast<int32_t>(usrLen), 1) < 0) {
+        // unreachable: the flag is set only where an area lies
         return FailRead(id, pos) != 0;
     }
     unsigned char field[4];

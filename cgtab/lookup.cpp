@@ -124,7 +124,8 @@ int32_t CgTab::LookIndex(TAB_ID id, const POS_DSC& range, const LookTyp& look, i
     return PositionOrNone(handle_(id)->Lseek(pos, 0));
 }
 
-// Adds to the count that ends a line's extra bytes. A count that would become negative stays.
+// Adds to the count that ends a line's extra bytes. A count that would become negative stays. What
+// lies within the table can be reached and read; the answers of its file are checked all the same.
 bool CgTab::CountUse(TAB_ID id, int32_t pos, int inc) {
     R_FILE& file = *handle_(id);
     unsigned char field[4];

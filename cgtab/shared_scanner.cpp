@@ -61,13 +61,8 @@ TextScan::TextScan(const char16_t* text)
     : stream_(text, static_cast<int32_t>(chars::Length(text)),
               static_cast<int32_t>(chars::Length(text)), nullptr),
       scanner_(sharedScanner) {
-    if (!scanner_) {
-        return;
-    }
-    scanner_->AssignStream(stream_, 0);
-    if (!scanner_->CanRead()) {
-        scanner_->ReleaseStream();
-        scanner_ = nullptr;
+    if (scanner_) {
+        scanner_->AssignStream(stream_, 0);
     }
 }
 
@@ -75,16 +70,6 @@ TextScan::~TextScan() {
     if (scanner_) {
         scanner_->ReleaseStream();
     }
-}
-
-Token TextScan::Next() {
-    if (scanner_) {
-        return NextToken(*scanner_);
-    }
-    Token token;
-    token.kind = TK_EOF;
-    token.text = u"";
-    return token;
 }
 
 }  // namespace lq::cgtab

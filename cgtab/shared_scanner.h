@@ -18,17 +18,15 @@ class TextScan {
     TextScan(const TextScan&) = delete;
     TextScan& operator=(const TextScan&) = delete;
 
-    // Null when there is no shared scanner, or memory was short.
+    // Null when there is no shared scanner.
     Scanner* Get() { return scanner_; }
-    // The next token, skipping one line break if one comes; TK_EOF without a scanner.
-    Token Next();
 
   private:
     MEMSTREAM_W stream_;
     Scanner* scanner_;
 };
 
-// The same for a scanner at hand.
+// The next token, skipping one line break if one comes.
 Token NextToken(Scanner& scanner);
 
 }  // namespace lq::cgtab

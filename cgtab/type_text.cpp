@@ -57,7 +57,7 @@ class ArrayTypeReader {
                 return token.kind == TK_IDENTIFIER && TakeElement(token);
             case kBehindElement:
                 return GoIf(token.kind == TK_EOF, kEnd);
-            default:
+            default:  // unreachable: reading stops at the end
                 return false;
         }
     }

@@ -3,12 +3,9 @@
 #include "lq_data/cgtab.h"
 
 // Moves to the user area of the line at `*pos`, which becomes the area's own position; with null or
-// -1 to that of the current line.
+// -1 to that of the current line. The table must be there.
 bool CgTab::SetUsrPos(TAB_ID id, int32_t* pos) {
     R_FILE* file = handle_(id);
-    if (!file) {
-        return false;
-    }
     const bool positioned = pos && *pos != -1;
     if (positioned && !SeekTo(id, *pos)) {
         return false;

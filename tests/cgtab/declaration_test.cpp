@@ -59,6 +59,9 @@ TEST(Declarations, Globals) {
         {{11, u"s0", DT_STRING, u"STRING(0)"}, IEC_STRING, "32", VT_NONE},
         {{11, u"s1", DT_STRING, u"STRING"}, IEC_STRING, "32", VT_NONE},
         {{11, u"s2", DT_STRING, u"STRING(20) x"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s3", DT_STRING, u"STRING(x)"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s4", DT_STRING, u"STRING(20"}, IEC_STRING, "32", VT_NONE},
+        {{11, u"s5", DT_STRING, u"MY_STRING(20)"}, IEC_STRING, "20", VT_NONE},
         {{11, u"a1", DT_ARRAY, u"ARRAY [1..10] OF INT", u"[1,2]"}, IEC_ARRAY, "2:10 1+10", VT_NONE},
         {{11, u"a2", DT_ARRAY, u"ARRAY [1 .. 10, -2..2] OF REAL"},
          IEC_ARRAY,
@@ -70,6 +73,7 @@ TEST(Declarations, Globals) {
          VT_NONE},
         {{11, u"a4", DT_ARRAY, u"ARRAY [-3..-1] OF STRING(5)"}, IEC_ARRAY, "15:3 -3+3", VT_NONE},
         {{11, u"a5", DT_ARRAY, u"ARRAY [+1..+2] OF ANY_INT"}, IEC_ARRAY, "35:2 1+2", VT_NONE},
+        {{11, u"a6", DT_ARRAY, u"ARRAY [-0..2] OF INT"}, IEC_ARRAY, "2:3 0+3", VT_NONE},
         {{11, u"st", DT_STRUCTURE, u"Motor", u"a := 1"}, IEC_STRUCTURE, "", VT_STRING},
         {{11, u"fb", DT_FB_INSTANCE, u"TON"}, IEC_FUNCTION_BLOCK, "", VT_STRING},
     };
@@ -121,6 +125,11 @@ TEST(Declarations, AreRefusedForAReason) {
         {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF INT x"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF Nobody"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [--1..2] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..x] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..2;3..4] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF 5"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [0..4294967295] OF INT"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [-4294967295..4294967295] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [16#1..2] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [1..65536, 1..65536] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ELEMENTARY, u"INT", u"", u"QW4"}, DeclFault::kNone},
@@ -183,16 +192,18 @@ TEST(Components, SectionsAttributesAndSkippedDeclarations) {
     };
     const std::vector<DeclText> decls = {
         {DS_VAR_INPUT, u"in", DT_ELEMENTARY, u"INT", u"1"},
+        {DS_VAR_IN_OUT, u"io", DT_ELEMENTARY, u"ANY_BIT", u"1"},
         {DS_VAR_EXTERNAL, u"Known", DT_ELEMENTARY, u"INT"},
         {DS_VAR_EXTERNAL, u"Unknown", DT_ELEMENTARY, u"INT"},
         {DS_VAR_OUTPUT, u"bad", DT_ELEMENTARY, u"Nobody"},
         {DS_VAR, u"loc", DT_ELEMENTARY, u"BOOL", u"TRUE"},
     };
     for (const Case& c : {
-             Case{0, 1, 0, 3, "in:2 Known:10= loc:1"},
-             Case{4, 1, 0, 3, "in:2=1 Known:10= loc:1=TRUE"},
-             Case{1, 3, 1, 1, "in:2 in:2 in:2"},
-             Case{0x104, 2, 0, 3, "in:8=1 Known:13= loc:7=TRUE in:8=1 Known:13= loc:7=TRUE"},
+             Case{0, 1, 0, 4, "in:2 io:6 Known:10= loc:1"},
+             Case{4, 1, 0, 4, "in:2=1 io:6=1 Known:10= loc:1=TRUE"},
+             Case{1, 3, 1, 2, "in:2 io:6 in:2 io:6 in:2 io:6"},
+             Case{0x104, 2, 0, 4,
+                  "in:8=1 io:6=1 Known:13= loc:7=TRUE in:8=1 io:6=1 Known:13= loc:7=TRUE"},
              Case{0, 0, 1, 0, ""},
          }) {
         SCOPED_TRACE(c.attr);
@@ -210,6 +221,19 @@ TEST(Components, SectionsAttributesAndSkippedDeclarations) {
             EXPECT_EQ(range.end * c.count, CgTabAccess::LengthOf(*tables, CgTab::TAB_CMP));
         }
     }
+}
+
+TEST(Components, TheInterfaceIsTheParameters) {
+    auto tables = NewTables();
+    std::vector<DeclText> decls;
+    for (uint32_t scope = DS_VAR; scope <= DS_VAR_EXTERNAL_CONSTANT_RETAIN; ++scope) {
+        decls.push_back({scope, u"x", DT_ELEMENTARY, u"INT"});
+    }
+    Header header(decls);
+    POU_LIST list;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 1, &list, range, 1), 1);
+    EXPECT_EQ(Components(*tables), "x:2 x:3 x:5 x:6 x:8 x:9");
 }
 
 TEST(Components, ASectionTakesTheMemberValuesOfItsInstance) {
@@ -253,6 +277,15 @@ TEST(Components, InstancesAreRecorded) {
     MEMSTREAM_A image;
     tables->Put(CgTab::TAB_CMP, image);
     EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");
+
+    // Without their bit instances leave a line only.
+    Header one({{DS_VAR, u"one", DT_STRUCTURE, u"Motor"}});
+    POU_LIST none;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, one.Get(), 0x4, &none, range, 1), 1);
+    EXPECT_EQ(range.lines, 1);
+    EXPECT_EQ(none.next, nullptr);
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, one.Get(), 0x4, nullptr, range, 1), 0);
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, nullptr, 0x4, &none, range, 1), 0);
 }
 
 TEST(Components, AFailedStepTakesTheSectionsBack) {
@@ -285,6 +318,7 @@ TEST(Components, AreFoundInTheirSection) {
         << "the newest first";
     EXPECT_EQ(line.count, 2u);
     EXPECT_EQ(tables->Look(CgTab::POS_DSC{0, 1, 1}, u"B", &line, 0), -1);
+    EXPECT_EQ(tables->Look(CgTab::POS_DSC{second.start + 1, INT32_MAX, 9}, u"A", &line, 0), -1);
 }
 
 }  // namespace

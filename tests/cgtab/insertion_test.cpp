@@ -54,6 +54,9 @@ TEST(Insertion, AddressesAndConstantsHaveOneLine) {
     char16_t one[] = u"1";
     const int32_t first = tables->Insert(Address(LOC_INPUT, SIZE_BIT, one));
     EXPECT_NE(tables->Insert(Address(LOC_INPUT, SIZE_BYTE, one)), first);
+    char16_t none16[] = u"";
+    EXPECT_EQ(tables->Insert(Address(LOC_INPUT, SIZE_BIT, nullptr)),
+              tables->Insert(Address(LOC_INPUT, SIZE_BIT, none16)));
     EXPECT_EQ(tables->Insert(Address(LOC_INPUT, SIZE_BIT, one)), first);
     CgTab::ADR_LINE address;
     int32_t pos = first;
@@ -96,6 +99,7 @@ TEST(Insertion, LabelsAndJumps) {
     EXPECT_EQ(tables->ResetJumps(pos), 1);
     EXPECT_EQ(state(pos), std::make_pair(1u, 0u));
     EXPECT_EQ(tables->ResetJumps(99), 0);
+    EXPECT_EQ(tables->ResetJumps(-1), 0);
 
     const std::u16string longName(200, u'n');
     const int32_t second = tables->Insert(longName.c_str(), CgTab::kLabelDefinition);
@@ -115,6 +119,28 @@ TEST(Insertion, TemporariesAndNamesCount) {
     ASSERT_EQ(tables->Read(at, tmp, 0, nullptr), 1);
     EXPECT_EQ(std::make_pair(unsigned{tmp.tag}, tmp.count), std::make_pair(5u, 2u));
 
+    // Temporaries of every type with a descriptor; an array without one is refused.
+    ArrInfo extents;
+    extents.elemType = IEC_BOOL;
+    ANY_INT_32 extent[2] = {{0, 1}, {0, 9}};
+    extents.AppendExt(&extent, 1);
+    CgTab::TYP_DSC described[3] = {};
+    described[0].arr.info = &extents;
+    described[1].dsc = described[2].dsc = 77;
+    for (const auto& [type, index] :
+         {std::pair(IEC_ARRAY, 0), std::pair(IEC_STRUCTURE, 1), std::pair(IEC_FUNCTION_BLOCK, 2)}) {
+        at = tables->Insert((u"d" + std::u16string(1, static_cast<char16_t>(u'0' + index))).c_str(),
+                            type, described[index], 1);
+        ASSERT_EQ(tables->Read(at, tmp, 0, nullptr), 1) << type;
+        EXPECT_EQ(tmp.type, type);
+        EXPECT_EQ(type == IEC_ARRAY ? tmp.dsc.arr.info->total.magnitude : tmp.dsc.dsc,
+                  type == IEC_ARRAY ? 9u : 77u);
+    }
+    EXPECT_EQ(tables->Insert(u"bare", IEC_ARRAY, dsc, 1), -1);
+    at = tables->Insert(u"d0", IEC_ARRAY, described[0], 1);
+    tables->Clear(CgTab::TAB_ARR);
+    EXPECT_EQ(tables->Read(at, tmp, 0, nullptr), 0) << "without its array";
+
     const int32_t name = tables->Insert(u"Motor");
     EXPECT_EQ(tables->Insert(u"Motor"), name);
     CgTab::DMM_LINE dmm;
@@ -125,6 +151,10 @@ TEST(Insertion, TemporariesAndNamesCount) {
 
 TEST(Insertion, NamesThatDoNotFitTheirLengthField) {
     auto tables = NewTables();
+    const char16_t* const none = nullptr;
+    EXPECT_EQ(tables->Insert(none, CgTab::LBL_INFO{0}), -1);
+    EXPECT_EQ(tables->Insert(none, IEC_INT, {}, 1), -1);
+    EXPECT_EQ(tables->Insert(none), -1);
     for (const size_t length : {size_t{255}, size_t{256}}) {
         const std::u16string name(length, u'x');
         EXPECT_EQ(tables->Insert(name.c_str(), CgTab::LBL_INFO{0}) >= 0, length <= 255) << length;

@@ -101,6 +101,36 @@ TEST(Persistence, EveryImageCutShortIsRefused) {
     EXPECT_EQ(NewTables()->Restore(image), 0);
 }
 
+// Takes `room` bytes and no more.
+class FullStream : public STREAM_A {
+  public:
+    explicit FullStream(int32_t room) : room_(room) {}
+    int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }
+    int32_t PutBlock(const void*, int32_t count, STREAMERROR*) override {
+        const int32_t taken = std::min(count, room_);
+        room_ -= taken;
+        return taken;
+    }
+
+  private:
+    int32_t room_;
+};
+
+TEST(Persistence, AStreamWithoutRoom) {
+    auto tables = SampleTables(4);
+    const auto size = static_cast<int32_t>(Saved(*tables).size());
+    const int32_t names = CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM);
+    for (int32_t room = 0; room <= size; ++room) {
+        FullStream stream(room);
+        EXPECT_EQ(tables->Save(stream), room == size ? 1 : 0) << room;
+        FullStream other(room);
+        EXPECT_EQ(tables->Put(CgTab::TAB_DMM, other), std::min(room, names)) << room;
+    }
+    FullStream stream(11);
+    EXPECT_EQ(tables->PutUsr(CgTab::TAB_DMM, stream), -1);
+    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM), 0) << "a failure empties the table";
+}
+
 TEST(Persistence, UserAreas) {
     auto tables = SampleTables(8);
     int32_t pos = 0;
@@ -130,9 +160,15 @@ TEST(Persistence, UserAreas) {
 
 TEST(Persistence, TheSharedScannerComesBack) {
     auto tables = NewTables();
-    tables.reset();
     CgTab_ReleaseTokenScanner();
     CgTab_ReleaseTokenScanner();
+    for (const DeclText& text : std::initializer_list<DeclText>{
+             {DS_VAR_GLOBAL, u"i", DT_ELEMENTARY, u"INT"},
+             {DS_VAR_GLOBAL, u"s", DT_STRING, u"STRING(5)"},
+             {DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"},
+             {DS_VAR_GLOBAL, u"f", DT_FB_INSTANCE, u"TON", u"", u"%QW1"}}) {
+        EXPECT_EQ(tables->Insert(NewDecl(text).get()), -1) << Ascii(text.name.c_str());
+    }
     tables = NewTables();
     EXPECT_EQ(
         tables->Insert(NewDecl({DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"}).get()), 0)
