@@ -56,19 +56,7 @@ const char16_t* TextOf(const POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
 const char16_t* TextOf(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
     return Read(record, flag);
 }
-const char16_t* TextOf(const SIMPLE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
-    return Read(record, flag);
-}
 const char16_t* TextOf(const FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
-    return Read(record, flag);
-}
-const char16_t* TextOf(const STRING_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
-    return Read(record, flag);
-}
-const char16_t* TextOf(const ARRAY_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
-    return Read(record, flag);
-}
-const char16_t* TextOf(const SUBRANGE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag) {
     return Read(record, flag);
 }
 const char16_t* TextOf(const TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag) {

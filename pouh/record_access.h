@@ -15,11 +15,7 @@ namespace lq::pouh {
 LQ_DATA_API const char16_t* TextOf(const POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 LQ_DATA_API const char16_t* TextOf(const POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 LQ_DATA_API const char16_t* TextOf(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag);
-LQ_DATA_API const char16_t* TextOf(const SIMPLE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 LQ_DATA_API const char16_t* TextOf(const FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
-LQ_DATA_API const char16_t* TextOf(const STRING_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
-LQ_DATA_API const char16_t* TextOf(const ARRAY_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
-LQ_DATA_API const char16_t* TextOf(const SUBRANGE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 LQ_DATA_API const char16_t* TextOf(const TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 
 // What a declaration says about its type, whichever specification it has. The type kind is 0

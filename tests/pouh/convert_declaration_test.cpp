@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "load_test_util.h"
+#include "pouh/records.h"
 
 namespace {
 
 using namespace lq::pouh;
+using lq::host::Scope;
 
 TEST(ConvertDeclaration, ChecksAndMarks) {
     struct {
@@ -32,6 +34,9 @@ TEST(ConvertDeclaration, ChecksAndMarks) {
         // External declarations take after the global, if there is one.
         {u"g", u"INT", kExternal, u"3", u"10 g : 1 INT := 7 @%MW4"},
         {u"h", u"INT", kExternal, u"3", u"10 h : 1 INT"},
+        {u"g", u"INT", {Scope::kExternal, false, true}, u"3", u"13 g : 1 INT := 7 @%MW4"},
+        {u"g", u"INT", {Scope::kExternal, true, false}, u"3", u"19 g : 1 INT := 7 @%MW4"},
+        {u"g", u"INT", {Scope::kExternal, true, true}, u"3", u"20 g : 1 INT := 7 @%MW4"},
         {u"g", u"INT", kLocal, u"3", u"1 g : 1 INT := 3"},
     };
     LoadedProject project;
@@ -72,6 +77,32 @@ class FreeDeclaration : public LQPOUHDECL {
     std::u16string name_;
     const char16_t* type_;
 };
+
+// Objects whose kind promises a class that they have not.
+template <typename Base, int32_t kind>
+class OddObject : public Base {
+  public:
+    int32_t GetKind() const override { return kind; }
+};
+
+TEST(ConvertDeclaration, ObjectsOfAnotherKindThanTheirClass) {
+    LoadedProject project;
+    OddObject<LQPOUHDECL, LQ_KIND_GVL_DECL> global;
+    OddObject<LQGVLDECL, 0> local;
+    for (LQOBJECT* source : {static_cast<LQOBJECT*>(&global), static_cast<LQOBJECT*>(&local)}) {
+        DECL_TYP* decl = ConvertDeclaration(*source, false);
+        ASSERT_NE(decl, nullptr);
+        EXPECT_EQ(decl->scope, unsigned{DS_UNKNOWN});
+        DestroyDecl(decl);
+    }
+    OddObject<LQPOU, LQ_KIND_FUNCTION> withoutHeader;
+    POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
+    EXPECT_EQ(LoadInterface(list, &withoutHeader), 0);
+    EXPECT_EQ(CardinalityOfList(ListOf(list)), 0u);
+    EXPECT_EQ(LoadInterface(list, nullptr), 0);
+    EXPECT_EQ(LoadInterface(nullptr, &withoutHeader), 0);
+    DestroyPOUHDeclList(list);
+}
 
 TEST(ConvertDeclaration, NameOfReturnValue) {
     const std::u16string fits(32, u'f');

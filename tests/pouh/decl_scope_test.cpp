@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "lq_data/pouh.h"
+#include "pouh/record_access.h"
 
 namespace {
 
@@ -45,6 +46,8 @@ TEST(DeclScope, KeywordsExactly) {
         for (const ScopeCase& c : kScopes) {
             EXPECT_EQ(GetDeclScope(c.keyword), c.scope)
                 << "round " << round << ", " << testing::PrintToString(c.keyword);
+            const char16_t* back = lq::pouh::KeywordOfScope(c.scope);
+            EXPECT_EQ(std::u16string(back), c.scope != 0 ? c.keyword : u"") << c.scope;
         }
         LQHeadReleaseHashTable();
     }

@@ -45,6 +45,7 @@ TEST(FbName, PouBeforeGlobals) {
         EXPECT_EQ(std::u16string(fbType.GetText()), c.fbType ? c.fbType : u"before")
             << testing::PrintToString(c.instance);
     }
+    EXPECT_EQ(FindFBName(u"m", u"Main", nullptr), 0);
 }
 
 }  // namespace

@@ -67,6 +67,7 @@ TEST(FillDeclaration, FlagsAreWrittenAsAWhole) {
     EXPECT_EQ(FillFlagsInDeclaration(decl, 0), 1);
     EXPECT_EQ(*DecFlags(decl), 0);
     EXPECT_EQ(FillFlagsInDeclaration(nullptr, 1), 0);
+    EXPECT_EQ(FillFBInstDeclaration(nullptr, DS_VAR, u"t", u"TON", u"", 0, u""), 0);
     DestroyDecl(decl);
 }
 

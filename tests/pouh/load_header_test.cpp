@@ -76,6 +76,27 @@ TEST(LoadHeader, DeclarationsByKindAndEnoFlag) {
     }
 }
 
+TEST(LoadHeader, AnInterfaceIsTheParameters) {
+    using lq::host::Scope;
+    LoadedProject project;
+    const ID id = project.AddPouNamed(u"F", LQ_KIND_FUNCTION_BLOCK);
+    for (const Scope scope : {Scope::kLocal, Scope::kTemp, Scope::kExternal, Scope::kOutput,
+                              Scope::kInOut, Scope::kInExt, Scope::kInput}) {
+        for (const int flags : {0, 1, 2}) {
+            project.AddVar(id, u"x", u"INT", {scope, flags == 1, flags == 2});
+        }
+    }
+    POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
+    EXPECT_EQ(LoadInterface(list, dynamic_cast<LQPOU*>(project.GetView(id))), 1);
+    std::vector<uint32_t> scopes;
+    for (DECL_TYP* decl = DeclAt(ListOf(list), LC_FIRST); decl;
+         decl = DeclAt(ListOf(list), LC_NEXT)) {
+        scopes.push_back(decl->scope);
+    }
+    EXPECT_EQ(scopes, (std::vector<uint32_t>{2, 3, 4, 4, 4, 8, 6, 6, 6, 5, 5, 9}));
+    DestroyPOUHDeclList(list);
+}
+
 TEST(LoadHeader, StructureIsItsOwnHeader) {
     LoadedProject project;
     const ID id = project.AddStructure(u"Point", u"c");
@@ -131,6 +152,7 @@ TEST(LoadHeader, FailureKeepsOrRenewsTheOldRecords) {
     EXPECT_EQ(CardinalityOfList(ListOf(header)), 0u);
     EXPECT_EQ(LoadPOUHeader(nullptr, pou, 0), 0);
     EXPECT_EQ(LoadPOUHeader(nullptr, u"Main"), 0);
+    EXPECT_EQ(LoadSelectedSymbolTable(nullptr, pou), 0);
     DestroyPOUHeader(header);
 }
 
@@ -140,6 +162,10 @@ TEST(LoadHeader, WithoutAProject) {
     EXPECT_EQ(LoadPOUHeader(header, ID(1), 1), 0);
     EXPECT_EQ(LoadPOUHeader(header, u"Main"), 0);
     DestroyPOUHeader(header);
+    SYMBOL_TABLE_TYP* table = CreateSymbolTable();
+    EXPECT_EQ(LoadSelectedSymbolTable(table, ID(1)), 0);
+    EXPECT_EQ(ListOf(table), nullptr);
+    DestroySymbolTable(table);
     EXPECT_EQ(LoadSymbolTable(nullptr), 1);
     EXPECT_EQ(GetDecl(nullptr, nullptr), 0);
     EXPECT_EQ(SaveDeclList(nullptr, nullptr), 0);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "lq_data/containers.h"
+#include "pouh/record_access.h"
 
 namespace {
 
@@ -200,6 +201,8 @@ TEST(PouhRecords, AttributesRoundTrip) {
         for (const Attribute& attribute : type.attributes) {
             SCOPED_TRACE(testing::Message() << type.name << " flag " << attribute.flag);
             CheckAttribute(type, record, attribute);
+            EXPECT_EQ(type.get(record, attribute.flag, nullptr), 1);
+            EXPECT_EQ(type.set(record, attribute.flag, nullptr), 1);
         }
         EXPECT_EQ(type.destroy(record), 1) << type.name;
     }
@@ -294,6 +297,8 @@ TEST(PouhRecords, FlagWordAndRemarkInPlace) {
     GetAttrOfDecl(decl, POUH_DECLFLAGS, &flags);
     EXPECT_EQ(flags, 0x8010u);
     EXPECT_EQ(DecFlags(nullptr), nullptr);
+    EXPECT_EQ(lq::pouh::TypeKindOf(nullptr), 0u);
+    EXPECT_EQ(std::u16string(lq::pouh::TypeTextOf(nullptr)), u"");
     DestroyDecl(decl);
 
     POUH_COMMENT_TYP* comment = CreatePOUHComment();

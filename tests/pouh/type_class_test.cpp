@@ -12,6 +12,7 @@ class TypeClassTest : public testing::Test {
   protected:
     void SetUp() override {
         project_.AddStructure(u"Point");
+        project_.AddStructure(u"Two words");
         project_.AddPouNamed(u"Motor", LQ_KIND_FUNCTION_BLOCK);
         project_.AddPouNamed(u"Main");
     }
@@ -73,6 +74,8 @@ TEST_F(TypeClassTest, Rejected) {
         u"BOOL;",
         u"Motor x",
         u"Point x",
+        u"Two words",
+        u"TRUE",
         u"OF",
         u"5",
         u"(INT)",
