@@ -84,8 +84,8 @@ class LQ_DATA_API IecTypeConv {
   public:
     IecTypeConv();
     ~IecTypeConv() {}
-    IecTypeConv(const IecTypeConv&) {}
-    IecTypeConv& operator=(const IecTypeConv&) { return *this; }
+    IecTypeConv(const IecTypeConv&) = default;
+    IecTypeConv& operator=(const IecTypeConv&) = default;
 
     // The type whose name stands at the start of `text`, after blanks; `end` receives the place
     // behind it. A name that is not in the catalogue and names a user data type of the project
@@ -115,8 +115,8 @@ class LQ_DATA_API IecTypeSize {
     // Copies `sizes`, when given, over the table: for every user in the process.
     explicit IecTypeSize(uint32_t (*sizes)[18] = nullptr);
     ~IecTypeSize() {}
-    IecTypeSize(const IecTypeSize&) {}
-    IecTypeSize& operator=(const IecTypeSize&) { return *this; }
+    IecTypeSize(const IecTypeSize&) = default;
+    IecTypeSize& operator=(const IecTypeSize&) = default;
 
     // The default table, from which the constructor restores the defaults. Not to be written.
     uint32_t (*GetDftSize())[18];

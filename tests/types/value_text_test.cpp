@@ -88,17 +88,18 @@ TEST(ValueText, RefusesEverythingElse) {
 }
 
 TEST(ValueText, ReadsOnFromAScanner) {
-    const std::u16string text = u"1 -2 ; 4";
+    const std::u16string text = u"1 -2 ; OF 4";
     const auto size = static_cast<int32_t>(text.size());
     MEMSTREAM_W stream(text.c_str(), size, size, nullptr);
     CObject* const object = Scanner::CreateObject();
     ASSERT_NE(object, nullptr);
     Scanner& scanner = static_cast<Scanner&>(*object);
+    scanner.RegisterKeyword(u"OF", KW_OF);
     scanner.Initialize(stream);
     struct {
         int result;
         VAL_TYPE type;
-    } const steps[] = {{1, VT_SINT}, {1, VT_SINT}, {0, VT_NONE},
+    } const steps[] = {{1, VT_SINT}, {1, VT_SINT}, {0, VT_NONE}, {0, VT_NONE},
                        {1, VT_SINT}, {1, VT_NONE}, {1, VT_NONE}};
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         Val v(1u);
