@@ -49,27 +49,6 @@ TEST(HashTable, HashOfKeys) {
     EXPECT_EQ(HashTableAccess::FullHash(table, nullptr), 0u);
 }
 
-TEST(HashTable, CaseRule) {
-    const struct {
-        const char16_t* a;
-        const char16_t* b;
-        bool equalWithoutCase;
-    } kCases[] = {
-        {u"Motor", u"mOTOR", true}, {u"\u00E4b", u"\u00C4B", true}, {u"\u03C3", u"\u03A3", true},
-        {u"a_", u"a`", false},      {u"ab", u"a", false},
-    };
-    for (const auto& c : kCases) {
-        for (const int caseSensitive : {0, 1}) {
-            HashTable table(7, caseSensitive);
-            table.Insert(c.a, 1);
-            EXPECT_EQ(table.GetID(c.b), !caseSensitive && c.equalWithoutCase ? 1 : -1)
-                << Narrow(c.a) << " " << Narrow(c.b);
-            EXPECT_EQ(table.GetID(c.a), 1);
-            EXPECT_TRUE(HashTableAccess::Check(table));
-        }
-    }
-}
-
 TEST(HashTable, KeysAround512CharactersAreComparedInFull) {
     HashTable table(233, 0);
     std::vector<Text> keys;

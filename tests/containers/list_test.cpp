@@ -340,27 +340,6 @@ TEST(List, EqualElementsEnterBeforeTheOldOnes) {
     EXPECT_EQ(all, "a2a1b2b1");
 }
 
-TEST(List, ReachingEveryIndexFromEveryPosition) {
-    const TestList list(LET_UNSIGNED_1);
-    constexpr int32_t kCount = 12;
-    for (int32_t i = 1; i <= kCount; ++i) {
-        list.Add(i * 10, LC_LAST);
-    }
-    for (int32_t from = 0; from <= kCount; ++from) {
-        for (int32_t to = 0; to <= kCount + 1; ++to) {
-            list.Go(LC_REWIND);
-            list.Go(LC_AT_INDEX, from);
-            int32_t value = -1;
-            const bool exists = to >= 1 && to <= kCount;
-            EXPECT_EQ(FindElementOfList(list, &value, nullptr, LC_AT_INDEX, to),
-                      static_cast<uint32_t>(exists ? to : 0))
-                << from << " to " << to;
-            EXPECT_EQ(value, exists ? to * 10 : -1) << from << " to " << to;
-            ASSERT_TRUE(ListAccess::Check(*list)) << from << " to " << to;
-        }
-    }
-}
-
 TEST(List, FunctionsSearchRoundTheRing) {
     const TestList list(LET_SIGNED_8);
     for (const int32_t number : {10, 20, 30}) {

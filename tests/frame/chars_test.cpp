@@ -37,9 +37,10 @@ TEST(Chars, ComparisonWithoutCase) {
         const char16_t* b;
         int order;
     } kCases[] = {
-        {u"Motor", u"mOTOR", 0}, {u"a_", u"aA", -1},   {u"a", u"ab", -1},
-        {u"b", u"A", 1},         {u"\u0130", u"i", 1},  // two upper-case forms of one lower-case
-                                                        // form
+        {u"Motor", u"mOTOR", 0}, {u"\u03C3", u"\u03A3", 0}, {u"a_", u"aA", -1},
+        {u"a_", u"a`", -1},      {u"a", u"ab", -1},         {u"b", u"A", 1},
+        {u"\u0130", u"i", 1},  // two upper-case forms of one lower-case
+                               // form
     };
     for (const auto& c : kCases) {
         const int order = CompareNoCase(c.a, c.b);
