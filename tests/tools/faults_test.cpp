@@ -165,24 +165,32 @@ TEST(Faults, StandardInputEndsWithinACharacter) {
 }
 
 TEST(Faults, TheReaderIsGone) {
-    WriteFile(InFolder("large.xml"), LargeProject());
+    WriteFile(InFolder("plant.xml"), ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
     close(ends[0]);
-    const std::string intoPipe = " >&" + std::to_string(ends[1]);
-    for (const std::string arguments :
-         {"show large.xml", "show large.xml --json", "scan large.xml", "scan large.xml --json",
-          "types", "types --json", "translate large.xml", "translate large.xml -o -",
-          "pou $EXAMPLES/plant/plant.xml Mixing --json", "tasks $EXAMPLES/plant/plant.xml",
-          "fb $EXAMPLES/plant/plant.xml Mixing stirring", "value 1", "--help"}) {
-        // A parent process may have set broken pipes aside.
-        for (const std::string before : {"", "trap '' PIPE; "}) {
-            const Outcome outcome = RunShell(before + "\"$LQ\" " + arguments + intoPipe);
-            EXPECT_EQ(outcome.status, kBrokenPipe) << before << arguments;
-            EXPECT_EQ(outcome.err, "") << before << arguments;
-        }
+    for (const std::string script : {
+             "\"$LQ\" show plant.xml",
+             "\"$LQ\" show plant.xml --json",
+             "\"$LQ\" scan plant.xml",
+             "\"$LQ\" scan plant.xml --json",
+             "\"$LQ\" translate plant.xml",
+             "\"$LQ\" translate plant.xml -o -",
+             "\"$LQ\" pou plant.xml Mixing --json",
+             "\"$LQ\" tasks plant.xml",
+             "\"$LQ\" fb plant.xml Mixing stirring",
+             "\"$LQ\" value 1",
+             "\"$LQ\" types",
+             "\"$LQ\" --help",
+             // A parent process may have set broken pipes aside.
+             "trap '' PIPE; \"$LQ\" types",
+         }) {
+        const Outcome outcome = RunShell(script + " >&" + std::to_string(ends[1]));
+        EXPECT_EQ(outcome.status, kBrokenPipe) << script;
+        EXPECT_EQ(outcome.err, "") << script;
     }
     close(ends[1]);
+    WriteFile(InFolder("large.xml"), LargeProject());
     const Outcome midway =
         RunShell("{ \"$LQ\" show large.xml; echo $? >status; } | head -c 1; cat status");
     EXPECT_EQ(midway.out, "d" + std::to_string(kBrokenPipe) + "\n");
