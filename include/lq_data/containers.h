@@ -149,6 +149,7 @@ class LQ_DATA_API CGList : public CObject {
 
         // The data area, aligned for any object of the data size.
         void* Data() { return this + 1; }
+        const void* Data() const { return this + 1; }
     };
 
     // Nodes with 4 data bytes. `blockSize` is in nodes; below 1 it counts as 1.
