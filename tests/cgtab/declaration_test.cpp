@@ -128,6 +128,7 @@ TEST(Declarations, AreRefusedForAReason) {
         {{11, u"a", DT_ARRAY, u"ARRAY [1..x] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [1..2;3..4] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [1..2] OF 5"}, DeclFault::kArrayType},
+        {{11, u"a", DT_ARRAY, u"ARRAY [1..2] INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [0..4294967295] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [-4294967295..4294967295] OF INT"}, DeclFault::kArrayType},
         {{11, u"a", DT_ARRAY, u"ARRAY [16#1..2] OF INT"}, DeclFault::kArrayType},

@@ -207,7 +207,7 @@ TEST(TablesMemory, EveryFailureLeavesWholeTables) {
 // the line is then there or it is not.
 TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
     // In the line's head, its name, its extra bytes, its user area, behind it.
-    for (const int32_t left : {2, 100, 244, 252, 256}) {
+    for (const int32_t left : {2, 100, 246, 252, 256}) {
         FailEachAllocationOfTables([left](const FailingAllocation& failing) {
             uint32_t sizes[CgTab::kUserTables];
             std::fill(std::begin(sizes), std::end(sizes), 8);
