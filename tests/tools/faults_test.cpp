@@ -228,9 +228,9 @@ TEST(Faults, MemoryIsShort) {
     while (enough < 512 && limited(enough, "value 1").status != 0) {
         enough += 4;
     }
-    WriteFile(InFolder("large.xml"), LargeProject(8000));
+    WriteFile(InFolder("large.xml"), LargeProject(20000));
     ASSERT_EQ(RunLq("translate large.xml -o large.lqt").status, 0);
-    // The image has less than a megabyte, what is shown of it more than twelve.
+    // The image has one megabyte, what is shown of it more than thirty.
     ExpectFailure(limited(enough + 8, "show large.lqt --json"), "memory is short",
                   std::to_string(enough));
 }
