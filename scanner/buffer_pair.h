@@ -48,8 +48,11 @@ class BufferPair : public CObject {
         ++at_;
         return c;
     }
-    // Only after NextChar.
+    // The current character, and where it lies; only after NextChar. What follows it up to a mark
+    // follows it in the stream, and MoveTo moves onto any of that.
     char16_t Current() const { return *at_; }
+    const char16_t* At() const { return at_; }
+    void MoveTo(const char16_t* at) { at_ = at; }
 
     // Moves onto the first character, from the current one on, that does not belong to the run;
     // `take` is given what was passed, piece by piece. Only after NextChar; the end of input must

@@ -10,7 +10,7 @@
 
 namespace lq::scanner {
 
-enum CharClass : uint8_t {
+enum CharClass : uint16_t {
     kWord = 1,         // letters, digits, underscore: goes on an identifier
     kBlank = 2,        // blank and tab
     kCommentMark = 4,  // what a comment has to look at
@@ -19,18 +19,23 @@ enum CharClass : uint8_t {
     kBinary = 32,
     kOctal = 64,
     kHex = 128,
+    kIndent = 256,    // behind a line break: the break is no token of its own
+    kWordMark = 512,  // behind a word: what may belong to it in one way or another
+    kSpace = 1024,
 };
 
-constexpr std::array<uint8_t, 128> MakeCharClasses() {
-    std::array<uint8_t, 128> classes{};
+constexpr std::array<uint16_t, 128> MakeCharClasses() {
+    std::array<uint16_t, 128> classes{};
     const auto add = [&classes](const char16_t* characters, unsigned bits) {
         for (; *characters != 0; ++characters) {
-            classes[*characters] = static_cast<uint8_t>(classes[*characters] | bits);
+            classes[*characters] = static_cast<uint16_t>(classes[*characters] | bits);
         }
     };
     for (char16_t c = 0; c < classes.size(); ++c) {
         if (chars::HasAsciiClass(c, chars::kLetter | chars::kDigit)) {
             classes[c] = kWord;
+        } else if (chars::HasAsciiClass(c, chars::kSpace)) {
+            classes[c] = kSpace;
         }
     }
     add(u"_", kWord);
@@ -41,11 +46,13 @@ constexpr std::array<uint8_t, 128> MakeCharClasses() {
     add(u"ABCDEFabcdef", kHex);
     add(u"*\n", kCommentMark);
     add(u"'\"$,\n", kStringMark);
-    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark;
+    add(u" \t\r", kIndent);
+    add(u"#+-.\\", kWordMark);
+    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordMark;
     return classes;
 }
 
-inline constexpr std::array<uint8_t, 128> kCharClasses = MakeCharClasses();
+inline constexpr std::array<uint16_t, 128> kCharClasses = MakeCharClasses();
 
 constexpr bool Is(char16_t c, unsigned classes) {
     return chars::IsAscii(c) && (kCharClasses[c] & classes) != 0;

@@ -1,12 +1,7 @@
 // Identifiers and keywords, and the system's own addresses and constants that the host recognises
 // inside them.
-#include <iterator>
-
 #include "lq_addrcheck.h"
-#include "lq_data/containers.h"
 #include "lq_model.h"
-#include "scanner/keyword_cache.h"
-#include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::chars;
@@ -40,19 +35,11 @@ void MakeUpper(char16_t* text) {
 }  // namespace
 
 void Recogniser::FinishIdentifier() {
-    static constexpr char16_t kCommentWord[] = u"B_COMMENT";
-    constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
     const int32_t length = Finish(TK_IDENTIFIER);
-    if (length == kCommentWordLength && Equal(s_.textBuf, kCommentWord)) {
-        lq::scanner::commaEndsString = true;
-    }
-    int32_t id;
-    if (!s_.keywordCache->Find(s_.textBuf, length, id)) {
-        id = s_.keywords->GetID(s_.textBuf);
-    }
-    if (id >= 0) {
+    uint16_t id;
+    if (FindKeyword(s_, length, id)) {
         s_.token.kind = TK_KEYWORD;
-        s_.token.SetValue(static_cast<uint16_t>(id));
+        s_.token.SetCode(id);
     }
 }
 

@@ -1,68 +1,9 @@
 // The frame of recognition: blanks, the first character, line breaks, operators, comments.
 #include "scanner/recogniser.h"
 
-#include <array>
 #include <iterator>
 
-using lq::chars::IsDigit;
 using lq::chars::IsLetter;
-
-namespace {
-
-// Operators of one character, which are also how the longer ones begin.
-struct ShortOperator {
-    char16_t character;
-    OPERATOR_CODE code;
-};
-constexpr ShortOperator kShortOperators[] = {
-    {u'+', OP_PLUS},     {u'-', OP_MINUS},    {u'/', OP_DIV},       {u'&', OP_AMPERSAND},
-    {u'(', OP_LPAREN},   {u')', OP_RPAREN},   {u';', OP_SEMICOLON}, {u',', OP_COMMA},
-    {u'[', OP_LBRACKET}, {u']', OP_RBRACKET}, {u'*', OP_MUL},       {u'<', OP_LT},
-    {u'>', OP_GT},       {u':', OP_COLON},    {u'=', OP_EQ},        {u'.', OP_DOT},
-};
-
-struct LongOperator {
-    char16_t first;
-    char16_t second;
-    OPERATOR_CODE code;
-};
-constexpr LongOperator kLongOperators[] = {
-    {u'*', u'*', OP_POWER},  {u'<', u'>', OP_NE},    {u'<', u'=', OP_LE},    {u'>', u'=', OP_GE},
-    {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
-};
-
-consteval std::array<Recogniser::Lead, 128> MakeLeads() {
-    using LeadKind = Recogniser::LeadKind;
-    std::array<Recogniser::Lead, 128> leads{};
-    for (unsigned i = 0; i < leads.size(); ++i) {
-        const auto c = static_cast<char16_t>(i);
-        if (IsDigit(c)) {
-            leads[c].kind = LeadKind::kDigit;
-        } else if (lq::chars::HasAsciiClass(c, lq::chars::kLetter) || c == u'_') {
-            leads[c].kind = LeadKind::kLetter;
-        }
-    }
-    for (const ShortOperator& op : kShortOperators) {
-        leads[op.character].kind = LeadKind::kOperator;
-        leads[op.character].code = static_cast<uint8_t>(op.code);
-    }
-    for (const LongOperator& op : kLongOperators) {
-        auto& longer = leads[op.first].longer;
-        longer[longer[0].second == 0 ? 0 : 1] = {static_cast<uint8_t>(op.second),
-                                                 static_cast<uint8_t>(op.code)};
-    }
-    leads[u'('].kind = LeadKind::kParenthesis;
-    leads[u'@'].kind = LeadKind::kAtSign;
-    leads[u'%'].kind = LeadKind::kPercent;
-    leads[u'\''].kind = leads[u'"'].kind = LeadKind::kQuote;
-    leads[Scanner::kEndOfInput].kind = LeadKind::kEnd;
-    return leads;
-}
-
-// By first character.
-constexpr std::array<Recogniser::Lead, 128> kLeads = MakeLeads();
-
-}  // namespace
 
 void Recogniser::SkipBlanks() {
     if (s_.SrcEx || s_.HugeBufLen != 0 || s_.HugeBufComplete) {
@@ -86,26 +27,28 @@ void Recogniser::Parenthesis() {
     if (At(u'*')) {
         return Comment();
     }
-    Finish(TK_OPERATOR, uint16_t{OP_LPAREN});
+    s_.token.SetCode(OP_LPAREN);
+    Finish(TK_OPERATOR);
 }
 
 void Recogniser::Operator(const Lead& lead) {
     Next();
     uint16_t code = lead.code;
     for (const Lead::Longer& longer : lead.longer) {
-        if (longer.second != 0 && At(longer.second)) {
+        if (longer.second != Lead::kNoSecond && At(longer.second)) {
             Next();
             code = longer.code;
             break;
         }
     }
-    Finish(TK_OPERATOR, code);
+    s_.token.SetCode(code);
+    Finish(TK_OPERATOR);
 }
 
 void Recogniser::Dispatch() {
     const char16_t c = Current();
     static constexpr Lead kNoLead;
-    const Lead& lead = lq::chars::IsAscii(c) ? kLeads[c] : kNoLead;
+    const Lead& lead = lq::chars::IsAscii(c) ? lq::scanner::kLeads[c] : kNoLead;
     switch (lead.kind) {
         case LeadKind::kDigit:
             return Number();

@@ -11,6 +11,7 @@
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/char_classes.h"
+#include "scanner/leads.h"
 
 class Recogniser {
   public:
@@ -19,30 +20,14 @@ class Recogniser {
     // Leaves the recognised token in the scanner's `token`.
     void Recognise();
 
-    // What a first character begins.
-    enum class LeadKind : uint8_t {
-        kOther,
-        kDigit,
-        kLetter,
-        kAtSign,
-        kPercent,
-        kQuote,
-        kParenthesis,
-        kOperator,
-        kEnd,
-    };
-    // With an operator, its code, and the second characters that make longer ones of it.
-    struct Lead {
-        struct Longer {
-            uint8_t second;  // 0: none
-            uint8_t code;
-        };
-        LeadKind kind = LeadKind::kOther;
-        uint8_t code = 0;
-        Longer longer[2] = {};
-    };
+    // Whether the `length` characters in the text buffer are a keyword. They end a word: what a
+    // word does to the scanner is done.
+    static bool FindKeyword(const Scanner& scanner, int32_t length, uint16_t& id);
 
   private:
+    using Lead = lq::scanner::Lead;
+    using LeadKind = lq::scanner::LeadKind;
+
     static constexpr char16_t kEnd = Scanner::kEndOfInput;
     static constexpr int32_t kValueLength = Scanner::kBufferSize - 1;
 

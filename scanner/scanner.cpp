@@ -7,7 +7,6 @@
 #include "scanner/buffer_pair.h"
 #include "scanner/keyword_cache.h"
 #include "scanner/process_state.h"
-#include "scanner/recogniser.h"
 
 LQ_IMPLEMENT_DYNAMIC(Scanner, CObject, &Scanner::CreateObject)
 
@@ -118,18 +117,4 @@ int Scanner::SetCheckAccessOfCustomAddress(int flag) {
     const int previous = checkAccessOfCustomAddress;
     checkAccessOfCustomAddress = flag;
     return previous;
-}
-
-Token Scanner::GetToken() {
-    if (reader) {
-        Recogniser(*this).Recognise();
-        current = reader->Current();
-    } else {
-        token.kind = TK_EOF;
-        token.line = nActLine;
-        token.text = textBuf;
-        token.space = spaceBuf;
-        token.SetValue(static_cast<const char16_t*>(valueBuf));
-    }
-    return token;
 }

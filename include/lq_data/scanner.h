@@ -123,6 +123,15 @@ class LQ_DATA_API Token : public CObject {
     const Address* GetAddress() const { return Read<const Address*>(); }
     Time* GetTime() const { return Read<Time*>(); }
 
+    // The bytes as one number; replaces the first 16 bits and writes all of them, so that whoever
+    // copies the value next need not wait for a narrow write.
+    uint64_t GetBytes() const { return Read<uint64_t>(); }
+    void SetCode(uint16_t code) {
+        uint64_t bytes = GetBytes();
+        __builtin_memcpy(&bytes, &code, sizeof(code));
+        SetValue(bytes);
+    }
+
     bool IsOperator(OPERATOR_CODE code) const { return kind == TK_OPERATOR && GetCode() == code; }
     bool IsKeyword(uint16_t id) const { return kind == TK_KEYWORD && GetCode() == id; }
 
@@ -218,6 +227,7 @@ class LQ_DATA_API Scanner : public CObject {
     friend class Recogniser;
     friend struct ScannerTestAccess;
 
+    Token GetAnyToken();
     bool HasBuffers() const;
     void FreeHugeBuffer();
 

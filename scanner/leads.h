@@ -1,0 +1,89 @@
+// What a first character begins, and the operators.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "frame/chars.h"
+#include "lq_data/scanner.h"
+
+namespace lq::scanner {
+
+enum class LeadKind : uint8_t {
+    kOther,
+    kDigit,
+    kLetter,
+    kAtSign,
+    kPercent,
+    kQuote,
+    kEnd,
+    kParenthesis,  // from here on operators
+    kOperator,
+};
+
+// With an operator, its code, and the second characters that make longer ones of it.
+struct Lead {
+    static constexpr char16_t kNoSecond = Scanner::kEndOfInput;  // never part of a token
+    struct Longer {
+        char16_t second = kNoSecond;
+        uint16_t code = 0;
+    };
+
+    LeadKind kind = LeadKind::kOther;
+    uint16_t code = 0;
+    Longer longer[2] = {};
+};
+
+// Operators of one character, which are also how the longer ones begin.
+struct OperatorOfOne {
+    char16_t character;
+    OPERATOR_CODE code;
+};
+inline constexpr OperatorOfOne kOperatorsOfOne[] = {
+    {u'+', OP_PLUS},     {u'-', OP_MINUS},    {u'/', OP_DIV},       {u'&', OP_AMPERSAND},
+    {u'(', OP_LPAREN},   {u')', OP_RPAREN},   {u';', OP_SEMICOLON}, {u',', OP_COMMA},
+    {u'[', OP_LBRACKET}, {u']', OP_RBRACKET}, {u'*', OP_MUL},       {u'<', OP_LT},
+    {u'>', OP_GT},       {u':', OP_COLON},    {u'=', OP_EQ},        {u'.', OP_DOT},
+};
+
+struct OperatorOfTwo {
+    char16_t first;
+    char16_t second;
+    OPERATOR_CODE code;
+};
+inline constexpr OperatorOfTwo kOperatorsOfTwo[] = {
+    {u'*', u'*', OP_POWER},  {u'<', u'>', OP_NE},    {u'<', u'=', OP_LE},    {u'>', u'=', OP_GE},
+    {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
+};
+
+constexpr std::array<Lead, 128> MakeLeads() {
+    std::array<Lead, 128> leads{};
+    for (unsigned i = 0; i < leads.size(); ++i) {
+        const auto c = static_cast<char16_t>(i);
+        if (chars::IsDigit(c)) {
+            leads[c].kind = LeadKind::kDigit;
+        } else if (chars::HasAsciiClass(c, chars::kLetter) || c == u'_') {
+            leads[c].kind = LeadKind::kLetter;
+        }
+    }
+    for (const OperatorOfOne& op : kOperatorsOfOne) {
+        leads[op.character].kind = LeadKind::kOperator;
+        leads[op.character].code = op.code;
+    }
+    for (const OperatorOfTwo& op : kOperatorsOfTwo) {
+        auto& longer = leads[op.first].longer;
+        longer[longer[0].second == Lead::kNoSecond ? 0 : 1] = {op.second,
+                                                               static_cast<uint16_t>(op.code)};
+    }
+    leads[u'('].kind = LeadKind::kParenthesis;
+    leads[u'@'].kind = LeadKind::kAtSign;
+    leads[u'%'].kind = LeadKind::kPercent;
+    leads[u'\''].kind = leads[u'"'].kind = LeadKind::kQuote;
+    leads[Scanner::kEndOfInput].kind = LeadKind::kEnd;
+    return leads;
+}
+
+// By first character.
+inline constexpr std::array<Lead, 128> kLeads = MakeLeads();
+
+}  // namespace lq::scanner
