@@ -2,8 +2,10 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
+#include <emmintrin.h>
 
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
@@ -22,6 +24,9 @@ enum CharClass : uint16_t {
     kIndent = 256,    // behind a line break: the break is no token of its own
     kWordMark = 512,  // behind a word: what may belong to it in one way or another
     kSpace = 1024,
+    kLineEnd = 2048,   // line feed, carriage return
+    kWordLead = 4096,  // what a word begins with
+    kOperatorLead = 8192,
 };
 
 constexpr std::array<uint16_t, 128> MakeCharClasses() {
@@ -34,11 +39,16 @@ constexpr std::array<uint16_t, 128> MakeCharClasses() {
     for (char16_t c = 0; c < classes.size(); ++c) {
         if (chars::HasAsciiClass(c, chars::kLetter | chars::kDigit)) {
             classes[c] = kWord;
+            if (!chars::IsDigit(c)) {
+                classes[c] = kWord | kWordLead;
+            }
         } else if (chars::HasAsciiClass(c, chars::kSpace)) {
             classes[c] = kSpace;
         }
     }
-    add(u"_", kWord);
+    add(u"_", kWord | kWordLead);
+    add(u"\n\r", kLineEnd);
+    add(u"+-*/&()[];:,.<>=", kOperatorLead);
     add(u" \t", kBlank);
     add(u"01", kBinary);
     add(u"01234567", kOctal);
@@ -54,8 +64,12 @@ constexpr std::array<uint16_t, 128> MakeCharClasses() {
 
 inline constexpr std::array<uint16_t, 128> kCharClasses = MakeCharClasses();
 
+// None beyond ASCII.
+constexpr unsigned ClassesOf(char16_t c) {
+    return chars::IsAscii(c) ? kCharClasses[c] : 0u;
+}
 constexpr bool Is(char16_t c, unsigned classes) {
-    return chars::IsAscii(c) && (kCharClasses[c] & classes) != 0;
+    return (ClassesOf(c) & classes) != 0;
 }
 
 // Long runs are passed in steps. What follows reads up to a step behind the characters that it
@@ -77,6 +91,32 @@ const char16_t* PassEights(const char16_t* at) {
     }
 }
 
+#ifdef __SSE2__
+inline __m128i IsBetween(__m128i text, char16_t first, char16_t last) {
+    const __m128i offset = _mm_sub_epi16(text, _mm_set1_epi16(static_cast<int16_t>(first)));
+    const __m128i beyond =
+        _mm_subs_epu16(offset, _mm_set1_epi16(static_cast<int16_t>(last - first)));
+    return _mm_cmpeq_epi16(beyond, _mm_setzero_si128());
+}
+inline __m128i IsWord(__m128i text) {
+    const __m128i lower = _mm_or_si128(text, _mm_set1_epi16(0x20));
+    const __m128i isLine = _mm_cmpeq_epi16(text, _mm_set1_epi16(u'_'));
+    return _mm_or_si128(_mm_or_si128(IsBetween(lower, u'a', u'z'), IsBetween(text, u'0', u'9')),
+                        isLine);
+}
+inline const char16_t* PassWordSixteens(const char16_t* at) {
+    for (;; at += 16) {
+        const auto* text = reinterpret_cast<const __m128i*>(at);
+        const __m128i low = IsWord(_mm_loadu_si128(text));
+        const __m128i high = IsWord(_mm_loadu_si128(text + 1));
+        const auto held = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(low, high)));
+        if (held != 0xFFFF) {
+            return at + std::countr_one(held);
+        }
+    }
+}
+#endif
+
 // Passes four blanks at a time: indentation.
 inline const char16_t* PassFourBlanks(const char16_t* at) {
     constexpr uint64_t kFourBlanks = 0x0020002000200020;
@@ -95,7 +135,7 @@ struct WordRun {
     static bool Belongs(char16_t c) {
         return chars::IsAscii(c) ? (kCharClasses[c] & kWord) != 0 : chars::IsLetter(c);
     }
-    static const char16_t* Hurry(const char16_t* at) { return at; }
+    static const char16_t* Hurry(const char16_t* at) { return PassWordSixteens(at); }
 };
 struct BlankRun {
     static bool Belongs(char16_t c) { return Is(c, kBlank); }

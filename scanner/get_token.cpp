@@ -5,12 +5,7 @@
 // buffers is written before all is certain. Whatever is not as usual (the half ends, "#" follows a
 // word, the host takes a character into it) is left to the Recogniser, which begins anew. This took
 // a fifth off the time of scanning.
-#include <iterator>
-
-#include "lq_data/containers.h"
 #include "lq_model.h"
-#include "scanner/keyword_cache.h"
-#include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::scanner;
@@ -24,27 +19,34 @@ constexpr int32_t kLongest = BufferPair::kShort;
 struct Beginning {
     const char16_t* blanks;
     const char16_t* at;
+    unsigned classes;  // of the character there; kLineEnd when the token is a line break
     int32_t lineBreaks;
-    bool isLineBreak;
 };
+
+// 0 for a carriage return alone.
+inline int32_t LineBreakLength(const char16_t* at) {
+    return *at == u'\n' ? 1 : at[1] == u'\n' ? 2 : 0;
+}
 
 inline Beginning FindBeginning(const char16_t* at) {
     for (int32_t lineBreaks = 0;; ++lineBreaks) {
         const char16_t* const blanks = at;
-        if (Is(*at, kBlank)) {
+        unsigned classes = ClassesOf(*at);
+        if ((classes & kBlank) != 0) {
             at = BlankRun::Hurry(at + 1);
             while (BlankRun::Belongs(*at)) {
                 ++at;
             }
+            classes = ClassesOf(*at);
         }
-        const char16_t* const feed = *at == u'\r' ? at + 1 : at;
-        if (*feed != u'\n') {
-            return {blanks, at, lineBreaks, false};
+        if ((classes & kLineEnd) == 0) {
+            return {blanks, at, classes, lineBreaks};
         }
-        if (!Is(feed[1], kIndent)) {
-            return {blanks, at, lineBreaks, true};
+        const int32_t length = LineBreakLength(at);
+        if (length == 0 || !Is(at[length], kIndent)) {
+            return {blanks, at, classes, lineBreaks};
         }
-        at = feed + 1;
+        at += length;
     }
 }
 
@@ -54,7 +56,8 @@ inline int32_t AddLines(int32_t line, int32_t count) {
 
 // The next two return a token's length, 0 when it is not short.
 
-inline int32_t ShortOperator(const char16_t* at, const Lead& lead, uint16_t& code) {
+inline int32_t ShortOperator(const char16_t* at, uint16_t& code) {
+    const Lead& lead = kLeads[*at];
     const char16_t second = at[1];
     if (second == kEnd || (lead.kind == LeadKind::kParenthesis && second == u'*')) {
         return 0;
@@ -76,11 +79,12 @@ inline int32_t ShortWord(const char16_t* at, char16_t* text) {
         ++end;
     }
     const auto length = static_cast<int32_t>(end - at);
-    if (length >= kLongest || Is(*end, kWordMark)) {
+    const unsigned behind = ClassesOf(*end);
+    if (length >= kLongest || (behind & kWordMark) != 0) {
         return 0;
     }
     BufferPair::CopyShort(text, at, length);
-    if (!lq::chars::IsSpace(*end)) {
+    if ((behind & kSpace) == 0 && !lq::chars::IsSpace(*end)) {
         text[length] = *end;
         text[length + 1] = 0;
         if (CheckIdentifier(nullptr, text, 1) == 0) {
@@ -93,72 +97,70 @@ inline int32_t ShortWord(const char16_t* at, char16_t* text) {
 
 }  // namespace
 
-bool Recogniser::FindKeyword(const Scanner& scanner, int32_t length, uint16_t& id) {
-    static constexpr char16_t kCommentWord[] = u"B_COMMENT";
-    const char16_t* const word = scanner.textBuf;
-    if (length == std::size(kCommentWord) - 1 && lq::chars::Equal(word, kCommentWord)) {
-        commaEndsString = true;
-    }
-    int32_t found;
-    if (!scanner.keywordCache->Find(word, length, found)) {
-        found = scanner.keywords->GetID(word);
-    }
-    id = static_cast<uint16_t>(found);
-    return found >= 0;
-}
-
 Token Scanner::GetToken() {
     if (!reader || SrcEx || HugeBufLen != 0) {
         return GetAnyToken();
     }
     const Beginning b = FindBeginning(reader->At());
     const auto blankCount = static_cast<int32_t>(b.at - b.blanks);
-    const Lead& lead = kLeads[lq::chars::IsAscii(*b.at) ? *b.at : 0];
-    TOKEN_KIND kind = TK_NEWLINE;
-    uint16_t code = 0;
-    int32_t length = 0;
-    if (b.isLineBreak) {
-        length = *b.at == u'\n' ? 1 : 2;
-    } else if (lead.kind == LeadKind::kLetter) {
-        length = ShortWord(b.at, textBuf);
-    } else if (lead.kind >= LeadKind::kParenthesis) {
-        length = ShortOperator(b.at, lead, code);
-        kind = TK_OPERATOR;
-    }
-    if (length == 0 || blankCount > kLongest) {
+    if (*b.at == kEnd || blankCount > kLongest) {
         return GetAnyToken();
     }
-    if (lead.kind == LeadKind::kLetter) {
-        kind = Recogniser::FindKeyword(*this, length, code) ? TK_KEYWORD : TK_IDENTIFIER;
+    TOKEN_KIND kind = TK_ERROR;
+    uint16_t code = 0;
+    int32_t length = 0;
+    if ((b.classes & kWordLead) != 0) {
+        length = ShortWord(b.at, textBuf);
+        if (length != 0) {
+            kind = Recogniser::FindKeyword(*this, length, code) ? TK_KEYWORD : TK_IDENTIFIER;
+        }
     } else {
+        if ((b.classes & kOperatorLead) != 0) {
+            length = ShortOperator(b.at, code);
+            kind = TK_OPERATOR;
+        } else if ((b.classes & kLineEnd) != 0) {
+            length = LineBreakLength(b.at);
+            kind = TK_NEWLINE;
+            if (length == 0) {
+                return GetAnyToken();
+            }
+        }
         BufferPair::CopyShort(textBuf, b.at, length);
         textBuf[length] = 0;
     }
-    BufferPair::CopyShort(spaceBuf, b.blanks, blankCount);
+    if (blankCount != 0) {
+        BufferPair::CopyShort(spaceBuf, b.blanks, blankCount);
+    }
     spaceBuf[blankCount] = 0;
-
-    Token result;
-    result.kind = kind;
     // A line break counts from the line that the first one ends, any other token from its own.
     const int32_t firstLine = nActLine;
-    nActLine = AddLines(nActLine, b.lineBreaks + (b.isLineBreak ? 1 : 0));
-    result.line = b.isLineBreak ? firstLine : nActLine;
+    nActLine = AddLines(firstLine, b.lineBreaks);
+    reader->MoveTo(b.at + length);
+    if (length == 0) {
+        token.space = spaceBuf;
+        Recogniser(*this).RecogniseHere();
+        return token;
+    }
+    Token result;
+    result.kind = kind;
+    result.line = nActLine;
+    if (kind == TK_NEWLINE) {
+        result.line = firstLine;
+        nActLine = AddLines(nActLine, 1);
+    }
     result.text = textBuf;
     result.space = spaceBuf;
     if (kind == TK_OPERATOR || kind == TK_KEYWORD) {
         token.SetCode(code);
     }
     result.SetValue(token.GetBytes());
-    current = b.at[length];
-    reader->MoveTo(b.at + length);
     return result;
 }
 
-// A token of any kind.
+// A token of any kind, with anything before it.
 Token Scanner::GetAnyToken() {
     if (reader) {
         Recogniser(*this).Recognise();
-        current = reader->Current();
     } else {
         token.kind = TK_EOF;
         token.line = nActLine;

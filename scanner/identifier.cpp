@@ -1,6 +1,7 @@
 // Identifiers and keywords, and the system's own addresses and constants that the host recognises
 // inside them.
 #include "lq_addrcheck.h"
+#include "lq_data/containers.h"
 #include "lq_model.h"
 #include "scanner/recogniser.h"
 
@@ -41,6 +42,11 @@ void Recogniser::FinishIdentifier() {
         s_.token.kind = TK_KEYWORD;
         s_.token.SetCode(id);
     }
+}
+
+// One that the cache has no room for.
+int32_t Recogniser::FindRareKeyword(const Scanner& scanner) {
+    return scanner.keywords->GetID(scanner.textBuf);
 }
 
 void Recogniser::AtSignIdentifier() {

@@ -9,12 +9,16 @@ void KeywordCache::Add(const char16_t* name, int32_t id) {
     if (length == 0) {
         return;  // no identifier is empty
     }
-    Slot& slot = slots_[Place(name, length)];
-    if (slot.length != 0) {
-        slot.isShared = true;
-    } else {
-        slot = {name, id, length, false};
+    if (count_ == kMostKeywords) {
+        isComplete_ = false;
+        return;
     }
+    uint32_t place = Place(name, length);
+    while (slots_[place].length != 0) {
+        place = (place + 1) % kSlots;
+    }
+    slots_[place] = {name, id, length};
+    ++count_;
 }
 
 }  // namespace lq::scanner

@@ -1,6 +1,7 @@
-// The scanner's short way to its keywords. A keyword is kept under its length, its first and its
-// last character; most identifiers meet an empty place there and are known to be none without a
-// hash of the whole text.
+// The scanner's short way to its keywords: they are kept under their length and three of their
+// characters, so that nearly every identifier that is no keyword meets an empty place, without a
+// hash of its whole text. The keyword table itself is asked only when there are more keywords than
+// fit.
 #pragma once
 
 #include <cstdint>
@@ -16,34 +17,36 @@ class KeywordCache {
     // `name` is the table's copy, which outlives the cache.
     void Add(const char16_t* name, int32_t id);
 
-    // True when the answer is certain: `id` is then the keyword's, or kNone. False when keywords
-    // share the place and only the table knows.
-    bool Find(const char16_t* text, int32_t length, int32_t& id) const {
-        const Slot& slot = slots_[Place(text, length)];
-        id = kNone;
-        if (slot.length == length && Equal(slot.name, text, length)) {
-            id = slot.id;
-            return true;
+    // Whether every keyword is here.
+    bool IsComplete() const { return isComplete_; }
+    // The id of the keyword of that text, which is not empty; kNone when there is none here.
+    int32_t Find(const char16_t* text, int32_t length) const {
+        uint32_t place = Place(text, length);
+        while (slots_[place].length != 0) {
+            const Slot& slot = slots_[place];
+            if (slot.length == length && Equal(slot.name, text, length)) {
+                return slot.id;
+            }
+            place = (place + 1) % kSlots;
         }
-        return !slot.isShared;
+        return kNone;
     }
 
     LQ_ALLOCATED
 
   private:
-    static constexpr uint32_t kSlots = 512;
+    static constexpr uint32_t kSlots = 1024;
+    static constexpr uint32_t kMostKeywords = kSlots / 2;  // so that empty places stay frequent
 
     struct Slot {
         const char16_t* name = nullptr;
         int32_t id = kNone;
-        int32_t length = 0;     // 0: empty
-        bool isShared = false;  // other keywords belong here too
+        int32_t length = 0;  // 0: empty
     };
 
-    // Of a text that is not empty.
     static uint32_t Place(const char16_t* text, int32_t length) {
-        return (text[0] * 5u + text[length - 1] * 59u + static_cast<uint32_t>(length) * 37u) %
-               kSlots;
+        const uint32_t sum = text[0] * 5u + text[length - 1] * 59u + text[length / 2] * 131u;
+        return (sum + static_cast<uint32_t>(length) * 37u) % kSlots;
     }
     static bool Equal(const char16_t* a, const char16_t* b, int32_t length) {
         int32_t i = 0;
@@ -54,6 +57,8 @@ class KeywordCache {
     }
 
     Slot slots_[kSlots];
+    uint32_t count_ = 0;
+    bool isComplete_ = true;
 };
 
 }  // namespace lq::scanner

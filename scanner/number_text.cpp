@@ -33,14 +33,18 @@ uint32_t ToWrappedInt(const char16_t* text) {
 DigitRun ReadDigits(const char16_t* text, int32_t length, uint32_t base) {
     DigitRun run;
     for (int32_t i = 0; i < length; ++i) {
-        const char16_t c = text[i];
-        if (c == u'_') {
-            continue;
+        const uint32_t c = text[i];
+        uint32_t digit = c - u'0';
+        if (digit > 9) {
+            if (c == u'_') {
+                continue;
+            }
+            digit = (c | 0x20u) - u'a' + 10u;
+            if (digit < 10 || digit > 15) {
+                break;
+            }
         }
-        if (!chars::IsHex(c)) {
-            break;
-        }
-        run.value = run.value * base + chars::HexValue(c);
+        run.value = run.value * base + digit;
         ++run.count;
     }
     return run;

@@ -5,6 +5,11 @@
 
 using lq::chars::IsLetter;
 
+void Recogniser::Empty() {
+    s_.textBuf[0] = s_.valueBuf[0] = 0;
+    s_.stringLength = 0;
+}
+
 void Recogniser::SkipBlanks() {
     if (s_.SrcEx || s_.HugeBufLen != 0 || s_.HugeBufComplete) {
         s_.FreeHugeBuffer();
@@ -72,8 +77,7 @@ void Recogniser::Dispatch() {
 }
 
 void Recogniser::Recognise() {
-    s_.textBuf[0] = s_.valueBuf[0] = 0;
-    s_.stringLength = 0;
+    Empty();
     do {
         SkipBlanks();
         if (!At(u'\n') && !At(u'\r')) {
@@ -81,6 +85,12 @@ void Recogniser::Recognise() {
             return;
         }
     } while (!LineBreak());
+}
+
+void Recogniser::RecogniseHere() {
+    Empty();
+    reader_.BeginToken();
+    Dispatch();
 }
 
 bool Recogniser::LineBreak() {
@@ -123,7 +133,15 @@ void Recogniser::Comment() {
         }
     }
     Next();
-    reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, 2, 2);
+    constexpr int32_t kDelimiter = 2;
+    int32_t length;
+    if (const char16_t* text = reader_.InPlace(length)) {
+        length = BufferPair::CopyPiece(s_.valueBuf, kValueLength, text + kDelimiter,
+                                       length - 2 * kDelimiter);
+        s_.valueBuf[length] = 0;
+    } else {
+        reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, kDelimiter, kDelimiter);
+    }
     Finish(TK_COMMENT, static_cast<const char16_t*>(s_.valueBuf));
 }
 

@@ -6,12 +6,15 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/char_classes.h"
+#include "scanner/keyword_cache.h"
 #include "scanner/leads.h"
+#include "scanner/process_state.h"
 
 class Recogniser {
   public:
@@ -19,10 +22,25 @@ class Recogniser {
 
     // Leaves the recognised token in the scanner's `token`.
     void Recognise();
+    // The same for a token that begins at the current character; `space` is set already.
+    void RecogniseHere();
 
     // Whether the `length` characters in the text buffer are a keyword. They end a word: what a
     // word does to the scanner is done.
-    static bool FindKeyword(const Scanner& scanner, int32_t length, uint16_t& id);
+    static bool FindKeyword(const Scanner& scanner, int32_t length, uint16_t& id) {
+        static constexpr char16_t kCommentWord[] = u"B_COMMENT";
+        constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
+        const char16_t* const word = scanner.textBuf;
+        if (length == kCommentWordLength && lq::chars::Equal(word, kCommentWord)) {
+            lq::scanner::commaEndsString = true;
+        }
+        int32_t found = scanner.keywordCache->Find(word, length);
+        if (found < 0 && !scanner.keywordCache->IsComplete()) {
+            found = FindRareKeyword(scanner);
+        }
+        id = static_cast<uint16_t>(found);
+        return found >= 0;
+    }
 
   private:
     using Lead = lq::scanner::Lead;
@@ -69,6 +87,7 @@ class Recogniser {
 
     // Used there only. Inline, since calls and what they save would make a fifth of a short token's
     // cost.
+    inline void Empty();
     inline void SkipBlanks();
     inline void Dispatch();
     inline void Parenthesis();
@@ -82,6 +101,7 @@ class Recogniser {
 
     // --- identifier.cpp ----------------------------------------------------------------------
 
+    static int32_t FindRareKeyword(const Scanner& scanner);
     void AtSignIdentifier();
     void Identifier();
     inline void FinishIdentifier();  // used there only

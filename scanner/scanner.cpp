@@ -71,12 +71,10 @@ void Scanner::FreeHugeBuffer() {
 void Scanner::Initialize(STREAM_W& stream) {
     delete reader;
     reader = new BufferPair(stream, kHalfSize);
-    if (!reader) {
-        current = kEndOfInput;
-        return;
+    if (reader) {
+        reader->SetOwner(this);
+        reader->NextChar();
     }
-    reader->SetOwner(this);
-    current = reader->NextChar();
 }
 
 void Scanner::AssignStream(STREAM_W& stream, int line) {
@@ -89,11 +87,15 @@ void Scanner::AssignStream(STREAM_W& stream, int line) {
         return;
     }
     reader->Bind(stream);
-    current = reader->NextChar();
+    reader->NextChar();
 }
 
 int Scanner::CanRead() const {
     return reader && reader->IsUsable() ? 1 : 0;
+}
+
+int Scanner::IsEOF() const {
+    return !reader || reader->Current() == kEndOfInput ? 1 : 0;
 }
 
 STREAM_W* Scanner::ReleaseStream() {

@@ -198,7 +198,7 @@ class LQ_DATA_API Scanner : public CObject {
     void SetnActLine(int line) { nActLine = line; }
     // The offset in the stream, in characters, of the first character not yet in a token.
     int32_t GetStreamPosition() const;
-    int IsEOF() const { return current == kEndOfInput ? 1 : 0; }
+    int IsEOF() const;
 
     // Passed on to the address check library; initially 1. Returns the previous value.
     int SetCheckAccessOfCustomAddress(int flag);
@@ -234,7 +234,6 @@ class LQ_DATA_API Scanner : public CObject {
     char16_t* textBuf = nullptr;
     char16_t* spaceBuf = nullptr;
     char16_t* valueBuf = nullptr;
-    char16_t current = kEndOfInput;  // the first character of no delivered token
     char16_t* SrcEx = nullptr;
     int32_t HugeBufLen = 0;  // characters in SrcEx, its terminator included
     int32_t HugeBufComplete = 0;

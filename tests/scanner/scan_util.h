@@ -22,7 +22,7 @@ struct ScannerTestAccess {
         delete scanner.reader;
         scanner.reader = new BufferPair(stream, half);
         scanner.reader->SetOwner(&scanner);
-        scanner.current = scanner.reader->NextChar();
+        scanner.reader->NextChar();
     }
 };
 
