@@ -20,6 +20,7 @@
 #include "lq_base.h"
 #include "lq_data/scanner.h"
 #include "lq_framework.h"
+#include "scanner/runs.h"
 
 class BufferPair : public CObject {
     LQ_DECLARE_DYNAMIC(BufferPair)
@@ -99,7 +100,7 @@ class BufferPair : public CObject {
 
     // Short texts are copied in steps of a fixed size, which saves what a copy of an arbitrary size
     // takes to choose its way: up to kStep - 1 characters more than asked for are read and written.
-    static constexpr int32_t kStep = 16;
+    static constexpr int32_t kStep = lq::scanner::kReadAhead;
     static constexpr int32_t kShort = 64;
     static void CopyShort(char16_t* to, const char16_t* from, int32_t count) {
         int32_t done = 0;

@@ -15,6 +15,7 @@
 #include "scanner/keyword_cache.h"
 #include "scanner/leads.h"
 #include "scanner/process_state.h"
+#include "scanner/runs.h"
 
 class Recogniser {
   public:
