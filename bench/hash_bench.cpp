@@ -1,12 +1,12 @@
 // The hash table with 10001 buckets, as the tables' indexes have it, beside two maps of the same
 // texts. Without regard to case the maps hold and look up the upper-case form.
+#include <absl/container/flat_hash_map.h>
 #include <algorithm>
 #include <malloc.h>
 #include <map>
 #include <memory>
 #include <unordered_map>
 
-#include <absl/container/flat_hash_map.h>
 #include <benchmark/benchmark.h>
 
 #include "bench/comparison.h"

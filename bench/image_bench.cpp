@@ -146,8 +146,8 @@ const bool kRegistered = [] {
     };
     const std::string save = add("image/save/lq_data", Save);
     Compare({"save 100 MB, 4096 bytes", save, add("image/save/memcpy", CopyInto), 2.0});
-    Compare({"save 100 MB, 4096 bytes", save, add("image/save/fwrite to memory", WriteToMemory),
-             2.0});
+    Compare(
+        {"save 100 MB, 4096 bytes", save, add("image/save/fwrite to memory", WriteToMemory), 2.0});
     Compare({"restore 100 MB, 4096 bytes", add("image/restore/lq_data", Restore),
              add("image/restore/memcpy to new memory", CopyIntoNew), 2.0});
     return true;

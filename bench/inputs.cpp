@@ -100,6 +100,28 @@ const std::u16string& SourceText(std::size_t length) {
     return text;
 }
 
+std::u16string GeneratedSource(std::size_t statements) {
+    static constexpr const char* kStatements[] = {
+        "IF @.Ready AND NOT @ THEN\n    @ := 16#FF;\nEND_IF;\n",
+        "(* What the @ does when it is too warm *)\n@(IN := TRUE, PT := T#1m30s);\n",
+        "    @ := @ * 1.25 + INT_TO_REAL(%IW4.2);\r\n",
+        "FOR i := 1 TO 10 BY 2 DO @[i] := @[i + 1] >= 12345; END_FOR\n",
+        "  message := 'The @ is ready$N'; started := TOD#12:30:00.5;\n"};
+    const std::vector<std::u16string> names = Names(500);
+    std::u16string text;
+    std::size_t name = 0;
+    for (std::size_t i = 0; i < statements; ++i) {
+        for (const char* c = Word(kStatements, i); *c != 0; ++c) {
+            if (*c == '@') {
+                text += names[name++ % names.size()];
+            } else {
+                text += static_cast<char16_t>(*c);
+            }
+        }
+    }
+    return text;
+}
+
 std::string Narrow(const std::u16string& text) {
     std::string narrow(text.size(), 0);
     std::transform(text.begin(), text.end(), narrow.begin(), [](char16_t c) {

@@ -16,7 +16,10 @@ std::vector<std::u16string> Names(std::size_t count);
 // or of the corpus beside the repository, else the bodies of the sample project; over and over.
 const std::u16string& SourceText(std::size_t length);
 
-// The same text in bytes for scanners of 8-bit characters: one byte a character, kWideLetter for
+// Generated source text of every kind of token, without a fault.
+std::u16string GeneratedSource(std::size_t statements);
+
+// A text in bytes for scanners of 8-bit characters: one byte a character, kWideLetter for
 // every letter beyond ASCII and kWideOther for any other character there.
 inline constexpr char kWideLetter = '\xC0';
 inline constexpr char kWideOther = '\x80';

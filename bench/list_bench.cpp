@@ -135,8 +135,8 @@ const bool kRegistered = [] {
         const std::string rival = std::string("list/") + row.work + "/std::list";
         benchmark::RegisterBenchmark(ours.c_str(), row.ours);
         benchmark::RegisterBenchmark(rival.c_str(), row.rival);
-        Compare({std::string("list of 100000, ") + row.work + ", an element", ours, rival,
-                 row.limit});
+        Compare(
+            {std::string("list of 100000, ") + row.work + ", an element", ours, rival, row.limit});
     }
     return true;
 }();

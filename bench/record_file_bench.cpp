@@ -141,10 +141,10 @@ const bool kRegistered = [] {
         Compare({work, ours, vector});
     }
     const auto read = add("file/read/lq_data", ReadBlocks);
-    Compare({"read 64 MiB and add up, a block", read,
-             add("file/read/deque", ReadContainer<Deque>)});
-    Compare({"read 64 MiB and add up, a block", read,
-             add("file/read/vector", ReadContainer<Vector>)});
+    Compare(
+        {"read 64 MiB and add up, a block", read, add("file/read/deque", ReadContainer<Deque>)});
+    Compare(
+        {"read 64 MiB and add up, a block", read, add("file/read/vector", ReadContainer<Vector>)});
 
     const auto vector = add("file/middle/vector", InsertAndErase<Vector>);
     const auto deque = add("file/middle/deque", InsertAndErase<Deque>);

@@ -142,8 +142,8 @@ const bool kRegistered = [] {
             }
         }
     }
-    Compare({"walk past a debug record",
-             add("tables/walk/debug records", WalkDebugRecords), "", 15.0});
+    Compare(
+        {"walk past a debug record", add("tables/walk/debug records", WalkDebugRecords), "", 15.0});
     Compare({"walk past another name", add("tables/walk/names", WalkNames), "", 15.0});
     return true;
 }();
