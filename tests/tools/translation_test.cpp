@@ -63,6 +63,7 @@ TEST(Translation, NothingIsLostInSilenceWhenMemoryIsShort) {
             ASSERT_TRUE(failed || !thrown);
         }
     }
+    host::SetProject(nullptr);
     EXPECT_GE(complete, 2);
     EXPECT_GT(rounds, 200);
 }
