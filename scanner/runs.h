@@ -84,10 +84,14 @@ struct BlankRun {
 template <char16_t... kMarks>
 const char16_t* HurryToMarks(const char16_t* at) {
     using Eight = uint16_t __attribute__((vector_size(16)));
+    using Hits = int16_t __attribute__((vector_size(16)));
     for (;; at += 8) {
         Eight eight;
         std::memcpy(&eight, at, sizeof(eight));
-        const auto hits = ((eight == kMarks) | ...);
+        Hits hits = {};
+        for (const uint16_t mark : {uint16_t{kMarks}...}) {
+            hits |= eight == (Eight{} + mark);
+        }
         uint64_t halves[2];
         std::memcpy(halves, &hits, sizeof(halves));
         if ((halves[0] | halves[1]) != 0) {
