@@ -24,6 +24,7 @@ enum CharClass : uint16_t {
     kLineEnd = 2048,   // line feed, carriage return
     kWordLead = 4096,  // what a word begins with
     kOperatorLead = 8192,
+    kNumberMark = 16384,  // behind a decimal integer: it may be something else
 };
 
 constexpr std::array<uint16_t, 128> MakeCharClasses() {
@@ -55,7 +56,8 @@ constexpr std::array<uint16_t, 128> MakeCharClasses() {
     add(u"'\"$,\n", kStringMark);
     add(u" \t\r", kIndent);
     add(u"#+-.\\", kWordMark);
-    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordMark;
+    add(u"#._", kNumberMark);
+    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordMark | kNumberMark;
     return classes;
 }
 

@@ -40,7 +40,7 @@ void Recogniser::FinishIdentifier() {
     uint16_t id;
     if (FindKeyword(s_, length, id)) {
         s_.token.kind = TK_KEYWORD;
-        s_.token.SetCode(id);
+        s_.token.SetFirst(id);
     }
 }
 

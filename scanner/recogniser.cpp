@@ -32,7 +32,7 @@ void Recogniser::Parenthesis() {
     if (At(u'*')) {
         return Comment();
     }
-    s_.token.SetCode(OP_LPAREN);
+    s_.token.SetFirst(uint16_t{OP_LPAREN});
     Finish(TK_OPERATOR);
 }
 
@@ -46,7 +46,7 @@ void Recogniser::Operator(const Lead& lead) {
             break;
         }
     }
-    s_.token.SetCode(code);
+    s_.token.SetFirst(code);
     Finish(TK_OPERATOR);
 }
 

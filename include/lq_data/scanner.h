@@ -123,12 +123,13 @@ class LQ_DATA_API Token : public CObject {
     const Address* GetAddress() const { return Read<const Address*>(); }
     Time* GetTime() const { return Read<Time*>(); }
 
-    // The bytes as one number; replaces the first 16 bits and writes all of them, so that whoever
-    // copies the value next need not wait for a narrow write.
     uint64_t GetBytes() const { return Read<uint64_t>(); }
-    void SetCode(uint16_t code) {
+    // Replaces the first bytes. All are written, so that whoever copies the value next need not
+    // wait for a narrow write.
+    template <typename T>
+    void SetFirst(T v) {
         uint64_t bytes = GetBytes();
-        __builtin_memcpy(&bytes, &code, sizeof(code));
+        __builtin_memcpy(&bytes, &v, sizeof(v));
         SetValue(bytes);
     }
 

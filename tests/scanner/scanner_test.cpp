@@ -24,6 +24,45 @@ TEST(Scanner, TheFirstIdOfAKeywordStays) {
     EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029");
 }
 
+TEST(Scanner, KnowsAnyNumberOfKeywords) {
+    constexpr int kCount = 2000;
+    auto scanner = NewScanner();
+    std::u16string text;
+    std::string expected;
+    for (int id = 0; id < kCount; ++id) {
+        const std::string name = "k" + std::to_string(id * 37) + "_";
+        const std::u16string wide(name.begin(), name.end());
+        ASSERT_EQ(scanner->RegisterKeyword(wide.c_str(), id), 1) << name;
+        text += wide + u" x" + wide + u";";
+        expected += "KEY[" + name + "]=" + std::to_string(id) + " ID[x" + name + "] OP[;]=7 ";
+    }
+    MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
+                       static_cast<int32_t>(text.size()), nullptr);
+    scanner->Initialize(stream);
+    EXPECT_EQ(ScanAll(*scanner) + " ", expected);
+    scanner->ReleaseStream();
+}
+
+// On both sides of the lengths that the scanner copies in one step, in a few, and by the long way.
+TEST(Scanner, KeepsTextsOfEveryLength) {
+    for (size_t length = 1; length <= 130; ++length) {
+        SCOPED_TRACE(length);
+        const std::u16string blanks(length, u' ');
+        const std::u16string word(length, u'w');
+        const std::u16string number(length, u'1');
+        const std::u16string text = blanks + word + u"\n " + number + u";";
+        SlowStream stream(text, 1000);
+        auto scanner = NewScanner();
+        scanner->Initialize(stream);
+        Token token = scanner->GetToken();
+        EXPECT_EQ(token.kind, TK_IDENTIFIER);
+        EXPECT_TRUE(token.space == blanks && token.text == word) << Utf8(token.text);
+        token = scanner->GetToken();
+        EXPECT_EQ(token.kind, length <= 10 ? TK_INTEGER : TK_ERROR);
+        EXPECT_TRUE(token.text == number) << Utf8(token.text);
+    }
+}
+
 TEST(Scanner, HandsTheStreamBackBehindTheLastToken) {
     MEMSTREAM_W stream(u"a b", 3, 3, nullptr);
     auto scanner = NewScanner();
