@@ -53,6 +53,11 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
     return true;
 }
 
+HashTable* CgTabAccess::IndexOf(CgTab& tables, CgTab::TAB_ID id) {
+    const bool has = tables.IsTableHashed(id) && (tables.hash[id] || tables.CreateHashTable(id));
+    return has ? tables.hash[id] : nullptr;
+}
+
 int CgTabAccess::ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array) {
     return tables.Read(pos, array);
 }

@@ -41,6 +41,10 @@ class LQ_DATA_API CgTabAccess {
     static bool WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
                           uint32_t size);
 
+    // The index of a table, built if need be; null when the table has none or memory is short. It
+    // is the set's.
+    static HashTable* IndexOf(CgTab& tables, CgTab::TAB_ID id);
+
     // The array lines: CgTab keeps reading and storing them to itself.
     static int ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array);
     static int32_t InsertArray(CgTab& tables, const CgTab::ArrDsc& array);

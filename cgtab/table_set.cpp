@@ -7,11 +7,9 @@
 
 namespace {
 
-constexpr uint32_t kBlockSize = 4096;
-
 // An open record file, or null.
 R_FILE* NewFile() {
-    auto* file = new R_FILE(kBlockSize);
+    auto* file = new R_FILE(lq::cgtab::kBlockSize);
     if (file && !file->IsOpen()) {
         delete file;
         file = nullptr;

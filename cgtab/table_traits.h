@@ -10,6 +10,9 @@
 
 namespace lq::cgtab {
 
+// Of the tables' files.
+inline constexpr uint32_t kBlockSize = 4096;
+
 struct TableTraits {
     uint8_t fixedKey;      // key bytes in front of the name length field
     uint8_t nameLenBytes;  // width of the name length field; 0: lines have no name

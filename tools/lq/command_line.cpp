@@ -35,6 +35,10 @@ void AddProject(CLI::App* command, std::string& value) {
     AddArgument(command, "project", value, kFileValue, "The project file; - for standard input");
 }
 
+void AddInput(CLI::App* command, std::string& value) {
+    AddArgument(command, "input", value, kFileValue, "An image or a project; - for standard input");
+}
+
 std::string TableNames() {
     std::string names;
     for (size_t i = 0; i < std::size(kTableNames); ++i) {
@@ -103,7 +107,9 @@ CLI::App* CommandLine::AddCommand(const char* name, const char* description, con
                                   Options& options, int (*run)(const Options&)) {
     CLI::App* command = app_.add_subcommand(name, description);
     command->footer(example);
-    command->add_flag("--json", options.json, "Prints the result as JSON");
+    if constexpr (requires { options.json; }) {
+        command->add_flag("--json", options.json, "Prints the result as JSON");
+    }
     command->callback(
         [this, &options, run] { chosen_ = [&options, run] { return run(options); }; });
     return command;
@@ -120,8 +126,7 @@ void CommandLine::AddCommands() {
 
     command = AddCommand("show", "Shows the tables of an image or a project",
                          "lq show plant.lqt --table globals --find Pump1", show_, RunShow);
-    AddArgument(command, "input", show_.input, kFileValue,
-                "An image or a project; - for standard input");
+    AddInput(command, show_.input);
     command
         ->add_option("-t,--table", show_.tables, "A table: " + TableNames() + "; may be repeated")
         ->type_name(kTableValue)
@@ -132,6 +137,13 @@ void CommandLine::AddCommands() {
         ->type_name(kNameValue);
     command->add_option("-s,--save", show_.save, "Writes the tables to an image again")
         ->type_name(kFileValue);
+
+    command = AddCommand("report", "Writes a page for the browser with the tables, linked",
+                         "lq report plant.xml -o plant.html", report_, RunReport);
+    AddInput(command, report_.input);
+    command->add_option("-o,--output", report_.output, "The page to write; - for standard output")
+        ->type_name(kFileValue)
+        ->required();
 
     command = AddCommand("scan", "Shows the tokens of a source text, one a line",
                          "lq scan --errors mixer.st", scan_, RunScan);

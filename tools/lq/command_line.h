@@ -47,6 +47,7 @@ class CommandLine {
 
     TranslateOptions translate_;
     ShowOptions show_;
+    ReportOptions report_;
     ScanOptions scan_;
     ValueOptions value_;
     PouOptions pou_;

@@ -22,6 +22,12 @@ struct ShowOptions {
 };
 int RunShow(const ShowOptions& options);
 
+struct ReportOptions {
+    std::string input;  // as of show
+    std::string output;
+};
+int RunReport(const ReportOptions& options);
+
 struct ScanOptions {
     std::string source;
     bool errorsOnly = false;

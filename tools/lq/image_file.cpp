@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <unistd.h>
 #include <vector>
 
 #include "cgtab/bytes.h"
@@ -30,13 +29,8 @@ class DescriptorStream : public STREAM_A {
     }
 
     bool Flush() {
-        size_t done = 0;
-        while (failure_ == 0 && done < buffer_.size()) {
-            const ssize_t n = write(descriptor_, buffer_.data() + done, buffer_.size() - done);
-            if (n < 0 && errno != EINTR) {
-                failure_ = errno;
-            }
-            done += n > 0 ? static_cast<size_t>(n) : 0;
+        if (failure_ == 0) {
+            failure_ = WriteAll(descriptor_, {buffer_.data(), buffer_.size()});
         }
         buffer_.clear();
         return failure_ == 0;

@@ -68,6 +68,17 @@ void CannotWrite(const std::string& path, int error) {
     throw CommandError(path + ": cannot be written: " + std::strerror(error));
 }
 
+int WriteAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR) {
+            return errno;
+        }
+        bytes.remove_prefix(written > 0 ? static_cast<size_t>(written) : 0);
+    }
+    return 0;
+}
+
 OutputFile::OutputFile(const std::string& path) : name_(path) {
     if (path == "-") {
         name_ = "(standard output)";

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace lq::tool {
 
 // Throws CommandError: the path, and what the system says.
 [[noreturn]] void CannotWrite(const std::string& path, int error);
+
+// Writes all of the bytes. 0, or the system's error.
+int WriteAll(int descriptor, std::string_view bytes);
 
 // Removes the temporary file of an OutputFile when the program ends without its destructor; safe in
 // a signal handler.

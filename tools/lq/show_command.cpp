@@ -1,19 +1,16 @@
 #include <algorithm>
-#include <optional>
 
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
 #include "tools/lq/progress.h"
-#include "tools/lq/project_input.h"
 #include "tools/lq/suggestion.h"
+#include "tools/lq/table_input.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
-#include "tools/lq/translation.h"
 #include "tools/lq/unit_rows.h"
 
 namespace lq::tool {
@@ -45,27 +42,6 @@ std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
     return ids;
 }
 
-// The input's tables: an image's, or those that a project translates to.
-std::unique_ptr<CgTab> TablesOf(const ShowOptions& options, int& status) {
-    const std::string bytes = ReadInput(options.input, kMaxProject);
-    if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-        const Progress progress("restoring " + DisplayName(options.input));
-        return RestoreImage(bytes, options.input);
-    }
-    std::vector<host::Report> reports;
-    CurrentProject current;
-    ReadProject(options.input, bytes, current.project, reports);
-    Translation translation = Translate(current.project);
-    for (const host::Report& report : reports) {
-        PrintMessage(report);
-    }
-    PrintRefusals(DisplayName(options.input), translation.refusals);
-    if (!reports.empty() || !translation.refusals.empty()) {
-        status = kInputHasFaults;
-    }
-    return std::move(translation.tables);
-}
-
 bool WithComponents(const TableRows& rows, const ShowOptions& options) {
     return rows.id == CgTab::TAB_POU && !options.tables.empty();
 }
@@ -74,16 +50,13 @@ bool WithComponents(const TableRows& rows, const ShowOptions& options) {
 // damaged, and a name that is not found, becomes a message.
 std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids,
                                   const ShowOptions& options, int& status) {
-    const Place place = {DisplayName(options.input)};
     std::vector<TableRows> shown;
     std::vector<std::string> names;
     {
         const Progress progress("reading the tables");
         for (const CgTab::TAB_ID id : ids) {
             TableRows rows = RowsOf(tables, id);
-            if (rows.damagedAt) {
-                PrintMessage(place, "table " + std::string(kTableNames[id]) + ": the line at " +
-                                        std::to_string(*rows.damagedAt) + " is damaged");
+            if (ReportDamage(options.input, rows)) {
                 status = kInputHasFaults;
             }
             if (id == CgTab::TAB_CMP) {
@@ -99,7 +72,7 @@ std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID
         }
     }
     if (shown.empty()) {
-        PrintMessage(place,
+        PrintMessage(Place{DisplayName(options.input)},
                      "nothing is called '" + options.find + "'" + DidYouMean(options.find, names));
         status = kInputHasFaults;
     }
@@ -135,8 +108,7 @@ void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowO
 
 int RunShow(const ShowOptions& options) {
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
-    int status = kDone;
-    const std::unique_ptr<CgTab> tables = TablesOf(options, status);
+    auto [tables, isProject, refusals, status] = ReadTables(options.input);
     if (!options.save.empty()) {
         const Progress progress("saving " + options.save);
         SaveImage(*tables, options.save);

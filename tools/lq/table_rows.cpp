@@ -8,6 +8,7 @@
 #include "host/text/utf.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -219,22 +220,6 @@ const TableReading kReadings[CgTab::TAB_COUNT] = {
     {{{"pos", true}, {"type"}, {"elements", true}}, ReadArrays},
 };
 
-// The member of a row by which lines are found.
-const char* NameMember(CgTab::TAB_ID id) {
-    switch (id) {
-        case CgTab::TAB_DBG:
-            return "unit";
-        case CgTab::TAB_ADR:
-            return "address";
-        case CgTab::TAB_CST:
-            return "text";
-        case CgTab::TAB_ARR:
-            return "type";
-        default:
-            return "name";
-    }
-}
-
 bool SameName(const Json& value, const std::u16string& name) {
     if (!value.is_string()) {
         return false;
@@ -254,12 +239,36 @@ TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id) {
     return out;
 }
 
+const char* NameColumn(CgTab::TAB_ID id) {
+    switch (id) {
+        case CgTab::TAB_DBG:
+            return "unit";
+        case CgTab::TAB_ADR:
+            return "address";
+        case CgTab::TAB_CST:
+            return "text";
+        case CgTab::TAB_ARR:
+            return "type";
+        default:
+            return "name";
+    }
+}
+
+bool ReportDamage(const std::string& input, const TableRows& rows) {
+    if (rows.damagedAt) {
+        PrintMessage(Place{DisplayName(input)},
+                     "table " + std::string(kTableNames[rows.id]) + ": the line at " +
+                         std::to_string(*rows.damagedAt) + " is damaged");
+    }
+    return rows.damagedAt.has_value();
+}
+
 void KeepNamed(TableRows& rows, const std::string& name) {
     const std::u16string wanted = DecodeArgument(name);
     const size_t point = wanted.find(u'.');
     const std::u16string unit = wanted.substr(0, point);
     const std::u16string component = point == wanted.npos ? u"" : wanted.substr(point + 1);
-    const char* member = NameMember(rows.id);
+    const char* member = NameColumn(rows.id);
     Json kept = Json::array();
     for (const Json& row : rows.rows) {
         const bool inUnit = rows.id == CgTab::TAB_CMP && point != wanted.npos;
@@ -273,7 +282,7 @@ void KeepNamed(TableRows& rows, const std::string& name) {
 
 void AddNames(const TableRows& rows, std::vector<std::string>& names) {
     for (const Json& row : rows.rows) {
-        const Json& name = row.at(NameMember(rows.id));
+        const Json& name = row.at(NameColumn(rows.id));
         if (name.is_string()) {
             names.push_back(name.get<std::string>());
         }

@@ -20,9 +20,15 @@ struct TableRows {
 // All lines of a table. Moves the tables' positions.
 TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id);
 
-// Keeps the lines of that name, whatever the case: the address, the text of a constant, the type of
-// an array where lines have no name. Of components "A.B" keeps B in the section of the unit A;
-// their rows name their units then.
+// Whether the table is damaged, which becomes a message on the input of that path.
+bool ReportDamage(const std::string& input, const TableRows& rows);
+
+// The column by which lines are found: the address, the text of a constant, the type of an array
+// where lines have no name.
+const char* NameColumn(CgTab::TAB_ID id);
+
+// Keeps the lines of that name, whatever the case. Of components "A.B" keeps B in the section of
+// the unit A; their rows name their units then.
 void KeepNamed(TableRows& rows, const std::string& name);
 
 // Adds what KeepNamed would find.

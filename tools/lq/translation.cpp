@@ -149,16 +149,8 @@ class Translator {
 
     // --- Other names -------------------------------------------------------------------------
 
-    // The user type or function block type that a declaration names, as it is spelled where it is
-    // defined.
     void EnterTypeName(const char16_t* list, const host::Declaration& source) {
-        const std::u16string_view type(source.type);
-        const size_t of = type.rfind(u" OF ");
-        const std::u16string_view name = of == type.npos ? type : type.substr(of + 4);
-        ID id = project_.FindDataType(name);
-        if (!id.GetNumber()) {
-            id = project_.FindAnyPou(name);
-        }
+        const ID id = NamedType(project_, source);
         if (id.GetNumber()) {
             if (tables_.Insert(project_.NameOf(id)) < 0) {
                 Refuse(list, source, "the name of its type cannot be entered");
@@ -457,6 +449,14 @@ class Translator {
 };
 
 }  // namespace
+
+ID NamedType(const host::Project& project, const host::Declaration& declaration) {
+    const std::u16string_view type(declaration.type);
+    const size_t of = type.rfind(u" OF ");
+    const std::u16string_view name = of == type.npos ? type : type.substr(of + 4);
+    const ID id = project.FindDataType(name);
+    return id.GetNumber() ? id : project.FindAnyPou(name);
+}
 
 void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {

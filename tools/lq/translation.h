@@ -27,6 +27,11 @@ struct Translation {
     uint32_t declarations = 0;      // that were to be entered
 };
 
+// The user type or function block type that a declaration names, if only as the element type of an
+// array; the null identifier for none. The table of other names holds it as Project::NameOf spells
+// it.
+ID NamedType(const host::Project& project, const host::Declaration& declaration);
+
 // One message a refusal.
 void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals);
 

@@ -9,15 +9,6 @@ namespace lq::tool {
 
 namespace {
 
-// The section that holds the position, of sections that are sorted by their starts; null for none.
-const UnitSection* SectionAt(const std::vector<const UnitSection*>& sorted, uint32_t pos) {
-    const auto behind =
-        std::upper_bound(sorted.begin(), sorted.end(), pos,
-                         [](uint32_t p, const UnitSection* s) { return p < s->info.start; });
-    const UnitSection* section = behind == sorted.begin() ? nullptr : behind[-1];
-    return section && pos < section->info.end ? section : nullptr;
-}
-
 // The components of the unit of a row; components are in the order of their positions.
 TableRows ComponentsOf(const Json& unit, const TableRows& components) {
     TableRows own;
@@ -47,24 +38,35 @@ std::vector<UnitSection> SectionsOf(CgTab& tables) {
             !CgTabAccess::WholeName(tables, CgTab::TAB_POU, at, name, std::size(name))) {
             break;
         }
-        sections.push_back({host::EncodeUtf8(name), UnitInfo::From(line.info)});
+        sections.push_back({at, host::EncodeUtf8(name), UnitInfo::From(line.info)});
     }
     return sections;
 }
 
-void NameUnits(TableRows& components, const std::vector<UnitSection>& sections) {
-    components.columns.insert(components.columns.begin() + 1, {"unit"});
-    std::vector<const UnitSection*> sorted;
+SectionIndex::SectionIndex(const std::vector<UnitSection>& sections) {
     for (const UnitSection& section : sections) {
         if (section.info.start < section.info.end) {
-            sorted.push_back(&section);
+            sorted_.push_back(&section);
         }
     }
-    std::stable_sort(sorted.begin(), sorted.end(), [](const UnitSection* a, const UnitSection* b) {
-        return a->info.start < b->info.start;
-    });
+    std::stable_sort(
+        sorted_.begin(), sorted_.end(),
+        [](const UnitSection* a, const UnitSection* b) { return a->info.start < b->info.start; });
+}
+
+const UnitSection* SectionIndex::At(uint32_t pos) const {
+    const auto behind =
+        std::upper_bound(sorted_.begin(), sorted_.end(), pos,
+                         [](uint32_t p, const UnitSection* s) { return p < s->info.start; });
+    const UnitSection* section = behind == sorted_.begin() ? nullptr : behind[-1];
+    return section && pos < section->info.end ? section : nullptr;
+}
+
+void NameUnits(TableRows& components, const std::vector<UnitSection>& sections) {
+    components.columns.insert(components.columns.begin() + 1, {"unit"});
+    const SectionIndex index(sections);
     for (Json& row : components.rows) {
-        const UnitSection* section = SectionAt(sorted, row.at("pos").get<uint32_t>());
+        const UnitSection* section = index.At(row.at("pos").get<uint32_t>());
         Json named = {{"pos", row.at("pos")},
                       {"unit", section ? Json(section->unit) : Json(nullptr)}};
         named.update(row);

@@ -1,0 +1,96 @@
+// A table of rows of equal height, of which only those in sight have elements.
+
+const rowHeight = 27;  // as in the style
+const overscan = 8;    // rows beyond each edge
+
+class RowList {
+  // `renderRow(i)` makes the element of a row. `onMove(i)` is told which row the keys lead to.
+  constructor({ label, head, renderRow, onMove, onOpen }) {
+    this.renderRow = renderRow;
+    this.onMove = onMove;
+    this.onOpen = onOpen;
+    this.count = 0;
+    this.chosen = -1;
+    this.body = make("tbody");
+    this.grid = make("table", { tabIndex: 0, role: "grid", "aria-label": label }, head, this.body);
+    this.element = make("div", { className: "rows" }, this.grid);
+    this.element.addEventListener("scroll", () => this.draw(), { passive: true });
+    this.grid.addEventListener("keydown", (event) => this.handleKey(event));
+    new ResizeObserver(() => this.draw()).observe(this.element);
+  }
+
+  show(count, chosen) {
+    this.count = count;
+    this.grid.setAttribute("aria-rowcount", count + 1);
+    this.drawn = null;
+    this.choose(chosen);
+  }
+
+  choose(row) {
+    this.chosen = row;
+    this.drawn = null;
+    this.reveal(row);
+    this.draw();
+    const element = row >= 0 ? this.body.querySelector("[aria-selected=true]") : null;
+    if (element) {
+      this.grid.setAttribute("aria-activedescendant", element.id);
+    } else {
+      this.grid.removeAttribute("aria-activedescendant");
+    }
+  }
+
+  // Scrolls as little as possible, or puts a row from afar into the middle.
+  reveal(row) {
+    const seen = this.element.clientHeight - rowHeight;  // the head stays on top
+    const top = row * rowHeight;
+    const from = this.element.scrollTop;
+    if (row < 0 || seen <= 0 || (top >= from && top + rowHeight <= from + seen)) {
+      return;
+    }
+    const isFar = top < from - 2 * rowHeight || top > from + seen + 2 * rowHeight;
+    this.element.scrollTop = isFar ? top - seen / 2 : top < from ? top : top + rowHeight - seen;
+  }
+
+  draw() {
+    const first = Math.max(0, Math.floor(this.element.scrollTop / rowHeight) - overscan);
+    const most = Math.ceil(this.element.clientHeight / rowHeight) + 2 * overscan;
+    const end = Math.min(this.count, first + most);
+    if (this.drawn === `${first} ${end}`) {
+      return;
+    }
+    this.drawn = `${first} ${end}`;
+    const rows = [];
+    for (let i = first; i < end; ++i) {
+      const row = this.renderRow(i);
+      row.id = `row-${i}`;
+      row.setAttribute("aria-rowindex", i + 2);
+      row.setAttribute("aria-selected", i === this.chosen);
+      rows.push(row);
+    }
+    this.body.replaceChildren(this.space(first), ...rows, this.space(this.count - end));
+  }
+
+  space(count) {
+    const cell = make("td");
+    cell.style.height = `${count * rowHeight}px`;
+    return make("tr", { className: "space", role: "presentation", hidden: count === 0 }, cell);
+  }
+
+  handleKey(event) {
+    const page = Math.max(1, Math.floor(this.element.clientHeight / rowHeight) - 2);
+    const steps = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page,
+                    Home: -this.count, End: this.count };
+    if (event.key === "Enter" && this.chosen >= 0 && event.target === this.grid) {
+      this.onOpen();
+    } else if (event.key in steps && !event.ctrlKey && !event.altKey && !event.metaKey) {
+      const row = Math.min(this.count - 1, Math.max(0, this.chosen + steps[event.key]));
+      if (this.count > 0) {
+        this.onMove(row);
+      }
+    } else {
+      return;
+    }
+    event.preventDefault();
+  }
+}
+

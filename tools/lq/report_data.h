@@ -1,0 +1,16 @@
+// What the report's page shows, as the JSON document that its script reads.
+#pragma once
+
+#include <string>
+
+#include "host/model/project.h"
+#include "tools/lq/output.h"
+#include "tools/lq/table_input.h"
+
+namespace lq::tool {
+
+// `path` names the input, `project` is what was read from it, if it is a project. What is damaged
+// becomes a message and changes the status.
+Json ReportData(const std::string& path, TableInput& input, const host::Project& project);
+
+}  // namespace lq::tool
