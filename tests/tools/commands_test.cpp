@@ -49,6 +49,9 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"scan bad.st", "bad.st:2:1: is not text: "},
              Case{"scan missing.st", "lq: missing.st: cannot be opened"},
              Case{"show folder", "lq: folder: is a folder, not a file"},
+             Case{"report $EXAMPLES/plant/plant.xml", "--output is required"},
+             Case{"report short.lqt -o page.html", "lq: short.lqt: no image of tables: "},
+             Case{"report $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
              Case{"show short.lqt", "lq: short.lqt: no image of tables: it ends before the length"},
              Case{"show long.lqt", "lq: long.lqt: no image of tables: "},
              Case{"show behind.lqt", "lq: behind.lqt: no image of tables: 1 bytes lie behind"},
@@ -276,7 +279,7 @@ TEST(Help, TheVersionIsOneLine) {
 
 TEST(Help, EveryCommandHasAnExample) {
     for (const char* command :
-         {"translate", "show", "scan", "value", "pou", "fb", "tasks", "types"}) {
+         {"translate", "show", "report", "scan", "value", "pou", "fb", "tasks", "types"}) {
         const Outcome outcome = RunLq(std::string(command) + " --help");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, StartsWith(std::string("Example:\n  lq ") + command));

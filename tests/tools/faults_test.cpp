@@ -49,8 +49,8 @@ TEST(Faults, TheDeviceIsFull) {
     const Outcome image = RunLq("translate large.xml -o /dev/full");
     ExpectFailure(image, "/dev/full: cannot be written: No space left", "image");
     for (const std::string arguments :
-         {"translate large.xml", "translate large.xml -o -", "show large.xml",
-          "show large.xml --json", "scan large.xml", "types",
+         {"translate large.xml", "translate large.xml -o -", "report large.xml -o -",
+          "show large.xml", "show large.xml --json", "scan large.xml", "types",
           "pou $EXAMPLES/plant/plant.xml Mixing --json", "--help"}) {
         ExpectFailure(RunShell("\"$LQ\" " + arguments + " >/dev/full"), "standard output",
                       arguments);
@@ -181,6 +181,7 @@ TEST(Faults, TheReaderIsGone) {
              "\"$LQ\" fb plant.xml Mixing stirring",
              "\"$LQ\" value 1",
              "\"$LQ\" types",
+             "\"$LQ\" report plant.xml -o -",
              "\"$LQ\" --help",
              // A parent process may have set broken pipes aside.
              "trap '' PIPE; \"$LQ\" types",

@@ -30,6 +30,7 @@ struct LinkTraits {
 };
 constexpr LinkTraits kLinks[] = {
     {CgTab::TAB_DBG, "unit", "unit", CgTab::TAB_POU},
+    {CgTab::TAB_POU, "first component", "start", CgTab::TAB_CMP},
     {CgTab::TAB_CMP, "unit", "unit", CgTab::TAB_POU},
     {CgTab::TAB_CMP, "global", "scope", CgTab::TAB_GLB},
     {CgTab::TAB_CMP, "array", "type", CgTab::TAB_ARR},
@@ -134,9 +135,18 @@ class ReportWriter {
         const bool isExternal =
             line.global >= 0 && line.global < static_cast<int32_t>(globals_.size());
         const LineParts& own = isExternal ? PartsOf(CgTab::TAB_GLB, globals_, line.global) : line;
-        return {{"unit", UnitOf(id, row)}, {"global", line.global},
-                {"address", own.address},  {"initial value", own.constant},
-                {"array", own.array},      {"type name", type ? type->name : kNone}};
+        return {{"unit", UnitOf(id, row)},
+                {"first component", FirstComponentOf(id, row)},
+                {"global", line.global},
+                {"address", own.address},
+                {"initial value", own.constant},
+                {"array", own.array},
+                {"type name", type ? type->name : kNone}};
+    }
+
+    static int32_t FirstComponentOf(CgTab::TAB_ID id, const Json& row) {
+        const bool hasSome = id == CgTab::TAB_POU && row.at("start") < row.at("end");
+        return hasSome ? row.at("start").get<int32_t>() : kNone;
     }
 
     int32_t UnitOf(CgTab::TAB_ID id, const Json& row) const {

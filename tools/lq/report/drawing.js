@@ -5,6 +5,7 @@ const stripeHeight = 9;
 const stripeGap = 2;
 const blockGap = 8;
 const nodeGap = 14;  // in front of the first block of a node
+const partKinds = ["head", "key", "name", "data", "user"];
 const gutter = 76;   // for the blocks' numbers
 
 const stripesOfBlock = report.blockSize / stripeBytes;
@@ -51,8 +52,10 @@ function prepare(canvas, width, height) {
 }
 
 class FileDrawing {
-  constructor(table, onPick) {
+  // Of a set of `shown` rows the others are drawn faintly; null for all.
+  constructor(table, shown, onPick) {
     this.table = table;
+    this.shown = shown;
     this.onPick = onPick;
     this.chosen = -1;
     this.canvas = make("canvas", { role: "img", "aria-label": this.summary() });
@@ -83,15 +86,21 @@ class FileDrawing {
 
   choose(row) {
     this.chosen = row;
-    if (row >= 0) {
-      const top = stripeTop(positionOf(this.table, row));
-      const { scrollTop, clientHeight } = this.scroller;
-      if (top < scrollTop || top + stripeHeight > scrollTop + clientHeight) {
-        this.scroller.scrollTop = top - clientHeight / 2;
-      }
-    }
     this.describe(row);
     this.draw();
+    this.reveal(row >= 0 ? row : this.firstShown());
+  }
+
+  firstShown() {
+    return this.shown ? (this.shown.values().next().value ?? -1) : -1;
+  }
+
+  reveal(row) {
+    const top = row >= 0 ? stripeTop(positionOf(this.table, row)) : 0;
+    const { scrollTop, clientHeight } = this.scroller;
+    if (row >= 0 && (top < scrollTop || top + stripeHeight > scrollTop + clientHeight)) {
+      this.scroller.scrollTop = top - clientHeight / 2;
+    }
   }
 
   describe(row) {
@@ -157,12 +166,13 @@ class FileDrawing {
   drawLines(context, from, to) {
     const { table } = this;
     const colors = Object.fromEntries(
-      ["head", "key", "name", "data", "user"].map((kind) => [kind, color(kind)]));
+      partKinds.map((kind) => [kind, color(kind)]));
     for (let row = Math.max(0, lastRowUpTo(table, from)); row < table.rows.length; ++row) {
       let at = positionOf(table, row);
       if (at >= to) {
         break;
       }
+      context.globalAlpha = !this.shown || this.shown.has(row) ? 1 : 0.3;
       for (const part of partsOf(table, row)) {
         context.fillStyle = colors[part.kind];
         this.eachStripe(at, at + part.bytes, (x, y, width) =>
@@ -170,6 +180,7 @@ class FileDrawing {
         at += part.bytes;
       }
     }
+    context.globalAlpha = 1;
     if (table.end < table.bytes) {
       context.fillStyle = color("bad");
       this.eachStripe(Math.max(from, table.end), Math.min(to, table.bytes), (x, y, width) =>
@@ -205,9 +216,8 @@ function legend() {
 const chainsHeight = 44;
 
 function indexSummary(index) {
-  const entries = index.lengths.reduce((sum, length) => sum + length, 0);
   const longest = index.lengths.reduce((most, length) => Math.max(most, length), 0);
-  return { entries, longest, used: index.lengths.length };
+  return { longest, used: index.lengths.length };
 }
 
 // Chain lengths in classes that double: 1, 2, 3-4, 5-8 ...
@@ -222,17 +232,17 @@ function chainClasses(index) {
   return Array.from(classes, (entry, number) => {
     const first = number === 0 ? 1 : 2 ** (number - 1) + 1;
     const last = 2 ** number;
-    return { title: first === last ? `${last}` : `${first}–${last}`, chains: 0, entries: 0, ...entry };
-  });
+    return entry && { title: first === last ? `${last}` : `${first}–${last}`, ...entry };
+  }).filter(Boolean);
 }
 
 class ChainsDrawing {
   constructor(table) {
     this.index = table.index;
-    const { entries, longest, used } = indexSummary(table.index);
+    const { longest, used } = indexSummary(table.index);
     this.longest = longest;
-    const text = `${plural(entries, "line")} in ${formatNumber(used)} of ` +
-      `${plural(table.index.size, "chain")}, the longest of ${formatNumber(longest)}`;
+    const text = `${formatNumber(used)} of ${plural(table.index.size, "chain")}, ` +
+      `longest ${formatNumber(longest)}`;
     this.canvas = make("canvas", { role: "img", "aria-label": `Chain lengths along the index: ${text}` });
     this.place = make("div", { className: "chains" }, this.canvas);
     this.element = make("figure", { className: "index" },
@@ -277,33 +287,48 @@ class ChainsDrawing {
   }
 }
 
-// A table's whole file in one strip: its lines' parts as far as they can be told apart.
+// A table's whole file in one strip. Every column of pixels shows what its bytes are: the share of a
+// kind is its share of the height.
 function stripOf(table) {
+  const height = 12;
   const canvas = make("canvas", { className: "strip", "aria-hidden": "true" });
   const draw = () => {
     const width = canvas.parentElement?.clientWidth ?? 0;
-    if (width <= 0 || table.bytes === 0) {
-      return;
-    }
-    const context = prepare(canvas, width, 12);
-    const scale = width / (blockCount(table) * report.blockSize);
+    const context = prepare(canvas, width, height);
+    const perColumn = (blockCount(table) * report.blockSize) / Math.max(1, width);
     context.fillStyle = color("free");
-    context.fillRect(0, 0, width, 12);
-    let drawnTo = -1;
-    for (let row = 0; row < table.rows.length; ++row) {
-      let at = positionOf(table, row);
-      if (Math.floor((at + sizeOf(table, row)) * scale) === drawnTo) {
-        continue;  // within a pixel that is drawn
+    context.fillRect(0, 0, width, height);
+    const counts = countKinds(table, width, perColumn);
+    const tops = new Float64Array(width);
+    partKinds.forEach((kind, k) => {
+      context.fillStyle = color(kind);
+      for (let x = 0; x < width; ++x) {
+        const share = (height * counts[k][x]) / perColumn;
+        context.fillRect(x, tops[x], 1, share);
+        tops[x] += share;
       }
-      for (const part of partsOf(table, row)) {
-        context.fillStyle = color(part.kind);
-        context.fillRect(at * scale, 0, Math.max(part.bytes * scale, 0.5), 12);
-        at += part.bytes;
-      }
-      drawnTo = Math.floor(at * scale);
-    }
+    });
   };
   requestAnimationFrame(draw);
   return canvas;
+}
+
+// The bytes of every kind of part in each column of `perColumn` bytes.
+function countKinds(table, width, perColumn) {
+  const counts = partKinds.map(() => new Float64Array(width));
+  for (let row = 0; row < table.rows.length; ++row) {
+    let at = positionOf(table, row);
+    for (const part of partsOf(table, row)) {
+      const count = counts[partKinds.indexOf(part.kind)];
+      const end = at + part.bytes;
+      while (at < end) {
+        const column = Math.floor(at / perColumn);
+        const next = Math.min(end, Math.max((column + 1) * perColumn, at + 1e-6));
+        count[column] += next - at;
+        at = next;
+      }
+    }
+  }
+  return counts;
 }
 

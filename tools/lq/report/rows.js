@@ -4,8 +4,9 @@ const rowHeight = 27;  // as in the style
 const overscan = 8;    // rows beyond each edge
 
 class RowList {
-  // `renderRow(i)` makes the element of a row. `onMove(i)` is told which row the keys lead to.
-  constructor({ label, head, renderRow, onMove, onOpen }) {
+  // `renderRow(i)` makes the element of a row. `onMove(i)` is told which row the keys lead to, `onOpen()`
+  // that the chosen one is wanted, and `onResize(width)` how much room there is.
+  constructor({ label, head, renderRow, onMove, onOpen, onResize }) {
     this.renderRow = renderRow;
     this.onMove = onMove;
     this.onOpen = onOpen;
@@ -16,7 +17,10 @@ class RowList {
     this.element = make("div", { className: "rows" }, this.grid);
     this.element.addEventListener("scroll", () => this.draw(), { passive: true });
     this.grid.addEventListener("keydown", (event) => this.handleKey(event));
-    new ResizeObserver(() => this.draw()).observe(this.element);
+    new ResizeObserver(() => {
+      onResize(this.element.clientWidth);
+      this.draw();
+    }).observe(this.element);
   }
 
   show(count, chosen) {

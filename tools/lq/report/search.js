@@ -2,10 +2,12 @@
 
 const mostFound = 200;
 
-// What can be found: name in lower case, table and row.
+// What can be found: name in lower case, table and row; first of all the tables that are asked for
+// most.
 function searchEntries() {
   const entries = [];
-  for (const table of tables) {
+  const first = ["units", "globals", "components"].map((name) => tableNamed.get(name));
+  for (const table of new Set([...first, ...tables])) {
     for (let row = 0; row < table.rows.length; ++row) {
       const name = table.rows[row][table.nameColumn];
       if (table.name !== "debug" && name) {
@@ -82,9 +84,13 @@ class Search {
     this.activate(this.found.length > 0 ? 0 : -1);
   }
 
-  option({ table, row }, i) {
+  option({ key, table, row }, i) {
+    const name = nameOf(table, row);
+    const wanted = this.input.value.trim();
+    const at = key.indexOf(wanted.toLowerCase());
     return make("li", { role: "option", id: `found-${i}` },
-      make("span", { className: "name" }, nameOf(table, row)),
+      make("span", { className: "name" }, name.slice(0, at),
+        make("mark", {}, name.slice(at, at + wanted.length)), name.slice(at + wanted.length)),
       make("span", { className: "what" }, describe(table, row)),
       make("span", { className: "where" }, table.name),
       make("span", { className: "pos" }, String(positionOf(table, row))));

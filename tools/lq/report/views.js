@@ -81,6 +81,10 @@ function refusedTable() {
 
 const monospaced = ["type", "address", "initial", "text", "value"];
 
+function isMonospaced(column, i) {
+  return i === 0 || monospaced.includes(column.title);
+}
+
 // A cell's text, as the link that belongs to it. A type with two links has one on its array and one
 // on the type's name; of a qualified name the unit's part is the link.
 function cellContent(table, row, column) {
@@ -100,17 +104,35 @@ function cellContent(table, row, column) {
   return [anchor(links[0], text)];
 }
 
-// The widths of columns in percent, by what is in them.
+// The widths of columns in pixels: what the title needs, and what the longest text would.
 function columnWidths(table) {
-  const widths = table.columns.map((column, i) => {
-    let widest = column.title.length;
+  const context = make("canvas").getContext("2d");
+  const widthOf = (text, font) => {
+    context.font = font;
+    return context.measureText(text).width + 26;
+  };
+  return table.columns.map((column, i) => {
+    let longest = "";
     for (const row of table.rows) {
-      widest = Math.max(widest, cellText(row[i]).length);
+      const text = cellText(row[i]);
+      longest = text.length > longest.length ? text : longest;
     }
-    return Math.min(widest, column.isName ? 30 : 24) + 3;
+    const family = color(isMonospaced(column, i) ? "mono" : "sans");
+    const least = widthOf(column.title, `13.5px ${color("sans")}`) + (i === 0 ? 10 : 0);
+    const wanted = widthOf(longest, `${column.isName ? "600 " : ""}13.5px ${family}`);
+    return { least, wanted: Math.max(least, Math.min(wanted + (i === 0 ? 10 : 0), 280)) };
   });
-  const whole = widths.reduce((sum, width) => sum + width, 0);
-  return widths.map((width) => (100 * width) / whole);
+}
+
+// Numbers are whole, and so are names if they are not long; the others share what these leave, by what
+// they want beyond the least.
+function fitColumns(table, widths, available) {
+  const isWhole = (i) => table.columns[i].isNumber || table.columns[i].isName;
+  const least = (i) => (isWhole(i) ? Math.min(widths[i].wanted, 220) : widths[i].least);
+  const sum = (amount) => widths.reduce((total, _, i) => total + amount(i), 0);
+  const beyond = (i) => (table.columns[i].isNumber ? 0 : widths[i].wanted - least(i) + 1);
+  const share = Math.max(0, available - sum(least)) / Math.max(1, sum(beyond));
+  return widths.map((_, i) => least(i) + beyond(i) * share);
 }
 
 // Shows one table; stays while others of its lines are chosen.
@@ -125,6 +147,7 @@ class TableView {
       head: this.head(),
       renderRow: (i) => this.renderRow(this.rowOf(i)),
       onMove: (i) => this.pick(this.rowOf(i), true),
+      onResize: (width) => this.fit(width),
       onOpen: () => document.getElementById("details").focus(),
     });
     this.list.body.addEventListener("click", (event) => {
@@ -133,7 +156,7 @@ class TableView {
         this.pick(Number(row.dataset.row), false);
       }
     });
-    this.file = new FileDrawing(table, (row) => this.pick(row, false));
+    this.file = new FileDrawing(table, this.shown ? new Set(this.shown) : null, (row) => this.pick(row, false));
     this.content = [
       make("header", { className: "title" }, make("h1", {}, table.name), this.filterNote(),
         table.end < table.bytes
@@ -155,8 +178,8 @@ class TableView {
   filterNote() {
     const { filter, table } = this;
     return filter === null ? null : make("p", { className: "filter" },
-      `${plural(this.shown.length, "line")} with `, make("span", {}, `${filter.table.name} `),
-      linkTo(filter.table, filter.row), " ",
+      `${plural(this.shown.length, "line")} of `, linkTo(filter.table, filter.row),
+      make("span", { className: "what" }, ` in ${filter.table.name}`),
       make("a", { className: "clear", href: addressOf(table) }, "Show all"));
   }
 
@@ -182,10 +205,15 @@ class TableView {
   head() {
     const head = columnHeads(this.table.columns.map((column) => column.title),
       this.table.columns.filter((column) => column.isNumber).map((column) => column.title));
-    columnWidths(this.table).forEach((width, i) => {
-      head.rows[0].cells[i].style.width = `${width}%`;
-    });
+    this.widths = columnWidths(this.table);
+    this.heads = [...head.rows[0].cells];
     return head;
+  }
+
+  fit(available) {
+    fitColumns(this.table, this.widths, available).forEach((width, i) => {
+      this.heads[i].style.width = `${width}px`;
+    });
   }
 
   renderRow(row) {
@@ -193,9 +221,10 @@ class TableView {
     return make("tr", { "data-row": row }, table.columns.map((column, i) => {
       const classes = [column.isNumber ? "number" : "", i === 0 ? "pos" : "",
                        column.isName ? "name" : "",
-                       monospaced.includes(column.title) ? "mono" : ""];
+                       isMonospaced(column, i) ? "mono" : "",
+                       column.title === "scope" ? "scope" : ""];
       const text = cellText(table.rows[row][i]);
-      return make("td", { className: classes.join(" ").trim(), title: text.length > 28 ? text : "" },
+      return make("td", { className: classes.join(" ").trim(), title: text.length > 12 ? text : "" },
         cellContent(table, row, i));
     }));
   }
