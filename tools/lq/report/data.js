@@ -59,13 +59,13 @@ function nameOf(table, row) {
 function partsOf(table, row) {
   const start = positionOf(table, row);
   const end = row + 1 < table.rows.length ? positionOf(table, row + 1) : table.end;
-  const name = table.nameBytes[row];
-  const data = end - start - 4 - table.key - name - table.user;
+  const room = Math.max(0, end - start - 4 - table.key - table.user);
+  const name = Math.min(table.nameBytes[row], room);
   return [
     { title: "length", kind: "head", bytes: 4 },
     { title: "key", kind: "key", bytes: table.key },
     { title: "name", kind: "name", bytes: name },
-    { title: "own data", kind: "data", bytes: Math.max(0, data) },
+    { title: "own data", kind: "data", bytes: room - name },
     { title: "user area", kind: "user", bytes: table.user },
   ].filter((part) => part.bytes > 0);
 }
