@@ -13,9 +13,12 @@ namespace {
 
 using Comparison = int (*)(const void* element, const void* key, uint32_t length);
 
+using Ranking = int64_t (*)(const void* element);
+
 struct TypeTraits {
     uint32_t size;
     Comparison compare;
+    Ranking rank = nullptr;  // of numbers
 };
 
 template <typename T>
@@ -26,11 +29,19 @@ T Load(const void* from) {
 }
 
 template <typename T>
+int64_t RankOf(const void* element) {
+    return Load<T>(element);
+}
+
+template <typename T>
 int CompareNumbers(const void* element, const void* key, uint32_t) {
     const T a = Load<T>(element);
     const T b = Load<T>(key);
     return (a > b) - (a < b);
 }
+
+template <typename T>
+constexpr TypeTraits kNumber = {sizeof(T), CompareNumbers<T>, RankOf<T>};
 
 int CompareBytes(const void* element, const void* key, uint32_t length) {
     return std::memcmp(element, key, length);
@@ -53,8 +64,8 @@ int CompareTexts(const void* element, const void* key, uint32_t) {
 constexpr uint32_t kPointer = sizeof(void*);
 constexpr uint32_t kPointerInInterface = 4;  // the size that callers may give for a pointer
 
-constexpr TypeTraits kUnsigned = {4, CompareNumbers<uint32_t>};
-constexpr TypeTraits kSigned = {4, CompareNumbers<int32_t>};
+constexpr TypeTraits kUnsigned = kNumber<uint32_t>;
+constexpr TypeTraits kSigned = kNumber<int32_t>;
 
 // By LIST_ELEMENT_TYPE.
 constexpr TypeTraits kTraits[] = {
@@ -70,7 +81,7 @@ constexpr TypeTraits kTraits[] = {
     kUnsigned,
     kSigned,
     kSigned,
-    {1, CompareNumbers<signed char>},
+    kNumber<signed char>,
     {kPointer, CompareTexts<chars::CompareNoCase>},
 };
 static_assert(sizeof(kTraits) / sizeof(kTraits[0]) == LET_STRING_NOCASE + 1);
@@ -120,11 +131,19 @@ int ElementFormat::Compare(void* slot, const void* key, uint32_t length) const {
     return TraitsOf(type).compare(slot, key, compared);
 }
 
+bool ElementFormat::HasRank() const {
+    return TraitsOf(type).rank != nullptr;
+}
+
+int64_t ElementFormat::Rank(const void* slot) const {
+    return TraitsOf(type).rank(slot);
+}
+
 uint32_t ElementFormat::Measure(void* slot) const {
     return IsText() ? TextLength(TextIn(slot)) : size;
 }
 
-void ElementFormat::CopyOut(void* slot, void* out) const {
+void ElementFormat::CopyOutAny(void* slot, void* out) const {
     if (!IsText()) {
         std::memcpy(out, slot, size);
         return;
@@ -133,7 +152,7 @@ void ElementFormat::CopyOut(void* slot, void* out) const {
     std::memcpy(out, text, TextLength(text) * sizeof(char16_t));
 }
 
-bool ElementFormat::Write(void* slot, const void* value) const {
+bool ElementFormat::WriteAny(void* slot, const void* value) const {
     if (!value) {
         return true;
     }
@@ -152,11 +171,9 @@ bool ElementFormat::Write(void* slot, const void* value) const {
     return copy != nullptr;
 }
 
-void ElementFormat::Free(void* slot) const {
-    if (IsText()) {
-        Release(TextIn(slot));
-        SetText(slot, nullptr);
-    }
+void ElementFormat::FreeText(void* slot) {
+    Release(TextIn(slot));
+    SetText(slot, nullptr);
 }
 
 }  // namespace lq::containers

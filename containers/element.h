@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "lq_data/containers.h"
 
@@ -21,6 +22,9 @@ struct ElementFormat {
     // Below, equal to or above zero: the element against the key. Of LET_MEMORY `length` bytes; 0
     // or more than the size means all.
     int Compare(void* slot, const void* key, uint32_t length) const;
+    // Whether elements compare as numbers, and the number: the order of ranks is that of Compare.
+    bool HasRank() const;
+    int64_t Rank(const void* slot) const;
     // The element size; for a text its characters with the terminator, 0 for none.
     uint32_t Measure(void* slot) const;
     void CopyOut(void* slot, void* out) const;
@@ -28,6 +32,38 @@ struct ElementFormat {
     bool Write(void* slot, const void* value) const;
     // Frees what the slot owns.
     void Free(void* slot) const;
+
+  private:
+    // Most elements are words, which need no call to be copied: a walk became a third faster.
+    static constexpr uint32_t kWord = 4;
+
+    void CopyOutAny(void* slot, void* out) const;
+    bool WriteAny(void* slot, const void* value) const;
+    static void FreeText(void* slot);
 };
+
+inline void ElementFormat::CopyOut(void* slot, void* out) const {
+    if (size == kWord) {
+        std::memcpy(out, slot, kWord);
+    } else {
+        CopyOutAny(slot, out);
+    }
+}
+
+inline bool ElementFormat::Write(void* slot, const void* value) const {
+    if (size != kWord) {
+        return WriteAny(slot, value);
+    }
+    if (value) {
+        std::memmove(slot, value, kWord);
+    }
+    return true;
+}
+
+inline void ElementFormat::Free(void* slot) const {
+    if (IsText()) {
+        FreeText(slot);
+    }
+}
 
 }  // namespace lq::containers

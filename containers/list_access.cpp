@@ -1,27 +1,6 @@
 #include "containers/list_access.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace lq::containers {
-
-namespace {
-
-// What debugging allocators fill fresh and freed memory with, in either pointer width.
-constexpr uint64_t kFillPatterns[] = {0xCDCDCDCD, 0xDDDDDDDD, 0xCDCDCDCDCDCDCDCD,
-                                      0xDDDDDDDDDDDDDDDD};
-
-}  // namespace
-
-bool ListAccess::IsHandle(const FLIST* list) {
-    const auto address = reinterpret_cast<std::uintptr_t>(list);
-    return list && std::find(std::begin(kFillPatterns), std::end(kFillPatterns), address) ==
-                       std::end(kFillPatterns);
-}
-
-bool ListAccess::IsValid(const FLIST* list) {
-    return IsHandle(list) && list->HasBody();
-}
 
 int ListAccess::CompareUserData(const FLIST* a, const FLIST* b) {
     const bool isValidA = IsValid(a);

@@ -11,10 +11,14 @@ namespace lq::containers {
 struct ListAccess {
     using INSERTION = FLIST::INSERTION;
 
-    // Not null and no fill pattern of a debugging allocator.
-    static bool IsHandle(const FLIST* list);
+    // Not null and no fill pattern of a debugging allocator, in either pointer width.
+    static bool IsHandle(const FLIST* list) {
+        const auto address = reinterpret_cast<std::uintptr_t>(list);
+        return address != 0 && address != 0xCDCDCDCD && address != 0xDDDDDDDD &&
+               address != 0xCDCDCDCDCDCDCDCD && address != 0xDDDDDDDDDDDDDDDD;
+    }
     // A handle whose list has a body.
-    static bool IsValid(const FLIST* list);
+    static bool IsValid(const FLIST* list) { return IsHandle(list) && list->HasBody(); }
 
     static ElementFormat FormatOf(const CGList& body) { return {body.type_, body.elementSize_}; }
 

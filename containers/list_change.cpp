@@ -74,7 +74,7 @@ FLIST::PLACE FLIST::PlaceByFunction(const void* key, LIST_CALLBACK function, int
 }
 
 FLIST::INSERTION FLIST::Link(const PLACE& place, const void* value) {
-    CNode* const node = body_->NewNode(place.node->prev, place.node);
+    CNode* const node = body_->CGList::NewNode(place.node->prev, place.node);
     if (!node) {
         return {nullptr, 0, false};
     }

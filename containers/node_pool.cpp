@@ -9,7 +9,7 @@ LQ_IMPLEMENT_DYNAMIC(CGList, CObject, &CGList::CreateObject)
 namespace {
 
 constexpr int kDefaultBlockSize = 20;
-constexpr int kDefaultDataSize = 4;
+constexpr uint32_t kDefaultDataSize = 4;
 
 constexpr std::size_t RoundUp(std::size_t n, std::size_t unit) {
     return (n + unit - 1) / unit * unit;
@@ -71,7 +71,11 @@ CGList::CNode* CGList::NewNode(CNode* prev, CNode* next) {
     free_ = node->next;
     node->prev = prev;
     node->next = next;
-    std::memset(node->Data(), 0, dataSize_);
+    if (dataSize_ == kDefaultDataSize) {
+        std::memset(node->Data(), 0, kDefaultDataSize);  // without a call
+    } else {
+        std::memset(node->Data(), 0, dataSize_);
+    }
     ++nodeCount_;
     return node;
 }
