@@ -13,10 +13,11 @@ namespace {
 namespace chars = lq::chars;
 
 constexpr uint32_t kFirstSlots = 32;
+constexpr uint32_t kNoHash = 0;  // of an empty slot
 constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
 constexpr std::size_t kStep = sizeof(uint64_t) / sizeof(char16_t);
 
-// Four characters, at the end fewer and zeros.
+// Four characters, or fewer and zeros.
 uint64_t Load(const char16_t* text, std::size_t count) {
     uint64_t word = 0;
     std::memcpy(&word, text, count * sizeof(char16_t));
@@ -47,13 +48,28 @@ uint64_t Mix(uint64_t hash, uint64_t word) {
     return hash ^ hash >> 32;
 }
 
+// The words are those from the start and the last four characters, which may overlap them. Two
+// words go side by side, as a multiplication waits for the one before it.
 template <typename Convert>
 uint32_t MixedHash(const char16_t* text, std::size_t length, Convert convert) {
+    const auto word = [&](const char16_t* at) { return convert(Load(at, kStep)); };
     uint64_t hash = length;
-    for (; length > kStep; text += kStep, length -= kStep) {
-        hash = Mix(hash, convert(Load(text, kStep)));
+    uint64_t other = 0;
+    if (length < kStep) {
+        other = convert(Load(text, length));
+    } else {
+        const char16_t* const last = text + length - kStep;
+        for (; last - text > static_cast<std::ptrdiff_t>(kStep); text += 2 * kStep) {
+            hash = Mix(hash, word(text));
+            other = Mix(other, word(text + kStep));
+        }
+        if (text < last) {
+            hash = Mix(hash, word(text));
+        }
+        other ^= word(last);
     }
-    return static_cast<uint32_t>(Mix(hash, convert(Load(text, length))));
+    const auto mixed = static_cast<uint32_t>(Mix(Mix(hash, other), 0));
+    return mixed != kNoHash ? mixed : ~kNoHash;
 }
 
 }  // namespace
@@ -69,24 +85,23 @@ HashTable::KEY HashTable::KeyOf(const char16_t* text) const {
     return {text, static_cast<uint32_t>(length), hash};
 }
 
-bool HashTable::Matches(const SLOT& slot, const KEY& key) const {
-    const CAssoc* const entry = slot.entry;
-    if (slot.hash != key.hash || entry->length != key.length) {
+bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
+    if (entry.length != key.length) {
         return false;
     }
     const std::size_t bytes = key.length * sizeof(char16_t);
-    return std::memcmp(entry->key, key.text, bytes) == 0 ||
-           (!caseSensitive_ && chars::EqualNoCase(entry->key, key.text));
+    return std::memcmp(entry.key, key.text, bytes) == 0 ||
+           (!caseSensitive_ && chars::EqualNoCase(entry.key, key.text));
 }
 
 // The key's slot, or the empty one where it belongs. There must be slots.
-HashTable::SLOT* HashTable::SlotOf(const KEY& key) const {
+uint32_t HashTable::SlotOf(const KEY& key) const {
     const uint32_t mask = slotCount_ - 1;
     uint32_t at = key.hash & mask;
-    while (slots_[at].entry && !Matches(slots_[at], key)) {
+    while (hashes_[at] != kNoHash && (hashes_[at] != key.hash || !Matches(*newest_[at], key))) {
         at = (at + 1) & mask;
     }
-    return &slots_[at];
+    return at;
 }
 
 // Room for one more key; false and no change when memory is short. A quarter of the slots at least
@@ -95,68 +110,101 @@ bool HashTable::ReserveSlot() {
     if (!hasDirectory_ || keyCount_ + 1 <= slotCount_ / 4 * 3) {
         return true;
     }
+    constexpr std::size_t kSlotBytes = sizeof(*newest_) + sizeof(*hashes_);
     const uint32_t grownCount = slotCount_ == 0 ? kFirstSlots : slotCount_ * 2;
-    SLOT* const grown = grownCount != 0 ? lq::AllocateArray<SLOT>(grownCount) : nullptr;
-    if (!grown) {
+    void* const block = grownCount != 0 ? lq::Allocate(grownCount * kSlotBytes) : nullptr;
+    if (!block) {
         return false;
     }
-    for (uint32_t i = 0; i < grownCount; ++i) {
-        grown[i] = {};
-    }
+    auto* const newest = static_cast<CAssoc**>(block);
+    auto* const hashes = reinterpret_cast<uint32_t*>(newest + grownCount);
+    std::memset(hashes, 0, grownCount * sizeof(*hashes));
+    static_assert(kNoHash == 0);
     for (uint32_t i = 0; i < slotCount_; ++i) {
-        uint32_t at = slots_[i].hash & (grownCount - 1);
-        while (slots_[i].entry && grown[at].entry) {
+        if (hashes_[i] == kNoHash) {
+            continue;
+        }
+        uint32_t at = hashes_[i] & (grownCount - 1);
+        while (hashes[at] != kNoHash) {
             at = (at + 1) & (grownCount - 1);
         }
-        if (slots_[i].entry) {
-            grown[at] = slots_[i];
-        }
+        newest[at] = newest_[i];
+        hashes[at] = hashes_[i];
     }
-    lq::Release(slots_);
-    slots_ = grown;
+    lq::Release(newest_);
+    newest_ = newest;
+    hashes_ = hashes;
     slotCount_ = grownCount;
     return true;
 }
 
 // Closes the gap: what lies behind it and may lie in it moves up.
-void HashTable::FreeSlot(SLOT* slot) {
+void HashTable::FreeSlot(uint32_t slot) {
     const uint32_t mask = slotCount_ - 1;
-    auto gap = static_cast<uint32_t>(slot - slots_);
-    for (uint32_t at = (gap + 1) & mask; slots_[at].entry; at = (at + 1) & mask) {
-        const uint32_t fromHome = (at - slots_[at].hash) & mask;
+    uint32_t gap = slot;
+    for (uint32_t at = (gap + 1) & mask; hashes_[at] != kNoHash; at = (at + 1) & mask) {
+        const uint32_t fromHome = (at - hashes_[at]) & mask;
         if (fromHome >= ((at - gap) & mask)) {
-            slots_[gap] = slots_[at];
+            newest_[gap] = newest_[at];
+            hashes_[gap] = hashes_[at];
             gap = at;
         }
     }
-    slots_[gap] = {};
+    hashes_[gap] = kNoHash;
     --keyCount_;
 }
 
 void HashTable::DropDirectory() {
-    lq::Release(slots_);
-    slots_ = nullptr;
+    lq::Release(newest_);
+    newest_ = nullptr;
+    hashes_ = nullptr;
     slotCount_ = 0;
     keyCount_ = 0;
     hasDirectory_ = false;
 }
 
+HashTable::CAssoc* HashTable::NewestOf(const KEY& key) const {
+    const uint32_t slot = SlotOf(key);
+    return hashes_[slot] != kNoHash ? newest_[slot] : nullptr;
+}
+
+void HashTable::EnterInDirectory(const KEY& key, CAssoc* entry) {
+    const uint32_t slot = SlotOf(key);
+    const bool isNew = hashes_[slot] == kNoHash;
+    entry->older = isNew ? nullptr : newest_[slot];
+    keyCount_ += isNew ? 1 : 0;
+    newest_[slot] = entry;
+    hashes_[slot] = key.hash;
+}
+
+// `newer`: the entry of the same key that came next; null for the newest.
+void HashTable::RemoveFromDirectory(const KEY& key, const CAssoc* entry, CAssoc* newer) {
+    if (newer) {
+        newer->older = entry->older;
+    } else if (entry->older) {
+        newest_[SlotOf(key)] = entry->older;
+    } else {
+        FreeSlot(SlotOf(key));
+    }
+}
+
 bool HashTable::CheckDirectory() const {
     uint32_t keys = 0;
     int32_t listed = 0;
-    for (uint32_t i = 0; i < slotCount_; ++i) {
-        const SLOT& slot = slots_[i];
-        keys += slot.entry ? 1 : 0;
-        for (const CAssoc* entry = slot.entry; entry; entry = entry->older) {
+    for (uint32_t slot = 0; slot < slotCount_; ++slot) {
+        if (hashes_[slot] == kNoHash) {
+            continue;
+        }
+        ++keys;
+        const CAssoc* const newest = newest_[slot];
+        for (const CAssoc* entry = newest; entry; entry = entry->older) {
             const KEY key = KeyOf(entry->key);
-            if (++listed > count_ || entry->length != key.length || entry->hash != key.hash ||
-                slot.hash != key.hash || SlotOf(key) != &slot ||
-                FindInChain(entry->next, entry->key) != entry->older) {
+            if (++listed > count_ || entry->length != key.length || hashes_[slot] != key.hash ||
+                SlotOf(key) != slot || FindInChain(entry->next, entry->key) != entry->older) {
                 return false;
             }
         }
-        if (slot.entry &&
-            FindInChain(buckets_[slot.entry->bucket], slot.entry->key) != slot.entry) {
+        if (FindInChain(buckets_[newest->bucket], newest->key) != newest) {
             return false;
         }
     }

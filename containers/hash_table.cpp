@@ -35,30 +35,17 @@ constexpr std::array<uint8_t, kShifts> kShiftTable = MakeShiftTable();
 template <typename Convert>
 uint32_t Hash(const char16_t* key, Convert convert) {
     uint32_t hash = 0;
-    std::size_t shift = 0;
-    const auto mix = [&](uint32_t byte) {
-        hash ^= byte << kShiftTable[shift];
-        shift = (shift + 1) % kShifts;
-    };
-    for (uint32_t c = convert(*key); c != 0;) {
+    std::size_t at = 0;
+    for (uint32_t c = convert(*key); c != 0; at = (at + 2) % kShifts) {
         const uint32_t next = convert(*++key);
-        mix(c & 0xFF);
+        hash ^= (c & 0xFF) << kShiftTable[at];
         if ((c >> 8) == 0 && (next & 0xFF) == 0) {
             break;
         }
-        mix(c >> 8);
+        hash ^= (c >> 8) << kShiftTable[at + 1];
         c = next;
     }
     return hash;
-}
-
-// At most `limit` + 1.
-std::size_t LengthUpTo(const char16_t* text, std::size_t limit) {
-    std::size_t n = 0;
-    while (n <= limit && text[n] != 0) {
-        ++n;
-    }
-    return n;
 }
 
 // The position before the first entry.
@@ -108,11 +95,12 @@ void HashTable::RemoveAll() {
     DeleteBlocks();
 }
 
-uint32_t HashTable::FullHash(const char16_t* key) const {
-    if (!key || LengthUpTo(key, kMaxHashedLength) > kMaxHashedLength) {
+uint32_t HashTable::FullHash(const KEY& key) const {
+    if (!key.text || key.length > kMaxHashedLength) {
         return 0;
     }
-    return caseSensitive_ ? Hash(key, [](char16_t c) { return c; }) : Hash(key, chars::ToUpper);
+    return caseSensitive_ ? Hash(key.text, [](char16_t c) { return c; })
+                          : Hash(key.text, chars::ToUpper);
 }
 
 bool HashTable::IsEqual(const char16_t* a, const char16_t* b) const {
@@ -127,16 +115,16 @@ HashTable::CAssoc* HashTable::FindInChain(CAssoc* entry, const char16_t* key) co
 }
 
 HashTable::CAssoc* HashTable::GetAssocAt(const char16_t* key, unsigned int& bucket) const {
-    bucket = HashIndex(key);
-    return Find(KeyOf(key));
+    const KEY wanted = KeyOf(key);
+    bucket = HashIndex(wanted);
+    return Find(wanted);
 }
 
 HashTable::CAssoc* HashTable::Find(const KEY& key) const {
     if (!key.text || count_ == 0) {
         return nullptr;
     }
-    return hasDirectory_ ? SlotOf(key)->entry
-                         : FindInChain(buckets_[HashIndex(key.text)], key.text);
+    return hasDirectory_ ? NewestOf(key) : FindInChain(buckets_[HashIndex(key)], key.text);
 }
 
 int HashTable::Lookup(const char16_t* key, uint32_t& value) const {
@@ -203,14 +191,11 @@ HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value) {
     if (!entry) {
         return nullptr;
     }
-    entry->bucket = HashIndex(key.text);
+    entry->bucket = HashIndex(key);
     entry->next = buckets_[entry->bucket];
     buckets_[entry->bucket] = entry;
     if (hasDirectory_) {
-        SLOT* const slot = SlotOf(key);
-        entry->older = slot->entry;
-        keyCount_ += slot->entry ? 0 : 1;
-        *slot = {entry, key.hash};
+        EnterInDirectory(key, entry);
     }
     return entry;
 }
@@ -240,13 +225,7 @@ int HashTable::RemoveFirst(const char16_t* text, const uint32_t* value) {
     }
     Unchain(entry);
     if (hasDirectory_) {
-        if (newer) {
-            newer->older = entry->older;
-        } else if (entry->older) {
-            SlotOf(key)->entry = entry->older;
-        } else {
-            FreeSlot(SlotOf(key));
-        }
+        RemoveFromDirectory(key, entry, newer);
     }
     ReturnEntry(entry);
     return 1;
@@ -320,7 +299,6 @@ HashTable::CAssoc* HashTable::TakeEntry(const KEY& key, uint32_t value) {
     }
     std::memcpy(entry->key, key.text, size * sizeof(char16_t));
     entry->value = value;
-    entry->hash = key.hash;
     entry->length = key.length;
     return entry;
 }
@@ -354,7 +332,8 @@ bool HashTable::Check() const {
     std::size_t chained = 0;
     for (uint32_t bucket = 0; buckets_ && bucket < size_; ++bucket) {
         for (const CAssoc* entry = buckets_[bucket]; entry; entry = entry->next) {
-            if (++chained > total || entry->bucket != bucket || HashIndex(entry->key) != bucket) {
+            if (++chained > total || entry->bucket != bucket ||
+                HashIndex(KeyOf(entry->key)) != bucket) {
                 return false;
             }
         }

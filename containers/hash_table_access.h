@@ -10,10 +10,10 @@ namespace lq::containers {
 struct HashTableAccess {
     static bool Check(const HashTable& table) { return table.Check(); }
     static uint32_t HashIndex(const HashTable& table, const char16_t* key) {
-        return table.HashIndex(key);
+        return table.HashIndex(table.KeyOf(key));
     }
     static uint32_t FullHash(const HashTable& table, const char16_t* key) {
-        return table.FullHash(key);
+        return table.FullHash(table.KeyOf(key));
     }
     static uint32_t BlockCount(const CMemBlock& memory) {
         uint32_t n = 0;

@@ -518,9 +518,8 @@ class LQ_DATA_API HashTable : public CMemBlock {
         char16_t* key;  // owned
         uint32_t bucket;
         uint32_t value;
-        uint32_t hash;  // the directory's
         uint32_t length;
-        CAssoc* older;
+        CAssoc* older;  // of the same key
     };
 
     // 233 buckets, with regard to case.
@@ -589,14 +588,9 @@ class LQ_DATA_API HashTable : public CMemBlock {
         uint32_t length;
         uint32_t hash;
     };
-    // Open addressing: an entry lies at its hash or behind it, without a gap in between.
-    struct SLOT {
-        CAssoc* entry;
-        uint32_t hash;
-    };
 
-    uint32_t FullHash(const char16_t* key) const;
-    uint32_t HashIndex(const char16_t* key) const { return FullHash(key) % size_; }
+    uint32_t FullHash(const KEY& key) const;
+    uint32_t HashIndex(const KEY& key) const { return FullHash(key) % size_; }
     bool IsEqual(const char16_t* a, const char16_t* b) const;
     CAssoc* FindInChain(CAssoc* entry, const char16_t* key) const;
     CAssoc* Find(const KEY& key) const;
@@ -610,10 +604,13 @@ class LQ_DATA_API HashTable : public CMemBlock {
     bool Check() const;
 
     KEY KeyOf(const char16_t* text) const;
-    bool Matches(const SLOT& slot, const KEY& key) const;
-    SLOT* SlotOf(const KEY& key) const;
+    bool Matches(const CAssoc& entry, const KEY& key) const;
+    uint32_t SlotOf(const KEY& key) const;
+    CAssoc* NewestOf(const KEY& key) const;
+    void EnterInDirectory(const KEY& key, CAssoc* entry);
+    void RemoveFromDirectory(const KEY& key, const CAssoc* entry, CAssoc* newer);
     bool ReserveSlot();
-    void FreeSlot(SLOT* slot);
+    void FreeSlot(uint32_t slot);
     void DropDirectory();
     bool CheckDirectory() const;
 
@@ -622,7 +619,10 @@ class LQ_DATA_API HashTable : public CMemBlock {
     uint32_t size_;
     int32_t count_ = 0;
     CAssoc* freeList_ = nullptr;
-    SLOT* slots_ = nullptr;
+    // The directory, open addressing: a key's newest entry lies at its hash or behind it, without a
+    // gap in between. A slot whose hash is 0 is empty. Both arrays lie in one block.
+    CAssoc** newest_ = nullptr;
+    uint32_t* hashes_ = nullptr;
     uint32_t slotCount_ = 0;  // a power of two; 0 before the first insertion
     uint32_t keyCount_ = 0;   // slots in use
     bool hasDirectory_ = true;

@@ -102,7 +102,7 @@ TEST(HashTable, CheckSeesDamage) {
         const char* name;
         void (*damage)(HashTable& table, HashTable::CAssoc& entry);
     } kCases[] = {
-        {"hash", [](HashTable&, HashTable::CAssoc& entry) { ++entry.hash; }},
+        {"length", [](HashTable&, HashTable::CAssoc& entry) { ++entry.length; }},
         {"bucket", [](HashTable&, HashTable::CAssoc& entry) { ++entry.bucket; }},
         {"key of another bucket", [](HashTable&, HashTable::CAssoc& entry) { ++*entry.key; }},
         {"key of another hash", [](HashTable&, HashTable::CAssoc& entry) { *entry.key += 3; }},
