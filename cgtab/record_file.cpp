@@ -127,8 +127,15 @@ int32_t R_FILE::Lseek(int32_t offset, int whence) {
     if (target < 0 || target > end_.pos) {
         return -1;
     }
-    cur_ = Locate(static_cast<int32_t>(target));
-    return cur_.pos;
+    const auto pos = static_cast<int32_t>(target);
+    const int64_t inBlock = target - cur_.pos + cur_.off;
+    if (inBlock >= 0 && inBlock < blockSize_) {  // most stay there: no division for them
+        cur_.pos = pos;
+        cur_.off = static_cast<uint32_t>(inBlock);
+    } else {
+        cur_ = Locate(pos);
+    }
+    return pos;
 }
 
 uint32_t R_FILE::Read(void* buf, uint32_t n) {

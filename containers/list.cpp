@@ -72,11 +72,6 @@ int FLIST::GetUserData(void* to) const {
     return HasBody() && body_->userData_.Get(to) ? 1 : 0;
 }
 
-void FLIST::SetPosition(const PLACE& place) const {
-    body_->current_ = place.node;
-    body_->index_ = place.index;
-}
-
 FLIST::PLACE FLIST::Seek(const void* key, LIST_CALLBACK code, int32_t param) {
     if (!HasBody()) {
         return {};

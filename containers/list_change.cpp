@@ -27,7 +27,7 @@ FLIST::INSERTION FLIST::Insert(const void* value, const void* key, LIST_CALLBACK
             return {found.node, found.index, true};
         }
     }
-    const PLACE place = PlaceOfNew(key, code, param);
+    const PLACE place = code == LC_LAST ? End() : PlaceOfNew(key, code, param);
     return place.node ? Link(place, value) : INSERTION{nullptr, 0, true};
 }
 
@@ -74,6 +74,7 @@ FLIST::PLACE FLIST::PlaceByFunction(const void* key, LIST_CALLBACK function, int
 }
 
 FLIST::INSERTION FLIST::Link(const PLACE& place, const void* value) {
+    // No list's body is of a derived class: the call needs no table.
     CNode* const node = body_->CGList::NewNode(place.node->prev, place.node);
     if (!node) {
         return {nullptr, 0, false};

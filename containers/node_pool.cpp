@@ -64,7 +64,7 @@ bool CGList::Reserve() {
 }
 
 CGList::CNode* CGList::NewNode(CNode* prev, CNode* next) {
-    if (!Reserve()) {
+    if (!free_ && !Reserve()) {
         return nullptr;
     }
     CNode* node = free_;

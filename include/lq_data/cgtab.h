@@ -488,8 +488,10 @@ class LQ_DATA_API CgTab {
     static bool TransLookDcr(LookTyp& look, uint32_t& len, int& nocase);
     int32_t LookLine(TAB_ID id, POS_DSC range, LookTyp& look, int inc);
     int32_t LookLine(TAB_ID id, LookTyp& look, int inc);
-    int32_t WalkLines(TAB_ID id, const POS_DSC& range, const LookTyp& look, uint32_t len,
-                      int nocase, int inc);
+    int32_t WalkLines(TAB_ID id, POS_DSC range, const LookTyp& look, uint32_t len, int nocase,
+                      int inc);
+    static void PassOtherLines(R_FILE& file, const LookTyp& look, uint32_t nameBytes,
+                               POS_DSC& range);
     int32_t LookIndex(TAB_ID id, const POS_DSC& range, const LookTyp& look, int inc);
     bool CountUse(TAB_ID id, int32_t pos, int inc);
     int IsTableHashed(TAB_ID id) const;

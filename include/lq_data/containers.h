@@ -319,7 +319,10 @@ class LQ_DATA_API FLIST : public CObject {
 
     bool HasBody() const { return body_ && body_->IsListCreated(); }
 
-    void SetPosition(const PLACE& place) const;
+    void SetPosition(const PLACE& place) const {
+        body_->current_ = place.node;
+        body_->index_ = place.index;
+    }
     void Rewind() const { SetPosition({body_->head_, 0}); }
     PLACE Locate(const void* key, LIST_CALLBACK code, int32_t param);
     PLACE LocateIndex(uint32_t index) const;
