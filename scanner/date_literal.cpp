@@ -17,6 +17,9 @@ constexpr double kMsPerDay = 86400000.0;
 // A run of digits, possibly empty, which counts as 0. A number beyond 32 bits wraps and loses its
 // sign.
 bool Recogniser::Part(uint32_t& number) {
+    if (ShortDigits(number)) {
+        return true;
+    }
     s_.stringLength = 0;
     if (!CollectDigits(true)) {
         return false;
@@ -50,13 +53,12 @@ bool Recogniser::CalendarDate(bool& isValid) {
 
 bool Recogniser::ClockTime(uint32_t& minutes) {
     uint32_t hours = 0;
-    bool isFraction = false;
+    Amount seconds;
     if (!Part(hours) || !Separator(u':') || !Part(minutes) || !Separator(u':') ||
-        !CollectNumber(isFraction)) {
+        !CollectNumber(seconds)) {
         return false;
     }
-    const double seconds = lq::scanner::ToDouble(s_.valueBuf, s_.stringLength);
-    s_.time.ms = hours * kMsPerHour + minutes * kMsPerMinute + seconds * kMsPerSecond;
+    s_.time.ms = hours * kMsPerHour + minutes * kMsPerMinute + seconds.value * kMsPerSecond;
     return true;
 }
 

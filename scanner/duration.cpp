@@ -1,10 +1,12 @@
 // Durations (T#1d2h3m4s5ms), and the prefixes of all time literals.
 #include <cmath>
+#include <string_view>
 
 #include "scanner/number_text.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::chars;
+using lq::scanner::DigitsAtHand;
 
 namespace {
 
@@ -15,6 +17,8 @@ struct Unit {
     char16_t letter;
     int32_t perDay;
     double limit;  // of every component but the first
+
+    constexpr double Ms() const { return kMsPerDay / perDay; }
 };
 
 enum UnitIndex { kDays, kHours, kMinutes, kSeconds, kMilliseconds, kUnitCount };
@@ -49,7 +53,7 @@ bool Truncate(double v, int32_t& whole) {
 
 void Recogniser::PrefixedLiteral() {
     struct Prefix {
-        const char16_t* text;
+        std::u16string_view text;
         void (Recogniser::*literal)();
     };
     static constexpr Prefix kPrefixes[] = {
@@ -70,11 +74,11 @@ void Recogniser::PrefixedLiteral() {
         {u"TOD", &Recogniser::TimeOfDay},
         {u"tod", &Recogniser::TimeOfDay},
     };
-    TextSoFar(0);
+    const std::u16string_view text(s_.valueBuf, static_cast<size_t>(TextSoFar(0)));
     Next();
     s_.time = Time();
     for (const Prefix& prefix : kPrefixes) {
-        if (Equal(prefix.text, s_.valueBuf)) {
+        if (prefix.text == text) {
             return (this->*prefix.literal)();
         }
     }
@@ -101,14 +105,54 @@ bool Recogniser::CollectDigits(bool isIntegerPart) {
     }
 }
 
-bool Recogniser::CollectNumber(bool& isFraction) {
+bool Recogniser::ShortDigits(uint32_t& number) {
+    constexpr int32_t kMost = 9;
+    const char16_t* const from = reader_.At();
+    const DigitsAtHand digits = lq::scanner::DigitsAt(from);
+    const char16_t* const end = from + digits.count;
+    if (digits.count == 0 || digits.count > kMost ||
+        lq::scanner::Is(*end, lq::scanner::kNumberMark)) {
+        return false;
+    }
+    reader_.MoveTo(end);
+    number = static_cast<uint32_t>(digits.value);
+    return true;
+}
+
+bool Recogniser::ShortFraction(Amount& amount) {
+    const char16_t* const from = reader_.At();
+    const DigitsAtHand whole = lq::scanner::DigitsAt(from);
+    const char16_t* end = from + whole.count;
+    if (whole.count == 0 || *end != u'.') {
+        return false;
+    }
+    const DigitsAtHand fraction = lq::scanner::DigitsAt(end + 1);
+    end += 1 + fraction.count;
+    if (fraction.count == 0 || *end == u'_' || *end == kEnd ||
+        !lq::scanner::ToDoubleExactly(whole, fraction, 0, amount.value)) {
+        return false;
+    }
+    amount.isFraction = true;
+    reader_.MoveTo(end);
+    return true;
+}
+
+bool Recogniser::CollectNumber(Amount& amount) {
+    amount = {};
+    if (ShortFraction(amount)) {
+        return true;
+    }
+    if (ShortDigits(amount.wrapped)) {
+        amount.value = amount.wrapped;
+        amount.isShort = true;
+        return true;
+    }
     s_.stringLength = 0;
-    isFraction = false;
     if (!CollectDigits(true)) {
         return false;
     }
     if (At(u'.')) {
-        isFraction = true;
+        amount.isFraction = true;
         Store(u'.');
         Next();
         if (!IsDigit(Current()) || !CollectDigits(false)) {
@@ -116,6 +160,8 @@ bool Recogniser::CollectNumber(bool& isFraction) {
         }
     }
     s_.valueBuf[s_.stringLength] = 0;
+    amount.value = lq::scanner::ToDouble(s_.valueBuf, s_.stringLength);
+    amount.wrapped = lq::scanner::ToWrappedInt(s_.valueBuf);
     return true;
 }
 
@@ -141,26 +187,25 @@ int Recogniser::UnitAtHand(int expected) {
     return -1;
 }
 
-// Adds the collected number of units. False when it is out of range.
-bool Recogniser::AddComponent(int unit, bool isFirst, bool isFraction) {
+// False when it is out of range.
+bool Recogniser::AddComponent(int unit, bool isFirst, const Amount& amount) {
     const int32_t perDay = kUnits[unit].perDay;
-    const double msPerUnit = kMsPerDay / perDay;
-    const double number = lq::scanner::ToDouble(s_.valueBuf, s_.stringLength);
-    if (!isFirst && number > kUnits[unit].limit) {
+    if (!isFirst && amount.value > kUnits[unit].limit) {
         return false;
     }
-    if (isFraction || unit == kMilliseconds || (unit == kMinutes && isFirst)) {
+    const bool mayBeLong = unit == kMilliseconds || (unit == kMinutes && isFirst);
+    if (amount.isFraction || (mayBeLong && !amount.isShort)) {
         int32_t days = 0;
-        if (!Truncate(number / perDay, days)) {
+        if (!Truncate(amount.value / perDay, days)) {
             return false;
         }
         AddDays(s_.time, days);
-        s_.time.ms += std::fmod(number, perDay) * msPerUnit;
+        s_.time.ms += std::fmod(amount.value, perDay) * kUnits[unit].Ms();
         return true;
     }
-    const auto whole = static_cast<int32_t>(lq::scanner::ToWrappedInt(s_.valueBuf));
+    const auto whole = static_cast<int32_t>(amount.wrapped);
     AddDays(s_.time, whole / perDay);
-    s_.time.ms += (whole % perDay) * msPerUnit;
+    s_.time.ms += (whole % perDay) * kUnits[unit].Ms();
     return true;
 }
 
@@ -171,19 +216,19 @@ void Recogniser::Duration() {
     }
     int expected = -1;
     for (;;) {
-        bool isFraction = false;
-        if (!IsDigit(Current()) || !CollectNumber(isFraction)) {
+        Amount amount;
+        if (!IsDigit(Current()) || !CollectNumber(amount)) {
             return Fail(SE_TIME);
         }
         const int unit = UnitAtHand(expected);
-        if (unit < 0 || !AddComponent(unit, expected < 0, isFraction)) {
+        if (unit < 0 || !AddComponent(unit, expected < 0, amount)) {
             return Fail(SE_TIME);
         }
         Next();
         if (unit == kMilliseconds) {
             Next();
         }
-        if (isFraction || unit == kMilliseconds) {
+        if (amount.isFraction || unit == kMilliseconds) {
             break;
         }
         if (At(u'_')) {

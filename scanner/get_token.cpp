@@ -74,14 +74,9 @@ inline int32_t ShortOperator(const char16_t* at, uint16_t& code) {
     return 1;
 }
 
-// A word or a number, which is left in `text`: a run that none of `marks` follows, nor a character
-// that the host takes into it.
-template <typename Run>
-int32_t ShortRun(Run run, unsigned marks, const char16_t* at, char16_t* text) {
-    const char16_t* end = run.Hurry(at + 1);
-    while (run.Belongs(*end)) {
-        ++end;
-    }
+// The text from `at` to `end`, which is left in `text`; 0 when one of `marks` follows, or a
+// character that the host takes into it.
+inline int32_t ShortText(const char16_t* at, const char16_t* end, unsigned marks, char16_t* text) {
     const auto length = static_cast<int32_t>(end - at);
     const unsigned behind = ClassesOf(*end);
     if (length >= kLongest || (behind & marks) != 0) {
@@ -99,18 +94,99 @@ int32_t ShortRun(Run run, unsigned marks, const char16_t* at, char16_t* text) {
     return length;
 }
 
+inline int32_t ShortWord(const char16_t* at, char16_t* text) {
+    const char16_t* end = WordRun::Hurry(at + 1);
+    while (WordRun::Belongs(*end)) {
+        ++end;
+    }
+    return ShortText(at, end, kWordMark, text);
+}
+
 struct Short {
     TOKEN_KIND kind = TK_ERROR;
     uint16_t code = 0;  // of an operator or a keyword
     int32_t length = 0;
+    uint32_t integer = 0;
+    double real = 0;
 };
+
+inline bool MayGoOn(char16_t c) {
+    return c == u'_' || c == kEnd;
+}
+
+// Of letters, too.
+inline uint32_t DigitValue(char16_t c) {
+    return (c & 0xFu) + (c >> 6) * 9u;
+}
+
+// The next two read based integers and reals without underscores where they lie, in half the time.
+
+inline bool ShortBased(const char16_t* at, Short& s) {
+    struct Base {
+        char16_t prefix[3];
+        int32_t prefixLength;
+        uint32_t base;
+        unsigned digitClass;
+        int32_t inRange;  // digits of numbers that are surely in range
+    };
+    static constexpr Base kBases[] = {
+        {u"16", 2, 16, kHex, 8}, {u"8#", 1, 8, kOctal, 10}, {u"2#", 1, 2, kBinary, 32}};
+    for (const Base& base : kBases) {
+        const char16_t* const digits = at + base.prefixLength + 1;
+        if (at[0] != base.prefix[0] || at[1] != base.prefix[1] || digits[-1] != u'#') {
+            continue;
+        }
+        const char16_t* end = digits;
+        for (; Is(*end, base.digitClass); ++end) {
+            s.integer = s.integer * base.base + DigitValue(*end);
+        }
+        if (end == digits || end - digits > base.inRange || MayGoOn(*end)) {
+            return false;
+        }
+        s.kind = TK_BASED_INTEGER;
+        s.length = static_cast<int32_t>(end - at);
+        return true;
+    }
+    return false;
+}
+
+inline bool ShortReal(const char16_t* at, const DigitsAtHand& whole, Short& s) {
+    const char16_t* end = at + whole.count;
+    if (*end != u'.') {
+        return false;
+    }
+    const DigitsAtHand fraction = DigitsAt(end + 1);
+    end += 1 + fraction.count;
+    DigitsAtHand exponent;
+    bool isNegative = false;
+    if (*end == u'e' || *end == u'E') {
+        isNegative = end[1] == u'-';
+        end += isNegative || end[1] == u'+' ? 2 : 1;
+        exponent = DigitsAt(end);
+        end += exponent.count;
+        if (exponent.count == 0 || exponent.count > kSurelyInRange) {
+            return false;
+        }
+    }
+    if (fraction.count == 0 || fraction.count == kMostDigitsAt || whole.count == kMostDigitsAt ||
+        MayGoOn(*end)) {
+        return false;
+    }
+    const auto written = static_cast<int32_t>(exponent.value);
+    s.kind = TK_REAL;
+    s.length = static_cast<int32_t>(end - at);
+    if (!ToDoubleExactly(whole, fraction, isNegative ? -written : written, s.real)) {
+        s.real = ToDouble(at, s.length);
+    }
+    return true;
+}
 
 // What the token at `b` is when it is short, else a length of 0; its text is then in the text
 // buffer.
 inline Short RecogniseShort(const Beginning& b, const Scanner& scanner, char16_t* text) {
     Short s;
     if ((b.classes & kWordLead) != 0) {
-        s.length = ShortRun(WordRun(), kWordMark, b.at, text);
+        s.length = ShortWord(b.at, text);
         s.kind = TK_IDENTIFIER;
         if (s.length != 0 && Recogniser::FindKeyword(scanner, s.length, s.code)) {
             s.kind = TK_KEYWORD;
@@ -118,12 +194,19 @@ inline Short RecogniseShort(const Beginning& b, const Scanner& scanner, char16_t
         return s;
     }
     if ((b.classes & kDecimal) != 0) {
-        const int32_t length = ShortRun(DigitsRun{kDecimal}, kNumberMark, b.at, text);
-        s.length = length <= kSurelyInRange ? length : 0;
-        s.kind = TK_INTEGER;
-        return s;
-    }
-    if ((b.classes & kOperatorLead) != 0) {
+        const DigitsAtHand digits = DigitsAt(b.at);
+        if (digits.count <= kSurelyInRange) {
+            s.length = ShortText(b.at, b.at + digits.count, kNumberMark, text);
+        }
+        if (s.length != 0) {
+            s.kind = TK_INTEGER;
+            s.integer = static_cast<uint32_t>(digits.value);
+            return s;
+        }
+        if (!ShortBased(b.at, s) && !ShortReal(b.at, digits, s)) {
+            return s;
+        }
+    } else if ((b.classes & kOperatorLead) != 0) {
         s.length = ShortOperator(b.at, s.code);
         s.kind = TK_OPERATOR;
     } else if ((b.classes & kLineEnd) != 0) {
@@ -173,8 +256,10 @@ Token Scanner::GetToken() {
     result.space = spaceBuf;
     if (s.kind == TK_OPERATOR || s.kind == TK_KEYWORD) {
         token.SetFirst(s.code);
-    } else if (s.kind == TK_INTEGER) {
-        token.SetFirst(static_cast<uint32_t>(ReadDigits(textBuf, s.length, 10).value));
+    } else if (s.kind == TK_INTEGER || s.kind == TK_BASED_INTEGER) {
+        token.SetFirst(s.integer);
+    } else if (s.kind == TK_REAL) {
+        token.SetFirst(s.real);
     }
     result.SetValue(token.GetBytes());
     return result;

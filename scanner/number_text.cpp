@@ -58,10 +58,19 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
 constexpr int32_t kLargestPower = std::size(kPowersOfTen) - 1;
 constexpr int32_t kExactDigits = 15;
 
-// Up to 15 digits, and powers of ten up to 22, are exact in a double: one multiplication or
-// division then rounds as it should. False for all other texts.
-bool ToDoubleExactly(const char16_t* text, int32_t length, double& value) {
-    if (FLT_EVAL_METHOD != 0 || length > 2 * kExactDigits) {
+// Both numbers are exact in a double, so the one operation rounds as it should.
+bool ScaleExactly(uint64_t mantissa, int32_t digits, int32_t power, double& value) {
+    if (FLT_EVAL_METHOD != 0 || digits == 0 || digits > kExactDigits || power > kLargestPower ||
+        power < -kLargestPower) {
+        return false;
+    }
+    const auto exact = static_cast<double>(mantissa);
+    value = power < 0 ? exact / kPowersOfTen[-power] : exact * kPowersOfTen[power];
+    return true;
+}
+
+bool TextToDoubleExactly(const char16_t* text, int32_t length, double& value) {
+    if (length > 2 * kExactDigits) {
         return false;
     }
     uint64_t mantissa = 0;
@@ -94,12 +103,7 @@ bool ToDoubleExactly(const char16_t* text, int32_t length, double& value) {
         const auto written = static_cast<int32_t>(exponent.value);
         power += negative ? -written : written;
     }
-    if (digits == 0 || digits > kExactDigits || power > kLargestPower || power < -kLargestPower) {
-        return false;
-    }
-    const auto exact = static_cast<double>(mantissa);
-    value = power < 0 ? exact / kPowersOfTen[-power] : exact * kPowersOfTen[power];
-    return true;
+    return ScaleExactly(mantissa, digits, power, value);
 }
 
 // from_chars leaves a number beyond the range unset; strtod, under a locale with a decimal point,
@@ -112,9 +116,20 @@ double ToDoubleBeyondRange(const char* text) {
 
 }  // namespace
 
+bool ToDoubleExactly(const DigitsAtHand& whole, const DigitsAtHand& fraction, int32_t power,
+                     double& value) {
+    const int32_t digits = whole.count + fraction.count;
+    if (digits > kExactDigits) {
+        return false;
+    }
+    const auto scale = static_cast<uint64_t>(kPowersOfTen[fraction.count]);
+    return ScaleExactly(whole.value * scale + fraction.value, digits, power - fraction.count,
+                        value);
+}
+
 double ToDouble(const char16_t* text, int32_t length) {
     double value = 0.0;
-    if (ToDoubleExactly(text, length, value)) {
+    if (TextToDoubleExactly(text, length, value)) {
         return value;
     }
     char narrow[2049];

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "scanner/digits.h"
+
 namespace lq::scanner {
 
 // Removes every underscore in place; returns the length left.
@@ -18,6 +20,12 @@ struct DigitRun {
 };
 // `base` is 2, 8, 10 or 16.
 DigitRun ReadDigits(const char16_t* text, int32_t length, uint32_t base);
+
+// The number of these digits with a point between them, times 10^power, where one multiplication or
+// division gives the nearest double. False for others: more than 15 digits, leading zeros included,
+// or a power, digits of the fraction taken off, beyond 22.
+bool ToDoubleExactly(const DigitsAtHand& whole, const DigitsAtHand& fraction, int32_t power,
+                     double& value);
 
 // The number that `length` characters of digits, with point and exponent, stand for: the nearest
 // double; infinity above the range and 0 below it. Reads the text up to the first character that

@@ -167,7 +167,14 @@ class Recogniser {
     void FinishTime(TOKEN_KIND kind) { Finish(kind, &s_.time); }
     void Duration();
     int UnitAtHand(int expected);
-    bool AddComponent(int unit, bool isFirst, bool isFraction);
+    // A number as written, in front of a unit.
+    struct Amount {
+        double value = 0;
+        uint32_t wrapped = 0;  // its digits modulo 2^32
+        bool isFraction = false;
+        bool isShort = false;  // an integer below 10^9
+    };
+    bool AddComponent(int unit, bool isFirst, const Amount& amount);
     void Date();
     void TimeOfDay();
     void DateAndTime();
@@ -177,8 +184,12 @@ class Recogniser {
     bool CalendarDate(bool& isValid);
     bool ClockTime(uint32_t& minutes);
     bool CollectDigits(bool isIntegerPart);
-    // Digits, and a fraction when a point follows, in the value buffer.
-    bool CollectNumber(bool& isFraction);
+    // Digits, and a fraction when a point follows.
+    bool CollectNumber(Amount& amount);
+    // Numbers of few digits and no underscore, read where they lie, which halved the time of a
+    // literal. False, and nothing is passed, for all others.
+    bool ShortDigits(uint32_t& number);
+    bool ShortFraction(Amount& amount);
 
     Scanner& s_;
     BufferPair& reader_;
