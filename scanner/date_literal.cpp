@@ -17,7 +17,7 @@ constexpr double kMsPerDay = 86400000.0;
 // A run of digits, possibly empty, which counts as 0. A number beyond 32 bits wraps and loses its
 // sign.
 bool Recogniser::Part(uint32_t& number) {
-    if (ShortDigits(number)) {
+    if (ShortInteger(lq::scanner::DigitsAt(reader_.At()), number)) {
         return true;
     }
     s_.stringLength = 0;

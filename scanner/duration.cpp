@@ -105,11 +105,9 @@ bool Recogniser::CollectDigits(bool isIntegerPart) {
     }
 }
 
-bool Recogniser::ShortDigits(uint32_t& number) {
+bool Recogniser::ShortInteger(const DigitsAtHand& digits, uint32_t& number) {
     constexpr int32_t kMost = 9;
-    const char16_t* const from = reader_.At();
-    const DigitsAtHand digits = lq::scanner::DigitsAt(from);
-    const char16_t* const end = from + digits.count;
+    const char16_t* const end = reader_.At() + digits.count;
     if (digits.count == 0 || digits.count > kMost ||
         lq::scanner::Is(*end, lq::scanner::kNumberMark)) {
         return false;
@@ -119,32 +117,31 @@ bool Recogniser::ShortDigits(uint32_t& number) {
     return true;
 }
 
-bool Recogniser::ShortFraction(Amount& amount) {
-    const char16_t* const from = reader_.At();
-    const DigitsAtHand whole = lq::scanner::DigitsAt(from);
-    const char16_t* end = from + whole.count;
+bool Recogniser::ShortFraction(const DigitsAtHand& whole, double& number) {
+    const char16_t* end = reader_.At() + whole.count;
     if (whole.count == 0 || *end != u'.') {
         return false;
     }
     const DigitsAtHand fraction = lq::scanner::DigitsAt(end + 1);
     end += 1 + fraction.count;
     if (fraction.count == 0 || *end == u'_' || *end == kEnd ||
-        !lq::scanner::ToDoubleExactly(whole, fraction, 0, amount.value)) {
+        !lq::scanner::ToDoubleExactly(whole, fraction, 0, number)) {
         return false;
     }
-    amount.isFraction = true;
     reader_.MoveTo(end);
     return true;
 }
 
 bool Recogniser::CollectNumber(Amount& amount) {
+    const DigitsAtHand digits = lq::scanner::DigitsAt(reader_.At());
     amount = {};
-    if (ShortFraction(amount)) {
-        return true;
-    }
-    if (ShortDigits(amount.wrapped)) {
+    if (ShortInteger(digits, amount.wrapped)) {
         amount.value = amount.wrapped;
         amount.isShort = true;
+        return true;
+    }
+    if (ShortFraction(digits, amount.value)) {
+        amount.isFraction = true;
         return true;
     }
     s_.stringLength = 0;

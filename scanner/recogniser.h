@@ -12,6 +12,7 @@
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/char_classes.h"
+#include "scanner/digits.h"
 #include "scanner/keyword_cache.h"
 #include "scanner/leads.h"
 #include "scanner/process_state.h"
@@ -186,10 +187,10 @@ class Recogniser {
     bool CollectDigits(bool isIntegerPart);
     // Digits, and a fraction when a point follows.
     bool CollectNumber(Amount& amount);
-    // Numbers of few digits and no underscore, read where they lie, which halved the time of a
-    // literal. False, and nothing is passed, for all others.
-    bool ShortDigits(uint32_t& number);
-    bool ShortFraction(Amount& amount);
+    // Numbers of few digits and no underscore, read where they lie, which took a third off the time
+    // of a literal. False, and nothing is passed, for all others.
+    bool ShortInteger(const lq::scanner::DigitsAtHand& digits, uint32_t& number);
+    bool ShortFraction(const lq::scanner::DigitsAtHand& whole, double& number);
 
     Scanner& s_;
     BufferPair& reader_;
