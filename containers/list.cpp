@@ -80,11 +80,17 @@ FLIST::PLACE FLIST::Seek(const void* key, LIST_CALLBACK code, int32_t param) {
         Rewind();
         return {};
     }
-    const PLACE place = Locate(key, code, param);
+    // What walks ask for comes first.
+    const PLACE place = code == LC_NEXT ? Follower() : Locate(key, code, param);
     if (place.node) {
         SetPosition(place);
     }
     return place;
+}
+
+FLIST::PLACE FLIST::Follower() const {
+    CNode* const next = body_->current_->next;
+    return next == body_->head_ ? PLACE{} : PLACE{next, body_->index_ + 1};
 }
 
 FLIST::PLACE FLIST::Locate(const void* key, LIST_CALLBACK code, int32_t param) {
@@ -98,14 +104,14 @@ FLIST::PLACE FLIST::Locate(const void* key, LIST_CALLBACK code, int32_t param) {
     if (IsFunction(code)) {
         return LocateByFunction(key, code, param);
     }
-    const auto unless = [](bool refused, PLACE place) { return refused ? PLACE{} : place; };
     switch (CodeOf(code)) {
         case Code::kAtIndex:
             return LocateIndex(static_cast<uint32_t>(param));
         case Code::kPrev:
-            return unless(current->prev == head, {current->prev, index == 0 ? count : index - 1});
+            return current->prev == head ? PLACE{}
+                                         : PLACE{current->prev, index == 0 ? count : index - 1};
         case Code::kNext:
-            return unless(current->next == head, {current->next, index + 1});
+            return Follower();
         case Code::kFirst:
             return {head->next, 1};
         case Code::kLast:

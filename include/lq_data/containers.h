@@ -325,6 +325,7 @@ class LQ_DATA_API FLIST : public CObject {
     }
     void Rewind() const { SetPosition({body_->head_, 0}); }
     PLACE Locate(const void* key, LIST_CALLBACK code, int32_t param);
+    PLACE Follower() const;
     PLACE LocateIndex(uint32_t index) const;
     static PLACE Walk(CNode* node, uint32_t index, uint32_t steps, CNode* CNode::*link);
     PLACE LocateNotLess(const void* key, uint32_t length) const;
