@@ -179,6 +179,10 @@ struct TableReading {
     void (*read)(CgTab& tables, TableRows& out);
 };
 
+const std::vector<Table::Column> kVariableColumns = {{"pos", true},   {"name"},      {"scope"},
+                                                     {"type"},        {"address"},   {"initial"},
+                                                     {"count", true}, {"line", true}};
+
 // In the order of TAB_ID. Columns are named as the members of the rows.
 const TableReading kReadings[CgTab::TAB_COUNT] = {
     {{{"pos", true}, {"unit"}, {"kind"}, {"line", true}}, ReadLines<CgTab::DBG_INFO>},
@@ -191,24 +195,8 @@ const TableReading kReadings[CgTab::TAB_COUNT] = {
       {"instances", true},
       {"line", true}},
      ReadLines<CgTab::POU_LINE>},
-    {{{"pos", true},
-      {"name"},
-      {"scope"},
-      {"type"},
-      {"address"},
-      {"initial"},
-      {"count", true},
-      {"line", true}},
-     ReadLines<CgTab::CMP_LINE>},
-    {{{"pos", true},
-      {"name"},
-      {"scope"},
-      {"type"},
-      {"address"},
-      {"initial"},
-      {"count", true},
-      {"line", true}},
-     ReadLines<CgTab::GLB_LINE>},
+    {kVariableColumns, ReadLines<CgTab::CMP_LINE>},
+    {kVariableColumns, ReadLines<CgTab::GLB_LINE>},
     {{{"pos", true}, {"address"}, {"count", true}, {"line", true}}, ReadLines<CgTab::ADR_LINE>},
     {{{"pos", true}, {"text"}, {"class"}, {"value"}, {"count", true}, {"line", true}},
      ReadLines<CgTab::CstLine>},
