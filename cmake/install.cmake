@@ -10,6 +10,7 @@ set(development DESTINATION ${LQ_DATA_CMAKE_DIR} COMPONENT development)
 
 set(headers_of_host
     addrcheck/address_check.h
+    base/streams.h
     framework/extension_module.h
     framework/string_table.h
     mdi/pou_ref.h
