@@ -32,24 +32,24 @@ class BodyReader {
         : context_(context), pou_(pou), body_(body) {}
 
     void Read(const Element& element) {
-        const Language language = LanguageOf(element.name);
+        const Language language = LanguageOf(element.Name());
         if (language == Language::kSt || language == Language::kIl) {
             ReadText(element, language);
             return;
         }
-        if (element.name == "expression") {
+        if (element.Name() == "expression") {
             ReadText(element, Language::kSt);
             return;
         }
-        if (element.name == "block") {
+        if (element.Name() == "block") {
             context_.project.AddCall(pou_, Name(element, "typeName"));
-        } else if (element.name == "label") {
+        } else if (element.Name() == "label") {
             AddMark(body_.labels, element, false);
-        } else if (element.name == "jump") {
+        } else if (element.Name() == "jump") {
             AddMark(body_.jumps, element, IsWired(element));
         }
         for (const auto& child : element.children) {
-            if (!child->IsText() && child->name != "addData") {
+            if (!child->IsText() && child->Name() != "addData") {
                 Read(*child);
             }
         }
@@ -91,7 +91,7 @@ void ReadBody(Context& context, const Element& element, std::string_view name, P
     body.line = element.line;
     for (const auto& child : element.children) {
         if (body.language == Language::kNone) {
-            body.language = LanguageOf(child->name);
+            body.language = LanguageOf(child->Name());
         }
     }
     BodyReader(context, pou, body).Read(element);

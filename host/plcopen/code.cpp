@@ -29,7 +29,12 @@ void BlankForeignText(std::u16string& code) {
         const std::size_t at = code.find(closing, from);
         return at == code.npos ? code.size() : at + closing.size();
     };
+    constexpr std::u16string_view kBeginnings = u"(/{'\"";
     for (std::size_t i = 0; i < code.size();) {
+        if (kBeginnings.find(code[i]) == kBeginnings.npos) {
+            ++i;
+            continue;
+        }
         const std::u16string_view rest = std::u16string_view(code).substr(i);
         std::size_t end = i + 1;
         if (rest.starts_with(u"(*")) {

@@ -37,7 +37,7 @@ void ReadTask(Context& context, const Element& element, ID resource) {
     task.line = element.line;
     const ID id = context.project.AddTask(task);
     for (const auto& child : element.children) {
-        if (child->name == "pouInstance") {
+        if (child->Name() == "pouInstance") {
             ReadProgramInstance(context, *child, id);
         }
     }

@@ -50,7 +50,7 @@ void Context::Fail(uint32_t line, uint32_t column, std::string message) {
 std::string_view Required(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value.empty()) {
-        context.Warn(element, "<" + element.name + "> has no " + std::string(attribute));
+        context.Warn(element, "<" + element.Name() + "> has no " + std::string(attribute));
     }
     return value;
 }

@@ -30,7 +30,7 @@ void ReadDataType(Context& context, const Element& dataType) {
         return;
     }
     for (const auto& member : structure->children) {
-        if (member->name != "variable") {
+        if (member->Name() != "variable") {
             continue;
         }
         if (const auto declaration = ReadVariable(context, *member, id, {})) {

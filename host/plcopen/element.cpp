@@ -10,7 +10,7 @@ constexpr std::string_view kBlanks = " \t\n\r";
 
 bool EndsLine(const Element& element) {
     for (const char* name : {"xhtml:p", "xhtml:div", "xhtml:br", "xhtml:li"}) {
-        if (element.name == name) {
+        if (element.Name() == name) {
             return true;
         }
     }
@@ -56,9 +56,9 @@ void AppendCode(const Element& element, Code& code) {
 }  // namespace
 
 std::string_view Element::Attribute(std::string_view attribute) const {
-    for (const auto& [key, value] : attributes) {
-        if (key == attribute) {
-            return value;
+    for (const Setting& setting : attributes) {
+        if (setting.kind->name == attribute) {
+            return setting.value;
         }
     }
     return {};
@@ -66,7 +66,7 @@ std::string_view Element::Attribute(std::string_view attribute) const {
 
 const Element* Element::Child(std::string_view child) const {
     for (const auto& candidate : children) {
-        if (candidate->name == child) {
+        if (candidate->Name() == child) {
             return candidate.get();
         }
     }
@@ -84,7 +84,7 @@ const Element* Element::FirstElement() const {
 
 std::string PathOf(const Element& element) {
     std::string path = element.parent ? PathOf(*element.parent) + "/" : std::string();
-    path += element.IsText() ? "text" : element.name;
+    path += element.IsText() ? "text" : element.Name();
     const std::string_view name = element.Attribute("name");
     if (!name.empty()) {
         path.append("[").append(name).append("]");

@@ -5,24 +5,35 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
+
+#include "host/plcopen/kind.h"
 
 namespace lq::host::plcopen {
 
-// Names: an element of the PLCopen namespaces has its local name, one of XHTML "xhtml:" in front of
-// it, any other "{namespace}" in front of it. A text has no name. All texts are UTF-8.
+// All texts are UTF-8.
 struct Element {
-    std::string name;
+    struct Setting {
+        const AttributeKind* kind;
+        std::string_view value;  // in `values`
+    };
+
+    const Kind* kind = &kTextKind;
     std::string text;  // of a text
-    std::vector<std::pair<std::string, std::string>> attributes;
+    std::vector<Setting> attributes;
     std::vector<std::unique_ptr<Element>> children;  // blank texts are kept in XHTML only
     const Element* parent = nullptr;                 // null for the root
     uint32_t line = 0;                               // both from 1, in the file
     uint32_t column = 0;
+    std::string values;  // of all attributes
 
-    bool IsText() const { return name.empty(); }
-    bool IsXhtml() const { return name.starts_with("xhtml:"); }
+    // Kinds that are this element's alone.
+    std::unique_ptr<Kind> ownKind;
+    std::vector<std::unique_ptr<AttributeKind>> ownAttributes;
+
+    const std::string& Name() const { return kind->name; }
+    bool IsText() const { return Name().empty(); }
+    bool IsXhtml() const { return Name().starts_with("xhtml:"); }
 
     // The attribute's value; empty when it is missing.
     std::string_view Attribute(std::string_view attribute) const;

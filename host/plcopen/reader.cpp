@@ -124,14 +124,14 @@ const Reader::Step* Reader::FindStep(std::string_view element) {
 }
 
 Treatment Reader::Start(const Element& element) {
-    if (!element.parent && element.name != "project") {
-        refusal_ = "the file is no PLCopen project: its root element is <" + element.name + ">";
+    if (!element.parent && element.Name() != "project") {
+        refusal_ = "the file is no PLCopen project: its root element is <" + element.Name() + ">";
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
         return Treatment::kSkip;
     }
-    const Step* step = FindStep(element.name);
+    const Step* step = FindStep(element.Name());
     if (!step->open) {
         return Treatment::kCapture;
     }
@@ -140,7 +140,7 @@ Treatment Reader::Start(const Element& element) {
 }
 
 void Reader::End(const Element& element) {
-    const Step* step = FindStep(element.name);
+    const Step* step = FindStep(element.Name());
     if (!step->open) {
         JudgeTree(context_, element);
     }
@@ -274,7 +274,7 @@ void Reader::TakeNamedBody(const Element& part) {
 }
 
 void Reader::TakeDocumentation(const Element& documentation) {
-    const std::string& parent = documentation.parent->name;
+    const std::string& parent = documentation.parent->Name();
     const Text text = context_.Intern(Prose(documentation));
     if (parent == "pou" || parent == "configuration" || parent == "resource") {
         const ID owner = parent == "pou" ? pou_ : parent == "resource" ? resource_ : configuration_;

@@ -6,8 +6,6 @@
 
 namespace lq::host::plcopen {
 
-namespace {
-
 using std::string_view;
 
 // A row tells an element's attributes and children. A word that begins with "-" is skipped by
@@ -22,6 +20,8 @@ struct Row {
     string_view children;
     bool drawn = false;  // with kDrawn's words as well
 };
+
+namespace {
 
 constexpr string_view kTypes =
     "BOOL BYTE WORD DWORD LWORD SINT INT DINT LINT USINT UINT UDINT ULINT REAL LREAL TIME DATE DT "
@@ -143,24 +143,6 @@ constexpr Row kRows[] = {
     {"documentation", "", "*"},
 };
 
-const Row* FindRow(const Element& element) {
-    static const auto rows = [] {
-        std::unordered_map<string_view, const Row*> map;
-        for (const Row& row : kRows) {
-            map.emplace(row.element, &row);
-        }
-        return map;
-    }();
-    if (element.parent) {
-        const auto exact = rows.find(element.parent->name + "/" + element.name);
-        if (exact != rows.end()) {
-            return exact->second;
-        }
-    }
-    const auto row = rows.find(element.name);
-    return row != rows.end() ? row->second : nullptr;
-}
-
 Verdict Look(string_view words, string_view wanted) {
     while (!words.empty()) {
         const string_view word = words.substr(0, words.find(' '));
@@ -185,8 +167,7 @@ Verdict LookInRow(const Row* row, string_view Row::*words, string_view wanted) {
 }
 
 bool IsOpaque(const Element& element) {
-    const Row* row = FindRow(element);
-    return row && row->children == "*";
+    return element.kind->row && element.kind->row->children == "*";
 }
 
 // Additional data is some producer's own. One that its producer allows to be discarded is passed
@@ -200,36 +181,60 @@ void JudgeData(Context& context, const Element& data) {
 
 }  // namespace
 
+const Row* FindRow(const Kind* parent, string_view name) {
+    static const auto rows = [] {
+        std::unordered_map<string_view, const Row*> map;
+        for (const Row& row : kRows) {
+            map.emplace(row.element, &row);
+        }
+        return map;
+    }();
+    if (parent) {
+        const auto exact = rows.find(parent->name + "/" + std::string(name));
+        if (exact != rows.end()) {
+            return exact->second;
+        }
+    }
+    const auto row = rows.find(name);
+    return row != rows.end() ? row->second : nullptr;
+}
+
+Verdict JudgeChild(const Row* parent, string_view name) {
+    return LookInRow(parent, &Row::children, name);
+}
+
+Verdict JudgeAttribute(const Row* row, string_view name) {
+    const bool ofXml = name.starts_with("{http://www.w3.org/");
+    return ofXml ? Verdict::kSkip : LookInRow(row, &Row::attributes, name);
+}
+
 Verdict JudgeElement(Context& context, const Element& element) {
-    const Element& parent = *element.parent;
-    const Verdict verdict = LookInRow(FindRow(parent), &Row::children, element.name);
+    const Verdict verdict = element.kind->verdict;
     if (verdict == Verdict::kUnknown || verdict == Verdict::kNotKept) {
         const char* reason =
             verdict == Verdict::kUnknown ? "is not known" : "has no place in the project";
-        context.Warn(element, "<" + element.name + "> in <" + parent.name + "> " + reason +
-                                  " and was left out");
+        context.Warn(element, "<" + element.Name() + "> in <" + element.parent->Name() + "> " +
+                                  reason + " and was left out");
     }
     return verdict;
 }
 
 void JudgeAttributes(Context& context, const Element& element) {
-    const Row* row = FindRow(element);
-    for (const auto& [name, value] : element.attributes) {
-        const bool ofXml = name.starts_with("{http://www.w3.org/");
-        if (!ofXml && LookInRow(row, &Row::attributes, name) == Verdict::kUnknown) {
-            context.Warn(element, "attribute '" + name + "' of <" + element.name +
+    for (const Element::Setting& setting : element.attributes) {
+        if (setting.kind->verdict == Verdict::kUnknown) {
+            context.Warn(element, "attribute '" + setting.kind->name + "' of <" + element.Name() +
                                       "> is not known and was left out");
         }
     }
 }
 
 void ReportText(Context& context, const Element& text) {
-    context.Warn(text, "text in <" + text.parent->name + "> is not known and was left out");
+    context.Warn(text, "text in <" + text.parent->Name() + "> is not known and was left out");
 }
 
 void JudgeTree(Context& context, const Element& element) {
     JudgeAttributes(context, element);
-    if (element.name == "data") {
+    if (element.Name() == "data") {
         JudgeData(context, element);
     }
     if (IsOpaque(element)) {
@@ -240,7 +245,7 @@ void JudgeTree(Context& context, const Element& element) {
             if (JudgeElement(context, *child) == Verdict::kRead) {
                 JudgeTree(context, *child);
             }
-        } else if (LookInRow(FindRow(element), &Row::children, "#") != Verdict::kRead) {
+        } else if (JudgeChild(element.kind->row, "#") != Verdict::kRead) {
             ReportText(context, *child);
         }
     }

@@ -7,12 +7,12 @@
 
 namespace lq::host::plcopen {
 
-enum class Verdict {
-    kRead,
-    kSkip,     // layout and the like: passed over by design
-    kNotKept,  // it has no place in the project
-    kUnknown,
-};
+// What the table says of the elements of a name below a parent, null for none.
+const Row* FindRow(const Kind* parent, std::string_view name);
+
+// What becomes of a child or an attribute of that name; "#" is text.
+Verdict JudgeChild(const Row* parent, std::string_view name);
+Verdict JudgeAttribute(const Row* row, std::string_view name);
 
 // What becomes of `element` below its parent. All but kRead and kSkip are reported.
 Verdict JudgeElement(Context& context, const Element& element);

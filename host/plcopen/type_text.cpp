@@ -15,7 +15,7 @@ void AppendItem(std::string& list, std::string_view separator, std::string_view 
 std::string BaseType(Context& context, const Element& element) {
     const Element* base = element.Child("baseType");
     if (!base) {
-        context.Warn(element, "<" + element.name + "> has no base type");
+        context.Warn(element, "<" + element.Name() + "> has no base type");
         return {};
     }
     return TypeText(context, *base);
@@ -35,7 +35,7 @@ std::string StringText(std::string_view keyword, const Element& element) {
 std::string ArrayText(Context& context, const Element& array) {
     std::string dimensions;
     for (const auto& child : array.children) {
-        if (child->name == "dimension") {
+        if (child->Name() == "dimension") {
             AppendItem(dimensions, ", ", Bounds(context, *child));
         }
     }
@@ -48,7 +48,7 @@ std::string ArrayText(Context& context, const Element& array) {
 std::string SubrangeText(Context& context, const Element& subrange) {
     const Element* range = subrange.Child("range");
     if (!range) {
-        context.Warn(subrange, "<" + subrange.name + "> has no range");
+        context.Warn(subrange, "<" + subrange.Name() + "> has no range");
     }
     const std::string bounds = range ? " (" + Bounds(context, *range) + ")" : std::string();
     return BaseType(context, subrange) + bounds;
@@ -58,7 +58,7 @@ std::string EnumerationText(Context& context, const Element& enumeration) {
     std::string names;
     const Element* values = enumeration.Child("values");
     for (const auto& value : values ? values->children : enumeration.children) {
-        if (value->name != "value") {
+        if (value->Name() != "value") {
             continue;
         }
         std::string item(Required(context, *value, "name"));
@@ -74,7 +74,7 @@ std::string StructureText(Context& context, const Element& structure) {
     std::string text = "STRUCT ";
     for (const auto& member : structure.children) {
         const Element* type = member->Child("type");
-        if (member->name != "variable" || !type) {
+        if (member->Name() != "variable" || !type) {
             continue;
         }
         text.append(Required(context, *member, "name")) += " : " + TypeText(context, *type);
@@ -90,11 +90,11 @@ std::string StructureText(Context& context, const Element& structure) {
 
 std::string TypeText(Context& context, const Element& holder) {
     const Element* type = holder.FirstElement();
-    if (!type || type->name == "addData") {
-        context.Warn(holder, "<" + holder.name + "> holds no type");
+    if (!type || type->Name() == "addData") {
+        context.Warn(holder, "<" + holder.Name() + "> holds no type");
         return {};
     }
-    const std::string& name = type->name;
+    const std::string& name = type->Name();
     if (name == "derived") {
         return std::string(Required(context, *type, "name"));
     }

@@ -12,7 +12,7 @@ std::string ElementsText(Context& context, const Element& array) {
     std::string text;
     const char* separator = "";
     for (const auto& value : array.children) {
-        if (value->name != "value") {
+        if (value->Name() != "value") {
             continue;
         }
         text += std::exchange(separator, ", ");
@@ -28,7 +28,7 @@ std::string MembersText(Context& context, const Element& structure) {
     std::string text;
     const char* separator = "";
     for (const auto& value : structure.children) {
-        if (value->name != "value") {
+        if (value->Name() != "value") {
             continue;
         }
         text += std::exchange(separator, ", ");
@@ -40,7 +40,7 @@ std::string MembersText(Context& context, const Element& structure) {
 // A value inside another one.
 std::string ValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
-    if (value && value->name == "structValue") {
+    if (value && value->Name() == "structValue") {
         return "(" + MembersText(context, *value) + ")";
     }
     return InitialValueText(context, holder);
@@ -51,13 +51,13 @@ std::string ValueText(Context& context, const Element& holder) {
 std::string InitialValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
     if (!value) {
-        context.Warn(holder, "<" + holder.name + "> holds no value");
+        context.Warn(holder, "<" + holder.Name() + "> holds no value");
         return {};
     }
-    if (value->name == "arrayValue") {
+    if (value->Name() == "arrayValue") {
         return "[" + ElementsText(context, *value) + "]";
     }
-    if (value->name == "structValue") {
+    if (value->Name() == "structValue") {
         return MembersText(context, *value);
     }
     return std::string(Trim(value->Attribute("value")));

@@ -22,7 +22,7 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
         return true;
     }
     if (!value.empty() && value != "false" && value != "0") {
-        context.Warn(element, "the attribute " + std::string(attribute) + " of <" + element.name +
+        context.Warn(element, "the attribute " + std::string(attribute) + " of <" + element.Name() +
                                   "> is neither true nor false: it was read as false");
     }
     return false;
@@ -33,25 +33,26 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
 Section ReadSection(Context& context, const Element& list) {
     Section section;
     for (const auto& row : kLists) {
-        if (row.list == list.name) {
+        if (row.list == list.Name()) {
             section.scope = row.scope;
         }
     }
     section.constant = IsSet(context, list, "constant");
     section.retain = IsSet(context, list, "retain");
     if (IsSet(context, list, "nonretain") && section.retain) {
-        context.Warn(list, "<" + list.name + "> is retain and nonretain: it was read as nonretain");
+        context.Warn(list,
+                     "<" + list.Name() + "> is retain and nonretain: it was read as nonretain");
         section.retain = false;
     }
     if (IsSet(context, list, "persistent")) {
-        context.Warn(list, "<" + list.name +
+        context.Warn(list, "<" + list.Name() +
                                "> is persistent, which has no section keyword: "
                                "it was read as retain");
         section.retain = true;
     }
     const Section nearest = NearestSection(section);
     if (nearest != section) {
-        context.Warn(list, "<" + list.name + "> with" + (section.constant ? " constant" : "") +
+        context.Warn(list, "<" + list.Name() + "> with" + (section.constant ? " constant" : "") +
                                (section.retain ? " retain" : "") +
                                " has no section keyword: it was read without" +
                                (section.constant && !nearest.constant ? " constant" : "") +

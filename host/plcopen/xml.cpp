@@ -1,6 +1,6 @@
 #include "host/plcopen/xml.h"
 
-#include <array>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <new>
@@ -13,27 +13,42 @@ namespace lq::host::plcopen {
 
 namespace {
 
-constexpr char kNamespaceEnd = ' ';  // no namespace name holds one
-constexpr std::string_view kPlcopen = "http://www.plcopen.org/xml/tc6";
-constexpr std::string_view kXhtml = "http://www.w3.org/1999/xhtml";
-
-std::string NameOf(std::string_view expatName) {
-    const std::size_t end = expatName.find(kNamespaceEnd);
-    if (end == expatName.npos) {
-        return "{}" + std::string(expatName);
+// Elements that stay for later ones with their memory, as long as both are few and small.
+class SpareElements {
+  public:
+    std::unique_ptr<Element> Take() {
+        if (spare_.empty()) {
+            return std::make_unique<Element>();
+        }
+        std::unique_ptr<Element> element = std::move(spare_.back());
+        spare_.pop_back();
+        return element;
     }
-    const std::string_view space = expatName.substr(0, end);
-    std::string local(expatName.substr(end + 1));
-    if (space.starts_with(kPlcopen)) {
-        return local;
-    }
-    return (space == kXhtml ? "xhtml:" : "{" + std::string(space) + "}") + local;
-}
 
-std::string AttributeNameOf(std::string_view expatName) {
-    return expatName.find(kNamespaceEnd) == expatName.npos ? std::string(expatName)
-                                                           : NameOf(expatName);
-}
+    void Keep(std::unique_ptr<Element> element) {
+        while (!element->children.empty()) {
+            Keep(std::move(element->children.back()));
+            element->children.pop_back();
+        }
+        const std::size_t size = element->text.capacity() + element->values.capacity() +
+                                 element->attributes.capacity() + element->children.capacity();
+        if (spare_.size() == kMost || size > kMostBytes || element->ownKind) {
+            return;
+        }
+        element->kind = &kTextKind;
+        element->text.clear();
+        element->values.clear();
+        element->attributes.clear();
+        element->ownAttributes.clear();
+        spare_.push_back(std::move(element));
+    }
+
+  private:
+    static constexpr std::size_t kMost = 64;
+    static constexpr std::size_t kMostBytes = 1024;
+
+    std::vector<std::unique_ptr<Element>> spare_;
+};
 
 // expat calls back through C, which no exception may cross: each callback keeps what was thrown and
 // stops the parser.
@@ -79,6 +94,7 @@ class Parser {
     // An open element and what becomes of its children.
     struct Open {
         Element* element;
+        Kind* kind;
         bool streamed;
     };
 
@@ -132,10 +148,9 @@ class Parser {
         }
         EndText();
         std::unique_ptr<Element> element = NewElement();
-        element->name = NameOf(name);
-        for (; *attributes; attributes += 2) {
-            element->attributes.emplace_back(AttributeNameOf(attributes[0]), attributes[1]);
-        }
+        Kind& kind = KindOf(name, *element);
+        element->kind = &kind;
+        SetAttributes(*element, kind, attributes);
         const bool offered = open_.empty() || open_.back().streamed;
         const Treatment treatment = offered ? handler_.Start(*element) : Treatment::kCapture;
         if (treatment == Treatment::kRefuse) {
@@ -144,11 +159,35 @@ class Parser {
         }
         if (treatment == Treatment::kSkip) {
             skipDepth_ = depth_;
+            spare_.Keep(std::move(element));
             return;
         }
         Element* const added = element.get();
         Siblings().push_back(std::move(element));
-        open_.push_back({added, treatment == Treatment::kStream});
+        open_.push_back({added, &kind, treatment == Treatment::kStream});
+    }
+
+    Kind& KindOf(std::string_view name, Element& element) {
+        if (!open_.empty()) {
+            return open_.back().kind->Below(name, element.ownKind);
+        }
+        element.ownKind = std::make_unique<Kind>(nullptr, name);  // the root's
+        return *element.ownKind;
+    }
+
+    // The values lie in one text, which must not move while they are taken.
+    static void SetAttributes(Element& element, Kind& kind, const XML_Char** attributes) {
+        std::size_t size = 0;
+        for (const XML_Char** at = attributes; *at; at += 2) {
+            size += std::strlen(at[1]);
+        }
+        element.values.reserve(size);
+        for (const XML_Char** at = attributes; *at; at += 2) {
+            const std::size_t start = element.values.size();
+            element.values += at[1];
+            element.attributes.push_back({&kind.Attribute(at[0], element.ownAttributes),
+                                          std::string_view(element.values).substr(start)});
+        }
     }
 
     void End() {
@@ -162,7 +201,7 @@ class Parser {
         open_.pop_back();
         if (open_.empty() || open_.back().streamed) {
             handler_.End(element);
-            Siblings().pop_back();
+            DropLast();
         }
     }
 
@@ -190,12 +229,17 @@ class Parser {
             handler_.StrayText(text);
         }
         if (parent.streamed || (blank && !parent.element->IsXhtml())) {
-            Siblings().pop_back();
+            DropLast();
         }
     }
 
-    std::unique_ptr<Element> NewElement() const {
-        auto element = std::make_unique<Element>();
+    void DropLast() {
+        spare_.Keep(std::move(Siblings().back()));
+        Siblings().pop_back();
+    }
+
+    std::unique_ptr<Element> NewElement() {
+        std::unique_ptr<Element> element = spare_.Take();
         element->parent = open_.empty() ? nullptr : open_.back().element;
         element->line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
         element->column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
@@ -240,6 +284,7 @@ class Parser {
     ElementHandler& handler_;
     XmlFault& fault_;
     std::unique_ptr<XML_ParserStruct, Closer> expat_;
+    SpareElements spare_;
     std::vector<std::unique_ptr<Element>> root_;
     std::vector<Open> open_;
     int depth_ = 0;
