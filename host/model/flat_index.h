@@ -1,5 +1,5 @@
-// An open-addressing index of small values. It stores the values only: hashing and comparing are
-// the user's, who keeps what the values stand for. Nothing is ever removed.
+// An open-addressing index of small values. It stores the values and their hashes only: hashing and
+// comparing are the user's, who keeps what the values stand for. Nothing is ever removed.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/chars.h"
+#include "frame/text_hash.h"
 
 namespace lq::host {
 
@@ -22,73 +22,68 @@ class FlatIndex {
             return Value{};
         }
         for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
-            if (slots_[i] == Value{} || same(slots_[i])) {
-                return slots_[i];
+            const Slot& slot = slots_[i];
+            if (slot.value == Value{} || (slot.hash == hash && same(slot.value))) {
+                return slot.value;
             }
         }
     }
 
-    // Values of one hash are found in the order of their entry. `hashOf` gives the hash of any
-    // value stored. Throws std::bad_alloc; the index is then as before.
-    template <typename HashOf>
-    void Add(Value value, HashOf hashOf) {
+    // Values of one hash are found in the order of their entry. Throws std::bad_alloc; the index is
+    // then as before.
+    void Add(Value value, uint32_t hash) {
         if (slots_.size() * 3 <= (count_ + 1) * 4) {
-            Grow(hashOf);
+            Grow();
         }
-        Place(slots_, value, hashOf(value));
+        Place(slots_, {value, hash});
         ++count_;
     }
 
   private:
+    struct Slot {
+        Value value;
+        uint32_t hash;
+    };
+
     static constexpr std::size_t kFirstSize = 64;  // a power of two, as every later size
 
     std::size_t Mask() const { return slots_.size() - 1; }
 
-    static void Place(std::vector<Value>& slots, Value value, uint32_t hash) {
+    static void Place(std::vector<Slot>& slots, const Slot& slot) {
         const std::size_t mask = slots.size() - 1;
-        std::size_t i = hash & mask;
-        while (slots[i] != Value{}) {
+        std::size_t i = slot.hash & mask;
+        while (slots[i].value != Value{}) {
             i = (i + 1) & mask;
         }
-        slots[i] = value;
+        slots[i] = slot;
     }
 
     // The old slots are walked from behind a free one, so that equal hashes keep their order.
-    template <typename HashOf>
-    void Grow(HashOf hashOf) {
-        std::vector<Value> larger(slots_.empty() ? kFirstSize : slots_.size() * 2);
+    void Grow() {
+        std::vector<Slot> larger(slots_.empty() ? kFirstSize : slots_.size() * 2);
         std::size_t start = 0;
-        while (start < slots_.size() && slots_[start] != Value{}) {
+        while (start < slots_.size() && slots_[start].value != Value{}) {
             ++start;
         }
         for (std::size_t n = 0; n < slots_.size(); ++n) {
-            const Value value = slots_[(start + n) & Mask()];
-            if (value != Value{}) {
-                Place(larger, value, hashOf(value));
+            const Slot& slot = slots_[(start + n) & Mask()];
+            if (slot.value != Value{}) {
+                Place(larger, slot);
             }
         }
         slots_.swap(larger);
     }
 
-    std::vector<Value> slots_;
+    std::vector<Slot> slots_;
     std::size_t count_ = 0;
 };
 
-// The hash of a text (FNV-1a by 16-bit units), and of its upper-case form.
+// The hash of a text, and one that does not regard case.
 inline uint32_t HashOfText(std::u16string_view text) {
-    uint32_t hash = 2166136261u;
-    for (const char16_t c : text) {
-        hash = (hash ^ c) * 16777619u;
-    }
-    return hash ^ (hash >> 15);
+    return text_hash::OfText(text.data(), text.size());
 }
-
 inline uint32_t HashOfName(std::u16string_view name) {
-    uint32_t hash = 2166136261u;
-    for (const char16_t c : name) {
-        hash = (hash ^ chars::ToUpper(c)) * 16777619u;
-    }
-    return hash ^ (hash >> 15);
+    return text_hash::OfName(name.data(), name.size());
 }
 
 }  // namespace lq::host

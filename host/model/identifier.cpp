@@ -37,17 +37,17 @@ static_assert(std::is_sorted(std::begin(kKeywords), std::end(kKeywords)));
 
 bool (*extendedIdentifiers)(const char16_t* beginning) = nullptr;
 
-bool IsKeyword(const char16_t* name) {
-    char16_t upper[24];  // longer than any keyword
-    std::size_t length = 0;
-    for (; name[length] != 0; ++length) {
-        if (length == std::size(upper)) {
-            return false;
-        }
-        upper[length] = chars::ToUpper(name[length]);
+constexpr std::size_t kLongestKeyword = 18;
+static_assert(std::ranges::max(kKeywords, {}, &u16string_view::size).size() == kLongestKeyword);
+
+bool IsKeyword(u16string_view name) {
+    char16_t upper[kLongestKeyword];
+    if (name.size() > kLongestKeyword) {
+        return false;
     }
+    std::transform(name.begin(), name.end(), upper, chars::ToUpper);
     return std::binary_search(std::begin(kKeywords), std::end(kKeywords),
-                              u16string_view(upper, length));
+                              u16string_view(upper, name.size()));
 }
 
 }  // namespace
@@ -64,7 +64,8 @@ bool IsIdentifier(const char16_t* name) {
     if (!chars::IsLetter(*name) && *name != u'_') {
         return false;
     }
-    for (const char16_t* c = name; *c != 0; ++c) {
+    const char16_t* c = name;
+    for (; *c != 0; ++c) {
         const bool underscore = *c == u'_';
         if (!underscore && !chars::IsLetter(*c) && !chars::IsDigit(*c)) {
             return false;
@@ -73,7 +74,7 @@ bool IsIdentifier(const char16_t* name) {
             return false;
         }
     }
-    return !IsKeyword(name);
+    return !IsKeyword({name, c});
 }
 
 }  // namespace lq::host

@@ -110,8 +110,7 @@ ID Project::Enter(std::deque<Record>& records, const Record& record, const Place
             }
         }
         if (place.names) {
-            place.names->Add(id.GetNumber(),
-                             [this](uint32_t number) { return HashOfName(NameOf(ID(number))); });
+            place.names->Add(id.GetNumber(), HashOfName(record.name));
         }
     } catch (...) {
         if (views.size() == records.size()) {

@@ -4,6 +4,18 @@
 
 namespace lq::host {
 
+namespace {
+
+bool IsSame(Text known, std::u16string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && known[i] == text[i]) {
+        ++i;
+    }
+    return i == text.size() && known[i] == u'\0';
+}
+
+}  // namespace
+
 char16_t* TextPool::Room(std::size_t count) {
     if (count > left_) {
         const std::size_t size = std::max(count, kChunk);
@@ -27,14 +39,14 @@ Text TextPool::Intern(std::u16string_view text) {
         return u"";
     }
     const uint32_t hash = HashOfText(text);
-    const Text known = index_.Find(hash, [&](Text t) { return std::u16string_view(t) == text; });
+    const Text known = index_.Find(hash, [&](Text t) { return IsSame(t, text); });
     if (known) {
         return known;
     }
     char16_t* copy = Room(text.size() + 1);
     std::copy(text.begin(), text.end(), copy);
     copy[text.size()] = u'\0';
-    index_.Add(copy, [](Text t) { return HashOfText(t); });
+    index_.Add(copy, hash);
     return copy;
 }
 

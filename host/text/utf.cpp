@@ -1,5 +1,6 @@
 #include "host/text/utf.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace lq::host {
@@ -120,8 +121,25 @@ std::size_t ToUtf8(char32_t c, char (&bytes)[4]) noexcept {
     return more + 1;
 }
 
+// Appends the ASCII characters that begin at `at`, most of a source, in one go; returns their
+// number.
+std::size_t AppendAscii(std::string_view bytes, std::size_t at, std::u16string& text) {
+    std::size_t end = at;
+    while (end < bytes.size() && static_cast<unsigned char>(bytes[end]) < 0x80) {
+        ++end;
+    }
+    const std::size_t old = text.size();
+    text.resize(old + (end - at));
+    std::copy(bytes.data() + at, bytes.data() + end, text.data() + old);
+    return end - at;
+}
+
 TextStatus AppendUtf8(std::string_view bytes, std::size_t start, std::u16string& text) {
     for (std::size_t at = start; at < bytes.size();) {
+        at += AppendAscii(bytes, at, text);
+        if (at == bytes.size()) {
+            break;
+        }
         const Decoded next = NextOfUtf8(bytes.substr(at));
         if (next.fault != TextFault::kNone) {
             return {next.fault, at};
