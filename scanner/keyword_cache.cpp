@@ -1,8 +1,21 @@
 #include "scanner/keyword_cache.h"
 
+#include <algorithm>
+
 #include "frame/chars.h"
 
 namespace lq::scanner {
+
+bool KeywordCache::Reserve() {
+    if (!slots_) {
+        slots_ = AllocateArray<Slot>(kSlots);
+        if (!slots_) {
+            return false;
+        }
+        std::fill_n(slots_, kSlots, Slot{nullptr, kNone, 0});
+    }
+    return true;
+}
 
 void KeywordCache::Add(const char16_t* name, int32_t id) {
     const auto length = static_cast<int32_t>(chars::Length(name));

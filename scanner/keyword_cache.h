@@ -1,7 +1,7 @@
 // The scanner's short way to its keywords: they are kept under their length and three of their
 // characters, so that nearly every identifier that is no keyword meets an empty place, without a
 // hash of its whole text. The keyword table itself is asked only when there are more keywords than
-// fit.
+// fit. The places take memory with the first keyword: many scanners have none.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +14,15 @@ class KeywordCache {
   public:
     static constexpr int32_t kNone = -1;
 
+    KeywordCache() = default;
+    ~KeywordCache() { Release(slots_); }
+    KeywordCache(const KeywordCache&) = delete;
+    KeywordCache& operator=(const KeywordCache&) = delete;
+
+    LQ_ALLOCATED
+
+    // Room for keywords; false when memory is short for it. Before the first Add.
+    bool Reserve();
     // `name` is the table's copy, which outlives the cache.
     void Add(const char16_t* name, int32_t id);
 
@@ -21,6 +30,9 @@ class KeywordCache {
     bool IsComplete() const { return isComplete_; }
     // The id of the keyword of that text, which is not empty; kNone when there is none here.
     int32_t Find(const char16_t* text, int32_t length) const {
+        if (count_ == 0) {
+            return kNone;
+        }
         uint32_t place = Place(text, length);
         while (slots_[place].length != 0) {
             const Slot& slot = slots_[place];
@@ -32,16 +44,14 @@ class KeywordCache {
         return kNone;
     }
 
-    LQ_ALLOCATED
-
   private:
     static constexpr uint32_t kSlots = 1024;
     static constexpr uint32_t kMostKeywords = kSlots / 2;  // so that empty places stay frequent
 
     struct Slot {
-        const char16_t* name = nullptr;
-        int32_t id = kNone;
-        int32_t length = 0;  // 0: empty
+        const char16_t* name;
+        int32_t id;
+        int32_t length;  // 0: empty
     };
 
     static uint32_t Place(const char16_t* text, int32_t length) {
@@ -56,7 +66,7 @@ class KeywordCache {
         return i == length;
     }
 
-    Slot slots_[kSlots];
+    Slot* slots_ = nullptr;
     uint32_t count_ = 0;
     bool isComplete_ = true;
 };

@@ -15,10 +15,8 @@ namespace {
 constexpr int32_t kHalfSize = 1024;
 constexpr uint32_t kKeywordBuckets = 233;
 
-// Short texts are copied in steps.
-char16_t* NewBuffer() {
-    return lq::AllocateArray<char16_t>(Scanner::kBufferSize + BufferPair::kStep);
-}
+// Short texts are copied in steps. The three buffers are one block, the text buffer its first.
+constexpr int32_t kBufferLength = Scanner::kBufferSize + BufferPair::kStep;
 
 }  // namespace
 
@@ -32,14 +30,14 @@ CObject* Scanner::CreateObject() {
 }
 
 Scanner::Scanner()
-    : textBuf(NewBuffer()),
-      spaceBuf(NewBuffer()),
-      valueBuf(NewBuffer()),
+    : textBuf(lq::AllocateArray<char16_t>(3 * kBufferLength)),
       keywords(new HashTable(kKeywordBuckets, 1)),
       allowNulEscape(lq::scanner::AskNulEscape()),
       keywordCache(new lq::scanner::KeywordCache) {
     lq::scanner::commaEndsString = false;
     if (HasBuffers()) {
+        spaceBuf = textBuf + kBufferLength;
+        valueBuf = spaceBuf + kBufferLength;
         textBuf[0] = spaceBuf[0] = valueBuf[0] = 0;
     }
 }
@@ -50,13 +48,11 @@ Scanner::~Scanner() {
     delete keywords;
     delete reader;
     lq::Release(textBuf);
-    lq::Release(spaceBuf);
-    lq::Release(valueBuf);
     lq::Release(SrcEx);
 }
 
 bool Scanner::HasBuffers() const {
-    return textBuf && spaceBuf && valueBuf && keywords && keywordCache;
+    return textBuf && keywords && keywordCache;
 }
 
 void Scanner::FreeHugeBuffer() {
@@ -103,7 +99,7 @@ STREAM_W* Scanner::ReleaseStream() {
 }
 
 int Scanner::RegisterKeyword(const char16_t* name, int id) {
-    const char16_t* const copy = keywords->Insert(name, id);
+    const char16_t* const copy = keywordCache->Reserve() ? keywords->Insert(name, id) : nullptr;
     if (!copy) {
         return 0;
     }
