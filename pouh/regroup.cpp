@@ -43,6 +43,35 @@ unsigned GroupOf(uint32_t scope) {
     return kGroupCount - 1;
 }
 
+// Calls `function` with each element of the list, until one answers false.
+template <typename Function>
+bool ForEachDecl(FLIST* list, Function function) {
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(list, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(list, slot, nullptr, LC_NEXT, 0)) {
+        if (!function(slot)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+unsigned GroupOfSlot(const void* slot) {
+    const DECL_TYP* decl = *static_cast<DECL_TYP* const*>(slot);
+    return GroupOf(decl ? decl->scope : DS_UNKNOWN);
+}
+
+// Most headers are declared in the order of the groups.
+bool IsGrouped(FLIST* list) {
+    unsigned last = 0;
+    return ForEachDecl(list, [&last](const void* slot) {
+        const unsigned group = GroupOfSlot(slot);
+        const bool inOrder = group >= last;
+        last = group;
+        return inOrder;
+    });
+}
+
 // Inserts the declarations of `from` into `to`, which is empty, between markers that it removes
 // again. False when memory is short.
 bool CopyInGroups(FLIST* from, FLIST* to) {
@@ -54,27 +83,22 @@ bool CopyInGroups(FLIST* from, FLIST* to) {
             return false;
         }
     }
-    void* slot = nullptr;
-    for (uint32_t at = ListGet(from, slot, nullptr, LC_FIRST, 0); at != 0;
-         at = ListGet(from, slot, nullptr, LC_NEXT, 0)) {
-        const DECL_TYP* decl = *static_cast<DECL_TYP**>(slot);
-        void*& end = last[GroupOf(decl ? decl->scope : DS_UNKNOWN)];
+    const bool isWhole = ForEachDecl(from, [&](void* slot) {
+        void*& end = last[GroupOfSlot(slot)];
         void* node = AddListElementAt(to, slot, end);
-        if (!node) {
-            return false;
-        }
         end = node;
-    }
+        return node != nullptr;
+    });
     for (void* marker : markers) {
         RemoveElementAt(to, marker);
     }
-    return true;
+    return isWhole;
 }
 
 }  // namespace
 
 int RegroupByScope(LQ_LIST_RECORD& record) {
-    if (CardinalityOfList(record.list) < 2) {
+    if (CardinalityOfList(record.list) < 2 || IsGrouped(record.list)) {
         return 1;
     }
     FLIST* grouped = NewDeclList();

@@ -151,6 +151,23 @@ class InitCheck {
     int depth_ = 0;
 };
 
+// Most initial values: a few digits, perhaps with a point between them. What it gained: a scanner a
+// declaration, half the time of a unit's.
+bool IsPlainNumber(const char16_t* text) {
+    constexpr std::size_t kMostDigits = 9;  // fits any number
+    const auto passDigits = [](const char16_t* from) {
+        while (chars::IsDigit(*from)) {
+            ++from;
+        }
+        return from;
+    };
+    const char16_t* end = passDigits(text);
+    const bool hasPoint = end != text && *end == u'.' && chars::IsDigit(end[1]);
+    end = hasPoint ? passDigits(end + 1) : end;
+    const auto length = static_cast<std::size_t>(end - text);
+    return *end == 0 && length != 0 && length <= kMostDigits;
+}
+
 bool IsInitSyntax(Scanner& scanner) {
     InitCheck check;
     bool empty = true;
@@ -176,7 +193,7 @@ bool IsInitSyntax(Scanner& scanner) {
 // The check scanner may be lent out while this runs, so the text gets a scanner of its own. Without
 // memory for one the text passes.
 int CheckInitSyntax(ERRHANDLER*, const char16_t* text) {
-    if (!text || *text == 0) {
+    if (!text || *text == 0 || lq::host::IsPlainNumber(text)) {
         return 0;
     }
     auto* scanner = static_cast<Scanner*>(Scanner::CreateObject());
