@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
-#include <unordered_map>
-#include <unordered_set>
+#include <string_view>
+#include <vector>
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
 #include "frame/chars.h"
 #include "host/base/streams.h"
+#include "host/model/flat_index.h"
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
@@ -32,10 +34,40 @@ constexpr char kNoIdentifier[] = "the name is no identifier";
 
 constexpr uint16_t kComponentAttributes = 0x4 | 0x80;  // initial values; recorded instances
 
-std::u16string Upper(std::u16string text) {
-    std::transform(text.begin(), text.end(), text.begin(), chars::ToUpper);
-    return text;
-}
+// The declarations of a unit by name, whatever its case. Of two of one name the first is there.
+class Components {
+  public:
+    struct Component {
+        const char16_t* name;
+        const host::Declaration* source = nullptr;  // null of one that the unit has implicitly
+        const DECL_TYP* decl = nullptr;             // null when the name is no identifier
+        bool isEntered = false;
+    };
+
+    // Null when there is none.
+    Component* Find(const char16_t* name) { return FindHashed(host::HashOfName(name), name); }
+
+    Component& FindOrAdd(const char16_t* name) {
+        const uint32_t hash = host::HashOfName(name);
+        if (Component* known = FindHashed(hash, name)) {
+            return *known;
+        }
+        components_.push_back({.name = name});
+        index_.Add(static_cast<uint32_t>(components_.size()), hash);
+        return components_.back();
+    }
+
+  private:
+    Component* FindHashed(uint32_t hash, const char16_t* name) {
+        const uint32_t found = index_.Find(hash, [&](uint32_t number) {
+            return chars::EqualNoCase(components_[number - 1].name, name);
+        });
+        return found != 0 ? &components_[found - 1] : nullptr;
+    }
+
+    std::vector<Component> components_;
+    host::FlatIndex<uint32_t> index_;  // of their numbers, from 1
+};
 
 class Translator {
   public:
@@ -88,7 +120,7 @@ class Translator {
 
     // A list is loaded in parts: the records of a declaration take several times the memory of its
     // lines.
-    static constexpr size_t kPart = 1024;
+    static constexpr size_t kPart = 64;
 
     void EnterGlobals(ID id) {
         const host::VariableList& list = *project_.GetVariableList(id);
@@ -186,74 +218,69 @@ class Translator {
         }
     }
 
-    // The declarations of a unit by name, in upper case, and where they stand in the source.
-    struct Component {
-        const host::Declaration* source;
-        const DECL_TYP* decl;  // null when the name is no identifier
-    };
-    using Components = std::unordered_map<std::u16string, Component>;
-
     // Takes the declarations with erroneous names, which the loader has marked, and those whose
     // name was declared before out of the header.
-    static void DropUnusable(POU_HEADER_TYP* header) {
-        FLIST* all = pouh::ListOf(header);
-        FLIST* kept = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
-        std::vector<DECL_TYP*> dropped;
-        std::unordered_set<std::u16string> names;
-        bool complete = true;
-        for (DECL_TYP* decl = pouh::DeclAt(all, LC_FIRST); decl;
-             decl = pouh::DeclAt(all, LC_NEXT)) {
-            const char16_t* name = pouh::TextOf(decl, POUH_NAME);
-            if (name[0] == kErrorMark || !names.insert(Upper(name)).second) {
-                dropped.push_back(decl);
-            } else {
-                complete = InsertElementOfList(kept, &decl, LC_LAST, 0) && complete;
-            }
-        }
-        POUH_DECL_LIST_TYP* record = nullptr;
-        GetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
-        if (!complete || !SetAttrOfPOUHDeclList(record, POUH_LIST, &kept)) {
-            DestroyList(kept);
-            throw std::bad_alloc();
-        }
-        DestroyList(all);
-        std::for_each(dropped.begin(), dropped.end(), DestroyDecl);
-    }
-
-    Components ComponentsOf(const host::Pou& pou, FLIST* decls) const {
+    Components TakeComponents(const host::Pou& pou, POU_HEADER_TYP* header) const {
         Components components;
         for (const ID id : pou.declarations) {
             const host::Declaration& source = *project_.GetDeclaration(id);
             if (source.section.scope != host::Scope::kGlobal) {
-                components.emplace(Upper(source.name), Component{&source, nullptr});
+                Components::Component& component = components.FindOrAdd(source.name);
+                component.source = component.source ? component.source : &source;
             }
         }
-        for (const DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;
-             decl = pouh::DeclAt(decls, LC_NEXT)) {
-            const auto found = components.find(Upper(pouh::TextOf(decl, POUH_NAME)));
-            if (found != components.end()) {
-                found->second.decl = decl;
+        FLIST* all = pouh::ListOf(header);
+        std::vector<DECL_TYP*> kept;
+        std::vector<DECL_TYP*> dropped;
+        for (DECL_TYP* decl = pouh::DeclAt(all, LC_FIRST); decl;
+             decl = pouh::DeclAt(all, LC_NEXT)) {
+            const char16_t* name = pouh::TextOf(decl, POUH_NAME);
+            Components::Component* component =
+                name[0] == kErrorMark ? nullptr : &components.FindOrAdd(name);
+            if (component && !component->decl) {
+                component->decl = decl;
+                kept.push_back(decl);
+            } else {
+                dropped.push_back(decl);
             }
+        }
+        if (!dropped.empty()) {
+            KeepOnly(header, kept);
+            std::for_each(dropped.begin(), dropped.end(), DestroyDecl);
         }
         return components;
     }
 
+    static void KeepOnly(POU_HEADER_TYP* header, const std::vector<DECL_TYP*>& kept) {
+        FLIST* all = pouh::ListOf(header);
+        FLIST* list = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
+        const bool isComplete = std::all_of(kept.begin(), kept.end(), [list](DECL_TYP* decl) {
+            return InsertElementOfList(list, &decl, LC_LAST, 0) != 0;
+        });
+        POUH_DECL_LIST_TYP* record = nullptr;
+        GetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
+        if (!isComplete || !SetAttrOfPOUHDeclList(record, POUH_LIST, &list)) {
+            DestroyList(list);
+            throw std::bad_alloc();
+        }
+        DestroyList(all);
+    }
+
     void EnterComponents(const host::Pou& pou, POU_HEADER_TYP* header, uint32_t kind) {
-        DropUnusable(header);
-        const Components components = ComponentsOf(pou, pouh::ListOf(header));
+        Components components = TakeComponents(pou, header);
         const auto accepted = CheckComponents(pou, components);
         POU_LIST instances;
         CgTab::POS_DSC range = {};
         const int entered =
             CgTabAccess::AppendCmp(tables_, header, kComponentAttributes, &instances, range, 1);
-        const auto names = StampComponents(components, pou.line);
+        StampComponents(components, pou.line);
         Stamp(pou.line);
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         if (!entered && length == range.start && range.lines > 0) {
             Refuse(pou, "the unit's components cannot be entered");
             range = {range.start, range.start, 0};
         } else {
-            RefuseMissing(pou, accepted, names);
+            RefuseMissing(pou, accepted);
         }
         UnitInfo unit;
         unit.start = static_cast<uint32_t>(range.start);
@@ -268,70 +295,74 @@ class Translator {
     }
 
     // Short of memory, the set skips a declaration as it skips one that it cannot hold.
-    void RefuseMissing(const host::Pou& pou, const std::vector<const host::Declaration*>& accepted,
-                       const std::unordered_set<std::u16string>& names) {
-        for (const host::Declaration* source : accepted) {
-            if (!names.contains(Upper(source->name))) {
-                Refuse(pou.name, *source, FaultText(DeclFault::kMemory));
+    void RefuseMissing(const host::Pou& pou,
+                       const std::vector<const Components::Component*>& accepted) {
+        for (const Components::Component* component : accepted) {
+            if (!component->isEntered) {
+                Refuse(pou.name, *component->source, FaultText(DeclFault::kMemory));
             }
         }
     }
 
     // Reports the declarations that the tables will skip, and enters the types that others use.
     // Those that are to be entered.
-    std::vector<const host::Declaration*> CheckComponents(const host::Pou& pou,
-                                                          const Components& components) {
-        std::vector<const host::Declaration*> accepted;
+    std::vector<const Components::Component*> CheckComponents(const host::Pou& pou,
+                                                              Components& components) {
+        std::vector<const Components::Component*> accepted;
         for (const ID id : pou.declarations) {
             const host::Declaration& source = *project_.GetDeclaration(id);
-            const auto found = components.find(Upper(source.name));
-            if (found == components.end()) {
+            const Components::Component* const component = components.Find(source.name);
+            if (!component || !component->source) {
                 continue;  // a global of the unit
             }
             CountDeclaration();
             DeclFault fault = DeclFault::kNone;
-            if (found->second.source != &source) {
+            if (component->source != &source) {
                 Refuse(pou.name, source, "the unit has declared this name before");
-            } else if (!found->second.decl) {
+            } else if (!component->decl) {
                 Refuse(pou.name, source, kNoIdentifier);
-            } else if (!CgTabAccess::Decode(tables_, found->second.decl, fault)) {
+            } else if (!CgTabAccess::Decode(tables_, component->decl, fault)) {
                 Refuse(pou.name, source, FaultText(fault));
             } else if (source.section.scope == host::Scope::kExternal &&
                        tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0) {
                 Refuse(pou.name, source, "no global of this name was entered");
             } else {
                 EnterTypeName(pou.name, source);
-                accepted.push_back(&source);
+                accepted.push_back(component);
             }
         }
         return accepted;
     }
 
     // Components carry a line each, and so do the constants that they brought; an implicit one has
-    // that of its unit. The names of the components, in upper case.
-    std::unordered_set<std::u16string> StampComponents(const Components& components,
-                                                       uint32_t unitLine) {
-        std::unordered_set<std::u16string> names;
+    // that of its unit.
+    void StampComponents(Components& components, uint32_t unitLine) {
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         int32_t pos = stamped_[CgTab::TAB_CMP];
         while (pos < length) {
-            char16_t name[kMaxName];
-            CgTabAccess::WholeName(tables_, CgTab::TAB_CMP, pos, name, kMaxName);
-            const auto found = components.find(*names.insert(Upper(name)).first);
-            unsigned char bytes[kUserArea];
-            cgtab::StoreU32(bytes,
-                            found != components.end() ? found->second.source->line : unitLine);
-            CgTab::CMP_LINE component = {};
+            CgTab::CMP_LINE line;
             int32_t next = pos;
-            if (!tables_.Read(next, component, 0, nullptr)) {
+            if (!tables_.Read(next, line, 0, nullptr)) {
                 throw std::bad_alloc();
             }
-            StampConstant(component.cstLine, bytes);
+            char16_t name[kMaxName];
+            const bool isShort = chars::Length(line.name) + 1 < std::size(line.name);
+            if (!isShort) {
+                CgTabAccess::WholeName(tables_, CgTab::TAB_CMP, pos, name, kMaxName);
+            }
+            uint32_t sourceLine = unitLine;
+            Components::Component* component = components.Find(isShort ? line.name : name);
+            if (component && component->source) {
+                component->isEntered = true;
+                sourceLine = component->source->line;
+            }
+            unsigned char bytes[kUserArea];
+            cgtab::StoreU32(bytes, sourceLine);
+            StampConstant(line.cstLine, bytes);
             WriteUserArea(CgTab::TAB_CMP, pos, bytes);
         }
         stamped_[CgTab::TAB_CMP] = length;
         stamped_[CgTab::TAB_CST] = CgTabAccess::LengthOf(tables_, CgTab::TAB_CST);
-        return names;
     }
 
     // A constant of this unit belongs to the first component that uses it.
@@ -380,14 +411,14 @@ class Translator {
         }
     }
 
-    void EnterTemporaries(const host::Pou& pou, const Components& components, uint32_t kind) {
+    void EnterTemporaries(const host::Pou& pou, Components& components, uint32_t kind) {
         for (const ID id : pou.declarations) {
             const host::Declaration& source = *project_.GetDeclaration(id);
             if (source.section.scope != host::Scope::kTemp) {
                 continue;
             }
-            const Component& component = components.at(Upper(source.name));
-            const DECL_TYP* decl = component.source == &source ? component.decl : nullptr;
+            const Components::Component* const component = components.Find(source.name);
+            const DECL_TYP* decl = component->source == &source ? component->decl : nullptr;
             IEC_TYPE type = IEC_NO_TYPE;
             CgTab::TYP_DSC dsc = {};
             DeclFault fault = DeclFault::kNone;
