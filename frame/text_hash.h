@@ -84,7 +84,7 @@ inline uint32_t OfText(const char16_t* text, std::size_t length) {
 
 // Equal for texts that differ in case only.
 inline uint32_t OfName(const char16_t* text, std::size_t length) {
-    return detail::Hash(text, length, detail::ToUpper);
+    return detail::Hash(text, length, [](uint64_t word) { return detail::ToUpper(word); });
 }
 
 }  // namespace lq::text_hash

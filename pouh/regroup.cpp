@@ -61,15 +61,18 @@ unsigned GroupOfSlot(const void* slot) {
     return GroupOf(decl ? decl->scope : DS_UNKNOWN);
 }
 
-// Most headers are declared in the order of the groups.
+// Most headers are declared in the order of the groups. The list stands before its first element
+// afterwards, as a regrouped one does.
 bool IsGrouped(FLIST* list) {
     unsigned last = 0;
-    return ForEachDecl(list, [&last](const void* slot) {
+    const bool isGrouped = ForEachDecl(list, [&last](const void* slot) {
         const unsigned group = GroupOfSlot(slot);
         const bool inOrder = group >= last;
         last = group;
         return inOrder;
     });
+    FindElementOfList(list, nullptr, nullptr, LC_REWIND, 0);
+    return isGrouped;
 }
 
 // Inserts the declarations of `from` into `to`, which is empty, between markers that it removes
