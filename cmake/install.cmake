@@ -43,7 +43,8 @@ if(LQ_DATA_HOST_BASE)
             COMPONENT development)
   endforeach()
   # Of the library's own: what the model's records are compared with.
-  install(FILES frame/chars.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame COMPONENT development)
+  install(FILES frame/chars.h frame/text_hash.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame
+          COMPONENT development)
 endif()
 
 # -- CMake package --------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 // a million elements, of some hundred kinds.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,6 +42,10 @@ struct Kind {
     std::string name;
     const Row* row = nullptr;          // null when the schema does not know the element
     Verdict verdict = Verdict::kRead;  // below its parent
+
+    // How the handler reads the elements, once it has looked.
+    static constexpr uint8_t kNotLooked = 0xFF;
+    mutable uint8_t step = kNotLooked;
 
   private:
     std::vector<std::unique_ptr<Kind>> below_;

@@ -2,6 +2,7 @@
 // which operation reads a part once it is complete. Only one variable, data type, body or task is
 // in memory at a time.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <new>
@@ -41,7 +42,7 @@ class Reader final : public ElementHandler {
         Part close;
     };
     static const Step kSteps[];
-    static const Step* FindStep(std::string_view element);
+    static const Step& StepOf(const Kind& kind);
 
     bool Enter(const Element&) { return true; }
     bool OpenPou(const Element& pou);
@@ -114,13 +115,13 @@ const Reader::Step Reader::kSteps[] = {
     {"addData", nullptr, &Reader::Leave},
 };
 
-const Reader::Step* Reader::FindStep(std::string_view element) {
-    for (const Step& step : kSteps) {
-        if (step.element == element) {
-            return &step;
-        }
+// The schema offers no other elements.
+const Reader::Step& Reader::StepOf(const Kind& kind) {
+    if (kind.step == Kind::kNotLooked) {
+        const auto isNamed = [&kind](const Step& step) { return step.element == kind.name; };
+        kind.step = static_cast<uint8_t>(std::ranges::find_if(kSteps, isNamed) - kSteps);
     }
-    return nullptr;
+    return kSteps[kind.step];
 }
 
 Treatment Reader::Start(const Element& element) {
@@ -131,20 +132,20 @@ Treatment Reader::Start(const Element& element) {
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
         return Treatment::kSkip;
     }
-    const Step* step = FindStep(element.Name());
-    if (!step->open) {
+    const Step& step = StepOf(*element.kind);
+    if (!step.open) {
         return Treatment::kCapture;
     }
     JudgeAttributes(context_, element);
-    return (this->*step->open)(element) ? Treatment::kStream : Treatment::kSkip;
+    return (this->*step.open)(element) ? Treatment::kStream : Treatment::kSkip;
 }
 
 void Reader::End(const Element& element) {
-    const Step* step = FindStep(element.Name());
-    if (!step->open) {
+    const Step& step = StepOf(*element.kind);
+    if (!step.open) {
         JudgeTree(context_, element);
     }
-    (this->*step->close)(element);
+    (this->*step.close)(element);
 }
 
 // -- Beginnings and ends --------------------------------------------------------------------------

@@ -67,9 +67,12 @@ void PrintSummary(Translation& translation) {
 
 int RunTranslate(const TranslateOptions& options) {
     std::vector<host::Report> reports;
-    CurrentProject current;
-    ReadProject(options.project, current.project, reports);
-    Translation translation = Translate(current.project);
+    // The process ends with the command: giving a large project back piece by piece would only
+    // delay it.
+    static host::Project& project = *new host::Project;
+    static Translation& translation = *new Translation;
+    ReadProject(options.project, project, reports);
+    translation = Translate(project);
     if (!options.output.empty()) {
         const Progress progress("saving " + options.output);
         SaveImage(*translation.tables, options.output);

@@ -268,19 +268,19 @@ class Translator {
 
     void EnterComponents(const host::Pou& pou, POU_HEADER_TYP* header, uint32_t kind) {
         Components components = TakeComponents(pou, header);
-        const auto accepted = CheckComponents(pou, components);
         POU_LIST instances;
         CgTab::POS_DSC range = {};
         const int entered =
             CgTabAccess::AppendCmp(tables_, header, kComponentAttributes, &instances, range, 1);
         StampComponents(components, pou.line);
         Stamp(pou.line);
+        const auto missing = CheckComponents(pou, components);
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         if (!entered && length == range.start && range.lines > 0) {
             Refuse(pou, "the unit's components cannot be entered");
             range = {range.start, range.start, 0};
         } else {
-            RefuseMissing(pou, accepted);
+            RefuseMissing(pou, missing);
         }
         UnitInfo unit;
         unit.start = static_cast<uint32_t>(range.start);
@@ -296,19 +296,17 @@ class Translator {
 
     // Short of memory, the set skips a declaration as it skips one that it cannot hold.
     void RefuseMissing(const host::Pou& pou,
-                       const std::vector<const Components::Component*>& accepted) {
-        for (const Components::Component* component : accepted) {
-            if (!component->isEntered) {
-                Refuse(pou.name, *component->source, FaultText(DeclFault::kMemory));
-            }
+                       const std::vector<const host::Declaration*>& missing) {
+        for (const host::Declaration* source : missing) {
+            Refuse(pou.name, *source, FaultText(DeclFault::kMemory));
         }
     }
 
-    // Reports the declarations that the tables will skip, and enters the types that others use.
-    // Those that are to be entered.
-    std::vector<const Components::Component*> CheckComponents(const host::Pou& pou,
-                                                              Components& components) {
-        std::vector<const Components::Component*> accepted;
+    // Reports the declarations that the tables had to skip, and enters the types that others use.
+    // Those that the tables could have entered, and did not.
+    std::vector<const host::Declaration*> CheckComponents(const host::Pou& pou,
+                                                          Components& components) {
+        std::vector<const host::Declaration*> missing;
         for (const ID id : pou.declarations) {
             const host::Declaration& source = *project_.GetDeclaration(id);
             const Components::Component* const component = components.Find(source.name);
@@ -316,22 +314,35 @@ class Translator {
                 continue;  // a global of the unit
             }
             CountDeclaration();
-            DeclFault fault = DeclFault::kNone;
             if (component->source != &source) {
                 Refuse(pou.name, source, "the unit has declared this name before");
             } else if (!component->decl) {
                 Refuse(pou.name, source, kNoIdentifier);
-            } else if (!CgTabAccess::Decode(tables_, component->decl, fault)) {
-                Refuse(pou.name, source, FaultText(fault));
-            } else if (source.section.scope == host::Scope::kExternal &&
-                       tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0) {
-                Refuse(pou.name, source, "no global of this name was entered");
-            } else {
+            } else if (component->isEntered) {
                 EnterTypeName(pou.name, source);
-                accepted.push_back(component);
+            } else if (!RefuseSkipped(pou, source, component->decl)) {
+                EnterTypeName(pou.name, source);
+                missing.push_back(&source);
             }
         }
-        return accepted;
+        return missing;
+    }
+
+    // False when the declaration is as the tables want it.
+    bool RefuseSkipped(const host::Pou& pou, const host::Declaration& source,
+                       const DECL_TYP* decl) {
+        DeclFault fault = DeclFault::kNone;
+        if (!CgTabAccess::Decode(tables_, decl, fault)) {
+            Refuse(pou.name, source, FaultText(fault));
+            return true;
+        }
+        const bool isMissing =
+            source.section.scope == host::Scope::kExternal &&
+            tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
+        if (isMissing) {
+            Refuse(pou.name, source, "no global of this name was entered");
+        }
+        return isMissing;
     }
 
     // Components carry a line each, and so do the constants that they brought; an implicit one has
