@@ -66,11 +66,11 @@ bool IsIdentifier(const char16_t* name) {
     }
     const char16_t* c = name;
     for (; *c != 0; ++c) {
-        const bool underscore = *c == u'_';
-        if (!underscore && !chars::IsLetter(*c) && !chars::IsDigit(*c)) {
-            return false;
+        if (chars::HasAsciiClass(*c, chars::kLetter | chars::kDigit)) {
+            continue;
         }
-        if (underscore && (c[1] == u'_' || c[1] == 0)) {
+        const bool isSingle = *c == u'_' && c[1] != u'_' && c[1] != 0;
+        if (!isSingle && !chars::IsLetter(*c)) {
             return false;
         }
     }

@@ -67,7 +67,7 @@ std::string_view Element::Attribute(std::string_view attribute) const {
 const Element* Element::Child(std::string_view child) const {
     for (const auto& candidate : children) {
         if (candidate->Name() == child) {
-            return candidate.get();
+            return candidate;
         }
     }
     return nullptr;
@@ -76,7 +76,7 @@ const Element* Element::Child(std::string_view child) const {
 const Element* Element::FirstElement() const {
     for (const auto& candidate : children) {
         if (!candidate->IsText()) {
-            return candidate.get();
+            return candidate;
         }
     }
     return nullptr;

@@ -21,9 +21,9 @@ struct Element {
     const Kind* kind = &kTextKind;
     std::string text;  // of a text
     std::vector<Setting> attributes;
-    std::vector<std::unique_ptr<Element>> children;  // blank texts are kept in XHTML only
-    const Element* parent = nullptr;                 // null for the root
-    uint32_t line = 0;                               // both from 1, in the file
+    std::vector<Element*> children;   // blank texts are kept in XHTML only
+    const Element* parent = nullptr;  // null for the root
+    uint32_t line = 0;                // both from 1, in the file
     uint32_t column = 0;
     std::string values;  // of all attributes
 

@@ -13,41 +13,48 @@ namespace lq::host::plcopen {
 
 namespace {
 
-// Elements that stay for later ones with their memory, as long as both are few and small.
-class SpareElements {
+// The elements of the document that are there at a time. They go in the opposite order of their
+// coming, and what comes later takes their places and their memory.
+class ElementStack {
   public:
-    std::unique_ptr<Element> Take() {
-        if (spare_.empty()) {
-            return std::make_unique<Element>();
+    Element& Push() {
+        if (used_ == elements_.size()) {
+            elements_.push_back(std::make_unique<Element>());
         }
-        std::unique_ptr<Element> element = std::move(spare_.back());
-        spare_.pop_back();
-        return element;
+        return *elements_[used_++];
     }
 
-    void Keep(std::unique_ptr<Element> element) {
-        while (!element->children.empty()) {
-            Keep(std::move(element->children.back()));
-            element->children.pop_back();
+    // Takes `element` and all that came after it away.
+    void PopFrom(const Element& element) {
+        do {
+            Clear(*elements_[--used_]);
+        } while (elements_[used_].get() != &element);
+        if (elements_.size() > kMost && used_ < kMost) {
+            elements_.resize(kMost);
         }
-        const std::size_t size = element->text.capacity() + element->values.capacity() +
-                                 element->attributes.capacity() + element->children.capacity();
-        if (spare_.size() == kMost || size > kMostBytes || element->ownKind) {
-            return;
-        }
-        element->kind = &kTextKind;
-        element->text.clear();
-        element->values.clear();
-        element->attributes.clear();
-        element->ownAttributes.clear();
-        spare_.push_back(std::move(element));
     }
 
   private:
-    static constexpr std::size_t kMost = 64;
+    static constexpr std::size_t kMost = 256;  // that stay without use, and of what size
     static constexpr std::size_t kMostBytes = 1024;
 
-    std::vector<std::unique_ptr<Element>> spare_;
+    static void Clear(Element& element) {
+        const std::size_t size = element.text.capacity() + element.values.capacity() +
+                                 element.attributes.capacity() + element.children.capacity();
+        if (size > kMostBytes || element.ownKind) {
+            element = {};
+            return;
+        }
+        element.kind = &kTextKind;
+        element.text.clear();
+        element.values.clear();
+        element.attributes.clear();
+        element.children.clear();
+        element.ownAttributes.clear();
+    }
+
+    std::vector<std::unique_ptr<Element>> elements_;
+    std::size_t used_ = 0;
 };
 
 // expat calls back through C, which no exception may cross: each callback keeps what was thrown and
@@ -147,24 +154,23 @@ class Parser {
             return;
         }
         EndText();
-        std::unique_ptr<Element> element = NewElement();
-        Kind& kind = KindOf(name, *element);
-        element->kind = &kind;
-        SetAttributes(*element, kind, attributes);
+        Element& element = NewElement();
+        Kind& kind = KindOf(name, element);
+        element.kind = &kind;
+        SetAttributes(element, kind, attributes);
         const bool offered = open_.empty() || open_.back().streamed;
-        const Treatment treatment = offered ? handler_.Start(*element) : Treatment::kCapture;
+        const Treatment treatment = offered ? handler_.Start(element) : Treatment::kCapture;
         if (treatment == Treatment::kRefuse) {
             Refuse(handler_.Refusal());
             return;
         }
         if (treatment == Treatment::kSkip) {
             skipDepth_ = depth_;
-            spare_.Keep(std::move(element));
+            elements_.PopFrom(element);
             return;
         }
-        Element* const added = element.get();
-        Siblings().push_back(std::move(element));
-        open_.push_back({added, &kind, treatment == Treatment::kStream});
+        Siblings().push_back(&element);
+        open_.push_back({&element, &kind, treatment == Treatment::kStream});
     }
 
     Kind& KindOf(std::string_view name, Element& element) {
@@ -211,7 +217,7 @@ class Parser {
             return;
         }
         if (!inText_) {
-            Siblings().push_back(NewElement());
+            Siblings().push_back(&NewElement());
             inText_ = true;
         }
         Siblings().back()->text += piece;
@@ -234,19 +240,19 @@ class Parser {
     }
 
     void DropLast() {
-        spare_.Keep(std::move(Siblings().back()));
+        elements_.PopFrom(*Siblings().back());
         Siblings().pop_back();
     }
 
-    std::unique_ptr<Element> NewElement() {
-        std::unique_ptr<Element> element = spare_.Take();
-        element->parent = open_.empty() ? nullptr : open_.back().element;
-        element->line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
-        element->column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
+    Element& NewElement() {
+        Element& element = elements_.Push();
+        element.parent = open_.empty() ? nullptr : open_.back().element;
+        element.line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
+        element.column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
         return element;
     }
 
-    std::vector<std::unique_ptr<Element>>& Siblings() {
+    std::vector<Element*>& Siblings() {
         return open_.empty() ? root_ : open_.back().element->children;
     }
 
@@ -284,8 +290,8 @@ class Parser {
     ElementHandler& handler_;
     XmlFault& fault_;
     std::unique_ptr<XML_ParserStruct, Closer> expat_;
-    SpareElements spare_;
-    std::vector<std::unique_ptr<Element>> root_;
+    ElementStack elements_;
+    std::vector<Element*> root_;
     std::vector<Open> open_;
     int depth_ = 0;
     int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
