@@ -7,6 +7,7 @@
 #include "host/framework/extension_module.h"
 #include "host/framework/module_file.h"
 #include "host/framework/string_table.h"
+#include "host/resources/built_in.h"
 #include "host/text/utf.h"
 #include "lq_data/memory.h"
 
@@ -67,7 +68,11 @@ HINSTANCE AfxLoadLibrary(const char16_t* name) {
     }
     void* const loader = Open(file);
     if (!loader) {
+#ifdef LQ_HOST_BUILT_IN_TEXTS
+        return FindBuiltIn(file);
+#else
         return nullptr;
+#endif
     }
     const auto* strings = static_cast<const LQ_STRING_TABLE*>(dlsym(loader, kStringTableSymbol));
     HINSTANCE module = lq::New<LQ_MODULE>();

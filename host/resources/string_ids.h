@@ -1,8 +1,9 @@
 // The strings of the resource libraries: one list of ids here, one text a language in the
-// strings_*.cpp files.
+// language's header.
 //
 // A new string: its id here, its text in every language. A language that lacks one does not
-// compile. A new language: another strings_*.cpp, entered in CMakeLists.txt.
+// compile. A new language: another header and strings_*.cpp, entered in CMakeLists.txt and
+// built_in.cpp.
 #pragma once
 
 #include <cstddef>
@@ -35,8 +36,7 @@ constexpr bool IsComplete(const LQ_STRING_RESOURCE (&strings)[count]) {
 
 }  // namespace lq::host
 
-// Exports the strings of a language; once in each of its source files.
-#define LQ_EXPORT_STRINGS(strings)                                                     \
-    static_assert(lq::host::IsComplete(strings), "a text is missing or out of order"); \
-    extern "C" LQ_DATA_API const LQ_STRING_TABLE lq_string_table;                      \
+// Exports the strings of a language; once in each resource library.
+#define LQ_EXPORT_STRINGS(strings)                                \
+    extern "C" LQ_DATA_API const LQ_STRING_TABLE lq_string_table; \
     const LQ_STRING_TABLE lq_string_table = {std::size(strings), strings};

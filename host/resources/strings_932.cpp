@@ -1,14 +1,3 @@
-// Japanese.
-#include "host/resources/string_ids.h"
+#include "host/resources/japanese.h"
 
-namespace {
-
-constexpr LQ_STRING_RESOURCE kStrings[] = {
-    {6491, u"STRING"},
-    {6492, u"ARRAY"},
-    {10000, u"(64ビット値)"},
-};
-
-}  // namespace
-
-LQ_EXPORT_STRINGS(kStrings)
+LQ_EXPORT_STRINGS(lq::host::kJapanese)

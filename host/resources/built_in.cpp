@@ -1,0 +1,36 @@
+#include "host/resources/built_in.h"
+
+#include <cstring>
+
+#include "host/resources/english.h"
+#include "host/resources/japanese.h"
+
+namespace lq::host {
+
+namespace {
+
+// The library attaches before static objects exist: constants only.
+constinit const LQ_STRING_TABLE english = {std::size(kEnglish), kEnglish};
+constinit const LQ_STRING_TABLE japanese = {std::size(kJapanese), kJapanese};
+
+struct Library {
+    const char* file;
+    LQ_MODULE module;
+};
+constinit Library libraries[] = {
+    {"lq_data_RC_1252.dll", {u"lq_data_RC_1252", nullptr, nullptr, &english}},
+    {"lq_data_RC_932.dll", {u"lq_data_RC_932", nullptr, nullptr, &japanese}},
+};
+
+}  // namespace
+
+HINSTANCE FindBuiltIn(const char* file) noexcept {
+    for (Library& library : libraries) {
+        if (std::strcmp(library.file, file) == 0) {
+            return &library.module;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace lq::host

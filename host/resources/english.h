@@ -1,0 +1,15 @@
+// English.
+#pragma once
+
+#include "host/resources/string_ids.h"
+
+namespace lq::host {
+
+inline constexpr LQ_STRING_RESOURCE kEnglish[] = {
+    {6491, u"STRING"},
+    {6492, u"ARRAY"},
+    {10000, u"(64-bit value)"},
+};
+static_assert(IsComplete(kEnglish), "a text is missing or out of order");
+
+}  // namespace lq::host
