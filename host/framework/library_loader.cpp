@@ -4,10 +4,10 @@
 #include <cstring>
 #include <dlfcn.h>
 
+#include "host/framework/built_in_texts.h"
 #include "host/framework/extension_module.h"
 #include "host/framework/module_file.h"
 #include "host/framework/string_table.h"
-#include "host/resources/built_in.h"
 #include "host/text/utf.h"
 #include "lq_data/memory.h"
 

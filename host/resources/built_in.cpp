@@ -1,7 +1,6 @@
-#include "host/resources/built_in.h"
-
 #include <cstring>
 
+#include "host/framework/built_in_texts.h"
 #include "host/resources/english.h"
 #include "host/resources/japanese.h"
 
