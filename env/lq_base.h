@@ -30,7 +30,7 @@ class LQ_DATA_API CLQString {
 
     // The text, terminated; never null. Valid until the text changes. It may be assigned or added
     // to the text itself.
-    const char16_t* GetText() const { return text_ ? text_ : u""; }
+    const char16_t* GetText() const { return text_ ? text_ : small_; }
     operator const char16_t*() const { return GetText(); }
     int32_t GetLength() const { return static_cast<int32_t>(length_); }
     int IsEmpty() const { return length_ == 0; }
@@ -69,12 +69,17 @@ class LQ_DATA_API CLQString {
     void Fail();
     void Swap(CLQString& other);
 
-    // Projects hold hundreds of thousands of texts: the failure is a capacity that none has.
+    char16_t* Buffer() { return text_ ? text_ : small_; }
+
+    // Projects hold hundreds of thousands of texts: the failure is a capacity that none has, and a
+    // short text, as most are, lies in the object.
     static constexpr uint32_t kFailed = 0xFFFFFFFF;
+    static constexpr uint32_t kSmall = 11;
 
     char16_t* text_ = nullptr;
     uint32_t length_ = 0;
-    uint32_t capacity_ = 0;
+    uint32_t capacity_ = kSmall;
+    char16_t small_[kSmall + 1] = {};
 };
 
 // Error code of a stream operation.

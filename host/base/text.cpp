@@ -1,5 +1,6 @@
-// The string class: a counted, terminated buffer that grows by doubling. Whoever hands the text's
-// own characters back to it is served too: a new buffer is filled before the old one goes.
+// The string class: a counted, terminated buffer, at first within the object, that grows by
+// doubling. Whoever hands the text's own characters back to it is served too: a new buffer is
+// filled before the old one goes.
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -14,7 +15,6 @@
 namespace {
 
 constexpr std::size_t kMaxLength = 0x7FFFFFFE;
-constexpr std::size_t kSmallestCapacity = 11;  // fills the smallest block of common allocators
 
 }  // namespace
 
@@ -39,13 +39,11 @@ CLQString::~CLQString() {
 CLQString& CLQString::operator=(const char16_t* text) {
     const std::size_t length = text ? lq::chars::Length(text) : 0;
     if (HasFailed()) {
-        capacity_ = 0;
+        capacity_ = kSmall;
     }
     if (length <= capacity_) {
-        if (text_) {
-            std::memmove(text_, length ? text : u"", length * sizeof(char16_t));
-            text_[length] = 0;
-        }
+        std::memmove(Buffer(), length ? text : u"", length * sizeof(char16_t));
+        Buffer()[length] = 0;
         length_ = static_cast<uint32_t>(length);
         return *this;
     }
@@ -113,14 +111,16 @@ void CLQString::y_GetAttrOfFBInstSpec(void* spec, int flag) {
 
 // Gives an empty text its buffer.
 bool CLQString::Reserve(std::size_t capacity) {
-    const std::size_t wanted = std::clamp(capacity, kSmallestCapacity, kMaxLength);
-    text_ = capacity <= kMaxLength ? lq::AllocateArray<char16_t>(wanted + 1) : nullptr;
+    if (capacity <= kSmall) {
+        return true;
+    }
+    text_ = capacity <= kMaxLength ? lq::AllocateArray<char16_t>(capacity + 1) : nullptr;
     if (!text_) {
         Fail();
         return false;
     }
     text_[0] = 0;
-    capacity_ = static_cast<uint32_t>(wanted);
+    capacity_ = static_cast<uint32_t>(capacity);
     return true;
 }
 
@@ -143,14 +143,15 @@ void CLQString::Append(const char16_t* text, std::size_t count) {
         Swap(grown);
         return;
     }
-    std::memmove(text_ + length_, text, count * sizeof(char16_t));
-    text_[length] = 0;
+    std::memmove(Buffer() + length_, text, count * sizeof(char16_t));
+    Buffer()[length] = 0;
     length_ = static_cast<uint32_t>(length);
 }
 
 void CLQString::Fail() {
     lq::Release(text_);
     text_ = nullptr;
+    small_[0] = 0;
     length_ = 0;
     capacity_ = kFailed;
 }
@@ -159,4 +160,5 @@ void CLQString::Swap(CLQString& other) {
     std::swap(text_, other.text_);
     std::swap(length_, other.length_);
     std::swap(capacity_, other.capacity_);
+    std::swap(small_, other.small_);
 }

@@ -182,7 +182,12 @@ class Translator {
     // --- Other names -------------------------------------------------------------------------
 
     void EnterTypeName(const char16_t* list, const host::Declaration& source) {
-        const ID id = NamedType(project_, source);
+        // Texts of the project are equal when their pointers are.
+        if (source.type != lastType_) {
+            lastType_ = source.type;
+            lastNamed_ = NamedType(project_, source);
+        }
+        const ID id = lastNamed_;
         if (id.GetNumber()) {
             if (tables_.Insert(project_.NameOf(id)) < 0) {
                 Refuse(list, source, "the name of its type cannot be entered");
@@ -295,8 +300,7 @@ class Translator {
     }
 
     // Short of memory, the set skips a declaration as it skips one that it cannot hold.
-    void RefuseMissing(const host::Pou& pou,
-                       const std::vector<const host::Declaration*>& missing) {
+    void RefuseMissing(const host::Pou& pou, const std::vector<const host::Declaration*>& missing) {
         for (const host::Declaration* source : missing) {
             Refuse(pou.name, *source, FaultText(DeclFault::kMemory));
         }
@@ -488,6 +492,8 @@ class Translator {
     Progress progress_{"entering declarations", project_.Declarations().size()};
     int32_t stamped_[CgTab::TAB_COUNT] = {};
     std::vector<unsigned char> units_;  // the image of table 1
+    host::Text lastType_ = nullptr;     // of EnterTypeName, and the object that it names
+    ID lastNamed_;
 };
 
 }  // namespace
