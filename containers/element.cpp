@@ -136,7 +136,8 @@ bool ElementFormat::HasRank() const {
 }
 
 int64_t ElementFormat::Rank(const void* slot) const {
-    return TraitsOf(type).rank(slot);
+    const Ranking rank = TraitsOf(type).rank;
+    return rank ? rank(slot) : 0;
 }
 
 uint32_t ElementFormat::Measure(void* slot) const {

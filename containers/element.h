@@ -22,7 +22,8 @@ struct ElementFormat {
     // Below, equal to or above zero: the element against the key. Of LET_MEMORY `length` bytes; 0
     // or more than the size means all.
     int Compare(void* slot, const void* key, uint32_t length) const;
-    // Whether elements compare as numbers, and the number: the order of ranks is that of Compare.
+    // Whether elements compare as numbers, and the number, else 0: the order of ranks is that of
+    // Compare.
     bool HasRank() const;
     int64_t Rank(const void* slot) const;
     // The element size; for a text its characters with the terminator, 0 for none.

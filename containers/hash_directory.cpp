@@ -146,7 +146,7 @@ bool HashTable::CheckDirectory() const {
                 return false;
             }
         }
-        if (FindInChain(buckets_[newest->bucket], newest->key) != newest) {
+        if (!newest || FindInChain(buckets_[newest->bucket], newest->key) != newest) {
             return false;
         }
     }

@@ -87,7 +87,7 @@ class NodeArray {
                 link = &page->next;
                 used = 0;
             }
-            page->items[used++] = {node, format.HasRank() ? format.Rank(node->Data()) : 0};
+            page->items[used++] = {node, format.Rank(node->Data())};
         }
         return true;
     }

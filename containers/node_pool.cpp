@@ -64,10 +64,10 @@ bool CGList::Reserve() {
 }
 
 CGList::CNode* CGList::NewNode(CNode* prev, CNode* next) {
-    if (!free_ && !Reserve()) {
+    CNode* const node = free_ || Reserve() ? free_ : nullptr;
+    if (!node) {
         return nullptr;
     }
-    CNode* node = free_;
     free_ = node->next;
     node->prev = prev;
     node->next = next;

@@ -34,7 +34,8 @@ constexpr std::array<uint16_t, 128> MakeCharClasses() {
             classes[*characters] = static_cast<uint16_t>(classes[*characters] | bits);
         }
     };
-    for (char16_t c = 0; c < classes.size(); ++c) {
+    for (unsigned i = 0; i < classes.size(); ++i) {
+        const auto c = static_cast<char16_t>(i);
         if (chars::HasAsciiClass(c, chars::kLetter | chars::kDigit)) {
             classes[c] = kWord;
             if (!chars::IsDigit(c)) {

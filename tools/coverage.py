@@ -25,9 +25,10 @@ def run_tests(build, profile):
     for old in glob.glob(os.path.join(raw, "*")):
         os.remove(old)
     environment = os.environ | {"LLVM_PROFILE_FILE": os.path.join(raw, "%m.profraw")}
-    for program in ("lq_tests", "lq_tool_tests"):
-        subprocess.run([os.path.join(build, "bin", program), "--gtest_brief=1"], env=environment,
-                       check=True)
+    # The limit of that one test is the profile's as well.
+    for program, left_out in (("lq_tests", ""), ("lq_tool_tests", "-Faults.TheFileMayNotGrow")):
+        subprocess.run([os.path.join(build, "bin", program), "--gtest_brief=1",
+                        f"--gtest_filter={left_out or '*'}"], env=environment, check=True)
     subprocess.run(["llvm-profdata-14", "merge", "-o", profile,
                     *glob.glob(os.path.join(raw, "*.profraw"))], check=True)
 
