@@ -27,7 +27,7 @@ enum CharClass : uint16_t {
     kNumberMark = 16384,  // behind a decimal integer: it may be something else
 };
 
-constexpr std::array<uint16_t, 128> MakeCharClasses() {
+consteval std::array<uint16_t, 128> MakeCharClasses() {
     std::array<uint16_t, 128> classes{};
     const auto add = [&classes](const char16_t* characters, unsigned bits) {
         for (; *characters != 0; ++characters) {

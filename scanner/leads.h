@@ -56,7 +56,7 @@ inline constexpr OperatorOfTwo kOperatorsOfTwo[] = {
     {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
 };
 
-constexpr std::array<Lead, 128> MakeLeads() {
+consteval std::array<Lead, 128> MakeLeads() {
     std::array<Lead, 128> leads{};
     for (unsigned i = 0; i < leads.size(); ++i) {
         const auto c = static_cast<char16_t>(i);
