@@ -67,12 +67,6 @@ constexpr bool IsDigit(char16_t c) noexcept {
 constexpr bool IsHex(char16_t c) noexcept {
     return HasAsciiClass(c, kHex);
 }
-constexpr bool IsOctal(char16_t c) noexcept {
-    return c >= u'0' && c <= u'7';
-}
-constexpr bool IsBinary(char16_t c) noexcept {
-    return c == u'0' || c == u'1';
-}
 
 inline bool IsLetter(char16_t c) noexcept {
     return IsAscii(c) ? (detail::kAscii[c] & kLetter) != 0 : detail::IsWideLetter(c);

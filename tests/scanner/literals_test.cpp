@@ -39,6 +39,10 @@ TEST(Numbers, RangesAndReals) {
          "ERR[1.5e+]=4 ERR[1.5e1_]=4"},
         {u"1e5", "INT[1]=1 ID[e5]"},
         {u"1.0e999 1.0e-999", "REAL[1.0e999]=inf REAL[1.0e-999]=0"},
+        // More digits than a double holds, within and beyond what is read at once.
+        {u"123456789.125000001 0.00000000000000001",
+         "REAL[123456789.125000001]=123456789.125 "
+         "REAL[0.00000000000000001]=1.0000000000000001e-17"},
         {u"1.5.2 1.E3", "REAL[1.5]=1.5 OP[.]=60 INT[2]=2 REAL[1.E3]=1000"},
     });
 }
