@@ -14,6 +14,7 @@ set(headers_of_host
     framework/extension_module.h
     framework/string_table.h
     mdi/pou_ref.h
+    text/message.h
     text/utf.h
     useradapt/user_adapter.h)
 if(LQ_DATA_HOST)

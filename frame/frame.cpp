@@ -6,14 +6,12 @@
 #include <iterator>
 
 #include "frame/chars.h"
+#include "frame/code_page.h"
 #include "lq_base.h"
 
 namespace {
 
 constexpr uint32_t kInterfaceVersion = 0x10000;
-constexpr uint32_t kDefaultCodePage = 1252;
-constexpr char16_t kUserKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\App";
-constexpr char16_t kMachineKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\Startup\\App";
 constexpr int32_t kRingSize = 50;
 
 using FileName = char16_t[260];
@@ -23,21 +21,6 @@ using Name = char16_t[256];
 constinit LQ_MODULE ownModule{u"lq_data", &ownModule};
 constinit AFX_EXTENSION_MODULE extension;
 constinit HINSTANCE resourceLibrary = nullptr;
-
-// The first key that opens decides, even without the value.
-uint32_t ReadCodePage() {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, kUserKey, 0, KEY_READ, &key) != 0 &&
-        RegOpenKeyExW(HKEY_LOCAL_MACHINE, kMachineKey, 0, KEY_READ, &key) != 0) {
-        return kDefaultCodePage;
-    }
-    uint32_t codePage = kDefaultCodePage;
-    uint32_t size = sizeof codePage;
-    const int32_t result = RegQueryValueExW(key, u"CodePage", nullptr, nullptr,
-                                            reinterpret_cast<unsigned char*>(&codePage), &size);
-    RegCloseKey(key);
-    return result == 0 ? codePage : kDefaultCodePage;
-}
 
 // Copies as much of [first, last) as fits.
 void CopyName(Name& name, const char16_t* first, const char16_t* last) {
@@ -62,7 +45,7 @@ void GetBaseName(HINSTANCE module, Name& name) {
 }
 
 HINSTANCE LoadResourceLibrary(HINSTANCE module) {
-    const uint32_t codePage = ReadCodePage();
+    const uint32_t codePage = lq::frame::ReadCodePage();
     Name baseName;
     GetBaseName(module, baseName);
     CLQString formatted;

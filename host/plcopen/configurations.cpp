@@ -1,6 +1,7 @@
 #include <string>
 
 #include "host/plcopen/parts.h"
+#include "host/text/message.h"
 
 namespace lq::host::plcopen {
 
@@ -27,7 +28,7 @@ void ReadTask(Context& context, const Element& element, ID resource) {
     }
     std::string interval;
     if (!IntervalText(element.Attribute("interval"), interval)) {
-        context.Warn(element, "the interval '" + interval + "' is no duration and no name");
+        context.Warn(element, Say("the interval '{}' is no duration and no name", interval));
     }
     task.interval = context.Intern(interval);
     task.event = context.Intern(Trim(element.Attribute("single")));

@@ -2,24 +2,21 @@
 
 #include <utility>
 
+#include "host/text/message.h"
 #include "host/text/utf.h"
 
 namespace lq::host {
 
 std::string ToText(const Report& report) {
-    std::string text = report.file;
+    std::string place = report.file;
     if (report.line != 0) {
-        text += ":" + std::to_string(report.line) + ":" + std::to_string(report.column);
+        place += ":" + std::to_string(report.line) + ":" + std::to_string(report.column);
     }
-    text += report.error ? ": error: " : ": ";
-    if (!report.path.empty()) {
-        text += report.path + ": ";
-    }
-    text += report.message;
+    std::string text = report.path.empty() ? report.message : report.path + ": " + report.message;
     if (report.more != 0) {
-        text += " (and " + std::to_string(report.more) + " more)";
+        text = Say("{} (and {} more)", text, report.more);
     }
-    return text;
+    return place + ": " + (report.error ? Say("error: {}", text) : text);
 }
 
 namespace plcopen {
@@ -50,7 +47,7 @@ void Context::Fail(uint32_t line, uint32_t column, std::string message) {
 std::string_view Required(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value.empty()) {
-        context.Warn(element, "<" + element.Name() + "> has no " + std::string(attribute));
+        context.Warn(element, Say("<{}> has no {}", element.Name(), attribute));
     }
     return value;
 }

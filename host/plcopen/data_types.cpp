@@ -1,4 +1,5 @@
 #include "host/plcopen/parts.h"
+#include "host/text/message.h"
 
 namespace lq::host::plcopen {
 
@@ -9,8 +10,8 @@ void ReadDataType(Context& context, const Element& dataType) {
         return;
     }
     if (context.project.FindDataType(type.name) != ID()) {
-        context.Warn(dataType, "the name of data type '" + std::string(dataType.Attribute("name")) +
-                                   "' is taken: the first one is used");
+        context.Warn(dataType, Say("the name of data type '{}' is taken: the first one is used",
+                                   dataType.Attribute("name")));
     }
     type.line = dataType.line;
     type.comment = context.Documentation(dataType);
@@ -18,7 +19,7 @@ void ReadDataType(Context& context, const Element& dataType) {
     const Element* structure = base ? base->Child("struct") : nullptr;
     type.structure = structure != nullptr;
     if (!base) {
-        context.Warn(dataType, "<dataType> has no base type");
+        context.Warn(dataType, Say("<{}> has no base type", dataType.Name()));
     } else if (!structure) {
         type.baseType = context.Intern(TypeText(context, *base));
     }

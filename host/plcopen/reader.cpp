@@ -15,6 +15,7 @@
 #include "host/plcopen/parts.h"
 #include "host/plcopen/schema.h"
 #include "host/plcopen/xml.h"
+#include "host/text/message.h"
 
 namespace lq::host {
 
@@ -126,7 +127,7 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 
 Treatment Reader::Start(const Element& element) {
     if (!element.parent && element.Name() != "project") {
-        refusal_ = "the file is no PLCopen project: its root element is <" + element.Name() + ">";
+        refusal_ = Say("the file is no PLCopen project: its root element is <{}>", element.Name());
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
@@ -173,14 +174,13 @@ bool Reader::OpenPou(const Element& element) {
             return false;
         }
         if (project_.FindPou(pou.name) != ID()) {
-            context_.Warn(element, "the name of POU '" + std::string(element.Attribute("name")) +
-                                       "' is taken: the first one is used");
+            context_.Warn(element, Say("the name of POU '{}' is taken: the first one is used",
+                                       element.Attribute("name")));
         }
         pou_ = project_.AddPou(pou);
         return true;
     }
-    context_.Warn(element,
-                  "the POU type '" + std::string(type) + "' is not known: the POU was left out");
+    context_.Warn(element, Say("the POU type '{}' is not known: the POU was left out", type));
     return false;
 }
 
@@ -257,8 +257,8 @@ void Reader::TakeVariable(const Element& variable) {
     const ID known =
         section_.scope == Scope::kGlobal ? project_.FindGlobal(declaration->name) : ID();
     if (known != ID() && project_.GetDeclaration(known)->owner == owner_) {
-        context_.Warn(variable, "the name of global '" + std::string(variable.Attribute("name")) +
-                                    "' is taken: the first one is used");
+        context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
+                                    variable.Attribute("name")));
     }
     project_.AddDeclaration(*declaration);
 }
@@ -285,8 +285,9 @@ void Reader::TakeDocumentation(const Element& documentation) {
     } else if (parent == "globalVars") {
         project_.SetComment(owner_, text);
     } else {
-        context_.Warn(documentation, "<documentation> in <" + parent +
-                                         "> has no place in the project and was left out");
+        context_.Warn(documentation,
+                      Say("<{}> in <{}> has no place in the project and was left out",
+                          documentation.Name(), parent));
     }
 }
 
@@ -303,15 +304,15 @@ bool Read(std::istream& source, Context& context) {
 // Runs `read`, which returns success; what it throws becomes a report.
 template <typename Function>
 bool Contained(const std::string& fileName, std::vector<Report>& reports, Function read) noexcept {
-    const char* reason = "memory is short";
+    const char* reason = Message("memory is short");
     try {
         return read();
     } catch (const std::bad_alloc&) {
     } catch (...) {
-        reason = "the file cannot be read";
+        reason = Message("the file cannot be read");
     }
     try {
-        reports.push_back({fileName, 0, 0, {}, reason, 0, true});
+        reports.push_back({fileName, 0, 0, {}, Say(reason), 0, true});
     } catch (...) {  // no memory for the report either
     }
     return false;
@@ -322,9 +323,9 @@ std::string Obstacle(const std::string& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status)) {
-        return "there is no such file";
+        return Say("there is no such file");
     }
-    return std::filesystem::is_directory(status) ? "this is a folder, not a file" : "";
+    return std::filesystem::is_directory(status) ? Say("this is a folder, not a file") : "";
 }
 
 }  // namespace
@@ -347,7 +348,7 @@ bool ReadPlcopenFile(const std::string& path, Project& project,
         std::ifstream source;
         if (obstacle.empty()) {
             source.open(path, std::ios::binary);
-            obstacle = source ? "" : "the file cannot be opened";
+            obstacle = source ? "" : Say("the file cannot be opened");
         }
         if (!obstacle.empty()) {
             context.Fail(0, 0, obstacle);

@@ -4,6 +4,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "host/text/message.h"
+
 namespace lq::host::plcopen {
 
 using std::string_view;
@@ -174,8 +176,7 @@ bool IsOpaque(const Element& element) {
 // over, any other is reported by its name.
 void JudgeData(Context& context, const Element& data) {
     if (data.Attribute("handleUnknown") != "discard") {
-        context.Warn(data,
-                     "additional data '" + std::string(data.Attribute("name")) + "' is not read");
+        context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
     }
 }
 
@@ -211,10 +212,11 @@ Verdict JudgeAttribute(const Row* row, string_view name) {
 Verdict JudgeElement(Context& context, const Element& element) {
     const Verdict verdict = element.kind->verdict;
     if (verdict == Verdict::kUnknown || verdict == Verdict::kNotKept) {
-        const char* reason =
-            verdict == Verdict::kUnknown ? "is not known" : "has no place in the project";
-        context.Warn(element, "<" + element.Name() + "> in <" + element.parent->Name() + "> " +
-                                  reason + " and was left out");
+        const char* format =
+            verdict == Verdict::kUnknown
+                ? Message("<{}> in <{}> is not known and was left out")
+                : Message("<{}> in <{}> has no place in the project and was left out");
+        context.Warn(element, Say(format, element.Name(), element.parent->Name()));
     }
     return verdict;
 }
@@ -222,14 +224,14 @@ Verdict JudgeElement(Context& context, const Element& element) {
 void JudgeAttributes(Context& context, const Element& element) {
     for (const Element::Setting& setting : element.attributes) {
         if (setting.kind->verdict == Verdict::kUnknown) {
-            context.Warn(element, "attribute '" + setting.kind->name + "' of <" + element.Name() +
-                                      "> is not known and was left out");
+            context.Warn(element, Say("attribute '{}' of <{}> is not known and was left out",
+                                      setting.kind->name, element.Name()));
         }
     }
 }
 
 void ReportText(Context& context, const Element& text) {
-    context.Warn(text, "text in <" + text.parent->Name() + "> is not known and was left out");
+    context.Warn(text, Say("text in <{}> is not known and was left out", text.parent->Name()));
 }
 
 void JudgeTree(Context& context, const Element& element) {

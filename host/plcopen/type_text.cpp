@@ -1,4 +1,5 @@
 #include "host/plcopen/iec_text.h"
+#include "host/text/message.h"
 
 namespace lq::host::plcopen {
 
@@ -15,7 +16,7 @@ void AppendItem(std::string& list, std::string_view separator, std::string_view 
 std::string BaseType(Context& context, const Element& element) {
     const Element* base = element.Child("baseType");
     if (!base) {
-        context.Warn(element, "<" + element.Name() + "> has no base type");
+        context.Warn(element, Say("<{}> has no base type", element.Name()));
         return {};
     }
     return TypeText(context, *base);
@@ -40,7 +41,7 @@ std::string ArrayText(Context& context, const Element& array) {
         }
     }
     if (dimensions.empty()) {
-        context.Warn(array, "<array> has no dimension");
+        context.Warn(array, Say("<{}> has no dimension", array.Name()));
     }
     return "ARRAY [" + dimensions + "] OF " + BaseType(context, array);
 }
@@ -48,7 +49,7 @@ std::string ArrayText(Context& context, const Element& array) {
 std::string SubrangeText(Context& context, const Element& subrange) {
     const Element* range = subrange.Child("range");
     if (!range) {
-        context.Warn(subrange, "<" + subrange.Name() + "> has no range");
+        context.Warn(subrange, Say("<{}> has no range", subrange.Name()));
     }
     const std::string bounds = range ? " (" + Bounds(context, *range) + ")" : std::string();
     return BaseType(context, subrange) + bounds;
@@ -91,7 +92,7 @@ std::string StructureText(Context& context, const Element& structure) {
 std::string TypeText(Context& context, const Element& holder) {
     const Element* type = holder.FirstElement();
     if (!type || type->Name() == "addData") {
-        context.Warn(holder, "<" + holder.Name() + "> holds no type");
+        context.Warn(holder, Say("<{}> holds no type", holder.Name()));
         return {};
     }
     const std::string& name = type->Name();

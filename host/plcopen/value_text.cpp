@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "host/plcopen/iec_text.h"
+#include "host/text/message.h"
 
 namespace lq::host::plcopen {
 
@@ -51,7 +52,7 @@ std::string ValueText(Context& context, const Element& holder) {
 std::string InitialValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
     if (!value) {
-        context.Warn(holder, "<" + holder.Name() + "> holds no value");
+        context.Warn(holder, Say("<{}> holds no value", holder.Name()));
         return {};
     }
     if (value->Name() == "arrayValue") {

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "host/plcopen/parts.h"
+#include "host/text/message.h"
 
 namespace lq::host::plcopen {
 
@@ -22,10 +23,15 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
         return true;
     }
     if (!value.empty() && value != "false" && value != "0") {
-        context.Warn(element, "the attribute " + std::string(attribute) + " of <" + element.Name() +
-                                  "> is neither true nor false: it was read as false");
+        context.Warn(element,
+                     Say("the attribute {} of <{}> is neither true nor false: it was read as false",
+                         attribute, element.Name()));
     }
     return false;
+}
+
+const char* Settings(bool constant, bool retain) {
+    return !constant ? "retain" : retain ? "constant retain" : "constant";
 }
 
 }  // namespace
@@ -41,22 +47,21 @@ Section ReadSection(Context& context, const Element& list) {
     section.retain = IsSet(context, list, "retain");
     if (IsSet(context, list, "nonretain") && section.retain) {
         context.Warn(list,
-                     "<" + list.Name() + "> is retain and nonretain: it was read as nonretain");
+                     Say("<{}> is retain and nonretain: it was read as nonretain", list.Name()));
         section.retain = false;
     }
     if (IsSet(context, list, "persistent")) {
-        context.Warn(list, "<" + list.Name() +
-                               "> is persistent, which has no section keyword: "
-                               "it was read as retain");
+        context.Warn(list,
+                     Say("<{}> is persistent, which has no section keyword: it was read as retain",
+                         list.Name()));
         section.retain = true;
     }
     const Section nearest = NearestSection(section);
     if (nearest != section) {
-        context.Warn(list, "<" + list.Name() + "> with" + (section.constant ? " constant" : "") +
-                               (section.retain ? " retain" : "") +
-                               " has no section keyword: it was read without" +
-                               (section.constant && !nearest.constant ? " constant" : "") +
-                               (section.retain && !nearest.retain ? " retain" : ""));
+        context.Warn(list, Say("<{}> with {} has no section keyword: it was read without {}",
+                               list.Name(), Settings(section.constant, section.retain),
+                               Settings(section.constant && !nearest.constant,
+                                        section.retain && !nearest.retain)));
     }
     return nearest;
 }
@@ -71,7 +76,7 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     if (const Element* type = variable.Child("type")) {
         declaration.type = context.Intern(TypeText(context, *type));
     } else {
-        context.Warn(variable, "<variable> has no type");
+        context.Warn(variable, Say("<{}> has no type", variable.Name()));
     }
     if (const Element* value = variable.Child("initialValue")) {
         declaration.initValue = context.Intern(InitialValueText(context, *value));

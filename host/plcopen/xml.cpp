@@ -9,6 +9,9 @@
 
 #include <expat.h>
 
+#include "host/plcopen/xml_error.h"
+#include "host/text/message.h"
+
 namespace lq::host::plcopen {
 
 namespace {
@@ -79,7 +82,7 @@ class Parser {
             source.read(block.data(), static_cast<std::streamsize>(block.size()));
             last = source.eof();
             if (source.bad() || (source.fail() && !last)) {
-                Fault("the file cannot be read");
+                Fault(Say("the file cannot be read"));
                 return false;
             }
             const auto count = static_cast<int>(source.gcount());
@@ -135,19 +138,19 @@ class Parser {
                                  const XML_Char*, const XML_Char*, const XML_Char*,
                                  const XML_Char*) {
         Guarded(self, [=](Parser& parser) {
-            parser.Refuse("the document declares the entity '" + std::string(name) +
-                          "'; entities are not accepted");
+            parser.Refuse(
+                Say("the document declares the entity '{}'; entities are not accepted", name));
         });
     }
     static void XMLCALL OnSkippedEntity(void* self, const XML_Char* name, int) {
         Guarded(self, [=](Parser& parser) {
-            parser.Refuse("the entity '" + std::string(name) + "' is not declared");
+            parser.Refuse(Say("the entity '{}' is not declared", name));
         });
     }
 
     void Start(const XML_Char* name, const XML_Char** attributes) {
         if (++depth_ > kMaxDepth) {
-            Refuse("elements are nested deeper than " + std::to_string(kMaxDepth));
+            Refuse(Say("elements are nested deeper than {}", kMaxDepth));
             return;
         }
         if (skipDepth_ != 0) {
@@ -284,7 +287,7 @@ class Parser {
         if (error == XML_ERROR_NO_MEMORY) {
             throw std::bad_alloc();
         }
-        Fault(std::string("the file is not well-formed XML: ") + XML_ErrorString(error));
+        Fault(Say("the file is not well-formed XML: {}", XmlErrorText(error)));
     }
 
     ElementHandler& handler_;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/text/message.h"
+
 namespace lq::host {
 
 namespace {
@@ -207,21 +209,21 @@ TextEncoding GuessEncoding(std::string_view bytes) noexcept {
 const char* Describe(TextFault fault) noexcept {
     switch (fault) {
         case TextFault::kNone:
-            return "the text is well formed";
+            return Message("the text is well formed");
         case TextFault::kStrayByte:
-            return "this byte cannot begin a UTF-8 character";
+            return Message("this byte cannot begin a UTF-8 character");
         case TextFault::kBrokenOff:
-            return "the UTF-8 character is broken off";
+            return Message("the UTF-8 character is broken off");
         case TextFault::kOverlong:
-            return "the UTF-8 character is longer than it needs to be";
+            return Message("the UTF-8 character is longer than it needs to be");
         case TextFault::kSurrogate:
-            return "a surrogate is no UTF-8 character";
+            return Message("a surrogate is no UTF-8 character");
         case TextFault::kTooLarge:
-            return "the UTF-8 character is beyond U+10FFFF";
+            return Message("the UTF-8 character is beyond U+10FFFF");
         case TextFault::kLoneSurrogate:
-            return "half of a UTF-16 surrogate pair";
+            return Message("half of a UTF-16 surrogate pair");
         case TextFault::kOddLength:
-            return "half a UTF-16 character at the end";
+            return Message("half a UTF-16 character at the end");
     }
     return "";
 }

@@ -24,7 +24,7 @@ enum class TextFault : std::uint8_t {
     kOddLength,      // UTF-16: half a character at the end
 };
 
-// One sentence in English, without a full stop.
+// One sentence without a full stop, in English: Translated has it in the user's language.
 LQ_DATA_API const char* Describe(TextFault fault) noexcept;
 
 struct TextStatus {

@@ -63,9 +63,10 @@ void WriteFile(const std::string& path, std::string_view bytes) {
 Outcome RunShell(const std::string& script, std::string_view input) {
     const std::string folder = TestFolder();
     WriteFile(folder + "/.in", input);
-    const std::string command =
-        "cd '" + folder + "' && export EXAMPLES='" LQ_TEST_EXAMPLES "' LQ='" LQ_TOOL "' && { " +
-        script + "\n} <.in >.out 2>.err";
+    const std::string command = "cd '" + folder +
+                                "' && export EXAMPLES='" LQ_TEST_EXAMPLES "' LQ='" LQ_TOOL
+                                "' LQ_DATA_CONFIG=\"$PWD/config\" && { " +
+                                script + "\n} <.in >.out 2>.err";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
             ReadFile(folder + "/.out"), ReadFile(folder + "/.err")};

@@ -14,7 +14,8 @@ struct Outcome {
 };
 
 // Runs lq with the arguments, as a shell reads them, in a folder of its own for each test; `input`
-// is its standard input. Paths of sample projects: "$EXAMPLES/plant/plant.xml".
+// is its standard input. What it is configured by lies in the folder "config". Paths of sample
+// projects: "$EXAMPLES/plant/plant.xml".
 Outcome RunLq(const std::string& arguments, std::string_view input = "");
 
 // The same for a script in which lq is "$LQ".

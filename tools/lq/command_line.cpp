@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/generate.h"
 #include "tools/lq/output.h"
@@ -10,6 +11,8 @@
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -186,8 +189,8 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     const std::string first = arguments.empty() ? "" : arguments.front();
     const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
     if (!isCommand && !first.starts_with('-') && !first.empty()) {
-        throw CommandError("no command is called '" + first + "'" +
-                           DidYouMean(first, names, "; see lq --help"));
+        throw CommandError(Say("no command is called '{}'", first) +
+                           DidYouMean(first, names, SeeHelp()));
     }
     std::vector<std::string> constants;
     if (first == kValueCommand) {
@@ -207,7 +210,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     } catch (const CLI::ExtrasError&) {
         ReportUnexpected();
     } catch (const CLI::ParseError& e) {
-        throw CommandError(std::string(e.what()) + "; see lq --help");
+        throw CommandError(e.what() + SeeHelp());
     }
     value_.texts = std::move(constants);
     if (!generated_.empty()) {
@@ -217,7 +220,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
         };
     }
     if (!chosen_) {
-        throw CommandError("no command was given; see lq --help");
+        throw CommandError(Say("no command was given") + SeeHelp());
     }
     return chosen_;
 }
@@ -225,13 +228,12 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
 void CommandLine::ReportUnexpected() const {
     const std::vector<CLI::App*> parsed = app_.get_subcommands();
     const CLI::App& command = parsed.empty() ? app_ : *parsed.front();
-    const std::string help = parsed.empty() ? "" : " " + command.get_name();
     const std::string word = app_.remaining(true).front();
-    const std::string advice = "; see lq" + help + " --help";
+    const std::string advice = parsed.empty() ? SeeHelp() : SeeHelp(command.get_name());
     if (!word.starts_with('-')) {
-        throw CommandError("there is no use for '" + word + "'" + advice);
+        throw CommandError(Say("there is no use for '{}'", word) + advice);
     }
-    throw CommandError("no option is called '" + word + "'" +
+    throw CommandError(Say("no option is called '{}'", word) +
                        DidYouMean(word, OptionNames(command), advice));
 }
 

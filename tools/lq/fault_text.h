@@ -1,4 +1,4 @@
-// Faults in words.
+// Faults in words of the user's language.
 #pragma once
 
 #include <string>

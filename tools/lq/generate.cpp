@@ -5,6 +5,8 @@
 
 namespace lq::tool {
 
+using host::Say;
+
 namespace {
 
 constexpr struct {
@@ -54,8 +56,8 @@ std::string Generate(const CommandLine& commandLine, const std::string& kind) {
             return generator.generate(text);
         }
     }
-    throw CommandError("nothing of the kind '" + kind + "' is generated; the kinds are " +
-                       kGeneratedKinds);
+    throw CommandError(
+        Say("nothing of the kind '{}' is generated; the kinds are {}", kind, Say(kGeneratedKinds)));
 }
 
 }  // namespace lq::tool

@@ -4,11 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "host/text/message.h"
+
 namespace lq::tool {
 
 class CommandLine;
 
-inline constexpr char kGeneratedKinds[] = "man, bash, zsh or fish";
+inline constexpr const char* kGeneratedKinds = host::Message("man, bash, zsh or fish");
 
 // The man page or a shell's completion script. Throws CommandError for another kind.
 std::string Generate(const CommandLine& commandLine, const std::string& kind);

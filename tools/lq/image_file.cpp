@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cgtab/bytes.h"
+#include "host/text/message.h"
 #include "lq_base.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
@@ -13,6 +14,8 @@
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -63,27 +66,28 @@ class BytesStream : public STREAM_A {
     std::string_view bytes_;
 };
 
+[[noreturn]] void ThrowNoImage(const std::string& path, const std::string& reason) {
+    throw CommandError(Say("{}: no image of tables: {}", DisplayName(path), reason));
+}
+
 // The table lengths must add up to the whole file.
 void CheckLengths(std::string_view bytes, const std::string& path) {
     size_t at = 0;
     for (const std::string_view table : kTableNames) {
-        const std::string where = DisplayName(path) + ": no image of tables: ";
         if (bytes.size() - at < 4) {
-            throw CommandError(where + "it ends before the length of table " + std::string(table));
+            ThrowNoImage(path, Say("it ends before the length of table {}", table));
         }
         const uint32_t length =
             cgtab::LoadU32(reinterpret_cast<const unsigned char*>(bytes.data()) + at);
         at += 4;
         if (length > bytes.size() - at) {
-            throw CommandError(where + "table " + std::string(table) + " has a length of " +
-                               std::to_string(length) + " bytes, and " +
-                               std::to_string(bytes.size() - at) + " are left");
+            ThrowNoImage(path, Say("table {} has a length of {} bytes, and {} are left", table,
+                                   length, bytes.size() - at));
         }
         at += length;
     }
     if (at != bytes.size()) {
-        throw CommandError(DisplayName(path) + ": no image of tables: " +
-                           std::to_string(bytes.size() - at) + " bytes lie behind the last table");
+        ThrowNoImage(path, Say("{} bytes lie behind the last table", bytes.size() - at));
     }
 }
 
@@ -113,7 +117,7 @@ std::unique_ptr<CgTab> RestoreImage(std::string_view bytes, const std::string& p
     auto tables = NewTables();
     BytesStream stream(bytes);
     if (!tables->Restore(stream)) {
-        throw CommandError(DisplayName(path) + ": the tables do not fit into memory");
+        throw CommandError(Say("{}: the tables do not fit into memory", DisplayName(path)));
     }
     for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
         tables->SetPos(static_cast<CgTab::TAB_ID>(id), 0);

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "host/text/message.h"
 #include "host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input_buffer.h"
@@ -9,6 +10,8 @@
 #include "tools/lq/progress.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -22,7 +25,7 @@ std::string DisplayName(const std::string& path) {
 
 std::string ReadInput(const std::string& path, uint64_t limit) {
     InputBuffer source(path, limit);
-    Progress progress("reading " + DisplayName(path), source.Size());
+    Progress progress(Say("reading {}", DisplayName(path)), source.Size());
     std::string bytes;
     bytes.reserve(source.Size() <= limit ? source.Size() : 0);
     std::vector<char> piece(kPiece);
@@ -35,13 +38,13 @@ std::string ReadInput(const std::string& path, uint64_t limit) {
 }
 
 std::u16string DecodeInput(const std::string& path, std::string_view bytes) {
-    const Progress progress("decoding " + DisplayName(path));
+    const Progress progress(Say("decoding {}", DisplayName(path)));
     std::u16string text;
     const host::TextStatus status = host::DecodeSource(bytes, text);
     if (!status.IsFine()) {
         throw InputError(PlaceBehind(DisplayName(path), text),
-                         std::string("is not text: ") + host::Describe(status.fault) + " at byte " +
-                             std::to_string(status.offset));
+                         Say("is not text: {} at byte {}",
+                             host::Translated(host::Describe(status.fault)), status.offset));
     }
     return text;
 }
@@ -49,7 +52,7 @@ std::u16string DecodeInput(const std::string& path, std::string_view bytes) {
 std::u16string DecodeArgument(const std::string& argument) {
     std::u16string text;
     if (!host::DecodeUtf8(argument, text).IsFine()) {
-        throw CommandError("an argument is no UTF-8 text");
+        throw CommandError(Say("an argument is no UTF-8 text"));
     }
     return text;
 }

@@ -6,10 +6,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -20,7 +23,8 @@ int Open(const std::string& path, struct stat& info) {
     const int descriptor =
         path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0 || fstat(descriptor, &info) != 0) {
-        throw CommandError(DisplayName(path) + ": cannot be opened: " + std::strerror(errno));
+        throw CommandError(
+            Say("{}: cannot be opened: {}", DisplayName(path), std::strerror(errno)));
     }
     return descriptor;
 }
@@ -32,7 +36,7 @@ InputBuffer::InputBuffer(const std::string& path, uint64_t limit)
     struct stat info = {};
     descriptor_ = Open(path, info);
     if (S_ISDIR(info.st_mode)) {
-        failure_ = name_ + ": is a folder, not a file";
+        failure_ = Say("{}: is a folder, not a file", name_);
     } else if (S_ISREG(info.st_mode)) {
         size_ = static_cast<uint64_t>(info.st_size);
         CheckSize(size_);
@@ -53,7 +57,7 @@ void InputBuffer::ThrowFailure() const {
 
 void InputBuffer::CheckSize(uint64_t size) {
     if (size > limit_) {
-        failure_ = name_ + ": has more than " + std::to_string(limit_) + " bytes";
+        failure_ = Say("{}: has more than {} bytes", name_, limit_);
     }
 }
 
@@ -64,7 +68,7 @@ InputBuffer::int_type InputBuffer::underflow() {
         got = read(descriptor_, piece_.data(), piece_.size());
     } while (got < 0 && errno == EINTR);
     if (got < 0) {
-        failure_ = name_ + ": cannot be read: " + std::strerror(errno);
+        failure_ = Say("{}: cannot be read: {}", name_, std::strerror(errno));
     } else {
         read_ += static_cast<uint64_t>(got);
         CheckSize(read_);

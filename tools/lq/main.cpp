@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "frame/code_page.h"
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/command_line.h"
 #include "tools/lq/messages.h"
@@ -21,7 +23,7 @@ int Run(int argc, char** argv) {
     const int status = commandLine.Parse({argv + std::min(argc, 1), argv + argc})();
     std::cout.flush();
     if (!std::cout) {
-        throw CommandError("standard output cannot be written");
+        throw CommandError(lq::host::Say("standard output cannot be written"));
     }
     return status;
 }
@@ -30,12 +32,13 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     PrepareProcess();
+    lq::host::UseLanguage(lq::frame::ReadCodePage());
     try {
         return Run(argc, argv);
     } catch (const CommandError& e) {
         PrintMessage(e);
     } catch (const std::bad_alloc&) {
-        PrintMessage("memory is short");
+        PrintMessage(lq::host::Say("memory is short"));
     } catch (const std::exception& e) {
         PrintMessage(e.what());
     }

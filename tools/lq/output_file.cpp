@@ -10,9 +10,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -65,7 +68,7 @@ void RemoveUnfinishedFile() noexcept {
 }
 
 void CannotWrite(const std::string& path, int error) {
-    throw CommandError(path + ": cannot be written: " + std::strerror(error));
+    throw CommandError(Say("{}: cannot be written: {}", path, std::strerror(error)));
 }
 
 int WriteAll(int descriptor, std::string_view bytes) {
@@ -89,7 +92,7 @@ OutputFile::OutputFile(const std::string& path) : name_(path) {
     struct stat info = {};
     const bool exists = stat(target_.c_str(), &info) == 0;
     if (exists && S_ISDIR(info.st_mode)) {
-        throw CommandError(path + ": is a folder, not a file");
+        throw CommandError(Say("{}: is a folder, not a file", path));
     }
     if (exists && !S_ISREG(info.st_mode)) {
         descriptor_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC);

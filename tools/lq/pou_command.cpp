@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "host/text/message.h"
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "lq_data/pouh.h"
@@ -18,6 +19,8 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
+using host::Message;
+using host::Say;
 
 namespace {
 
@@ -63,8 +66,9 @@ std::vector<std::string> UnitNames(const host::Project& project, bool withTypes)
 
 [[noreturn]] void NoSuchUnit(const host::Project& project, const std::string& name,
                              bool withTypes) {
-    throw CommandError(std::string(withTypes ? "no unit or data type" : "no unit") +
-                       " is called '" + name + "'" +
+    throw CommandError(Say(withTypes ? Message("no unit or data type is called '{}'")
+                                     : Message("no unit is called '{}'"),
+                           name) +
                        DidYouMean(name, UnitNames(project, withTypes)));
 }
 
@@ -109,8 +113,8 @@ Json InterfaceOf(const host::Project& project, const PouOptions& options,
     }
     const DeclListPtr list(CreatePOUHDeclList());
     if (!list || !LoadInterface(list.get(), pou)) {
-        throw CommandError("'" + options.name + "' is no function or function block: it has no " +
-                           "parameters");
+        throw CommandError(
+            Say("'{}' is no function or function block: it has no parameters", options.name));
     }
     return {{"name", EncodeUtf8(pou->GetName())},
             {"declarations", Declarations(pouh::ListOf(list.get()))}};
@@ -163,8 +167,8 @@ int RunFb(const FbOptions& options) {
     }
     if (!found) {
         PrintMessage(Place{DisplayName(options.project)},
-                     "'" + options.instance + "' is no function block instance in '" + options.pou +
-                         "', nor a global one" +
+                     Say("'{}' is no function block instance in '{}', nor a global one",
+                         options.instance, options.pou) +
                          DidYouMean(options.instance, InstanceNames(current.project, pou.c_str())));
     }
     return found ? status : kInputHasFaults;

@@ -1,11 +1,12 @@
 #include "tools/lq/process.h"
 
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <new>
+#include <string_view>
 #include <unistd.h>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/output_file.h"
 
@@ -14,9 +15,11 @@ namespace lq::tool {
 namespace {
 
 [[noreturn]] void EndWithoutMemory() {
-    static constexpr char kMessage[] = "lq: memory is short\n";
     RemoveUnfinishedFile();
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kMessage, std::strlen(kMessage));
+    for (const std::string_view part :
+         {std::string_view("lq: "), host::Translated("memory is short"), std::string_view("\n")}) {
+        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, part.data(), part.size());
+    }
     _exit(kCannotWork);
 }
 

@@ -3,6 +3,7 @@
 #include <istream>
 #include <streambuf>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
@@ -10,6 +11,8 @@
 #include "tools/lq/progress.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -47,15 +50,16 @@ class CountingBuffer : public std::streambuf {
 void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, host::Project& project,
               std::vector<host::Report>& reports) {
     const std::string name = DisplayName(path);
-    Progress progress("reading " + name, size);
+    Progress progress(Say("reading {}", name), size);
     CountingBuffer counting(bytes, progress);
     std::istream source(&counting);
     if (!host::ReadPlcopen(source, name, project, reports)) {
         if (reports.empty()) {
-            throw CommandError(name + ": cannot be read");
+            throw CommandError(Say("{}: cannot be read", name));
         }
         const host::Report& report = reports.back();
-        throw InputError({report.file, report.line, report.column}, "error: " + report.message);
+        throw InputError({report.file, report.line, report.column},
+                         Say("error: {}", report.message));
     }
     host::SetProject(&project);
 }

@@ -1,3 +1,4 @@
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/output_file.h"
@@ -9,15 +10,17 @@
 
 namespace lq::tool {
 
+using host::Say;
+
 int RunReport(const ReportOptions& options) {
     CurrentProject current;
     TableInput input = ReadTables(options.input, current.project);
     std::string page;
     {
-        const Progress progress("composing the page");
+        const Progress progress(Say("composing the page"));
         page = ReportPage(ReportData(options.input, input, current.project));
     }
-    const Progress progress("writing " + options.output);
+    const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     if (const int error = WriteAll(file.Descriptor(), page)) {
         CannotWrite(file.Name(), error);

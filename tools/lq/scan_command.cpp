@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "host/text/message.h"
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "lq_base.h"
@@ -18,6 +19,7 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
+using host::Say;
 
 namespace {
 
@@ -138,7 +140,7 @@ bool Scan(const ScanOptions& options, const std::u16string& text) {
     host::TokenColumns columns(text);
     TokenPrinter printer(options);
     const auto progress =
-        Progress::OfResults("scanning " + DisplayName(options.source), text.size());
+        Progress::OfResults(Say("scanning {}", DisplayName(options.source)), text.size());
     for (Token token = scanner->GetToken(); token.kind != TK_EOF; token = scanner->GetToken()) {
         const uint32_t column = columns.Next(*scanner, token);
         hasErrors = hasErrors || token.kind == TK_ERROR;
@@ -164,7 +166,7 @@ int RunScan(const ScanOptions& options) {
     const size_t mark = text.find(Scanner::kEndOfInput);
     if (mark != text.npos && mark + 1 < text.size()) {
         PrintMessage(PlaceBehind(name, std::u16string_view(text).substr(0, mark)),
-                     "the text behind the character U+001A was not read");
+                     Say("the text behind the character U+001A was not read"));
         isFine = false;
     }
     return isFine ? kDone : kInputHasFaults;

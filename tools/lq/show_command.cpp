@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
@@ -15,6 +16,8 @@
 
 namespace lq::tool {
 
+using host::Say;
+
 namespace {
 
 CgTab::TAB_ID TableByName(const std::string& name) {
@@ -24,10 +27,11 @@ CgTab::TAB_ID TableByName(const std::string& name) {
     }
     std::string all;
     for (const std::string_view known : kTableNames) {
-        all += (all.empty() ? "; the tables are " : ", ") + std::string(known);
+        all += (all.empty() ? "" : ", ") + std::string(known);
     }
-    throw CommandError("no table is called '" + name + "'" +
-                       DidYouMean(name, {std::begin(kTableNames), std::end(kTableNames)}, all));
+    throw CommandError(Say("no table is called '{}'", name) +
+                       DidYouMean(name, {std::begin(kTableNames), std::end(kTableNames)},
+                                  Say("; the tables are {}", all)));
 }
 
 std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
@@ -53,7 +57,7 @@ std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID
     std::vector<TableRows> shown;
     std::vector<std::string> names;
     {
-        const Progress progress("reading the tables");
+        const Progress progress(Say("reading the tables"));
         for (const CgTab::TAB_ID id : ids) {
             TableRows rows = RowsOf(tables, id);
             if (ReportDamage(options.input, rows)) {
@@ -73,7 +77,7 @@ std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID
     }
     if (shown.empty()) {
         PrintMessage(Place{DisplayName(options.input)},
-                     "nothing is called '" + options.find + "'" + DidYouMean(options.find, names));
+                     Say("nothing is called '{}'", options.find) + DidYouMean(options.find, names));
         status = kInputHasFaults;
     }
     return shown;
@@ -110,14 +114,14 @@ int RunShow(const ShowOptions& options) {
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
     auto [tables, isProject, refusals, status] = ReadTables(options.input);
     if (!options.save.empty()) {
-        const Progress progress("saving " + options.save);
+        const Progress progress(Say("saving {}", options.save));
         SaveImage(*tables, options.save);
     }
     if (options.save == "-") {
         return status;  // the image alone
     }
     const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
-    const auto progress = Progress::OfResults("writing the tables", 0);
+    const auto progress = Progress::OfResults(Say("writing the tables"), 0);
     if (options.json) {
         PrintTablesAsJson(*tables, shown, options);
     } else {

@@ -4,7 +4,11 @@
 #include <cctype>
 #include <cstdlib>
 
+#include "host/text/message.h"
+
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -38,6 +42,10 @@ size_t Distance(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+std::string SeeHelp(const std::string& command) {
+    return Say("; see {}", "lq " + command + (command.empty() ? "--help" : " --help"));
+}
+
 std::string DidYouMean(const std::string& word, const std::vector<std::string>& known,
                        const std::string& otherwise) {
     size_t least = std::max<size_t>(1, word.size() / 3) + 1;
@@ -53,7 +61,7 @@ std::string DidYouMean(const std::string& word, const std::vector<std::string>& 
             nearest = &candidate;
         }
     }
-    return nearest ? "; did you mean '" + *nearest + "'?" : otherwise;
+    return nearest ? Say("; did you mean '{}'?", *nearest) : otherwise;
 }
 
 }  // namespace lq::tool

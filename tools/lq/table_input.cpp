@@ -1,5 +1,6 @@
 #include "tools/lq/table_input.h"
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
@@ -10,6 +11,8 @@
 
 namespace lq::tool {
 
+using host::Say;
+
 TableInput ReadTables(const std::string& path) {
     CurrentProject current;
     return ReadTables(path, current.project);
@@ -18,7 +21,7 @@ TableInput ReadTables(const std::string& path) {
 TableInput ReadTables(const std::string& path, host::Project& project) {
     const std::string bytes = ReadInput(path, kMaxProject);
     if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-        const Progress progress("restoring " + DisplayName(path));
+        const Progress progress(Say("restoring {}", DisplayName(path)));
         return {RestoreImage(bytes, path), false, {}, kDone};
     }
     std::vector<host::Report> reports;

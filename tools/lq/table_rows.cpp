@@ -5,6 +5,7 @@
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
 #include "frame/chars.h"
+#include "host/text/message.h"
 #include "host/text/utf.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
@@ -14,6 +15,7 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
+using host::Say;
 
 namespace {
 
@@ -244,9 +246,8 @@ const char* NameColumn(CgTab::TAB_ID id) {
 
 bool ReportDamage(const std::string& input, const TableRows& rows) {
     if (rows.damagedAt) {
-        PrintMessage(Place{DisplayName(input)},
-                     "table " + std::string(kTableNames[rows.id]) + ": the line at " +
-                         std::to_string(*rows.damagedAt) + " is damaged");
+        PrintMessage(Place{DisplayName(input)}, Say("table {}: the line at {} is damaged",
+                                                    kTableNames[rows.id], *rows.damagedAt));
     }
     return rows.damagedAt.has_value();
 }

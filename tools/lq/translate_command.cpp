@@ -1,4 +1,5 @@
 
+#include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"
@@ -11,6 +12,8 @@
 #include "tools/lq/translation.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -74,7 +77,7 @@ int RunTranslate(const TranslateOptions& options) {
     ReadProject(options.project, project, reports);
     translation = Translate(project);
     if (!options.output.empty()) {
-        const Progress progress("saving " + options.output);
+        const Progress progress(Say("saving {}", options.output));
         SaveImage(*translation.tables, options.output);
     }
     for (const host::Report& report : reports) {
@@ -88,7 +91,7 @@ int RunTranslate(const TranslateOptions& options) {
         PrintSummary(translation);
     }
     if (translation.declarations == 0) {
-        PrintMessage(Place{DisplayName(options.project)}, "the project has no declarations");
+        PrintMessage(Place{DisplayName(options.project)}, Say("the project has no declarations"));
         return kInputHasFaults;
     }
     return translation.refusals.empty() && reports.empty() ? kDone : kInputHasFaults;

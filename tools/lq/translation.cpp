@@ -12,6 +12,7 @@
 #include "frame/chars.h"
 #include "host/base/streams.h"
 #include "host/model/flat_index.h"
+#include "host/text/message.h"
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
@@ -27,10 +28,12 @@ namespace {
 
 using cgtab::DeclFault;
 using host::EncodeUtf8;
+using host::Message;
+using host::Say;
 
 // What the loader puts in front of an erroneous text, and no identifier begins with.
 constexpr char16_t kErrorMark = u'?';
-constexpr char kNoIdentifier[] = "the name is no identifier";
+constexpr const char* kNoIdentifier = Message("the name is no identifier");
 
 constexpr uint16_t kComponentAttributes = 0x4 | 0x80;  // initial values; recorded instances
 
@@ -151,7 +154,7 @@ class Translator {
                      const host::Declaration& source) {
         CountDeclaration();
         if (pouh::TextOf(decl, POUH_NAME)[0] == kErrorMark) {
-            return Refuse(list.name, source, kNoIdentifier);
+            return Refuse(list.name, source, Say(kNoIdentifier));
         }
         const int32_t before = CgTabAccess::LengthOf(tables_, CgTab::TAB_GLB);
         DeclFault fault = DeclFault::kNone;
@@ -160,7 +163,7 @@ class Translator {
         if (pos < 0) {
             Refuse(list.name, source, FaultText(fault));
         } else if (pos < before) {
-            Refuse(list.name, source, "a global of this name was declared before");
+            Refuse(list.name, source, Say("a global of this name was declared before"));
         } else {
             EnterTypeName(list.name, source);
         }
@@ -190,7 +193,7 @@ class Translator {
         const ID id = lastNamed_;
         if (id.GetNumber()) {
             if (tables_.Insert(project_.NameOf(id)) < 0) {
-                Refuse(list, source, "the name of its type cannot be entered");
+                Refuse(list, source, Say("the name of its type cannot be entered"));
             }
             Stamp(source.line);
         }
@@ -282,7 +285,7 @@ class Translator {
         const auto missing = CheckComponents(pou, components);
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         if (!entered && length == range.start && range.lines > 0) {
-            Refuse(pou, "the unit's components cannot be entered");
+            Refuse(pou, Say("the unit's components cannot be entered"));
             range = {range.start, range.start, 0};
         } else {
             RefuseMissing(pou, missing);
@@ -319,9 +322,9 @@ class Translator {
             }
             CountDeclaration();
             if (component->source != &source) {
-                Refuse(pou.name, source, "the unit has declared this name before");
+                Refuse(pou.name, source, Say("the unit has declared this name before"));
             } else if (!component->decl) {
-                Refuse(pou.name, source, kNoIdentifier);
+                Refuse(pou.name, source, Say(kNoIdentifier));
             } else if (component->isEntered) {
                 EnterTypeName(pou.name, source);
             } else if (!RefuseSkipped(pou, source, component->decl)) {
@@ -344,7 +347,7 @@ class Translator {
             source.section.scope == host::Scope::kExternal &&
             tables_.Look(source.name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
         if (isMissing) {
-            Refuse(pou.name, source, "no global of this name was entered");
+            Refuse(pou.name, source, Say("no global of this name was entered"));
         }
         return isMissing;
     }
@@ -402,7 +405,7 @@ class Translator {
     void AppendUnitLine(const host::Pou& pou, const UnitInfo& unit) {
         const std::u16string_view name(pou.name);
         if (name.size() > kMaxName - 1) {
-            Refuse(pou, "the unit's name has more than 255 characters");
+            Refuse(pou, Say("the unit's name has more than 255 characters"));
             return;
         }
         const size_t body = 1 + 2 * name.size() + sizeof(CgTab::POU_INFO) + kUserArea;
@@ -442,7 +445,7 @@ class Translator {
             }
             if (tables_.Insert(Qualified(pou, u"", source.name).c_str(), type, dsc,
                                static_cast<unsigned char>(kind)) < 0) {
-                Refuse(pou.name, source, "the temporary cannot be entered");
+                Refuse(pou.name, source, Say("the temporary cannot be entered"));
             }
             Stamp(source.line);
         }
@@ -476,10 +479,10 @@ class Translator {
         const std::u16string name = Qualified(pou, body.name, mark.name);
         if (tables_.Insert(name.c_str(), info) < 0) {
             const char* reason = name.size() > kMaxName - 1
-                                     ? "the label's name has more than 255 characters"
-                                     : "the label is defined twice";
-            out_.refusals.push_back(
-                {EncodeUtf8(pou.name), EncodeUtf8(mark.name), "", reason, mark.line, mark.column});
+                                     ? Message("the label's name has more than 255 characters")
+                                     : Message("the label is defined twice");
+            out_.refusals.push_back({EncodeUtf8(pou.name), EncodeUtf8(mark.name), "", Say(reason),
+                                     mark.line, mark.column});
         }
         Stamp(mark.line);
     }
@@ -489,7 +492,7 @@ class Translator {
     host::Project& project_;
     Translation& out_;
     CgTab& tables_;
-    Progress progress_{"entering declarations", project_.Declarations().size()};
+    Progress progress_{Say("entering declarations"), project_.Declarations().size()};
     int32_t stamped_[CgTab::TAB_COUNT] = {};
     std::vector<unsigned char> units_;  // the image of table 1
     host::Text lastType_ = nullptr;     // of EnterTypeName, and the object that it names

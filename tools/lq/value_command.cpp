@@ -1,6 +1,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "host/text/message.h"
 #include "host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
@@ -11,8 +12,11 @@
 #include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/suggestion.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -84,7 +88,7 @@ std::vector<Constant> ConstantsOf(const std::vector<std::string>& arguments) {
 }
 
 void ReportNoConstant(const Constant& constant) {
-    const std::string text = "'" + constant.text + "' is no constant";
+    const std::string text = Say("'{}' is no constant", constant.text);
     if (constant.place.file.empty()) {
         PrintMessage(text);
     } else {
@@ -96,7 +100,7 @@ void ReportNoConstant(const Constant& constant) {
 
 int RunValue(const ValueOptions& options) {
     if (options.texts.empty()) {
-        throw CommandError("value: no constant was given; see lq value --help");
+        throw CommandError(Say("value: no constant was given") + SeeHelp("value"));
     }
     int status = kDone;
     Json results = Json::array();

@@ -1,0 +1,29 @@
+// The registered code page, which chooses the language of texts.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_framework.h"
+
+namespace lq::frame {
+
+inline constexpr uint32_t kDefaultCodePage = 1252;
+inline constexpr char16_t kUserKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\App";
+inline constexpr char16_t kMachineKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\Startup\\App";
+
+// The first key that opens decides, even without the value.
+inline uint32_t ReadCodePage() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, kUserKey, 0, KEY_READ, &key) != 0 &&
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, kMachineKey, 0, KEY_READ, &key) != 0) {
+        return kDefaultCodePage;
+    }
+    uint32_t codePage = kDefaultCodePage;
+    uint32_t size = sizeof codePage;
+    const int32_t result = RegQueryValueExW(key, u"CodePage", nullptr, nullptr,
+                                            reinterpret_cast<unsigned char*>(&codePage), &size);
+    RegCloseKey(key);
+    return result == 0 ? codePage : kDefaultCodePage;
+}
+
+}  // namespace lq::frame
