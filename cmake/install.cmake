@@ -16,7 +16,8 @@ set(headers_of_host
     mdi/pou_ref.h
     text/message.h
     text/utf.h
-    useradapt/user_adapter.h)
+    useradapt/user_adapter.h
+    words/words.h)
 if(LQ_DATA_HOST)
   list(APPEND headers_of_host model/flat_index.h model/project.h model/records.h model/section.h
        model/text_pool.h plcopen/plcopen.h)
@@ -80,16 +81,20 @@ endfunction()
 
 set(about "Data and model library of a programming environment for IEC 61131-3")
 set(host_libraries)
+set(others)
 if(LQ_DATA_HOST)
   set(host_libraries -llq_host_plcopen -llq_host_model -llq_host_base)
+  set(others -lexpat -linih -ldl)
+elseif(LQ_DATA_HOST_BASE)
+  set(host_libraries -llq_host_words -llq_host_base)
+  set(others -linih -ldl)
 endif()
-if(BUILD_SHARED_LIBS)
+if(BUILD_SHARED_LIBS AND LQ_DATA_HOST)
   install_pc(lq_data "" "${about}" -llq_data)
 else()
-  # The library and its host call each other.
-  set(others)
-  if(LQ_DATA_HOST)
-    set(others -lexpat -linih -ldl)
+  # The library and what is left of its host call each other.
+  if(BUILD_SHARED_LIBS)
+    set(others)
   endif()
   install_pc(lq_data "" "${about}" -Wl,--start-group -llq_data ${host_libraries} -Wl,--end-group
              ${others})

@@ -122,7 +122,9 @@ class LQ_DATA_API LQPOUHDECL : public LQDATADECL {
 // A declaration of a global variable list.
 class LQ_DATA_API LQGVLDECL : public LQDATADECL {
   public:
-    virtual const char16_t* GetClass() const { return u""; }
+    int32_t GetKind() const override { return LQ_KIND_GVL_DECL; }
+    // The section keyword.
+    virtual const char16_t* GetClass() const { return u"VAR_GLOBAL"; }
 };
 
 // A program organisation unit.

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "frame/chars.h"
-#include "host/model/words.h"
 #include "host/plcopen/parts.h"
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
+#include "host/words/words.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::plcopen {

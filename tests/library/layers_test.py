@@ -23,8 +23,9 @@ BELOW = {
     "host/mdi": ["include", "env"],
     "host/useradapt": ["include", "env"],
     "host/base": ["host/framework", "frame", "pouh"],
+    "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame"],
-    "host/plcopen": ["host/model", "host/text", "frame"],
+    "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "tools/lq": ["host/plcopen", "host/base", "cgtab"],
 }
 

@@ -1,7 +1,7 @@
 // What the outside checks make of identifiers and numbers, and the option for NUL in strings.
 #include "host/addrcheck/address_check.h"
-#include "host/model/words.h"
 #include "host/useradapt/user_adapter.h"
+#include "host/words/words.h"
 #include "tests/scanner/scan_util.h"
 #include "tests/support/test_allocator.h"
 

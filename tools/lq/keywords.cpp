@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/model/words.h"
+#include "host/words/words.h"
 
 namespace lq::tool {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "frame/chars.h"
-#include "host/model/words.h"
+#include "host/words/words.h"
 #include "lq_model.h"
 
 namespace lq::host {

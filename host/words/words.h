@@ -1,4 +1,4 @@
-// Questions about words of IEC text.
+// Questions about words of IEC text, whatever the project.
 #pragma once
 
 #include <span>
