@@ -129,6 +129,10 @@ Text Project::Intern(std::u16string_view text) {
     return texts_.Intern(text);
 }
 
+Text Project::Store(std::u16string_view text) {
+    return texts_.Store(text);
+}
+
 ID Project::AddPou(const Pou& pou) {
     return pou.library ? Enter(pous_, pou, {Sort::kPou, &libraryPous_, &libraryNames_})
                        : Enter(pous_, pou, {Sort::kPou, &projectPous_, &pouNames_});

@@ -6,6 +6,11 @@ namespace lq::host {
 
 namespace {
 
+// What stands before the first zero character.
+std::u16string_view Whole(std::u16string_view text) {
+    return text.substr(0, text.find(u'\0'));
+}
+
 bool IsSame(Text known, std::u16string_view text) {
     std::size_t i = 0;
     while (i < text.size() && known[i] == text[i]) {
@@ -33,8 +38,20 @@ char16_t* TextPool::Room(std::size_t count) {
     return room;
 }
 
+Text TextPool::Copy(std::u16string_view text) {
+    char16_t* copy = Room(text.size() + 1);
+    std::copy(text.begin(), text.end(), copy);
+    copy[text.size()] = u'\0';
+    return copy;
+}
+
+Text TextPool::Store(std::u16string_view text) {
+    text = Whole(text);
+    return text.empty() ? u"" : Copy(text);
+}
+
 Text TextPool::Intern(std::u16string_view text) {
-    text = text.substr(0, text.find(u'\0'));
+    text = Whole(text);
     if (text.empty()) {
         return u"";
     }
@@ -43,9 +60,7 @@ Text TextPool::Intern(std::u16string_view text) {
     if (known) {
         return known;
     }
-    char16_t* copy = Room(text.size() + 1);
-    std::copy(text.begin(), text.end(), copy);
-    copy[text.size()] = u'\0';
+    const Text copy = Copy(text);
     index_.Add(copy, hash);
     return copy;
 }

@@ -26,6 +26,11 @@ Text Context::Intern(std::string_view utf8) {
     return project.Intern(buffer_);
 }
 
+Text Context::Store(std::string_view utf8) {
+    DecodeUtf8(utf8, buffer_);
+    return project.Store(buffer_);
+}
+
 Text Context::Documentation(const Element& element) {
     const Element* documentation = element.Child("documentation");
     return documentation ? Intern(Prose(*documentation)) : u"";

@@ -18,6 +18,7 @@ class Context {
         : project(target), fileName_(std::move(fileName)), reports_(reports) {}
 
     Text Intern(std::string_view utf8);
+    Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
     // Reports of one message are grouped.

@@ -69,7 +69,8 @@ Section ReadSection(Context& context, const Element& list) {
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
                                         Section section) {
     Declaration declaration;
-    declaration.name = context.Intern(Required(context, variable, "name"));
+    const std::string_view name = Required(context, variable, "name");
+    declaration.name = section.scope == Scope::kGlobal ? context.Store(name) : context.Intern(name);
     if (*declaration.name == 0) {
         return {};
     }
