@@ -25,6 +25,7 @@ enum CharClass : uint16_t {
     kWordLead = 4096,  // what a word begins with
     kOperatorLead = 8192,
     kNumberMark = 16384,  // behind a decimal integer: it may be something else
+    kQuote = 32768,       // what a string is between
 };
 
 consteval std::array<uint16_t, 128> MakeCharClasses() {
@@ -58,6 +59,7 @@ consteval std::array<uint16_t, 128> MakeCharClasses() {
     add(u" \t\r", kIndent);
     add(u"#+-.\\", kWordMark);
     add(u"#._", kNumberMark);
+    add(u"'\"", kQuote);
     classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordMark | kNumberMark;
     return classes;
 }

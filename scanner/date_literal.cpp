@@ -4,20 +4,14 @@
 #include "scanner/recogniser.h"
 
 using namespace lq::chars;
-
-namespace {
-
-constexpr double kMsPerHour = 3600000.0;
-constexpr double kMsPerMinute = 60000.0;
-constexpr double kMsPerSecond = 1000.0;
-constexpr double kMsPerDay = 86400000.0;
-
-}  // namespace
+using namespace lq::scanner;
 
 // A run of digits, possibly empty, which counts as 0. A number beyond 32 bits wraps and loses its
 // sign.
 bool Recogniser::Part(uint32_t& number) {
-    if (ShortInteger(lq::scanner::DigitsAt(reader_.At()), number)) {
+    const char16_t* const at = reader_.At();
+    if (const char16_t* const end = ReadShortInteger(at, DigitsAt(at), number)) {
+        reader_.MoveTo(end);
         return true;
     }
     s_.stringLength = 0;
@@ -25,7 +19,7 @@ bool Recogniser::Part(uint32_t& number) {
         return false;
     }
     s_.valueBuf[s_.stringLength] = 0;
-    const uint32_t wrapped = lq::scanner::ToWrappedInt(s_.valueBuf);
+    const uint32_t wrapped = ToWrappedInt(s_.valueBuf);
     number = wrapped > 0x80000000u ? 0u - wrapped : wrapped;
     return true;
 }
@@ -46,8 +40,8 @@ bool Recogniser::CalendarDate(bool& isValid) {
         !Separator(u'-') || !Part(day)) {
         return false;
     }
-    isValid = lq::scanner::IsValidDate(month, day, year);
-    s_.time.days = static_cast<int32_t>(lq::scanner::DateToDays(day, month, year));
+    isValid = IsValidDate(month, day, year);
+    s_.time.days = static_cast<int32_t>(DateToDays(day, month, year));
     return true;
 }
 
@@ -58,7 +52,7 @@ bool Recogniser::ClockTime(uint32_t& minutes) {
         !CollectNumber(seconds)) {
         return false;
     }
-    s_.time.ms = hours * kMsPerHour + minutes * kMsPerMinute + seconds.value * kMsPerSecond;
+    s_.time.ms = lq::scanner::ClockTime(hours, minutes, seconds.value);
     return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include "scanner/number_text.h"
 #include "scanner/recogniser.h"
+#include "scanner/short_token.h"
 
 using namespace lq::chars;
 
@@ -21,7 +22,6 @@ constexpr Base kBases[] = {
     {8, lq::scanner::kOctal, 11},
     {16, lq::scanner::kHex, 8},
 };
-constexpr int32_t kMaxDecimalDigits = 10;
 
 // The base that digits and underscores before "#" name. Leading zeros do not count.
 const Base* FindBase(const char16_t* prefix, int32_t length) {
@@ -98,7 +98,7 @@ void Recogniser::Number() {
 void Recogniser::FinishDecimal() {
     const Text text = TokenText(0);
     const DigitRun digits = lq::scanner::ReadDigits(text.begin, text.length, 10);
-    if (!IsWithin(digits, kMaxDecimalDigits)) {
+    if (!IsWithin(digits, lq::scanner::kMaxDecimalDigits)) {
         return Fail(SE_DECIMAL);
     }
     Finish(TK_INTEGER, static_cast<uint32_t>(digits.value));

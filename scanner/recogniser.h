@@ -17,6 +17,7 @@
 #include "scanner/leads.h"
 #include "scanner/process_state.h"
 #include "scanner/runs.h"
+#include "scanner/time_parts.h"
 
 class Recogniser {
   public:
@@ -167,15 +168,6 @@ class Recogniser {
     void PrefixedLiteral();
     void FinishTime(TOKEN_KIND kind) { Finish(kind, &s_.time); }
     void Duration();
-    int UnitAtHand(int expected);
-    // A number as written, in front of a unit.
-    struct Amount {
-        double value = 0;
-        uint32_t wrapped = 0;  // its digits modulo 2^32
-        bool isFraction = false;
-        bool isShort = false;  // an integer below 10^9
-    };
-    bool AddComponent(int unit, bool isFirst, const Amount& amount);
     void Date();
     void TimeOfDay();
     void DateAndTime();
@@ -186,11 +178,7 @@ class Recogniser {
     bool ClockTime(uint32_t& minutes);
     bool CollectDigits(bool isIntegerPart);
     // Digits, and a fraction when a point follows.
-    bool CollectNumber(Amount& amount);
-    // Numbers of few digits and no underscore, read where they lie, which took a third off the time
-    // of a literal. False, and nothing is passed, for all others.
-    bool ShortInteger(const lq::scanner::DigitsAtHand& digits, uint32_t& number);
-    bool ShortFraction(const lq::scanner::DigitsAtHand& whole, double& number);
+    bool CollectNumber(lq::scanner::Amount& amount);
 
     Scanner& s_;
     BufferPair& reader_;

@@ -8,7 +8,8 @@
 
 namespace lq::scanner {
 
-constexpr int32_t kSurelyInRange = 9;  // decimal digits of any number below 2^32
+constexpr int32_t kMaxDecimalDigits = 10;
+constexpr int32_t kSurelyInRange = 9;  // decimal digits of numbers that are all below 2^32
 
 // A token that was recognised where it lies.
 struct Short {

@@ -1,33 +1,9 @@
 // Character strings and their escapes.
+#include "scanner/escapes.h"
 #include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::chars;
-
-namespace {
-
-struct EscapeText {
-    char16_t letter;  // in lower case
-    char16_t stored[2];
-};
-
-// One character, or a second one where it is not 0.
-constexpr EscapeText kEscapes[] = {
-    {u'$', {u'$', 0}},      {u'\'', {u'\'', 0}}, {u'"', {u'"', 0}},  {u'l', {u'\n', 0}},
-    {u'n', {u'\r', u'\n'}}, {u'p', {u'\f', 0}},  {u'r', {u'\r', 0}}, {u't', {u'\t', 0}},
-};
-
-const EscapeText* FindEscape(char16_t c) {
-    const char16_t lower = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-    for (const EscapeText& escape : kEscapes) {
-        if (escape.letter == lower) {
-            return &escape;
-        }
-    }
-    return nullptr;
-}
-
-}  // namespace
 
 void Recogniser::Store(char16_t c) {
     if (s_.stringLength < kValueLength) {
@@ -71,7 +47,7 @@ void Recogniser::String() {
 
 // Behind "$"; false leaves the character at fault.
 bool Recogniser::Escape() {
-    if (const EscapeText* escape = FindEscape(Current())) {
+    if (const lq::scanner::Escape* escape = lq::scanner::FindEscape(Current())) {
         Next();
         Store(escape->stored[0]);
         if (escape->stored[1] != 0) {

@@ -33,8 +33,8 @@ class LQ_DATA_API Project {
 
     // -- Building ---------------------------------------------------------------------------------
 
-    // The text, valid as long as the project; a zero character ends it early. Store is for texts that
-    // hardly repeat.
+    // The text, valid as long as the project; a zero character ends it early. Store is for texts
+    // that hardly repeat.
     Text Intern(std::u16string_view text);
     Text Store(std::u16string_view text);
 

@@ -8,6 +8,7 @@ namespace {
 TEST(Numbers, DecimalAndBased) {
     CheckScans({
         {u"0 4294967295 4294967296", "INT[0]=0 INT[4294967295]=4294967295 ERR[4294967296]=2"},
+        {u"0004294967 04294967295", "INT[0004294967]=4294967 ERR[04294967295]=2"},
         {u"00000000001", "ERR[00000000001]=2"},
         {u"1_000 1__0", "INT[1_000]=1000 ERR[1_]=2 ID[_0]"},
         {u"16#FFFF_FFFF 16#1_0000_0000", "BASED[16#FFFF_FFFF]=4294967295 ERR[16#1_0000_0000]=3"},
@@ -59,6 +60,18 @@ TEST(Strings, EscapesAndErrors) {
         {u"'$4g'", "ERR['$4]=10 ID[g] ERR[']=10"},
         {u"'$00'", "ERR['$0]=10 INT[0]=0 ERR[']=10"},
     });
+}
+
+TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
+    for (int length = 0; length < 80; ++length) {
+        for (int place = 0; place <= length; ++place) {
+            const std::string before(static_cast<size_t>(place), 'a');
+            const std::string behind(static_cast<size_t>(length - place), '"');
+            const std::string source = "'" + before + "$N" + behind + "'";
+            EXPECT_EQ(Scan(std::u16string(source.begin(), source.end()) + u" x"),
+                      "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]");
+        }
+    }
 }
 
 TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {
