@@ -63,14 +63,6 @@ std::size_t BytesInUse() {
     return info.uordblks + info.hblkhd;
 }
 
-// In another order than they were entered in.
-std::vector<Text> Shuffled(std::vector<Text> names) {
-    for (std::size_t i = names.size(); i > 1; --i) {
-        std::swap(names[i - 1], names[i * 2654435761u % i]);
-    }
-    return names;
-}
-
 // Absent ones of the same make.
 std::vector<Text> Absent(std::vector<Text> names) {
     for (Text& name : names) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <sstream>
 #include <string_view>
 
@@ -98,6 +99,16 @@ const std::u16string& SourceText(std::size_t length) {
         text += sources;
     }
     return text;
+}
+
+std::vector<std::u16string> Shuffled(std::vector<std::u16string> names) {
+    std::shuffle(names.begin(), names.end(), std::mt19937(1));
+    std::vector<std::u16string> copies;
+    copies.reserve(names.size());
+    for (const std::u16string& name : names) {
+        copies.push_back(name);
+    }
+    return copies;
 }
 
 std::u16string GeneratedSource(std::size_t statements) {

@@ -12,6 +12,10 @@ namespace lq::bench {
 // a running number.
 std::vector<std::u16string> Names(std::size_t count);
 
+// The names in another order, each copied anew so that they lie in memory in that order: a name
+// that is looked up has just been read, and its own cache misses are not the table's.
+std::vector<std::u16string> Shuffled(std::vector<std::u16string> names);
+
 // IEC source text of at least `length` characters: the files of the folder that LQ_CORPUS names,
 // or of the corpus beside the repository, else the bodies of the sample project; over and over.
 const std::u16string& SourceText(std::size_t length);

@@ -74,16 +74,16 @@ bool LookUp(Map& map, const Text& name) {
 template <typename Fill>
 void Look(benchmark::State& state, std::size_t count, Fill fill) {
     static std::map<std::size_t, decltype(fill({}))> all;  // filling takes far longer than looking
-    const std::vector<Text> names = Names(count);
     auto& filled = all[count];
     if (!filled) {
-        filled = fill(names);
-        LookUp(*filled, names.front());  // builds the index
+        filled = fill(Names(count));
     }
+    const std::vector<Text> names = Shuffled(Names(count));
+    LookUp(*filled, names.front());  // builds the index
     std::size_t i = 0;
     std::size_t found = 0;
     for (auto _ : state) {
-        i = (i + 7919) % count;
+        i = i + 1 < count ? i + 1 : 0;
         found += LookUp(*filled, names[i]) ? 1 : 0;
     }
     if (found != static_cast<std::size_t>(state.iterations())) {
