@@ -80,17 +80,11 @@ FLIST::PLACE FLIST::Seek(const void* key, LIST_CALLBACK code, int32_t param) {
         Rewind();
         return {};
     }
-    // What walks ask for comes first.
-    const PLACE place = code == LC_NEXT ? Follower() : Locate(key, code, param);
+    const PLACE place = Locate(key, code, param);
     if (place.node) {
         SetPosition(place);
     }
     return place;
-}
-
-FLIST::PLACE FLIST::Follower() const {
-    CNode* const next = body_->current_->next;
-    return next == body_->head_ ? PLACE{} : PLACE{next, body_->index_ + 1};
 }
 
 FLIST::PLACE FLIST::Locate(const void* key, LIST_CALLBACK code, int32_t param) {
@@ -212,6 +206,10 @@ uint32_t FLIST::Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t p
 }
 
 uint32_t FLIST::FindElement(void* out, const void* key, LIST_CALLBACK code, int32_t param) {
+    return HasBody() ? ListAccess::FindElement(*this, out, key, code, param) : 0;
+}
+
+uint32_t FLIST::FindAndCopy(void* out, const void* key, LIST_CALLBACK code, int32_t param) {
     const PLACE place = Seek(key ? key : out, code, param);
     if (place.node && out && body_->elementSize_ != 0) {
         ListAccess::FormatOf(*body_).CopyOut(place.node->Data(), out);

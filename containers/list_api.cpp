@@ -43,7 +43,8 @@ int GetUserDataOfList(FLIST* list, void* to) {
 
 uint32_t NewElementOfList(FLIST* list, const void* value, const void* key, LIST_CALLBACK code,
                           int32_t param) {
-    return ListAccess::IsValid(list) ? list->InsertElement(value, key, code, param) : 0;
+    return ListAccess::IsValid(list) ? ListAccess::InsertElement(*list, value, key, code, param)
+                                     : 0;
 }
 
 uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code, int32_t param) {
@@ -52,7 +53,7 @@ uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code,
 
 uint32_t FindElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
                            int32_t param) {
-    return ListAccess::IsValid(list) ? list->FindElement(out, key, code, param) : 0;
+    return ListAccess::IsValid(list) ? ListAccess::FindElement(*list, out, key, code, param) : 0;
 }
 
 uint32_t ListGet(FLIST* list, void*& slot, const void* key, LIST_CALLBACK code, int32_t param) {

@@ -13,7 +13,7 @@ using lq::containers::ListAccess;
 
 uint32_t FLIST::InsertElement(const void* value, const void* key, LIST_CALLBACK code,
                               int32_t param) {
-    return Insert(value, key, code, param).index;
+    return HasBody() ? ListAccess::InsertElement(*this, value, key, code, param) : 0;
 }
 
 FLIST::INSERTION FLIST::Insert(const void* value, const void* key, LIST_CALLBACK code,
@@ -27,7 +27,7 @@ FLIST::INSERTION FLIST::Insert(const void* value, const void* key, LIST_CALLBACK
             return {found.node, found.index, true};
         }
     }
-    const PLACE place = code == LC_LAST ? End() : PlaceOfNew(key, code, param);
+    const PLACE place = PlaceOfNew(key, code, param);
     return place.node ? Link(place, value) : INSERTION{nullptr, 0, true};
 }
 
@@ -75,14 +75,11 @@ FLIST::PLACE FLIST::PlaceByFunction(const void* key, LIST_CALLBACK function, int
 
 FLIST::INSERTION FLIST::Link(const PLACE& place, const void* value) {
     // No list's body is of a derived class: the call needs no table.
-    CNode* const node = body_->CGList::NewNode(place.node->prev, place.node);
+    CNode* const node = body_->CGList::NewNode(nullptr, nullptr);
     if (!node) {
         return {nullptr, 0, false};
     }
-    node->prev->next = node;
-    node->next->prev = node;
-    ++body_->count_;
-    SetPosition({node, place.index});
+    Enter(node, place);
     const bool written =
         body_->elementSize_ == 0 || ListAccess::FormatOf(*body_).Write(node->Data(), value);
     return {node, place.index, written};

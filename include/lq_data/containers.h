@@ -325,7 +325,18 @@ class LQ_DATA_API FLIST : public CObject {
     }
     void Rewind() const { SetPosition({body_->head_, 0}); }
     PLACE Locate(const void* key, LIST_CALLBACK code, int32_t param);
-    PLACE Follower() const;
+    PLACE Follower() const {
+        CNode* const next = body_->current_->next;
+        return next == body_->head_ ? PLACE{} : PLACE{next, body_->index_ + 1};
+    }
+    // The follower becomes current, if there is one.
+    PLACE Step() const {
+        const PLACE place = Follower();
+        if (place.node) {
+            SetPosition(place);
+        }
+        return place;
+    }
     PLACE LocateIndex(uint32_t index) const;
     static PLACE Walk(CNode* node, uint32_t index, uint32_t steps, CNode* CNode::*link);
     PLACE LocateNotLess(const void* key, uint32_t length) const;
@@ -333,6 +344,7 @@ class LQ_DATA_API FLIST : public CObject {
     PLACE LocateByFunction(const void* key, LIST_CALLBACK function, int32_t param);
     PLACE Behind(const PLACE& place) const;
     PLACE Seek(const void* key, LIST_CALLBACK code, int32_t param);
+    uint32_t FindAndCopy(void* out, const void* key, LIST_CALLBACK code, int32_t param);
 
     // Where a new element goes: the node that it precedes, and its own index.
     PLACE PlaceOfNew(const void* key, LIST_CALLBACK code, int32_t param);
@@ -340,6 +352,15 @@ class LQ_DATA_API FLIST : public CObject {
     PLACE End() const { return {body_->head_, body_->count_ + 1}; }
     INSERTION Insert(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
     INSERTION Link(const PLACE& place, const void* value);
+    // Links a node of the pool in at that place; it becomes current.
+    PLACE Enter(CNode* node, const PLACE& place) const {
+        node->prev = place.node->prev;
+        node->next = place.node;
+        node->prev->next = node->next->prev = node;
+        ++body_->count_;
+        SetPosition({node, place.index});
+        return {node, place.index};
+    }
     void Unlink(CNode* node);
 
     void TakeContent(FLIST& other);

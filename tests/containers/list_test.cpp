@@ -114,7 +114,12 @@ TEST(List, CreationBySizeAndType) {
 TEST(List, InvalidHandlesGiveZero) {
     FLIST noBody;
     const auto fill = [](std::uintptr_t p) { return reinterpret_cast<FLIST*>(p); };
-    FLIST* const kHandles[] = {nullptr, fill(0xCDCDCDCD), fill(0xDDDDDDDD), &noBody};
+    FLIST* const kHandles[] = {nullptr,
+                               fill(0xCDCDCDCD),
+                               fill(0xDDDDDDDD),
+                               fill(0xCDCDCDCDCDCDCDCD),
+                               fill(0xDDDDDDDDDDDDDDDD),
+                               &noBody};
     for (FLIST* list : kHandles) {
         SCOPED_TRACE(list);
         int32_t value = 1;
