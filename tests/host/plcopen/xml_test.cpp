@@ -87,6 +87,77 @@ TEST(Xml, ToleratesADocumentTypeAndReadsEitherEncoding) {
     }
 }
 
+using PlaceList = std::vector<std::pair<uint32_t, uint32_t>>;
+
+PlaceList PlacesOfVariables(std::u16string_view document) {
+    PlaceList places;
+    uint32_t line = 1;
+    uint32_t column = 1;
+    for (std::size_t i = 0; i < document.size(); ++i) {
+        if (document.substr(i).starts_with(u"<variable")) {
+            places.emplace_back(line, column);
+        }
+        const char16_t c = document[i];
+        const bool pair = document.substr(i, 2) == u"\r\n";
+        line += c == u'\n' || (c == u'\r' && !pair) ? 1 : 0;
+        column = c == u'\n' || c == u'\r' ? 1 : column + 1;
+    }
+    return places;
+}
+
+PlaceList PlacesRead(const std::string& bytes) {
+    const ReadProject read(bytes);
+    EXPECT_TRUE(read.complete) << read.Messages();
+    PlaceList places;
+    for (const ID id : read.FirstPou().declarations) {
+        const Declaration& declaration = *read.project.GetDeclaration(id);
+        places.emplace_back(declaration.line, declaration.column);
+    }
+    return places;
+}
+
+TEST(Xml, TellsTheLineAndColumnOfEveryElement) {
+    constexpr std::size_t kBlock = 64 * 1024;    // of the reading
+    std::vector<std::size_t> sizes{3 * kBlock};  // longer than blocks
+    for (std::size_t i = 0; i < 32; ++i) {
+        sizes.insert(sizes.end(), {i, kBlock - 450 + 14 * i, kBlock / 2 - 450 + 14 * i});
+    }
+    const auto variable = [](std::u16string name, std::u16string behind) {
+        return u"<variable name='" + name + u"'><type><INT/></type></variable>" + behind;
+    };
+    for (const std::size_t size : sizes) {
+        for (const char16_t letter : {u'a', u'\u00fc'}) {
+            std::u16string comment(size, letter);
+            for (std::size_t i = 50; i < size; i += 100) {
+                comment[i] = u'\t';
+            }
+            const std::u16string body =
+                u"?>\r\n<project xmlns='http://www.plcopen.org/xml/tc6_0201'><types><pous>\r"
+                u"<pou name='P' pouType='functionBlock'><interface>\n<inputVars><!--" +
+                comment + u"-->" + variable(u"a", u"\r") + variable(u"b", u"\n\r \t") +
+                variable(u"c\n", u"<!-- \u00e4\r\n -->") +
+                variable(u"d", u"<!-- only ASCII \r\n and of some length -->") +
+                variable(u"e", u"        ") + variable(u"f", u"\r\n\r\n") + variable(u"g", u"") +
+                u"</inputVars></interface></pou></pous></types></project>";
+            const std::u16string document = u"<?xml version='1.0'" + body;
+            std::string latin = "<?xml version='1.0' encoding='iso-8859-1'";
+            for (const char16_t c : body) {
+                latin += static_cast<char>(c);
+            }
+            std::string utf16 = "\xFF\xFE";
+            for (const char16_t c : document) {
+                utf16 += static_cast<char>(c & 0xFF);
+                utf16 += static_cast<char>(c >> 8);
+            }
+            const PlaceList expected = PlacesOfVariables(document);
+            ASSERT_EQ(expected.size(), 7u);
+            for (const std::string& bytes : {EncodeUtf8(document), latin, utf16}) {
+                EXPECT_EQ(PlacesRead(bytes), expected) << size;
+            }
+        }
+    }
+}
+
 TEST(Xml, KeepsWhatCameBeforeTheDamage) {
     const std::string whole =
         PouDocument(R"(<inputVars><variable name="a"><type><INT/></type></variable></inputVars>)");
