@@ -3,6 +3,7 @@
 #include <map>
 #include <vector>
 
+#include "cgtab/record_file_test_access.h"
 #include "containers/hash_table_access.h"
 #include "fuzz/targets.h"
 #include "lq_data/cgtab.h"
@@ -64,7 +65,12 @@ void RecordFile(const uint8_t* data, size_t size) {
         }
         Require(file.Filelength() == static_cast<int32_t>(model.size()), "the length");
         Require(file.Tell() == static_cast<int32_t>(at), "the position");
+        Require(RecordFileTestAccess::Check(file), "the file is sound");
     }
+    std::vector<unsigned char> content(model.size());
+    file.Lseek(0, 0);
+    file.Read(content.data(), static_cast<uint32_t>(content.size()));
+    Require(content == model, "the content");
 }
 
 void Hash(const uint8_t* data, size_t size) {

@@ -1,6 +1,7 @@
 // Any text ends, in no more tokens than characters and one. Every token's text is the source in
 // front of the scanner's position; between two of them lie only blanks and line breaks, and the
-// blanks of a token's own line are its `space`.
+// blanks of a token's own line are its `space`. (A text with a NUL has to end as soon; what ends
+// texts hides where its tokens lie.)
 #include <algorithm>
 #include <memory>
 
@@ -24,9 +25,10 @@ void CheckGap(std::u16string_view gap, std::u16string_view space) {
 
 void Scanner(const uint8_t* data, size_t size) {
     Input input(data, size);
-    const std::u16string all = input.Rest();
+    const std::u16string all = input.AnyRest();
     const std::u16string_view text(all.data(),
                                    std::min(all.find(::Scanner::kEndOfInput), all.size()));
+    const bool tellsPlaces = text.find(u'\0') == text.npos;
     const auto length = static_cast<int32_t>(all.size());
     MEMSTREAM_W stream(all.c_str(), length, length, nullptr);
     const std::unique_ptr<::Scanner> scanner(static_cast<::Scanner*>(::Scanner::CreateObject()));
@@ -35,6 +37,12 @@ void Scanner(const uint8_t* data, size_t size) {
     for (size_t tokens = 0;; ++tokens) {
         Require(tokens <= text.size(), "no more tokens than characters and one");
         const Token token = scanner->GetToken();
+        if (!tellsPlaces) {
+            if (token.kind == TK_EOF) {
+                return;
+            }
+            continue;
+        }
         if (token.kind == TK_EOF) {
             CheckGap(text.substr(at), token.space);
             return;

@@ -2,6 +2,7 @@
 // functions run under the fuzzer and, over stored inputs, in the tests.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -64,30 +65,46 @@ class Input {
         return number;
     }
     uint32_t Below(uint32_t limit) { return (uint32_t{Byte()} << 8 | Byte()) % limit; }
-    // A text without zeros: up to a zero byte; bytes from 0x80 on begin characters of 16 bits.
+    // A text without zeros: up to a zero byte. Bytes from 0x80 on begin characters below 0x8000,
+    // kAnyCharacter is in front of both bytes of any.
     std::u16string Text() {
+        std::u16string text = AnyText();
+        std::replace(text.begin(), text.end(), u'\0', u' ');
+        return text;
+    }
+    std::u16string AnyText() {
         std::u16string text;
         while (left_ != 0) {
-            char16_t c = Byte();
-            if (c == 0) {
+            const uint8_t byte = Byte();
+            if (byte == 0) {
                 break;
             }
-            if (c >= 0x80) {
-                c = static_cast<char16_t>((c & 0x7Fu) << 8 | Byte());
+            if (byte == kAnyCharacter) {
+                text += Pair(Byte());
+            } else if (byte >= 0x80) {
+                text += Pair(byte & 0x7F);
+            } else {
+                text += static_cast<char16_t>(byte);
             }
-            text += c == 0 ? u' ' : c;
         }
         return text;
     }
-    std::u16string Rest() {
+    // All texts that are left, as one.
+    std::u16string Rest() { return Join(&Input::Text); }
+    std::u16string AnyRest() { return Join(&Input::AnyText); }
+
+  private:
+    static constexpr uint8_t kAnyCharacter = 1;
+
+    char16_t Pair(int high) { return static_cast<char16_t>(high << 8 | Byte()); }
+    std::u16string Join(std::u16string (Input::*next)()) {
         std::u16string text;
         while (left_ != 0) {
-            text += Text();
+            text += (this->*next)();
         }
         return text;
     }
 
-  private:
     const uint8_t* at_;
     size_t left_;
 };

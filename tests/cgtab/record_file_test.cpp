@@ -6,13 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "cgtab/record_file_test_access.h"
 #include "lq_data/cgtab.h"
 #include "tests/support/test_allocator.h"
-
-struct RecordFileTestAccess {
-    static bool Check(const R_FILE& file) { return file.Check(); }
-    static void SetClosed(int closed) { R_FILE::bClosed = closed; }
-};
 
 namespace {
 
