@@ -533,4 +533,5 @@ class LQ_DATA_API CgTab {
 LQ_DATA_API void CgTab_ReleaseTokenScanner();
 
 // 1 when table 1 has no unit of that name and the project model reports that it calls itself.
+// Without memory for the table's index no unit is found.
 LQ_DATA_API int CgTab_IsRecursivPOU(CgTab* tab, const char16_t* name);

@@ -21,7 +21,8 @@ enum LQ_ENTRY_REASON : uint32_t {
 
 // The library entry; the loader calls it at load and unload, nobody else needs to. Attaching
 // registers the library with the framework and loads the resource library of the registered code
-// page (a missing one is no failure). Returns non-zero for success. In a static library this holds
+// page (a missing one is no failure, nor is one that memory is too short for). Returns non-zero for
+// success. In a static library this holds
 // for programs that use the names of types, the texts of values or something of this header; no
 // other part depends on it.
 LQ_DATA_API int LqDataEntry(HINSTANCE module, uint32_t reason, void* reserved);
@@ -39,6 +40,6 @@ class LQ_DATA_API CResourceSwitch {
 };
 
 // The text of string resource `id`: of the resource library, else of the default resource module,
-// else empty. Never null. The text stays valid during the next 49 calls; the 50th call after it
-// reuses its place. One thread at a time.
+// else empty, as it is when memory is short. Never null. The text stays valid during the next 49
+// calls; the 50th call after it reuses its place. One thread at a time.
 LQ_DATA_API const char16_t* GetResString(unsigned int id);

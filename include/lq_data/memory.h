@@ -1,7 +1,7 @@
 // Where every byte of the library comes from and goes back to.
 //
 // All allocation of the library passes through Allocate and Release; nothing here throws. A build
-// that links another definition of the two (tests do) counts, poisons, guards and fails every
+// that links another definition of the two (tests do) counts, fills, guards and fails every
 // allocation of the library without a change to the code under test.
 //
 // Callers need this header in two cases only: to release a block that the library hands over (a

@@ -25,7 +25,9 @@
 // the field empty and still returns 1. A loader or a fill operation that cannot make a record or
 // copy a text returns 0 and leaves what it stored until then in the record it was given, where it
 // is released with that record. (The info record of a header may lack texts and comments all the
-// same.)
+// same. What the model cannot answer for want of memory counts as not being there: a declaration
+// that it gives no object for is passed over, an external whose global it does not find has no
+// value, and expressions stay unchecked without its scanner.)
 #pragma once
 
 #include <cstdint>

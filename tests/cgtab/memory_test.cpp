@@ -18,6 +18,15 @@ class TableJobs : public testing::Test {
         image_ = Saved(*tables_);
     }
 
+    // Saves the image, or its beginning and says that it failed.
+    void CheckSaving(CgTab& tables, MEMSTREAM_A& stream, const FailingAllocation& failing) {
+        const bool saved = tables.Save(stream) != 0;
+        EXPECT_TRUE(saved || failing.HasFailed());
+        const auto size = static_cast<size_t>(stream.GetSize());
+        ASSERT_TRUE(saved ? size == image_.size() : size <= image_.size());
+        EXPECT_TRUE(std::equal(stream.GetData(), stream.GetData() + size, image_.begin()));
+    }
+
     std::unique_ptr<CgTab> tables_ = NewTables(4);
     std::vector<unsigned char> image_;
     int ok_ = 0;
@@ -26,9 +35,7 @@ class TableJobs : public testing::Test {
 TEST_F(TableJobs, Saving) {
     FailEachAllocation([&](const FailingAllocation& failing) {
         MEMSTREAM_A stream;
-        EXPECT_TRUE(tables_->Save(stream) || failing.HasFailed());
-        EXPECT_TRUE(
-            std::equal(stream.GetData(), stream.GetData() + stream.GetSize(), image_.begin()));
+        CheckSaving(*tables_, stream, failing);
     });
     EXPECT_EQ(Saved(*tables_), image_);
 }
@@ -53,10 +60,7 @@ TEST_F(TableJobs, RestoringAndBuildingAnIndex) {
         }
         if (complete) {
             MEMSTREAM_A again;
-            const bool saved = restored->Save(again) != 0;
-            EXPECT_TRUE(saved || failing.HasFailed());
-            EXPECT_TRUE(
-                std::equal(again.GetData(), again.GetData() + again.GetSize(), image_.begin()));
+            CheckSaving(*restored, again, failing);
         }
     });
 }

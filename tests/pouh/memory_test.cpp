@@ -43,6 +43,33 @@ TEST(PouhMemory, HiddenHeaderIsCompleteOrFails) {
     });
 }
 
+// A failure that memory was the reason of, or all declarations but what the model itself had no
+// memory to answer: a declaration that it gave no object for, a text that no scanner could check
+// and that thus lacks its '?'. One failure is the reason of one such hole at most.
+void CheckLoaded(int result, const Lines& loaded, const Lines& whole,
+                 const FailingAllocation& failing) {
+    EXPECT_TRUE(result == 1 || failing.HasFailed());
+    if (result != 1) {
+        return;
+    }
+    const auto unchecked = [](std::u16string line) {
+        std::erase(line, u'?');
+        return line;
+    };
+    size_t missing = 0;
+    size_t cut = 0;
+    auto at = loaded.begin();
+    for (const std::u16string& line : whole) {
+        if (at == loaded.end() || !unchecked(line).starts_with(unchecked(*at))) {
+            ++missing;
+            continue;
+        }
+        cut += *at++ == line ? 0 : 1;
+    }
+    EXPECT_EQ(at, loaded.end()) << "nothing else, and in the same order";
+    EXPECT_LE(missing + cut, failing.HasFailed() ? 1u : 0u);
+}
+
 TEST(PouhMemory, Loaders) {
     const ColdStart beforeTheFirstCount;
     LoadedProject project;
@@ -64,26 +91,47 @@ TEST(PouhMemory, Loaders) {
     project.AddVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
     auto* object = dynamic_cast<LQPOU*>(project.GetView(pou));
 
+    Lines wholeHeader;
+    Lines wholeInterface;
+    Lines wholeTable;
+    {
+        const ColdStart round;
+        POU_HEADER_TYP* header = CreatePOUHeader();
+        ASSERT_EQ(LoadPOUHeader(header, pou, 0), 1);
+        wholeHeader = DescribeAll(ListOf(header));
+        DestroyPOUHeader(header);
+        POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
+        ASSERT_EQ(LoadInterface(list, object), 1);
+        wholeInterface = DescribeAll(ListOf(list));
+        DestroyPOUHDeclList(list);
+        SYMBOL_TABLE_TYP* table = CreateSymbolTable();
+        ASSERT_EQ(LoadSelectedSymbolTable(table, globals), 1);
+        wholeTable = DescribeAll(ListOf(table));
+        DestroySymbolTable(table);
+    }
+    ASSERT_EQ(wholeHeader.size(), 9u);
+    ASSERT_EQ(wholeInterface.size(), 5u);
+    ASSERT_EQ(wholeTable.size(), 1u);
+
     FailEachAllocation([&](const FailingAllocation& failing) {
         const ColdStart round;
         POU_HEADER_TYP* header = CreatePOUHeader();
         const int result = LoadPOUHeader(header, pou, 0);
-        EXPECT_TRUE(result == 1 || failing.HasFailed());
+        CheckLoaded(result, DescribeAll(ListOf(header)), wholeHeader, failing);
         DestroyPOUHeader(header);
     });
     FailEachAllocation([&](const FailingAllocation& failing) {
         const ColdStart round;
         POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
         const int result = LoadInterface(list, object);
-        EXPECT_TRUE(result == 1 || failing.HasFailed());
+        CheckLoaded(result, DescribeAll(ListOf(list)), wholeInterface, failing);
         DestroyPOUHDeclList(list);
     });
     FailEachAllocation([&](const FailingAllocation& failing) {
         const ColdStart round;
         SYMBOL_TABLE_TYP* table = CreateSymbolTable();
         const int result = table ? LoadSelectedSymbolTable(table, globals) : 0;
-        EXPECT_TRUE(result == 1 || failing.HasFailed());
-        EXPECT_LE(CardinalityOfList(ListOf(table)), result ? 1u : 0u);
+        CheckLoaded(result, DescribeAll(ListOf(table)), wholeTable, failing);
         DestroySymbolTable(table);
     });
     FailEachAllocation([&](const FailingAllocation& failing) {
@@ -117,7 +165,11 @@ TEST(PouhMemory, Tasks) {
         TASK_TYP* task = CreateTask();
         const int result = LoadTask(task, u"Fast");
         EXPECT_TRUE(result == 1 || failing.HasFailed());
-        EXPECT_TRUE(!result || CardinalityOfList(ListOf(task->pous)) <= 21);
+        const uint32_t count = result ? CardinalityOfList(ListOf(task->pous)) : 21;
+        EXPECT_LE(count, 21u);
+        // The names of programs that the model gives no object for are missing.
+        EXPECT_TRUE(count == 21 || failing.HasFailed());
+        EXPECT_TRUE(count >= 20 || !failing.HasFailedOnce());
         DestroyTask(task);
     });
     FailEachAllocation([](const FailingAllocation& failing) {

@@ -1,4 +1,5 @@
-// The allocator beneath the library in the tests: it counts blocks and fails on demand.
+// The allocator beneath the library in the tests: it counts blocks, fills them, guards their ends
+// and fails on demand.
 #pragma once
 
 #include <cstddef>
@@ -24,6 +25,8 @@ class FailingAllocation {
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
     bool HasFailed() const;
+    // One allocation has failed, and none will any more.
+    bool HasFailedOnce() const;
 };
 
 // Runs `operation` with its first allocation failing, then its second, and so on until it gets

@@ -39,6 +39,7 @@ TEST(Translation, NothingIsLostInSilenceWhenMemoryIsShort) {
     ASSERT_TRUE(read.complete) << read.Messages();
     const std::string whole = ImageOf(*tool::Translate(read.project).tables);
     ASSERT_GT(whole.size(), 200u);
+    const int64_t liveBlocks = LiveBlocks();
     int complete = 0;
     int64_t rounds = 0;
     for (const bool all : {false, true}) {
@@ -61,6 +62,8 @@ TEST(Translation, NothingIsLostInSilenceWhenMemoryIsShort) {
                 ASSERT_TRUE(ImageOf(*out.tables) == whole);
             }
             ASSERT_TRUE(failed || !thrown);
+            out = {};
+            ASSERT_EQ(LiveBlocks(), liveBlocks);
         }
     }
     host::SetProject(nullptr);
