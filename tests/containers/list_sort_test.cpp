@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -40,7 +41,7 @@ int Descending(FLIST*, uint32_t position, void* a, void* b, int32_t param) {
 
 TEST(ListSort, MergeExchangeSortsEveryLength) {
     std::mt19937 random(3);
-    std::vector<std::size_t> lengths = {510, 511, 512, 513, 1022, 1023, 2100};  // pages hold 511
+    std::vector<std::size_t> lengths = {254, 255, 256, 510, 511, 2100};  // pages hold 255
     for (std::size_t n = 0; n <= 40; ++n) {
         lengths.push_back(n);
     }
@@ -172,6 +173,26 @@ TEST(ListSort, WithoutMemoryNothingChanges) {
         EXPECT_TRUE(ListAccess::Check(*list));
         DestroyList(list);
     });
+}
+
+// Each page of the sort fails in turn.
+TEST(ListSort, WithoutMemoryForAPageTheOrderStays) {
+    Numbers descending(3 * 255);
+    std::iota(descending.rbegin(), descending.rend(), 0);
+    const Numbers ascending(descending.rbegin(), descending.rend());
+    int failures = 0;
+    lq::test::FailEachAllocation([&](const auto& failing) {
+        FLIST* list = ListOf(descending);
+        if (!failing.HasFailed()) {
+            const uint32_t sorted = SortElementOfList(list, LC_EQUAL, 0);
+            EXPECT_EQ(sorted == 0, failing.HasFailed());
+            EXPECT_EQ(NumbersOf(list), sorted == 0 ? descending : ascending);
+            EXPECT_TRUE(ListAccess::Check(*list));
+            failures += sorted == 0 ? 1 : 0;
+        }
+        DestroyList(list);
+    });
+    EXPECT_GE(failures, 6);  // three pages at least, twice
 }
 
 }  // namespace

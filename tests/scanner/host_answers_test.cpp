@@ -70,20 +70,22 @@ TEST_F(HostAnswers, LeaveLongTokensWhole) {
              u"x1" + repeat(2000, u'a') + u".F",
          }) {
         for (const size_t blanks : {size_t{0}, size_t{500}, size_t{1000}, size_t{1022}}) {
-            const std::u16string text = repeat(blanks, u' ') + source + u";";
-            SlowStream stream(text, 1000);
-            auto scanner = NewScanner();
-            scanner->Initialize(stream);
-            const Token token = scanner->GetToken();
-            SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks);
-            if (scanner->GetSrcEx()) {
-                EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
-                EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(source.size()) + 1);
-            } else {
-                EXPECT_EQ(std::u16string(token.text), source);
+            for (const int32_t step : {1, 13, 1000}) {
+                SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks
+                                                << ", step " << step);
+                SlowStream stream(repeat(blanks, u' ') + source + u";", step);
+                auto scanner = NewScanner();
+                scanner->Initialize(stream);
+                const Token token = scanner->GetToken();
+                if (scanner->GetSrcEx()) {
+                    EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
+                    EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(source.size()) + 1);
+                } else {
+                    EXPECT_EQ(std::u16string(token.text), source);
+                }
+                EXPECT_EQ(scanner->HasLostText(), 0);
+                EXPECT_EQ(Describe(scanner->GetToken()), "OP[;]=7");
             }
-            EXPECT_EQ(scanner->HasLostText(), 0);
-            EXPECT_EQ(Describe(scanner->GetToken()), "OP[;]=7");
         }
     }
 }
@@ -108,13 +110,15 @@ TEST_F(HostAnswers, MayAllowNulInStrings) {
 TEST(LongIdentifier, IsWholeBeforeAPointAtTheEndOfAHalf) {
     const std::u16string name(3001, u'a');
     for (const size_t blanks : {size_t{66}, size_t{67}, size_t{68}}) {
-        SlowStream stream(std::u16string(blanks, u' ') + name + u".b", 1000);
-        auto scanner = NewScanner();
-        scanner->Initialize(stream);
-        scanner->GetToken();
-        ASSERT_NE(scanner->GetSrcEx(), nullptr);
-        EXPECT_EQ(std::u16string(scanner->GetSrcEx()), name) << blanks;
-        EXPECT_EQ(ScanAll(*scanner), "OP[.]=60 ID[b]");
+        for (const int32_t step : kSteps) {
+            SlowStream stream(std::u16string(blanks, u' ') + name + u".b", step);
+            auto scanner = NewScanner();
+            scanner->Initialize(stream);
+            scanner->GetToken();
+            ASSERT_NE(scanner->GetSrcEx(), nullptr);
+            EXPECT_EQ(std::u16string(scanner->GetSrcEx()), name) << blanks;
+            EXPECT_EQ(ScanAll(*scanner), "OP[.]=60 ID[b]");
+        }
     }
 }
 

@@ -68,8 +68,14 @@ TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
             const std::string before(static_cast<size_t>(place), 'a');
             const std::string behind(static_cast<size_t>(length - place), '"');
             const std::string source = "'" + before + "$N" + behind + "'";
-            EXPECT_EQ(Scan(std::u16string(source.begin(), source.end()) + u" x"),
-                      "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]");
+            const std::u16string text = std::u16string(source.begin(), source.end()) + u" x";
+            const std::string tokens =
+                "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]";
+            if (length % 20 == 19) {
+                CheckScan(text, tokens);
+            } else {
+                EXPECT_EQ(Scan(text), tokens);
+            }
         }
     }
 }

@@ -63,48 +63,49 @@ std::ostream& operator<<(std::ostream& out, const Seen& seen) {
 }
 
 TEST(Recogniser, LinesAndBlanks) {
-    const std::u16string text = u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd";
-    const auto size = static_cast<int32_t>(text.size());
-    MEMSTREAM_W stream(text.data(), size, size, nullptr);
-    auto scanner = NewScanner();
-    scanner->Initialize(stream);
-    scanner->SetnActLine(1);
     const Seen expected[] = {
         {TK_IDENTIFIER, 1, u""}, {TK_IDENTIFIER, 3, u"\t"}, {TK_NEWLINE, 3, u""},
         {TK_IDENTIFIER, 4, u""}, {TK_COMMENT, 5, u""},      {TK_STRING, 6, u" "},
         {TK_NEWLINE, 6, u""},    {TK_NEWLINE, 7, u""},      {TK_IDENTIFIER, 8, u""},
         {TK_EOF, 8, u""},        {TK_EOF, 8, u""},
     };
-    for (const Seen& e : expected) {
-        const Token token = scanner->GetToken();
-        EXPECT_EQ((Seen{token.kind, token.line, token.space}), e);
+    for (const int32_t step : kSteps) {
+        SlowStream stream(u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd", step);
+        auto scanner = NewScanner();
+        scanner->Initialize(stream);
+        scanner->SetnActLine(1);
+        for (const Seen& e : expected) {
+            const Token token = scanner->GetToken();
+            EXPECT_EQ((Seen{token.kind, token.line, token.space}), e) << "in steps of " << step;
+        }
     }
 }
 
 TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
-    const std::u16string text = u"a\n \n\nb";
-    const auto size = static_cast<int32_t>(text.size());
-    MEMSTREAM_W stream(text.data(), size, size, nullptr);
-    auto scanner = NewScanner();
-    scanner->Initialize(stream);
-    scanner->GetToken();
-    const Token token = scanner->GetToken();
-    EXPECT_EQ(token.kind, TK_NEWLINE);
-    EXPECT_EQ(token.line, 0);
-    EXPECT_EQ(scanner->GetnActLine(), 2);
+    for (const int32_t step : kSteps) {
+        SlowStream stream(u"a\n \n\nb", step);
+        auto scanner = NewScanner();
+        scanner->Initialize(stream);
+        scanner->GetToken();
+        const Token token = scanner->GetToken();
+        EXPECT_EQ(token.kind, TK_NEWLINE);
+        EXPECT_EQ(token.line, 0);
+        EXPECT_EQ(scanner->GetnActLine(), 2);
+    }
 }
 
 TEST(Recogniser, OnlyTheFirstBlanksAreKept) {
     for (const size_t blanks : {size_t{2047}, size_t{2048}, size_t{2049}, size_t{100000}}) {
         const std::u16string text = std::u16string(blanks, u'\t') + u"x";
-        MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
-                           static_cast<int32_t>(text.size()), nullptr);
-        auto scanner = NewScanner();
-        scanner->Initialize(stream);
-        const Token token = scanner->GetToken();
-        EXPECT_EQ(std::u16string(token.space).size(), std::min<size_t>(blanks, 2048));
-        EXPECT_EQ(Utf8(token.text), "x");
-        EXPECT_EQ(scanner->GetSrcEx(), nullptr);
+        for (const int32_t step : kSteps) {
+            SlowStream stream(text, step);
+            auto scanner = NewScanner();
+            scanner->Initialize(stream);
+            const Token token = scanner->GetToken();
+            EXPECT_EQ(std::u16string(token.space).size(), std::min<size_t>(blanks, 2048));
+            EXPECT_EQ(Utf8(token.text), "x");
+            EXPECT_EQ(scanner->GetSrcEx(), nullptr);
+        }
     }
 }
 

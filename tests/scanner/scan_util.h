@@ -119,11 +119,18 @@ inline std::string Describe(const Token& token) {
     return out + number;
 }
 
-// All tokens up to the end, a blank between them; the end itself is left out.
-inline std::string ScanAll(Scanner& scanner) {
+// The line of a token and the blanks in front of it.
+using Place = std::pair<int32_t, std::u16string>;
+
+// All tokens up to the end, a blank between them; the end itself is left out. `places` receives
+// the places of all, the end included.
+inline std::string ScanAll(Scanner& scanner, std::vector<Place>* places = nullptr) {
     std::string out;
     for (;;) {
         const Token token = scanner.GetToken();
+        if (places) {
+            places->emplace_back(token.line, token.space);
+        }
         if (token.kind == TK_EOF) {
             return out;
         }
@@ -131,43 +138,60 @@ inline std::string ScanAll(Scanner& scanner) {
     }
 }
 
-inline std::string Scan(const std::u16string& text) {
+inline std::string Scan(const std::u16string& text, std::vector<Place>* places = nullptr) {
     MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
                        static_cast<int32_t>(text.size()), nullptr);
     auto scanner = NewScanner();
     scanner->RegisterKeyword(u"TRUE", KW_TRUE);
     scanner->Initialize(stream);
-    return ScanAll(*scanner);
+    return ScanAll(*scanner, places);
 }
+
+// How many characters a stream hands out at a time.
+inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000};
 
 struct ScanCase {
     const char16_t* text;
     const char* tokens;
 };
 
-// Each text must give its tokens: from memory, from streams that hand out little at a time, and at
-// every start near the end of a small half.
+// Each text must give its tokens, each at its place: from memory, from streams that hand out little
+// at a time, and at every start near the end of a small half.
+inline void CheckScan(const std::u16string& text, const std::string& tokens) {
+    SCOPED_TRACE(Utf8(text.c_str()));
+    std::vector<Place> places;
+    EXPECT_EQ(Scan(text, &places), tokens);
+    for (const int32_t step : kSteps) {
+        SlowStream stream(text, step);
+        auto scanner = NewScanner();
+        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
+        scanner->Initialize(stream);
+        std::vector<Place> found;
+        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "in steps of " << step;
+        EXPECT_EQ(found, places) << "in steps of " << step;
+    }
+    constexpr int32_t kHalf = 48;
+    for (int32_t start = 0; start < 2 * kHalf; ++start) {
+        const std::u16string blanks(static_cast<size_t>(start), u' ');
+        const int32_t step = kSteps[static_cast<size_t>(start) % std::size(kSteps)];
+        SlowStream stream(blanks + text, step);
+        SlowStream again(blanks + text, step);
+        auto scanner = NewScanner();
+        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
+        scanner->Initialize(stream);
+        ScannerTestAccess::UseHalves(*scanner, again, kHalf);
+        std::vector<Place> found;
+        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "at " << start;
+        ASSERT_EQ(found.size(), places.size());
+        for (size_t i = 0; i < found.size(); ++i) {
+            EXPECT_EQ(found[i].first, places[i].first) << "line, at " << start;
+        }
+    }
+}
+
 inline void CheckScans(std::initializer_list<ScanCase> cases) {
     for (const ScanCase& c : cases) {
-        SCOPED_TRACE(Utf8(c.text));
-        EXPECT_EQ(Scan(c.text), c.tokens);
-        for (const int32_t step : {1, 2, 3, 5, 7, 13, 32}) {
-            SlowStream stream(c.text, step);
-            auto scanner = NewScanner();
-            scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-            scanner->Initialize(stream);
-            EXPECT_EQ(ScanAll(*scanner), c.tokens) << "in steps of " << step;
-        }
-        constexpr int32_t kHalf = 48;
-        for (int32_t start = 0; start < 2 * kHalf; ++start) {
-            SlowStream stream(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
-            SlowStream again(std::u16string(static_cast<size_t>(start), u' ') + c.text, 1000);
-            auto scanner = NewScanner();
-            scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-            scanner->Initialize(stream);
-            ScannerTestAccess::UseHalves(*scanner, again, kHalf);
-            EXPECT_EQ(ScanAll(*scanner), c.tokens) << "at " << start;
-        }
+        CheckScan(c.text, c.tokens);
     }
 }
 

@@ -136,35 +136,36 @@ TEST_P(LongToken, IsWholeInTheOverflowTextAndMarkedInTheToken) {
     };
     const size_t length = GetParam();
     for (const Shape& shape : shapes) {
+        std::u16string source = shape.open;
+        while (source.size() < length - shape.close.size()) {
+            source += static_cast<char16_t>(u'a' + source.size() % 26);
+        }
+        source += shape.close;
         for (const size_t blanks : {size_t{0}, size_t{1000}, size_t{1022}, size_t{1023},
                                     size_t{1500}, size_t{2045}, size_t{2046}}) {
-            std::u16string source = shape.open;
-            while (source.size() < length - shape.close.size()) {
-                source += static_cast<char16_t>(u'a' + source.size() % 26);
+            for (const int32_t step : {1, 13, 1000}) {
+                SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
+                                                << ", blanks " << blanks << ", step " << step);
+                SlowStream stream(std::u16string(blanks, u' ') + source + u" next", step);
+                auto scanner = NewScanner();
+                scanner->Initialize(stream);
+                const Token token = scanner->GetToken();
+                EXPECT_EQ(token.kind, shape.kind);
+                if (length <= 2048) {
+                    EXPECT_EQ(std::u16string(token.text), source);
+                } else {
+                    const size_t kept = 2048 - shape.mark.size();
+                    EXPECT_EQ(std::u16string(token.text), source.substr(0, kept) + shape.mark);
+                    ASSERT_NE(scanner->GetSrcEx(), nullptr);
+                }
+                if (scanner->GetSrcEx()) {
+                    EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
+                    EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(length) + 1);
+                    EXPECT_EQ(scanner->IsHugeBufComplete(), 1);
+                }
+                EXPECT_EQ(Describe(scanner->GetToken()), "ID[next]");
+                EXPECT_EQ(scanner->GetSrcEx(), nullptr);
             }
-            source += shape.close;
-            const std::u16string text = std::u16string(blanks, u' ') + source + u" next";
-            SlowStream stream(text, 1000);
-            auto scanner = NewScanner();
-            scanner->Initialize(stream);
-            const Token token = scanner->GetToken();
-            SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
-                                            << ", blanks " << blanks);
-            EXPECT_EQ(token.kind, shape.kind);
-            if (length <= 2048) {
-                EXPECT_EQ(std::u16string(token.text), source);
-            } else {
-                const size_t kept = 2048 - shape.mark.size();
-                EXPECT_EQ(std::u16string(token.text), source.substr(0, kept) + shape.mark);
-                ASSERT_NE(scanner->GetSrcEx(), nullptr);
-            }
-            if (scanner->GetSrcEx()) {
-                EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
-                EXPECT_EQ(scanner->GetHugeBufLen(), static_cast<int32_t>(length) + 1);
-                EXPECT_EQ(scanner->IsHugeBufComplete(), 1);
-            }
-            EXPECT_EQ(Describe(scanner->GetToken()), "ID[next]");
-            EXPECT_EQ(scanner->GetSrcEx(), nullptr);
         }
     }
 }
