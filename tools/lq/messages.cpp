@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "tools/lq/escape.h"
 #include "tools/lq/output.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/terminal.h"

@@ -1,9 +1,9 @@
 #include "tools/lq/output.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 
+#include "tools/lq/escape.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
@@ -86,8 +86,12 @@ Table TableOf(const std::string& title, const std::vector<Table::Column>& column
     return table;
 }
 
+std::string JsonText(const Json& document, int indent) {
+    return HarmlessJson(document.dump(indent, ' ', false, Json::error_handler_t::replace));
+}
+
 void PrintJson(const Json& document) {
-    PrintLine(document.dump(2, ' ', false, Json::error_handler_t::replace));
+    PrintLine(JsonText(document, 2));
 }
 
 void PrintText(const std::string& text) {
@@ -124,33 +128,6 @@ void Print(const Table& table) {
     for (const auto& row : table.rows) {
         PrintLine(Aligned(row, widths, table));
     }
-}
-
-std::string OneLine(const std::string& text) {
-    std::string line;
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x20 && c != 0x7F) {
-            line += c;
-            continue;
-        }
-        switch (c) {
-            case '\n':
-                line += "\\n";
-                break;
-            case '\r':
-                line += "\\r";
-                break;
-            case '\t':
-                line += "\\t";
-                break;
-            default: {
-                char code[8];
-                std::snprintf(code, sizeof(code), "\\x%02X", static_cast<unsigned char>(c));
-                line += code;
-            }
-        }
-    }
-    return line;
 }
 
 }  // namespace lq::tool

@@ -39,7 +39,10 @@ Table TableOf(const std::string& title, const std::vector<Table::Column>& column
 
 void Print(const Table& table);
 
-// A JSON document; bytes that are no UTF-8 become replacement characters.
+// A JSON value as it is printed, on one line with an indent of -1; bytes that are no UTF-8 become
+// replacement characters.
+std::string JsonText(const Json& document, int indent);
+
 void PrintJson(const Json& document);
 
 // The text as it stands.
@@ -47,8 +50,5 @@ void PrintText(const std::string& text);
 
 // A line of its own.
 void PrintLine(const std::string& line);
-
-// Text as it fits one line: control characters become escapes.
-std::string OneLine(const std::string& text);
 
 }  // namespace lq::tool

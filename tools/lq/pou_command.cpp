@@ -8,6 +8,7 @@
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
+#include "tools/lq/escape.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"

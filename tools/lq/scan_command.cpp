@@ -8,6 +8,7 @@
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
+#include "tools/lq/escape.h"
 #include "tools/lq/fault_text.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
@@ -31,8 +32,6 @@ constexpr const char* kKindNames[] = {
 
 constexpr const char* kLocationNames[] = {"input", "output", "memory"};
 constexpr const char* kSizeNames[] = {"bit", "byte", "word", "double word", "long word"};
-
-constexpr auto kReplace = Json::error_handler_t::replace;
 
 std::string TimeValue(const Token& token) {
     return ValueText(Val(static_cast<uint16_t>(token.kind), *token.GetTime(), 0));
@@ -91,15 +90,15 @@ class TokenPrinter {
     explicit TokenPrinter(const ScanOptions& options)
         : options_(options), name_(DisplayName(options.source)) {
         if (options.json) {
-            PrintLine("{\"schema\": " + std::to_string(kJsonSchema) + ", \"source\": " +
-                      Json(name_).dump(-1, ' ', false, kReplace) + ", \"tokens\": [");
+            PrintLine("{\"schema\": " + std::to_string(kJsonSchema) +
+                      ", \"source\": " + JsonText(name_, -1) + ", \"tokens\": [");
         }
     }
 
     void Take(const Token& token, uint32_t column) {
         const Place place = {name_, static_cast<uint32_t>(token.line), column};
         if (options_.json) {
-            PrintLine(separator_ + TokenJson(token, column).dump(-1, ' ', false, kReplace));
+            PrintLine(separator_ + JsonText(TokenJson(token, column), -1));
             separator_ = ",";
         } else if (options_.errorsOnly) {
             PrintLine(ToText(place) + ": " + TokenValue(token) + ": " +

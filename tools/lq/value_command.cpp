@@ -8,6 +8,7 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/constant_types.h"
 #include "tools/lq/describe.h"
+#include "tools/lq/escape.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
