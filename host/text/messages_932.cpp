@@ -94,6 +94,8 @@ constexpr Translation kTable[] = {
     {"saving {}", "{}を保存しています"},
     {"scanning {}", "{}を走査しています"},
     {"standard output cannot be written", "標準出力に書き込めません"},
+    {"standard output takes the image or the JSON document, not both of them",
+     "標準出力にはイメージとJSONのどちらか一方しか出力できません"},
     {"syntax error", "構文エラー"},
     {"table {} has a length of {} bytes, and {} are left",
      "テーブル{}の長さは{}バイトですが、残りは{}バイトです"},
@@ -177,6 +179,8 @@ static_assert(std::ranges::is_sorted(kTable, {}, &Translation::english));
 
 }  // namespace
 
+    {"{}: is the output, too, and would be overwritten",
+     "{}: 出力先が同じファイルなので、上書きされてしまいます"},
 constinit const std::span<const Translation> kMessages932 = kTable;
 
 }  // namespace lq::host

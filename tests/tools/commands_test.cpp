@@ -67,6 +67,8 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"value", "lq: value: no constant"},
          }) {
         const Outcome outcome = RunLq(c.arguments);
+             Case{"translate - --json -o -", "lq: standard output takes the image or the JSON"},
+             Case{"show - --json --save -", "lq: standard output takes the image or the JSON"},
         EXPECT_EQ(outcome.status, 2) << c.arguments;
         EXPECT_THAT(outcome.err, HasSubstr(c.message)) << c.arguments;
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
@@ -88,6 +90,33 @@ TEST(Tool, AFailedRunLeavesTheOldImage) {
 
 TEST(Tool, ImagesComeBackAsTheSameBytes) {
     ASSERT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o a.lqt").status, 0);
+TEST(Tool, AnInputIsNotOverwritten) {
+    const std::string project = Project(Variable("a"));
+    const std::string folder = TestFolder();
+    mkdir((folder + "/folder").c_str(), 0777);
+    for (const std::string script : {
+             "\"$LQ\" translate p.xml -o p.xml",
+             "\"$LQ\" translate p.xml -o folder/../p.xml",
+             "\"$LQ\" translate p.xml -o soft.xml",
+             "\"$LQ\" translate soft.xml -o hard.xml",
+             "\"$LQ\" translate - -o p.xml <p.xml",
+             "\"$LQ\" translate p.xml -o - 1<>p.xml",
+             "\"$LQ\" report p.xml -o p.xml",
+             "\"$LQ\" report hard.xml -o soft.xml",
+             "\"$LQ\" show p.xml --save soft.xml",
+         }) {
+        WriteFile(folder + "/p.xml", project);
+        const Outcome outcome = RunShell("ln -sf p.xml soft.xml; ln -f p.xml hard.xml; " + script);
+        EXPECT_EQ(outcome.status, 2) << script;
+        EXPECT_THAT(outcome.err, MatchesRegex("lq: .*: is the output, too, and would be "
+                                              "overwritten\n"))
+            << script;
+        EXPECT_EQ(ReadFile(folder + "/p.xml"), project) << script;
+    }
+    ASSERT_EQ(RunLq("translate p.xml -o p.lqt").status, 0);
+    EXPECT_EQ(RunLq("show p.lqt --save p.lqt").status, 0) << "it stays the same";
+}
+
     ASSERT_EQ(RunLq("translate - -o b.lqt", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml")).status,
               0);
     ASSERT_EQ(RunLq("show a.lqt --save c.lqt").status, 0);
