@@ -109,6 +109,8 @@ constexpr Translation kTable[] = {
      "UTF-8の文字が必要以上に長く符号化されています"},
     {"the address does not read as one direct address",
      "アドレスが1つの直接アドレスとして読めません"},
+    {"the argument '{}' is empty", "引数「{}」が空です"},
+    {"the argument '{}' is missing", "引数「{}」が指定されていません"},
     {"the array type does not read as bounds and a known element type",
      "配列型が上下限と既知の要素型として読めません"},
     {"the attribute {} of <{}> is neither true nor false: it was read as false",
@@ -136,6 +138,10 @@ constexpr Translation kTable[] = {
     {"the name of global '{}' is taken: the first one is used",
      "グローバル変数の名前「{}」はすでに使われています: 最初のものを使います"},
     {"the name of its type cannot be entered", "型の名前を登録できません"},
+    {"the option '{}' cannot have the value '{}'", "オプション「{}」に値「{}」は指定できません"},
+    {"the option '{}' is missing", "オプション「{}」が指定されていません"},
+    {"the option '{}' may be given only once", "オプション「{}」は1回しか指定できません"},
+    {"the option '{}' needs a value", "オプション「{}」の値が指定されていません"},
     {"the project has no declarations", "プロジェクトに宣言がありません"},
     {"the section is none of globals", "セクションがグローバル変数のものではありません"},
     {"the string does not end, or an escape in it is malformed",
@@ -151,6 +157,7 @@ constexpr Translation kTable[] = {
     {"the unit has declared this name before", "この名前はPOUの中ですでに宣言されています"},
     {"the unit's components cannot be entered", "POUの構成要素を登録できません"},
     {"the unit's name has more than 255 characters", "POUの名前が255文字を超えています"},
+    {"the value of the option '{}' is empty", "オプション「{}」の値が空です"},
     {"there is no such file", "そのようなファイルはありません"},
     {"there is no use for '{}'", "引数「{}」は余分です"},
     {"this byte cannot begin a UTF-8 character", "UTF-8の文字の先頭になり得ないバイトです"},
@@ -172,6 +179,8 @@ constexpr Translation kTable[] = {
     {"{}: cannot be written: {}", "{}: 書き込めません: {}"},
     {"{}: has more than {} bytes", "{}: {}バイトを超えています"},
     {"{}: is a folder, not a file", "{}: ファイルではなくフォルダーです"},
+    {"{}: is the output, too, and would be overwritten",
+     "{}: 出力先が同じファイルなので、上書きされてしまいます"},
     {"{}: no image of tables: {}", "{}: テーブルのイメージではありません: {}"},
     {"{}: the tables do not fit into memory", "{}: テーブルがメモリに入りません"},
 };
@@ -179,8 +188,6 @@ static_assert(std::ranges::is_sorted(kTable, {}, &Translation::english));
 
 }  // namespace
 
-    {"{}: is the output, too, and would be overwritten",
-     "{}: 出力先が同じファイルなので、上書きされてしまいます"},
 constinit const std::span<const Translation> kMessages932 = kTable;
 
 }  // namespace lq::host

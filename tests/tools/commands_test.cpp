@@ -49,7 +49,9 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"scan bad.st", "bad.st:2:1: is not text: "},
              Case{"scan missing.st", "lq: missing.st: cannot be opened"},
              Case{"show folder", "lq: folder: is a folder, not a file"},
-             Case{"report $EXAMPLES/plant/plant.xml", "--output is required"},
+             Case{"report $EXAMPLES/plant/plant.xml",
+                  "lq: report: the option '--output' is missing; see lq report --help"},
+             Case{"show --tabel", "lq: no option is called '--tabel'; did you mean '--table'?"},
              Case{"report short.lqt -o page.html", "lq: short.lqt: no image of tables: "},
              Case{"report $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
              Case{"show short.lqt", "lq: short.lqt: no image of tables: it ends before the length"},
@@ -65,10 +67,10 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"fb $EXAMPLES/plant/plant.xml Mixin stirring", "did you mean 'Mixing'?"},
              Case{"pou $EXAMPLES/plant/plant.xml Mixing --interface", "no function or function"},
              Case{"value", "lq: value: no constant"},
-         }) {
-        const Outcome outcome = RunLq(c.arguments);
              Case{"translate - --json -o -", "lq: standard output takes the image or the JSON"},
              Case{"show - --json --save -", "lq: standard output takes the image or the JSON"},
+         }) {
+        const Outcome outcome = RunLq(c.arguments);
         EXPECT_EQ(outcome.status, 2) << c.arguments;
         EXPECT_THAT(outcome.err, HasSubstr(c.message)) << c.arguments;
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
@@ -88,8 +90,6 @@ TEST(Tool, AFailedRunLeavesTheOldImage) {
         << "nothing is left over";
 }
 
-TEST(Tool, ImagesComeBackAsTheSameBytes) {
-    ASSERT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o a.lqt").status, 0);
 TEST(Tool, AnInputIsNotOverwritten) {
     const std::string project = Project(Variable("a"));
     const std::string folder = TestFolder();
@@ -117,6 +117,8 @@ TEST(Tool, AnInputIsNotOverwritten) {
     EXPECT_EQ(RunLq("show p.lqt --save p.lqt").status, 0) << "it stays the same";
 }
 
+TEST(Tool, ImagesComeBackAsTheSameBytes) {
+    ASSERT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o a.lqt").status, 0);
     ASSERT_EQ(RunLq("translate - -o b.lqt", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml")).status,
               0);
     ASSERT_EQ(RunLq("show a.lqt --save c.lqt").status, 0);

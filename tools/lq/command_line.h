@@ -39,7 +39,6 @@ class CommandLine {
     CLI::App* AddCommand(const char* name, const char* description, const char* example,
                          Options& options, int (*run)(const Options&));
     void AddCommands();
-    [[noreturn]] void ReportUnexpected() const;
 
     CLI::App app_;
     std::string generated_;  // what to generate
