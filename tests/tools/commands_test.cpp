@@ -308,13 +308,21 @@ TEST(Help, TheVersionIsOneLine) {
     EXPECT_THAT(RunLq("--version").out, MatchesRegex("lq [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
-TEST(Help, EveryCommandHasAnExample) {
-    for (const char* command :
+TEST(Help, EveryCommandHasAnExampleThatWorks) {
+    WriteFile(TestFolder() + "/plant.xml", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+    WriteFile(TestFolder() + "/mixer.st", "Ready := TRUE;");
+    for (const std::string command :
          {"translate", "show", "report", "scan", "value", "pou", "fb", "tasks", "types"}) {
-        const Outcome outcome = RunLq(std::string(command) + " --help");
+        const Outcome outcome = RunLq(command + " --help");
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.out, StartsWith(std::string("Example:\n  lq ") + command));
-        EXPECT_EQ(RunLq(std::string(command) + " -h").out, outcome.out);
+        const std::string start = "Example:\n  lq ";
+        ASSERT_THAT(outcome.out, StartsWith(start + command));
+        EXPECT_EQ(RunLq(command + " -h").out, outcome.out);
+        const size_t example = start.size();
+        const Outcome run =
+            RunLq(outcome.out.substr(example, outcome.out.find('\n', example) - example));
+        EXPECT_EQ(run.status, 0) << command;
+        EXPECT_EQ(run.err, "") << command;
     }
 }
 

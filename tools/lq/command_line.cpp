@@ -124,7 +124,7 @@ void CommandLine::AddCommands() {
             "The image of the tables to write; - for standard output");
 
     command = AddCommand("show", "Shows the tables of an image or a project",
-                         "lq show plant.lqt --table globals --find Pump1", show_, RunShow);
+                         "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
     AddInput(command, show_.input);
     command
         ->add_option("-t,--table", show_.tables, "A table: " + TableNames() + "; may be repeated")
