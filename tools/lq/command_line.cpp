@@ -1,6 +1,7 @@
 #include "tools/lq/command_line.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include "host/text/message.h"
@@ -26,7 +27,17 @@ class HelpFormatter : public CLI::Formatter {
                           CLI::AppFormatMode mode) const override {
         return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
                make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
-               make_subcommands(app, mode) + "\nExit status: " + kExitStatus + ".\n";
+               make_subcommands(app, mode) + ExitStatuses();
+    }
+
+  private:
+    static std::string ExitStatuses() {
+        std::string text = "\nExit status:\n";
+        for (const auto& [status, meaning] : kExitStatuses) {
+            text += "  " + std::string(status) + std::string(5 - std::strlen(status), ' ') +
+                    meaning + "\n";
+        }
+        return text;
     }
 };
 
