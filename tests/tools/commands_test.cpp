@@ -49,7 +49,9 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"scan bad.st", "bad.st:2:1: is not text: "},
              Case{"scan missing.st", "lq: missing.st: cannot be opened"},
              Case{"show folder", "lq: folder: is a folder, not a file"},
-             Case{"report $EXAMPLES/plant/plant.xml", "--output is required"},
+             Case{"report $EXAMPLES/plant/plant.xml",
+                  "lq: report: the option '--output' is missing; see lq report --help"},
+             Case{"show --tabel", "lq: no option is called '--tabel'; did you mean '--table'?"},
              Case{"report short.lqt -o page.html", "lq: short.lqt: no image of tables: "},
              Case{"report $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
              Case{"show short.lqt", "lq: short.lqt: no image of tables: it ends before the length"},
@@ -60,11 +62,19 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
              Case{"show $EXAMPLES/plant/plant.xml --table Globls", "did you mean 'globals'?"},
              Case{"translate $EXAMPLES/plant/plant.xml -o no/such/folder.lqt", "cannot be written"},
              Case{"translate $EXAMPLES/plant/plant.xml -o folder", "lq: folder: is a folder"},
-             Case{"pou $EXAMPLES/plant/plant.xml Nobody", "is called 'Nobody'\n"},
+             Case{"pou $EXAMPLES/plant/plant.xml Nobody",
+                  "plant.xml: no unit or data type is called 'Nobody'\n"},
              Case{"pou $EXAMPLES/plant/plant.xml clmap", "did you mean 'Clamp'?"},
              Case{"fb $EXAMPLES/plant/plant.xml Mixin stirring", "did you mean 'Mixing'?"},
-             Case{"pou $EXAMPLES/plant/plant.xml Mixing --interface", "no function or function"},
+             Case{"pou $EXAMPLES/plant/plant.xml Nobody --interface --json",
+                  "plant.xml: no unit is called 'Nobody'\n"},
+             Case{"fb $EXAMPLES/plant/plant.xml Nobody stirring --json",
+                  "plant.xml: no unit is called 'Nobody'\n"},
+             Case{"pou $EXAMPLES/plant/plant.xml Mixing --interface",
+                  "plant.xml: 'Mixing' is no function or function block"},
              Case{"value", "lq: value: no constant"},
+             Case{"translate - --json -o -", "lq: standard output takes the image or the JSON"},
+             Case{"show - --json --save -", "lq: standard output takes the image or the JSON"},
          }) {
         const Outcome outcome = RunLq(c.arguments);
         EXPECT_EQ(outcome.status, 2) << c.arguments;
@@ -84,6 +94,33 @@ TEST(Tool, AFailedRunLeavesTheOldImage) {
     EXPECT_GT(ReadFile(image).size(), 40u);
     EXPECT_THAT(FilesIn(TestFolder()), testing::ElementsAre("bad.xml", "old.lqt"))
         << "nothing is left over";
+}
+
+TEST(Tool, AnInputIsNotOverwritten) {
+    const std::string project = Project(Variable("a"));
+    const std::string folder = TestFolder();
+    mkdir((folder + "/folder").c_str(), 0777);
+    for (const std::string script : {
+             "\"$LQ\" translate p.xml -o p.xml",
+             "\"$LQ\" translate p.xml -o folder/../p.xml",
+             "\"$LQ\" translate p.xml -o soft.xml",
+             "\"$LQ\" translate soft.xml -o hard.xml",
+             "\"$LQ\" translate - -o p.xml <p.xml",
+             "\"$LQ\" translate p.xml -o - 1<>p.xml",
+             "\"$LQ\" report p.xml -o p.xml",
+             "\"$LQ\" report hard.xml -o soft.xml",
+             "\"$LQ\" show p.xml --save soft.xml",
+         }) {
+        WriteFile(folder + "/p.xml", project);
+        const Outcome outcome = RunShell("ln -sf p.xml soft.xml; ln -f p.xml hard.xml; " + script);
+        EXPECT_EQ(outcome.status, 2) << script;
+        EXPECT_THAT(outcome.err, MatchesRegex("lq: .*: is the output, too, and would be "
+                                              "overwritten\n"))
+            << script;
+        EXPECT_EQ(ReadFile(folder + "/p.xml"), project) << script;
+    }
+    ASSERT_EQ(RunLq("translate p.xml -o p.lqt").status, 0);
+    EXPECT_EQ(RunLq("show p.lqt --save p.lqt").status, 0) << "it stays the same";
 }
 
 TEST(Tool, ImagesComeBackAsTheSameBytes) {
@@ -277,13 +314,21 @@ TEST(Help, TheVersionIsOneLine) {
     EXPECT_THAT(RunLq("--version").out, MatchesRegex("lq [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
-TEST(Help, EveryCommandHasAnExample) {
-    for (const char* command :
+TEST(Help, EveryCommandHasAnExampleThatWorks) {
+    WriteFile(TestFolder() + "/plant.xml", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+    WriteFile(TestFolder() + "/mixer.st", "Ready := TRUE;");
+    for (const std::string command :
          {"translate", "show", "report", "scan", "value", "pou", "fb", "tasks", "types"}) {
-        const Outcome outcome = RunLq(std::string(command) + " --help");
+        const Outcome outcome = RunLq(command + " --help");
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.out, StartsWith(std::string("Example:\n  lq ") + command));
-        EXPECT_EQ(RunLq(std::string(command) + " -h").out, outcome.out);
+        const std::string start = "Example:\n  lq ";
+        ASSERT_THAT(outcome.out, StartsWith(start + command));
+        EXPECT_EQ(RunLq(command + " -h").out, outcome.out);
+        const size_t example = start.size();
+        const Outcome run =
+            RunLq(outcome.out.substr(example, outcome.out.find('\n', example) - example));
+        EXPECT_EQ(run.status, 0) << command;
+        EXPECT_EQ(run.err, "") << command;
     }
 }
 

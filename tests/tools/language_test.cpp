@@ -82,6 +82,51 @@ TEST(Language, MessagesAreInThatOfTheCodePage) {
     }
 }
 
+TEST(Language, ComplaintsAboutTheCommandLineAreInItToo) {
+    struct Case {
+        const char* arguments;
+        const char* english;
+        const char* japanese;
+        const char* help;  // the one that they point to
+    };
+    for (const Case& c : {
+             Case{"translate", "translate: the argument 'project' is missing",
+                  "translate: 引数「project」が指定されていません", "lq translate --help"},
+             Case{"fb a b", "fb: the argument 'instance' is missing",
+                  "fb: 引数「instance」が指定されていません", "lq fb --help"},
+             Case{"report a", "report: the option '--output' is missing",
+                  "report: オプション「--output」が指定されていません", "lq report --help"},
+             Case{"translate a -o", "translate: the option '--output' needs a value",
+                  "translate: オプション「--output」の値が指定されていません",
+                  "lq translate --help"},
+             Case{"show a -t x --find=", "show: the option '--find' needs a value",
+                  "show: オプション「--find」の値が指定されていません", "lq show --help"},
+             Case{"--generate", "the option '--generate' needs a value",
+                  "オプション「--generate」の値が指定されていません", "lq --help"},
+             Case{"translate a --json -o b -oc --json",
+                  "translate: the option '--output' may be given only once",
+                  "translate: オプション「--output」は1回しか指定できません",
+                  "lq translate --help"},
+             Case{"scan a --json --errors=maybe",
+                  "scan: the option '--errors' cannot have the value 'maybe'",
+                  "scan: オプション「--errors」に値「maybe」は指定できません", "lq scan --help"},
+             Case{"translate ''", "translate: the argument 'project' is empty",
+                  "translate: 引数「project」が空です", "lq translate --help"},
+             Case{"show a --save ''", "show: the value of the option '--save' is empty",
+                  "show: オプション「--save」の値が空です", "lq show --help"},
+         }) {
+        const auto expect = [&](const std::string& message) {
+            const Outcome outcome = RunLq(c.arguments);
+            EXPECT_EQ(outcome.err, "lq: " + message + "\n");
+            EXPECT_EQ(outcome.status, 2) << c.arguments;
+        };
+        Register("user", "");
+        expect(std::string(c.english) + "; see " + c.help);
+        Register("user", "CodePage=932\n");
+        expect(std::string(c.japanese) + "。" + c.help + "を参照してください");
+    }
+}
+
 TEST(Language, IsThatOfTheFirstKey) {
     struct Case {
         const char* user;  // null without the key

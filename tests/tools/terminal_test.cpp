@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,6 +33,12 @@ class Terminal {
     Terminal& operator=(const Terminal&) = delete;
 
     const std::string& Name() const { return name_; }
+
+    void SetColumns(unsigned short columns) {
+        winsize size = {};
+        size.ws_col = columns;
+        ioctl(own_, TIOCSWINSZ, &size);
+    }
 
     // What was written since the last call.
     std::string Text() {
@@ -72,6 +79,8 @@ TEST(Terminal, EachStreamIsBoldWhereItIsATerminal) {
              Case{"TERM=xterm NO_COLOR=1", true, true, false},
              Case{"TERM=xterm NO_COLOR=", true, true, true},
              Case{"TERM=dumb", true, true, false},
+             Case{"TERM=", true, true, false},
+             Case{"-u TERM", true, true, false},
          }) {
         Terminal terminal;
         const std::string where = std::string(c.environment) + (c.results ? " results" : "") +
@@ -116,6 +125,36 @@ TEST(Terminal, LongWorkShowsItsProgress) {
     }
     Shell("{ printf a; sleep 0.3; } | $LQ scan - >out 2>err");
     EXPECT_EQ(ReadFile(TestFolder() + "/err"), "") << "no terminal";
+}
+
+TEST(Terminal, WorkThatComesLateIsShownAtOnce) {
+    Terminal terminal;
+    Shell("{ sleep 0.2; printf a; } | TERM=xterm $LQ scan - >out 2>" + terminal.Name());
+    const std::string shown = terminal.Text();
+    for (const char* work : {"\rreading ", "\rdecoding ", "\rscanning "}) {
+        EXPECT_THAT(shown, HasSubstr(work));
+    }
+}
+
+TEST(Terminal, ProgressStaysOnItsLine) {
+    struct Case {
+        unsigned short columns;
+        std::string shown;
+    };
+    const std::string name = "p\xC3\xA4th_" + std::string(90, 'x');
+    for (const Case& c : {
+             Case{200, name + ": 0.1 MB"},
+             Case{40, "\rreading p\xC3\xA4th_" + std::string(14, 'x') + "...: 0.1 MB"},
+             Case{23, "\rreading p\xC3\xA4...: 0.1 MB"},
+             Case{22, "\rreading p...: 0.1 MB"},  // not half the letter
+             Case{4, "\r...\x1B"},
+         }) {
+        Terminal terminal;
+        terminal.SetColumns(c.columns);
+        Shell("rm -f p*; mkfifo " + name + "; { printf %100000s; sleep 0.3; } >" + name +
+              " & TERM=xterm $LQ scan " + name + " >out 2>" + terminal.Name());
+        EXPECT_THAT(terminal.Text(), HasSubstr(c.shown)) << c.columns;
+    }
 }
 
 TEST(Pipe, AReaderWhoLeavesEndsTheToolWithoutAWord) {

@@ -1,6 +1,7 @@
 #include "tools/lq/command_line.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include "host/text/message.h"
@@ -9,6 +10,7 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/usage_fault.h"
 
 namespace lq::tool {
 
@@ -25,21 +27,38 @@ class HelpFormatter : public CLI::Formatter {
                           CLI::AppFormatMode mode) const override {
         return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
                make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
-               make_subcommands(app, mode) + "\nExit status: " + kExitStatus + ".\n";
+               make_subcommands(app, mode) + ExitStatuses();
+    }
+
+  private:
+    static std::string ExitStatuses() {
+        std::string text = "\nExit status:\n";
+        for (const auto& [status, meaning] : kExitStatuses) {
+            text += "  " + std::string(status) + std::string(5 - std::strlen(status), ' ') +
+                    meaning + "\n";
+        }
+        return text;
     }
 };
 
-CLI::Option* AddArgument(CLI::App* command, const char* name, std::string& value, const char* kind,
-                         const char* description) {
-    return command->add_option(name, value, description)->type_name(kind)->required();
+// A name of a file is never empty.
+CLI::Option* AddFile(CLI::App* command, const char* name, std::string& value,
+                     const char* description) {
+    return command->add_option(name, value, description)
+        ->type_name(kFileValue)
+        ->check([](const std::string& file) { return std::string(file.empty() ? "empty" : ""); });
+}
+
+void AddName(CLI::App* command, const char* name, std::string& value, const char* description) {
+    command->add_option(name, value, description)->type_name(kNameValue)->required();
 }
 
 void AddProject(CLI::App* command, std::string& value) {
-    AddArgument(command, "project", value, kFileValue, "The project file; - for standard input");
+    AddFile(command, "project", value, "The project file; - for standard input")->required();
 }
 
 void AddInput(CLI::App* command, std::string& value) {
-    AddArgument(command, "input", value, kFileValue, "An image or a project; - for standard input");
+    AddFile(command, "input", value, "An image or a project; - for standard input")->required();
 }
 
 std::string TableNames() {
@@ -80,16 +99,6 @@ std::vector<std::string> CommandNames(const CLI::App& app) {
     return names;
 }
 
-std::vector<std::string> OptionNames(const CLI::App& command) {
-    std::vector<std::string> names;
-    for (const CLI::Option* option : command.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
-        }
-    }
-    return names;
-}
-
 }  // namespace
 
 CommandLine::CommandLine() : app_("Works with the data of IEC 61131-3 projects.", "lq") {
@@ -122,13 +131,11 @@ void CommandLine::AddCommands() {
     CLI::App* command = AddCommand("translate", "Fills the tables from a PLCopen XML project",
                                    "lq translate plant.xml -o plant.lqt", translate_, RunTranslate);
     AddProject(command, translate_.project);
-    command
-        ->add_option("-o,--output", translate_.output,
-                     "The image of the tables to write; - for standard output")
-        ->type_name(kFileValue);
+    AddFile(command, "-o,--output", translate_.output,
+            "The image of the tables to write; - for standard output");
 
     command = AddCommand("show", "Shows the tables of an image or a project",
-                         "lq show plant.lqt --table globals --find Pump1", show_, RunShow);
+                         "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
     AddInput(command, show_.input);
     command
         ->add_option("-t,--table", show_.tables, "A table: " + TableNames() + "; may be repeated")
@@ -138,20 +145,17 @@ void CommandLine::AddCommands() {
         ->add_option("-f,--find", show_.find,
                      "Only the lines of this name; A.B is the component B of the unit A")
         ->type_name(kNameValue);
-    command->add_option("-s,--save", show_.save, "Writes the tables to an image again")
-        ->type_name(kFileValue);
+    AddFile(command, "-s,--save", show_.save, "Writes the tables to an image again");
 
     command = AddCommand("report", "Writes a page for the browser with the tables, linked",
                          "lq report plant.xml -o plant.html", report_, RunReport);
     AddInput(command, report_.input);
-    command->add_option("-o,--output", report_.output, "The page to write; - for standard output")
-        ->type_name(kFileValue)
+    AddFile(command, "-o,--output", report_.output, "The page to write; - for standard output")
         ->required();
 
     command = AddCommand("scan", "Shows the tokens of a source text, one a line",
                          "lq scan --errors mixer.st", scan_, RunScan);
-    AddArgument(command, "source", scan_.source, kFileValue,
-                "The source file; - for standard input");
+    AddFile(command, "source", scan_.source, "The source file; - for standard input")->required();
     command->add_flag("-e,--errors", scan_.errorsOnly,
                       "Only what is malformed, as file:line:column: message");
 
@@ -167,15 +171,14 @@ void CommandLine::AddCommands() {
     command = AddCommand("pou", "Shows the header of a unit or data type",
                          "lq pou plant.xml Dosing --interface", pou_, RunPou);
     AddProject(command, pou_.project);
-    AddArgument(command, "name", pou_.name, kNameValue, "The unit or data type");
+    AddName(command, "name", pou_.name, "The unit or data type");
     command->add_flag("-i,--interface", pou_.interfaceOnly, "Only its parameters");
 
     command = AddCommand("fb", "Tells of which function block an instance is",
                          "lq fb plant.xml Mixing stirring", fb_, RunFb);
     AddProject(command, fb_.project);
-    AddArgument(command, "pou", fb_.pou, kNameValue, "The unit that uses the instance");
-    AddArgument(command, "instance", fb_.instance, kNameValue,
-                "The instance, the unit's or a global one");
+    AddName(command, "pou", fb_.pou, "The unit that uses the instance");
+    AddName(command, "instance", fb_.instance, "The instance, the unit's or a global one");
 
     command = AddCommand("tasks", "Shows the tasks of a project and their programs",
                          "lq tasks plant.xml", tasks_, RunTasks);
@@ -196,6 +199,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     if (first == kValueCommand) {
         constants = TakeConstants(arguments);
     }
+    const std::string last = arguments.empty() ? "" : arguments.back();
     std::reverse(arguments.begin(), arguments.end());
     try {
         app_.parse(std::move(arguments));
@@ -207,10 +211,8 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
             PrintText(text);
             return 0;
         };
-    } catch (const CLI::ExtrasError&) {
-        ReportUnexpected();
     } catch (const CLI::ParseError& e) {
-        throw CommandError(e.what() + SeeHelp());
+        throw UsageFault(app_, e, last);
     }
     value_.texts = std::move(constants);
     if (!generated_.empty()) {
@@ -223,18 +225,6 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
         throw CommandError(Say("no command was given") + SeeHelp());
     }
     return chosen_;
-}
-
-void CommandLine::ReportUnexpected() const {
-    const std::vector<CLI::App*> parsed = app_.get_subcommands();
-    const CLI::App& command = parsed.empty() ? app_ : *parsed.front();
-    const std::string word = app_.remaining(true).front();
-    const std::string advice = parsed.empty() ? SeeHelp() : SeeHelp(command.get_name());
-    if (!word.starts_with('-')) {
-        throw CommandError(Say("there is no use for '{}'", word) + advice);
-    }
-    throw CommandError(Say("no option is called '{}'", word) +
-                       DidYouMean(word, OptionNames(command), advice));
 }
 
 }  // namespace lq::tool

@@ -18,8 +18,16 @@ inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
 
-inline constexpr char kExitStatus[] =
-    "0 done, 1 the input has faults, 2 the command could not do its work";
+// Of all commands, each with what it means.
+inline constexpr struct {
+    const char* status;
+    const char* meaning;
+} kExitStatuses[] = {
+    {"0", "Done"},
+    {"1", "The input has faults, or not the name that was looked for"},
+    {"2", "The command could not do its work"},
+    {"141", "Whoever read the results left before their end"},
+};
 
 class CommandLine {
   public:
@@ -39,7 +47,6 @@ class CommandLine {
     CLI::App* AddCommand(const char* name, const char* description, const char* example,
                          Options& options, int (*run)(const Options&));
     void AddCommands();
-    [[noreturn]] void ReportUnexpected() const;
 
     CLI::App app_;
     std::string generated_;  // what to generate

@@ -1,5 +1,6 @@
 #include "tools/lq/command_line.h"
 #include "tools/lq/generate.h"
+#include "tools/lq/output.h"
 
 namespace lq::tool {
 
@@ -20,16 +21,39 @@ as JSON. Messages go to standard error; those about an input begin with its name
 Sources may be UTF-8 or UTF-16.
 )";
 
-constexpr char kTail[] = R"(.SH JSON
-Every document has a member \fBschema\fR, the number of its form, which is 1. It changes when a reader
-of the documents would have to; new members may come at any time.
-.SH ENVIRONMENT
+// Behind what each status means.
+constexpr char kStatusNotes[] = R"(.PP
+A name is looked for by \fBshow \-\-find\fR, and as the instance by \fBfb\fR: that there is none is a
+result, too. A unit that \fBpou\fR or \fBfb\fR does not find leaves them without one, and the status is 2.
+.PP
+With 141 a shell shows the signal \fBSIGPIPE\fR, which ends the command.
+)";
+
+constexpr char kTail[] = R"(.SH ENVIRONMENT
 .TP
 .B NO_COLOR
 When set and not empty, nothing is printed in bold.
 .TP
 .B TERM
-With the value \fBdumb\fR, nothing is printed in bold, and no progress is shown.
+When not set, empty or \fBdumb\fR, nothing is printed in bold, and no progress is shown.
+.TP
+.B XDG_CONFIG_HOME
+The folder that takes the place of \fI~/.config\fR.
+.SH FILES
+.TP
+.I ~/.config/lq_data/registry.ini
+.TQ
+.I /etc/lq_data/registry.ini
+The language of messages: Japanese with the code page 932, English with any other and without one. It is
+the value \fBCodePage\fR of the section
+.IP
+.EX
+[SOFTWARE\eVeldrane\eTalmor2\eApp]
+CodePage=932
+.EE
+.IP
+of the user's file. When that has no such section, the section
+\fB[SOFTWARE\eVeldrane\eTalmor2\eStartup\eApp]\fR of the machine's file decides.
 )";
 
 // Text that is text to the formatter.
@@ -87,7 +111,16 @@ std::string ManPage(const ProgramText& text) {
     for (const CommandText& command : text.commands) {
         page += SectionOf(command);
     }
-    page += ".SH EXIT STATUS\n" + Escaped(kExitStatus) + ".\n";
+    page += ".SH EXIT STATUS\n";
+    for (const auto& [status, meaning] : kExitStatuses) {
+        page += std::string(".TP\n.B ") + status + "\n" + Escaped(meaning) + ".\n";
+    }
+    page += kStatusNotes;
+    page +=
+        ".SH JSON\nEvery document has a member \\fBschema\\fR, the number of its form, which is " +
+        std::to_string(kJsonSchema) +
+        ". It changes when a reader\nof the documents would have to; new members may come at any "
+        "time.\n";
     return page + kTail;
 }
 

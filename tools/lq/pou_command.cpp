@@ -65,12 +65,13 @@ std::vector<std::string> UnitNames(const host::Project& project, bool withTypes)
     return names;
 }
 
-[[noreturn]] void NoSuchUnit(const host::Project& project, const std::string& name,
-                             bool withTypes) {
-    throw CommandError(Say(withTypes ? Message("no unit or data type is called '{}'")
-                                     : Message("no unit is called '{}'"),
-                           name) +
-                       DidYouMean(name, UnitNames(project, withTypes)));
+[[noreturn]] void NoSuchUnit(const std::string& input, const host::Project& project,
+                             const std::string& name, bool withTypes) {
+    throw InputError({DisplayName(input)},
+                     Say(withTypes ? Message("no unit or data type is called '{}'")
+                                   : Message("no unit is called '{}'"),
+                         name) +
+                         DidYouMean(name, UnitNames(project, withTypes)));
 }
 
 // The declarations that may be instances for the unit: its own and the global ones.
@@ -91,7 +92,7 @@ std::vector<std::string> InstanceNames(const host::Project& project, const char1
 Json HeaderOf(const host::Project& project, const PouOptions& options, const std::u16string& name) {
     const HeaderPtr header(CreatePOUHeader());
     if (!header || !LoadPOUHeader(header.get(), name.c_str())) {
-        NoSuchUnit(project, options.name, true);
+        NoSuchUnit(options.project, project, options.name, true);
     }
     POUH_INFO_TYP* info = nullptr;
     uint32_t kind = PT_OTHER;
@@ -110,11 +111,12 @@ Json InterfaceOf(const host::Project& project, const PouOptions& options,
     LQNAVIOBJECT* object = LQNAVIOBJECTMAN::Get()->Get(FindPOUByName(name.c_str()));
     auto* pou = dynamic_cast<LQPOU*>(object);
     if (!pou) {
-        NoSuchUnit(project, options.name, false);
+        NoSuchUnit(options.project, project, options.name, false);
     }
     const DeclListPtr list(CreatePOUHDeclList());
     if (!list || !LoadInterface(list.get(), pou)) {
-        throw CommandError(
+        throw InputError(
+            {DisplayName(options.project)},
             Say("'{}' is no function or function block: it has no parameters", options.name));
     }
     return {{"name", EncodeUtf8(pou->GetName())},
@@ -152,7 +154,7 @@ int RunFb(const FbOptions& options) {
     const std::u16string pou = DecodeArgument(options.pou);
     const std::u16string instance = DecodeArgument(options.instance);
     if (!FindPOUByName(pou.c_str()).GetNumber()) {
-        NoSuchUnit(current.project, options.pou, false);
+        NoSuchUnit(options.project, current.project, options.pou, false);
     }
     CLQString type;
     const bool found = FindFBName(instance.c_str(), pou.c_str(), &type) != 0;

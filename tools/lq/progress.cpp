@@ -4,26 +4,56 @@
 #include <chrono>
 #include <cstdio>
 #include <system_error>
-#include <utility>
 
+#include "tools/lq/output.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr auto kFirst = std::chrono::milliseconds(50);
 constexpr auto kInterval = std::chrono::milliseconds(100);
 
+// Counted from the start of the program, lest short works that follow each other are long and
+// silent.
+const Clock::time_point firstSign = Clock::now() + kFirst;
+
 Progress* current = nullptr;
+
+// The longest beginning of the text that has no more bytes, and ends with a whole character.
+std::string Cut(const std::string& text, size_t bytes) {
+    while (bytes > 0 && bytes < text.size() &&
+           (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80) {
+        --bytes;
+    }
+    return text.substr(0, bytes);
+}
+
+// What fits the terminal's line, without its last column, behind which some terminals wrap. No
+// character of UTF-8 takes more columns than bytes.
+std::string FittingLine(const std::string& what, const std::string& number) {
+    constexpr char kCut[] = "...";
+    const size_t room = Columns(Stream::kMessages) - 1;
+    if (what.size() + number.size() <= room) {
+        return what + number;
+    }
+    const std::string tail = kCut + number;
+    return Cut(what, room - std::min(room, tail.size())) + tail.substr(0, room);
+}
 
 }  // namespace
 
-Progress::Progress(std::string what, uint64_t total) : what_(std::move(what)), total_(total) {
+Progress::Progress(const std::string& what, uint64_t total) : what_(OneLine(what)), total_(total) {
     if (!CanControl(Stream::kMessages)) {
         return;
     }
     current = this;
+    if (Clock::now() >= firstSign) {
+        Show();
+    }
     try {
         thread_ = std::thread([this] { Run(); });
     } catch (const std::system_error&) {  // work is done without it
@@ -31,12 +61,12 @@ Progress::Progress(std::string what, uint64_t total) : what_(std::move(what)), t
 }
 
 Progress::~Progress() {
+    {
+        const std::lock_guard lock(mutex_);
+        isOver_ = true;
+        Clear();
+    }
     if (thread_.joinable()) {
-        {
-            const std::lock_guard lock(mutex_);
-            isOver_ = true;
-            Clear();
-        }
         wake_.notify_one();
         thread_.join();
     }
@@ -60,22 +90,23 @@ std::unique_lock<std::mutex> Progress::Hide() {
 
 void Progress::Run() {
     std::unique_lock lock(mutex_);
-    auto interval = kFirst;
-    while (!wake_.wait_for(lock, interval, [this] { return isOver_; })) {
+    Clock::time_point next = isShown_ ? Clock::now() + kInterval : firstSign;
+    while (!wake_.wait_until(lock, next, [this] { return isOver_; })) {
         Show();
-        interval = kInterval;
+        next = Clock::now() + kInterval;
     }
 }
 
 void Progress::Show() {
     const auto done = static_cast<double>(done_.load(std::memory_order_relaxed));
-    std::fprintf(stderr, "\r%s", what_.c_str());
+    char number[32] = "";
     if (total_ != 0) {
-        std::fprintf(stderr, ": %.0f %%", std::min(1.0, done / static_cast<double>(total_)) * 100);
+        std::snprintf(number, sizeof(number), ": %.0f %%",
+                      std::min(1.0, done / static_cast<double>(total_)) * 100);
     } else if (done > 0) {
-        std::fprintf(stderr, ": %.1f MB", done / 1e6);
+        std::snprintf(number, sizeof(number), ": %.1f MB", done / 1e6);
     }
-    std::fputs("\x1B[K", stderr);
+    std::fprintf(stderr, "\r%s\x1B[K", FittingLine(what_, number).c_str());
     std::fflush(stderr);
     isShown_ = true;
 }

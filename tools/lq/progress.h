@@ -18,7 +18,7 @@ class Progress {
   public:
     // `what` names the work, as "reading plant.xml". With a total of 0 the size of the work is not
     // known, and what is done are bytes.
-    explicit Progress(std::string what, uint64_t total = 0);
+    explicit Progress(const std::string& what, uint64_t total = 0);
     // Takes the line away.
     ~Progress();
     Progress(const Progress&) = delete;

@@ -4,6 +4,7 @@
 #include <streambuf>
 
 #include "host/text/message.h"
+#include "host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"
@@ -90,6 +91,11 @@ int ReadAndReport(const std::string& path, host::Project& project) {
         PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
+}
+
+std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {
+    const ID pou = project.FindPou(instance.typeName);
+    return host::EncodeUtf8(pou.GetNumber() ? project.NameOf(pou) : instance.typeName);
 }
 
 }  // namespace lq::tool

@@ -23,6 +23,10 @@ void ReadProject(const std::string& path, std::string_view bytes, host::Project&
 // result is the exit status so far.
 int ReadAndReport(const std::string& path, host::Project& project);
 
+// The program that an instance runs: its name as the unit spells it, or as the instance does when
+// the project has no such unit.
+std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance);
+
 // Sets the current project aside when it goes.
 class CurrentProject {
   public:

@@ -1,6 +1,7 @@
 #include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
+#include "tools/lq/output_conflict.h"
 #include "tools/lq/output_file.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
@@ -13,6 +14,7 @@ namespace lq::tool {
 using host::Say;
 
 int RunReport(const ReportOptions& options) {
+    RefuseInputAsOutput(options.input, options.output);
     CurrentProject current;
     TableInput input = ReadTables(options.input, current.project);
     std::string page;

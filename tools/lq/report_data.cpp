@@ -8,6 +8,7 @@
 #include "lq_data/containers.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
+#include "tools/lq/project_input.h"
 #include "tools/lq/report_lines.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
@@ -256,9 +257,7 @@ class ReportWriter {
         Json programs = Json::array();
         for (const ID id : instances) {
             const host::ProgramInstance& instance = *project_.GetProgramInstance(id);
-            const ID pou = project_.FindPou(instance.typeName);
-            const std::string type =
-                EncodeUtf8(pou.GetNumber() ? project_.NameOf(pou) : instance.typeName);
+            const std::string type = ProgramName(project_, instance);
             programs.push_back({{"instance", EncodeUtf8(instance.name)},
                                 {"program", type},
                                 {"unit", Find(units_, type)}});

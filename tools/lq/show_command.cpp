@@ -7,6 +7,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/table_input.h"
@@ -111,8 +112,12 @@ void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowO
 }  // namespace
 
 int RunShow(const ShowOptions& options) {
+    RefuseImageWithJson(options.save, options.json);
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
     auto [tables, isProject, refusals, status] = ReadTables(options.input);
+    if (isProject) {  // an image may be saved in its own place
+        RefuseInputAsOutput(options.input, options.save);
+    }
     if (!options.save.empty()) {
         const Progress progress(Say("saving {}", options.save));
         SaveImage(*tables, options.save);

@@ -41,24 +41,23 @@ Json TaskRow(ID id) {
             {"programs", programs}};
 }
 
-}  // namespace
-
-int RunTasks(const TasksOptions& options) {
-    CurrentProject current;
-    const int status = ReadAndReport(options.project, current.project);
-    Json rows = Json::array();
-    for (const host::Resource& resource : current.project.Resources()) {
-        for (const ID id : resource.tasks) {
-            Json row = {{"resource", EncodeUtf8(resource.name)}};
-            row.update(TaskRow(id));
-            rows.push_back(std::move(row));
-        }
+Json ProgramsOf(const host::Project& project, const host::IdList& instances) {
+    Json programs = Json::array();
+    for (const ID id : instances) {
+        programs.push_back(ProgramName(project, *project.GetProgramInstance(id)));
     }
-    if (options.json) {
-        Json document = NewDocument();
-        document["tasks"] = rows;
-        PrintJson(document);
-        return status;
+    return programs;
+}
+
+void PrintTasks(Json rows, const Json& others) {
+    for (const Json& other : others) {
+        Json row = other;
+        row.update({{"task", "no task"},
+                    {"priority", nullptr},
+                    {"interval", nullptr},
+                    {"event", nullptr},
+                    {"comment", nullptr}});
+        rows.push_back(std::move(row));
     }
     Print(TableOf("",
                   {{"resource"},
@@ -69,6 +68,35 @@ int RunTasks(const TasksOptions& options) {
                    {"programs"},
                    {"comment"}},
                   rows));
+}
+
+}  // namespace
+
+int RunTasks(const TasksOptions& options) {
+    CurrentProject current;
+    const int status = ReadAndReport(options.project, current.project);
+    Json tasks = Json::array();
+    Json others = Json::array();  // programs that no task runs
+    for (const host::Resource& resource : current.project.Resources()) {
+        const std::string name = EncodeUtf8(resource.name);
+        for (const ID id : resource.tasks) {
+            Json row = {{"resource", name}};
+            row.update(TaskRow(id));
+            tasks.push_back(std::move(row));
+        }
+        if (!resource.programs.empty()) {
+            others.push_back(
+                {{"resource", name}, {"programs", ProgramsOf(current.project, resource.programs)}});
+        }
+    }
+    if (options.json) {
+        Json document = NewDocument();
+        document["tasks"] = std::move(tasks);
+        document["programs_without_task"] = std::move(others);
+        PrintJson(document);
+    } else {
+        PrintTasks(std::move(tasks), others);
+    }
     return status;
 }
 

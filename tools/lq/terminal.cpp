@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace lq::tool {
@@ -12,7 +13,15 @@ bool IsTerminal(Stream stream) {
 
 bool CanControl(Stream stream) {
     const char* kind = std::getenv("TERM");
-    return IsTerminal(stream) && !(kind && std::string_view(kind) == "dumb");
+    return IsTerminal(stream) && kind && *kind && std::string_view(kind) != "dumb";
+}
+
+size_t Columns(Stream stream) {
+    constexpr size_t kUsual = 80;
+    winsize size = {};
+    const bool isKnown =
+        ioctl(static_cast<int>(stream), TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return isKnown ? size.ws_col : kUsual;
 }
 
 std::string Bold(Stream stream, const std::string& text) {

@@ -6,6 +6,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
@@ -69,6 +70,8 @@ void PrintSummary(Translation& translation) {
 }  // namespace
 
 int RunTranslate(const TranslateOptions& options) {
+    RefuseImageWithJson(options.output, options.json);
+    RefuseInputAsOutput(options.project, options.output);
     std::vector<host::Report> reports;
     // The process ends with the command: giving a large project back piece by piece would only
     // delay it.

@@ -1,0 +1,40 @@
+#include "tools/lq/output_conflict.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "host/text/message.h"
+#include "tools/lq/command.h"
+#include "tools/lq/input.h"
+
+namespace lq::tool {
+
+using host::Say;
+
+namespace {
+
+bool IsOrdinaryFile(const std::string& path, int standardStream, struct stat& info) {
+    const int failed = path == "-" ? fstat(standardStream, &info) : stat(path.c_str(), &info);
+    return failed == 0 && S_ISREG(info.st_mode);
+}
+
+}  // namespace
+
+void RefuseInputAsOutput(const std::string& input, const std::string& output) {
+    struct stat from = {};
+    struct stat to = {};
+    if (IsOrdinaryFile(input, STDIN_FILENO, from) && IsOrdinaryFile(output, STDOUT_FILENO, to) &&
+        from.st_dev == to.st_dev && from.st_ino == to.st_ino) {
+        throw CommandError(
+            Say("{}: is the output, too, and would be overwritten", DisplayName(input)));
+    }
+}
+
+void RefuseImageWithJson(const std::string& image, bool json) {
+    if (json && image == "-") {
+        throw CommandError(
+            Say("standard output takes the image or the JSON document, not both of them"));
+    }
+}
+
+}  // namespace lq::tool
