@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <system_error>
 
-#include "tools/lq/output.h"
+#include "tools/lq/escape.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
