@@ -44,8 +44,8 @@ if(LQ_DATA_HOST_BASE)
     install(FILES host/${header} DESTINATION ${LQ_DATA_INCLUDE_DIR}/host/${folder}
             COMPONENT development)
   endforeach()
-  # Of the library's own: what the model's records are compared with.
-  install(FILES frame/chars.h frame/text_hash.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame
+  # Of the library's own: what the model's records are compared with, and what chooses the language.
+  install(FILES frame/chars.h frame/code_page.h frame/text_hash.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame
           COMPONENT development)
 endif()
 

@@ -1,8 +1,10 @@
 // Reads a PLCopen XML project, loads the header of one of its units and types the initial values of
 // its declarations: embed plant.xml Clamp
 #include <cstdio>
+#include <frame/code_page.h>
 #include <host/model/project.h>
 #include <host/plcopen/plcopen.h>
+#include <host/text/message.h>
 #include <host/text/utf.h>
 #include <lq_data/containers.h>
 #include <lq_data/frame.h>
@@ -38,6 +40,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: embed PROJECT UNIT\n");
         return 2;
     }
+    lq::host::UseLanguage(lq::frame::ReadCodePage());  // what the reader reports is in it
     lq::host::Project project;
     std::vector<lq::host::Report> reports;
     const bool isRead = lq::host::ReadPlcopenFile(argv[1], project, reports);

@@ -14,7 +14,8 @@
 namespace lq::host {
 
 // The language of a code page, for the whole process and from now on: 932 is Japanese, any other
-// English. Texts are UTF-8 in all languages.
+// English. Texts are UTF-8 in all languages. A program that speaks the user's language begins with
+// UseLanguage(frame::ReadCodePage()), of frame/code_page.h.
 LQ_DATA_API void UseLanguage(std::uint32_t codePage) noexcept;
 
 // The format in that language.
