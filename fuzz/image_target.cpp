@@ -1,4 +1,5 @@
 // An arbitrary image is restored, read, searched, added to and saved.
+#include "cgtab/cgtab_access.h"
 #include "fuzz/targets.h"
 #include "host/base/streams.h"
 #include "lq_data/cgtab.h"
@@ -11,6 +12,17 @@ template <typename Line>
 void ReadAll(CgTab& tables, Line line) {
     char usr[4];
     for (int32_t pos = 0; tables.Read(pos, line, 1, usr);) {
+    }
+}
+
+void ReadNames(CgTab& tables) {
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        const auto table = static_cast<CgTab::TAB_ID>(id);
+        const int32_t length = CgTabAccess::LengthOf(tables, table);
+        for (int32_t pos = 0; pos < length; ++pos) {
+            char16_t name[20];
+            CgTabAccess::WholeName(tables, table, pos, name, 20);
+        }
     }
 }
 
@@ -38,6 +50,7 @@ void Image(const uint8_t* data, size_t size) {
     ReadAll(tables, CgTab::LBL_LINE());
     ReadAll(tables, CgTab::TMP_LINE());
     ReadAll(tables, CgTab::DMM_LINE());
+    ReadNames(tables);
     CgTab::GLB_LINE global;
     CgTab::CMP_LINE component;
     tables.Look(u"a", &global, 1);

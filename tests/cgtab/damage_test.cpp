@@ -1,5 +1,6 @@
 // Images that were damaged: every answer is a failure or other content, never a crash, an
 // over-read, an endless loop or an allocation larger than what is there.
+#include <iterator>
 #include <set>
 
 #include "tests/cgtab/tables_util.h"
@@ -21,6 +22,8 @@ void UseEverything(CgTab& tables) {
         int32_t lines = 0;
         for (int32_t pos = 0; pos < length && tables.Read(pos, line, lines % 2, usr); ++lines) {
             ASSERT_LE(lines, length);
+            char16_t name[4];
+            CgTabAccess::WholeName(tables, id, pos, name, std::size(name));
         }
         tables.SetPos(id, 0);
         while (tables.Read(line, 0, nullptr)) {

@@ -352,12 +352,15 @@ class ByHand : public HashTable {
         entry->next = GetHashTableAssoc()[bucket];
         GetHashTableAssoc()[bucket] = entry;
     }
+    void TakeAndReturn() { FreeAssoc(NewAssoc()); }
 };
 
 TEST(HashTable, EntriesChainedByHandAreFound) {
     ByHand table(3, 0);
     table.Insert(u"a", 1);
     table.Chain(u"A", 2);
+    table.TakeAndReturn();
+    EXPECT_EQ(table.GetCount(), 2);
     table.Insert(u"a", 3, 1);
     EXPECT_EQ(AllOf(table, u"A"), (std::vector<int32_t>{3, 2, 1}));
     EXPECT_EQ(table.RemoveKey(u"a", 2), 1);

@@ -161,17 +161,19 @@ TEST(PouhMemory, Tasks) {
         project.AddProgramInstance(instance);
         project.AddTask(source);
     }
-    FailEachAllocation([](const FailingAllocation& failing) {
-        TASK_TYP* task = CreateTask();
-        const int result = LoadTask(task, u"Fast");
-        EXPECT_TRUE(result == 1 || failing.HasFailed());
-        const uint32_t count = result ? CardinalityOfList(ListOf(task->pous)) : 21;
-        EXPECT_LE(count, 21u);
-        // The names of programs that the model gives no object for are missing.
-        EXPECT_TRUE(count == 21 || failing.HasFailed());
-        EXPECT_TRUE(count >= 20 || !failing.HasFailedOnce());
-        DestroyTask(task);
-    });
+    for (const bool byName : {true, false}) {
+        FailEachAllocation([&](const FailingAllocation& failing) {
+            TASK_TYP* task = CreateTask();
+            const int result = byName ? LoadTask(task, u"Fast") : LoadTask(task, instance.parent);
+            EXPECT_TRUE(result == 1 || failing.HasFailed());
+            const uint32_t count = result ? CardinalityOfList(ListOf(task->pous)) : 21;
+            EXPECT_LE(count, 21u);
+            // The names of programs that the model gives no object for are missing.
+            EXPECT_TRUE(count == 21 || failing.HasFailed());
+            EXPECT_TRUE(count >= 20 || !failing.HasFailedOnce());
+            DestroyTask(task);
+        });
+    }
     FailEachAllocation([](const FailingAllocation& failing) {
         TASK_LIST_TYP* list = CreateTaskList();
         EXPECT_EQ(list != nullptr, !failing.HasFailed());
@@ -222,6 +224,26 @@ TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
         EXPECT_TRUE(!a || std::u16string(a) == u"[1,2]");
         EXPECT_TRUE(!b || (a && b == longString));
     });
+}
+
+// The comma within a value, a member's name that is longer than a token.
+TEST(PouhMemory, MemberInitOfEveryLength) {
+    const ColdStart beforeTheFirstCount;
+    std::vector<std::u16string> texts = {std::u16string(3000, u'n') + u" := 1"};
+    for (size_t length = 1; length < 40; ++length) {
+        texts.push_back(u"n := [" + std::u16string(length, u'1') + u", 2]");
+    }
+    for (const std::u16string& text : texts) {
+        const std::u16string member = text.substr(0, text.find(u' '));
+        std::u16string whole = text.substr(text.find(u'=') + 2);
+        std::erase(whole, u' ');
+        FailEachAllocation([&](const FailingAllocation& failing) {
+            const ColdStart round;
+            const DUVMemberInit_C init(text.c_str());
+            const char16_t* value = init.FindNewInit(member.c_str());
+            EXPECT_TRUE(value ? value == whole : failing.HasFailed());
+        });
+    }
 }
 
 TEST(PouhMemory, ScopesNeedNone) {

@@ -49,4 +49,18 @@ TEST(Regroup, ScopesInOrderAndGroupsStable) {
     }
 }
 
+TEST(Regroup, WhatIsNoDeclarationComesLast) {
+    SYMBOL_TABLE_TYP* table = CreateSymbolTable();
+    table->list = lq::pouh::NewDeclList();
+    DECL_TYP* const none = nullptr;
+    ASSERT_NE(AddListElement(table->list, &none), nullptr);
+    DECL_TYP* const decl = CreateDecl();
+    decl->scope = DS_VAR;
+    ASSERT_TRUE(lq::pouh::AddDecl(table->list, decl, LC_LAST));
+    EXPECT_EQ(lq::pouh::RegroupByScope(*table), 1);
+    EXPECT_EQ(lq::pouh::DeclAt(table->list, LC_FIRST), decl);
+    EXPECT_EQ(CardinalityOfList(table->list), 2u);
+    DestroySymbolTable(table);
+}
+
 }  // namespace

@@ -1,4 +1,5 @@
 // Numbers, strings, addresses, times and dates.
+#include "scanner/number_text.h"
 #include "scanner/process_state.h"
 #include "tests/scanner/scan_util.h"
 
@@ -78,6 +79,11 @@ TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
             }
         }
     }
+}
+
+TEST(Numbers, EndAtWhatNoRealHas) {
+    EXPECT_EQ(lq::scanner::ToDouble(u"12\u00e43", 4), 12.0);
+    EXPECT_EQ(lq::scanner::ToDouble(u"1_2.5?", 6), 12.5);
 }
 
 TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {

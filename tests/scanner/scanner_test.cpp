@@ -27,6 +27,7 @@ TEST(Scanner, TheFirstIdOfAKeywordStays) {
 TEST(Scanner, KnowsAnyNumberOfKeywords) {
     constexpr int kCount = 2000;
     auto scanner = NewScanner();
+    ASSERT_EQ(scanner->RegisterKeyword(u"", kCount), 1) << "and is never met";
     std::u16string text;
     std::string expected;
     for (int id = 0; id < kCount; ++id) {
