@@ -18,9 +18,6 @@ uint32_t FLIST::InsertElement(const void* value, const void* key, LIST_CALLBACK 
 
 FLIST::INSERTION FLIST::Insert(const void* value, const void* key, LIST_CALLBACK code,
                                int32_t param) {
-    if (!HasBody()) {
-        return {nullptr, 0, true};
-    }
     if (code == LC_EQUAL) {
         const PLACE found = Seek(key, code, param);
         if (found.node) {

@@ -350,6 +350,7 @@ class LQ_DATA_API FLIST : public CObject {
     PLACE PlaceOfNew(const void* key, LIST_CALLBACK code, int32_t param);
     PLACE PlaceByFunction(const void* key, LIST_CALLBACK function, int32_t param);
     PLACE End() const { return {body_->head_, body_->count_ + 1}; }
+    // Of a list with a body, as all of these.
     INSERTION Insert(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
     INSERTION Link(const PLACE& place, const void* value);
     // Links a node of the pool in at that place; it becomes current.

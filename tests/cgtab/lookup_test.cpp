@@ -154,8 +154,8 @@ void FailEachAllocationOfTables(Operation operation) {
 // Every allocation fails in turn: a result is either right or a failure, and a table never holds
 // half a line.
 TEST(TablesMemory, EveryFailureLeavesWholeTables) {
-    const DeclPtr decl =
-        NewDecl({DS_VAR_GLOBAL, u"x", DT_ARRAY, u"ARRAY [1..3] OF STRING(5)", u"['a']", u"%QW5"});
+    const DeclPtr decl = NewDecl(
+        {DS_VAR_GLOBAL, u"x", DT_ARRAY, u"ARRAY [1..3] OF STRING(5)", u"['a']", u"%QW1000000000"});
     Header header({{DS_VAR, u"s", DT_STRUCTURE, u"Motor", u"a := 1"},
                    {DS_VAR, u"l", DT_STRUCTURE, std::u16string(40, u't')},
                    {DS_VAR, u"m", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"},

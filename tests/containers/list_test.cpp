@@ -111,6 +111,42 @@ TEST(List, CreationBySizeAndType) {
     }
 }
 
+// Elements of every size appended and walked over, by the handle and by the member functions.
+TEST(List, IsAppendedToAndWalkedOver) {
+    for (const uint32_t size : {0u, 1u, 2u, 4u, 5u, 8u, 24u}) {
+        SCOPED_TRACE(testing::Message() << "elements of " << size << " bytes");
+        const TestList list(LET_MEMORY, size);
+        const auto element = [size](uint32_t i) {
+            return std::vector<unsigned char>(size, static_cast<unsigned char>(7 * i));
+        };
+        for (uint32_t i = 1; i <= 50; ++i) {
+            const uint32_t index =
+                i % 2 == 0 ? InsertElementOfList(list, element(i).data(), LC_LAST, 0)
+                           : list->InsertElement(element(i).data(), nullptr, LC_LAST, 0);
+            EXPECT_EQ(index, i);
+            EXPECT_EQ(ListAccess::CurrentIndex(*list), i);
+        }
+        EXPECT_TRUE(ListAccess::Check(*list));
+        list->FindElement(nullptr, nullptr, LC_REWIND, 0);
+        std::vector<unsigned char> bytes(size, 0xEE);
+        for (uint32_t i = 1; i <= 50; ++i) {
+            const uint32_t index = i % 2 == 0
+                                       ? FindElementOfList(list, bytes.data(), nullptr, LC_NEXT, 0)
+                                       : list->FindElement(bytes.data(), nullptr, LC_NEXT, 0);
+            EXPECT_EQ(index, i);
+            EXPECT_EQ(bytes, element(i));
+        }
+        EXPECT_EQ(FindElementOfList(list, bytes.data(), nullptr, LC_NEXT, 0), 0u);
+        EXPECT_EQ(bytes, element(50));
+        EXPECT_EQ(ListAccess::CurrentIndex(*list), 50u);
+        EXPECT_EQ(list.Go(LC_FIRST), 1u);
+        EXPECT_EQ(FindElementOfList(list, nullptr, nullptr, LC_NEXT, 0), 2u);
+        EXPECT_EQ(InsertElementOfList(list, nullptr, LC_LAST, 0), 51u);
+        FindElementOfList(list, bytes.data(), nullptr, LC_LAST, 0);
+        EXPECT_EQ(bytes, element(0)) << "a null value writes nothing";
+    }
+}
+
 TEST(List, InvalidHandlesGiveZero) {
     FLIST noBody;
     const auto fill = [](std::uintptr_t p) { return reinterpret_cast<FLIST*>(p); };
