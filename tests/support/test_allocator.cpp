@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <malloc.h>
 
 #include <gtest/gtest.h>
 
@@ -27,46 +28,34 @@ constexpr bool kGuarded = !__has_feature(address_sanitizer);
 constexpr bool kGuarded = true;
 #endif
 
-// What lies in front of a block; behind it lie as many bytes of kGuard.
-struct alignas(std::max_align_t) Front {
-    std::size_t bytes;
-    uint64_t guard;
-};
-constexpr std::size_t kFront = kGuarded ? sizeof(Front) : 0;
-constexpr uint64_t kLive = 0x4C495645B10C4B1D;
+// A block ends with what is left of malloc's, and that with the number of bytes that were asked
+// for; in between lies kGuard. (What somebody writes in front of a block, malloc finds.)
+constexpr std::size_t kBehind = kGuarded ? 16 + sizeof(std::size_t) : 0;
 constexpr unsigned char kGuard = 0xFD;
 constexpr int kNew = 0xA5;
 constexpr int kReleased = 0xDD;
 
-void* Guard(void* whole, std::size_t bytes) {
-    if (!kGuarded) {
-        return whole;
-    }
-    const Front front = {bytes, kLive};
-    std::memcpy(whole, &front, sizeof(front));
-    auto* const block = static_cast<unsigned char*>(whole) + kFront;
-    std::memset(block + bytes, kGuard, kFront);
-    return block;
+void Guard(void* block, std::size_t bytes) {
+    auto* const begin = static_cast<unsigned char*>(block);
+    auto* const size = begin + malloc_usable_size(block) - sizeof(bytes);
+    std::fill(begin + bytes, size, kGuard);
+    std::memcpy(size, &bytes, sizeof(bytes));
 }
 
-// What to give back to malloc. Ends the run when somebody wrote beside the block, or released what
-// is no block or none any more.
-void* Unguard(void* block) {
-    if (!kGuarded) {
-        return block;
-    }
-    auto* const bytes = static_cast<unsigned char*>(block);
-    Front front;
-    std::memcpy(&front, bytes - kFront, sizeof(front));
+// Ends the run when somebody wrote behind the block, or released what is no block or none any more.
+void CheckGuard(void* block) {
+    auto* const begin = static_cast<unsigned char*>(block);
+    const std::size_t whole = malloc_usable_size(block);
+    auto* const size = begin + whole - sizeof(whole);
+    std::size_t bytes;
+    std::memcpy(&bytes, size, sizeof(bytes));
     const auto isGuard = [](unsigned char byte) { return byte == kGuard; };
-    if (front.guard != kLive ||
-        !std::all_of(bytes + front.bytes, bytes + front.bytes + kFront, isGuard)) {
-        std::fprintf(stderr, "a block was released twice, or written beyond its ends\n");
+    if (bytes > whole - kBehind || !std::all_of(begin + bytes, size, isGuard)) {
+        std::fprintf(stderr, "a block was released twice, or written beyond its end\n");
         std::abort();
     }
-    std::memset(bytes - kFront, kReleased, front.bytes + 2 * kFront);
-    __asm__ volatile("" : : "r"(bytes) : "memory");  // not to be left out in front of a free
-    return bytes - kFront;
+    std::memset(block, kReleased, whole);
+    __asm__ volatile("" : : "r"(block) : "memory");  // not to be left out in front of a free
 }
 
 bool FailsNow() {
@@ -86,24 +75,29 @@ namespace lq {
 
 void* Allocate(std::size_t bytes) noexcept {
     largest = std::max(largest, bytes);
-    if (FailsNow() || bytes > PTRDIFF_MAX - 2 * kFront) {
+    const bool fits = bytes <= PTRDIFF_MAX - kBehind;
+    void* const block =
+        FailsNow() || !fits ? nullptr : std::malloc(std::max<std::size_t>(bytes + kBehind, 1));
+    if (!block) {
         return nullptr;
     }
-    void* const whole = std::malloc(std::max<std::size_t>(bytes + 2 * kFront, 1));
-    if (!whole) {
-        return nullptr;
+    if (kGuarded) {
+        Guard(block, bytes);
     }
-    void* const block = Guard(whole, bytes);
     std::memset(block, kNew, bytes);
     ++liveBlocks;
     return block;
 }
 
 void Release(void* block) noexcept {
-    if (block) {
-        --liveBlocks;
-        std::free(Unguard(block));
+    if (!block) {
+        return;
     }
+    --liveBlocks;
+    if (kGuarded) {
+        CheckGuard(block);
+    }
+    std::free(block);
 }
 
 }  // namespace lq

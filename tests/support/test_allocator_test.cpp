@@ -9,11 +9,11 @@ volatile std::size_t noBytes = 0;  // so that no compiler sees the faults
 
 TEST(TestAllocator, EndsTheRunOfWhoWritesBesideABlockOrReleasesItTwice) {
     struct {
-        const char* name;
+        const char* said;  // by the allocator, or by AddressSanitizer
         void (*fault)(volatile unsigned char* block);
     } const kFaults[] = {
-        {"behind", [](volatile unsigned char* block) { block[noBytes + 5] = 1; }},
-        {"in front", [](volatile unsigned char* block) { *(block - 1 - noBytes) = 1; }},
+        {"written beyond|overflow", [](volatile unsigned char* block) { block[noBytes + 5] = 1; }},
+        {"", [](volatile unsigned char* block) { *(block - 1 - noBytes) = 1; }},
         {"twice",
          [](volatile unsigned char* block) { lq::Release(const_cast<unsigned char*>(block)); }},
     };
@@ -23,7 +23,7 @@ TEST(TestAllocator, EndsTheRunOfWhoWritesBesideABlockOrReleasesItTwice) {
             fault.fault(block);
             lq::Release(block);
         };
-        EXPECT_DEATH(misuse(), "") << fault.name;
+        EXPECT_DEATH(misuse(), fault.said);
     }
 }
 
