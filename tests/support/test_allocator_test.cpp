@@ -14,7 +14,7 @@ TEST(TestAllocator, EndsTheRunOfWhoWritesBesideABlockOrReleasesItTwice) {
     } const kFaults[] = {
         {"written beyond|overflow", [](volatile unsigned char* block) { block[noBytes + 5] = 1; }},
         {"", [](volatile unsigned char* block) { *(block - 1 - noBytes) = 1; }},
-        {"twice",
+        {"released twice|double-free",
          [](volatile unsigned char* block) { lq::Release(const_cast<unsigned char*>(block)); }},
     };
     for (const auto& fault : kFaults) {
