@@ -134,8 +134,8 @@ Text Project::Store(std::u16string_view text) {
 }
 
 ID Project::AddPou(const Pou& pou) {
-    return pou.library ? Enter(pous_, pou, {Sort::kPou, &libraryPous_, &libraryNames_})
-                       : Enter(pous_, pou, {Sort::kPou, &projectPous_, &pouNames_});
+    return pou.isStandard ? Enter(pous_, pou, {Sort::kPou, &libraryPous_, &libraryNames_})
+                          : Enter(pous_, pou, {Sort::kPou, &projectPous_, &pouNames_});
 }
 
 ID Project::AddDataType(const DataType& type) {

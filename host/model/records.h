@@ -98,7 +98,7 @@ struct Pou {
     Text comment = u"";        // on the POU
     Text headerComment = u"";  // on its interface
     bool eno = false;
-    bool library = false;
+    bool isStandard = false;  // a block that the standard defines
     uint32_t line = 0;
     uint32_t column = 0;
     IdList declarations;

@@ -67,7 +67,7 @@ void AddBlock(Project& project, const Block& block, u16string_view name,
     pou.name = project.Intern(name);
     pou.kind = LQ_KIND_FUNCTION_BLOCK;
     pou.comment = project.Intern(block.comment);
-    pou.library = true;
+    pou.isStandard = true;
     const ID id = project.AddPou(pou);
     AddParameters(project, id, Scope::kInput, block.inputs, counterType);
     AddParameters(project, id, Scope::kOutput, block.outputs, counterType);

@@ -87,7 +87,7 @@ class Translator {
             }
         }
         for (uint32_t i = 0; i < project_.Pous().size(); ++i) {
-            if (!project_.Pous()[i].library) {
+            if (!project_.Pous()[i].isStandard) {
                 EnterUnit(host::MakeId(host::Sort::kPou, i));
             }
         }
