@@ -1,7 +1,7 @@
 // What "$" and a letter stand for in a character string.
 #pragma once
 
-#include <cstdint>
+#include "scanner/char_classes.h"
 
 namespace lq::scanner {
 
@@ -17,7 +17,7 @@ inline const Escape* FindEscape(char16_t c) {
         {u'$', {u'$', 0}},      {u'\'', {u'\'', 0}}, {u'"', {u'"', 0}},  {u'l', {u'\n', 0}},
         {u'n', {u'\r', u'\n'}}, {u'p', {u'\f', 0}},  {u'r', {u'\r', 0}}, {u't', {u'\t', 0}},
     };
-    const char16_t lower = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
+    const char16_t lower = ToLowerAscii(c);
     for (const Escape& escape : kEscapes) {
         if (escape.letter == lower) {
             return &escape;

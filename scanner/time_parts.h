@@ -89,10 +89,6 @@ inline constexpr Unit kUnits[] = {
     {u'm', 24 * 60 * 60 * 1000, 1, 999},
 };
 
-constexpr char16_t ToLowerAscii(char16_t c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-}
-
 inline void AddDays(Time& time, int32_t days) {
     time.days =
         static_cast<int32_t>(static_cast<uint32_t>(time.days) + static_cast<uint32_t>(days));
@@ -112,7 +108,7 @@ inline bool Truncate(double v, int32_t& whole) {
 // The unit that two characters begin, or kNoUnit. `expected` is the only one allowed, or kNoUnit in
 // the first component.
 inline DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
-    const char16_t letter = detail::ToLowerAscii(c);
+    const char16_t letter = ToLowerAscii(c);
     const bool isMs = letter == u'm' && following == (c == u'm' ? u's' : u'S');
     if (expected != kNoUnit) {
         const bool matches =
