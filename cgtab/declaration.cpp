@@ -39,7 +39,7 @@ IEC_TYPE NamedType(const char16_t* typeText) {
 bool ReadInitialValue(const char16_t* text, IEC_TYPE type, Val& value) {
     TextScan scan(text);
     return scan.Get() && value.Set(*scan.Get(), IsBitType(type) ? 1 : 0) &&
-           lq::cgtab::NextToken(*scan.Get()).kind == TK_EOF;
+           (scan.Get()->IsEOF() || lq::cgtab::NextToken(*scan.Get()).kind == TK_EOF);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ class CheckScan {
 
     // The next token, after one newline token if one comes. Valid until the next call.
     Token Next();
-    bool AtEnd() { return Next().kind == TK_EOF; }
+    bool AtEnd() { return scanner_->IsEOF() || Next().kind == TK_EOF; }
     // The whole text of the token that Next returned last, however long it is; null when memory
     // ran short for it.
     const char16_t* WholeText(const Token& token) const;

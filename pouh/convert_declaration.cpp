@@ -4,9 +4,9 @@
 #include "lq_base.h"
 #include "pouh/attributes.h"
 #include "pouh/fill_declaration.h"
+#include "pouh/list_memory.h"
 #include "pouh/owned.h"
 #include "pouh/records.h"
-#include "pouh/type_class.h"
 
 namespace lq::pouh {
 
@@ -15,17 +15,17 @@ namespace {
 // The name of a return value is the function's, which the model has checked as such.
 constexpr std::size_t kMaxResultNameLength = 32;
 
-DECL_SCOPE ScopeOf(LQOBJECT& source) {
+DECL_SCOPE ScopeOf(LQOBJECT& source, ListMemory& memory) {
     switch (source.GetKind()) {
         case LQ_KIND_GVL_DECL: {
             const auto* decl = dynamic_cast<const LQGVLDECL*>(&source);
-            return GetDeclScope(decl ? decl->GetClass() : nullptr);
+            return memory.GetDeclScope(decl ? decl->GetClass() : nullptr);
         }
         case LQ_KIND_LOCAL_DECL:
             return DS_VAR;
         default: {
             const auto* decl = dynamic_cast<const LQPOUHDECL*>(&source);
-            return GetDeclScope(decl ? decl->GetClass() : nullptr);
+            return memory.GetDeclScope(decl ? decl->GetClass() : nullptr);
         }
     }
 }
@@ -59,9 +59,10 @@ bool IsBadName(const char16_t* name, TypeClass type, bool isReturn) {
     return CheckIdentifier(nullptr, name, 0) != 0;
 }
 
-Classification ClassifyDeclaredType(const char16_t* text, TypeClass& type) {
+Classification ClassifyDeclaredType(const char16_t* text, TypeClass& type, ListMemory& memory) {
     type = TypeClass::kElementary;
-    return chars::Equal(text, u"VOID") ? Classification::kRejected : ClassifyType(text, type);
+    return chars::Equal(text, u"VOID") ? Classification::kRejected
+                                       : memory.ClassifyType(text, type);
 }
 
 int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
@@ -86,14 +87,14 @@ int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
 
 // Reads, checks and stores everything but the address.
 int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* initText,
-         bool isReturn) {
+         bool isReturn, ListMemory& memory) {
     CheckedText init(initText);
     if (source.GetKind() != LQ_KIND_GVL_DECL && CheckInitSyntax(nullptr, initText)) {
         init.Mark();
     }
     TypeClass type = TypeClass::kElementary;
     CheckedText typeText(source.GetType());
-    const Classification classification = ClassifyDeclaredType(typeText.Get(), type);
+    const Classification classification = ClassifyDeclaredType(typeText.Get(), type, memory);
     if (classification == Classification::kUnavailable) {
         return 0;
     }
@@ -119,32 +120,37 @@ int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* ini
 }
 
 // Takes the address, and for an external declaration the initial value, from where they are kept.
-int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn) {
-    const DECL_SCOPE scope = ScopeOf(source);
+int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn, ListMemory& memory) {
+    const DECL_SCOPE scope = ScopeOf(source, memory);
     if (source.GetKind() == LQ_KIND_GVL_DECL) {
         return StoreText(decl->address, source.GetAddress()) &&
-               Fill(decl, source, scope, source.GetInitValue(), isReturn);
+               Fill(decl, source, scope, source.GetInitValue(), isReturn, memory);
     }
     if (!IsExternal(scope)) {
-        return Fill(decl, source, scope, source.GetInitValue(), isReturn);
+        return Fill(decl, source, scope, source.GetInitValue(), isReturn, memory);
     }
     const Owned<LQDECL> global(FindGVLDeclByName(source.GetName()));
     if (!global) {
-        return Fill(decl, source, scope, u"", isReturn);
+        return Fill(decl, source, scope, u"", isReturn, memory);
     }
     return StoreText(decl->address, global->GetAddress()) &&
-           Fill(decl, source, scope, global->GetInitValue(), isReturn);
+           Fill(decl, source, scope, global->GetInitValue(), isReturn, memory);
 }
 
 }  // namespace
 
-DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn) {
+DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn, ListMemory& memory) {
     DECL_TYP* decl = CreateDecl();
-    if (decl && !FillFrom(decl, source, isReturn)) {
+    if (decl && !FillFrom(decl, source, isReturn, memory)) {
         DestroyDecl(decl);
         return nullptr;
     }
     return decl;
+}
+
+DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn) {
+    ListMemory memory;
+    return ConvertDeclaration(source, isReturn, memory);
 }
 
 }  // namespace lq::pouh

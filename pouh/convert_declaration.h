@@ -10,4 +10,8 @@ namespace lq::pouh {
 // own. An object that is no declaration of a POU or global list has an unknown scope.
 DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn);
 
+// The same for one declaration of a list.
+class ListMemory;
+DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn, ListMemory& memory);
+
 }  // namespace lq::pouh

@@ -2,6 +2,7 @@
 
 #include "pouh/attributes.h"
 #include "pouh/convert_declaration.h"
+#include "pouh/list_memory.h"
 #include "pouh/lists.h"
 #include "pouh/owned.h"
 #include "pouh/records.h"
@@ -26,9 +27,9 @@ bool IsParameterScope(DECL_SCOPE scope) {
 }
 
 // The scope by the section keyword of a POU's declaration, whatever kind the object has.
-bool IsParameter(LQOBJECT& object) {
+bool IsParameter(LQOBJECT& object, ListMemory& memory) {
     const auto* decl = dynamic_cast<const LQPOUHDECL*>(&object);
-    return decl && IsParameterScope(GetDeclScope(decl->GetClass()));
+    return decl && IsParameterScope(memory.GetDeclScope(decl->GetClass()));
 }
 
 }  // namespace
@@ -39,13 +40,14 @@ bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
     if (!selection || !manager) {
         return true;
     }
+    ListMemory memory;
     const int32_t count = selection->GetCount();
     for (int32_t i = 0; i < count; ++i) {
         const Owned<LQOBJECT> source(manager->Get(selection->GetID(i)));
-        if (!source || (onlyParameters && !IsParameter(*source))) {
+        if (!source || (onlyParameters && !IsParameter(*source, memory))) {
             continue;
         }
-        if (!AddDecl(list, ConvertDeclaration(*source, false), LC_LAST)) {
+        if (!AddDecl(list, ConvertDeclaration(*source, false, memory), LC_LAST)) {
             return false;
         }
     }

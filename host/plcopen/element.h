@@ -31,7 +31,7 @@ struct Element {
     std::unique_ptr<Kind> ownKind;
     std::vector<std::unique_ptr<AttributeKind>> ownAttributes;
 
-    const std::string& Name() const { return kind->name; }
+    std::string_view Name() const { return kind->name; }
     bool IsText() const { return Name().empty(); }
     bool IsXhtml() const { return Name().starts_with("xhtml:"); }
 

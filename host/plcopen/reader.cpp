@@ -275,7 +275,7 @@ void Reader::TakeNamedBody(const Element& part) {
 }
 
 void Reader::TakeDocumentation(const Element& documentation) {
-    const std::string& parent = documentation.parent->Name();
+    const std::string_view parent = documentation.parent->Name();
     const Text text = context_.Intern(Prose(documentation));
     if (parent == "pou" || parent == "configuration" || parent == "resource") {
         const ID owner = parent == "pou" ? pou_ : parent == "resource" ? resource_ : configuration_;

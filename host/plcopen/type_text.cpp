@@ -95,7 +95,7 @@ std::string TypeText(Context& context, const Element& holder) {
         context.Warn(holder, Say("<{}> holds no type", holder.Name()));
         return {};
     }
-    const std::string& name = type->Name();
+    const std::string_view name = type->Name();
     if (name == "derived") {
         return std::string(Required(context, *type, "name"));
     }
@@ -120,7 +120,7 @@ std::string TypeText(Context& context, const Element& holder) {
     if (name == "pointer") {
         return "REF_TO " + BaseType(context, *type);
     }
-    return name;  // an elementary or generic type, or an unknown one, which has been reported
+    return std::string(name);  // an elementary or generic type, or an unknown one, which has been reported
 }
 
 }  // namespace lq::host::plcopen

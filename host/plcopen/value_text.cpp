@@ -55,10 +55,11 @@ std::string InitialValueText(Context& context, const Element& holder) {
         context.Warn(holder, Say("<{}> holds no value", holder.Name()));
         return {};
     }
-    if (value->Name() == "arrayValue") {
+    const std::string_view name = value->Name();
+    if (name == "arrayValue") {
         return "[" + ElementsText(context, *value) + "]";
     }
-    if (value->Name() == "structValue") {
+    if (name == "structValue") {
         return MembersText(context, *value);
     }
     return std::string(Trim(value->Attribute("value")));

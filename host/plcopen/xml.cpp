@@ -184,18 +184,19 @@ class Parser {
         return *element.ownKind;
     }
 
-    // The values lie in one text, which must not move while they are taken.
+    // The values are moved into one text, which must not move while they are taken.
     static void SetAttributes(Element& element, Kind& kind, const XML_Char** attributes) {
         std::size_t size = 0;
         for (const XML_Char** at = attributes; *at; at += 2) {
-            size += std::strlen(at[1]);
+            const std::string_view value(at[1]);
+            element.attributes.push_back({&kind.Attribute(at[0], element.ownAttributes), value});
+            size += value.size();
         }
         element.values.reserve(size);
-        for (const XML_Char** at = attributes; *at; at += 2) {
+        for (Element::Setting& setting : element.attributes) {
             const std::size_t start = element.values.size();
-            element.values += at[1];
-            element.attributes.push_back({&kind.Attribute(at[0], element.ownAttributes),
-                                          std::string_view(element.values).substr(start)});
+            element.values += setting.value;
+            setting.value = std::string_view(element.values).substr(start);
         }
     }
 
