@@ -1,18 +1,54 @@
 // The directory of a hash table: open addressing over the newest entry of every key, by a hash that
 // takes eight bytes of the key in a step. What it gained: a hit among 100,000 names with running
 // numbers takes tens of nanoseconds where a walk along its chain took 4.4 microseconds.
+//
+// A search looks at tags first, which are 16 bits of the hash: those of two million slots fit in a
+// cache. Eight are looked at in one step, as where among them a search ends would be a guess for
+// the processor: an absent name took half as long again.
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "frame/chars.h"
 #include "frame/text_hash.h"
 #include "lq_data/containers.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 namespace chars = lq::chars;
 
 constexpr uint32_t kFirstSlots = 32;
-constexpr uint32_t kNoHash = 0;  // of an empty slot
+constexpr uint32_t kStep = 8;   // slots
+constexpr uint16_t kNoTag = 0;  // of an empty slot
+
+// From the bits that are the last to count for the slot.
+uint16_t TagOf(uint32_t hash) {
+    const auto tag = static_cast<uint16_t>(hash >> 16);
+    return tag != kNoTag ? tag : 1;
+}
+
+// Which of the next slots may end a search: a bit for each that is empty or has the tag.
+#ifdef __SSE2__
+uint32_t Ends(const uint16_t* tags, uint16_t tag) {
+    const __m128i step = _mm_loadu_si128(reinterpret_cast<const __m128i*>(tags));
+    const __m128i isSame = _mm_cmpeq_epi16(step, _mm_set1_epi16(static_cast<int16_t>(tag)));
+    const __m128i isEmpty = _mm_cmpeq_epi16(step, _mm_setzero_si128());
+    const __m128i bytes = _mm_packs_epi16(_mm_or_si128(isSame, isEmpty), _mm_setzero_si128());
+    return static_cast<uint32_t>(_mm_movemask_epi8(bytes));
+}
+#else
+uint32_t Ends(const uint16_t* tags, uint16_t tag) {
+    uint32_t ends = 0;
+    for (uint32_t i = 0; i < kStep; ++i) {
+        ends |= uint32_t{tags[i] == tag || tags[i] == kNoTag} << i;
+    }
+    return ends;
+}
+#endif
 
 }  // namespace
 
@@ -20,14 +56,14 @@ HashTable::KEY HashTable::KeyOf(const char16_t* text) const {
     if (!text) {
         return {};
     }
-    const std::size_t length = chars::Length(text);
-    const uint32_t hash =
-        caseSensitive_ ? lq::text_hash::OfText(text, length) : lq::text_hash::OfName(text, length);
-    return {text, static_cast<uint32_t>(length), hash != kNoHash ? hash : ~kNoHash};
+    const auto [length, hash] =
+        caseSensitive_ ? lq::text_hash::OfText(text) : lq::text_hash::OfName(text);
+    return {text, static_cast<uint32_t>(length), hash};
 }
 
-bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
-    if (entry.length != key.length) {
+// Apart from the search, which then has no more to save on the stack than it needs to pass slots.
+[[gnu::noinline]] bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
+    if (entry.hash != key.hash || entry.length != key.length) {
         return false;
     }
     const std::size_t bytes = key.length * sizeof(char16_t);
@@ -38,12 +74,29 @@ bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
 // The key's slot, or the empty one where it belongs. There must be slots.
 uint32_t HashTable::SlotOf(const KEY& key) const {
     const uint32_t mask = slotCount_ - 1;
+    const uint16_t tag = TagOf(key.hash);
     uint32_t at = key.hash & mask;
-    __builtin_prefetch(newest_ + at);  // both arrays at once: a tenth, when neither is in a cache
-    while (hashes_[at] != kNoHash && (hashes_[at] != key.hash || !Matches(*newest_[at], key))) {
-        at = (at + 1) & mask;
+    for (;; at = (at + kStep) & mask) {
+        for (uint32_t ends = Ends(tags_ + at, tag); ends != 0; ends &= ends - 1) {
+            const uint32_t slot = (at + static_cast<uint32_t>(std::countr_zero(ends))) & mask;
+            if (!IsTaken(slot) || Matches(*newest_[slot], key)) {
+                return slot;
+            }
+        }
     }
-    return at;
+}
+
+bool HashTable::IsTaken(uint32_t slot) const {
+    return tags_[slot] != kNoTag;
+}
+
+// The first tags stand behind the last ones, too, so that a step may begin at any slot.
+void HashTable::SetSlot(uint32_t slot, uint16_t tag, CAssoc* entry) {
+    newest_[slot] = entry;
+    tags_[slot] = tag;
+    if (slot < kStep) {
+        tags_[slotCount_ + slot] = tag;
+    }
 }
 
 // Room for one more key; false and no change when memory is short. A quarter of the slots at least
@@ -52,71 +105,88 @@ bool HashTable::ReserveSlot() {
     if (!hasDirectory_ || keyCount_ + 1 <= slotCount_ / 4 * 3) {
         return true;
     }
-    constexpr std::size_t kSlotBytes = sizeof(*newest_) + sizeof(*hashes_);
-    const uint32_t grownCount = slotCount_ == 0 ? kFirstSlots : slotCount_ * 2;
-    void* const block = grownCount != 0 ? lq::Allocate(grownCount * kSlotBytes) : nullptr;
+    const uint32_t count = slotCount_ == 0 ? kFirstSlots : slotCount_ * 2;
+    const std::size_t tagBytes = (std::size_t{count} + kStep) * sizeof(*tags_);
+    void* const block = count != 0 ? lq::Allocate(count * sizeof(*newest_) + tagBytes) : nullptr;
     if (!block) {
         return false;
     }
-    auto* const newest = static_cast<CAssoc**>(block);
-    auto* const hashes = reinterpret_cast<uint32_t*>(newest + grownCount);
-    std::memset(hashes, 0, grownCount * sizeof(*hashes));
-    static_assert(kNoHash == 0);
-    for (uint32_t i = 0; i < slotCount_; ++i) {
-        if (hashes_[i] == kNoHash) {
-            continue;
+    CAssoc** const old = newest_;
+    const uint16_t* const oldTags = tags_;
+    const uint32_t oldCount = slotCount_;
+    newest_ = static_cast<CAssoc**>(block);
+    tags_ = reinterpret_cast<uint16_t*>(newest_ + count);
+    slotCount_ = count;
+    std::memset(tags_, 0, tagBytes);
+    static_assert(kNoTag == 0);
+    constexpr uint32_t kAhead = 16;  // entries lie anywhere: three quarters of the time
+    for (uint32_t i = 0; i < oldCount; ++i) {
+        if (i + kAhead < oldCount && oldTags[i + kAhead] != kNoTag) {
+            __builtin_prefetch(old[i + kAhead]);
         }
-        uint32_t at = hashes_[i] & (grownCount - 1);
-        while (hashes[at] != kNoHash) {
-            at = (at + 1) & (grownCount - 1);
+        if (oldTags[i] != kNoTag) {
+            SetSlot(FreeSlotFor(old[i]->hash), oldTags[i], old[i]);
         }
-        newest[at] = newest_[i];
-        hashes[at] = hashes_[i];
     }
-    lq::Release(newest_);
-    newest_ = newest;
-    hashes_ = hashes;
-    slotCount_ = grownCount;
+    lq::Release(old);
     return true;
 }
 
+// For a key that is not there.
+uint32_t HashTable::FreeSlotFor(uint32_t hash) const {
+    uint32_t slot = hash & (slotCount_ - 1);
+    while (IsTaken(slot)) {
+        slot = (slot + 1) & (slotCount_ - 1);
+    }
+    return slot;
+}
+
 // Closes the gap: what lies behind it and may lie in it moves up.
-void HashTable::FreeSlot(uint32_t slot) {
+void HashTable::EmptySlot(uint32_t slot) {
     const uint32_t mask = slotCount_ - 1;
     uint32_t gap = slot;
-    for (uint32_t at = (gap + 1) & mask; hashes_[at] != kNoHash; at = (at + 1) & mask) {
-        const uint32_t fromHome = (at - hashes_[at]) & mask;
+    for (uint32_t at = (gap + 1) & mask; IsTaken(at); at = (at + 1) & mask) {
+        const uint32_t fromHome = (at - newest_[at]->hash) & mask;
         if (fromHome >= ((at - gap) & mask)) {
-            newest_[gap] = newest_[at];
-            hashes_[gap] = hashes_[at];
+            SetSlot(gap, tags_[at], newest_[at]);
             gap = at;
         }
     }
-    hashes_[gap] = kNoHash;
+    SetSlot(gap, kNoTag, nullptr);
     --keyCount_;
 }
 
 void HashTable::DropDirectory() {
     lq::Release(newest_);
     newest_ = nullptr;
-    hashes_ = nullptr;
+    tags_ = nullptr;
     slotCount_ = 0;
     keyCount_ = 0;
     hasDirectory_ = false;
 }
 
-HashTable::CAssoc* HashTable::NewestOf(const KEY& key) const {
+HashTable::CAssoc* HashTable::Find(const KEY& key) const {
+    if (!key.text || count_ == 0) {
+        return nullptr;
+    }
+    if (!hasDirectory_) {
+        return buckets_ ? FindInChain(buckets_[HashIndex(key)], key.text) : nullptr;
+    }
     const uint32_t slot = SlotOf(key);
-    return hashes_[slot] != kNoHash ? newest_[slot] : nullptr;
+    return IsTaken(slot) ? newest_[slot] : nullptr;
 }
 
-void HashTable::EnterInDirectory(const KEY& key, CAssoc* entry) {
-    const uint32_t slot = SlotOf(key);
-    const bool isNew = hashes_[slot] == kNoHash;
+// One function with all of the search in it.
+[[gnu::flatten]] HashTable::CAssoc* HashTable::Find(const char16_t* text) const {
+    return Find(KeyOf(text));
+}
+
+// `slot` is the SlotOf the entry's key.
+void HashTable::EnterInDirectory(uint32_t slot, CAssoc* entry) {
+    const bool isNew = !IsTaken(slot);
     entry->older = isNew ? nullptr : newest_[slot];
     keyCount_ += isNew ? 1 : 0;
-    newest_[slot] = entry;
-    hashes_[slot] = key.hash;
+    SetSlot(slot, TagOf(entry->hash), entry);
 }
 
 // `newer`: the entry of the same key that came next; null for the newest.
@@ -126,7 +196,7 @@ void HashTable::RemoveFromDirectory(const KEY& key, const CAssoc* entry, CAssoc*
     } else if (entry->older) {
         newest_[SlotOf(key)] = entry->older;
     } else {
-        FreeSlot(SlotOf(key));
+        EmptySlot(SlotOf(key));
     }
 }
 
@@ -134,19 +204,24 @@ bool HashTable::CheckDirectory() const {
     uint32_t keys = 0;
     int32_t listed = 0;
     for (uint32_t slot = 0; slot < slotCount_; ++slot) {
-        if (hashes_[slot] == kNoHash) {
+        if (slot < kStep && tags_[slot] != tags_[slotCount_ + slot]) {
+            return false;
+        }
+        if (!IsTaken(slot)) {
             continue;
         }
         ++keys;
         const CAssoc* const newest = newest_[slot];
         for (const CAssoc* entry = newest; entry; entry = entry->older) {
             const KEY key = KeyOf(entry->key);
-            if (++listed > count_ || entry->length != key.length || hashes_[slot] != key.hash ||
-                SlotOf(key) != slot || FindInChain(entry->next, entry->key) != entry->older) {
+            if (++listed > count_ || entry->length != key.length || entry->hash != key.hash ||
+                tags_[slot] != TagOf(key.hash) || SlotOf(key) != slot ||
+                FindInChain(entry->next, entry->key) != entry->older) {
                 return false;
             }
         }
-        if (!newest || FindInChain(buckets_[newest->bucket], newest->key) != newest) {
+        CAssoc* const head = buckets_ && newest ? buckets_[newest->bucket] : unchained_;
+        if (!newest || FindInChain(head, newest->key) != newest) {
             return false;
         }
     }

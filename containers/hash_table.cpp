@@ -1,6 +1,5 @@
-// Chains of entries, the newest in front. The chains order the iteration; hash_directory.cpp finds
-// entries without them.
-#include <array>
+// Entries: their search, insertion and removal. hash_chains.cpp puts them in order, and
+// hash_directory.cpp finds them.
 #include <cstring>
 
 #include "containers/hash_table_access.h"
@@ -14,44 +13,7 @@ namespace {
 namespace chars = lq::chars;
 
 constexpr unsigned int kDefaultSize = 233;
-constexpr uint32_t kBlockEntries = 20;
-constexpr std::size_t kMaxHashedLength = 511;  // characters; longer keys hash to 0
-constexpr std::size_t kShifts = 512;
 constexpr int32_t kNotFound = -1;
-
-consteval std::array<uint8_t, kShifts> MakeShiftTable() {
-    constexpr uint8_t kCycle[] = {0, 24, 3, 21, 5, 19, 7, 17, 9, 15, 11};
-    std::array<uint8_t, kShifts> table{};
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        table[i] = kCycle[i % sizeof(kCycle)];
-    }
-    return table;
-}
-
-constexpr std::array<uint8_t, kShifts> kShiftTable = MakeShiftTable();
-
-// Mixes the key's bytes, the low byte of a character before its high byte. The walk ends at the
-// first byte where a zero 16-bit unit begins, which may lie across two characters.
-template <typename Convert>
-uint32_t Hash(const char16_t* key, Convert convert) {
-    uint32_t hash = 0;
-    std::size_t at = 0;
-    for (uint32_t c = convert(*key); c != 0; at = (at + 2) % kShifts) {
-        const uint32_t next = convert(*++key);
-        hash ^= (c & 0xFF) << kShiftTable[at];
-        if ((c >> 8) == 0 && (next & 0xFF) == 0) {
-            break;
-        }
-        hash ^= (c >> 8) << kShiftTable[at + 1];
-        c = next;
-    }
-    return hash;
-}
-
-// The position before the first entry.
-void* StartPosition() {
-    return reinterpret_cast<void*>(~std::uintptr_t{0});
-}
 
 }  // namespace
 
@@ -73,21 +35,24 @@ void HashTable::InitHashTable(unsigned int size) {
         return;
     }
     lq::Release(buckets_);
+    buckets_ = nullptr;
     size_ = size == 0 ? 1 : size;
-    buckets_ = lq::AllocateArray<CAssoc*>(size_);
-    for (uint32_t i = 0; buckets_ && i < size_; ++i) {
-        buckets_[i] = nullptr;
-    }
+    MakeChains();
 }
 
 void HashTable::RemoveAll() {
-    for (uint32_t i = 0; buckets_ && i < size_; ++i) {
-        for (CAssoc* entry = buckets_[i]; entry; entry = entry->next) {
+    const auto releaseKeys = [](CAssoc* entry) {
+        for (; entry; entry = entry->next) {
             lq::Release(entry->key);
         }
+    };
+    releaseKeys(unchained_);
+    for (uint32_t i = 0; buckets_ && i < size_; ++i) {
+        releaseKeys(buckets_[i]);
     }
     lq::Release(buckets_);
     buckets_ = nullptr;
+    unchained_ = nullptr;
     count_ = 0;
     freeList_ = nullptr;
     DropDirectory();
@@ -95,23 +60,8 @@ void HashTable::RemoveAll() {
     DeleteBlocks();
 }
 
-uint32_t HashTable::FullHash(const KEY& key) const {
-    if (!key.text || key.length > kMaxHashedLength) {
-        return 0;
-    }
-    return caseSensitive_ ? Hash(key.text, [](char16_t c) { return c; })
-                          : Hash(key.text, chars::ToUpper);
-}
-
 bool HashTable::IsEqual(const char16_t* a, const char16_t* b) const {
     return caseSensitive_ ? chars::Equal(a, b) : chars::EqualNoCase(a, b);
-}
-
-HashTable::CAssoc* HashTable::FindInChain(CAssoc* entry, const char16_t* key) const {
-    while (entry && !IsEqual(entry->key, key)) {
-        entry = entry->next;
-    }
-    return entry;
 }
 
 HashTable::CAssoc* HashTable::GetAssocAt(const char16_t* key, unsigned int& bucket) const {
@@ -120,15 +70,8 @@ HashTable::CAssoc* HashTable::GetAssocAt(const char16_t* key, unsigned int& buck
     return Find(wanted);
 }
 
-HashTable::CAssoc* HashTable::Find(const KEY& key) const {
-    if (!key.text || count_ == 0) {
-        return nullptr;
-    }
-    return hasDirectory_ ? NewestOf(key) : FindInChain(buckets_[HashIndex(key)], key.text);
-}
-
 int HashTable::Lookup(const char16_t* key, uint32_t& value) const {
-    const CAssoc* entry = Find(KeyOf(key));
+    const CAssoc* entry = Find(key);
     if (!entry) {
         return 0;
     }
@@ -137,12 +80,12 @@ int HashTable::Lookup(const char16_t* key, uint32_t& value) const {
 }
 
 int32_t HashTable::GetID(const char16_t* key) const {
-    void* pos;
-    return GetPos(key, pos);
+    const CAssoc* entry = Find(key);
+    return entry ? static_cast<int32_t>(entry->value) : kNotFound;
 }
 
 int32_t HashTable::GetPos(const char16_t* key, void*& pos) const {
-    CAssoc* entry = Find(KeyOf(key));
+    CAssoc* entry = Find(key);
     pos = entry;
     return entry ? static_cast<int32_t>(entry->value) : kNotFound;
 }
@@ -153,7 +96,7 @@ int32_t HashTable::GetNext(const char16_t* key, void*& pos) const {
         return kNotFound;
     }
     const CAssoc* at = static_cast<CAssoc*>(pos);
-    CAssoc* entry = hasDirectory_ && IsEqual(at->key, key) ? at->older : FindInChain(at->next, key);
+    CAssoc* entry = hasDirectory_ && IsEqual(at->key, key) ? at->older : FindBehind(*at, key);
     pos = entry;
     return entry ? static_cast<int32_t>(entry->value) : kNotFound;
 }
@@ -162,7 +105,7 @@ uint32_t& HashTable::operator[](const char16_t* text) {
     const KEY key = KeyOf(text);
     CAssoc* entry = Find(key);
     if (!entry) {
-        entry = Enter(key, 0);
+        entry = Enter(key, 0, true);
     }
     if (!entry) {
         noEntry_ = 0;
@@ -172,30 +115,26 @@ uint32_t& HashTable::operator[](const char16_t* text) {
 }
 
 const char16_t* HashTable::Insert(const char16_t* text, int32_t id, int allowDuplicate) {
-    const KEY key = KeyOf(text);
-    if (!allowDuplicate && Find(key)) {
-        return nullptr;
-    }
-    const CAssoc* entry = Enter(key, static_cast<uint32_t>(id));
+    const CAssoc* entry = Enter(KeyOf(text), static_cast<uint32_t>(id), allowDuplicate != 0);
     return entry ? entry->key : nullptr;
 }
 
-HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value) {
-    if (!key.text) {
+// The new entry; null when memory is short, or the key is there and `mayRepeat` is false.
+HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value, bool mayRepeat) {
+    if (!key.text || !ReserveSlot()) {
         return nullptr;
     }
-    if (!buckets_) {
-        InitHashTable(size_);
+    const uint32_t slot = hasDirectory_ ? SlotOf(key) : 0;
+    if (!mayRepeat && (hasDirectory_ ? IsTaken(slot) : Find(key) != nullptr)) {
+        return nullptr;
     }
-    CAssoc* entry = buckets_ && ReserveSlot() ? TakeEntry(key, value) : nullptr;
+    CAssoc* entry = hasDirectory_ || MakeChains() ? TakeEntry(key, value) : nullptr;
     if (!entry) {
         return nullptr;
     }
-    entry->bucket = HashIndex(key);
-    entry->next = buckets_[entry->bucket];
-    buckets_[entry->bucket] = entry;
+    Chain(entry);
     if (hasDirectory_) {
-        EnterInDirectory(key, entry);
+        EnterInDirectory(slot, entry);
     }
     return entry;
 }
@@ -229,41 +168,6 @@ int HashTable::RemoveFirst(const char16_t* text, const uint32_t* value) {
     }
     ReturnEntry(entry);
     return 1;
-}
-
-void HashTable::Unchain(CAssoc* entry) {
-    CAssoc** link = &buckets_[entry->bucket];
-    while (*link != entry) {
-        link = &(*link)->next;
-    }
-    *link = entry->next;
-}
-
-void* HashTable::GetStartPosition() const {
-    return count_ > 0 ? StartPosition() : nullptr;
-}
-
-void HashTable::GetNextAssoc(void*& pos, const char16_t*& key, uint32_t& value) const {
-    const CAssoc* entry = pos == StartPosition() ? FirstFrom(0) : static_cast<const CAssoc*>(pos);
-    pos = nullptr;
-    key = nullptr;
-    value = 0;
-    if (entry) {
-        pos = entry->next ? entry->next : FirstFrom(entry->bucket + 1);
-        key = entry->key;
-        value = entry->value;
-    }
-}
-
-// The head of the first chain that is not empty, from `bucket` on; null for none.
-HashTable::CAssoc* HashTable::FirstFrom(uint32_t bucket) const {
-    while (buckets_ && bucket < size_) {
-        if (buckets_[bucket]) {
-            return buckets_[bucket];
-        }
-        ++bucket;
-    }
-    return nullptr;
 }
 
 HashTable::CAssoc* HashTable::TakeEntry() {
@@ -300,6 +204,7 @@ HashTable::CAssoc* HashTable::TakeEntry(const KEY& key, uint32_t value) {
     std::memcpy(entry->key, key.text, size * sizeof(char16_t));
     entry->value = value;
     entry->length = key.length;
+    entry->hash = key.hash;
     return entry;
 }
 
@@ -311,12 +216,19 @@ void HashTable::ReturnEntry(CAssoc* entry) {
     --count_;
 }
 
+// Without the directory all entries must be in their chains.
 HashTable::CAssoc* HashTable::NewAssoc() {
+    if (unchained_ && !MakeChains()) {
+        return nullptr;
+    }
     DropDirectory();
     return TakeEntry();
 }
 
 HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
+    if (unchained_ && !MakeChains()) {
+        return nullptr;
+    }
     DropDirectory();
     return TakeEntry(KeyOf(key), value);
 }
@@ -324,24 +236,4 @@ HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
 void HashTable::FreeAssoc(CAssoc* entry) {
     DropDirectory();
     ReturnEntry(entry);
-}
-
-bool HashTable::Check() const {
-    const auto blockCount = lq::containers::HashTableAccess::BlockCount(*this);
-    const std::size_t total = std::size_t{kBlockEntries} * blockCount;
-    std::size_t chained = 0;
-    for (uint32_t bucket = 0; buckets_ && bucket < size_; ++bucket) {
-        for (const CAssoc* entry = buckets_[bucket]; entry; entry = entry->next) {
-            if (++chained > total || entry->bucket != bucket ||
-                HashIndex(KeyOf(entry->key)) != bucket) {
-                return false;
-            }
-        }
-    }
-    std::size_t free = 0;
-    for (const CAssoc* entry = freeList_; entry && free <= total; entry = entry->next) {
-        ++free;
-    }
-    return chained == static_cast<std::size_t>(count_) && chained + free == total &&
-           (!hasDirectory_ || CheckDirectory());
 }

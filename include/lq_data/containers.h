@@ -528,12 +528,13 @@ class LQ_DATA_API CMemBlock : public CObject {
 // Chains grow long under the hash that numbers the buckets (names that end in running numbers share
 // few of its values). So no search walks them: a directory leads from a key to its newest entry,
 // and from there `older` to the others. A derived class that chains entries by hand does without
-// the directory until RemoveAll.
+// the directory until RemoveAll. The buckets are made when the order of the entries is asked for.
 //
 // Invariants (Check verifies them):
-//  1. Every entry is in exactly one chain or in the free list.
+//  1. Every entry is in exactly one chain or in the free list. While there are no buckets, one
+//     list, newest in front, stands for the chains.
 //  2. The count is the number of entries in chains.
-//  3. An entry is in the chain of its key's bucket, newer ones in front, and remembers that bucket.
+//  3. An entry is in the chain of its key's bucket, newer ones in front, and knows that bucket.
 //  4. The directory holds the newest entry of every key; `older` is the next one of the same key in
 //     the chain.
 class LQ_DATA_API HashTable : public CMemBlock {
@@ -545,19 +546,19 @@ class LQ_DATA_API HashTable : public CMemBlock {
         uint32_t bucket;
         uint32_t value;
         uint32_t length;
+        uint32_t hash;  // of the key, for the directory
         CAssoc* older;  // of the same key
     };
 
     // 233 buckets, with regard to case.
     HashTable();
-    // `size` buckets, made by the first insertion; 0 counts as 1.
+    // `size` buckets; 0 counts as 1.
     HashTable(uint32_t size, int caseSensitive);
     ~HashTable() override;
 
     static CObject* CreateObject();
 
     // Gives an empty table `size` buckets, 0 counting as 1. A table with entries stays as it is.
-    // Without memory there are no buckets until the next insertion.
     void InitHashTable(unsigned int size);
     // Releases entries, buckets and blocks. The number of buckets to be made stays.
     void RemoveAll();
@@ -593,8 +594,9 @@ class LQ_DATA_API HashTable : public CMemBlock {
     int32_t GetCount() const { return count_; }
     int IsEmpty() const { return count_ == 0 ? 1 : 0; }
     unsigned int GetHashTableSize() const { return size_; }
-    // Null before the first insertion.
-    CAssoc** GetHashTableAssoc() { return buckets_; }
+    // The buckets, each with the newest entry of its chain. Null before the first insertion, and
+    // when memory is short for them.
+    CAssoc** GetHashTableAssoc();
 
   protected:
     // For chaining by hand. An entry off the free list, counted; null when memory is short.
@@ -608,6 +610,8 @@ class LQ_DATA_API HashTable : public CMemBlock {
   private:
     friend struct lq::containers::HashTableAccess;
 
+    static constexpr uint32_t kBlockEntries = 20;
+
     // A key that is looked for; its text may be null.
     struct KEY {
         const char16_t* text;
@@ -618,12 +622,18 @@ class LQ_DATA_API HashTable : public CMemBlock {
     uint32_t FullHash(const KEY& key) const;
     uint32_t HashIndex(const KEY& key) const { return FullHash(key) % size_; }
     bool IsEqual(const char16_t* a, const char16_t* b) const;
-    CAssoc* FindInChain(CAssoc* entry, const char16_t* key) const;
-    CAssoc* Find(const KEY& key) const;
-    CAssoc* Enter(const KEY& key, uint32_t value);
-    int RemoveFirst(const char16_t* key, const uint32_t* value);
+    uint32_t BucketOf(const CAssoc& entry) const;
+    bool MakeChains() const;
+    void Chain(CAssoc* entry) const;
     void Unchain(CAssoc* entry);
+    CAssoc* FindInChain(CAssoc* entry, const char16_t* key) const;
+    CAssoc* FindBehind(const CAssoc& at, const char16_t* key) const;
+    CAssoc* NextInChain(const CAssoc& entry) const;
     CAssoc* FirstFrom(uint32_t bucket) const;
+    CAssoc* Find(const KEY& key) const;
+    CAssoc* Find(const char16_t* text) const;
+    CAssoc* Enter(const KEY& key, uint32_t value, bool mayRepeat);
+    int RemoveFirst(const char16_t* key, const uint32_t* value);
     CAssoc* TakeEntry();
     CAssoc* TakeEntry(const KEY& key, uint32_t value);
     void ReturnEntry(CAssoc* entry);
@@ -632,23 +642,27 @@ class LQ_DATA_API HashTable : public CMemBlock {
     KEY KeyOf(const char16_t* text) const;
     bool Matches(const CAssoc& entry, const KEY& key) const;
     uint32_t SlotOf(const KEY& key) const;
-    CAssoc* NewestOf(const KEY& key) const;
-    void EnterInDirectory(const KEY& key, CAssoc* entry);
+    bool IsTaken(uint32_t slot) const;
+    void EnterInDirectory(uint32_t slot, CAssoc* entry);
     void RemoveFromDirectory(const KEY& key, const CAssoc* entry, CAssoc* newer);
+    void SetSlot(uint32_t slot, uint16_t tag, CAssoc* entry);
+    uint32_t FreeSlotFor(uint32_t hash) const;
     bool ReserveSlot();
-    void FreeSlot(uint32_t slot);
+    void EmptySlot(uint32_t slot);
     void DropDirectory();
     bool CheckDirectory() const;
 
     int caseSensitive_;
-    CAssoc** buckets_ = nullptr;
+    // Asking for the order of the entries puts them there.
+    mutable CAssoc** buckets_ = nullptr;
+    mutable CAssoc* unchained_ = nullptr;  // all entries while there are no buckets
     uint32_t size_;
     int32_t count_ = 0;
     CAssoc* freeList_ = nullptr;
     // The directory, open addressing: a key's newest entry lies at its hash or behind it, without a
-    // gap in between. A slot whose hash is 0 is empty. Both arrays lie in one block.
+    // gap in between. A slot whose tag is 0 is empty. Both arrays lie in one block.
     CAssoc** newest_ = nullptr;
-    uint32_t* hashes_ = nullptr;
+    uint16_t* tags_ = nullptr;
     uint32_t slotCount_ = 0;  // a power of two; 0 before the first insertion
     uint32_t keyCount_ = 0;   // slots in use
     bool hasDirectory_ = true;

@@ -115,6 +115,8 @@ TEST(HashTable, CheckSeesDamage) {
     for (const auto& c : kCases) {
         HashTable table(3, 1);
         table.Insert(u"a", 1);
+        EXPECT_TRUE(HashTableAccess::Check(table));
+        ASSERT_NE(table.GetHashTableAssoc(), nullptr);
         void* pos;
         table.GetPos(u"a", pos);
         auto& entry = *static_cast<HashTable::CAssoc*>(pos);
@@ -313,6 +315,40 @@ TEST(HashTable, RandomOperationsAgainstAModel) {
             RunRandomOperations(caseSensitive, buckets, buckets + caseSensitive);
         }
     }
+}
+
+// The buckets are made when the order is asked for. It is the same when memory is short for them.
+TEST(HashTable, OrderWithoutMemoryForBuckets) {
+    HashTable table(3, 0);
+    Model model(false);
+    for (int32_t i = 0; i < 30; ++i) {
+        const Text name(1, static_cast<char16_t>((i % 2 != 0 ? u'a' : u'A') + i % 7));
+        table.Insert(name.c_str(), i, 1);
+        model.Add(name, i);
+    }
+    // Of another key than that of the position: within the chain only.
+    const auto nextB = [&table] {
+        void* pos = nullptr;
+        table.GetPos(u"e", pos);
+        return table.GetNext(u"B", pos);
+    };
+    {
+        const lq::test::FailingAllocation failing(1, true);
+        EXPECT_EQ(table.GetHashTableAssoc(), nullptr);
+        CheckIteration(table, model);
+        EXPECT_EQ(nextB(), 22);
+        void* pos = nullptr;
+        table.GetPos(u"e", pos);
+        EXPECT_EQ(table.GetNext(u"a", pos), -1);
+        constexpr int32_t kOlder = 18;
+        EXPECT_EQ(table.RemoveKey(u"E", kOlder), 1);
+        model.Remove(u"E", &kOlder);
+        CheckIteration(table, model);
+        EXPECT_TRUE(HashTableAccess::Check(table));
+    }
+    CheckIteration(table, model);
+    EXPECT_EQ(nextB(), 22);
+    EXPECT_TRUE(HashTableAccess::Check(table));
 }
 
 // Enough names for the directory to grow several times and to close gaps of all kinds.
