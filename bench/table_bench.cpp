@@ -72,13 +72,13 @@ bool LookUp(Map& map, const Text& name) {
 }
 
 template <typename Fill>
-void Look(benchmark::State& state, std::size_t count, Fill fill) {
+void Look(benchmark::State& state, std::size_t count, bool shuffled, Fill fill) {
     static std::map<std::size_t, decltype(fill({}))> all;  // filling takes far longer than looking
     auto& filled = all[count];
     if (!filled) {
         filled = fill(Names(count));
     }
-    const std::vector<Text> names = Shuffled(Names(count));
+    const std::vector<Text> names = shuffled ? Shuffled(Names(count)) : Names(count);
     LookUp(*filled, names.front());  // builds the index
     std::size_t i = 0;
     std::size_t found = 0;
@@ -124,16 +124,17 @@ const bool kRegistered = [] {
         benchmark::RegisterBenchmark(name.c_str(), code);
         return name;
     };
-    for (const std::string operation : {"append", "look up"}) {
+    for (const std::string operation : {"append", "look up", "look up in order"}) {
         const bool append = operation == "append";
+        const bool shuffled = operation == "look up";
         std::string first;
         for (const std::size_t count : {10'000, 100'000, 1'000'000}) {
             const std::string base = "tables/" + operation + "/" + std::to_string(count) + "/";
             const std::string ours = add(base + "lq_data", [=](auto& state) {
-                append ? Append(state, count, Filled) : Look(state, count, Filled);
+                append ? Append(state, count, Filled) : Look(state, count, shuffled, Filled);
             });
             const std::string rival = add(base + "unordered_map", [=](auto& state) {
-                append ? Append(state, count, FilledMap) : Look(state, count, FilledMap);
+                append ? Append(state, count, FilledMap) : Look(state, count, shuffled, FilledMap);
             });
             Compare({operation + " " + std::to_string(count) + " globals, a line", ours, rival});
             first = first.empty() ? ours : first;

@@ -52,6 +52,10 @@ bool CreateSharedScanner() {
     return false;
 }
 
+bool HasSharedScanner() {
+    return sharedScanner != nullptr;
+}
+
 Token NextToken(Scanner& scanner) {
     Token token = scanner.GetToken();
     return token.kind == TK_NEWLINE ? scanner.GetToken() : token;

@@ -9,6 +9,7 @@ namespace lq::cgtab {
 // Makes the shared scanner, with its keywords, when there is none. False when memory is short;
 // there is none then.
 bool CreateSharedScanner();
+bool HasSharedScanner();
 
 // Binds the shared scanner to a text as long as it lives. One at a time.
 class TextScan {
