@@ -12,7 +12,7 @@
 #include "bench/comparison.h"
 #include "bench/inputs.h"
 #include "frame/chars.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 namespace lq::bench {
 namespace {

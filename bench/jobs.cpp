@@ -15,7 +15,7 @@
 #include "host/plcopen/plcopen.h"
 #include "lq_base.h"
 #include "lq_data/cgtab.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/keywords.h"
 #include "tools/lq/translation.h"

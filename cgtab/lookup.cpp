@@ -6,7 +6,7 @@
 #include "cgtab/search_text.h"
 #include "frame/chars.h"
 #include "lq_data/cgtab.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "lq_model.h"
 
 using lq::cgtab::LoadU32;

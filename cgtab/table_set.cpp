@@ -3,7 +3,7 @@
 #include "cgtab/shared_scanner.h"
 #include "cgtab/table_traits.h"
 #include "lq_data/cgtab.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 namespace {
 

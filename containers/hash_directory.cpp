@@ -11,7 +11,7 @@
 
 #include "frame/chars.h"
 #include "frame/text_hash.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>

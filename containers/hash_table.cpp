@@ -4,7 +4,7 @@
 
 #include "containers/hash_table_access.h"
 #include "frame/chars.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 LQ_IMPLEMENT_DYNAMIC(HashTable, CMemBlock, &HashTable::CreateObject)
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 namespace lq::containers {
 

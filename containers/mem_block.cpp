@@ -1,4 +1,4 @@
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 
 LQ_IMPLEMENT_DYNAMIC(CMemBlock, CObject, &CMemBlock::CreateObject)
 

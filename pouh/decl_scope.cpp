@@ -1,7 +1,7 @@
 // Section keywords to scopes, through a hash table that is filled on first use.
 
 #include "frame/chars.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "lq_data/pouh.h"
 #include "pouh/record_access.h"
 

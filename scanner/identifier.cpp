@@ -1,7 +1,7 @@
 // Identifiers and keywords, and the system's own addresses and constants that the host recognises
 // inside them.
 #include "lq_addrcheck.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "lq_model.h"
 #include "scanner/recogniser.h"
 

@@ -2,7 +2,7 @@
 #include "lq_data/scanner.h"
 
 #include "frame/chars.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "lq_data/memory.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/keyword_cache.h"

@@ -1,4 +1,4 @@
-// The containers: generic lists, paired lists, and the hash table of 16-bit texts.
+// The containers: generic lists and paired lists, and by its header the hash table.
 //
 // Nothing here is locked; an object is used by one thread at a time.
 #pragma once
@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "lq_data/export.h"
+#include "lq_data/hash_table.h"
 #include "lq_data/memory.h"
 #include "lq_framework.h"
 
@@ -14,8 +15,7 @@ class FLIST;
 
 namespace lq::containers {
 
-struct ListAccess;       // the library's and the tests' way to the private parts of lists
-struct HashTableAccess;  // the tests' way to those of hash tables
+struct ListAccess;  // the library's and the tests' way to the private parts of lists
 
 // The bytes that the owner of a list or of a paired list keeps with it; zero at first. Sizes up to
 // a pointer's are held in place, larger ones in a block.
@@ -484,187 +484,3 @@ LQ_DATA_API uint32_t SizeOfElementOfAssay(_ASSAY* assay, void* size1, void* size
 // with `param` as column) and takes that one's content. The number of pairs; 0 and the pairs as
 // they were for other codes or columns or when memory is short.
 LQ_DATA_API uint32_t SortElementOfAssay(_ASSAY* assay, LIST_CALLBACK code, int32_t param);
-
-// ---------------------------------------------------------------------------------------------
-// Hash table
-// ---------------------------------------------------------------------------------------------
-
-// An allocator of raw blocks that are released all together.
-class LQ_DATA_API CMemBlock : public CObject {
-    LQ_DECLARE_DYNAMIC(CMemBlock)
-  public:
-    CMemBlock() = default;
-    ~CMemBlock() override;
-    CMemBlock(const CMemBlock&) = delete;
-    CMemBlock& operator=(const CMemBlock&) = delete;
-
-    static CObject* CreateObject();
-
-  protected:
-    // `size` bytes, aligned for pointers; null when memory is short or `size` is negative. Valid
-    // until DeleteBlocks or destruction.
-    void* GetNewBlock(int size);
-    void DeleteBlocks();
-
-  private:
-    friend struct lq::containers::HashTableAccess;
-
-    // The link to the block before; the usable area follows.
-    struct BLOCK {
-        BLOCK* next;
-    };
-
-    BLOCK* blocks_ = nullptr;
-};
-
-// Texts to 32-bit identifiers, with or without regard to case (upper-case forms), one entry a key
-// or, by one operation, several. A null key is in no table.
-//
-// Positions and key copies stay valid until their entry is removed. A key is shorter than 2^32
-// characters.
-//
-// Memory: an insertion that gets none leaves the entries as they were.
-//
-// Chains grow long under the hash that numbers the buckets (names that end in running numbers share
-// few of its values). So no search walks them: a directory leads from a key to its newest entry,
-// and from there `older` to the others. A derived class that chains entries by hand does without
-// the directory until RemoveAll. The buckets are made when the order of the entries is asked for.
-//
-// Invariants (Check verifies them):
-//  1. Every entry is in exactly one chain or in the free list. While there are no buckets, one
-//     list, newest in front, stands for the chains.
-//  2. The count is the number of entries in chains.
-//  3. An entry is in the chain of its key's bucket, newer ones in front, and knows that bucket.
-//  4. The directory holds the newest entry of every key; `older` is the next one of the same key in
-//     the chain.
-class LQ_DATA_API HashTable : public CMemBlock {
-    LQ_DECLARE_DYNAMIC(HashTable)
-  public:
-    struct CAssoc {
-        CAssoc* next;
-        char16_t* key;  // owned
-        uint32_t bucket;
-        uint32_t value;
-        uint32_t length;
-        uint32_t hash;  // of the key, for the directory
-        CAssoc* older;  // of the same key
-    };
-
-    // 233 buckets, with regard to case.
-    HashTable();
-    // `size` buckets; 0 counts as 1.
-    HashTable(uint32_t size, int caseSensitive);
-    ~HashTable() override;
-
-    static CObject* CreateObject();
-
-    // Gives an empty table `size` buckets, 0 counting as 1. A table with entries stays as it is.
-    void InitHashTable(unsigned int size);
-    // Releases entries, buckets and blocks. The number of buckets to be made stays.
-    void RemoveAll();
-    void Clear() { RemoveAll(); }
-
-    // 1 and the value of the first equal entry, or 0.
-    int Lookup(const char16_t* key, uint32_t& value) const;
-    // The value of the first equal entry, or of a new one with value 0. Without memory, a zero that
-    // belongs to no entry.
-    uint32_t& operator[](const char16_t* key);
-    void SetAt(const char16_t* key, uint32_t value) { (*this)[key] = value; }
-    // The new entry's key copy; null when an equal key exists or memory is short.
-    const char16_t* Insert(const char16_t* key, int32_t id) { return Insert(key, id, 0); }
-    // With `allowDuplicate` non-zero an equal key is no obstacle.
-    const char16_t* Insert(const char16_t* key, int32_t id, int allowDuplicate);
-    // Remove the first entry with an equal key (and that value): 1, or 0 for none.
-    int RemoveKey(const char16_t* key);
-    int RemoveKey(const char16_t* key, int32_t id);
-    void Delete(const char16_t* key) { RemoveKey(key); }
-
-    // The value of the first equal entry, or -1.
-    int32_t GetID(const char16_t* key) const;
-    // GetPos, then GetNext until -1: all entries of the key, newest first. `pos` is null at the
-    // end.
-    int32_t GetPos(const char16_t* key, void*& pos) const;
-    int32_t GetNext(const char16_t* key, void*& pos) const;
-
-    // Iteration over all entries: while the position is not null, GetNextAssoc yields one and moves
-    // on. Buckets ascend; within a bucket newer entries come first.
-    void* GetStartPosition() const;
-    void GetNextAssoc(void*& pos, const char16_t*& key, uint32_t& value) const;
-
-    int32_t GetCount() const { return count_; }
-    int IsEmpty() const { return count_ == 0 ? 1 : 0; }
-    unsigned int GetHashTableSize() const { return size_; }
-    // The buckets, each with the newest entry of its chain. Null before the first insertion, and
-    // when memory is short for them.
-    CAssoc** GetHashTableAssoc();
-
-  protected:
-    // For chaining by hand. An entry off the free list, counted; null when memory is short.
-    CAssoc* NewAssoc();
-    // The same with a copy of the key.
-    CAssoc* NewAssoc(const char16_t* key, uint32_t value);
-    void FreeAssoc(CAssoc* entry);
-    // The first equal entry, or null. `bucket` is the key's in any case.
-    CAssoc* GetAssocAt(const char16_t* key, unsigned int& bucket) const;
-
-  private:
-    friend struct lq::containers::HashTableAccess;
-
-    static constexpr uint32_t kBlockEntries = 20;
-
-    // A key that is looked for; its text may be null.
-    struct KEY {
-        const char16_t* text;
-        uint32_t length;
-        uint32_t hash;
-    };
-
-    uint32_t FullHash(const KEY& key) const;
-    uint32_t HashIndex(const KEY& key) const { return FullHash(key) % size_; }
-    bool IsEqual(const char16_t* a, const char16_t* b) const;
-    uint32_t BucketOf(const CAssoc& entry) const;
-    bool MakeChains() const;
-    void Chain(CAssoc* entry) const;
-    void Unchain(CAssoc* entry);
-    CAssoc* FindInChain(CAssoc* entry, const char16_t* key) const;
-    CAssoc* FindBehind(const CAssoc& at, const char16_t* key) const;
-    CAssoc* NextInChain(const CAssoc& entry) const;
-    CAssoc* FirstFrom(uint32_t bucket) const;
-    CAssoc* Find(const KEY& key) const;
-    CAssoc* Find(const char16_t* text) const;
-    CAssoc* Enter(const KEY& key, uint32_t value, bool mayRepeat);
-    int RemoveFirst(const char16_t* key, const uint32_t* value);
-    CAssoc* TakeEntry();
-    CAssoc* TakeEntry(const KEY& key, uint32_t value);
-    void ReturnEntry(CAssoc* entry);
-    bool Check() const;
-
-    KEY KeyOf(const char16_t* text) const;
-    bool Matches(const CAssoc& entry, const KEY& key) const;
-    uint32_t SlotOf(const KEY& key) const;
-    bool IsTaken(uint32_t slot) const;
-    void EnterInDirectory(uint32_t slot, CAssoc* entry);
-    void RemoveFromDirectory(const KEY& key, const CAssoc* entry, CAssoc* newer);
-    void SetSlot(uint32_t slot, uint16_t tag, CAssoc* entry);
-    uint32_t FreeSlotFor(uint32_t hash) const;
-    bool ReserveSlot();
-    void EmptySlot(uint32_t slot);
-    void DropDirectory();
-    bool CheckDirectory() const;
-
-    int caseSensitive_;
-    // Asking for the order of the entries puts them there.
-    mutable CAssoc** buckets_ = nullptr;
-    mutable CAssoc* unchained_ = nullptr;  // all entries while there are no buckets
-    uint32_t size_;
-    int32_t count_ = 0;
-    CAssoc* freeList_ = nullptr;
-    // The directory, open addressing: a key's newest entry lies at its hash or behind it, without a
-    // gap in between. A slot whose tag is 0 is empty. Both arrays lie in one block.
-    CAssoc** newest_ = nullptr;
-    uint16_t* tags_ = nullptr;
-    uint32_t slotCount_ = 0;  // a power of two; 0 before the first insertion
-    uint32_t keyCount_ = 0;   // slots in use
-    bool hasDirectory_ = true;
-    uint32_t noEntry_ = 0;  // what operator[] refers to without memory
-};

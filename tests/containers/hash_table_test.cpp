@@ -8,7 +8,7 @@
 
 #include "containers/hash_table_access.h"
 #include "frame/chars.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "tests/support/test_allocator.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
 #include "host/text/utf.h"
-#include "lq_data/containers.h"
+#include "lq_data/hash_table.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/project_input.h"
