@@ -51,14 +51,19 @@ bool ReadPlainValue(const char16_t* text, int unsignedOnly, Val& value) {
         value.type = VT_NONE;
         return true;
     }
-    return (unsignedOnly ? value.Set(number) : value.Set(ANY_INT_32{0, number})) != 0;
+    if (unsignedOnly) {
+        value.Set(number);
+    } else {
+        value.Set(ANY_INT_32{0, number});
+    }
+    return true;
 }
 
 // The whole text as a constant of the type; the empty text is no value.
 bool ReadInitialValue(const char16_t* text, IEC_TYPE type, Val& value) {
     const int unsignedOnly = IsBitType(type) ? 1 : 0;
     if (!lq::cgtab::HasSharedScanner()) {
-        return false;
+        return false;  // whatever the value: it was released, and comes back with the next set
     }
     if (ReadPlainValue(text, unsignedOnly, value)) {
         return true;

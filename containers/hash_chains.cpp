@@ -1,9 +1,8 @@
 // The buckets and their chains, which order the entries for iteration and for who walks them.
 //
 // A table that is only filled and searched, as the tables' indexes are, never needs them: until
-// somebody asks for the order, the entries are in one list, the newest in front. Insertion takes a
-// fifth less without them, and a table with 10001 buckets and 1,000 entries three fifths of the
-// memory.
+// they are needed, the entries are in one list, the newest in front. Insertion takes two thirds of
+// the time without them, and a table with 10001 buckets and 1,000 entries 80 bytes an entry less.
 #include <algorithm>
 #include <array>
 
@@ -103,6 +102,7 @@ void HashTable::Chain(CAssoc* entry) const {
     *head = entry;
 }
 
+// A walk along the list would take as long as there are entries.
 void HashTable::Unchain(CAssoc* entry) {
     CAssoc** link = MakeChains() ? &buckets_[entry->bucket] : &unchained_;
     while (*link != entry) {
@@ -124,8 +124,8 @@ HashTable::CAssoc* HashTable::FindInChain(CAssoc* entry, const char16_t* key) co
 
 // The next entry of that key in the chain of `at`.
 HashTable::CAssoc* HashTable::FindBehind(const CAssoc& at, const char16_t* key) const {
-    MakeChains();
-    return BucketOf(at) == HashIndex(KeyOf(key)) ? FindInChain(at.next, key) : nullptr;
+    const bool isInChain = MakeChains() || BucketOf(at) == HashIndex(KeyOf(key));
+    return isInChain ? FindInChain(at.next, key) : nullptr;
 }
 
 // The next two find their way through the list, too, when memory is short for the buckets: slowly,
@@ -142,7 +142,7 @@ HashTable::CAssoc* HashTable::NextInChain(const CAssoc& entry) const {
 // The head of the first chain that is not empty, from `bucket` on; null for none.
 HashTable::CAssoc* HashTable::FirstFrom(uint32_t bucket) const {
     if (buckets_) {
-        CAssoc** const head = std::find_if(buckets_ + bucket, buckets_ + size_,
+        CAssoc** const head = std::find_if(buckets_ + std::min(bucket, size_), buckets_ + size_,
                                            [](const CAssoc* entry) { return entry; });
         return head != buckets_ + size_ ? *head : nullptr;
     }
@@ -185,8 +185,8 @@ bool HashTable::Check() const {
     std::size_t chained = 0;
     const auto check = [&](const CAssoc* entry, uint32_t bucket) {
         for (; entry; entry = entry->next) {
-            if (++chained > total || (buckets_ && (entry->bucket != bucket ||
-                                                   HashIndex(KeyOf(entry->key)) != bucket))) {
+            if (++chained > total ||
+                (buckets_ && (entry->bucket != bucket || HashIndex(KeyOf(entry->key)) != bucket))) {
                 return false;
             }
         }

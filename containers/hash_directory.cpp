@@ -5,50 +5,27 @@
 // A search looks at tags first, which are 16 bits of the hash: those of two million slots fit in a
 // cache. Eight are looked at in one step, as where among them a search ends would be a guess for
 // the processor: an absent name took half as long again.
-#include <algorithm>
 #include <bit>
 #include <cstring>
 
+#include "containers/slot_step.h"
 #include "frame/chars.h"
 #include "frame/text_hash.h"
 #include "lq_data/hash_table.h"
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace {
 
 namespace chars = lq::chars;
 
 constexpr uint32_t kFirstSlots = 32;
-constexpr uint32_t kStep = 8;   // slots
-constexpr uint16_t kNoTag = 0;  // of an empty slot
+constexpr uint32_t kStep = lq::containers::kSlotStep;
+constexpr uint16_t kNoTag = lq::containers::kNoTag;
 
 // From the bits that are the last to count for the slot.
 uint16_t TagOf(uint32_t hash) {
     const auto tag = static_cast<uint16_t>(hash >> 16);
     return tag != kNoTag ? tag : 1;
 }
-
-// Which of the next slots may end a search: a bit for each that is empty or has the tag.
-#ifdef __SSE2__
-uint32_t Ends(const uint16_t* tags, uint16_t tag) {
-    const __m128i step = _mm_loadu_si128(reinterpret_cast<const __m128i*>(tags));
-    const __m128i isSame = _mm_cmpeq_epi16(step, _mm_set1_epi16(static_cast<int16_t>(tag)));
-    const __m128i isEmpty = _mm_cmpeq_epi16(step, _mm_setzero_si128());
-    const __m128i bytes = _mm_packs_epi16(_mm_or_si128(isSame, isEmpty), _mm_setzero_si128());
-    return static_cast<uint32_t>(_mm_movemask_epi8(bytes));
-}
-#else
-uint32_t Ends(const uint16_t* tags, uint16_t tag) {
-    uint32_t ends = 0;
-    for (uint32_t i = 0; i < kStep; ++i) {
-        ends |= uint32_t{tags[i] == tag || tags[i] == kNoTag} << i;
-    }
-    return ends;
-}
-#endif
 
 }  // namespace
 
@@ -77,7 +54,8 @@ uint32_t HashTable::SlotOf(const KEY& key) const {
     const uint16_t tag = TagOf(key.hash);
     uint32_t at = key.hash & mask;
     for (;; at = (at + kStep) & mask) {
-        for (uint32_t ends = Ends(tags_ + at, tag); ends != 0; ends &= ends - 1) {
+        for (uint32_t ends = lq::containers::EndsInStep(tags_ + at, tag); ends != 0;
+             ends &= ends - 1) {
             const uint32_t slot = (at + static_cast<uint32_t>(std::countr_zero(ends))) & mask;
             if (!IsTaken(slot) || Matches(*newest_[slot], key)) {
                 return slot;
@@ -170,7 +148,7 @@ HashTable::CAssoc* HashTable::Find(const KEY& key) const {
         return nullptr;
     }
     if (!hasDirectory_) {
-        return buckets_ ? FindInChain(buckets_[HashIndex(key)], key.text) : nullptr;
+        return FindInChain(buckets_ ? buckets_[HashIndex(key)] : unchained_, key.text);
     }
     const uint32_t slot = SlotOf(key);
     return IsTaken(slot) ? newest_[slot] : nullptr;

@@ -1,10 +1,10 @@
 // Entries: their search, insertion and removal. hash_chains.cpp puts them in order, and
 // hash_directory.cpp finds them.
+#include "lq_data/hash_table.h"
+
 #include <cstring>
 
-#include "containers/hash_table_access.h"
 #include "frame/chars.h"
-#include "lq_data/hash_table.h"
 
 LQ_IMPLEMENT_DYNAMIC(HashTable, CMemBlock, &HashTable::CreateObject)
 
@@ -65,6 +65,9 @@ bool HashTable::IsEqual(const char16_t* a, const char16_t* b) const {
 }
 
 HashTable::CAssoc* HashTable::GetAssocAt(const char16_t* key, unsigned int& bucket) const {
+    if (unchained_) {
+        MakeChains();  // the entry's chain is there to be walked
+    }
     const KEY wanted = KeyOf(key);
     bucket = HashIndex(wanted);
     return Find(wanted);
@@ -119,16 +122,22 @@ const char16_t* HashTable::Insert(const char16_t* text, int32_t id, int allowDup
     return entry ? entry->key : nullptr;
 }
 
-// The new entry; null when memory is short, or the key is there and `mayRepeat` is false.
+// The new entry; null when memory is short, or the key is there and `mayRepeat` is false. Room in
+// the directory comes first: growing moves the slots.
 HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value, bool mayRepeat) {
     if (!key.text || !ReserveSlot()) {
         return nullptr;
     }
-    const uint32_t slot = hasDirectory_ ? SlotOf(key) : 0;
-    if (!mayRepeat && (hasDirectory_ ? IsTaken(slot) : Find(key) != nullptr)) {
-        return nullptr;
+    uint32_t slot = 0;
+    bool isKnown;
+    if (hasDirectory_) {
+        slot = SlotOf(key);
+        isKnown = IsTaken(slot);
+    } else {
+        isKnown = Find(key) != nullptr;
     }
-    CAssoc* entry = hasDirectory_ || MakeChains() ? TakeEntry(key, value) : nullptr;
+    const bool canEnter = (mayRepeat || !isKnown) && (hasDirectory_ || MakeChains());
+    CAssoc* entry = canEnter ? TakeEntry(key, value) : nullptr;
     if (!entry) {
         return nullptr;
     }
@@ -216,7 +225,7 @@ void HashTable::ReturnEntry(CAssoc* entry) {
     --count_;
 }
 
-// Without the directory all entries must be in their chains.
+// Without the directory entries are found in their chains.
 HashTable::CAssoc* HashTable::NewAssoc() {
     if (unchained_ && !MakeChains()) {
         return nullptr;
@@ -234,6 +243,9 @@ HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
 }
 
 void HashTable::FreeAssoc(CAssoc* entry) {
+    if (unchained_) {
+        MakeChains();
+    }
     DropDirectory();
     ReturnEntry(entry);
 }

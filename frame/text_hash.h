@@ -10,7 +10,7 @@
 
 namespace lq::text_hash {
 
-// Of a text that ends in a terminator.
+// What is found out in one pass over a text that ends in a terminator.
 struct Measured {
     std::size_t length;
     uint32_t hash;
@@ -103,8 +103,8 @@ inline const char16_t* EndBehind(const char16_t* at) {
     return nullptr;
 }
 
-// The same for a text that ends in a terminator, whose length is found on the way: where a loop
-// ends is a guess for the processor, and this makes one guess of two.
+// Hash of a text that ends in a terminator, whose length is found on the way: where a loop ends is
+// a guess for the processor, and this makes one guess of two.
 template <typename Convert>
 Measured MeasureAndHash(const char16_t* text, Convert convert) {
     Lanes lanes;
@@ -125,24 +125,24 @@ Measured MeasureAndHash(const char16_t* text, Convert convert) {
     return {length, Finish(text, length, lanes, convert)};
 }
 
+inline constexpr auto kAsItIs = [](uint64_t word) { return word; };
+inline constexpr auto kUpper = [](uint64_t word) { return ToUpper(word); };
+
 }  // namespace detail
 
-constexpr auto kAsItIs = [](uint64_t word) { return word; };
-constexpr auto kUpper = [](uint64_t word) { return detail::ToUpper(word); };
-
 inline uint32_t OfText(const char16_t* text, std::size_t length) {
-    return detail::Hash(text, length, kAsItIs);
+    return detail::Hash(text, length, detail::kAsItIs);
 }
 inline Measured OfText(const char16_t* text) {
-    return detail::MeasureAndHash(text, kAsItIs);
+    return detail::MeasureAndHash(text, detail::kAsItIs);
 }
 
 // Equal for texts that differ in case only.
 inline uint32_t OfName(const char16_t* text, std::size_t length) {
-    return detail::Hash(text, length, kUpper);
+    return detail::Hash(text, length, detail::kUpper);
 }
 inline Measured OfName(const char16_t* text) {
-    return detail::MeasureAndHash(text, kUpper);
+    return detail::MeasureAndHash(text, detail::kUpper);
 }
 
 }  // namespace lq::text_hash

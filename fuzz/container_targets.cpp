@@ -76,12 +76,13 @@ void RecordFile(const uint8_t* data, size_t size) {
 void Hash(const uint8_t* data, size_t size) {
     Input input(data, size);
     HashTable table(input.Below(7) + 1, 1);
+    const bool removes = input.Below(2) != 0;  // what is never removed from has no buckets
     std::multimap<std::u16string, uint32_t> model;
     while (!input.IsEmpty()) {
         const std::u16string key = input.Text();
         const uint32_t id = input.Below(100);
         const bool known = model.count(key) != 0;
-        switch (input.Below(4)) {
+        switch (input.Below(removes ? 4 : 3)) {
             case 0:
                 Require((table.Insert(key.c_str(), static_cast<int32_t>(id)) == nullptr) == known,
                         "a key once");
@@ -94,18 +95,18 @@ void Hash(const uint8_t* data, size_t size) {
                         "a key once more");
                 model.emplace(key, id);
                 break;
-            case 2:
-                Require(table.RemoveKey(key.c_str()) == (known ? 1 : 0), "remove");
-                if (known) {  // the newest, which a multimap keeps last
-                    model.erase(std::prev(model.upper_bound(key)));
-                }
-                break;
-            default: {
+            case 2: {
                 const auto newest = known ? std::prev(model.upper_bound(key)) : model.end();
                 Require(
                     table.GetID(key.c_str()) == (known ? static_cast<int32_t>(newest->second) : -1),
                     "the newest of a key");
+                break;
             }
+            default:
+                Require(table.RemoveKey(key.c_str()) == (known ? 1 : 0), "remove");
+                if (known) {  // the newest, which a multimap keeps last
+                    model.erase(std::prev(model.upper_bound(key)));
+                }
         }
         Require(table.GetCount() == static_cast<int32_t>(model.size()), "the count");
         Require(containers::HashTableAccess::Check(table), "the table is sound");

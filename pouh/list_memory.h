@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 
 #include "lq_data/pouh.h"
 #include "pouh/type_class.h"

@@ -120,7 +120,8 @@ std::string TypeText(Context& context, const Element& holder) {
     if (name == "pointer") {
         return "REF_TO " + BaseType(context, *type);
     }
-    return std::string(name);  // an elementary or generic type, or an unknown one, which has been reported
+    // An elementary or generic type, or an unknown one, which has been reported.
+    return std::string(name);
 }
 
 }  // namespace lq::host::plcopen

@@ -184,7 +184,7 @@ class Parser {
         return *element.ownKind;
     }
 
-    // The values are moved into one text, which must not move while they are taken.
+    // The values, at first expat's, are copied into one text, which must not move meanwhile.
     static void SetAttributes(Element& element, Kind& kind, const XML_Char** attributes) {
         std::size_t size = 0;
         for (const XML_Char** at = attributes; *at; at += 2) {

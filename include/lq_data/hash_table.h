@@ -53,22 +53,23 @@ class LQ_DATA_API CMemBlock : public CObject {
 // Chains grow long under the hash that numbers the buckets (names that end in running numbers share
 // few of its values). So no search walks them: a directory leads from a key to its newest entry,
 // and from there `older` to the others. A derived class that chains entries by hand does without
-// the directory until RemoveAll. The buckets are made when the order of the entries is asked for.
+// the directory until RemoveAll. The buckets are made when they are needed: for the order of the
+// entries, for a removal, and for chaining by hand.
 //
 // Invariants (Check verifies them):
 //  1. Every entry is in exactly one chain or in the free list. While there are no buckets, one
 //     list, newest in front, stands for the chains.
 //  2. The count is the number of entries in chains.
-//  3. An entry is in the chain of its key's bucket, newer ones in front, and knows that bucket.
+//  3. In a chain are the entries of one bucket, newer ones in front.
 //  4. The directory holds the newest entry of every key; `older` is the next one of the same key in
 //     the chain.
 class LQ_DATA_API HashTable : public CMemBlock {
     LQ_DECLARE_DYNAMIC(HashTable)
   public:
     struct CAssoc {
-        CAssoc* next;
-        char16_t* key;  // owned
-        uint32_t bucket;
+        CAssoc* next;     // in the chain, once there are buckets
+        char16_t* key;    // owned
+        uint32_t bucket;  // once there are buckets
         uint32_t value;
         uint32_t length;
         uint32_t hash;  // of the key, for the directory
@@ -119,8 +120,8 @@ class LQ_DATA_API HashTable : public CMemBlock {
     int32_t GetCount() const { return count_; }
     int IsEmpty() const { return count_ == 0 ? 1 : 0; }
     unsigned int GetHashTableSize() const { return size_; }
-    // The buckets, each with the newest entry of its chain. Null before the first insertion, and
-    // when memory is short for them.
+    // The buckets, each with the newest entry of its chain. Null before the first insertion, unless
+    // InitHashTable made them, and when memory is short for them.
     CAssoc** GetHashTableAssoc();
 
   protected:

@@ -332,8 +332,8 @@ TEST(TablesMemory, NoDeclarationIsEnteredHalfRead) {
             CgTab first(ok, nullptr);
         }
         auto tables = NewTables();
-        ASSERT_GE(tables->Insert(NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT", u"5"}).get()),
-                  0);
+        ASSERT_GE(
+            tables->Insert(NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT", u"-5"}).get()), 0);
         CgTab::CstLine constant;
         int32_t pos = 0;
         ASSERT_EQ(tables->Read(pos, constant, 0, nullptr), 1);

@@ -1,3 +1,5 @@
+#include "lq_data/hash_table.h"
+
 #include <algorithm>
 #include <numeric>
 #include <random>
@@ -7,8 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "containers/hash_table_access.h"
+#include "containers/slot_step.h"
 #include "frame/chars.h"
-#include "lq_data/hash_table.h"
 #include "tests/support/test_allocator.h"
 
 namespace {
@@ -35,6 +37,7 @@ TEST(HashTable, HashOfKeys) {
         {u"\u00E4\u00D6", 0x654},
         {u"\u0100", 0x1000000},
         {u"A\u0100B", 0x41},  // a zero unit lies across 'A' and U+0100
+        {u"AB\u0100C", 0x251},
         {u"\u4E2D\u6587", 0x42A00415},
         {Text(256, u'x'), 0x740F0C00},
         {Text(255, u'x') + u"yy", 0x740F0C59},  // the shifts start over at byte 512
@@ -47,6 +50,35 @@ TEST(HashTable, HashOfKeys) {
         EXPECT_EQ(HashTableAccess::HashIndex(table, c.key.c_str()), c.hash % 233) << Narrow(c.key);
     }
     EXPECT_EQ(HashTableAccess::FullHash(table, nullptr), 0u);
+
+    // Without regard to case it is the hash of the upper-case form.
+    const HashTable anyCase(233, 0);
+    for (const auto& c : kCases) {
+        Text upper = c.key;
+        std::transform(upper.begin(), upper.end(), upper.begin(), lq::chars::ToUpper);
+        EXPECT_EQ(HashTableAccess::FullHash(anyCase, c.key.c_str()),
+                  HashTableAccess::FullHash(table, upper.c_str()))
+            << Narrow(c.key);
+    }
+    EXPECT_EQ(HashTableAccess::FullHash(anyCase, u"\u0131d"),  // the dotless i has the I of ASCII
+              HashTableAccess::FullHash(table, u"ID"));
+}
+
+// Both ways to look at a step of the directory.
+TEST(HashTable, EndsInAStepOfTheDirectory) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 1000; ++i) {
+        uint16_t tags[lq::containers::kSlotStep];
+        std::generate(std::begin(tags), std::end(tags), [&] {
+            constexpr uint16_t kTags[] = {0, 1, 0x7FFF, 0x8000, 0xFFFF};
+            return kTags[random() % std::size(kTags)];
+        });
+        for (const unsigned number : {1u, 0x7FFFu, 0x8000u, 0xFFFFu, 2u}) {
+            const auto tag = static_cast<uint16_t>(number);
+            EXPECT_EQ(lq::containers::EndsInStep(tags, tag),
+                      lq::containers::PlainEndsInStep(tags, tag));
+        }
+    }
 }
 
 TEST(HashTable, KeysAround512CharactersAreComparedInFull) {
@@ -101,22 +133,32 @@ TEST(HashTable, CheckSeesDamage) {
     const struct {
         const char* name;
         void (*damage)(HashTable& table, HashTable::CAssoc& entry);
+        bool hasBuckets;
     } kCases[] = {
-        {"length", [](HashTable&, HashTable::CAssoc& entry) { ++entry.length; }},
-        {"bucket", [](HashTable&, HashTable::CAssoc& entry) { ++entry.bucket; }},
-        {"key of another bucket", [](HashTable&, HashTable::CAssoc& entry) { ++*entry.key; }},
-        {"key of another hash", [](HashTable&, HashTable::CAssoc& entry) { *entry.key += 3; }},
-        {"an entry twice", [](HashTable&, HashTable::CAssoc& entry) { entry.next = &entry; }},
+        {"length", [](HashTable&, HashTable::CAssoc& entry) { ++entry.length; }, false},
+        {"hash", [](HashTable&, HashTable::CAssoc& entry) { ++entry.hash; }, false},
+        {"tag", [](HashTable&, HashTable::CAssoc& entry) { entry.hash += 0x10000; }, false},
+        {"another key", [](HashTable&, HashTable::CAssoc& entry) { ++*entry.key; }, false},
+        {"an entry twice", [](HashTable&, HashTable::CAssoc& entry) { entry.next = &entry; },
+         false},
+        {"bucket", [](HashTable&, HashTable::CAssoc& entry) { ++entry.bucket; }, true},
+        {"key of another bucket", [](HashTable&, HashTable::CAssoc& entry) { ++*entry.key; }, true},
+        {"key of another hash", [](HashTable&, HashTable::CAssoc& entry) { *entry.key += 3; },
+         true},
+        {"an entry twice in a chain",
+         [](HashTable&, HashTable::CAssoc& entry) { entry.next = &entry; }, true},
         {"a chain lost",
          [](HashTable& table, HashTable::CAssoc& entry) {
              table.GetHashTableAssoc()[entry.bucket] = nullptr;
-         }},
+         },
+         true},
     };
     for (const auto& c : kCases) {
         HashTable table(3, 1);
         table.Insert(u"a", 1);
-        EXPECT_TRUE(HashTableAccess::Check(table));
-        ASSERT_NE(table.GetHashTableAssoc(), nullptr);
+        if (c.hasBuckets) {
+            ASSERT_NE(table.GetHashTableAssoc(), nullptr);
+        }
         void* pos;
         table.GetPos(u"a", pos);
         auto& entry = *static_cast<HashTable::CAssoc*>(pos);
@@ -126,7 +168,9 @@ TEST(HashTable, CheckSeesDamage) {
         EXPECT_FALSE(HashTableAccess::Check(table)) << c.name;
         entry = intact;
         entry.key[0] = u'a';
-        table.GetHashTableAssoc()[entry.bucket] = &entry;
+        if (c.hasBuckets) {
+            table.GetHashTableAssoc()[entry.bucket] = &entry;
+        }
     }
 }
 
@@ -265,11 +309,18 @@ void RunRandomOperations(bool caseSensitive, uint32_t buckets, unsigned seed) {
     HashTable table(buckets, caseSensitive ? 1 : 0);
     Model model(caseSensitive);
     for (int step = 0; step < 1000; ++step) {
+        // Every other life of the table has no buckets until its end: nothing is removed.
+        const bool hasBuckets = step / 50 % 2 == 0;
+        if (step % 50 == 0) {
+            CheckIteration(table, model);
+            table.Clear();
+            model.entries.clear();
+        }
         const Text& name = kNames[random() % std::size(kNames)];
         const auto id = static_cast<int32_t>(random() % 4);
         const bool exists = !model.All(name).empty();
         SCOPED_TRACE(testing::Message() << "step " << step << " name " << Narrow(name));
-        switch (random() % 8) {
+        switch (random() % (hasBuckets ? 7 : 5)) {
             case 0:
             case 1:
                 EXPECT_EQ(table.Insert(name.c_str(), id) == nullptr, exists);
@@ -283,26 +334,20 @@ void RunRandomOperations(bool caseSensitive, uint32_t buckets, unsigned seed) {
                 model.Add(name, id);
                 break;
             case 4:
-                EXPECT_EQ(table.RemoveKey(name.c_str()), model.Remove(name, nullptr));
-                break;
-            case 5:
-                EXPECT_EQ(table.RemoveKey(name.c_str(), id), model.Remove(name, &id));
-                break;
-            case 6:
                 table.SetAt(name.c_str(), static_cast<uint32_t>(id));
                 model.Set(name, id);
                 break;
+            case 5:
+                EXPECT_EQ(table.RemoveKey(name.c_str()), model.Remove(name, nullptr));
+                break;
             default:
-                if (random() % 100 == 0) {
-                    table.Clear();
-                    model.entries.clear();
-                }
+                EXPECT_EQ(table.RemoveKey(name.c_str(), id), model.Remove(name, &id));
         }
         ASSERT_TRUE(HashTableAccess::Check(table));
         ASSERT_EQ(table.GetCount(), static_cast<int32_t>(model.entries.size()));
         ASSERT_EQ(table.IsEmpty(), model.entries.empty());
         ASSERT_EQ(AllOf(table, name), model.All(name));
-        if (step % 10 == 0) {
+        if (hasBuckets && step % 10 == 0) {
             CheckIteration(table, model);
         }
     }
@@ -376,19 +421,36 @@ TEST(HashTable, ManyNamesComeAndGo) {
     }
 }
 
-// Chains an entry as a derived class may.
+// Chains and unchains entries as a derived class may.
 class ByHand : public HashTable {
   public:
     using HashTable::HashTable;
-    void Chain(const char16_t* key, uint32_t value) {
+    // False when memory is short. Without `bucket` the entry's stays as it came.
+    bool Chain(const char16_t* key, uint32_t value, bool setsBucket = true) {
         unsigned int bucket;
         GetAssocAt(key, bucket);
         CAssoc* entry = NewAssoc(key, value);
-        entry->bucket = bucket;
-        entry->next = GetHashTableAssoc()[bucket];
-        GetHashTableAssoc()[bucket] = entry;
+        CAssoc** const chains = entry ? GetHashTableAssoc() : nullptr;
+        if (!chains) {
+            if (entry) {
+                FreeAssoc(entry);
+            }
+            return false;
+        }
+        entry->bucket = setsBucket ? bucket : entry->bucket;
+        entry->next = chains[bucket];
+        chains[bucket] = entry;
+        return true;
     }
     void TakeAndReturn() { FreeAssoc(NewAssoc()); }
+    // The one behind the newest of the key's chain.
+    void RemoveSecond(const char16_t* key) {
+        unsigned int bucket;
+        CAssoc* newest = GetAssocAt(key, bucket);
+        CAssoc* second = newest->next;
+        newest->next = second->next;
+        FreeAssoc(second);
+    }
 };
 
 TEST(HashTable, EntriesChainedByHandAreFound) {
@@ -402,6 +464,43 @@ TEST(HashTable, EntriesChainedByHandAreFound) {
     EXPECT_EQ(table.RemoveKey(u"a", 2), 1);
     EXPECT_EQ(AllOf(table, u"a"), (std::vector<int32_t>{3, 1}));
     EXPECT_TRUE(HashTableAccess::Check(table));
+
+    ByHand first(3, 1);  // the first entry comes by hand, and the bucket's number is of no account
+    EXPECT_TRUE(first.Chain(u"b", 1, false));
+    EXPECT_TRUE(first.Chain(u"b", 2, false));
+    EXPECT_EQ(AllOf(first, u"b"), (std::vector<int32_t>{2, 1}));
+}
+
+TEST(HashTable, EntriesRemovedByHandLeaveTheOthers) {
+    for (const bool fails : {false, true}) {
+        ByHand table(3, 1);
+        table.Insert(fails ? u"b" : u"a", fails ? 7 : 1);
+        table.Insert(fails ? u"a" : u"b", fails ? 1 : 7);  // without buckets it is the next of any
+        table.Insert(u"a", 2, 1);
+        const lq::test::FailingAllocation failing(fails ? 1 : 0, fails);
+        table.RemoveSecond(u"a");
+        EXPECT_EQ(AllOf(table, u"a"), (std::vector<int32_t>{2})) << fails;
+        EXPECT_EQ(table.GetID(u"b"), 7) << fails;
+        EXPECT_EQ(table.Insert(u"a", 9), nullptr) << fails;
+        EXPECT_EQ(table.RemoveKey(u"a"), 1) << fails;
+        EXPECT_EQ(table.GetID(u"a"), -1) << fails;
+        EXPECT_TRUE(HashTableAccess::Check(table)) << fails;
+    }
+}
+
+TEST(HashTable, ChainingByHandWithoutMemory) {
+    lq::test::FailEachAllocation([](const auto& failing) {
+        ByHand table(3, 1);
+        const bool first = table.Insert(u"a", 1) != nullptr;
+        const bool second = table.Chain(u"b", 2);
+        const bool third = table.Insert(u"c", 3) != nullptr;
+        EXPECT_TRUE(failing.HasFailed() || (first && second && third));
+        EXPECT_EQ(table.GetID(u"a"), first ? 1 : -1);
+        EXPECT_EQ(table.GetID(u"b"), second ? 2 : -1);
+        EXPECT_EQ(table.GetID(u"c"), third ? 3 : -1);
+        EXPECT_EQ(table.GetCount(), first + second + third);
+        EXPECT_TRUE(HashTableAccess::Check(table));
+    });
 }
 
 TEST(HashTable, FailedInsertionLeavesTheEntries) {

@@ -238,6 +238,9 @@ class ReportWriter {
         Json buckets = Json::array();
         Json lengths = Json::array();
         HashTable::CAssoc** chains = index->GetHashTableAssoc();
+        if (!chains && !index->IsEmpty()) {
+            return nullptr;  // no memory for the buckets
+        }
         for (uint32_t i = 0; chains && i < index->GetHashTableSize(); ++i) {
             uint32_t length = 0;
             for (const HashTable::CAssoc* entry = chains[i]; entry; entry = entry->next) {
