@@ -22,6 +22,9 @@ std::string ToText(const Report& report) {
 namespace plcopen {
 
 Text Context::Intern(std::string_view utf8) {
+    if (utf8.empty()) {
+        return u"";  // most addresses and many values
+    }
     DecodeUtf8(utf8, buffer_);
     return project.Intern(buffer_);
 }

@@ -77,16 +77,19 @@ class Parser {
     }
 
     bool Read(std::istream& source) {
-        std::vector<char> block(kBlock);
         for (bool last = false; !last;) {
-            source.read(block.data(), static_cast<std::streamsize>(block.size()));
+            void* const block = XML_GetBuffer(Expat(), kBlock);  // read where it is parsed
+            if (!block) {
+                throw std::bad_alloc();
+            }
+            source.read(static_cast<char*>(block), kBlock);
             last = source.eof();
             if (source.bad() || (source.fail() && !last)) {
                 Fault(Say("the file cannot be read"));
                 return false;
             }
             const auto count = static_cast<int>(source.gcount());
-            if (XML_Parse(Expat(), block.data(), count, last ? 1 : 0) != XML_STATUS_OK) {
+            if (XML_ParseBuffer(Expat(), count, last ? 1 : 0) != XML_STATUS_OK) {
                 Explain();
                 return false;
             }
@@ -95,7 +98,7 @@ class Parser {
     }
 
   private:
-    static constexpr std::size_t kBlock = 64 * 1024;
+    static constexpr int kBlock = 64 * 1024;
 
     struct Closer {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -276,7 +279,7 @@ class Parser {
         XML_StopParser(Expat(), XML_FALSE);
     }
 
-    // After XML_Parse failed: because of a callback, or of the document.
+    // After XML_ParseBuffer failed: because of a callback, or of the document.
     void Explain() {
         if (thrown_) {
             std::rethrow_exception(thrown_);

@@ -22,7 +22,9 @@ namespace {
 // Writes to a file descriptor, with a buffer; the first failure stays.
 class DescriptorStream : public STREAM_A {
   public:
-    explicit DescriptorStream(int descriptor) : descriptor_(descriptor) {}
+    explicit DescriptorStream(int descriptor) : descriptor_(descriptor) {
+        buffer_.reserve(2 * kBufferSize);  // pieces are smaller than a buffer
+    }
 
     int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }
     int32_t PutBlock(const void* bytes, int32_t count, STREAMERROR*) override {
@@ -42,7 +44,7 @@ class DescriptorStream : public STREAM_A {
     int GetFailure() const { return failure_; }
 
   private:
-    static constexpr size_t kBufferSize = size_t{1} << 16;
+    static constexpr size_t kBufferSize = size_t{1} << 15;
 
     int descriptor_;
     int failure_ = 0;

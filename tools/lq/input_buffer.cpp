@@ -1,5 +1,6 @@
 #include "tools/lq/input_buffer.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -32,7 +33,7 @@ int Open(const std::string& path, struct stat& info) {
 }  // namespace
 
 InputBuffer::InputBuffer(const std::string& path, uint64_t limit)
-    : name_(DisplayName(path)), limit_(limit), piece_(kPiece) {
+    : name_(DisplayName(path)), limit_(limit) {
     struct stat info = {};
     descriptor_ = Open(path, info);
     if (S_ISDIR(info.st_mode)) {
@@ -61,11 +62,12 @@ void InputBuffer::CheckSize(uint64_t size) {
     }
 }
 
-InputBuffer::int_type InputBuffer::underflow() {
+// At most `size` bytes; 0 at the end.
+std::size_t InputBuffer::Read(char* to, std::size_t size) {
     ThrowFailure();
     ssize_t got = 0;
     do {
-        got = read(descriptor_, piece_.data(), piece_.size());
+        got = read(descriptor_, to, size);
     } while (got < 0 && errno == EINTR);
     if (got < 0) {
         failure_ = Say("{}: cannot be read: {}", name_, std::strerror(errno));
@@ -74,8 +76,29 @@ InputBuffer::int_type InputBuffer::underflow() {
         CheckSize(read_);
     }
     ThrowFailure();
+    return static_cast<std::size_t>(got);
+}
+
+InputBuffer::int_type InputBuffer::underflow() {
+    piece_.resize(kPiece);
+    const std::size_t got = Read(piece_.data(), piece_.size());
     setg(piece_.data(), piece_.data(), piece_.data() + got);
     return got == 0 ? traits_type::eof() : traits_type::to_int_type(piece_[0]);
+}
+
+// Straight to where the bytes are wanted, behind what underflow has left.
+std::streamsize InputBuffer::xsgetn(char* to, std::streamsize count) {
+    std::streamsize done = std::min<std::streamsize>(count, egptr() - gptr());
+    std::copy_n(gptr(), done, to);
+    gbump(static_cast<int>(done));
+    while (done < count) {
+        const std::size_t got = Read(to + done, static_cast<std::size_t>(count - done));
+        if (got == 0) {
+            break;
+        }
+        done += static_cast<std::streamsize>(got);
+    }
+    return done;
 }
 
 }  // namespace lq::tool

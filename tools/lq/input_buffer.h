@@ -1,6 +1,7 @@
 // The bytes of an input.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <streambuf>
 #include <string>
@@ -29,9 +30,11 @@ class InputBuffer : public std::streambuf {
 
   protected:
     int_type underflow() override;
+    std::streamsize xsgetn(char* to, std::streamsize count) override;
 
   private:
     void CheckSize(uint64_t size);
+    std::size_t Read(char* to, std::size_t size);
 
     std::string name_;
     uint64_t limit_;
