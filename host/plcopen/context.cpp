@@ -29,6 +29,14 @@ Text Context::Intern(std::string_view utf8) {
     return project.Intern(buffer_);
 }
 
+Text Context::InternType(std::string_view utf8) {
+    if (utf8 != lastType_) {
+        lastTypeText_ = Intern(utf8);
+        lastType_ = utf8;
+    }
+    return lastTypeText_;
+}
+
 Text Context::Store(std::string_view utf8) {
     DecodeUtf8(utf8, buffer_);
     return project.Store(buffer_);

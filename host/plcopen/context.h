@@ -18,6 +18,7 @@ class Context {
         : project(target), fileName_(std::move(fileName)), reports_(reports) {}
 
     Text Intern(std::string_view utf8);
+    Text InternType(std::string_view utf8);  // quick when it is the last one again
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
@@ -32,6 +33,8 @@ class Context {
     std::vector<Report>& reports_;
     std::unordered_map<std::string, std::size_t> byMessage_;  // indexes of reports_
     std::u16string buffer_;
+    std::string lastType_;
+    Text lastTypeText_ = u"";
 };
 
 // The attribute's value; a missing or blank one is reported as what the element lacks.

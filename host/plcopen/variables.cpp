@@ -75,7 +75,7 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
         return {};
     }
     if (const Element* type = variable.Child("type")) {
-        declaration.type = context.Intern(TypeText(context, *type));
+        declaration.type = context.InternType(TypeText(context, *type));
     } else {
         context.Warn(variable, Say("<{}> has no type", variable.Name()));
     }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 #include <new>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -97,18 +98,22 @@ class Translator {
   private:
     // --- Source lines ------------------------------------------------------------------------
 
+    static constexpr CgTab::TAB_ID kTables[] = {CgTab::TAB_POU, CgTab::TAB_CMP, CgTab::TAB_GLB,
+                                                CgTab::TAB_ADR, CgTab::TAB_CST, CgTab::TAB_LBL,
+                                                CgTab::TAB_TMP, CgTab::TAB_DMM};
+    static constexpr CgTab::TAB_ID kTablesOfGlobals[] = {CgTab::TAB_GLB, CgTab::TAB_ADR,
+                                                         CgTab::TAB_CST};
+
     // Gives every line that was appended since the last call its line of the source.
-    void Stamp(uint32_t sourceLine) {
+    void Stamp(uint32_t sourceLine, std::span<const CgTab::TAB_ID> tables = kTables) {
         unsigned char bytes[kUserArea];
         cgtab::StoreU32(bytes, sourceLine);
-        for (int i = CgTab::TAB_POU; i < CgTab::TAB_ARR; ++i) {
-            const auto id = static_cast<CgTab::TAB_ID>(i);
+        for (const CgTab::TAB_ID id : tables) {
             const int32_t length = CgTabAccess::LengthOf(tables_, id);
-            int32_t pos = stamped_[i];
-            while (pos < length) {
-                WriteUserArea(id, pos, bytes);
+            int32_t& stamped = stamped_[id];
+            while (stamped < length) {
+                WriteUserArea(id, stamped, bytes);
             }
-            stamped_[i] = length;
         }
     }
 
@@ -159,7 +164,7 @@ class Translator {
         const int32_t before = CgTabAccess::LengthOf(tables_, CgTab::TAB_GLB);
         DeclFault fault = DeclFault::kNone;
         const int32_t pos = CgTabAccess::InsertGlobal(tables_, decl, fault);
-        Stamp(source.line);
+        Stamp(source.line, kTablesOfGlobals);
         if (pos < 0) {
             Refuse(list.name, source, FaultText(fault));
         } else if (pos < before) {
