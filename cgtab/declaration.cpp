@@ -35,8 +35,8 @@ IEC_TYPE NamedType(const char16_t* typeText) {
     return types.TypeEnd(end) ? type : IEC_NO_TYPE;
 }
 
-// What most initial values are: nothing, or digits of a number that is surely below 2^32. As the
-// scanner would read them, in a tenth of the time: 4 % of a project's translation.
+// What most initial values are: nothing, or digits of a number that is surely below 2^32. Read as
+// the scanner would, without it, which took 2 % off the translation of a project.
 bool ReadPlainValue(const char16_t* text, int unsignedOnly, Val& value) {
     constexpr std::ptrdiff_t kSurelyInRange = 9;  // digits
     uint32_t number = 0;

@@ -38,7 +38,7 @@ template <typename Convert>
 uint32_t Hash(const char16_t* key, Convert convert) {
     uint32_t hash = 0;
     std::size_t at = 0;
-    // ASCII has no high bytes that would count: most keys, in two thirds of the time.
+    // ASCII, as most keys are, has no high bytes that would count.
     for (; IsPlain(key[0]) && IsPlain(key[1]); at = (at + 2) % kShifts) {
         hash ^= uint32_t{convert(*key++)} << kShiftTable[at];
     }

@@ -97,7 +97,7 @@ bool HashTable::ReserveSlot() {
     slotCount_ = count;
     std::memset(tags_, 0, tagBytes);
     static_assert(kNoTag == 0);
-    constexpr uint32_t kAhead = 16;  // entries lie anywhere: three quarters of the time
+    constexpr uint32_t kAhead = 16;  // entries lie anywhere in memory, and none waits for another
     for (uint32_t i = 0; i < oldCount; ++i) {
         if (i + kAhead < oldCount && oldTags[i + kAhead] != kNoTag) {
             __builtin_prefetch(old[i + kAhead]);
