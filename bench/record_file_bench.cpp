@@ -6,7 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/comparison.h"
-#include "lq_data/cgtab.h"
+#include "lq_data/record_file.h"
 
 namespace lq::bench {
 namespace {

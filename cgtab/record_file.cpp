@@ -4,6 +4,8 @@
 // along the ring. Every other place is found by Locate in constant time: the nodes lie in chunks of
 // 1, 2, 4, ... nodes, where a node's number tells its place.
 
+#include "lq_data/record_file.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -12,7 +14,6 @@
 #include <utility>
 
 #include "frame/chars.h"
-#include "lq_data/cgtab.h"
 
 namespace {
 

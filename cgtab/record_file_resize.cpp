@@ -9,7 +9,7 @@
 #include <limits>
 #include <utility>
 
-#include "lq_data/cgtab.h"
+#include "lq_data/record_file.h"
 
 int R_FILE::_chsize(int32_t size, int zero) {
     if (!IsOpen()) {

@@ -1,7 +1,7 @@
 // The way to what a record file keeps to itself, for tests and fuzz targets.
 #pragma once
 
-#include "lq_data/cgtab.h"
+#include "lq_data/record_file.h"
 
 struct RecordFileTestAccess {
     static bool Check(const R_FILE& file) { return file.Check(); }

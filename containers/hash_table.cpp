@@ -225,27 +225,23 @@ void HashTable::ReturnEntry(CAssoc* entry) {
     --count_;
 }
 
-// Without the directory entries are found in their chains.
-HashTable::CAssoc* HashTable::NewAssoc() {
-    if (unchained_ && !MakeChains()) {
-        return nullptr;
-    }
+// For chaining by hand: without the directory entries are found in their chains. False when memory
+// is short for those.
+bool HashTable::LeaveDirectory() {
+    const bool isChained = !unchained_ || MakeChains();
     DropDirectory();
-    return TakeEntry();
+    return isChained;
+}
+
+HashTable::CAssoc* HashTable::NewAssoc() {
+    return LeaveDirectory() ? TakeEntry() : nullptr;
 }
 
 HashTable::CAssoc* HashTable::NewAssoc(const char16_t* key, uint32_t value) {
-    if (unchained_ && !MakeChains()) {
-        return nullptr;
-    }
-    DropDirectory();
-    return TakeEntry(KeyOf(key), value);
+    return LeaveDirectory() ? TakeEntry(KeyOf(key), value) : nullptr;
 }
 
 void HashTable::FreeAssoc(CAssoc* entry) {
-    if (unchained_) {
-        MakeChains();
-    }
-    DropDirectory();
+    LeaveDirectory();
     ReturnEntry(entry);
 }

@@ -175,6 +175,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
     uint32_t FreeSlotFor(uint32_t hash) const;
     bool ReserveSlot();
     void EmptySlot(uint32_t slot);
+    bool LeaveDirectory();
     void DropDirectory();
     bool CheckDirectory() const;
 

@@ -1,3 +1,5 @@
+#include "lq_data/record_file.h"
+
 #include <algorithm>
 #include <cstring>
 #include <random>
@@ -7,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "cgtab/record_file_test_access.h"
-#include "lq_data/cgtab.h"
 #include "tests/support/test_allocator.h"
 
 namespace {
