@@ -87,6 +87,7 @@ class CgTab::LineBuffer {
         if (size > capacity_) {
             auto* block = static_cast<unsigned char*>(lq::Allocate(size));
             if (!block) {
+                isShort_ = true;
                 return false;
             }
             if (bytes_ != inline_) {
@@ -102,6 +103,8 @@ class CgTab::LineBuffer {
     unsigned char* Data() { return bytes_; }
     const unsigned char* Data() const { return bytes_; }
     uint32_t Size() const { return size_; }
+    // Whether a line did not fit for lack of memory.
+    bool IsShort() const { return isShort_; }
 
     bool hasUser = false;  // the line's user area was read with it
 
@@ -112,4 +115,5 @@ class CgTab::LineBuffer {
     unsigned char* bytes_ = inline_;
     uint32_t capacity_ = kInline;
     uint32_t size_ = 0;
+    bool isShort_ = false;
 };

@@ -187,7 +187,8 @@ int CgTab::IsTableHashed(TAB_ID id) const {
 }
 
 // Enters every line of the table, under its whole name, and leaves the table where it stands. An
-// index that could not take all lines is dropped, so that a search never misses one silently.
+// index that could not take all lines is dropped, so that a search never misses one silently; the
+// table ends, as it does for every reader, at its end or in front of what is no line.
 int CgTab::CreateHashTable(TAB_ID id) {
     if (!IsTableHashed(id)) {
         return 0;
@@ -208,6 +209,7 @@ int CgTab::CreateHashTable(TAB_ID id) {
     int32_t next = 0;
     for (int32_t pos = 0; entered; pos = next) {
         if (!ReadLine(id, next, buf, 0) || !SplitLine(id, buf, body)) {
+            entered = !buf.IsShort();
             break;
         }
         entered = text.Form(id, body.key, body.name, body.nameLength) &&

@@ -18,7 +18,8 @@ ANY_INT_32 Signed(uint32_t magnitude, bool negative) {
     return {negative && magnitude != 0 ? 1 : 0, magnitude};
 }
 
-// The reading of an array type, token by token.
+// The reading of an array type, token by token. Behind the element type one token is passed over,
+// whatever it is but a sign: what the length of a string left, when it was none, is such a token.
 class ArrayTypeReader {
   public:
     ArrayTypeReader(Scanner& scanner, CgTab::ArrDsc& a, CLQString& typeName)
@@ -56,9 +57,9 @@ class ArrayTypeReader {
             case kElement:
                 return token.kind == TK_IDENTIFIER && TakeElement(token);
             case kBehindElement:
-                return GoIf(token.kind == TK_EOF, kEnd);
-            default:  // unreachable: reading stops at the end
-                return false;
+                return GoIf(!IsSign(token), kEnd);
+            default:
+                return token.kind == TK_EOF;
         }
     }
 
@@ -69,9 +70,12 @@ class ArrayTypeReader {
         return condition;
     }
 
+    static bool IsSign(const Token& token) {
+        return token.IsOperator(OP_PLUS) || token.IsOperator(OP_MINUS);
+    }
+
     bool TakeSign(const Token& token) {
-        const bool isSign = token.IsOperator(OP_PLUS) || token.IsOperator(OP_MINUS);
-        if (!isSign || sign_ != kNoSign) {
+        if (!IsSign(token) || sign_ != kNoSign) {
             return false;
         }
         sign_ = token.IsOperator(OP_MINUS) ? kMinus : kPlus;

@@ -125,6 +125,9 @@ int DestroyAssay(_ASSAY* assay) {
     }
     DestroyList(assay->list1);
     DestroyList(assay->list2);
+    // A handle that somebody still holds is to be told from a table. An ordinary store in front of
+    // the end of an object's life may be left out.
+    static_cast<volatile uint32_t&>(assay->magic) = 0;
     lq::Delete(assay);
     return 1;
 }

@@ -1,7 +1,9 @@
 // What the library requires of the project model: the objects of a project, reached by identifier
 // or name, and the model's checks of names and texts.
 //
-// Texts that an object returns are never null and stay valid while the object exists.
+// Texts that an object returns stay valid while the object exists. They are never null, but that a
+// declaration which CreateObject made answers null for a text that memory was too short to keep;
+// what is built from such a declaration fails.
 //
 // Who releases what: objects that LQNAVIOBJECTMAN and GetDutByName return stay the model's.
 // Objects that LQDECLMAN::Get, FindGVLDeclByName and LQPOUHDECL::CreateObject return belong to the

@@ -88,12 +88,17 @@ int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
 // Reads, checks and stores everything but the address.
 int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* initText,
          bool isReturn, ListMemory& memory) {
+    const char16_t* const declaredName = source.GetName();
+    const char16_t* const declaredType = source.GetType();
+    if (!declaredName || !declaredType || !initText) {
+        return 0;  // a new declaration that memory was too short for
+    }
     CheckedText init(initText);
     if (source.GetKind() != LQ_KIND_GVL_DECL && CheckInitSyntax(nullptr, initText)) {
         init.Mark();
     }
     TypeClass type = TypeClass::kElementary;
-    CheckedText typeText(source.GetType());
+    CheckedText typeText(declaredType);
     const Classification classification = ClassifyDeclaredType(typeText.Get(), type, memory);
     if (classification == Classification::kUnavailable) {
         return 0;
@@ -101,7 +106,7 @@ int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* ini
     if (classification == Classification::kRejected) {
         typeText.Mark();
     }
-    CheckedText name(source.GetName());
+    CheckedText name(declaredName);
     if (IsBadName(name.Get(), type, isReturn)) {
         name.Mark();
     }

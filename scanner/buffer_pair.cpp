@@ -216,7 +216,7 @@ int32_t BufferPair::CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) 
     const int32_t length = std::max(owner_->HugeBufLen - 1 - offset, 0);
     const int32_t copied = std::min(length, room);
     CopyChars(dest, owner_->SrcEx + (copied > 0 ? offset : 0), copied);
-    if (copied < length) {
+    if (copied == room) {
         const char16_t* mark = TruncationMark(dest);
         const int32_t markLength = mark[2] == 0 ? 2 : mark[3] == 0 ? 3 : 4;
         if (markLength <= copied) {

@@ -137,9 +137,10 @@ class BufferPair : public CObject {
     }
 
     // For the end of a token. Copies its text from its character `offset` up to, not including, the
-    // current character: at most `destSize` - 1 characters and a terminator. Then removes the last
-    // `cut` characters. Text that does not fit ends in a mark: "..*)" in a comment, "..'" in a
-    // string in single quotes, ".." otherwise. Returns the number of characters.
+    // current character: at most `destSize` - 1 characters and a terminator. The text of a token
+    // in the overflow block that fills the destination, even if it just fits, ends in a mark:
+    // "..*)" in a comment, "..'" in a string in single quotes, ".." otherwise. Then removes the
+    // last `cut` characters. Returns the number of characters.
     int32_t CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut);
 
   private:

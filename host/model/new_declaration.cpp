@@ -1,5 +1,5 @@
 // Declarations that belong to no POU: the implicit parameters that the library builds, each with
-// texts of its own.
+// texts of its own. One that memory was too short for is null.
 
 #include "host/model/records.h"
 #include "host/model/section.h"
@@ -12,10 +12,10 @@ namespace {
 
 class NewDeclaration final : public LQPOUHDECL {
   public:
-    const char16_t* GetName() const override { return name_; }
+    const char16_t* GetName() const override { return KeptText(name_); }
     int32_t GetKind() const override { return kKindHeaderDeclaration; }
-    const char16_t* GetType() const override { return type_; }
-    const char16_t* GetInitValue() const override { return initValue_; }
+    const char16_t* GetType() const override { return KeptText(type_); }
+    const char16_t* GetInitValue() const override { return KeptText(initValue_); }
     const char16_t* GetClass() const override { return KeywordOf({scope_}); }
 
     void SetName(const char16_t* text) override { name_ = text; }
@@ -30,6 +30,10 @@ class NewDeclaration final : public LQPOUHDECL {
     }
 
   private:
+    static const char16_t* KeptText(const CLQString& text) {
+        return text.HasFailed() ? nullptr : text.GetText();
+    }
+
     CLQString name_;
     CLQString type_;
     CLQString initValue_;

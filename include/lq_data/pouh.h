@@ -374,7 +374,8 @@ LQ_DATA_API int LoadTaskList(FLIST* list);
 // "a := 1, b := [1, 2]".
 //
 // A value is the text of its tokens without the blanks between them, whether or not it is well
-// formed: whoever uses it checks it. Malformed text ends the reading and so does a shortage of
+// formed: whoever uses it checks it. The model's CheckInitSyntax is asked about each value while
+// the check scanner is lent, and its answer changes nothing. Malformed text ends the reading and so does a shortage of
 // memory; the assignments before that count.
 class LQ_DATA_API DUVMemberInit_C {
   public:

@@ -6,10 +6,30 @@
 
 #include "lq_data/pouh.h"
 
+// The linker leads the library's calls of the model's check to AskedCheck.
+int AskedCheck(ERRHANDLER* handler, const char16_t* text)
+    asm("__wrap__Z15CheckInitSyntaxP10ERRHANDLERPKDs");
+int ModelCheck(ERRHANDLER* handler, const char16_t* text)
+    asm("__real__Z15CheckInitSyntaxP10ERRHANDLERPKDs");
+
+static std::vector<std::u16string> checkedValues;
+
+int AskedCheck(ERRHANDLER* handler, const char16_t* text) {
+    checkedValues.emplace_back(text ? text : u"");
+    return ModelCheck(handler, text);
+}
+
 namespace {
 
 std::u16string Quoted(const char16_t* text) {
     return text ? u"'" + std::u16string(text) + u"'" : u"none";
+}
+
+TEST(MemberInit, EachValueIsChecked) {
+    checkedValues.clear();
+    const DUVMemberInit_C init(u"a := [1, 2], b := 1 +, c := 3,");
+    EXPECT_EQ(checkedValues, (std::vector<std::u16string>{u"[1,2]", u"1+"}));
+    EXPECT_EQ(Quoted(init.FindNewInit(u"b")), u"'1+'") << "as written, whatever the check says";
 }
 
 TEST(MemberInit, ValuesByMember) {
