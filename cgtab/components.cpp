@@ -63,12 +63,15 @@ int CgTab::AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_
     if (!file || !list || !decls) {
         return 0;
     }
+    // Want of memory must neither pass for a declaration that cannot be decoded, which is skipped,
+    // nor for an external without its global or a member without a value of its own.
+    const lq::MemoryWatch watch;
     ComponentWalk walk = {attr, *list, list->first};
     const auto declCount = static_cast<int32_t>(CardinalityOfList(decls));
     bool whole = true;
     for (int section = 0; section < count && whole; ++section) {
         walk.skipped = 0;
-        whole = AppendSection(decls, walk);
+        whole = AppendSection(decls, walk) && !watch.WasShort();
         if (range.end == -1) {
             range.end = file->Filelength();
             range.lines = declCount - walk.skipped;

@@ -77,6 +77,9 @@ bool CgTab::ReplaceByte(TAB_ID id, int32_t linePos, uint32_t offset, unsigned ch
 }
 
 int32_t CgTab::Insert(const DBG_INFO& info) {
+    if (!info.data && info.len != 0) {
+        return -1;
+    }
     Line line(TAB_DBG, info.len != 0 ? info.data : nullptr);
     line.look.AddKey(info.len);
     line.look.flags |= LookTyp::kLengthInKey;

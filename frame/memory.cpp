@@ -4,8 +4,22 @@
 
 namespace lq {
 
+namespace {
+
+constinit thread_local uint32_t failedAllocations = 0;
+
+}  // namespace
+
 void* Allocate(std::size_t bytes) noexcept {
-    return std::malloc(bytes ? bytes : 1);
+    void* const block = std::malloc(bytes ? bytes : 1);
+    if (!block) {
+        ++failedAllocations;
+    }
+    return block;
+}
+
+uint32_t FailedAllocations() noexcept {
+    return failedAllocations;
 }
 
 void Release(void* block) noexcept {

@@ -144,9 +144,12 @@ int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn, ListMemory& memory
 
 }  // namespace
 
+// A check of the model that found no memory has no answer, so that what it was asked about is not
+// known to be right.
 DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn, ListMemory& memory) {
+    const MemoryWatch watch;
     DECL_TYP* decl = CreateDecl();
-    if (decl && !FillFrom(decl, source, isReturn, memory)) {
+    if (decl && (!FillFrom(decl, source, isReturn, memory) || watch.WasShort())) {
         DestroyDecl(decl);
         return nullptr;
     }

@@ -41,9 +41,13 @@ bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
         return true;
     }
     ListMemory memory;
+    const MemoryWatch watch;
     const int32_t count = selection->GetCount();
     for (int32_t i = 0; i < count; ++i) {
         const Owned<LQOBJECT> source(manager->Get(selection->GetID(i)));
+        if (watch.WasShort()) {
+            return false;  // perhaps the model had no memory for the object
+        }
         if (!source || (onlyParameters && !IsParameter(*source, memory))) {
             continue;
         }

@@ -56,8 +56,12 @@ bool AppendPouNames(FLIST* list, LQTASK& task) {
     LQSELECTION* selection = task.GetSelection();
     LQDECLMAN* manager = LQDECLMAN::Get();
     const int32_t count = selection && manager ? selection->GetCount() : 0;
+    const MemoryWatch watch;
     for (int32_t i = 0; i < count; ++i) {
         const Owned<LQOBJECT> pou(manager->Get(selection->GetID(i)));
+        if (watch.WasShort()) {
+            return false;  // perhaps the model had no memory for the object
+        }
         if (pou && !AppendName(list, pou->GetName())) {
             return false;
         }

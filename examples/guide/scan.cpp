@@ -8,6 +8,35 @@
 
 using lq::host::EncodeUtf8;
 
+namespace {
+
+// [share]
+// Reads names up to a semicolon, with a scanner of its own, and gives the stream back behind it.
+// False at the end of the input.
+bool ReadStatement(STREAM_W& stream, int number) {
+    const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
+    if (!scanner) {
+        return false;  // memory is short
+    }
+    scanner->Initialize(stream);
+    for (;;) {
+        const Token token = scanner->GetToken();
+        if (token.kind == TK_EOF) {
+            return false;  // not to be read on: the stream stands on its last character
+        }
+        if (token.IsOperator(OP_SEMICOLON)) {
+            break;
+        }
+        std::printf("statement %d: %s\n", number, EncodeUtf8(token.text).c_str());
+    }
+    const bool isLast = scanner->IsEOF() != 0;
+    scanner->ReleaseStream();
+    return !isLast;
+}
+// [/share]
+
+}  // namespace
+
 int main() {
     // [scan]
     constexpr char16_t kText[] =
@@ -54,5 +83,12 @@ int main() {
         }
     }
     // [/scan]
+    // [statements]
+    constexpr char16_t kStatements[] = u"Start Wait; Stop;";
+    constexpr int32_t kSize = std::size(kStatements) - 1;
+    MEMSTREAM_W shared(kStatements, kSize, kSize, nullptr);
+    for (int number = 1; ReadStatement(shared, number); ++number) {
+    }
+    // [/statements]
     return 0;
 }

@@ -67,7 +67,18 @@ struct LQ_DATA_API POU_LIST {
 // an append to a table with a user area, and until the table moves again, the table stands at the
 // line's user area: the Write without a position then writes there.
 //
+// Indexes. Building one leaves its table's position where it was. One that cannot be built is
+// dropped, so that every search for its lines gives -1 rather than miss some: while memory is
+// short, and always when an image holds a global, an address or a constant twice. A line that is
+// longer than the rest of its table ends the table for the index, as it does for every reader; a
+// search of tables 7 and 8, which have none, gives -1 once it comes to such a line, and so does
+// every insertion there of a name that does not lie before it.
+//
 // The set belongs to one thread. All sets of the process share one scanner for declaration texts.
+//
+// A null name is that of no line: it is not found, and not entered. A null text of an address or a
+// literal counts as the empty one. Bytes must not be null (user areas, and debug data with a
+// length), but where null is said to leave them out.
 //
 // Operations return the position of a line, or -1; or 1 for success and 0 for failure. Memory that
 // runs out is a failure as any other: what was appended before it stays.
@@ -204,7 +215,8 @@ class LQ_DATA_API CgTab {
 
     // --- Reading -----------------------------------------------------------------------------
     // Reads the line at `pos`, or at the current position when `pos` is -1 or absent, and moves
-    // `pos` to the next line (-1 stays). `usr`, when given, receives the user area. 1; or 0 at the
+    // `pos` to the next line (-1 stays); at the current position, a user area at which the table
+    // stands is passed first. `usr`, when given, receives the user area. 1; or 0 at the
     // end of the table and for every failure, the table and `pos` then at 0. A line without room
     // for its user area gives 0, leaves `pos` and does not rewind.
 

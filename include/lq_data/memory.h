@@ -1,14 +1,16 @@
 // Where every byte of the library comes from and goes back to.
 //
 // All allocation of the library passes through Allocate and Release; nothing here throws. A build
-// that links another definition of the two (tests do) counts, fills, guards and fails every
+// that links another definition of these functions (tests do) counts, fills, guards and fails every
 // allocation of the library without a change to the code under test.
 //
-// Callers need this header in two cases only: to release a block that the library hands over (a
-// token's overflow text taken from a Scanner), and to hand text over to the library's ownership.
+// Callers need this header to release a block that the library hands over (a token's overflow text
+// taken from a Scanner), to hand text over to the library's ownership, and to ask whether memory
+// was short.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -23,6 +25,19 @@ LQ_DATA_API void* Allocate(std::size_t bytes) noexcept;
 
 // Gives a block back. Null is allowed.
 LQ_DATA_API void Release(void* block) noexcept;
+
+// How many allocations of this thread have failed so far, modulo 2^32.
+LQ_DATA_API uint32_t FailedAllocations() noexcept;
+
+// Whether memory has run short in this thread since the watch was made: tells "nothing" from "no
+// memory" where a result has one answer for both. A shortage that was got over counts, too.
+class MemoryWatch {
+  public:
+    bool WasShort() const noexcept { return FailedAllocations() != before_; }
+
+  private:
+    uint32_t before_ = FailedAllocations();
+};
 
 // An array of `count` elements of a trivial type, uninitialised; null when memory is short or the
 // size does not fit a size_t. Released with Release.

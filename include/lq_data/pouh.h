@@ -24,10 +24,9 @@
 // Memory: a Create... gives null when memory is short. A Set of a text that cannot be copied leaves
 // the field empty and still returns 1. A loader or a fill operation that cannot make a record or
 // copy a text returns 0 and leaves what it stored until then in the record it was given, where it
-// is released with that record. (The info record of a header may lack texts and comments all the
-// same. What the model cannot answer for want of memory counts as not being there: a declaration
-// that it gives no object for is passed over, an external whose global it does not find has no
-// value, and expressions stay unchecked without its scanner.)
+// is released with that record; so does a loader that met a want of memory in the model, whose
+// answer ("no such object", "nothing wrong with it") may be due to that, if the model allocates
+// with lq::Allocate. (The info record of a header may lack texts and comments all the same.)
 #pragma once
 
 #include <cstdint>
@@ -325,7 +324,8 @@ LQ_DATA_API LQPOUHDECL* GetEnoDecl();
 //
 // The loaders borrow the check scanner; one thread at a time.
 
-// Fills `header` with the info and declarations of the object `id`, in scope order. A function gets
+// Fills `header` with the info and declarations of the object `id`, in scope order, but those of an
+// object of kind 12 in the model's order. A function gets
 // its return value as a declaration of its own name, and any POU but a program gets EN and ENO when
 // its ENO flag is set. `fromDeclManager` non-zero fetches the object from the declaration manager
 // (and deletes it after use) instead of the object manager. The header's old records are destroyed
@@ -375,8 +375,8 @@ LQ_DATA_API int LoadTaskList(FLIST* list);
 //
 // A value is the text of its tokens without the blanks between them, whether or not it is well
 // formed: whoever uses it checks it. The model's CheckInitSyntax is asked about each value while
-// the check scanner is lent, and its answer changes nothing. Malformed text ends the reading and so does a shortage of
-// memory; the assignments before that count.
+// the check scanner is lent, and its answer changes nothing. Malformed text ends the reading and so
+// does a shortage of memory; the assignments before that count.
 class LQ_DATA_API DUVMemberInit_C {
   public:
     // Null is an empty text.

@@ -163,6 +163,24 @@ class BufferPair;
 // (set by the identifier B_COMMENT: a comma then ends the next string that has one) is shared by
 // all scanners and reset by every construction.
 //
+// A token of kBufferSize - 1 characters and more fills `text`, which then ends in a mark in place
+// of its last characters: "..*)" in a comment, "..'" in a string in single quotes, ".." otherwise;
+// GetSrcEx has it whole. The value of a comment, and the text of an address, are marked likewise
+// when what they are taken from fills their buffer: the token from its third character on, or from
+// behind the size letter. The mark is written before the closing delimiter of a comment is cut off,
+// so that little of it may be left.
+//
+// Where the forms of literals leave room:
+// - The numbers of a duration wrap at 32 bits as those of _wtol do. Only the first component has no
+//   limit, so T#3000000000s is a negative duration; T#4294967298s is two seconds.
+// - A base is read as it is written: 4294967298#1 has a bad base, though 4294967298 wraps to 2.
+// - A component of a duration that exceeds its limit ends the error in front of its unit: T#1h60m
+// is
+//   the error T#1h60 and the identifier m.
+// - Letters and spaces are those of Unicode, digits 0 to 9 only: U+0661 is a letter.
+// - A stream that hands out less than it is asked for is asked again; only nothing, or less, ends
+// it.
+//
 // Memory: CreateObject gives null, and Initialize a scanner at the end of its input, when memory is
 // short. A token whose overflow text cannot be kept has its kind and its end all the same; its text
 // is what could be kept, and HasLostText() says so.
@@ -181,8 +199,8 @@ class LQ_DATA_API Scanner : public CObject {
     // Binds the scanner to another stream, whose first line has the number `line`. The stream
     // before it should have been released. Keywords stay.
     void AssignStream(STREAM_W& stream, int line);
-    // Unbinds the stream, positioned at the first character that no delivered token used; null
-    // when none is bound.
+    // Unbinds the stream, positioned at the first character that no delivered token used, and at
+    // the end of the input on its last character (IsEOF tells); null when none is bound.
     STREAM_W* ReleaseStream();
 
     // 1 when the scanner can read; 0 before Initialize, and when memory was short for the stream
@@ -197,7 +215,8 @@ class LQ_DATA_API Scanner : public CObject {
 
     int GetnActLine() const { return nActLine; }
     void SetnActLine(int line) { nActLine = line; }
-    // The offset in the stream, in characters, of the first character not yet in a token.
+    // The offset in the stream, in characters, of the first character not yet in a token; at the
+    // end of the input that of the last character.
     int32_t GetStreamPosition() const;
     int IsEOF() const;
 
@@ -257,7 +276,8 @@ class LQ_DATA_API Scanner : public CObject {
 // 1 for a leap year of the proleptic Gregorian calendar, else 0.
 LQ_DATA_API int IsLeapYear(int32_t year);
 
-// The date of a day number (days since 1970-01-01). Weekday 0 is Sunday. Always 1.
+// The date of a day number (days since 1970-01-01). Weekday 0 is Sunday, and true up to the last
+// day number, where days + 4 exceeds 32 bits. Always 1.
 LQ_DATA_API int ConvertDaysToDate(uint32_t days, uint32_t* day, uint32_t* month, uint32_t* year,
                                   int* weekday);
 

@@ -79,7 +79,7 @@ LQ_DATA_API uint32_t GetIecDscSize();
 LQ_DATA_API IEC_TYPE_DSC* GetIecTypeDsc();
 
 // Type names to identifiers and back. Construct one before calling its operations: the first one
-// in the process measures the names. Names are case-sensitive.
+// in the process measures the names. Names are case-sensitive; texts must not be null.
 class LQ_DATA_API IecTypeConv {
   public:
     IecTypeConv();

@@ -1,5 +1,4 @@
 // Units, indexes, use counts; and tables when memory runs out.
-#include "host/base/check_scanner.h"
 #include "host/model/project.h"
 #include "tests/cgtab/tables_util.h"
 #include "tests/support/test_allocator.h"
@@ -137,160 +136,6 @@ TEST(Lookup, ASearchBehindAPositionThatIsTaken) {
               "0C 00 00 00 01 00 62 00 02 00 00 00 62 62 62 62");
 }
 
-// FailEachAllocation without the scanners that the process keeps from one round to the next.
-template <typename Operation>
-void FailEachAllocationOfTables(Operation operation) {
-    const auto releaseScanners = [] {
-        CgTab_ReleaseTokenScanner();
-        host::DestroyCheckScanner();
-    };
-    releaseScanners();
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        operation(failing);
-        releaseScanners();
-    });
-}
-
-// Every allocation fails in turn: a result is either right or a failure, and a table never holds
-// half a line.
-TEST(TablesMemory, EveryFailureLeavesWholeTables) {
-    const DeclPtr decl = NewDecl(
-        {DS_VAR_GLOBAL, u"x", DT_ARRAY, u"ARRAY [1..3] OF STRING(5)", u"['a']", u"%QW1000000000"});
-    Header header({{DS_VAR, u"s", DT_STRUCTURE, u"Motor", u"a := 1"},
-                   {DS_VAR, u"l", DT_STRUCTURE, std::u16string(40, u't')},
-                   {DS_VAR, u"m", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"},
-                   {DS_VAR, u"i", DT_ELEMENTARY, u"INT", u"7"}});
-    int rounds = 0;
-    FailEachAllocationOfTables([&](const FailingAllocation& failing) {
-        ++rounds;
-        int ok = 0;
-        CgTab tables(ok, nullptr);
-        if (!ok) {
-            EXPECT_TRUE(failing.HasFailed());
-            return;
-        }
-        const int32_t global = tables.Insert(decl.get());
-        POU_LIST list;
-        CgTab::POS_DSC range;
-        const int components = CgTabAccess::AppendCmp(tables, header.Get(), 0x84, &list, range, 1);
-        const int32_t label = tables.Insert(u"L", CgTab::kLabelDefinition);
-        const std::u16string longName(200, u'n');
-        const int32_t name = tables.Insert(longName.c_str());
-        CgTab::DMM_LINE line;
-        int32_t pos = name;
-        const int read = name >= 0 ? tables.Read(pos, line, 0, nullptr) : 0;
-        const bool all = global >= 0 && components && label >= 0 && read;
-        EXPECT_TRUE(all || failing.HasFailed());
-        if (components && !failing.HasFailed()) {
-            EXPECT_EQ(range.lines, 4);
-        }
-        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-            MEMSTREAM_A bytes;
-            const auto table = static_cast<CgTab::TAB_ID>(id);
-            const int32_t length = CgTabAccess::LengthOf(tables, table);
-            if (tables.Put(table, bytes) != length) {
-                EXPECT_TRUE(failing.HasFailed());
-                continue;
-            }
-            int32_t at = 0;
-            while (at < length) {
-                const unsigned char* p = bytes.GetData() + at;
-                at += 4 + (p[0] | p[1] << 8 | p[2] << 16 | p[3] << 24);
-            }
-            EXPECT_EQ(at, length) << "table " << id;
-        }
-    });
-    EXPECT_GT(rounds, 40);
-}
-
-// Where a block of 4096 bytes ends within a line, entering it needs memory in the middle of things:
-// the line is then there or it is not.
-TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
-    // In the line's head, its name, its extra bytes, its user area, behind it.
-    for (const int32_t left : {2, 100, 246, 252, 256}) {
-        FailEachAllocationOfTables([left](const FailingAllocation& failing) {
-            uint32_t sizes[CgTab::kUserTables];
-            std::fill(std::begin(sizes), std::end(sizes), 8);
-            int ok = 0;
-            CgTab tables(ok, &sizes);
-            const auto insert = [&tables](size_t length, char16_t letter) {
-                return tables.Insert(std::u16string(length, letter).c_str());
-            };
-            const int32_t first = 4096 - left;
-            const auto firstName = static_cast<size_t>((first - 18) / 2);
-            if (!ok || insert(firstName, u'a') < 0) {
-                EXPECT_TRUE(failing.HasFailed());
-                return;
-            }
-            const int32_t pos = insert(119, u'b');
-            EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_DMM), pos < 0 ? first : first + 256);
-            EXPECT_TRUE(pos == first || (pos == -1 && failing.HasFailed()));
-            EXPECT_EQ(insert(firstName, u'a'), 0);
-            MEMSTREAM_A areas;
-            const int32_t put = tables.PutUsr(CgTab::TAB_DMM, areas);
-            EXPECT_TRUE(put == (pos < 0 ? 8 : 16) || (put == -1 && failing.HasFailed()));
-            EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_DMM) == 0, put < 0);
-        });
-    }
-}
-
-// The same where the line is an array's, a label's with its index, or comes from an image.
-TEST(TablesMemory, LongLinesOfOtherTables) {
-    ArrInfo info;
-    info.elemType = IEC_INT;
-    for (int i = 0; i < 255; ++i) {
-        ANY_INT_32 extent[2] = {{0, 70000}, {0, 1}};
-        info.AppendExt(&extent, 1);
-    }
-    const std::vector<unsigned char> bytes(9000, 0);
-    std::u16string type = u"ARRAY [-70000..-70000";
-    for (int i = 1; i < 255; ++i) {
-        type += u", -70000..-70000";
-    }
-    type += u"] OF INT";
-    const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, u"x", DT_ARRAY, type});
-    Header header({{DS_VAR, u"x", DT_ARRAY, type}});
-    FailEachAllocationOfTables([&](const FailingAllocation& failing) {
-        int ok = 0;
-        CgTab tables(ok, nullptr);
-        if (!ok) {
-            EXPECT_TRUE(failing.HasFailed());
-            return;
-        }
-        for (int i = 0; i < 4; ++i) {
-            const std::u16string label(250, static_cast<char16_t>(u'a' + i));
-            const int32_t pos = tables.Insert(label.c_str(), CgTab::LBL_INFO{0});
-            EXPECT_TRUE(pos >= 0 || failing.HasFailed());
-            EXPECT_TRUE(pos < 0 || tables.ResetJumps(pos) || failing.HasFailed());
-        }
-        // The third and the sixth array line cross the end of a block.
-        const auto twoArrays = [&] {
-            for (int i = 0; i < 2; ++i) {
-                EXPECT_TRUE(CgTabAccess::InsertArray(tables, {&info, 0}) >= 0 ||
-                            failing.HasFailed());
-            }
-        };
-        twoArrays();
-        EXPECT_TRUE(tables.Insert(decl.get()) >= 0 || failing.HasFailed());
-        twoArrays();
-        POU_LIST list;
-        CgTab::POS_DSC range;
-        const int entered = CgTabAccess::AppendCmp(tables, header.Get(), 0, &list, range, 1);
-        EXPECT_TRUE(entered || failing.HasFailed());
-        ArrInfo copy;
-        CgTab::ArrDsc array = {&copy, 0};
-        int32_t pos = 1545;
-        EXPECT_TRUE(CgTabAccess::ReadArray(tables, pos, array) || failing.HasFailed());
-        EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_ARR) % 1545, 0);
-        MEMSTREAM_A image;
-        if (image.PutBlock(bytes.data(), 9000, nullptr) == 9000) {
-            const int32_t got = tables.Get(CgTab::TAB_DBG, image, 9000);
-            EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_DBG), got);
-            EXPECT_TRUE(got == 9000 || failing.HasFailed());
-        }
-    });
-}
-
 TEST(TablesMemory, ASetThatWasNotMadeRefusesEverything) {
     int ok = 1;
     const FailingAllocation failing(3, false);
@@ -339,7 +184,6 @@ TEST(TablesMemory, NoDeclarationIsEnteredHalfRead) {
         ASSERT_EQ(tables->Read(pos, constant, 0, nullptr), 1);
         EXPECT_EQ(constant.val.type, VT_SINT) << nth;
     }
-    CgTab_ReleaseTokenScanner();
 }
 
 }  // namespace

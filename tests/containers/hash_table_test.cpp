@@ -1,6 +1,7 @@
 #include "lq_data/hash_table.h"
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
@@ -10,11 +11,15 @@
 
 #include "containers/hash_table_access.h"
 #include "frame/chars.h"
+#include "tests/support/memory_jobs.h"
 #include "tests/support/test_allocator.h"
 
 namespace {
 
 using lq::containers::HashTableAccess;
+using lq::test::Attempt;
+using lq::test::kShort;
+using lq::test::RunWithFailures;
 using Text = std::u16string;
 
 std::string Narrow(const Text& text) {
@@ -428,34 +433,48 @@ TEST(HashTable, EntriesRemovedByHandLeaveTheOthers) {
     }
 }
 
-TEST(HashTable, ChainingByHandWithoutMemory) {
-    lq::test::FailEachAllocation([](const auto& failing) {
-        ByHand table(3, 1);
-        const bool first = table.Insert(u"a", 1) != nullptr;
-        const bool second = table.Chain(u"b", 2);
-        const bool third = table.Insert(u"c", 3) != nullptr;
-        EXPECT_TRUE(failing.HasFailed() || (first && second && third));
-        EXPECT_EQ(table.GetID(u"a"), first ? 1 : -1);
-        EXPECT_EQ(table.GetID(u"b"), second ? 2 : -1);
-        EXPECT_EQ(table.GetID(u"c"), third ? 3 : -1);
-        EXPECT_EQ(table.GetCount(), first + second + third);
-        EXPECT_TRUE(HashTableAccess::Check(table));
-    });
-}
-
+// Every insertion that fails leaves the entries as they were, and succeeds when memory is back.
 TEST(HashTable, FailedInsertionLeavesTheEntries) {
-    lq::test::FailEachAllocation([](const auto& failing) {
-        HashTable table(3, 1);
-        const bool first = table.Insert(u"a", 1) != nullptr;
-        EXPECT_EQ(first, !failing.HasFailed());
-        const int32_t count = table.GetCount();
-        EXPECT_EQ(count, first ? 1 : 0);
-
-        table[u"b"] = 7;
-        EXPECT_EQ(table.GetID(u"b"), table.GetCount() > count ? 7 : -1);
-        EXPECT_EQ(table.GetID(u"a"), first ? 1 : -1);
+    const auto entries = [](const HashTable& table) {
         EXPECT_TRUE(HashTableAccess::Check(table));
-    });
+        std::string text = std::to_string(table.GetCount()) + ":";
+        for (const char16_t* key : {u"a", u"b", u"c", u"d"}) {
+            text += " " + std::to_string(table.GetID(key));
+        }
+        return text;
+    };
+    struct {
+        const char* name;
+        bool (*insert)(ByHand& table);
+    } const kInsertions[] = {
+        {"insert", [](ByHand& table) { return table.Insert(u"c", 3) != nullptr; }},
+        {"insert again", [](ByHand& table) { return table.Insert(u"b", 4, 1) != nullptr; }},
+        {"subscript",
+         [](ByHand& table) {
+             table[u"d"] = 7;
+             return table.GetID(u"d") == 7;
+         }},
+        {"by hand", [](ByHand& table) { return table.Chain(u"c", 3); }},
+    };
+    for (const auto& insertion : kInsertions) {
+        for (const bool isEmpty : {true, false}) {
+            RunWithFailures({insertion.name, [&]() -> Attempt {
+                                 const auto table = std::make_shared<ByHand>(3, 1);
+                                 if (!isEmpty) {
+                                     table->Insert(u"a", 1);
+                                     table->Insert(u"b", 2);
+                                 }
+                                 return [&, table] {
+                                     const std::string before = entries(*table);
+                                     if (insertion.insert(*table)) {
+                                         return entries(*table);
+                                     }
+                                     EXPECT_EQ(entries(*table), before);
+                                     return table->GetID(u"c") < 0 ? kShort : "refused";
+                                 };
+                             }});
+        }
+    }
 }
 
 TEST(HashTable, WithoutMemoryTheSubscriptIsAZeroOfNoEntry) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
@@ -8,11 +9,14 @@
 
 #include "containers/list_access.h"
 #include "lq_data/containers.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
 using lq::containers::ListAccess;
+using lq::test::Attempt;
+using lq::test::kShort;
+using lq::test::RunWithFailures;
 using Numbers = std::vector<int32_t>;
 
 FLIST* ListOf(const Numbers& numbers) {
@@ -153,46 +157,29 @@ TEST(ListSort, TextsMoveWithTheirElements) {
     DestroyList(list);
 }
 
-TEST(ListSort, WithoutMemoryNothingChanges) {
-    lq::test::FailEachAllocation([](const auto& failing) {
-        FLIST* list = CreateList(0, LET_STRING, 0, nullptr);
-        for (const char16_t* text : {u"c", u"b", u"a"}) {
-            InsertElementOfList(list, text, LC_LAST, 0);
-        }
-        if (failing.HasFailed()) {
-            DestroyList(list);
-            return;
-        }
-        const uint32_t sorted = SortElementOfList(list, LC_EQUAL, 0);
-        const uint32_t reversed = list->Sort(LC_FIRST, 0);
-        char16_t first[2];
-        FindElementOfList(list, first, nullptr, LC_FIRST, 0);
-        EXPECT_EQ(std::u16string(first), (sorted != 0) == (reversed != 0) ? u"c" : u"a");
-        EXPECT_EQ(sorted == 0 || reversed == 0, failing.HasFailed());
-        EXPECT_EQ(CardinalityOfList(list), 3u);
-        EXPECT_TRUE(ListAccess::Check(*list));
-        DestroyList(list);
-    });
-}
-
-// Each page of the sort fails in turn.
-TEST(ListSort, WithoutMemoryForAPageTheOrderStays) {
+// Of more elements than one page of the sort holds.
+TEST(ListSort, WithoutMemoryTheOrderStays) {
     Numbers descending(3 * 255);
     std::iota(descending.rbegin(), descending.rend(), 0);
-    const Numbers ascending(descending.rbegin(), descending.rend());
-    int failures = 0;
-    lq::test::FailEachAllocation([&](const auto& failing) {
-        FLIST* list = ListOf(descending);
-        if (!failing.HasFailed()) {
-            const uint32_t sorted = SortElementOfList(list, LC_EQUAL, 0);
-            EXPECT_EQ(sorted == 0, failing.HasFailed());
-            EXPECT_EQ(NumbersOf(list), sorted == 0 ? descending : ascending);
-            EXPECT_TRUE(ListAccess::Check(*list));
-            failures += sorted == 0 ? 1 : 0;
+    const auto describe = [](FLIST* list) {
+        EXPECT_TRUE(ListAccess::Check(*list));
+        std::string text;
+        for (const int32_t number : NumbersOf(list)) {
+            text += std::to_string(number) + " ";
         }
-        DestroyList(list);
-    });
-    EXPECT_GE(failures, 6);  // three pages at least, twice
+        return text;
+    };
+    RunWithFailures({"sort", [&]() -> Attempt {
+                         const std::shared_ptr<FLIST> list(ListOf(descending), DestroyList);
+                         return [=] {
+                             const std::string before = describe(list.get());
+                             if (SortElementOfList(list.get(), LC_EQUAL, 0) != 0) {
+                                 return describe(list.get());
+                             }
+                             EXPECT_EQ(describe(list.get()), before);
+                             return kShort;
+                         };
+                     }});
 }
 
 }  // namespace

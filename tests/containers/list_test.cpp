@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -7,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/containers/list_util.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace lq::test {
 namespace {
@@ -378,27 +379,44 @@ TEST(List, RandomOperationsAgainstAModel) {
     }
 }
 
+// Without memory for a text its element holds none; without memory for a node nothing changes.
 TEST(List, WithoutMemory) {
-    lq::test::FailEachAllocation([](const auto& failing) {
-        FLIST* list = CreateList(16, LET_STRING, 0, nullptr);
-        if (!list || !list->GetList()) {
-            EXPECT_TRUE(failing.HasFailed());
-            EXPECT_EQ(InsertElementOfList(list, u"a", LC_LAST, 0), 0u);
-            DestroyList(list);
-            return;
-        }
-        for (uint32_t i = 1; i <= 25; ++i) {
-            const uint32_t before = CardinalityOfList(list);
-            const uint32_t index = InsertElementOfList(list, u"text", LC_LAST, 0);
-            EXPECT_EQ(CardinalityOfList(list), index == 0 ? before : before + 1);
-            EXPECT_TRUE(ListAccess::Check(*list));
-        }
-        const uint32_t written = WriteElementOfList(list, u"other", nullptr, LC_FIRST, 0);
-        if (CardinalityOfList(list) > 0) {
-            EXPECT_EQ(TextAt(list, 1), written == 1 ? u"other" : u"(null)");
-        }
-        EXPECT_EQ(DestroyList(list), 1);
-    });
+    RunWithFailures({"list of numbers", []() -> Attempt {
+                         const std::shared_ptr<FLIST> list(CreateList(0, LET_MEMORY, 4, nullptr),
+                                                           DestroyList);
+                         return [=] {
+                             for (int32_t number = 0; number < 40; ++number) {
+                                 const uint32_t before = CardinalityOfList(list.get());
+                                 if (!InsertElementOfList(list.get(), &number, LC_FIRST, 0)) {
+                                     EXPECT_EQ(CardinalityOfList(list.get()), before);
+                                     ClearList(list.get());
+                                     return kShort;
+                                 }
+                                 EXPECT_TRUE(ListAccess::Check(*list));
+                             }
+                             return std::to_string(CardinalityOfList(list.get()));
+                         };
+                     }});
+    RunWithFailures(
+        {"text", []() -> Attempt {
+             const std::shared_ptr<FLIST> list(CreateList(16, LET_STRING, 0, nullptr), DestroyList);
+             InsertElementOfList(list.get(), u"text", LC_LAST, 0);
+             return [=] {
+                 const uint32_t at = WriteElementOfList(list.get(), u"other", nullptr, LC_FIRST, 0);
+                 const std::u16string text = TextAt(list.get(), 1);
+                 EXPECT_EQ(text, at == 1 ? u"other" : u"(null)");
+                 return at == 1 ? "other" : kShort;
+             };
+         }});
+    RunWithFailures({"list", []() -> Attempt {
+                         return [] {
+                             FLIST* list = CreateList(16, LET_STRING, 0, nullptr);
+                             const bool made = list && list->GetList();
+                             EXPECT_TRUE(made || !InsertElementOfList(list, u"a", LC_LAST, 0));
+                             EXPECT_EQ(DestroyList(list), list ? 1 : 0);
+                             return made ? "made" : kShort;
+                         };
+                     }});
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -6,11 +7,14 @@
 
 #include "containers/list_access.h"
 #include "lq_data/containers.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
 using lq::containers::ListAccess;
+using lq::test::Attempt;
+using lq::test::kShort;
+using lq::test::RunWithFailures;
 
 TEST(NodePool, DataIsZeroAndAlignedAndTheBlocksFirstNodeComesFirst) {
     for (const int dataSize : {0, 1, 4, 8, 12, 16, 24, 48, 100}) {
@@ -85,13 +89,16 @@ TEST(NodePool, RandomUse) {
 }
 
 TEST(NodePool, WithoutMemoryNothingChanges) {
-    lq::test::FailEachAllocation([](const auto& failing) {
-        CGList pool(0);  // blocks of one node
-        CGList::CNode* node = pool.AllocListElement();
-        EXPECT_EQ(node == nullptr, failing.HasFailed());
-        EXPECT_EQ(pool.GetCount(), node ? 1u : 0u);
-        EXPECT_TRUE(ListAccess::Check(pool));
-    });
+    RunWithFailures({"node", []() -> Attempt {
+                         const auto pool = std::make_shared<CGList>(0);  // blocks of one node
+                         return [=] {
+                             const uint32_t before = pool->GetCount();
+                             const CGList::CNode* node = pool->AllocListElement();
+                             EXPECT_EQ(pool->GetCount(), before + (node ? 1 : 0));
+                             EXPECT_TRUE(ListAccess::Check(*pool));
+                             return node ? std::to_string(pool->GetCount()) : kShort;
+                         };
+                     }});
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "lq_data/scanner.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
@@ -54,38 +54,24 @@ TEST(CheckScanner, IsKeptWhileLent) {
     EXPECT_EQ(lq::host::DestroyCheckScanner(), 0);
 }
 
+// A scanner with all keywords or none; and what came through with a failure beneath it is the one
+// that stays.
 TEST(CheckScanner, IsWholeOrNull) {
-    lq::host::DestroyCheckScanner();
-    lq::test::FailEachAllocation([](const lq::test::FailingAllocation& failing) {
+    const auto lend = [] {
         Scanner* scanner = GetCheckScanner();
         if (scanner) {
             EXPECT_EQ(scanner->RegisterKeyword(u"UNION", 1), 0);  // the last of the keywords
-        } else {
-            EXPECT_TRUE(failing.HasFailed());
+            MEMSTREAM_W stream(u"INT", 3, 3, nullptr);
+            scanner->AssignStream(stream, 0);
+            const bool isKeyword = scanner->GetToken().kind == TK_KEYWORD;
+            EXPECT_TRUE(isKeyword || !scanner->CanRead());
+            scanner->ReleaseStream();
+            scanner = isKeyword ? scanner : nullptr;
         }
         ReleaseCheckScanner();
-        lq::host::DestroyCheckScanner();
-    });
-}
-
-// The scanner that came through with a failure beneath it is the one that stays.
-TEST(CheckScanner, RecoversFromEveryFailure) {
-    for (int64_t nth = 1; nth < 20; ++nth) {
-        lq::host::DestroyCheckScanner();
-        {
-            const lq::test::FailingAllocation failing(nth, false);
-            GetCheckScanner();
-            ReleaseCheckScanner();
-        }
-        MEMSTREAM_W stream(u"INT", 3, 3, nullptr);
-        Scanner* scanner = GetCheckScanner();
-        ASSERT_NE(scanner, nullptr) << nth;
-        scanner->AssignStream(stream, 0);
-        EXPECT_EQ(scanner->GetToken().kind, TK_KEYWORD) << nth;
-        scanner->ReleaseStream();
-        ReleaseCheckScanner();
-    }
-    lq::host::DestroyCheckScanner();
+        return scanner ? "lent" : lq::test::kShort;
+    };
+    lq::test::RunWithFailures({"check scanner", [&] { return lend; }});
 }
 
 }  // namespace

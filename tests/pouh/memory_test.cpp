@@ -1,77 +1,45 @@
-// Every allocation of every operation fails once. A block that is left over fails the test; beyond
-// that a result is either a failure or complete, as far as the model itself found the memory to
-// answer.
-
-#include <algorithm>
+// Jobs of the loaders with every allocation failing in turn, and with memory back on the same
+// records.
+#include <memory>
 
 #include <gtest/gtest.h>
 
-#include "host/base/check_scanner.h"
+#include "host/text/utf.h"
 #include "load_test_util.h"
 #include "lq_base.h"
 #include "pouh/lists.h"
 #include "pouh/records.h"
+#include "tests/support/memory_jobs.h"
 #include "tests/support/test_allocator.h"
 
 namespace {
 
 using namespace lq::pouh;
-using lq::test::FailEachAllocation;
+using lq::host::EncodeUtf8;
+using lq::test::Attempt;
 using lq::test::FailingAllocation;
+using lq::test::kShort;
+using lq::test::RunWithFailures;
 
-// What the library and its host keep between calls would count as left over: they start cold in
-// every round, and cold before the first count.
-struct ColdStart {
-    ColdStart() { Release(); }
-    ~ColdStart() { Release(); }
-    static void Release() {
-        lq::host::DestroyCheckScanner();
-        LQHeadReleaseHashTable();
+std::string Joined(const Lines& lines) {
+    std::string text;
+    for (const std::u16string& line : lines) {
+        text += EncodeUtf8(line) + "\n";
     }
-};
-
-TEST(PouhMemory, HiddenHeaderIsCompleteOrFails) {
-    FailEachAllocation([](const FailingAllocation& failing) {
-        POU_HEADER_TYP* header = CreatePOUHeader();
-        const int result = LoadPOUHiddenHeader(header, u"_SFCCB");
-        EXPECT_EQ(result, failing.HasFailed() ? 0 : 1);
-        if (result) {
-            EXPECT_EQ(DescribeAll(ListOf(header)),
-                      (Lines{u"6 A : 1 BOOL := 0", u"6 P : 1 BOOL := 0"}));
-        }
-        DestroyPOUHeader(header);
-    });
+    return text;
 }
 
-// A failure that memory was the reason of, or all declarations but what the model itself had no
-// memory to answer: a declaration that it gave no object for, a text that no scanner could check
-// and that thus lacks its '?'. One failure is the reason of one such hole at most.
-void CheckLoaded(int result, const Lines& loaded, const Lines& whole,
-                 const FailingAllocation& failing) {
-    EXPECT_TRUE(result == 1 || failing.HasFailed());
-    if (result != 1) {
-        return;
-    }
-    const auto unchecked = [](std::u16string line) {
-        std::erase(line, u'?');
-        return line;
-    };
-    size_t missing = 0;
-    size_t cut = 0;
-    auto at = loaded.begin();
-    for (const std::u16string& line : whole) {
-        if (at == loaded.end() || !unchecked(line).starts_with(unchecked(*at))) {
-            ++missing;
-            continue;
-        }
-        cut += *at++ == line ? 0 : 1;
-    }
-    EXPECT_EQ(at, loaded.end()) << "nothing else, and in the same order";
-    EXPECT_LE(missing + cut, failing.HasFailed() ? 1u : 0u);
+// A job on one record of its own.
+template <typename Record>
+lq::test::MemoryJob On(const char* name, Record* (*create)(), int (*destroy)(Record*),
+                       std::function<std::string(Record*)> run) {
+    return {name, [=]() -> Attempt {
+                const std::shared_ptr<Record> record(create(), destroy);
+                return [=] { return run(record.get()); };
+            }};
 }
 
 TEST(PouhMemory, Loaders) {
-    const ColdStart beforeTheFirstCount;
     LoadedProject project;
     lq::host::Pou function;
     function.name = u"F";
@@ -89,58 +57,54 @@ TEST(PouhMemory, Loaders) {
     project.AddVar(pou, u"l", longName.c_str());
     const ID globals = project.AddGlobals();
     project.AddVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
-    auto* object = dynamic_cast<LQPOU*>(project.GetView(pou));
+    // A function whose texts do not fit the text class itself.
+    function.name = u"TheReturnValueOfThisFunctionHasALongName";
+    function.resultType = u"Another long text, of no type at all, for its result";
+    const ID longNamed = project.AddPou(function);
 
-    Lines wholeHeader;
-    Lines wholeInterface;
-    Lines wholeTable;
-    {
-        const ColdStart round;
-        POU_HEADER_TYP* header = CreatePOUHeader();
-        ASSERT_EQ(LoadPOUHeader(header, pou, 0), 1);
-        wholeHeader = DescribeAll(ListOf(header));
-        DestroyPOUHeader(header);
-        POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
-        ASSERT_EQ(LoadInterface(list, object), 1);
-        wholeInterface = DescribeAll(ListOf(list));
-        DestroyPOUHDeclList(list);
+    const auto loadHeader = [](ID id) {
+        return [id](POU_HEADER_TYP* header) {
+            return LoadPOUHeader(header, id, 0) ? Joined(DescribeAll(ListOf(header))) : kShort;
+        };
+    };
+    const auto loadInterface = [&project](ID id) -> Attempt {
+        auto* object = dynamic_cast<LQPOU*>(project.GetView(id));
+        return [object] {
+            POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
+            const int loaded = list ? LoadInterface(list, object) : 0;
+            std::string lines = loaded ? Joined(DescribeAll(ListOf(list))) : kShort;
+            DestroyPOUHDeclList(list);
+            return lines;
+        };
+    };
+    const auto loadGlobals = [globals] {
         SYMBOL_TABLE_TYP* table = CreateSymbolTable();
-        ASSERT_EQ(LoadSelectedSymbolTable(table, globals), 1);
-        wholeTable = DescribeAll(ListOf(table));
+        const int loaded = table ? LoadSelectedSymbolTable(table, globals) : 0;
+        std::string lines = loaded ? Joined(DescribeAll(ListOf(table))) : kShort;
         DestroySymbolTable(table);
+        return lines;
+    };
+    const auto findBlock = [] {
+        CLQString type;
+        const int found = FindFBName(u"t", u"F", &type);
+        return found && !type.HasFailed() ? EncodeUtf8(type.GetText()) : kShort;
+    };
+    const auto loadHidden = [](POU_HEADER_TYP* header) {
+        return LoadPOUHiddenHeader(header, u"_SFCCB") ? Joined(DescribeAll(ListOf(header)))
+                                                      : kShort;
+    };
+    const lq::test::MemoryJob jobs[] = {
+        On<POU_HEADER_TYP>("header", CreatePOUHeader, DestroyPOUHeader, loadHeader(pou)),
+        On<POU_HEADER_TYP>("long names", CreatePOUHeader, DestroyPOUHeader, loadHeader(longNamed)),
+        On<POU_HEADER_TYP>("hidden header", CreatePOUHeader, DestroyPOUHeader, loadHidden),
+        {"interface", [&] { return loadInterface(pou); }},
+        {"interface, long names", [&] { return loadInterface(longNamed); }},
+        {"globals", [&] { return loadGlobals; }},
+        {"function block", [&] { return findBlock; }},
+    };
+    for (const lq::test::MemoryJob& job : jobs) {
+        RunWithFailures(job);
     }
-    ASSERT_EQ(wholeHeader.size(), 9u);
-    ASSERT_EQ(wholeInterface.size(), 5u);
-    ASSERT_EQ(wholeTable.size(), 1u);
-
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        const ColdStart round;
-        POU_HEADER_TYP* header = CreatePOUHeader();
-        const int result = LoadPOUHeader(header, pou, 0);
-        CheckLoaded(result, DescribeAll(ListOf(header)), wholeHeader, failing);
-        DestroyPOUHeader(header);
-    });
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        const ColdStart round;
-        POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
-        const int result = LoadInterface(list, object);
-        CheckLoaded(result, DescribeAll(ListOf(list)), wholeInterface, failing);
-        DestroyPOUHDeclList(list);
-    });
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        const ColdStart round;
-        SYMBOL_TABLE_TYP* table = CreateSymbolTable();
-        const int result = table ? LoadSelectedSymbolTable(table, globals) : 0;
-        CheckLoaded(result, DescribeAll(ListOf(table)), wholeTable, failing);
-        DestroySymbolTable(table);
-    });
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        const ColdStart round;
-        CLQString fbType;
-        const int result = FindFBName(u"t", u"F", &fbType);
-        EXPECT_TRUE(result == 1 || failing.HasFailed());
-        EXPECT_TRUE(result == 0 || fbType.HasFailed() || std::u16string(fbType) == u"TON");
-    });
 }
 
 TEST(PouhMemory, Tasks) {
@@ -162,96 +126,69 @@ TEST(PouhMemory, Tasks) {
         project.AddTask(source);
     }
     for (const bool byName : {true, false}) {
-        FailEachAllocation([&](const FailingAllocation& failing) {
-            TASK_TYP* task = CreateTask();
-            const int result = byName ? LoadTask(task, u"Fast") : LoadTask(task, instance.parent);
-            EXPECT_TRUE(result == 1 || failing.HasFailed());
-            const uint32_t count = result ? CardinalityOfList(ListOf(task->pous)) : 21;
-            EXPECT_LE(count, 21u);
-            // The names of programs that the model gives no object for are missing.
-            EXPECT_TRUE(count == 21 || failing.HasFailed());
-            EXPECT_TRUE(count >= 20 || !failing.HasFailedOnce());
-            DestroyTask(task);
-        });
+        RunWithFailures(On<TASK_TYP>("task", CreateTask, DestroyTask, [&](TASK_TYP* task) {
+            const int loaded = byName ? LoadTask(task, u"Fast") : LoadTask(task, instance.parent);
+            return loaded ? Joined(Names(ListOf(task->pous))) : kShort;
+        }));
     }
-    FailEachAllocation([](const FailingAllocation& failing) {
+    const auto createList = [] {
         TASK_LIST_TYP* list = CreateTaskList();
-        EXPECT_EQ(list != nullptr, !failing.HasFailed());
-        EXPECT_EQ(DestroyTaskList(list), failing.HasFailed() ? 0 : 1);
-    });
+        std::string names = list ? Joined(Names(ListOf(list))) : kShort;
+        DestroyTaskList(list);
+        return names;
+    };
+    RunWithFailures({"task list", [&] { return createList; }});
 }
 
 TEST(PouhMemory, RegroupingLeavesTheOldOrder) {
-    FailEachAllocation([](const FailingAllocation& failing) {
+    const auto create = [] {
         SYMBOL_TABLE_TYP* table = CreateSymbolTable();
         FLIST* list = NewDeclList();
         SetAttrOfSymbolTable(table, POUH_LIST, &list);
-        Lines lines;
         for (const uint32_t scope : {DS_VAR, DS_VAR_INPUT}) {
             DECL_TYP* decl = CreateDecl();
             SetAttrOfDecl(decl, POUH_SCOPE, &scope);
-            if (AddDecl(list, decl, LC_LAST)) {
-                lines.push_back(Describe(decl));
-            }
+            AddDecl(list, decl, LC_LAST);
         }
-        if (table && lines.size() == 2) {
-            if (RegroupByScope(*table)) {
-                std::swap(lines[0], lines[1]);
-            } else {
-                EXPECT_TRUE(failing.HasFailed());
-            }
-            EXPECT_EQ(DescribeAll(ListOf(table)), lines);
-        }
-        if (!DestroySymbolTable(table) && list) {
-            for (DECL_TYP* d = DeclAt(list, LC_FIRST); d; d = DeclAt(list, LC_NEXT)) {
-                DestroyDecl(d);
-            }
-            DestroyList(list);
-        }
-    });
+        return table;
+    };
+    RunWithFailures(
+        On<SYMBOL_TABLE_TYP>("regrouping", create, DestroySymbolTable, [](SYMBOL_TABLE_TYP* table) {
+            const bool regrouped = RegroupByScope(*table);
+            EXPECT_EQ(Joined(DescribeAll(ListOf(table))).starts_with('1'), !regrouped);
+            return regrouped ? Joined(DescribeAll(ListOf(table))) : kShort;
+        }));
 }
 
+// What has been read before memory runs out counts: the assignments up to some place.
 TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
-    const ColdStart beforeTheFirstCount;
     const std::u16string longString = u"'" + std::u16string(3000, u'x') + u"'";
-    const std::u16string text = u"a := [1, 2], b := " + longString;
-    FailEachAllocation([&](const FailingAllocation& failing) {
-        const ColdStart round;
-        const DUVMemberInit_C init(text.c_str());
-        const char16_t* a = init.FindNewInit(u"a");
-        const char16_t* b = init.FindNewInit(u"b");
-        EXPECT_TRUE(failing.HasFailed() || (a && b));
-        EXPECT_TRUE(!a || std::u16string(a) == u"[1,2]");
-        EXPECT_TRUE(!b || (a && b == longString));
-    });
-}
-
-// The comma within a value, a member's name that is longer than a token.
-TEST(PouhMemory, MemberInitOfEveryLength) {
-    const ColdStart beforeTheFirstCount;
-    std::vector<std::u16string> texts = {std::u16string(3000, u'n') + u" := 1"};
-    for (size_t length = 1; length < 40; ++length) {
-        texts.push_back(u"n := [" + std::u16string(length, u'1') + u", 2]");
+    std::vector<std::u16string> values = {u"[1,2]", longString};
+    for (size_t length = 1; length < 40; ++length) {  // a comma at every place
+        values.push_back(u"[" + std::u16string(length, u'1') + u",2]");
     }
-    for (const std::u16string& text : texts) {
-        const std::u16string member = text.substr(0, text.find(u' '));
-        std::u16string whole = text.substr(text.find(u'=') + 2);
-        std::erase(whole, u' ');
-        FailEachAllocation([&](const FailingAllocation& failing) {
-            const ColdStart round;
-            const DUVMemberInit_C init(text.c_str());
-            const char16_t* value = init.FindNewInit(member.c_str());
-            EXPECT_TRUE(value ? value == whole : failing.HasFailed());
-        });
+    for (const std::u16string& value : values) {
+        for (const std::u16string& name : {std::u16string(u"b"), std::u16string(3000, u'n')}) {
+            const std::u16string text = u"a := 1, " + name + u" := " + value;
+            const auto read = [&] {
+                const DUVMemberInit_C init(text.c_str());
+                const char16_t* const a = init.FindNewInit(u"a");
+                const char16_t* const b = init.FindNewInit(name.c_str());
+                EXPECT_TRUE(!a || std::u16string(a) == u"1");
+                EXPECT_TRUE(a || !b) << "the first assignment comes first";
+                return b ? EncodeUtf8(b) : kShort;
+            };
+            RunWithFailures({"member values", [&] { return read; }});
+        }
     }
 }
 
 TEST(PouhMemory, ScopesNeedNone) {
-    const ColdStart beforeTheFirstCount;
-    FailEachAllocation([](const FailingAllocation&) {
-        const ColdStart round;
+    lq::test::FailEachAllocation([](const FailingAllocation&) {
+        lq::test::ReleaseKept();
         EXPECT_EQ(GetDeclScope(u"VAR_IN_EXT"), DS_VAR_IN_EXT);
         EXPECT_EQ(GetDeclScope(u"VAR_X"), DS_UNKNOWN);
+        lq::test::ReleaseKept();
     });
 }
 

@@ -15,6 +15,7 @@
 namespace {
 
 int64_t liveBlocks = 0;
+uint32_t failures = 0;
 std::size_t largest = 0;
 int64_t untilFailure = 0;  // 0: none is due
 bool failAllLater = false;
@@ -79,6 +80,7 @@ void* Allocate(std::size_t bytes) noexcept {
     void* const block =
         FailsNow() || !fits ? nullptr : std::malloc(std::max<std::size_t>(bytes + kBehind, 1));
     if (!block) {
+        ++failures;
         return nullptr;
     }
     if (kGuarded) {
@@ -87,6 +89,10 @@ void* Allocate(std::size_t bytes) noexcept {
     std::memset(block, kNew, bytes);
     ++liveBlocks;
     return block;
+}
+
+uint32_t FailedAllocations() noexcept {
+    return failures;
 }
 
 void Release(void* block) noexcept {

@@ -4,7 +4,7 @@
 #include <initializer_list>
 
 #include "lq_data/types.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
@@ -122,20 +122,33 @@ TEST(ArrayExtents, MoveExchangesTheListsAndCopiesTheRest) {
 }
 
 TEST(ArrayExtents, WithoutMemoryTheExtentIsNotStored) {
-    lq::test::FailEachAllocation([](const lq::test::FailingAllocation& failing) {
-        ArrInfo from;
-        List stored;
-        for (const uint32_t count : {2u, 3u}) {
-            if (Append(from, count + 1, count)) {
-                stored.push_back(count);
-            }
+    const auto describe = [](ArrInfo& info) {
+        std::string text = std::to_string(info.total.magnitude);
+        for (const uint32_t count : Counts(info)) {
+            text += " " + std::to_string(count);
         }
-        EXPECT_EQ(stored.size() == 2, !failing.HasFailed());
-        EXPECT_EQ(Counts(from), stored);
-        ArrInfo to;
-        const int copied = from.Copy(to);
-        EXPECT_EQ(copied, Counts(to) == stored);
-    });
+        return text;
+    };
+    lq::test::RunWithFailures({"extent", [&]() -> lq::test::Attempt {
+                                   const auto info = std::make_shared<ArrInfo>();
+                                   Append(*info, 3, 2);
+                                   return [=] {
+                                       const std::string before = describe(*info);
+                                       if (Append(*info, 4, 3)) {
+                                           return describe(*info);
+                                       }
+                                       EXPECT_EQ(describe(*info), before);
+                                       return lq::test::kShort;
+                                   };
+                               }});
+    lq::test::RunWithFailures({"copy", [&]() -> lq::test::Attempt {
+                                   const auto from = std::make_shared<ArrInfo>();
+                                   Fill(*from, IEC_REAL, {3, 4});
+                                   const auto to = std::make_shared<ArrInfo>();
+                                   return [=] {
+                                       return from->Copy(*to) ? describe(*to) : lq::test::kShort;
+                                   };
+                               }});
 }
 
 }  // namespace

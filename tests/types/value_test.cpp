@@ -5,7 +5,7 @@
 
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
@@ -137,13 +137,16 @@ TEST(Literal, OwnsItsTextUntilItIsGivenUp) {
 }
 
 TEST(Literal, WithoutMemoryTheOldTextStays) {
-    lq::test::FailEachAllocation([](const lq::test::FailingAllocation&) {
-        Lit lit;
-        const int first = lit.SetText(u"1");
-        const int second = lit.SetText(u"23");
-        const std::u16string expected = second ? u"23" : first ? u"1" : u"";
-        EXPECT_EQ(lit.text ? std::u16string(lit.text) : u"", expected);
-    });
+    lq::test::RunWithFailures({"text", []() -> lq::test::Attempt {
+                                   const auto lit = std::make_shared<Lit>();
+                                   lit->SetText(u"1");
+                                   return [=] {
+                                       const std::u16string before = lit->text;
+                                       const int set = lit->SetText(u"23");
+                                       EXPECT_EQ(lit->text, set ? u"23" : before);
+                                       return set ? "23" : lq::test::kShort;
+                                   };
+                               }});
 }
 
 TEST(TimeObject, HasARunTimeClassButIsNotCreatedByName) {

@@ -8,7 +8,7 @@
 #include "lq_base.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
@@ -151,18 +151,14 @@ TEST(ValueText, EveryClassHasItsTextAndNumber) {
     }
 }
 
-TEST(ValueText, WithoutMemoryThereIsNoValueAndNoText) {
-    lq::test::FailEachAllocation([](const lq::test::FailingAllocation& failing) {
-        Val read;
-        const int hasValue = read.Set(u"-70000", 0);
-        EXPECT_EQ(hasValue, failing.HasFailed() ? 0 : 1);
-        EXPECT_EQ(read.type, hasValue ? VT_DINT : VT_NONE);
-        Val given = Make(VT_DINT, -70000);
-        CLQString text;
-        const int hasText = given.GetCValue_LQ(&text);
-        EXPECT_TRUE(hasText || failing.HasFailed());
-        EXPECT_EQ(EncodeUtf8(text.GetText()), hasText ? "-70000" : "");
-    });
+TEST(ValueText, WithoutMemoryThereIsNoValue) {
+    const auto read = [] {
+        Val value;
+        const int hasValue = value.Set(u"-70000", 0);
+        EXPECT_EQ(value.type, hasValue ? VT_DINT : VT_NONE);
+        return hasValue ? "-70000" : lq::test::kShort;
+    };
+    lq::test::RunWithFailures({"value", [&] { return read; }});
 }
 
 }  // namespace
