@@ -51,10 +51,10 @@ TEST(PouhMemory, Loaders) {
     project.AddVar(pou, u"a", u"INT", kInput, u"1");
     project.AddVar(pou, u"r", u"ARRAY [1..2] OF INT");
     project.AddVar(pou, u"t", u"TON");
-    project.AddVar(pou, u"x", u"Nothing", kOutput, u"1 +");
     project.AddVar(pou, u"g", u"INT", kExternal);
     const std::u16string longName(3000, u'n');
     project.AddVar(pou, u"l", longName.c_str());
+    project.AddVar(pou, u"x", u"Nothing", kOutput, u"1 +");  // the last, for the check of its value
     const ID globals = project.AddGlobals();
     project.AddVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
     // A function whose texts do not fit the text class itself.
