@@ -2,7 +2,7 @@
 // appends one.
 #include <cstring>
 
-#include "cgtab/line.h"
+#include "cgtab/table.h"
 #include "lq_data/cgtab.h"
 
 using lq::cgtab::HasStoredDescriptor;
@@ -10,8 +10,8 @@ using lq::cgtab::HasStoredDescriptor;
 namespace {
 
 constexpr uint32_t kMaxDims = 255;
-// Length, type, descriptor, dimensions, total, the extents, count.
-constexpr uint32_t kMaxArrayLine = 4 + 4 + 4 + 1 + (1 + 4) + kMaxDims * (1 + 4 + 4) + 4;
+// Type, descriptor, dimensions, total, the extents, count.
+constexpr uint32_t kMaxArrayLine = 4 + 4 + 1 + (1 + 4) + kMaxDims * (1 + 4 + 4) + 4;
 
 using ArrayWriter = lq::cgtab::ByteWriter<kMaxArrayLine>;
 
@@ -38,12 +38,12 @@ bool TakeInteger(lq::cgtab::ByteCursor& bytes, uint32_t valueClass, ANY_INT_32& 
 }  // namespace
 
 int32_t CgTab::Insert(const ArrDsc& a) {
-    if (!arrFile || !a.info) {
+    Table* const table = TableOf(TAB_ARR);
+    if (!table || !a.info) {
         return -1;
     }
     ArrInfo& info = *a.info;
     ArrayWriter bytes;
-    bytes.PutU32(0);  // the length, known at the end
     bytes.PutI32(info.elemType);
     if (HasStoredDescriptor(info.elemType)) {
         bytes.PutU32(a.elemDsc);
@@ -68,23 +68,16 @@ int32_t CgTab::Insert(const ArrDsc& a) {
         PutPayload(bytes, count);
     }
     bytes.PutU32(1);  // use count
-    unsigned char length[4];
-    lq::cgtab::StoreU32(length, bytes.Size() - 4);
-
-    const int32_t pos = arrFile->Lseek(0, 2);
-    if (arrFile->Write(bytes.Data(), bytes.Size()) != bytes.Size()) {
-        return -1;  // the file has its old length
-    }
-    arrFile->Lseek(pos, 0);
-    arrFile->Write(length, sizeof(length));
-    arrFile->Lseek(0, 2);
-    return pos;
+    Line line(TAB_ARR, nullptr);
+    line.SetExtra(bytes);
+    return table->AppendLine(line);
 }
 
 int CgTab::Read(int32_t& pos, ArrDsc& a) {
+    Table* const table = TableOf(TAB_ARR);
     ArrInfo& info = *a.info;
     LineBuffer buf;
-    if (pos < 0 || !ReadLine(TAB_ARR, pos, buf, 0)) {
+    if (!table || pos < 0 || !table->ReadLine(pos, buf, 0)) {
         return 0;
     }
     lq::cgtab::ByteCursor bytes(buf.Data(), buf.Size());
@@ -92,14 +85,14 @@ int CgTab::Read(int32_t& pos, ArrDsc& a) {
     a.elemDsc = HasStoredDescriptor(info.elemType) ? bytes.TakeU32() : 0;
     const uint32_t dims = bytes.TakeU8();
     if (!TakeInteger(bytes, bytes.TakeU8(), info.total)) {
-        return FailRead(TAB_ARR, pos);
+        return table->FailRead(pos);
     }
     for (uint32_t i = 0; i < dims; ++i) {
         const uint32_t classes = bytes.TakeU8();
         ANY_INT_32 ext[2];
         if (!TakeInteger(bytes, classes & 0xF, ext[0]) ||
             !TakeInteger(bytes, classes >> 4, ext[1]) || !info.AppendExt(&ext, 0)) {
-            return FailRead(TAB_ARR, pos);
+            return table->FailRead(pos);
         }
     }
     return info.Clear(ArrInfo::CLEAR_CURSOR);

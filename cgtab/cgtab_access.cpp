@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cgtab/table.h"
+
 int32_t CgTabAccess::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
     CgTab::DECL_ASCII d;
     const int32_t pos = tables.Insert(decl, d);
@@ -41,10 +43,11 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
                             uint32_t size) {
     CgTab::LineBuffer buf;
     CgTab::LineBody body;
+    CgTab::Table* const table = tables.TableOf(id);
     const bool isNamed = id == CgTab::TAB_POU || id == CgTab::TAB_CMP || id == CgTab::TAB_GLB ||
                          id == CgTab::TAB_LBL;
-    if (!isNamed || size == 0 || pos < 0 || !tables.ReadLine(id, pos, buf, 0) ||
-        !tables.SplitLine(id, buf, body)) {
+    if (!table || !isNamed || size == 0 || pos < 0 || !table->ReadLine(pos, buf, 0) ||
+        !table->SplitLine(buf, body)) {
         return false;
     }
     const uint32_t length = std::min(body.nameLength, size - 1);
@@ -54,8 +57,18 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
 }
 
 HashTable* CgTabAccess::IndexOf(CgTab& tables, CgTab::TAB_ID id) {
-    const bool has = tables.IsTableHashed(id) && (tables.hash[id] || tables.CreateHashTable(id));
-    return has ? tables.hash[id] : nullptr;
+    CgTab::Table* const table = tables.TableOf(id);
+    return table ? table->Index() : nullptr;
+}
+
+bool CgTabAccess::Check(CgTab& tables) {
+    for (int32_t id = 0; id < CgTab::TAB_COUNT; ++id) {
+        CgTab::Table* const table = tables.TableOf(static_cast<CgTab::TAB_ID>(id));
+        if (!table || !table->Check()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 int CgTabAccess::ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array) {

@@ -45,6 +45,9 @@ class LQ_DATA_API CgTabAccess {
     // is the set's.
     static HashTable* IndexOf(CgTab& tables, CgTab::TAB_ID id);
 
+    // Whether the invariants of all tables hold, whose lines were all appended: no image was read.
+    static bool Check(CgTab& tables);
+
     // The array lines: CgTab keeps reading and storing them to itself.
     static int ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array);
     static int32_t InsertArray(CgTab& tables, const CgTab::ArrDsc& array);

@@ -1,6 +1,7 @@
 // The components of a unit: a section of lines of table 2 for each of its instances.
 #include "cgtab/declaration.h"
 #include "cgtab/pou_list.h"
+#include "cgtab/table.h"
 #include "frame/chars.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
@@ -47,133 +48,154 @@ bool IsInstance(IEC_TYPE type) {
 }  // namespace
 
 // What stays the same over the declarations of one call, and what it counts.
-struct CgTab::ComponentWalk {
+struct [[gnu::visibility("hidden")]] CgTab::ComponentWalk {
+    // The extra bytes of a line.
+    using Extra = lq::cgtab::ByteWriter<5 * 4>;
+
+    CgTab& set;
+    Table& table;
     uint16_t attr;
     POU_LIST& instances;
     const POU_INST* section;     // whose member initialisations the section takes, or null
     int32_t skipped = 0;         // declarations of the section without a line
     bool missingGlobal = false;  // an external had no global
+
+    // These are false when the sections are to be taken back.
+    bool AppendSection(FLIST* decls);
+    bool AppendComponent(DECL_ASCII& d);
+    bool PutType(const DECL_ASCII& d, Extra& extra);
+    bool PutArray(const DECL_ASCII& d, Extra& extra);
+    bool PutInstance(const DECL_ASCII& d, Extra& extra);
+    bool PutConstant(DECL_ASCII& d, Extra& extra);
 };
 
 int CgTab::AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_DSC& range,
                      int count) {
-    R_FILE* file = handle_(TAB_CMP);
-    range = {file ? file->Filelength() : -1, -1, 0};
+    Table* const table = TableOf(TAB_CMP);
+    range = {table ? table->Length() : -1, -1, 0};
     FLIST* decls = lq::pouh::ListOf(header);
-    if (!file || !list || !decls) {
+    if (!table || !list || !decls) {
         return 0;
     }
     // Want of memory must neither pass for a declaration that cannot be decoded, which is skipped,
     // nor for an external without its global or a member without a value of its own.
     const lq::MemoryWatch watch;
-    ComponentWalk walk = {attr, *list, list->first};
+    ComponentWalk walk = {*this, *table, attr, *list, list->first};
     const auto declCount = static_cast<int32_t>(CardinalityOfList(decls));
     bool whole = true;
     for (int section = 0; section < count && whole; ++section) {
         walk.skipped = 0;
-        whole = AppendSection(decls, walk) && !watch.WasShort();
+        whole = walk.AppendSection(decls) && !watch.WasShort();
         if (range.end == -1) {
-            range.end = file->Filelength();
+            range.end = table->Length();
             range.lines = declCount - walk.skipped;
         }
         walk.section = walk.section ? walk.section->next : nullptr;
     }
     if (!whole) {
-        SeekTo(TAB_CMP, range.start);
-        file->Chsize(range.start);
-        ClearHashTable(TAB_CMP);
+        table->TruncateTo(range.start);
     }
     return whole && !walk.missingGlobal ? 1 : 0;
 }
 
-bool CgTab::AppendSection(FLIST* decls, ComponentWalk& walk) {
+bool CgTab::ComponentWalk::AppendSection(FLIST* decls) {
     void* slot = nullptr;
     for (uint32_t at = ListGet(decls, slot, nullptr, LC_FIRST, 0); at != 0;
          at = ListGet(decls, slot, nullptr, LC_NEXT, 0)) {
         DECL_ASCII d;
-        if (!GetDecl(*static_cast<DECL_TYP**>(slot), d)) {
-            ++walk.skipped;
+        if (!set.GetDecl(*static_cast<DECL_TYP**>(slot), d)) {
+            ++skipped;
             continue;
         }
-        if (walk.attr & kRetain) {
+        if (attr & kRetain) {
             d.scope = RetainedScope(d.scope);
         }
-        if ((walk.attr & kInterfaceOnly) && !lq::cgtab::IsInterfaceScope(d.scope)) {
-            ++walk.skipped;
+        if ((attr & kInterfaceOnly) && !lq::cgtab::IsInterfaceScope(d.scope)) {
+            ++skipped;
             continue;
         }
-        if (!AppendComponent(d, walk)) {
+        if (!AppendComponent(d)) {
             return false;
         }
     }
     return true;
 }
 
-bool CgTab::AppendComponent(DECL_ASCII& d, ComponentWalk& walk) {
-    Line line(TAB_CMP, d.name);
-    lq::cgtab::ByteWriter<5 * 4> extra;
+bool CgTab::ComponentWalk::AppendComponent(DECL_ASCII& d) {
+    Extra extra;
     extra.PutU32(d.scope);
     if (lq::cgtab::IsExternalScope(d.scope)) {
-        const int32_t globalPos = Look(d.name, static_cast<GLB_LINE*>(nullptr), 0);
+        const int32_t globalPos = set.Look(d.name, static_cast<GLB_LINE*>(nullptr), 0);
         if (globalPos < 0) {
-            walk.missingGlobal = true;
-            ++walk.skipped;
+            missingGlobal = true;
+            ++skipped;
             return true;
         }
         extra.PutI32(globalPos);
-    } else {
-        extra.PutI32(d.type);
-        if (d.type == IEC_STRING) {
-            extra.PutU32(d.dsc.strLen);
-        } else if (d.type == IEC_ARRAY) {
-            const int32_t arrPos = Insert(d.dsc.arr);
-            if (arrPos < 0) {
-                return false;
-            }
-            extra.PutI32(arrPos);
-            const int32_t pos = arrPos + lq::cgtab::kElementDescriptor;
-            if (d.dsc.arr.info->elemType == IEC_STRUCTURE &&
-                !RecordInstance(walk.instances,
-                                {lq::cgtab::kArrayOfStructures, d.typeText, d.name, u"", pos})) {
-                return false;
-            }
-        } else if (IsInstance(d.type)) {
-            const auto nameBytes = static_cast<uint32_t>(2 * lq::chars::Length(d.name));
-            const uint32_t offset = 4 + 1 + nameBytes + extra.Size();
-            const int32_t pos = handle_(TAB_CMP)->Filelength() + static_cast<int32_t>(offset);
-            const char16_t* members = d.type == IEC_STRUCTURE ? d.initText : u"";
-            if ((walk.attr & kRecordInstances) &&
-                !RecordInstance(walk.instances,
-                                {lq::cgtab::kInstanceOfUnit, d.typeText, d.name, members, pos})) {
-                return false;
-            }
-            extra.PutI32(-1);
-        } else if (!IsElementaryType(d.type) && !IsGenericType(d.type)) {
-            return false;
-        }
-        int32_t cstPos = -1;
-        if ((walk.attr & kWithInitialValues) && !IsInstance(d.type)) {
-            cstPos = InsertInitialValue(d, walk);
-            if (cstPos < 0) {
-                return false;
-            }
-        }
-        extra.PutI32(cstPos);
+    } else if (!PutType(d, extra) || !PutConstant(d, extra)) {
+        return false;
     }
     extra.PutU32(0);  // use count
+    Line line(TAB_CMP, d.name);
     line.SetExtra(extra);
     uint32_t length = 0;
     int nocase = 0;
-    return TransLookDcr(line.look, length, nocase) && AppendLine(TAB_CMP, line) >= 0;
+    return Table::TransLookDcr(line.look, length, nocase) && table.AppendLine(line) >= 0;
+}
+
+// The type and its descriptor.
+bool CgTab::ComponentWalk::PutType(const DECL_ASCII& d, Extra& extra) {
+    extra.PutI32(d.type);
+    if (d.type == IEC_STRING) {
+        extra.PutU32(d.dsc.strLen);
+        return true;
+    }
+    if (d.type == IEC_ARRAY) {
+        return PutArray(d, extra);
+    }
+    return IsInstance(d.type) ? PutInstance(d, extra)
+                              : IsElementaryType(d.type) || IsGenericType(d.type);
+}
+
+// The line of an array; that of an array of structures is recorded, to be laid out later.
+bool CgTab::ComponentWalk::PutArray(const DECL_ASCII& d, Extra& extra) {
+    const int32_t arrPos = set.Insert(d.dsc.arr);
+    if (arrPos < 0) {
+        return false;
+    }
+    extra.PutI32(arrPos);
+    const int32_t pos = arrPos + lq::cgtab::kElementDescriptor;
+    return d.dsc.arr.info->elemType != IEC_STRUCTURE ||
+           RecordInstance(instances, {lq::cgtab::kArrayOfStructures, d.typeText, d.name, u"", pos});
+}
+
+// An instance is recorded with the place that its descriptor will have, in the line that is to be
+// appended.
+bool CgTab::ComponentWalk::PutInstance(const DECL_ASCII& d, Extra& extra) {
+    const auto nameBytes = static_cast<uint32_t>(2 * lq::chars::Length(d.name));
+    const int32_t pos = table.Length() + static_cast<int32_t>(4 + 1 + nameBytes + extra.Size());
+    const char16_t* members = d.type == IEC_STRUCTURE ? d.initText : u"";
+    extra.PutI32(-1);
+    return !(attr & kRecordInstances) ||
+           RecordInstance(instances,
+                          {lq::cgtab::kInstanceOfUnit, d.typeText, d.name, members, pos});
 }
 
 // The component's own initial value, or the one that this section's instance gives it.
-int32_t CgTab::InsertInitialValue(DECL_ASCII& d, const ComponentWalk& walk) {
-    const DUVMemberInit_C* members = walk.section ? walk.section->init : nullptr;
-    const char16_t* given = members ? members->FindNewInit(d.name) : nullptr;
-    if (!given) {
-        return InsertConstant(d.initText, d.init);
+bool CgTab::ComponentWalk::PutConstant(DECL_ASCII& d, Extra& extra) {
+    int32_t pos = -1;
+    if ((attr & kWithInitialValues) && !IsInstance(d.type)) {
+        const DUVMemberInit_C* members = section ? section->init : nullptr;
+        if (const char16_t* given = members ? members->FindNewInit(d.name) : nullptr) {
+            Val value(given, d.type == IEC_BOOL ? 1 : 0);
+            pos = set.InsertConstant(given, value);
+        } else {
+            pos = set.InsertConstant(d.initText, d.init);
+        }
+        if (pos < 0) {
+            return false;
+        }
     }
-    Val value(given, d.type == IEC_BOOL ? 1 : 0);
-    return InsertConstant(given, value);
+    extra.PutI32(pos);
+    return true;
 }

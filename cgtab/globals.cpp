@@ -10,7 +10,7 @@ int32_t CgTab::Insert(DECL_TYP* decl) {
 }
 
 int32_t CgTab::Insert(DECL_TYP* decl, DECL_ASCII& d) {
-    if (!decl || !arrFile || !GetDecl(decl, d)) {
+    if (!decl || !tables || !GetDecl(decl, d)) {
         return -1;
     }
     return Insert(d);

@@ -1,89 +1,26 @@
-// Appending lines, and entering what the compiler meets: each address, constant and name has one
-// line, found again or appended.
-#include <limits>
-
-#include "cgtab/line.h"
+// Entering what the compiler meets: each address, constant and name has one line, found again or
+// appended.
 #include "cgtab/search_text.h"
-#include "frame/chars.h"
+#include "cgtab/table.h"
 #include "lq_data/cgtab.h"
-#include "lq_data/hash_table.h"
 #include "lq_mdi.h"
 
 using lq::cgtab::ByteWriter;
-using lq::cgtab::TraitsOf;
 
-// Appends a line whose key is complete. A failed append leaves the table as it was.
-int32_t CgTab::AppendLine(TAB_ID id, Line& line) {
-    R_FILE* file = handle_(id);
-    if (!file) {
-        return -1;
-    }
-    ResUsr_(id);
-    const int32_t pos = file->Lseek(0, 2);
-    const LookTyp& look = line.look;
-    const uint32_t nameBytes = look.NameLength() * TraitsOf(id).nameUnit;
-    const uint64_t total = uint64_t{look.keylen} + nameBytes + line.extralen + UsrLen_(id);
-    const auto room = static_cast<uint64_t>(std::numeric_limits<int32_t>::max() - pos);
-    if (total + 4 > room) {
-        return -1;
-    }
-    line.total = static_cast<uint32_t>(total);
-    ByteWriter<4 + sizeof(look.key)> head;
-    head.PutU32(line.total);
-    head.PutBytes(look.key, look.keylen);
-    const int32_t end = pos + 4 + static_cast<int32_t>(line.total);
-    const auto write = [file](const void* bytes, uint32_t count) {
-        return count == 0 || file->Write(bytes, count) == count;
-    };
-    const bool whole = write(head.Data(), head.Size()) && write(look.name, nameBytes) &&
-                       write(line.extra, line.extralen) && file->Chsize(end) == 0;
-    if (!whole || (IsTableHashed(id) && !EnterIndex(id, line, pos))) {
-        file->Lseek(pos, 0);
-        file->Chsize(pos);
-        return -1;
-    }
-    if (UsrLen_(id) != 0) {
-        SetUsr_(id);
-    }
-    return pos;
-}
-
-// An index that does not exist yet is built from all lines, the new one included.
-bool CgTab::EnterIndex(TAB_ID id, const Line& line, int32_t pos) {
-    if (!hash[id]) {
-        return CreateHashTable(id) != 0;
-    }
-    lq::cgtab::SearchText text;
-    const LookTyp& look = line.look;
-    return text.Form(id, look.key, look.name, look.NameLength()) &&
-           hash[id]->Insert(text.Get(), pos, TraitsOf(id).isUnique ? 0 : 1) != nullptr;
-}
-
-// The equal line, or a new one.
 int32_t CgTab::LookOrAppend(TAB_ID id, Line& line) {
-    const int32_t found = LookLine(id, line.look, 0);
-    return found == -1 ? AppendLine(id, line) : found < 0 ? -1 : found;
-}
-
-// Exchanges `byte` with the one at `offset` behind the length field of a line; the table then
-// stands at the line.
-bool CgTab::ReplaceByte(TAB_ID id, int32_t linePos, uint32_t offset, unsigned char& byte) {
-    R_FILE& file = *handle_(id);
-    const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
-    const unsigned char replacement = byte;
-    ResUsr_(id);
-    return file.Lseek(at, 0) == at && file.Read(&byte, 1) == 1 && file.Lseek(at, 0) == at &&
-           file.Write(&replacement, 1) == 1 && file.Lseek(linePos, 0) == linePos;
+    Table* const table = TableOf(id);
+    return table ? table->LookOrAppend(line) : -1;
 }
 
 int32_t CgTab::Insert(const DBG_INFO& info) {
-    if (!info.data && info.len != 0) {
+    Table* const table = TableOf(TAB_DBG);
+    if (!table || (!info.data && info.len != 0)) {
         return -1;
     }
     Line line(TAB_DBG, info.len != 0 ? info.data : nullptr);
     line.look.AddKey(info.len);
     line.look.flags |= LookTyp::kLengthInKey;
-    return AppendLine(TAB_DBG, line);
+    return table->AppendLine(line);
 }
 
 int32_t CgTab::Insert(const Address& adr) {
@@ -113,56 +50,59 @@ int32_t CgTab::InsertConstant(const char16_t* text, Val& val) {
 }
 
 int32_t CgTab::Insert(const char16_t* name, LBL_INFO info) {
-    if (!name) {
+    Table* const table = TableOf(TAB_LBL);
+    if (!table || !name) {
         return -1;
     }
     const bool isDefinition = info == kLabelDefinition;
     Line line(TAB_LBL, name);
-    const int32_t found = LookLine(TAB_LBL, line.look, isDefinition ? 0 : 1);
+    const int32_t found = table->LookLine(line.look, isDefinition ? 0 : 1);
     if (found == -1) {
         ByteWriter<5> extra;
         extra.PutU8(info);
         extra.PutU32(isDefinition ? 0 : 1);
         line.SetExtra(extra);
-        return AppendLine(TAB_LBL, line);
+        return table->AppendLine(line);
     }
     if (found < 0 || !isDefinition) {
         return found < 0 ? -1 : found;
     }
     const uint32_t infoOffset = 1 + 2 * line.look.NameLength();
     unsigned char byte = kLabelDefinition;
-    const bool replaced = ReplaceByte(TAB_LBL, found, infoOffset, byte);
+    const bool replaced = table->ReplaceByte(found, infoOffset, byte);
     return replaced && byte == 0 ? found : -1;
 }
 
 int CgTab::ResetJumps(int32_t pos) {
+    Table* const table = TableOf(TAB_LBL);
     LineBuffer buf;
     LineBody body;
     int32_t next = pos;
-    if (pos < 0 || !ReadLine(TAB_LBL, next, buf, 0)) {
+    if (!table || pos < 0 || !table->ReadLine(next, buf, 0)) {
         return 0;
     }
-    const bool isSplit = SplitLine(TAB_LBL, buf, body);
+    const bool isSplit = table->SplitLine(buf, body);
     body.extra.TakeU8();
     const uint32_t count = body.extra.TakeU32();
     lq::cgtab::SearchText name;
     if (!isSplit || body.extra.HasFailed() ||
         !name.Form(TAB_LBL, body.key, body.name, body.nameLength)) {
-        return FailRead(TAB_LBL, next);
+        return table->FailRead(next);
     }
     LookTyp look(TAB_LBL, name.Get());
-    return LookLine(TAB_LBL, {pos, next, 1}, look, static_cast<int>(0u - count)) >= 0 ? 1 : 0;
+    return table->LookLine({pos, next, 1}, look, static_cast<int>(0u - count)) >= 0 ? 1 : 0;
 }
 
 int32_t CgTab::Insert(const char16_t* name, IEC_TYPE type, const TYP_DSC& dsc, unsigned char tag) {
-    if (!name) {
+    Table* const table = TableOf(TAB_TMP);
+    if (!table || !name) {
         return -1;
     }
     Line line(TAB_TMP, name);
-    const int32_t found = LookLine(TAB_TMP, line.look, 1);
+    const int32_t found = table->LookLine(line.look, 1);
     if (found >= 0) {
         const uint32_t tagOffset = 2 + 2 * line.look.NameLength();
-        return ReplaceByte(TAB_TMP, found, tagOffset, tag) ? found : -1;
+        return table->ReplaceByte(found, tagOffset, tag) ? found : -1;
     }
     if (found != -1) {
         return -1;
@@ -181,22 +121,23 @@ int32_t CgTab::Insert(const char16_t* name, IEC_TYPE type, const TYP_DSC& dsc, u
     }
     extra.PutU32(1);
     line.SetExtra(extra);
-    return AppendLine(TAB_TMP, line);
+    return table->AppendLine(line);
 }
 
 int32_t CgTab::Insert(const char16_t* name) {
-    if (!name) {
+    Table* const table = TableOf(TAB_DMM);
+    if (!table || !name) {
         return -1;
     }
     Line line(TAB_DMM, name);
-    const int32_t found = LookLine(TAB_DMM, line.look, 1);
+    const int32_t found = table->LookLine(line.look, 1);
     if (found != -1) {
         return found < 0 ? -1 : found;
     }
     ByteWriter<4> extra;
     extra.PutU32(1);
     line.SetExtra(extra);
-    return AppendLine(TAB_DMM, line);
+    return table->AppendLine(line);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,20 +1,13 @@
-// Lines to records. What a line claims is checked against what is there before it is used: images
-// may come from anywhere.
+// Lines to records.
 #include <algorithm>
 #include <cstring>
 
-#include "cgtab/line.h"
+#include "cgtab/table.h"
 #include "lq_data/cgtab.h"
 
 using lq::cgtab::HasStoredDescriptor;
-using lq::cgtab::LoadU32;
-using lq::cgtab::TableTraits;
-using lq::cgtab::TraitsOf;
 
 namespace {
-
-constexpr unsigned kWithUser = 1;    // read the user area as part of the line
-constexpr unsigned kStayAtUser = 2;  // leave the table at the user area
 
 constexpr uint32_t kShortName = 64;  // characters that the inline buffer takes
 
@@ -32,81 +25,24 @@ void CopyShort(const unsigned char* name, uint32_t length, char16_t (&to)[CgTab:
 
 }  // namespace
 
-int CgTab::FailRead(TAB_ID id, int32_t& pos) {
-    SeekTo(id, 0);
-    pos = 0;
-    return 0;
-}
-
-// A line without room for its user area is no line, and the table stays where that showed; for any
-// other failure FailRead has been called.
-bool CgTab::ReadLine(TAB_ID id, int32_t& pos, LineBuffer& buf, unsigned mode) {
-    R_FILE* file = handle_(id);
-    if (!file) {
-        pos = 0;
-        return false;
-    }
-    const uint32_t usrLen = UsrLen_(id);
-    if (pos != -1) {
-        if (!SeekTo(id, pos)) {
-            return FailRead(id, pos) != 0;
-        }
-    } else if (UsrSet_(id) && file->Lseek(static_cast<int32_t>(usrLen), 1) < 0) {
-        // unreachable: the flag is set only where an area lies
-        return FailRead(id, pos) != 0;
-    }
-    unsigned char field[4];
-    if (file->Read(field, sizeof(field)) != sizeof(field)) {
-        return FailRead(id, pos) != 0;
-    }
-    ResUsr_(id);
-    const uint32_t length = LoadU32(field);
-    if (id != TAB_ARR && length <= usrLen) {
-        return false;
-    }
-    const auto left = static_cast<uint32_t>(file->Filelength() - file->Tell());
-    buf.hasUser = (mode & kWithUser) != 0;
-    const uint32_t read = buf.hasUser ? length : length - usrLen;
-    if (length > left || !buf.Resize(read) || file->Read(buf.Data(), read) != read) {
-        return FailRead(id, pos) != 0;
-    }
-    const uint32_t behindUser = static_cast<uint32_t>(file->Tell()) + (length - read);
-    const bool stay = (mode & kStayAtUser) != 0;
-    file->Lseek(static_cast<int32_t>(behindUser - (stay ? usrLen : 0)), 0);
-    if (stay) {
-        SetUsr_(id);
-    }
-    if (pos != -1) {
-        pos = static_cast<int32_t>(static_cast<uint32_t>(pos) + length + 4);
-    }
-    return true;
-}
-
-bool CgTab::SplitLine(TAB_ID id, const LineBuffer& buf, LineBody& body) const {
-    const TableTraits& traits = TraitsOf(id);
-    const uint32_t usrLen = buf.hasUser ? UsrLen_(id) : 0;
-    body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
-    body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;
-    body.key = body.extra.Take(traits.fixedKey);
-    if (traits.nameLenBytes != 0) {
-        body.nameLength = traits.nameLenBytes == 1 ? body.extra.TakeU8() : body.extra.TakeU16();
-        body.name = body.extra.Take(body.nameLength * traits.nameUnit);
-    }
-    return !body.extra.HasFailed();
-}
-
 template <typename Record>
 int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr) {
+    Table* const table = TableOf(id);
+    if (!table) {
+        pos = 0;
+        return 0;
+    }
     LineBuffer buf;
-    if (!ReadLine(id, pos, buf, (usr ? kWithUser : 0) | (keepAtUser ? kStayAtUser : 0))) {
+    const unsigned mode = (usr ? Table::kWithUser : 0) | (keepAtUser ? Table::kStayAtUser : 0);
+    if (!table->ReadLine(pos, buf, mode)) {
         return 0;
     }
     LineBody body;
-    if (!SplitLine(id, buf, body) || !Decode(body, line) || body.extra.HasFailed()) {
-        return FailRead(id, pos);
+    if (!table->SplitLine(buf, body) || !Decode(body, line) || body.extra.HasFailed()) {
+        return table->FailRead(pos);
     }
-    if (usr && UsrLen_(id) != 0) {
-        std::memcpy(usr, body.usr, UsrLen_(id));
+    if (usr && table->UsrLen_() != 0) {
+        std::memcpy(usr, body.usr, table->UsrLen_());
     }
     return 1;
 }

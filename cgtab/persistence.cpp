@@ -1,8 +1,7 @@
 // Tables to byte streams and back.
 #include <algorithm>
 
-#include "cgtab/bytes.h"
-#include "cgtab/table_traits.h"
+#include "cgtab/table.h"
 #include "lq_data/cgtab.h"
 
 namespace {
@@ -43,14 +42,14 @@ int CgTab::Restore(STREAM_A& s) {
 }
 
 int32_t CgTab::Put(TAB_ID id, STREAM_A& s) {
-    R_FILE* file = handle_(id);
-    if (!file || !SeekTo(id, 0)) {
+    Table* const table = TableOf(id);
+    if (!table || !table->SeekTo(0)) {
         return 0;
     }
     int32_t written = 0;
     for (;;) {
         const void* piece = nullptr;
-        const auto size = static_cast<int32_t>(file->BlRead(piece));
+        const auto size = static_cast<int32_t>(table->File().BlRead(piece));
         if (size == 0) {
             return written;
         }
@@ -64,18 +63,18 @@ int32_t CgTab::Put(TAB_ID id, STREAM_A& s) {
 
 // The length is only believed as far as the stream bears it out: memory grows with what was read.
 int32_t CgTab::Get(TAB_ID id, STREAM_A& s, int32_t n) {
-    R_FILE* file = handle_(id);
-    if (!file) {
+    Table* const table = TableOf(id);
+    if (!table) {
         return 0;
     }
-    ResUsr_(id);
+    table->ResUsr_();
     unsigned char buffer[kPiece];
     int32_t done = 0;
     while (done < n) {
         const int32_t wanted = std::min(n - done, kPiece);
         const int32_t got = std::clamp(s.GetBlock(buffer, wanted, nullptr), 0, wanted);
         const auto size = static_cast<uint32_t>(got);
-        if (got == 0 || file->Write(buffer, size) != size) {
+        if (got == 0 || table->File().Write(buffer, size) != size) {
             break;
         }
         done += got;
@@ -84,4 +83,22 @@ int32_t CgTab::Get(TAB_ID id, STREAM_A& s, int32_t n) {
         }
     }
     return done;
+}
+
+int32_t CgTab::PutUsr(TAB_ID id, STREAM_A& s) {
+    Table* const table = TableOf(id);
+    const auto put = [&s](R_FILE& file, unsigned char* buffer, uint32_t size) {
+        const auto count = static_cast<int32_t>(size);
+        return file.Read(buffer, size) == size && s.PutBlock(buffer, count, nullptr) == count;
+    };
+    return table ? table->WalkUserAreas(put) : 0;
+}
+
+int32_t CgTab::GetUsr(TAB_ID id, STREAM_A& s) {
+    Table* const table = TableOf(id);
+    const auto get = [&s](R_FILE& file, unsigned char* buffer, uint32_t size) {
+        const auto count = static_cast<int32_t>(size);
+        return s.GetBlock(buffer, count, nullptr) == count && file.Write(buffer, size) == size;
+    };
+    return table ? table->WalkUserAreas(get) : 0;
 }

@@ -80,6 +80,7 @@ void Declaration(const uint8_t* data, size_t size) {
         SetAttrOfUnnamedType(type, POUH_TYPESPEC, &simple);
         const int32_t pos = tables.Insert(decl);
         Require(pos < 0 || tables.Insert(decl) == pos, "a global is found again");
+        Require(CgTabAccess::Check(tables), "the tables are sound");
         DestroyDecl(decl);
     }
 }

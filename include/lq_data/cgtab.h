@@ -12,7 +12,6 @@
 #include "lq_data/types.h"
 
 class CPouRef;
-class HashTable;
 
 // ---------------------------------------------------------------------------------------------
 // Instances to be laid out later
@@ -315,27 +314,17 @@ class LQ_DATA_API CgTab {
     struct DECL_ASCII;
     struct ComponentWalk;
     class LineBuffer;
+    class Table;
 
-    struct TABLE {
-        R_FILE* file = nullptr;
-        uint32_t usrLen = 0;
-    };
-
+    bool MakeTables(const uint32_t* usrLen);
     void CgTabClose();
+    // Null for what is no table, and in a set that was not made.
+    Table* TableOf(TAB_ID id) const;
     R_FILE* handle_(TAB_ID id) const;
-    uint32_t UsrLen_(TAB_ID id) const;
-    void SetUsr_(TAB_ID id);
-    void ResUsr_(TAB_ID id);
-    bool UsrSet_(TAB_ID id) const;
-    bool UsrRes_(TAB_ID id) const { return !UsrSet_(id); }
-    bool SeekTo(TAB_ID id, int32_t pos);
 
     // Lines to records.
-    bool ReadLine(TAB_ID id, int32_t& pos, LineBuffer& buf, unsigned mode);
-    int FailRead(TAB_ID id, int32_t& pos);
     template <typename Record>
     int ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr);
-    bool SplitLine(TAB_ID id, const LineBuffer& buf, LineBody& body) const;
     const char16_t* KeepText(const LineBody& body);
     bool GetTypeDsc(IEC_TYPE type, LineBody& body, TYP_DSC& dsc);
     bool Decode(LineBody& body, DBG_INFO& line);
@@ -347,33 +336,14 @@ class LQ_DATA_API CgTab {
     bool Decode(LineBody& body, LBL_LINE& line);
     bool Decode(LineBody& body, TMP_LINE& line);
     bool Decode(LineBody& body, DMM_LINE& line);
-    int32_t Insert(const ArrDsc& a);
     int Read(int32_t& pos, ArrDsc& a);
-    bool SetUsrPos(TAB_ID id, int32_t* pos);
-    template <typename Transfer>
-    int32_t WalkUserAreas(TAB_ID id, Transfer transfer);
 
-    // Search.
-    static bool TransLookDcr(LookTyp& look, uint32_t& len, int& nocase);
-    int32_t LookLine(TAB_ID id, POS_DSC range, LookTyp& look, int inc);
-    int32_t LookLine(TAB_ID id, LookTyp& look, int inc);
-    int32_t WalkLines(TAB_ID id, POS_DSC range, const LookTyp& look, uint32_t len, int nocase,
-                      int inc);
-    static void PassOtherLines(R_FILE& file, const LookTyp& look, uint32_t nameBytes,
-                               POS_DSC& range);
-    int32_t LookIndex(TAB_ID id, const POS_DSC& range, const LookTyp& look, int inc);
-    bool CountUse(TAB_ID id, int32_t pos, int inc);
-    int IsTableHashed(TAB_ID id) const;
-    int CreateHashTable(TAB_ID id);
-    int ClearHashTable(TAB_ID id);
     template <typename Record>
     int32_t LookName(TAB_ID id, POS_DSC range, const char16_t* name, Record* line, int inc);
 
     // Insertion.
-    int32_t AppendLine(TAB_ID id, Line& line);
-    bool EnterIndex(TAB_ID id, const Line& line, int32_t pos);
     int32_t LookOrAppend(TAB_ID id, Line& line);
-    bool ReplaceByte(TAB_ID id, int32_t linePos, uint32_t offset, unsigned char& byte);
+    int32_t Insert(const ArrDsc& a);
     int32_t InsertConstant(const char16_t* text, Val& val);
     int32_t InsertGlobalFBorDUT(DECL_ASCII* decl, POU_INFO& info, uint16_t attr);
 
@@ -383,15 +353,9 @@ class LQ_DATA_API CgTab {
     int32_t Insert(DECL_TYP* decl, DECL_ASCII& d);
     int32_t Insert(DECL_ASCII& d);
     int AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_DSC& range, int count);
-    bool AppendSection(FLIST* decls, ComponentWalk& walk);
-    bool AppendComponent(DECL_ASCII& d, ComponentWalk& walk);
-    int32_t InsertInitialValue(DECL_ASCII& d, const ComponentWalk& walk);
 
-    HashTable* hash[kUserTables] = {};
+    Table* tables = nullptr;  // ten, in the order of TAB_ID; null when the set was not made
     int32_t curPos = 0;
-    TABLE tab[kUserTables];
-    R_FILE* arrFile = nullptr;
-    uint16_t usrFlags = 0;        // one user position flag a table
     char16_t* longBuf = nullptr;  // names of more than 64 characters
     ArrInfo arrInfo;              // the array descriptor decoded last
     alignas(2) unsigned char shortBuf[256] = {};

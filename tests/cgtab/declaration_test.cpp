@@ -97,6 +97,7 @@ TEST(Declarations, Globals) {
         const DeclPtr decl = NewDecl(c.decl);
         const int32_t at = CgTabAccess::InsertGlobal(*tables, decl.get(), fault);
         ASSERT_GE(at, 0) << static_cast<int>(fault);
+        EXPECT_TRUE(CgTabAccess::Check(*tables));
         const CgTab::GLB_LINE line = ReadGlobal(*tables, at);
         EXPECT_EQ(line.type, c.type);
         EXPECT_EQ(line.scope, c.decl.scope);
@@ -237,6 +238,7 @@ TEST(Components, SectionsAttributesAndSkippedDeclarations) {
         EXPECT_EQ(range.start, 0);
         EXPECT_EQ(range.lines, c.lines);
         EXPECT_EQ(Components(*tables), c.components);
+        EXPECT_TRUE(CgTabAccess::Check(*tables));
         if (c.count > 0) {
             EXPECT_EQ(range.end * c.count, CgTabAccess::LengthOf(*tables, CgTab::TAB_CMP));
         }
@@ -320,6 +322,7 @@ TEST(Components, AFailedStepTakesTheSectionsBack) {
     EXPECT_EQ(CgTabAccess::AppendCmp(*tables, bad.Get(), 0x4, &list, range, 2), 0);
     EXPECT_EQ(range.start, length);
     EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_CMP), length);
+    EXPECT_TRUE(CgTabAccess::Check(*tables));
     EXPECT_EQ(tables->Look(CgTab::kWholeTable, u"a", static_cast<CgTab::CMP_LINE*>(nullptr), 1), 0);
 }
 

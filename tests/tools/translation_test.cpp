@@ -68,7 +68,7 @@ TEST(Translation, NothingIsLostInSilenceWhenMemoryIsShort) {
     }
     host::SetProject(nullptr);
     EXPECT_GE(complete, 2);
-    EXPECT_GT(rounds, 200);
+    EXPECT_GT(rounds, 150);
 }
 
 }  // namespace

@@ -1,0 +1,142 @@
+// One table of a set: lines in a record file, found by walking them or through a hash index.
+#pragma once
+
+#include <cstdint>
+
+#include "cgtab/line.h"
+#include "cgtab/table_traits.h"
+#include "lq_data/cgtab.h"
+#include "lq_data/record_file.h"
+
+class HashTable;
+
+// Invariants (Check verifies them for a table whose lines were all appended here; an image may
+// bring anything):
+//  1. The lines lie end to end from 0 to the length of the file. Each holds its key, its name and,
+//     at its end, a user area.
+//  2. While the user position flag is set, the file stands at the user area of a line.
+//  3. The index, when there is one, has one entry a line and no other: the line's position under
+//     its search text. Where texts are unique, no two lines have the same.
+//  4. A table without user areas has no flag, one that is not hashed no index.
+class [[gnu::visibility("hidden")]] CgTab::Table {
+  public:
+    // Beside -1, which says that there is no such line: the search itself could not be done.
+    static constexpr int32_t kSearchFailed = -2;
+
+    Table(TAB_ID id, uint32_t usrLen)
+        : id_(id), usrLen_(lq::cgtab::TraitsOf(id).hasUserArea ? usrLen : 0) {}
+    ~Table() { ClearHashTable(); }
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+
+    // False when memory was short for the file; the table is then only to be destroyed.
+    bool IsOpen() const { return file_.IsOpen() != 0; }
+    R_FILE& File() { return file_; }
+    int32_t Length() const { return file_.Filelength(); }
+    uint32_t UsrLen_() const { return usrLen_; }
+    const lq::cgtab::TableTraits& Traits() const { return lq::cgtab::TraitsOf(id_); }
+    bool IsTableHashed() const { return Traits().isHashed; }
+
+    // The user position flag.
+    void SetUsr_() { atUser_ = Traits().hasUserArea; }
+    void ResUsr_() { atUser_ = false; }
+    bool UsrSet_() const { return atUser_; }
+    bool UsrRes_() const { return !atUser_; }
+
+    // Clears the flag and moves; false when the position is not within the file.
+    bool SeekTo(int32_t pos);
+    bool AtEnd() const { return file_.Eof() != 0; }
+    // Drops the lines and the index.
+    bool Clear();
+    // Takes back the lines from `pos` on, and the index with them.
+    void TruncateTo(int32_t pos);
+
+    // --- Lines -------------------------------------------------------------------------------
+
+    // The line at `pos`, or at the current position for -1, without its user area, unless `mode`
+    // asks for it. On success `pos` is the next line's (-1 stays). A line without room for its user
+    // area is no line, and the table stays where that showed; for any other failure FailRead has
+    // been called.
+    static constexpr unsigned kWithUser = 1;    // the user area is part of what is read
+    static constexpr unsigned kStayAtUser = 2;  // leave the table at the user area
+    bool ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode);
+    // Takes a line apart; false when it is too short for its key and its name.
+    bool SplitLine(const LineBuffer& buf, LineBody& body) const;
+    // What every failed read leaves: the table and `pos` at 0. Always 0.
+    int FailRead(int32_t& pos);
+
+    // Appends a line whose key is complete: its position, or -1 and the table is as it was.
+    int32_t AppendLine(Line& line);
+    // The equal line, or a new one; -1 when there can be none.
+    int32_t LookOrAppend(Line& line);
+    // Exchanges `byte` with the one at `offset` behind the length field of a line; the table then
+    // stands at the line.
+    bool ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte);
+
+    // --- Searching ---------------------------------------------------------------------------
+
+    // Completes a key. False when the name is too long for its length field.
+    static bool TransLookDcr(LookTyp& look, uint32_t& len, int& nocase);
+    // The first line in the range, in a table with an index the newest; -1 when there is none, or
+    // kSearchFailed. A use is counted with `inc` non-zero, where uses are counted.
+    int32_t LookLine(POS_DSC range, LookTyp& look, int inc);
+    int32_t LookLine(LookTyp& look, int inc) { return LookLine(kWholeTable, look, inc); }
+
+    // Builds the index from the lines, the table's position staying: 1, or 0 and there is none.
+    int CreateHashTable();
+    void ClearHashTable();
+    // The index, built if need be; null when the table has none or memory is short.
+    HashTable* Index();
+
+    // --- User areas --------------------------------------------------------------------------
+
+    // Moves to the user area of the line at `*pos`, which becomes the area's own position; with
+    // null or -1 to that of the current line.
+    bool SetUsrPos(int32_t* pos);
+    // Writes the area of the line at `pos`, or of the current line for -1.
+    bool WriteUsr(int32_t& pos, const void* usr);
+    // The first line from the current position on whose user area equals `data`, behind which the
+    // table then stands; or -1.
+    int32_t LookUsr(const void* data);
+    // Lets `transfer(file, buffer, size)` move each line's user area between the table, which
+    // stands at it, and a buffer. The bytes transferred; -1, and the table is emptied, when a step
+    // fails.
+    template <typename Transfer>
+    int32_t WalkUserAreas(Transfer transfer);
+
+    // Whether the invariants hold; for tests.
+    bool Check();
+
+  private:
+    // What the length field at the current position says, if the table has as many bytes.
+    bool ReadLength(uint32_t& length);
+    bool EnterIndex(const Line& line, int32_t pos);
+    int32_t WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int nocase, int inc);
+    void PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_DSC& range);
+    int32_t LookIndex(const POS_DSC& range, const LookTyp& look, int inc);
+    bool CountUse(int32_t pos, int inc);
+
+    TAB_ID id_;
+    uint32_t usrLen_;
+    R_FILE file_{lq::cgtab::kBlockSize};
+    bool atUser_ = false;
+    HashTable* index_ = nullptr;
+};
+
+template <typename Transfer>
+int32_t CgTab::Table::WalkUserAreas(Transfer transfer) {
+    auto* buffer = static_cast<unsigned char*>(lq::Allocate(usrLen_));
+    bool whole = buffer && (!Traits().hasUserArea || SeekTo(0));
+    uint32_t moved = 0;
+    while (whole && !AtEnd()) {
+        whole = SetUsrPos(nullptr) && (usrLen_ == 0 || transfer(file_, buffer, usrLen_));
+        ResUsr_();
+        moved += usrLen_;
+    }
+    lq::Release(buffer);
+    if (!whole) {
+        Clear();
+        return -1;
+    }
+    return static_cast<int32_t>(moved);
+}

@@ -1,0 +1,103 @@
+// A table's lines: read and taken apart, appended, changed in place. What a line claims is checked
+// against what is there before it is used: images may come from anywhere.
+#include <limits>
+
+#include "cgtab/table.h"
+
+int CgTab::Table::FailRead(int32_t& pos) {
+    SeekTo(0);
+    pos = 0;
+    return 0;
+}
+
+bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
+    if (pos != -1) {
+        if (!SeekTo(pos)) {
+            return FailRead(pos) != 0;
+        }
+    } else if (UsrSet_() && file_.Lseek(static_cast<int32_t>(usrLen_), 1) < 0) {
+        return FailRead(pos) != 0;  // unreachable: the flag is set only where an area lies
+    }
+    unsigned char field[4];
+    if (file_.Read(field, sizeof(field)) != sizeof(field)) {
+        return FailRead(pos) != 0;
+    }
+    ResUsr_();
+    const uint32_t length = lq::cgtab::LoadU32(field);
+    if (Traits().hasUserArea && length <= usrLen_) {
+        return false;
+    }
+    const auto left = static_cast<uint32_t>(file_.Filelength() - file_.Tell());
+    buf.hasUser = (mode & kWithUser) != 0;
+    const uint32_t read = buf.hasUser ? length : length - usrLen_;
+    if (length > left || !buf.Resize(read) || file_.Read(buf.Data(), read) != read) {
+        return FailRead(pos) != 0;
+    }
+    const uint32_t behindUser = static_cast<uint32_t>(file_.Tell()) + (length - read);
+    const bool stay = (mode & kStayAtUser) != 0;
+    file_.Lseek(static_cast<int32_t>(behindUser - (stay ? usrLen_ : 0)), 0);
+    if (stay) {
+        SetUsr_();
+    }
+    if (pos != -1) {
+        pos = static_cast<int32_t>(static_cast<uint32_t>(pos) + length + 4);
+    }
+    return true;
+}
+
+bool CgTab::Table::SplitLine(const LineBuffer& buf, LineBody& body) const {
+    const lq::cgtab::TableTraits& traits = Traits();
+    const uint32_t usrLen = buf.hasUser ? usrLen_ : 0;
+    body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
+    body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;
+    body.key = body.extra.Take(traits.fixedKey);
+    if (traits.nameLenBytes != 0) {
+        body.nameLength = traits.nameLenBytes == 1 ? body.extra.TakeU8() : body.extra.TakeU16();
+        body.name = body.extra.Take(body.nameLength * traits.nameUnit);
+    }
+    return !body.extra.HasFailed();
+}
+
+int32_t CgTab::Table::AppendLine(Line& line) {
+    ResUsr_();
+    const int32_t pos = file_.Lseek(0, 2);
+    const LookTyp& look = line.look;
+    const uint32_t nameBytes = look.NameLength() * Traits().nameUnit;
+    const uint64_t total = uint64_t{look.keylen} + nameBytes + line.extralen + usrLen_;
+    const auto room = static_cast<uint64_t>(std::numeric_limits<int32_t>::max() - pos);
+    if (total + 4 > room) {
+        return -1;
+    }
+    line.total = static_cast<uint32_t>(total);
+    lq::cgtab::ByteWriter<4 + sizeof(look.key)> head;
+    head.PutU32(line.total);
+    head.PutBytes(look.key, look.keylen);
+    const int32_t end = pos + 4 + static_cast<int32_t>(line.total);
+    const auto write = [this](const void* bytes, uint32_t count) {
+        return count == 0 || file_.Write(bytes, count) == count;
+    };
+    const bool whole = write(head.Data(), head.Size()) && write(look.name, nameBytes) &&
+                       write(line.extra, line.extralen) && file_.Chsize(end) == 0;
+    if (!whole || (IsTableHashed() && !EnterIndex(line, pos))) {
+        file_.Lseek(pos, 0);
+        file_.Chsize(pos);
+        return -1;
+    }
+    if (usrLen_ != 0) {
+        SetUsr_();
+    }
+    return pos;
+}
+
+int32_t CgTab::Table::LookOrAppend(Line& line) {
+    const int32_t found = LookLine(line.look, 0);
+    return found == -1 ? AppendLine(line) : found < 0 ? -1 : found;
+}
+
+bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte) {
+    const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
+    const unsigned char replacement = byte;
+    ResUsr_();
+    return file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
+           file_.Write(&replacement, 1) == 1 && file_.Lseek(linePos, 0) == linePos;
+}

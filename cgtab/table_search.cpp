@@ -1,0 +1,220 @@
+// Finding a table's lines: by walking them, or through the hash index.
+#include <algorithm>
+#include <cstring>
+
+#include "cgtab/search_text.h"
+#include "cgtab/table.h"
+#include "frame/chars.h"
+#include "lq_data/hash_table.h"
+
+using lq::cgtab::LoadU32;
+
+namespace {
+
+constexpr uint32_t kIndexBuckets = 10001;
+
+}  // namespace
+
+bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
+    nocase = look.flags & LookTyp::kIgnoreCase;
+    if (look.flags & LookTyp::kLengthInKey) {
+        len = look.NameLength();
+        return true;
+    }
+    len = 0;
+    if (look.name) {
+        const size_t length = lq::chars::Length(static_cast<const char16_t*>(look.name));
+        const uint32_t width = look.NameLenBytes();
+        if (length >= size_t{1} << (8 * width)) {
+            return false;
+        }
+        len = static_cast<uint32_t>(length);
+        for (uint32_t i = 0; i < width; ++i) {
+            look.AddKey(len >> (8 * i) & 0xFF);
+        }
+    }
+    look.flags |= LookTyp::kLengthInKey;
+    return true;
+}
+
+int32_t CgTab::Table::LookLine(POS_DSC range, LookTyp& look, int inc) {
+    uint32_t len = 0;
+    int nocase = 0;
+    if (!TransLookDcr(look, len, nocase)) {
+        return kSearchFailed;
+    }
+    const int32_t before = file_.Tell();
+    range.end = std::min(range.end, Length());
+    const int32_t found =
+        IsTableHashed() ? LookIndex(range, look, inc) : WalkLines(range, look, len, nocase, inc);
+    if (file_.Tell() != before) {
+        ResUsr_();
+    }
+    return found;
+}
+
+// Passes lines that differ, as far as they lie in one block. Stops at a line that takes a closer
+// look, and at the last of the range, so that the caller's steps decide and leave the table where
+// it is to stand.
+void CgTab::Table::PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_DSC& range) {
+    const void* piece = nullptr;
+    uint32_t left = file_.Lseek(range.start, 0) == range.start ? file_.BlRead(piece) : 0;
+    const auto* line = static_cast<const unsigned char*>(piece);
+    while (range.lines > 1 && left >= 4 + look.keylen) {
+        const uint32_t length = LoadU32(line);
+        if (length < look.keylen || length > left - 4) {
+            return;
+        }
+        const unsigned char* const name = line + 4 + look.keylen;
+        if (std::memcmp(line + 4, look.key, look.keylen) == 0 &&
+            (length - look.keylen < nameBytes || nameBytes == 0 ||
+             std::memcmp(name, look.name, nameBytes) == 0)) {
+            return;
+        }
+        const auto size = static_cast<int32_t>(4 + length);
+        if (size >= range.end - range.start) {
+            return;
+        }
+        range.start += size;
+        --range.lines;
+        line += size;
+        left -= static_cast<uint32_t>(size);
+    }
+}
+
+int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int nocase,
+                                int inc) {
+    const uint32_t headSize = 4 + look.keylen;
+    const uint32_t nameBytes = look.name ? len * Traits().nameUnit : 0;
+    for (; range.start < range.end && range.lines >= 1; --range.lines) {
+        if (!nocase) {
+            PassOtherLines(look, nameBytes, range);
+        }
+        const int32_t pos = range.start;
+        unsigned char head[4 + sizeof(look.key)];
+        if (file_.Lseek(pos, 0) != pos || file_.Read(head, headSize) != headSize) {
+            return kSearchFailed;
+        }
+        const uint32_t length = LoadU32(head);
+        const auto left = static_cast<uint32_t>(Length() - pos - 4);
+        if (length < look.keylen || length > left) {
+            return kSearchFailed;
+        }
+        int differs = std::memcmp(head + 4, look.key, look.keylen);
+        if (differs == 0 && look.name) {
+            const auto rest = static_cast<int32_t>(length - look.keylen);
+            if (file_.Cmp({look.name, nameBytes, rest, nocase}, &differs) != 0) {
+                return kSearchFailed;
+            }
+        }
+        if (differs == 0) {
+            if (inc != 0 && !CountUse(pos, inc)) {
+                return kSearchFailed;
+            }
+            return file_.Lseek(pos, 0);
+        }
+        range.start += static_cast<int32_t>(4 + length);
+    }
+    return -1;
+}
+
+int32_t CgTab::Table::LookIndex(const POS_DSC& range, const LookTyp& look, int inc) {
+    lq::cgtab::SearchText text;
+    if (!Index() || !text.Form(id_, look.key, look.name, look.NameLength())) {
+        return kSearchFailed;
+    }
+    const bool hasSections = Traits().countsUses;  // components and labels
+    void* entry = nullptr;
+    int32_t pos = index_->GetPos(text.Get(), entry);
+    while (hasSections && entry && (pos < range.start || pos >= range.end)) {
+        pos = index_->GetNext(text.Get(), entry);
+    }
+    if (!entry) {
+        return -1;
+    }
+    if (inc != 0 && hasSections) {
+        CountUse(pos, inc);
+    }
+    return std::max(file_.Lseek(pos, 0), -1);
+}
+
+// Adds to the count that ends a line's extra bytes. A count that would become negative stays.
+bool CgTab::Table::CountUse(int32_t pos, int inc) {
+    uint32_t length = 0;
+    unsigned char field[4];
+    const uint64_t behindCount = uint64_t{usrLen_} + sizeof(field);
+    if (file_.Lseek(pos, 0) != pos || !ReadLength(length) || length < behindCount) {
+        return false;
+    }
+    const int32_t countPos = pos + 4 + static_cast<int32_t>(length - behindCount);
+    if (file_.Lseek(countPos, 0) != countPos || file_.Read(field, sizeof(field)) != sizeof(field)) {
+        return false;
+    }
+    const uint32_t sum = LoadU32(field) + static_cast<uint32_t>(inc);
+    if (static_cast<int32_t>(sum) < 0) {
+        return false;
+    }
+    lq::cgtab::StoreU32(field, sum);
+    return file_.Lseek(countPos, 0) == countPos &&
+           file_.Write(field, sizeof(field)) == sizeof(field);
+}
+
+// An index that could not take all lines is dropped, so that a search never misses one silently;
+// the table ends, as it does for every reader, at its end or in front of what is no line.
+int CgTab::Table::CreateHashTable() {
+    if (!IsTableHashed()) {
+        return 0;
+    }
+    ClearHashTable();
+    auto* index = new HashTable(kIndexBuckets, Traits().caseSensitiveIndex ? 1 : 0);
+    if (!index) {
+        return 0;
+    }
+    const int allowDuplicates = Traits().isUnique ? 0 : 1;
+    const int32_t before = file_.Tell();
+    const bool atUser = UsrSet_();
+    bool entered = true;
+    LineBuffer buf;
+    LineBody body;
+    lq::cgtab::SearchText text;
+    int32_t next = 0;
+    for (int32_t pos = 0; entered; pos = next) {
+        if (!ReadLine(next, buf, 0) || !SplitLine(buf, body)) {
+            entered = !buf.IsShort();
+            break;
+        }
+        entered = text.Form(id_, body.key, body.name, body.nameLength) &&
+                  index->Insert(text.Get(), pos, allowDuplicates) != nullptr;
+    }
+    SeekTo(before);
+    atUser_ = atUser;
+    if (!entered) {
+        delete index;
+        return 0;
+    }
+    index_ = index;
+    return 1;
+}
+
+void CgTab::Table::ClearHashTable() {
+    delete index_;
+    index_ = nullptr;
+}
+
+HashTable* CgTab::Table::Index() {
+    if (!index_) {
+        CreateHashTable();
+    }
+    return index_;
+}
+
+// An index that does not exist yet is built from all lines, the new one included.
+bool CgTab::Table::EnterIndex(const Line& line, int32_t pos) {
+    if (!index_) {
+        return CreateHashTable() != 0;
+    }
+    lq::cgtab::SearchText text;
+    const LookTyp& look = line.look;
+    return text.Form(id_, look.key, look.name, look.NameLength()) &&
+           index_->Insert(text.Get(), pos, Traits().isUnique ? 0 : 1) != nullptr;
+}
