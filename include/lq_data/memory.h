@@ -4,8 +4,9 @@
 // that links another definition of the two (tests do) counts, fills, guards and fails every
 // allocation of the library without a change to the code under test.
 //
-// Callers need this header in two cases only: to release a block that the library hands over (a
-// token's overflow text taken from a Scanner), and to hand text over to the library's ownership.
+// Callers need this header in three cases only: to release a block that the library hands over (a
+// token's overflow text taken from a Scanner), to hand text over to the library's ownership, and to
+// hear of a shortage of memory when it happens.
 #pragma once
 
 #include <cstddef>
@@ -23,6 +24,17 @@ LQ_DATA_API void* Allocate(std::size_t bytes) noexcept;
 
 // Gives a block back. Null is allowed.
 LQ_DATA_API void Release(void* block) noexcept;
+
+// What is called when memory is short, before a result says so, by whatever thread asked for it.
+using ShortageHandler = void (*)() noexcept;
+
+// Sets the handler of this process, and gives the one before; null, as at first, for none. It is
+// for programs that rather end at once, as lq does, than look for a shortage in each result, where
+// it may be hard to tell from other answers. A handler that returns lets the result tell.
+LQ_DATA_API ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept;
+
+// Calls the handler. Allocate does, and so does what gets its memory elsewhere, as from the system.
+LQ_DATA_API void ReportShortage() noexcept;
 
 // An array of `count` elements of a trivial type, uninitialised; null when memory is short or the
 // size does not fit a size_t. Released with Release.

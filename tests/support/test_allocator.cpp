@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <malloc.h>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,7 @@ std::size_t largest = 0;
 int64_t untilFailure = 0;  // 0: none is due
 bool failAllLater = false;
 bool hasFailed = false;
+lq::ShortageHandler shortageHandler = nullptr;
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kGuarded = false;  // its red zones see more, reading included
@@ -79,6 +81,7 @@ void* Allocate(std::size_t bytes) noexcept {
     void* const block =
         FailsNow() || !fits ? nullptr : std::malloc(std::max<std::size_t>(bytes + kBehind, 1));
     if (!block) {
+        ReportShortage();
         return nullptr;
     }
     if (kGuarded) {
@@ -98,6 +101,16 @@ void Release(void* block) noexcept {
         CheckGuard(block);
     }
     std::free(block);
+}
+
+ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept {
+    return std::exchange(shortageHandler, handler);
+}
+
+void ReportShortage() noexcept {
+    if (shortageHandler) {
+        shortageHandler();
+    }
 }
 
 }  // namespace lq
