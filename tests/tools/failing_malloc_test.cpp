@@ -21,6 +21,8 @@ struct Job {
     std::vector<const char*> arguments;  // "out" is the file that is written
     const char* input = "";
     const char* config = "english";
+
+    friend void PrintTo(const Job& job, std::ostream* out) { *out << job.name; }
 };
 
 // Messages are in English until the registered code page is read.
