@@ -11,6 +11,7 @@
 #include "lq_data/memory.h"
 #include "tools/lq/command.h"
 #include "tools/lq/output_file.h"
+#include "tools/lq/progress.h"
 
 namespace lq::tool {
 
@@ -23,7 +24,8 @@ namespace {
     }
     RemoveUnfinishedFile();
     for (const std::string_view part :
-         {std::string_view("lq: "), host::Translated("memory is short"), std::string_view("\n")}) {
+         {Progress::Wiper(), std::string_view("lq: "), host::Translated("memory is short"),
+          std::string_view("\n")}) {
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, part.data(), part.size());
     }
     _exit(kCannotWork);
