@@ -1,15 +1,30 @@
 #include "frame/chars.h"
 
 #include <locale.h>
+#include <unistd.h>
 #include <wctype.h>
+
+#include "lq_data/memory.h"
 
 namespace lq::chars {
 
 namespace {
 
+// Where glibc looks last. What it finds there and cannot make is for want of memory; it says the
+// same as of a locale that is not there, and never tries that file again.
+constexpr char kUnicodeFile[] = "/usr/lib/locale/C.utf8/LC_CTYPE";
+
+locale_t MakeUnicodeLocale() noexcept {
+    const locale_t made = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+    if (made == locale_t{} && access(kUnicodeFile, R_OK) == 0) {
+        ReportShortage();
+    }
+    return made;
+}
+
 // Lives as long as the process: character classes may be asked for during static destruction.
 locale_t UnicodeLocale() noexcept {
-    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+    static const locale_t locale = MakeUnicodeLocale();
     return locale;
 }
 

@@ -1,29 +1,42 @@
 #include "lq_data/memory.h"
 
+#include <atomic>
 #include <cstdlib>
 
 namespace lq {
 
 namespace {
 
-constinit thread_local uint32_t failedAllocations = 0;
+constinit std::atomic<ShortageHandler> shortageHandler = nullptr;
+constinit thread_local uint32_t shortages = 0;
 
 }  // namespace
 
 void* Allocate(std::size_t bytes) noexcept {
     void* const block = std::malloc(bytes ? bytes : 1);
     if (!block) {
-        ++failedAllocations;
+        ReportShortage();
     }
     return block;
 }
 
-uint32_t FailedAllocations() noexcept {
-    return failedAllocations;
-}
-
 void Release(void* block) noexcept {
     std::free(block);
+}
+
+ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept {
+    return shortageHandler.exchange(handler);
+}
+
+void ReportShortage() noexcept {
+    ++shortages;
+    if (const ShortageHandler handler = shortageHandler) {
+        handler();
+    }
+}
+
+uint32_t CountShortages() noexcept {
+    return shortages;
 }
 
 }  // namespace lq

@@ -5,6 +5,7 @@
 // that a section without entries is heard of as well.
 #include "host/framework/ini_file.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -13,6 +14,7 @@
 
 #include "frame/chars.h"
 #include "host/text/utf.h"
+#include "lq_data/memory.h"
 
 namespace lq::host {
 
@@ -109,6 +111,9 @@ IniLookup FindInIni(const char* path, const char16_t* section, const char16_t* k
     value[0] = 0;
     std::FILE* file = std::fopen(path, "re");
     if (!file) {
+        if (errno == ENOMEM) {
+            ReportShortage();
+        }
         return IniLookup::kNoSection;
     }
     Reader reader{file};

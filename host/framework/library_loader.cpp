@@ -1,5 +1,6 @@
 // Loading libraries by file name, most of all resource libraries: the search for the file and the
 // handle of what was loaded.
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
@@ -15,9 +16,18 @@ namespace lq::host {
 
 namespace {
 
+void* OpenFile(const char* path) noexcept {
+    errno = 0;
+    void* const opened = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (!opened && errno == ENOMEM) {  // left by malloc, beneath the loader
+        ReportShortage();
+    }
+    return opened;
+}
+
 void* OpenIn(const char* folder, const char* name) noexcept {
     PathBuffer path;
-    return FormatPath(path, "%s/%s", folder, name) ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
+    return FormatPath(path, "%s/%s", folder, name) ? OpenFile(path) : nullptr;
 }
 
 void* OpenBeside(HINSTANCE module, const char* name) noexcept {
@@ -39,7 +49,7 @@ void* OpenBesideProgram(const char* name) noexcept {
 
 void* Open(const char* name) noexcept {
     if (std::strchr(name, '/')) {
-        return dlopen(name, RTLD_NOW | RTLD_LOCAL);
+        return OpenFile(name);
     }
     const char* const chosen = secure_getenv("LQ_DATA_RESOURCES");
     if (chosen && *chosen) {

@@ -10,6 +10,7 @@
 #include <expat.h>
 
 #include "host/plcopen/xml_error.h"
+#include "host/plcopen/xml_memory.h"
 #include "host/text/message.h"
 
 namespace lq::host::plcopen {
@@ -65,7 +66,9 @@ class ElementStack {
 class Parser {
   public:
     Parser(ElementHandler& handler, XmlFault& fault)
-        : handler_(handler), fault_(fault), expat_(XML_ParserCreateNS(nullptr, kNamespaceEnd)) {
+        : handler_(handler),
+          fault_(fault),
+          expat_(XML_ParserCreate_MM(nullptr, &kXmlMemory, &kNamespaceEnd)) {
         if (!expat_) {
             throw std::bad_alloc();
         }
@@ -310,7 +313,12 @@ class Parser {
 }  // namespace
 
 bool ParseXml(std::istream& source, ElementHandler& handler, XmlFault& fault) {
-    return Parser(handler, fault).Read(source);
+    const std::uint32_t shortages = XmlShortages();
+    const bool complete = Parser(handler, fault).Read(source);
+    if (XmlShortages() != shortages) {
+        throw std::bad_alloc();
+    }
+    return complete;
 }
 
 }  // namespace lq::host::plcopen

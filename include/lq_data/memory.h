@@ -5,8 +5,8 @@
 // allocation of the library without a change to the code under test.
 //
 // Callers need this header to release a block that the library hands over (a token's overflow text
-// taken from a Scanner), to hand text over to the library's ownership, and to ask whether memory
-// was short.
+// taken from a Scanner), to hand text over to the library's ownership, and to hear of a shortage of
+// memory when it happens, or ask whether there was one.
 #pragma once
 
 #include <cstddef>
@@ -26,17 +26,29 @@ LQ_DATA_API void* Allocate(std::size_t bytes) noexcept;
 // Gives a block back. Null is allowed.
 LQ_DATA_API void Release(void* block) noexcept;
 
-// How many allocations of this thread have failed so far, modulo 2^32.
-LQ_DATA_API uint32_t FailedAllocations() noexcept;
+// What is called when memory is short, before a result says so, by whatever thread asked for it.
+using ShortageHandler = void (*)() noexcept;
+
+// Sets the handler of this process, and gives the one before; null, as at first, for none. It is
+// for programs that rather end at once, as lq does, than look for a shortage in each result, where
+// it may be hard to tell from other answers. A handler that returns lets the result tell.
+LQ_DATA_API ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept;
+
+// Counts a shortage and calls the handler. Allocate does, and so does what gets its memory
+// elsewhere, as from the system; a model of one's own should, too.
+LQ_DATA_API void ReportShortage() noexcept;
+
+// How many shortages this thread has met so far, modulo 2^32.
+LQ_DATA_API uint32_t CountShortages() noexcept;
 
 // Whether memory has run short in this thread since the watch was made: tells "nothing" from "no
 // memory" where a result has one answer for both. A shortage that was got over counts, too.
 class MemoryWatch {
   public:
-    bool WasShort() const noexcept { return FailedAllocations() != before_; }
+    bool WasShort() const noexcept { return CountShortages() != before_; }
 
   private:
-    uint32_t before_ = FailedAllocations();
+    uint32_t before_ = CountShortages();
 };
 
 // An array of `count` elements of a trivial type, uninitialised; null when memory is short or the

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <malloc.h>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,12 @@
 namespace {
 
 int64_t liveBlocks = 0;
-uint32_t failures = 0;
+uint32_t shortages = 0;
 std::size_t largest = 0;
 int64_t untilFailure = 0;  // 0: none is due
 bool failAllLater = false;
 bool hasFailed = false;
+lq::ShortageHandler shortageHandler = nullptr;
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kGuarded = false;  // its red zones see more, reading included
@@ -80,7 +82,7 @@ void* Allocate(std::size_t bytes) noexcept {
     void* const block =
         FailsNow() || !fits ? nullptr : std::malloc(std::max<std::size_t>(bytes + kBehind, 1));
     if (!block) {
-        ++failures;
+        ReportShortage();
         return nullptr;
     }
     if (kGuarded) {
@@ -91,8 +93,8 @@ void* Allocate(std::size_t bytes) noexcept {
     return block;
 }
 
-uint32_t FailedAllocations() noexcept {
-    return failures;
+uint32_t CountShortages() noexcept {
+    return shortages;
 }
 
 void Release(void* block) noexcept {
@@ -104,6 +106,17 @@ void Release(void* block) noexcept {
         CheckGuard(block);
     }
     std::free(block);
+}
+
+ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept {
+    return std::exchange(shortageHandler, handler);
+}
+
+void ReportShortage() noexcept {
+    ++shortages;
+    if (shortageHandler) {
+        shortageHandler();
+    }
 }
 
 }  // namespace lq

@@ -24,8 +24,9 @@ int Open(const std::string& path, struct stat& info) {
     const int descriptor =
         path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0 || fstat(descriptor, &info) != 0) {
+        const int error = errno;  // making the exception may change it
         throw CommandError(
-            Say("{}: cannot be opened: {}", DisplayName(path), std::strerror(errno)));
+            Say("{}: cannot be opened: {}", DisplayName(path), std::strerror(error)));
     }
     return descriptor;
 }

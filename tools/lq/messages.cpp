@@ -12,9 +12,10 @@ namespace lq::tool {
 
 namespace {
 
+// In one piece, lest memory is short within it.
 void PrintLineOf(const std::string& origin, const std::string& text) {
     const auto pause = Progress::Hide();
-    std::cerr << Bold(Stream::kMessages, origin + ":") << ' ' << OneLine(text) << std::endl;
+    std::cerr << Bold(Stream::kMessages, origin + ":") + ' ' + OneLine(text) + '\n' << std::flush;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tools/lq/process.h"
 
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <new>
@@ -7,26 +8,41 @@
 #include <unistd.h>
 
 #include "host/text/message.h"
+#include "lq_data/memory.h"
 #include "tools/lq/command.h"
 #include "tools/lq/output_file.h"
+#include "tools/lq/progress.h"
 
 namespace lq::tool {
 
 namespace {
 
-[[noreturn]] void EndWithoutMemory() {
+[[noreturn]] void EndWithoutMemory() noexcept {
+    static constinit std::atomic_flag isEnding;
+    while (isEnding.test_and_set()) {  // another thread speaks, and ends this one
+        pause();
+    }
     RemoveUnfinishedFile();
     for (const std::string_view part :
-         {std::string_view("lq: "), host::Translated("memory is short"), std::string_view("\n")}) {
+         {Progress::Wiper(), std::string_view("lq: "), host::Translated("memory is short"),
+          std::string_view("\n")}) {
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, part.data(), part.size());
     }
     _exit(kCannotWork);
 }
 
+void EndWhenMemoryIsShort() {
+    std::set_new_handler(EndWithoutMemory);
+    SetShortageHandler(EndWithoutMemory);
+}
+
+// The loader calls what stands here when the program is in place, and then only makes the static
+// objects of libraries and program, among them those of the command line's library.
+[[gnu::section(".preinit_array"), gnu::used]] void (*beforeStaticObjects)() = EndWhenMemoryIsShort;
+
 }  // namespace
 
 void PrepareProcess() {
-    std::set_new_handler(EndWithoutMemory);
     std::signal(SIGPIPE, SIG_DFL);
     std::signal(SIGXFSZ, SIG_IGN);
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {

@@ -7,8 +7,11 @@ namespace lq::tool {
 // at once and without a word, and a file that grows beyond the permitted size is an error of the
 // write, whatever the parent process has set. The descriptors 0 to 2 are taken when they are
 // closed, so that no file the program opens becomes a standard stream; their use still fails.
-// Memory: where operator new has none, the program ends with a message at once, since what the
-// commands hold needs memory of its own to be given back.
+//
+// Memory needs no call: from before the first static object is made, a program with this file ends
+// with one message as soon as operator new or the library's allocation has none, or ReportShortage
+// is called. So no command has to tell "no memory" from the other answers of the library, and no
+// result that lacks something is ever printed.
 void PrepareProcess();
 
 }  // namespace lq::tool

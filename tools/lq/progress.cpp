@@ -21,7 +21,9 @@ constexpr auto kInterval = std::chrono::milliseconds(100);
 // silent.
 const Clock::time_point firstSign = Clock::now() + kFirst;
 
-Progress* current = nullptr;
+constexpr char kWiper[] = "\r\x1B[K";
+
+std::atomic<Progress*> current = nullptr;
 
 // The longest beginning of the text that has no more bytes, and ends with a whole character.
 std::string Cut(const std::string& text, size_t bytes) {
@@ -80,12 +82,18 @@ std::unique_ptr<Progress> Progress::OfResults(const std::string& what, uint64_t 
 }
 
 std::unique_lock<std::mutex> Progress::Hide() {
-    if (!current) {
+    Progress* const shown = current;
+    if (!shown) {
         return {};
     }
-    std::unique_lock lock(current->mutex_);
-    current->Clear();
+    std::unique_lock lock(shown->mutex_);
+    shown->Clear();
     return lock;
+}
+
+std::string_view Progress::Wiper() noexcept {
+    const Progress* const shown = current;
+    return shown && shown->isShown_ ? kWiper : "";
 }
 
 void Progress::Run() {
@@ -113,7 +121,7 @@ void Progress::Show() {
 
 void Progress::Clear() {
     if (isShown_) {
-        std::fputs("\r\x1B[K", stderr);
+        std::fputs(kWiper, stderr);
         std::fflush(stderr);
         isShown_ = false;
     }

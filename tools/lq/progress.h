@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace lq::tool {
@@ -34,6 +35,9 @@ class Progress {
     // Takes the line away, for a message; it comes again when the result is gone.
     [[nodiscard]] static std::unique_lock<std::mutex> Hide();
 
+    // What takes the line away, for an end in the middle of anything: empty where it is not shown.
+    static std::string_view Wiper() noexcept;
+
   private:
     void Run();
     void Show();
@@ -44,7 +48,7 @@ class Progress {
     std::atomic<uint64_t> done_ = 0;
     std::mutex mutex_;  // of the terminal, and of what follows
     std::condition_variable wake_;
-    bool isShown_ = false;
+    std::atomic<bool> isShown_ = false;
     bool isOver_ = false;
     std::thread thread_;
 };

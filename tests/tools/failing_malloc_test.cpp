@@ -1,0 +1,169 @@
+// Every command while memory fails: one allocation of the process, or that one and all later ones.
+// The command gives the whole right result, or one sentence and exit status 2; what it printed
+// until then is a beginning of the right result, and files are as they were or as they should be.
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tools/run_lq.h"
+
+namespace lq::test {
+namespace {
+
+struct Job {
+    const char* name;
+    std::vector<const char*> arguments;  // "out" is the file that is written
+    const char* input = "";
+    const char* config = "english";
+
+    friend void PrintTo(const Job& job, std::ostream* out) { *out << job.name; }
+};
+
+// Messages are in English until the registered code page is read.
+constexpr std::string_view kSentences[] = {"lq: memory is short\n", "lq: メモリが不足しています\n"};
+constexpr char kRegistry[] = "[SOFTWARE\\Veldrane\\Talmor2\\App]\nCodePage=932\n";
+constexpr char kOld[] = "old";
+constexpr long kSamples = 40;  // of a job, unless the environment tells the distance
+
+// With a text that is longer than the scanner's buffer, letters beyond ASCII, and errors.
+const std::string source =
+    "x := 16#G; (* " + std::string(5000, 'a') + " *) 'abc' T#1h 1.5E400 LD Äß;\n";
+
+class FailingMalloc : public testing::TestWithParam<Job> {
+  protected:
+    void SetUp() override {
+        WriteFile(InFolder("plant.xml"), ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+        WriteFile(InFolder("source.st"), source);
+        WriteFile(InFolder("input"), GetParam().input);
+        ASSERT_EQ(RunShell("mkdir -p japanese/user").status, 0);
+        WriteFile(InFolder("japanese/user/registry.ini"), kRegistry);
+        ASSERT_EQ(RunLq("translate plant.xml -o plant.lqt").status, 0);
+    }
+
+    static std::string InFolder(const std::string& name) { return TestFolder() + "/" + name; }
+
+    // Without a shell, whose memory would fail first.
+    Outcome Run(const std::vector<std::string>& variables) {
+        WriteFile(InFolder("out"), kOld);
+        std::vector<std::string> added = variables;
+        added.push_back("LD_PRELOAD=" LQ_TEST_FAILING_MALLOC);
+        added.push_back(std::string("LQ_DATA_CONFIG=") + GetParam().config);
+        std::vector<char*> environment;
+        for (std::string& variable : added) {
+            environment.push_back(variable.data());
+        }
+        environment.push_back(nullptr);
+        std::vector<char*> arguments = {const_cast<char*>("lq")};
+        for (const char* const argument : GetParam().arguments) {
+            arguments.push_back(const_cast<char*>(argument));
+        }
+        arguments.push_back(nullptr);
+        const std::string folder = TestFolder();
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+        constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "input", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, ".out", kWrite, 0666);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, ".err", kWrite, 0666);
+        pid_t child = 0;
+        int status = -1;
+        EXPECT_EQ(
+            posix_spawn(&child, LQ_TOOL, &actions, nullptr, arguments.data(), environment.data()),
+            0);
+        waitpid(child, &status, 0);
+        posix_spawn_file_actions_destroy(&actions);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+                ReadFile(InFolder(".out")), ReadFile(InFolder(".err"))};
+    }
+};
+
+bool IsWhole(const Outcome& outcome, const Outcome& right) {
+    return outcome.status == right.status && outcome.out == right.out && outcome.err == right.err;
+}
+
+// What was said of the input before memory was short stays.
+bool EndsWithOneSentence(const Outcome& outcome, const Outcome& right) {
+    constexpr int kCannotWork = 2;
+    return outcome.status == kCannotWork && right.out.starts_with(outcome.out) &&
+           std::any_of(std::begin(kSentences), std::end(kSentences), [&](std::string_view said) {
+               return outcome.err.ends_with(said) && right.err.starts_with(outcome.err.substr(
+                                                         0, outcome.err.size() - said.size()));
+           });
+}
+
+TEST_P(FailingMalloc, EveryResultIsWholeOrNone) {
+    const Outcome right = Run({"LQ_COUNT_TO=count"});
+    const std::string written = ReadFile(InFolder("out"));
+    const long count = std::atol(ReadFile(InFolder("count")).c_str());
+    const std::vector<std::string> files = FilesIn(TestFolder());
+    ASSERT_GT(count, 500);
+    const char* const every = std::getenv("LQ_TEST_EVERY");
+    const long distance = every ? std::max(1L, std::atol(every)) : count / kSamples + 1;
+    // From job to job others of the allocations that all have in common.
+    const long first = std::hash<std::string_view>()(GetParam().name) % distance;
+    long cutShort = 0;
+    for (const bool all : {false, true}) {
+        for (long at = 1 + (first + (all ? distance / 2 : 0)) % distance; at <= count;
+             at += distance) {
+            const Outcome outcome =
+                Run({"LQ_FAIL_AT=" + std::to_string(at), all ? "LQ_FAIL_ALL=1" : "LQ_FAIL_ONE=1"});
+            const std::string now = ReadFile(InFolder("out"));
+            const bool isWhole = IsWhole(outcome, right) && now == written;
+            cutShort += isWhole ? 0 : 1;
+            ASSERT_TRUE(isWhole ||
+                        (EndsWithOneSentence(outcome, right) && (now == kOld || now == written)))
+                << "allocation " << at << " of " << count << (all ? " and all later" : "")
+                << ", exit status " << outcome.status << ", " << outcome.err << "output:\n"
+                << outcome.out << "\nfile:\n"
+                << now.substr(0, 1000);
+            ASSERT_EQ(FilesIn(TestFolder()), files) << at;
+        }
+    }
+    EXPECT_GT(cutShort, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, FailingMalloc,
+    testing::Values(
+        Job{"Help", {"--help"}}, Job{"Version", {"--version"}}, Job{"HelpOfShow", {"show", "-h"}},
+        Job{"ManPage", {"--generate", "man"}}, Job{"NoCommand", {"nonsense"}},
+        Job{"NoOption", {"show", "plant.xml", "--nonsense"}}, Job{"Types", {"types"}},
+        Job{"TypesJson", {"types", "--json"}},
+        Job{"Value", {"value", "300", "-5", "T#1h30m", "16#FF", "1.5E400", "no"}},
+        Job{"ValueJson", {"value", "-", "--json"}, "1\n2.5\nDT#2024-02-29-12:00:00\nX\n"},
+        Job{"Scan", {"scan", "source.st"}}, Job{"ScanJson", {"scan", "source.st", "--json"}},
+        Job{"ScanErrors", {"scan", "--errors", "source.st"}},
+        Job{"ScanNoText", {"scan", "-"}, "a\xE2\x82"},
+        Job{"Translate", {"translate", "plant.xml", "-o", "out"}},
+        Job{"TranslateToOutput", {"translate", "plant.xml", "-o", "-"}},
+        Job{"TranslateJson", {"translate", "plant.xml", "--json"}},
+        Job{"TranslateNoXml", {"translate", "-"}, "<project><a></project>"},
+        Job{"TranslateNoFile", {"translate", "nowhere.xml"}},
+        Job{"ShowProject", {"show", "plant.xml"}}, Job{"ShowImage", {"show", "plant.lqt"}},
+        Job{"ShowJson", {"show", "plant.lqt", "--json", "-t", "units", "-t", "names"}},
+        Job{"ShowFind", {"show", "plant.xml", "--find", "Mixing.stirring"}},
+        Job{"ShowFindsNothing", {"show", "plant.lqt", "--find", "Pressurs"}},
+        Job{"ShowNoImage", {"show", "source.st"}},
+        Job{"ShowSave", {"show", "plant.lqt", "-t", "arrays", "--save", "out"}},
+        Job{"ReportOfProject", {"report", "plant.xml", "-o", "out"}},
+        Job{"ReportOfImage", {"report", "plant.lqt", "-o", "out"}},
+        Job{"Pou", {"pou", "plant.xml", "Mixing"}},
+        Job{"PouInterface", {"pou", "plant.xml", "Clamp", "--interface", "--json"}},
+        Job{"PouOfNone", {"pou", "plant.xml", "Clmp"}},
+        Job{"Fb", {"fb", "plant.xml", "Mixing", "stirring"}},
+        Job{"FbOfNone", {"fb", "plant.xml", "Mixing", "stiring"}},
+        Job{"Tasks", {"tasks", "plant.xml"}}, Job{"TasksJson", {"tasks", "plant.xml", "--json"}},
+        Job{"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
+        Job{"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
+        Job{"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"}),
+    [](const auto& job) { return job.param.name; });
+
+}  // namespace
+}  // namespace lq::test
