@@ -12,11 +12,23 @@ namespace lq::scanner {
 
 constexpr int32_t kMostDigitsAt = 16;  // as many characters are read, whatever lies there
 
-// The leading digits of a text; with kMostDigitsAt there may be more.
-struct DigitsAtHand {
-    uint64_t value = 0;
-    int32_t count = 0;
+// The digits of a decimal number.
+struct Digits {
+    uint64_t value = 0;     // modulo 2^64
+    int32_t count = 0;      // leading zeros included
+    bool isBeyond = false;  // 64 bits do not hold the number
+
+    void Add(uint32_t digit) {
+        isBeyond |= value > UINT64_MAX / 10 - 1;
+        value = value * 10 + digit;
+        ++count;
+    }
 };
+
+// Of letters, too: as digits of the base 16.
+constexpr uint32_t DigitValue(char16_t c) {
+    return (c & 0xFu) + (c >> 6) * 9u;
+}
 
 namespace detail {
 
@@ -44,8 +56,9 @@ inline uint32_t FourDigits(const char16_t* at, int32_t& count) {
 
 }  // namespace detail
 
-inline DigitsAtHand DigitsAt(const char16_t* at) {
-    DigitsAtHand digits;
+// The leading digits of a text; when there are kMostDigitsAt, more may follow.
+inline Digits DigitsAt(const char16_t* at) {
+    Digits digits;
     for (int32_t count = 4; count == 4 && digits.count < kMostDigitsAt;) {
         const uint32_t four = detail::FourDigits(at + digits.count, count);
         digits.value = digits.value * detail::kPowerOfTen[count] + four;

@@ -5,31 +5,46 @@
 
 using namespace lq::chars;
 
-void Recogniser::Store(char16_t c) {
-    if (s_.stringLength < kValueLength) {
-        s_.valueBuf[s_.stringLength++] = c;
+// The decoded text, in the value buffer; what it has no room for is dropped.
+template <typename Cursor>
+class Recogniser<Cursor>::ValueText {
+  public:
+    explicit ValueText(char16_t* buffer) : buffer_(buffer) {}
+    void Store(char16_t c) {
+        if (length_ < kValueLength) {
+            buffer_[length_++] = c;
+        }
     }
-}
+    void Store(const char16_t* text, int32_t count) {
+        length_ += BufferPair::CopyPiece(buffer_ + length_, kValueLength - length_, text, count);
+    }
+    const char16_t* End() {
+        buffer_[length_] = 0;
+        return buffer_;
+    }
 
-void Recogniser::Store(const char16_t* text, int32_t count) {
-    s_.stringLength += BufferPair::CopyPiece(s_.valueBuf + s_.stringLength,
-                                             kValueLength - s_.stringLength, text, count);
-}
+  private:
+    char16_t* const buffer_;
+    int32_t length_ = 0;
+};
 
-void Recogniser::String() {
+template <typename Cursor>
+Found Recogniser<Cursor>::String() {
+    ValueText value(s_.valueBuf);
     const char16_t quote = Current();
     Next();
     for (;;) {
-        PassRun(lq::scanner::StringRun(),
-                [this](const char16_t* text, int32_t count) { Store(text, count); });
+        cursor_.PassRun(lq::scanner::StringRun(), [&value](const char16_t* text, int32_t count) {
+            value.Store(text, count);
+        });
         const char16_t c = Current();
         if (c == quote) {
             Next();
-            return FinishString();
+            return Finish(TK_STRING, value.End());
         }
         if (c == u',' && lq::scanner::commaEndsString) {
             lq::scanner::commaEndsString = false;
-            return FinishString();
+            return Finish(TK_STRING, value.End());
         }
         if (c == kEnd) {
             return Fail(SE_STRING);
@@ -38,27 +53,27 @@ void Recogniser::String() {
         if (c == u'\n') {
             CountLine();
         } else if (c != u'$') {
-            Store(c);
-        } else if (!Escape()) {
+            value.Store(c);
+        } else if (!Escape(value)) {
             return Fail(SE_STRING);
         }
     }
 }
 
 // Behind "$"; false leaves the character at fault.
-bool Recogniser::Escape() {
+template <typename Cursor>
+inline bool Recogniser<Cursor>::Escape(ValueText& value) {
     if (const lq::scanner::Escape* escape = lq::scanner::FindEscape(Current())) {
         Next();
-        Store(escape->stored[0]);
+        value.Store(escape->stored[0]);
         if (escape->stored[1] != 0) {
-            Store(escape->stored[1]);
+            value.Store(escape->stored[1]);
         }
         return true;
     }
-    return IsHex(Current()) && HexEscape();
-}
-
-bool Recogniser::HexEscape() {
+    if (!IsHex(Current())) {
+        return false;
+    }
     const unsigned high = HexValue(Current());
     Next();
     if (!IsHex(Current())) {
@@ -69,11 +84,8 @@ bool Recogniser::HexEscape() {
         return false;
     }
     Next();
-    Store(static_cast<char16_t>(code));
+    value.Store(static_cast<char16_t>(code));
     return true;
 }
 
-void Recogniser::FinishString() {
-    s_.valueBuf[s_.stringLength] = 0;
-    Finish(TK_STRING, static_cast<const char16_t*>(s_.valueBuf));
-}
+LQ_RECOGNISES(String);
