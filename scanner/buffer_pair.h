@@ -104,15 +104,18 @@ class BufferPair : public CObject {
         } while (done < count);
     }
 
-    // Copies as much of a piece of text as there is room for, and returns how much; wants room for
-    // another kStep characters behind that.
+    // Copies a piece of text; wants room for another kStep characters behind it.
+    static void CopyAll(char16_t* to, const char16_t* from, int32_t count) {
+        if (count <= kShort) {
+            CopyShort(to, from, count);
+        } else {
+            std::memcpy(to, from, static_cast<size_t>(count) * sizeof(char16_t));
+        }
+    }
+    // As much of it as there is room for; returns how much.
     static int32_t CopyPiece(char16_t* to, int32_t room, const char16_t* from, int32_t count) {
         const int32_t copied = count < room ? count : room;
-        if (copied <= kShort) {
-            CopyShort(to, from, copied);
-        } else {
-            std::memcpy(to, from, static_cast<size_t>(copied) * sizeof(char16_t));
-        }
+        CopyAll(to, from, copied);
         return copied;
     }
 

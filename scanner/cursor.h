@@ -53,8 +53,9 @@ class InPlace {
     }
     std::u16string_view EndedText(char16_t* /*spare*/) const { return TextSoFar(nullptr); }
     // Copies the beginning of a token that may go on; leaves room for so many more characters.
-    int32_t CopySoFar(char16_t* dest, int32_t room) const {
-        return BufferPair::CopyPiece(dest, Scanner::kBufferSize - 1 - room, start_, Length());
+    int32_t CopySoFar(char16_t* dest, int32_t /*room*/) const {
+        BufferPair::CopyAll(dest, start_, Length());
+        return Length();
     }
     // Makes the whole text of that beginning when the token has ended.
     int32_t CompleteCopy(char16_t* dest, int32_t length) const {
@@ -63,8 +64,8 @@ class InPlace {
     }
     // The text of an ended token without so many characters at its ends.
     int32_t CopyText(char16_t* dest, int32_t offset, int32_t cut) const {
-        const int32_t length = BufferPair::CopyPiece(dest, Scanner::kBufferSize - 1,
-                                                     start_ + offset, Length() - offset - cut);
+        const int32_t length = Length() - offset - cut;
+        BufferPair::CopyAll(dest, start_ + offset, length);
         dest[length] = 0;
         return length;
     }

@@ -61,7 +61,7 @@ inline Found Recogniser<Cursor>::FinishIdentifier(int32_t length) {
 }
 
 template <typename Cursor>
-Found Recogniser<Cursor>::AtSignIdentifier() {
+[[gnu::noinline]] Found Recogniser<Cursor>::AtSignIdentifier() {
     Next();
     if (!lq::chars::IsLetter(Current()) && !lq::chars::IsDigit(Current())) {
         return Fail(SE_IDENTIFIER);
@@ -111,7 +111,7 @@ inline bool Recogniser<Cursor>::HostAccepts(int32_t length) {
 }
 
 template <typename Cursor>
-typename Recogniser<Cursor>::Mark Recogniser<Cursor>::JudgeMark() {
+[[gnu::noinline]] typename Recogniser<Cursor>::Mark Recogniser<Cursor>::JudgeMark() {
     if (!cursor_.CanPeek()) {
         return Mark::kUnknown;
     }
@@ -168,7 +168,7 @@ bool Recogniser<Cursor>::IsAddressBeginning() {
 
 // The bit of a device address: a point and one hex digit.
 template <typename Cursor>
-Found Recogniser<Cursor>::BitSuffix() {
+[[gnu::noinline]] Found Recogniser<Cursor>::BitSuffix() {
     Next();
     if (!IsA(lq::scanner::kHex)) {
         return Fail(SE_IDENTIFIER);

@@ -46,7 +46,7 @@ inline Found Recogniser<Cursor>::Number() {
     }
     const int32_t length = cursor_.CopySoFar(s_.textBuf, 1);
     if (!EndsWord(Current()) && HostAccepts(length)) {
-        return Apart().Identifier();
+        return Apart().Word();
     }
     if (!lq::scanner::IsWithin(digits, kMaxDecimalDigits)) {
         return Fail(SE_DECIMAL);
@@ -60,7 +60,7 @@ inline Found Recogniser<Cursor>::Number() {
 }
 
 template <typename Cursor>
-Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
+[[gnu::noinline, gnu::flatten]] Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
     const lq::scanner::Base* const base = lq::scanner::FindBase(prefix);
     Next();
     if (!base || !IsA(base->digitClass)) {
@@ -78,7 +78,7 @@ Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
 }
 
 template <typename Cursor>
-Found Recogniser<Cursor>::RangeOrReal(const Digits& whole) {
+[[gnu::noinline, gnu::flatten]] Found Recogniser<Cursor>::RangeOrReal(const Digits& whole) {
     Next();
     if (At(u'.')) {
         Next();

@@ -4,6 +4,7 @@
 
 #include "scanner/identifier.h"
 #include "scanner/number.h"
+#include "scanner/string_literal.h"
 
 using lq::scanner::InPlace;
 using lq::scanner::Ring;
@@ -60,13 +61,13 @@ inline Found Recogniser<Cursor>::Dispatch() {
         return Operator();
     }
     if ((classes & lq::scanner::kQuote) != 0) {
-        return Apart().String();
+        return String();
     }
     return Apart().Rare();
 }
 
 template <typename Cursor>
-Found Recogniser<Cursor>::Rare() {
+[[gnu::noinline]] Found Recogniser<Cursor>::Rare() {
     switch (Current()) {
         case u'@':
             return AtSignIdentifier();
@@ -104,7 +105,7 @@ inline Found Recogniser<Cursor>::Operator() {
 }
 
 template <typename Cursor>
-Found Recogniser<Cursor>::Comment() {
+[[gnu::noinline]] Found Recogniser<Cursor>::Comment() {
     for (;;) {
         PassRun(lq::scanner::CommentRun());
         const char16_t c = Current();
@@ -136,12 +137,20 @@ Found Recogniser<Cursor>::EndOfInput() {
     return found;
 }
 
-Token Scanner::GetToken() {
+namespace {
+
+[[gnu::noinline]] Found RecogniseInPieces(Scanner& scanner) {
+    return Recogniser<Ring>(scanner).Recognise();
+}
+
+}  // namespace
+
+[[gnu::flatten]] Token Scanner::GetToken() {
     Found found = {TK_EOF, nActLine};
     if (reader) {
         found = Recogniser<InPlace>(*this).Recognise();
         if (found.kind == TK_NONE) {
-            found = Recogniser<Ring>(*this).Recognise();
+            found = RecogniseInPieces(*this);
         }
     } else {
         token.SetValue(static_cast<const char16_t*>(valueBuf));

@@ -106,6 +106,7 @@ class Recogniser {
     enum class Mark { kNothing, kBelongs, kBitSuffix, kUnknown };
 
     Found Identifier();
+    [[gnu::noinline]] Found Word() { return Identifier(); }
     Found FinishIdentifier(int32_t length);
     Found AtSignIdentifier();
     Found BitSuffix();

@@ -138,7 +138,7 @@ bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amo
 }  // namespace
 
 template <typename Cursor>
-Found Recogniser<Cursor>::PrefixedLiteral() {
+[[gnu::flatten]] Found Recogniser<Cursor>::PrefixedLiteral() {
     const TOKEN_KIND kind = TimeKindOf(cursor_.TextSoFar(s_.valueBuf));
     Next();
     s_.time = Time();

@@ -1,22 +1,29 @@
 // Character strings and their escapes.
+#pragma once
+
 #include "scanner/escapes.h"
 #include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
-using namespace lq::chars;
-
-// The decoded text, in the value buffer; what it has no room for is dropped.
+// The decoded text, in the value buffer; what it has no room for is dropped. It has for all that lies
+// in one half of the reader.
 template <typename Cursor>
 class Recogniser<Cursor>::ValueText {
   public:
     explicit ValueText(char16_t* buffer) : buffer_(buffer) {}
     void Store(char16_t c) {
-        if (length_ < kValueLength) {
+        if (Cursor::kIsWhole || length_ < kValueLength) {
             buffer_[length_++] = c;
         }
     }
     void Store(const char16_t* text, int32_t count) {
-        length_ += BufferPair::CopyPiece(buffer_ + length_, kValueLength - length_, text, count);
+        if constexpr (Cursor::kIsWhole) {
+            BufferPair::CopyAll(buffer_ + length_, text, count);
+            length_ += count;
+        } else {
+            length_ +=
+                BufferPair::CopyPiece(buffer_ + length_, kValueLength - length_, text, count);
+        }
     }
     const char16_t* End() {
         buffer_[length_] = 0;
@@ -29,7 +36,7 @@ class Recogniser<Cursor>::ValueText {
 };
 
 template <typename Cursor>
-Found Recogniser<Cursor>::String() {
+inline Found Recogniser<Cursor>::String() {
     ValueText value(s_.valueBuf);
     const char16_t quote = Current();
     Next();
@@ -71,15 +78,15 @@ inline bool Recogniser<Cursor>::Escape(ValueText& value) {
         }
         return true;
     }
-    if (!IsHex(Current())) {
+    if (!IsA(lq::scanner::kHex)) {
         return false;
     }
-    const unsigned high = HexValue(Current());
+    const unsigned high = lq::scanner::DigitValue(Current());
     Next();
-    if (!IsHex(Current())) {
+    if (!IsA(lq::scanner::kHex)) {
         return false;
     }
-    const unsigned code = high * 16 + HexValue(Current());
+    const unsigned code = high * 16 + lq::scanner::DigitValue(Current());
     if (code == 0 && !s_.allowNulEscape) {
         return false;
     }
@@ -87,5 +94,3 @@ inline bool Recogniser<Cursor>::Escape(ValueText& value) {
     value.Store(static_cast<char16_t>(code));
     return true;
 }
-
-LQ_RECOGNISES(String);
