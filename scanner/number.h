@@ -8,11 +8,12 @@ namespace lq::scanner {
 
 struct Base {
     uint32_t base;
+    int bitsOfDigit;
     unsigned digitClass;
     int32_t maxDigits;
 };
 
-inline constexpr Base kBases[] = {{2, kBinary, 32}, {8, kOctal, 11}, {16, kHex, 8}};
+inline constexpr Base kBases[] = {{16, 4, kHex, 8}, {8, 3, kOctal, 11}, {2, 1, kBinary, 32}};
 
 // Leading zeros do not count.
 inline const Base* FindBase(const Digits& prefix) {
@@ -39,7 +40,7 @@ inline Found Recogniser<Cursor>::Number() {
         return Fail(SE_DECIMAL);
     }
     if (At(u'#')) {
-        return Apart().BasedNumber(digits);
+        return BasedNumber(digits);
     }
     if (At(u'.')) {
         return Apart().RangeOrReal(digits);
@@ -60,7 +61,7 @@ inline Found Recogniser<Cursor>::Number() {
 }
 
 template <typename Cursor>
-[[gnu::noinline, gnu::flatten]] Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
+inline Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
     const lq::scanner::Base* const base = lq::scanner::FindBase(prefix);
     Next();
     if (!base || !IsA(base->digitClass)) {
@@ -68,7 +69,7 @@ template <typename Cursor>
     }
     Digits digits;
     const bool isWhole = PassDigits(base->digitClass, [&](char16_t c) {
-        digits.value = digits.value * base->base + lq::scanner::DigitValue(c);
+        digits.value = (digits.value << base->bitsOfDigit) + lq::scanner::DigitValue(c);
         ++digits.count;
     });
     if (!isWhole || !lq::scanner::IsWithin(digits, base->maxDigits)) {
