@@ -1,5 +1,4 @@
 // Direct addresses: %IX0.1, %QW10, %M3.
-#include "scanner/number_text.h"
 #include "scanner/recogniser.h"
 
 namespace {
@@ -16,6 +15,16 @@ int32_t IndexOf(const char16_t* letters, char16_t c) {
         }
     }
     return -1;
+}
+
+void RemoveUnderscores(char16_t* text) {
+    char16_t* kept = text;
+    for (const char16_t* p = text; *p != 0; ++p) {
+        if (*p != u'_') {
+            *kept++ = *p;
+        }
+    }
+    *kept = 0;
 }
 
 }  // namespace
@@ -43,7 +52,7 @@ Found Recogniser<Cursor>::DirectAddress() {
     }
     const int32_t lettersLength = size >= 0 ? 3 : 2;
     cursor_.CopyText(s_.valueBuf, lettersLength, 0);
-    lq::scanner::RemoveUnderscores(s_.valueBuf);
+    RemoveUnderscores(s_.valueBuf);
     s_.address.location = static_cast<tagLocation>(location);
     s_.address.size = size >= 0 ? static_cast<tagSize>(size) : SIZE_BIT;
     s_.address.text = s_.valueBuf;

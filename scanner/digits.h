@@ -1,5 +1,5 @@
 // Decimal digits where they lie in the reader's buffer, four at a time and without a branch for
-// each: how many there are is a guess for most numbers. Integers took a third less time.
+// each: how many there are is a guess for most numbers.
 #pragma once
 
 #include <bit>
@@ -10,13 +10,14 @@
 
 namespace lq::scanner {
 
+constexpr int32_t kSurelyInRange = 9;  // digits of numbers that are all below 2^32
 constexpr int32_t kMostDigitsAt = 16;  // as many characters are read, whatever lies there
 
 // The digits of a decimal number.
 struct Digits {
     uint64_t value = 0;     // modulo 2^64
     int32_t count = 0;      // leading zeros included
-    bool isBeyond = false;  // 64 bits do not hold the number
+    bool isBeyond = false;  // 64 bits may not hold the number
 
     void Add(uint32_t digit) {
         isBeyond |= value > UINT64_MAX / 10 - 1;
@@ -25,7 +26,7 @@ struct Digits {
     }
 };
 
-// Of letters, too: as digits of the base 16.
+// The value of a digit; of the letters A to F, in either case, that as a hex digit.
 constexpr uint32_t DigitValue(char16_t c) {
     return (c & 0xFu) + (c >> 6) * 9u;
 }

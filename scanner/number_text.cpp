@@ -11,17 +11,6 @@
 
 namespace lq::scanner {
 
-int32_t RemoveUnderscores(char16_t* text) {
-    int32_t kept = 0;
-    for (const char16_t* p = text; *p != 0; ++p) {
-        if (*p != u'_') {
-            text[kept++] = *p;
-        }
-    }
-    text[kept] = 0;
-    return kept;
-}
-
 namespace {
 
 constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,

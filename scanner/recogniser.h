@@ -20,7 +20,7 @@
 #include "scanner/cursor.h"
 #include "scanner/digits.h"
 #include "scanner/keyword_cache.h"
-#include "scanner/leads.h"
+#include "scanner/operators.h"
 #include "scanner/process_state.h"
 #include "scanner/runs.h"
 

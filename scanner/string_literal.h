@@ -5,8 +5,8 @@
 #include "scanner/process_state.h"
 #include "scanner/recogniser.h"
 
-// The decoded text, in the value buffer; what it has no room for is dropped. It has for all that lies
-// in one half of the reader.
+// The decoded text, in the value buffer; what it has no room for is dropped. It has for all that
+// lies in one half of the reader.
 template <typename Cursor>
 class Recogniser<Cursor>::ValueText {
   public:

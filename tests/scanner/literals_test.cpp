@@ -1,5 +1,4 @@
 // Numbers, strings, addresses, times and dates.
-#include "scanner/number_text.h"
 #include "scanner/process_state.h"
 #include "tests/scanner/scan_util.h"
 
@@ -20,6 +19,8 @@ TEST(Numbers, DecimalAndBased) {
          "4294967295"},
         {u"2#100000000000000000000000000000000", "ERR[2#100000000000000000000000000000000]=3"},
         {u"1_6#aF 016#FF 0_8#7", "BASED[1_6#aF]=175 BASED[016#FF]=255 BASED[0_8#7]=7"},
+        {u"00000000000000000000016#F 18446744073709551632#1",
+         "BASED[00000000000000000000016#F]=15 ERR[18446744073709551632#]=3 INT[1]=1"},
         {u"3#1 16# 16#_1 8#9 2#1_",
          "ERR[3#]=3 INT[1]=1 ERR[16#]=3 ERR[16#]=3 ID[_1] ERR[8#]=3 "
          "INT[9]=9 ERR[2#1_]=3"},
@@ -41,6 +42,7 @@ TEST(Numbers, RangesAndReals) {
          "ERR[1.5e+]=4 ERR[1.5e1_]=4"},
         {u"1e5", "INT[1]=1 ID[e5]"},
         {u"1.0e999 1.0e-999", "REAL[1.0e999]=inf REAL[1.0e-999]=0"},
+        {u"0.1e18446744073709551632", "REAL[0.1e18446744073709551632]=inf"},  // 2^64 + 16
         // More digits than a double holds, within and beyond what is read at once.
         {u"123456789.125000001 0.00000000000000001",
          "REAL[123456789.125000001]=123456789.125 "
@@ -79,11 +81,6 @@ TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
             }
         }
     }
-}
-
-TEST(Numbers, EndAtWhatNoRealHas) {
-    EXPECT_EQ(lq::scanner::ToDouble(u"12\u00e43", 4), 12.0);
-    EXPECT_EQ(lq::scanner::ToDouble(u"1_2.5?", 6), 12.5);
 }
 
 TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {

@@ -1,3 +1,5 @@
+#include <random>
+
 #include "tests/scanner/scan_util.h"
 
 namespace lq::test {
@@ -64,13 +66,13 @@ std::ostream& operator<<(std::ostream& out, const Seen& seen) {
 
 TEST(Recogniser, LinesAndBlanks) {
     const Seen expected[] = {
-        {TK_IDENTIFIER, 1, u""}, {TK_IDENTIFIER, 3, u"\t"}, {TK_NEWLINE, 3, u""},
-        {TK_IDENTIFIER, 4, u""}, {TK_COMMENT, 5, u""},      {TK_STRING, 6, u" "},
-        {TK_NEWLINE, 6, u""},    {TK_NEWLINE, 7, u""},      {TK_IDENTIFIER, 8, u""},
-        {TK_EOF, 8, u""},        {TK_EOF, 8, u""},
+        {TK_IDENTIFIER, 1, u""},  {TK_IDENTIFIER, 3, u"\t"}, {TK_NEWLINE, 3, u" "},
+        {TK_NEWLINE, 5, u""},     {TK_IDENTIFIER, 6, u""},   {TK_COMMENT, 7, u""},
+        {TK_STRING, 8, u" "},     {TK_NEWLINE, 8, u""},      {TK_NEWLINE, 9, u""},
+        {TK_IDENTIFIER, 10, u""}, {TK_EOF, 10, u""},         {TK_EOF, 10, u""},
     };
     for (const int32_t step : kSteps) {
-        SlowStream stream(u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd", step);
+        SlowStream stream(u"a\n \n\tb\n \n\nc(*\n*) 'x\ny'\n\nd", step);
         auto scanner = NewScanner();
         scanner->Initialize(stream);
         scanner->SetnActLine(1);
@@ -81,16 +83,30 @@ TEST(Recogniser, LinesAndBlanks) {
     }
 }
 
-TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
-    for (const int32_t step : kSteps) {
-        SlowStream stream(u"a\n \n\nb", step);
-        auto scanner = NewScanner();
-        scanner->Initialize(stream);
-        scanner->GetToken();
-        const Token token = scanner->GetToken();
-        EXPECT_EQ(token.kind, TK_NEWLINE);
-        EXPECT_EQ(token.line, 0);
-        EXPECT_EQ(scanner->GetnActLine(), 2);
+TEST(Recogniser, RandomTextsGiveTheSameTokensAtEveryPlace) {
+    static constexpr const char16_t* kPieces[] = {
+        u"T#",         u"D#",         u"DT#",        u"TOD#",
+        u"1970-01-01", u"12:30:15.5", u"-",          u":",
+        u"d",          u"h",          u"m",          u"s",
+        u"ms",         u"1",          u"20",         u"16#",
+        u"8#F",        u"2#",         u"_",          u".",
+        u"e",          u"E",          u"+",          u"'",
+        u"\"",         u"$",          u"$N",         u",",
+        u"(*",         u"*)",         u"*",          u":=",
+        u"<",          u">",          u"=",          u"\n",
+        u"\r",         u" ",          u"\t",         u"abc",
+        u"K",          u"\\",         u"#",          u"@",
+        u"%IX",        u"\u00E4",     u"!",          u"0",
+        u"TRUE",       u";",          u"4294967295", u"123456789012345678901",
+        u"B_COMMENT",
+    };
+    std::minstd_rand random(18);
+    for (int round = 0; round < 60; ++round) {
+        std::u16string text;
+        for (int i = 0; i < 40; ++i) {
+            text += kPieces[random() % std::size(kPieces)];
+        }
+        CheckScan(text, Scan(text));
     }
 }
 
