@@ -74,11 +74,7 @@ TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
             const std::u16string text = std::u16string(source.begin(), source.end()) + u" x";
             const std::string tokens =
                 "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]";
-            if (length % 20 == 19) {
-                CheckScan(text, tokens);
-            } else {
-                EXPECT_EQ(Scan(text), tokens);
-            }
+            EXPECT_EQ(Scan(text), tokens);
         }
     }
 }
@@ -133,6 +129,14 @@ TEST(Durations, ComponentsAndLimits) {
         {u"T#1.5h2m", "TIME[T#1.5h]=0:5400000:1 INT[2]=2 ID[m]"},
         {u"Time#1s", "ERR[Time#]=11 INT[1]=1 ID[s]"},
     });
+}
+
+TEST(Durations, MayBeginWithAnyNumberOfZeros) {
+    const std::u16string text = u"T#" + std::u16string(2100, u'0') + u"1.5s";
+    SlowStream stream(text, 1000);
+    auto scanner = NewScanner();
+    scanner->Initialize(stream);
+    EXPECT_EQ(DescribeTime(*scanner->GetToken().GetTime()), "0:1500:1");
 }
 
 TEST(Dates, DatesTimesOfDayAndBoth) {
