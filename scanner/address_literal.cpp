@@ -1,8 +1,6 @@
 // Direct addresses: %IX0.1, %QW10, %M3.
 #include "scanner/recogniser.h"
 
-using namespace lq::chars;
-
 namespace {
 
 // Letters in the order of tagLocation and of tagSize.
@@ -19,9 +17,20 @@ int32_t IndexOf(const char16_t* letters, char16_t c) {
     return -1;
 }
 
+void RemoveUnderscores(char16_t* text) {
+    char16_t* kept = text;
+    for (const char16_t* p = text; *p != 0; ++p) {
+        if (*p != u'_') {
+            *kept++ = *p;
+        }
+    }
+    *kept = 0;
+}
+
 }  // namespace
 
-void Recogniser::DirectAddress() {
+template <typename Cursor>
+Found Recogniser<Cursor>::DirectAddress() {
     Next();
     const int32_t location = IndexOf(kLocations, Current());
     if (location < 0) {
@@ -33,7 +42,7 @@ void Recogniser::DirectAddress() {
         Next();
     }
     for (;;) {
-        if (!IsDigit(Current()) || !DecimalDigits()) {
+        if (!IsA(lq::scanner::kDecimal) || !PassDigits(lq::scanner::kDecimal, [](char16_t) {})) {
             return Fail(SE_ADDRESS);
         }
         if (!At(u'.')) {
@@ -42,9 +51,12 @@ void Recogniser::DirectAddress() {
         Next();
     }
     const int32_t lettersLength = size >= 0 ? 3 : 2;
-    DigitsText(lettersLength);
+    cursor_.CopyText(s_.valueBuf, lettersLength, 0);
+    RemoveUnderscores(s_.valueBuf);
     s_.address.location = static_cast<tagLocation>(location);
     s_.address.size = size >= 0 ? static_cast<tagSize>(size) : SIZE_BIT;
     s_.address.text = s_.valueBuf;
-    Finish(TK_ADDRESS, &s_.address);
+    return Finish(TK_ADDRESS, &s_.address);
 }
+
+LQ_RECOGNISES(DirectAddress);

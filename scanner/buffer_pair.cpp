@@ -49,7 +49,6 @@ void BufferPair::Bind(STREAM_W& stream) {
     at_ = buffer_ - 1;
     start_ = nullptr;
     bound_ = true;
-    crossed_ = false;
     spilled_ = false;
     spillLost_ = false;
     filledAhead_ = false;
@@ -87,7 +86,6 @@ char16_t BufferPair::PassMark() {
             Fill(other);
         }
         filledAhead_ = false;
-        crossed_ = true;
         next = FirstSlot(other);
         firstPosition_ += static_cast<uint32_t>(half_ - 1);
     }
@@ -226,7 +224,7 @@ int32_t BufferPair::CopyFromSpill(char16_t* dest, int32_t room, int32_t offset) 
     return copied;
 }
 
-int32_t BufferPair::CopyAnyBeginning(char16_t* dest, int32_t destSize) const {
+int32_t BufferPair::CopyBeginning(char16_t* dest, int32_t destSize) const {
     const int32_t room = destSize - 1;
     int32_t length = 0;
     const auto append = [&](const char16_t* text, int32_t count) {

@@ -54,6 +54,8 @@ class BufferPair : public CObject {
     char16_t Current() const { return *at_; }
     const char16_t* At() const { return at_; }
     void MoveTo(const char16_t* at) { at_ = at; }
+    // Whether the mark there only ends a half: text may follow it in the other one.
+    bool IsEndOfHalf(const char16_t* mark) const { return mark == MarkSlot(HalfOf(mark)); }
 
     // Moves onto the first character, from the current one on, that does not belong to the run;
     // `take` is given what was passed, piece by piece. Only after NextChar; the end of input must
@@ -84,19 +86,11 @@ class BufferPair : public CObject {
     // A token begins at the current character.
     void BeginToken() {
         start_ = at_;
-        crossed_ = false;
         spilled_ = false;
         spillLost_ = false;
     }
     // What is read from here on belongs to no token.
     void BeginBlanks() { start_ = nullptr; }
-
-    // The token so far, in place, when it lies within one half; else null. Valid until the next
-    // move.
-    const char16_t* InPlace(int32_t& length) const {
-        length = static_cast<int32_t>(at_ - start_);
-        return crossed_ ? nullptr : start_;
-    }
 
     // Short texts are copied in steps of a fixed size, which saves what a copy of an arbitrary size
     // takes to choose its way: up to kStep - 1 characters more than asked for are read and written.
@@ -110,31 +104,24 @@ class BufferPair : public CObject {
         } while (done < count);
     }
 
-    // Copies as much of a piece of text as there is room for, and returns how much; wants room for
-    // another kStep characters behind that.
+    // Copies a piece of text; wants room for another kStep characters behind it.
+    static void CopyAll(char16_t* to, const char16_t* from, int32_t count) {
+        if (count <= kShort) {
+            CopyShort(to, from, count);
+        } else {
+            std::memcpy(to, from, static_cast<size_t>(count) * sizeof(char16_t));
+        }
+    }
+    // As much of it as there is room for; returns how much.
     static int32_t CopyPiece(char16_t* to, int32_t room, const char16_t* from, int32_t count) {
         const int32_t copied = count < room ? count : room;
-        if (copied <= kShort) {
-            CopyShort(to, from, copied);
-        } else {
-            std::memcpy(to, from, static_cast<size_t>(copied) * sizeof(char16_t));
-        }
+        CopyAll(to, from, copied);
         return copied;
     }
 
-    // The next two want room for kStep characters behind `destSize`, and a size above kShort.
-    //
     // Copies the first characters of the token so far, which may go on: at most `destSize` - 1 and
     // a terminator. Returns their number.
-    int32_t CopyBeginning(char16_t* dest, int32_t destSize) const {
-        int32_t length;
-        return CopyInPlace(dest, length) ? length : CopyAnyBeginning(dest, destSize);
-    }
-    // The same for the whole text of a token at its end; see CopyText.
-    int32_t CopyToken(char16_t* dest, int32_t destSize) {
-        int32_t length;
-        return CopyInPlace(dest, length) ? length : CopyText(dest, destSize, 0, 0);
-    }
+    int32_t CopyBeginning(char16_t* dest, int32_t destSize) const;
 
     // For the end of a token. Copies its text from its character `offset` up to, not including, the
     // current character: at most `destSize` - 1 characters and a terminator. The text of a token
@@ -144,16 +131,6 @@ class BufferPair : public CObject {
     int32_t CopyText(char16_t* dest, int32_t destSize, int32_t offset, int32_t cut);
 
   private:
-    bool CopyInPlace(char16_t* dest, int32_t& length) const {
-        const char16_t* text = InPlace(length);
-        if (!text || length > kShort) {
-            return false;
-        }
-        CopyShort(dest, text, length);
-        dest[length] = 0;
-        return true;
-    }
-    int32_t CopyAnyBeginning(char16_t* dest, int32_t destSize) const;
     char16_t PassMark();
     // Refills half 0 or 1.
     void Fill(int which);
@@ -184,7 +161,6 @@ class BufferPair : public CObject {
     const char16_t* start_ = nullptr;  // slot where the current token began, or null
     uint32_t firstPosition_ = 0;       // stream offset of the first slot of the current half
     bool bound_ = true;
-    bool crossed_ = false;       // a half ended since the current token began
     bool spilled_ = false;       // the token's beginning is in the owner's overflow block
     bool spillLost_ = false;     // memory ran short for the overflow block
     bool filledAhead_ = false;   // the other half was refilled before the current one was left

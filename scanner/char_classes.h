@@ -18,14 +18,13 @@ enum CharClass : uint16_t {
     kBinary = 32,
     kOctal = 64,
     kHex = 128,
-    kIndent = 256,    // behind a line break: the break is no token of its own
-    kWordMark = 512,  // behind a word: what may belong to it in one way or another
-    kSpace = 1024,
+    kIndent = 256,     // behind a line break: the break is no token of its own
+    kWordMark = 512,   // behind a word: what may belong to it in one way or another
+    kWordEnd = 1024,   // behind a word: what never belongs to it
     kLineEnd = 2048,   // line feed, carriage return
     kWordLead = 4096,  // what a word begins with
     kOperatorLead = 8192,
-    kNumberMark = 16384,  // behind a decimal integer: it may be something else
-    kQuote = 32768,       // what a string is between
+    kQuote = 16384,  // what a string is between
 };
 
 consteval std::array<uint16_t, 128> MakeCharClasses() {
@@ -43,7 +42,7 @@ consteval std::array<uint16_t, 128> MakeCharClasses() {
                 classes[c] = kWord | kWordLead;
             }
         } else if (chars::HasAsciiClass(c, chars::kSpace)) {
-            classes[c] = kSpace;
+            classes[c] = kWordEnd;
         }
     }
     add(u"_", kWord | kWordLead);
@@ -58,9 +57,8 @@ consteval std::array<uint16_t, 128> MakeCharClasses() {
     add(u"'\"$,\n", kStringMark);
     add(u" \t\r", kIndent);
     add(u"#+-.\\", kWordMark);
-    add(u"#._", kNumberMark);
     add(u"'\"", kQuote);
-    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordMark | kNumberMark;
+    classes[Scanner::kEndOfInput] = kCommentMark | kStringMark | kIndent | kWordEnd;
     return classes;
 }
 

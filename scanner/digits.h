@@ -1,5 +1,5 @@
 // Decimal digits where they lie in the reader's buffer, four at a time and without a branch for
-// each: how many there are is a guess for most numbers. Integers took a third less time.
+// each: how many there are is a guess for most numbers.
 #pragma once
 
 #include <bit>
@@ -10,13 +10,26 @@
 
 namespace lq::scanner {
 
+constexpr int32_t kSurelyInRange = 9;  // digits of numbers that are all below 2^32
 constexpr int32_t kMostDigitsAt = 16;  // as many characters are read, whatever lies there
 
-// The leading digits of a text; with kMostDigitsAt there may be more.
-struct DigitsAtHand {
-    uint64_t value = 0;
-    int32_t count = 0;
+// The digits of a decimal number.
+struct Digits {
+    uint64_t value = 0;     // modulo 2^64
+    int32_t count = 0;      // leading zeros included
+    bool isBeyond = false;  // 64 bits may not hold the number
+
+    void Add(uint32_t digit) {
+        isBeyond |= value > UINT64_MAX / 10 - 1;
+        value = value * 10 + digit;
+        ++count;
+    }
 };
+
+// The value of a digit; of the letters A to F, in either case, that as a hex digit.
+constexpr uint32_t DigitValue(char16_t c) {
+    return (c & 0xFu) + (c >> 6) * 9u;
+}
 
 namespace detail {
 
@@ -44,8 +57,9 @@ inline uint32_t FourDigits(const char16_t* at, int32_t& count) {
 
 }  // namespace detail
 
-inline DigitsAtHand DigitsAt(const char16_t* at) {
-    DigitsAtHand digits;
+// The leading digits of a text; when there are kMostDigitsAt, more may follow.
+inline Digits DigitsAt(const char16_t* at) {
+    Digits digits;
     for (int32_t count = 4; count == 4 && digits.count < kMostDigitsAt;) {
         const uint32_t four = detail::FourDigits(at + digits.count, count);
         digits.value = digits.value * detail::kPowerOfTen[count] + four;

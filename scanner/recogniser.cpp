@@ -1,42 +1,94 @@
-// The frame of recognition: blanks, the first character, line breaks, operators, comments.
+// GetToken, and the frame of recognition: blanks, line breaks, the first character, operators,
+// comments.
 #include "scanner/recogniser.h"
 
-#include <iterator>
+#include "scanner/identifier.h"
+#include "scanner/number.h"
+#include "scanner/string_literal.h"
 
-using lq::chars::IsLetter;
+using lq::scanner::InPlace;
+using lq::scanner::Ring;
 
-void Recogniser::Empty() {
-    s_.textBuf[0] = s_.valueBuf[0] = 0;
-    s_.stringLength = 0;
-}
-
-void Recogniser::SkipBlanks() {
-    if (s_.SrcEx || s_.HugeBufLen != 0 || s_.HugeBufComplete) {
-        s_.FreeHugeBuffer();
-    }
+template <typename Cursor>
+inline void Recogniser<Cursor>::SkipBlanks() {
     int32_t length = 0;
     if (IsA(lq::scanner::kBlank)) {
-        reader_.BeginBlanks();
-        PassRun(lq::scanner::BlankRun(), [this, &length](const char16_t* blanks, int32_t count) {
+        cursor_.BeginBlanks();
+        cursor_.PassRun(lq::scanner::BlankRun(), [&](const char16_t* blanks, int32_t count) {
             length +=
                 BufferPair::CopyPiece(s_.spaceBuf + length, kValueLength - length, blanks, count);
         });
     }
     s_.spaceBuf[length] = 0;
-    s_.token.space = s_.spaceBuf;
-    reader_.BeginToken();
+    cursor_.BeginToken();
 }
 
-void Recogniser::Parenthesis() {
-    Next();
-    if (At(u'*')) {
-        return Comment();
+// A line break is a token only when the next line starts in its first column.
+template <typename Cursor>
+inline Found Recogniser<Cursor>::Recognise() {
+    for (;;) {
+        if (s_.SrcEx || (s_.HugeBufLen | s_.HugeBufComplete) != 0) {
+            s_.FreeHugeBuffer();
+        }
+        SkipBlanks();
+        if (!IsA(lq::scanner::kLineEnd)) {
+            return Dispatch();
+        }
+        if (At(u'\r')) {
+            Next();
+            if (!At(u'\n')) {
+                return Fail(SE_LINE_END);
+            }
+        }
+        Next();
+        CountLine();
+        if (!IsA(lq::scanner::kIndent)) {
+            return Finish(TK_NEWLINE);
+        }
     }
-    s_.token.SetFirst(uint16_t{OP_LPAREN});
-    Finish(TK_OPERATOR);
 }
 
-void Recogniser::Operator(const Lead& lead) {
+template <typename Cursor>
+inline Found Recogniser<Cursor>::Dispatch() {
+    const unsigned classes = lq::scanner::ClassesOf(Current());
+    if ((classes & lq::scanner::kWordLead) != 0) {
+        return Identifier();
+    }
+    if ((classes & lq::scanner::kDecimal) != 0) {
+        return Number();
+    }
+    if ((classes & lq::scanner::kOperatorLead) != 0) {
+        return Operator();
+    }
+    if ((classes & lq::scanner::kQuote) != 0) {
+        return String();
+    }
+    return Apart().Rare();
+}
+
+template <typename Cursor>
+[[gnu::noinline]] Found Recogniser<Cursor>::Rare() {
+    switch (Current()) {
+        case u'@':
+            return AtSignIdentifier();
+        case u'%':
+            return DirectAddress();
+        case kEnd:
+            return EndOfInput();
+        default:
+            break;
+    }
+    if (lq::chars::IsLetter(Current())) {
+        return Identifier();
+    }
+    Next();
+    return Fail(SE_NO_TOKEN);
+}
+
+template <typename Cursor>
+inline Found Recogniser<Cursor>::Operator() {
+    using lq::scanner::Lead;
+    const Lead& lead = lq::scanner::kLeads[Current()];
     Next();
     uint16_t code = lead.code;
     for (const Lead::Longer& longer : lead.longer) {
@@ -46,79 +98,14 @@ void Recogniser::Operator(const Lead& lead) {
             break;
         }
     }
-    s_.token.SetFirst(code);
-    Finish(TK_OPERATOR);
-}
-
-void Recogniser::Dispatch() {
-    const char16_t c = Current();
-    static constexpr Lead kNoLead;
-    const Lead& lead = lq::chars::IsAscii(c) ? lq::scanner::kLeads[c] : kNoLead;
-    switch (lead.kind) {
-        case LeadKind::kDigit:
-            return Number();
-        case LeadKind::kLetter:
-            return Identifier();
-        case LeadKind::kAtSign:
-            return AtSignIdentifier();
-        case LeadKind::kPercent:
-            return DirectAddress();
-        case LeadKind::kQuote:
-            return String();
-        case LeadKind::kParenthesis:
-            return Parenthesis();
-        case LeadKind::kOperator:
-            return Operator(lead);
-        case LeadKind::kEnd:
-            return EndOfInput();
-        case LeadKind::kOther:
-            return IsLetter(c) ? Identifier() : NoToken();
+    if (code == lq::scanner::kCommentBegins) {
+        return Apart().Comment();
     }
+    return Finish(TK_OPERATOR, code);
 }
 
-void Recogniser::Recognise() {
-    Empty();
-    do {
-        SkipBlanks();
-        if (!At(u'\n') && !At(u'\r')) {
-            Dispatch();
-            return;
-        }
-    } while (!LineBreak());
-}
-
-void Recogniser::RecogniseHere() {
-    Empty();
-    reader_.BeginToken();
-    Dispatch();
-}
-
-bool Recogniser::LineBreak() {
-    if (At(u'\r')) {
-        Next();
-        if (!At(u'\n')) {
-            Fail(SE_LINE_END);
-            return true;
-        }
-    }
-    return LineFeed();
-}
-
-// A line break is a token only when the next line starts in its first column.
-bool Recogniser::LineFeed() {
-    Next();
-    CountLine();
-    ++lineBreaks_;
-    if (At(u' ') || At(u'\t') || At(u'\r') || At(kEnd)) {
-        return false;
-    }
-    Finish(TK_NEWLINE);
-    s_.token.line = static_cast<int32_t>(static_cast<uint32_t>(s_.nActLine) - lineBreaks_);
-    return true;
-}
-
-void Recogniser::Comment() {
-    Next();
+template <typename Cursor>
+[[gnu::noinline]] Found Recogniser<Cursor>::Comment() {
     for (;;) {
         PassRun(lq::scanner::CommentRun());
         const char16_t c = Current();
@@ -134,28 +121,45 @@ void Recogniser::Comment() {
     }
     Next();
     constexpr int32_t kDelimiter = 2;
-    int32_t length;
-    if (const char16_t* text = reader_.InPlace(length)) {
-        length = BufferPair::CopyPiece(s_.valueBuf, kValueLength, text + kDelimiter,
-                                       length - 2 * kDelimiter);
-        s_.valueBuf[length] = 0;
-    } else {
-        reader_.CopyText(s_.valueBuf, Scanner::kBufferSize, kDelimiter, kDelimiter);
-    }
-    Finish(TK_COMMENT, static_cast<const char16_t*>(s_.valueBuf));
+    cursor_.CopyText(s_.valueBuf, kDelimiter, kDelimiter);
+    return Finish(TK_COMMENT, static_cast<const char16_t*>(s_.valueBuf));
 }
 
-void Recogniser::EndOfInput() {
+template <typename Cursor>
+Found Recogniser<Cursor>::EndOfInput() {
     static constexpr char16_t kSentence[] = u"The end of the input has been reached.";
     for (size_t i = 0; i < std::size(kSentence); ++i) {
         s_.valueBuf[i] = kSentence[i];
     }
-    Finish(TK_EOF, static_cast<const char16_t*>(s_.valueBuf));
+    const Found found = Finish(TK_EOF, static_cast<const char16_t*>(s_.valueBuf));
     s_.textBuf[0] = kEnd;
     s_.textBuf[1] = 0;
+    return found;
 }
 
-void Recogniser::NoToken() {
-    Next();
-    Fail(SE_NO_TOKEN);
+namespace {
+
+[[gnu::noinline]] Found RecogniseInPieces(Scanner& scanner) {
+    return Recogniser<Ring>(scanner).Recognise();
+}
+
+}  // namespace
+
+[[gnu::flatten]] Token Scanner::GetToken() {
+    Found found = {TK_EOF, nActLine};
+    if (reader) {
+        found = Recogniser<InPlace>(*this).Recognise();
+        if (found.kind == TK_NONE) {
+            found = RecogniseInPieces(*this);
+        }
+    } else {
+        token.SetValue(static_cast<const char16_t*>(valueBuf));
+    }
+    Token result;
+    result.kind = found.kind;
+    result.line = found.line;
+    result.text = textBuf;
+    result.space = spaceBuf;
+    result.SetValue(token.GetBytes());
+    return result;
 }

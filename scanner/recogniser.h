@@ -1,8 +1,13 @@
 // Recognition of one token.
 //
-// A Recogniser lives for one GetToken call. It works on the reader's current character, which no
-// delivered token holds yet: Next passes it, and what is not passed begins the next token. Each
-// family of literals has a source file of its own; all of them end in Finish or Fail.
+// A Recogniser lives for one GetToken call, or for the part of it that its cursor can walk. It
+// works on the cursor's current character, which no delivered token holds yet: Next passes it, and
+// what is not passed begins the next token. Nothing but texts in buffers is written before all is
+// certain.
+//
+// Each family of literals has a source file of its own; all of them end in Finish or Fail. Those
+// that are called often enough are inline; the others work on a copy (Apart), so that the fields of
+// this object can stay in registers.
 #pragma once
 
 #include <cstdint>
@@ -12,123 +17,121 @@
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/char_classes.h"
+#include "scanner/cursor.h"
 #include "scanner/digits.h"
 #include "scanner/keyword_cache.h"
-#include "scanner/leads.h"
+#include "scanner/operators.h"
 #include "scanner/process_state.h"
 #include "scanner/runs.h"
-#include "scanner/time_parts.h"
 
+namespace lq::scanner {
+struct Amount;
+}
+
+// What a recognised token is, besides its texts and its value, which are left in the scanner.
+struct Found {
+    TOKEN_KIND kind;  // TK_NONE: the text goes on where the cursor cannot walk; nothing is changed
+    int32_t line;
+};
+
+template <typename Cursor>
 class Recogniser {
   public:
-    explicit Recogniser(Scanner& scanner) : s_(scanner), reader_(*scanner.reader) {}
+    explicit Recogniser(Scanner& scanner) : s_(scanner), cursor_(*scanner.reader) {}
 
-    // Leaves the recognised token in the scanner's `token`.
-    void Recognise();
-    // The same for a token that begins at the current character; `space` is set already.
-    void RecogniseHere();
-
-    // Whether the `length` characters in the text buffer are a keyword. They end a word: what a
-    // word does to the scanner is done.
-    static bool FindKeyword(const Scanner& scanner, int32_t length, uint16_t& id) {
-        static constexpr char16_t kCommentWord[] = u"B_COMMENT";
-        constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
-        const char16_t* const word = scanner.textBuf;
-        if (length == kCommentWordLength && lq::chars::Equal(word, kCommentWord)) {
-            lq::scanner::commaEndsString = true;
-        }
-        int32_t found = scanner.keywordCache->Find(word, length);
-        if (found < 0 && !scanner.keywordCache->IsComplete()) {
-            found = FindRareKeyword(scanner);
-        }
-        id = static_cast<uint16_t>(found);
-        return found >= 0;
-    }
+    Found Recognise();
 
   private:
-    using Lead = lq::scanner::Lead;
-    using LeadKind = lq::scanner::LeadKind;
+    using Digits = lq::scanner::Digits;
 
     static constexpr char16_t kEnd = Scanner::kEndOfInput;
     static constexpr int32_t kValueLength = Scanner::kBufferSize - 1;
+    static constexpr Found kElsewhere = {TK_NONE, 0};
+
+    Recogniser Apart() const { return *this; }
 
     // --- The current character ---------------------------------------------------------------
 
-    char16_t Current() const { return reader_.Current(); }
+    char16_t Current() const { return cursor_.Current(); }
     bool At(char16_t c) const { return Current() == c; }
     bool IsA(unsigned classes) const { return lq::scanner::Is(Current(), classes); }
-    void Next() { reader_.NextChar(); }
+    void Next() { cursor_.Next(); }
     template <typename Run>
     void PassRun(Run run) {
-        PassRun(run, [](const char16_t*, int32_t) {});
+        cursor_.PassRun(run, [](const char16_t*, int32_t) {});
     }
-    template <typename Run, typename Take>
-    void PassRun(Run run, Take take) {
-        reader_.PassRun(run, take);
-    }
-    void CountLine() { s_.nActLine = static_cast<int32_t>(static_cast<uint32_t>(s_.nActLine) + 1); }
+    void CountLine() { ++lines_; }
 
     // --- Ends of a token ---------------------------------------------------------------------
 
-    // The token is the text from its beginning up to the current character. Returns the length of
-    // the text as delivered.
-    int32_t Finish(TOKEN_KIND kind) {
-        s_.token.kind = kind;
-        s_.token.text = s_.textBuf;
-        s_.token.line = s_.nActLine;
-        return reader_.CopyToken(s_.textBuf, Scanner::kBufferSize);
+    // The token is the text from its beginning up to the current character.
+    Found Finish(TOKEN_KIND kind) {
+        return cursor_.IsElsewhere() ? kElsewhere : CopyAndDeliver(kind);
     }
     template <typename T>
-    void Finish(TOKEN_KIND kind, T value) {
-        s_.token.SetValue(value);
-        Finish(kind);
+    Found Finish(TOKEN_KIND kind, T value) {
+        if (cursor_.IsElsewhere()) {
+            return kElsewhere;
+        }
+        s_.token.SetFirst(value);
+        return CopyAndDeliver(kind);
     }
     // An error; the current character begins the next token.
-    void Fail(SCAN_ERROR code) { Finish(TK_ERROR, static_cast<int32_t>(code)); }
+    Found Fail(SCAN_ERROR code) { return Finish(TK_ERROR, static_cast<int32_t>(code)); }
+    // These two are for a token that is certain.
+    Found CopyAndDeliver(TOKEN_KIND kind) {
+        cursor_.CopyText(s_.textBuf, 0, 0);
+        return Deliver(kind);
+    }
+    Found Deliver(TOKEN_KIND kind) {
+        const int32_t firstLine = s_.nActLine;
+        s_.nActLine = static_cast<int32_t>(static_cast<uint32_t>(firstLine) + lines_);
+        cursor_.EndToken(*s_.reader);
+        // A line break counts from the line that the first of the breaks ends.
+        return {kind, kind == TK_NEWLINE ? firstLine : s_.nActLine};
+    }
 
     // --- recogniser.cpp ----------------------------------------------------------------------
 
-    // Used there only. Inline, since calls and what they save would make a fifth of a short token's
-    // cost.
-    inline void Empty();
-    inline void SkipBlanks();
-    inline void Dispatch();
-    inline void Parenthesis();
-    inline void Operator(const Lead& lead);
-    // Both return true when a token was finished.
-    bool LineBreak();
-    bool LineFeed();
-    void Comment();
-    void EndOfInput();
-    void NoToken();
+    void SkipBlanks();
+    Found Dispatch();
+    Found Rare();
+    Found Operator();
+    Found Comment();
+    Found EndOfInput();
 
-    // --- identifier.cpp ----------------------------------------------------------------------
+    // --- identifier.h ------------------------------------------------------------------------
 
-    static int32_t FindRareKeyword(const Scanner& scanner);
-    void AtSignIdentifier();
-    void Identifier();
-    inline void FinishIdentifier();  // used there only
-    void BitSuffix();
-    bool PointBelongs(bool& deviceAddress);
+    // What a character that is no part of a word does behind one.
+    enum class Mark { kNothing, kBelongs, kBitSuffix, kUnknown };
+
+    Found Identifier();
+    [[gnu::noinline]] Found Word() { return Identifier(); }
+    Found FinishIdentifier(int32_t length);
+    Found AtSignIdentifier();
+    Found BitSuffix();
+    // Of the word in the text buffer.
+    bool FindKeyword(int32_t length, uint16_t& id) const;
+    bool EndsWord(char16_t c) const;
+    // Whether the host takes the current character into the word so far, which is in the text
+    // buffer.
+    bool HostAccepts(int32_t length);
+    Mark JudgeMark();
+    Mark JudgePoint();
     bool SignBelongs();
     bool BackslashBelongs();
-    bool HostAccepts();
-    // Puts the token's text so far into the value buffer; leaves room for `room` more characters.
-    int32_t TextSoFar(int32_t room);
+    bool IsAddressBeginning();
 
-    // --- number.cpp --------------------------------------------------------------------------
+    // --- number.h ----------------------------------------------------------------------------
 
-    void Number();
-    void FinishDecimal();
-    void RangeStart();
-    void BasedNumber();
-    void Fraction();
-    void Exponent();
-    void FinishReal();
-    // Passes digits with single underscores; false when an underscore is not followed by a digit.
-    bool Digits(unsigned digitClass) {
+    // Digits with single underscores; false when an underscore is not followed by a digit. `take`
+    // is given each digit.
+    template <typename Take>
+    bool PassDigits(unsigned digitClass, Take take) {
         for (;;) {
-            PassRun(lq::scanner::DigitsRun{digitClass});
+            for (; IsA(digitClass); Next()) {
+                take(Current());
+            }
             if (!At(u'_')) {
                 return true;
             }
@@ -138,49 +141,59 @@ class Recogniser {
             }
         }
     }
-    bool DecimalDigits() { return Digits(lq::scanner::kDecimal); }
-    // Texts of the token where they lie, or in the value buffer when that is in pieces.
-    struct Text {
-        const char16_t* begin;
-        int32_t length;
-    };
-    Text BeginningText();            // of a token that goes on
-    Text TokenText(int32_t offset);  // from there to the token's end
-    // The token's text from `offset` on, without underscores, in the value buffer.
-    int32_t DigitsText(int32_t offset);
+    // Decimal ones, as a number. `take` is given each digit where the text is in pieces.
+    template <typename Take>
+    bool Decimal(Digits& digits, Take take) {
+        if constexpr (Cursor::kIsWhole) {
+            digits = lq::scanner::DigitsAt(cursor_.At());
+            cursor_.Skip(digits.count);
+            if (digits.count < lq::scanner::kMostDigitsAt && !At(u'_')) {
+                return true;
+            }
+        }
+        return PassDigits(lq::scanner::kDecimal, [&](char16_t c) {
+            digits.Add(lq::scanner::DigitValue(c));
+            take(c);
+        });
+    }
+    bool Decimal(Digits& digits) {
+        return Decimal(digits, [](char16_t) {});
+    }
 
-    // --- string_literal.cpp ------------------------------------------------------------------
+    Found Number();
+    Found BasedNumber(const Digits& prefix);
+    Found RangeOrReal(const Digits& whole);
 
-    void String();
-    bool Escape();
-    bool HexEscape();
-    void Store(char16_t c);
-    void Store(const char16_t* text, int32_t count);
-    void FinishString();
+    // --- string_literal.cpp, address_literal.cpp -----------------------------------------------
 
-    // --- address_literal.cpp -----------------------------------------------------------------
+    class ValueText;
 
-    void DirectAddress();
+    Found String();
+    bool Escape(ValueText& value);
+    Found DirectAddress();
 
-    // --- duration.cpp, date_literal.cpp ------------------------------------------------------
+    // --- time_literal.cpp --------------------------------------------------------------------
 
     // The identifier so far stands before "#": continues the literal that it introduces.
-    void PrefixedLiteral();
-    void FinishTime(TOKEN_KIND kind) { Finish(kind, &s_.time); }
-    void Duration();
-    void Date();
-    void TimeOfDay();
-    void DateAndTime();
+    Found PrefixedLiteral();
+    Found FinishTime(TOKEN_KIND kind) { return Finish(kind, &s_.time); }
+    Found Duration();
+    Found Date();
+    Found TimeOfDay();
+    Found DateAndTime();
     // Each passes a part of a date or time literal; false leaves the character at fault.
     bool Part(uint32_t& number);
     bool Separator(char16_t c);
     bool CalendarDate(bool& isValid);
     bool ClockTime(uint32_t& minutes);
-    bool CollectDigits(bool isIntegerPart);
-    // Digits, and a fraction when a point follows.
-    bool CollectNumber(lq::scanner::Amount& amount);
+    bool PassAmount(lq::scanner::Amount& amount);
 
     Scanner& s_;
-    BufferPair& reader_;
-    uint32_t lineBreaks_ = 0;  // passed in this call
+    Cursor cursor_;
+    uint32_t lines_ = 0;  // ended in this call
 };
+
+// At the end of a source file whose members are called from others.
+#define LQ_RECOGNISES(MEMBER)                                  \
+    template Found Recogniser<lq::scanner::InPlace>::MEMBER(); \
+    template Found Recogniser<lq::scanner::Ring>::MEMBER()

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
@@ -21,34 +20,7 @@ namespace lq::scanner {
 
 constexpr int32_t kReadAhead = 16;
 
-// Words go sixteen characters a step: the exit of a loop over single ones is a guess for most
-// words. This took 3 % off the time of a token. Blanks are too short for it: it made them slower.
 #ifdef __SSE2__
-
-inline __m128i IsBetween(__m128i text, char16_t first, char16_t last) {
-    const __m128i offset = _mm_sub_epi16(text, _mm_set1_epi16(static_cast<int16_t>(first)));
-    const __m128i beyond =
-        _mm_subs_epu16(offset, _mm_set1_epi16(static_cast<int16_t>(last - first)));
-    return _mm_cmpeq_epi16(beyond, _mm_setzero_si128());
-}
-// Of ASCII.
-inline __m128i IsWord(__m128i text) {
-    const __m128i lower = _mm_or_si128(text, _mm_set1_epi16(0x20));
-    const __m128i isUnderscore = _mm_cmpeq_epi16(text, _mm_set1_epi16(u'_'));
-    return _mm_or_si128(_mm_or_si128(IsBetween(lower, u'a', u'z'), IsBetween(text, u'0', u'9')),
-                        isUnderscore);
-}
-inline const char16_t* HurryThroughWord(const char16_t* at) {
-    for (;; at += kReadAhead) {
-        const auto* text = reinterpret_cast<const __m128i*>(at);
-        const __m128i low = IsWord(_mm_loadu_si128(text));
-        const __m128i high = IsWord(_mm_loadu_si128(text + 1));
-        const auto words = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(low, high)));
-        if (words != 0xFFFF) {
-            return at + std::countr_one(words);
-        }
-    }
-}
 
 // To one of the marks or the end of input, eight characters a step.
 template <char16_t... kMarks>
@@ -69,9 +41,6 @@ const char16_t* HurryToMarks(const char16_t* at) {
 
 #else
 
-inline const char16_t* HurryThroughWord(const char16_t* at) {
-    return at;
-}
 template <char16_t... kMarks>
 const char16_t* HurryToMarks(const char16_t* at) {
     return at;
@@ -79,26 +48,17 @@ const char16_t* HurryToMarks(const char16_t* at) {
 
 #endif
 
+// Words and blanks are short.
 struct WordRun {
     static bool Belongs(char16_t c) {
         return chars::IsAscii(c) ? Is(c, kWord) : chars::IsLetter(c);
     }
-    static const char16_t* Hurry(const char16_t* at) { return HurryThroughWord(at); }
+    static const char16_t* Hurry(const char16_t* at) { return at; }
 };
 
-// Four blanks a step: indentation.
 struct BlankRun {
     static bool Belongs(char16_t c) { return Is(c, kBlank); }
-    static const char16_t* Hurry(const char16_t* at) {
-        constexpr uint64_t kFourBlanks = 0x0020002000200020;
-        for (;; at += 4) {
-            uint64_t four;
-            std::memcpy(&four, at, sizeof(four));
-            if (four != kFourBlanks) {
-                return at;
-            }
-        }
-    }
+    static const char16_t* Hurry(const char16_t* at) { return at; }
 };
 
 struct CommentRun {
@@ -111,13 +71,6 @@ struct StringRun {
     static const char16_t* Hurry(const char16_t* at) {
         return HurryToMarks<u'\'', u'"', u'$', u',', u'\n'>(at);
     }
-};
-
-// Numbers are short.
-struct DigitsRun {
-    unsigned digitClass;
-    bool Belongs(char16_t c) const { return Is(c, digitClass); }
-    static const char16_t* Hurry(const char16_t* at) { return at; }
 };
 
 }  // namespace lq::scanner

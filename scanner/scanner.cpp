@@ -13,6 +13,7 @@ LQ_IMPLEMENT_DYNAMIC(Scanner, CObject, &Scanner::CreateObject)
 namespace {
 
 constexpr int32_t kHalfSize = 1024;
+static_assert(kHalfSize <= Scanner::kBufferSize, "a token within one half fits the buffers");
 constexpr uint32_t kKeywordBuckets = 233;
 
 // Short texts are copied in steps. The three buffers are one block, the text buffer its first.

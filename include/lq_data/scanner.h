@@ -158,6 +158,8 @@ class LQ_DATA_API Token : public CObject {
 };
 
 class BufferPair;
+template <typename Cursor>
+class Recogniser;
 
 // The scanner. Created by name or through CreateObject; one thread a scanner. A process-wide flag
 // (set by the identifier B_COMMENT: a comma then ends the next string that has one) is shared by
@@ -244,10 +246,10 @@ class LQ_DATA_API Scanner : public CObject {
 
   private:
     friend class BufferPair;
+    template <typename Cursor>
     friend class Recogniser;
     friend struct ScannerTestAccess;
 
-    Token GetAnyToken();
     bool HasBuffers() const;
     void FreeHugeBuffer();
 

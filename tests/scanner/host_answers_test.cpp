@@ -50,7 +50,7 @@ TEST_F(HostAnswers, AreGivenTheAccessFlag) {
     for (const int flag : {0, 1}) {
         MEMSTREAM_W stream(u"x1.F", 4, 4, nullptr);
         auto scanner = NewScanner();
-        scanner->SetCheckAccessOfCustomAddress(flag);
+        EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(flag), 1);
         scanner->Initialize(stream);
         EXPECT_EQ(Describe(scanner->GetToken()), "ID[x1.F]");
         EXPECT_EQ(lastAccess, flag);

@@ -1,5 +1,4 @@
 // Numbers, strings, addresses, times and dates.
-#include "scanner/number_text.h"
 #include "scanner/process_state.h"
 #include "tests/scanner/scan_util.h"
 
@@ -20,6 +19,8 @@ TEST(Numbers, DecimalAndBased) {
          "4294967295"},
         {u"2#100000000000000000000000000000000", "ERR[2#100000000000000000000000000000000]=3"},
         {u"1_6#aF 016#FF 0_8#7", "BASED[1_6#aF]=175 BASED[016#FF]=255 BASED[0_8#7]=7"},
+        {u"00000000000000000000016#F 18446744073709551632#1",
+         "BASED[00000000000000000000016#F]=15 ERR[18446744073709551632#]=3 INT[1]=1"},
         {u"3#1 16# 16#_1 8#9 2#1_",
          "ERR[3#]=3 INT[1]=1 ERR[16#]=3 ERR[16#]=3 ID[_1] ERR[8#]=3 "
          "INT[9]=9 ERR[2#1_]=3"},
@@ -41,6 +42,7 @@ TEST(Numbers, RangesAndReals) {
          "ERR[1.5e+]=4 ERR[1.5e1_]=4"},
         {u"1e5", "INT[1]=1 ID[e5]"},
         {u"1.0e999 1.0e-999", "REAL[1.0e999]=inf REAL[1.0e-999]=0"},
+        {u"0.1e18446744073709551632", "REAL[0.1e18446744073709551632]=inf"},  // 2^64 + 16
         // More digits than a double holds, within and beyond what is read at once.
         {u"123456789.125000001 0.00000000000000001",
          "REAL[123456789.125000001]=123456789.125 "
@@ -72,18 +74,9 @@ TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
             const std::u16string text = std::u16string(source.begin(), source.end()) + u" x";
             const std::string tokens =
                 "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]";
-            if (length % 20 == 19) {
-                CheckScan(text, tokens);
-            } else {
-                EXPECT_EQ(Scan(text), tokens);
-            }
+            EXPECT_EQ(Scan(text), tokens);
         }
     }
-}
-
-TEST(Numbers, EndAtWhatNoRealHas) {
-    EXPECT_EQ(lq::scanner::ToDouble(u"12\u00e43", 4), 12.0);
-    EXPECT_EQ(lq::scanner::ToDouble(u"1_2.5?", 6), 12.5);
 }
 
 TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {
@@ -136,6 +129,14 @@ TEST(Durations, ComponentsAndLimits) {
         {u"T#1.5h2m", "TIME[T#1.5h]=0:5400000:1 INT[2]=2 ID[m]"},
         {u"Time#1s", "ERR[Time#]=11 INT[1]=1 ID[s]"},
     });
+}
+
+TEST(Durations, MayBeginWithAnyNumberOfZeros) {
+    const std::u16string text = u"T#" + std::u16string(2100, u'0') + u"1.5s";
+    SlowStream stream(text, 1000);
+    auto scanner = NewScanner();
+    scanner->Initialize(stream);
+    EXPECT_EQ(DescribeTime(*scanner->GetToken().GetTime()), "0:1500:1");
 }
 
 TEST(Dates, DatesTimesOfDayAndBoth) {

@@ -1,3 +1,5 @@
+#include <random>
+
 #include "tests/scanner/scan_util.h"
 
 namespace lq::test {
@@ -64,13 +66,13 @@ std::ostream& operator<<(std::ostream& out, const Seen& seen) {
 
 TEST(Recogniser, LinesAndBlanks) {
     const Seen expected[] = {
-        {TK_IDENTIFIER, 1, u""}, {TK_IDENTIFIER, 3, u"\t"}, {TK_NEWLINE, 3, u""},
-        {TK_IDENTIFIER, 4, u""}, {TK_COMMENT, 5, u""},      {TK_STRING, 6, u" "},
-        {TK_NEWLINE, 6, u""},    {TK_NEWLINE, 7, u""},      {TK_IDENTIFIER, 8, u""},
-        {TK_EOF, 8, u""},        {TK_EOF, 8, u""},
+        {TK_IDENTIFIER, 1, u""},  {TK_IDENTIFIER, 3, u"\t"}, {TK_NEWLINE, 3, u" "},
+        {TK_NEWLINE, 5, u""},     {TK_IDENTIFIER, 6, u""},   {TK_COMMENT, 7, u""},
+        {TK_STRING, 8, u" "},     {TK_NEWLINE, 8, u""},      {TK_NEWLINE, 9, u""},
+        {TK_IDENTIFIER, 10, u""}, {TK_EOF, 10, u""},         {TK_EOF, 10, u""},
     };
     for (const int32_t step : kSteps) {
-        SlowStream stream(u"a\n \n\tb\nc(*\n*) 'x\ny'\n\nd", step);
+        SlowStream stream(u"a\n \n\tb\n \n\nc(*\n*) 'x\ny'\n\nd", step);
         auto scanner = NewScanner();
         scanner->Initialize(stream);
         scanner->SetnActLine(1);
@@ -81,16 +83,20 @@ TEST(Recogniser, LinesAndBlanks) {
     }
 }
 
-TEST(Recogniser, ALineBreakCarriesTheLineOfTheFirstOneItPassed) {
-    for (const int32_t step : kSteps) {
-        SlowStream stream(u"a\n \n\nb", step);
-        auto scanner = NewScanner();
-        scanner->Initialize(stream);
-        scanner->GetToken();
-        const Token token = scanner->GetToken();
-        EXPECT_EQ(token.kind, TK_NEWLINE);
-        EXPECT_EQ(token.line, 0);
-        EXPECT_EQ(scanner->GetnActLine(), 2);
+TEST(Recogniser, RandomTextsGiveTheSameTokensAtEveryPlace) {
+    const std::u16string pieces =
+        u"T#1d2h3m4s5ms t#-1.5_0h D#1970-01-01 TOD#12:30:15.5 DT#2000-2-29-23:59:59 16#fF_0 8#17 "
+        u"2#01 "
+        u"4294967295 12345678901234567890 1_0.5e-3 2.e+1 1..2 'a$N$41,' \"b\nc\" (*d*e\n*) := <> "
+        u"<= ** "
+        u"=> .. ; [ %IX0.1_2 %QW B_COMMENT , @x E+1.5 K-2 \\ TRUE\r\n\n  \t\n\r a.b \u00E4! #";
+    std::minstd_rand random(18);
+    for (int round = 0; round < 60; ++round) {
+        std::u16string text;
+        while (text.size() < 120) {
+            text += pieces.substr(random() % pieces.size(), 1 + random() % 12);
+        }
+        CheckScan(text, Scan(text));
     }
 }
 

@@ -1,27 +1,14 @@
-// What a first character begins, and the operators.
+// The operators.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-#include "frame/chars.h"
 #include "lq_data/scanner.h"
 
 namespace lq::scanner {
 
-enum class LeadKind : uint8_t {
-    kOther,
-    kDigit,
-    kLetter,
-    kAtSign,
-    kPercent,
-    kQuote,
-    kEnd,
-    kParenthesis,  // from here on operators
-    kOperator,
-};
-
-// With an operator, its code, and the second characters that make longer ones of it.
+// The operator that a character is, and the second characters that make longer ones of it.
 struct Lead {
     static constexpr char16_t kNoSecond = Scanner::kEndOfInput;  // never part of a token
     struct Longer {
@@ -29,7 +16,6 @@ struct Lead {
         uint16_t code = 0;
     };
 
-    LeadKind kind = LeadKind::kOther;
     uint16_t code = 0;
     Longer longer[2] = {};
 };
@@ -46,28 +32,23 @@ inline constexpr OperatorOfOne kOperatorsOfOne[] = {
     {u'>', OP_GT},       {u':', OP_COLON},    {u'=', OP_EQ},        {u'.', OP_DOT},
 };
 
+// No operator: "(*".
+inline constexpr OPERATOR_CODE kCommentBegins{};
+
 struct OperatorOfTwo {
     char16_t first;
     char16_t second;
     OPERATOR_CODE code;
 };
 inline constexpr OperatorOfTwo kOperatorsOfTwo[] = {
-    {u'*', u'*', OP_POWER},  {u'<', u'>', OP_NE},    {u'<', u'=', OP_LE},    {u'>', u'=', OP_GE},
-    {u':', u'=', OP_ASSIGN}, {u'=', u'>', OP_ARROW}, {u'.', u'.', OP_RANGE},
+    {u'(', u'*', kCommentBegins}, {u'*', u'*', OP_POWER}, {u'<', u'>', OP_NE},
+    {u'<', u'=', OP_LE},          {u'>', u'=', OP_GE},    {u':', u'=', OP_ASSIGN},
+    {u'=', u'>', OP_ARROW},       {u'.', u'.', OP_RANGE},
 };
 
 consteval std::array<Lead, 128> MakeLeads() {
     std::array<Lead, 128> leads{};
-    for (unsigned i = 0; i < leads.size(); ++i) {
-        const auto c = static_cast<char16_t>(i);
-        if (chars::IsDigit(c)) {
-            leads[c].kind = LeadKind::kDigit;
-        } else if (chars::HasAsciiClass(c, chars::kLetter) || c == u'_') {
-            leads[c].kind = LeadKind::kLetter;
-        }
-    }
     for (const OperatorOfOne& op : kOperatorsOfOne) {
-        leads[op.character].kind = LeadKind::kOperator;
         leads[op.character].code = op.code;
     }
     for (const OperatorOfTwo& op : kOperatorsOfTwo) {
@@ -75,11 +56,6 @@ consteval std::array<Lead, 128> MakeLeads() {
         longer[longer[0].second == Lead::kNoSecond ? 0 : 1] = {op.second,
                                                                static_cast<uint16_t>(op.code)};
     }
-    leads[u'('].kind = LeadKind::kParenthesis;
-    leads[u'@'].kind = LeadKind::kAtSign;
-    leads[u'%'].kind = LeadKind::kPercent;
-    leads[u'\''].kind = leads[u'"'].kind = LeadKind::kQuote;
-    leads[Scanner::kEndOfInput].kind = LeadKind::kEnd;
     return leads;
 }
 
