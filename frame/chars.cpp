@@ -7,10 +7,22 @@ namespace lq::chars {
 
 namespace {
 
-// Lives as long as the process: character classes may be asked for during static destruction.
+constinit locale_t unicodeLocale = {};
+
 locale_t UnicodeLocale() noexcept {
-    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
-    return locale;
+    [[maybe_unused]] static const bool isMade = [] {
+        unicodeLocale = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+        return true;
+    }();
+    return unicodeLocale;
+}
+
+// With the library, behind its static objects: those may ask for character classes while they go.
+[[gnu::destructor(101)]] void FreeLocale() noexcept {
+    if (unicodeLocale != locale_t{}) {
+        freelocale(unicodeLocale);
+        unicodeLocale = {};
+    }
 }
 
 bool IsSurrogate(char16_t c) noexcept {

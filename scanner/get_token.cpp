@@ -134,7 +134,7 @@ inline int32_t ShortString(const char16_t* at, char16_t* value) {
             value[0] = escape->stored[0];
             value[1] = escape->stored[1];
             value += value[1] != 0 ? 2 : 1;
-        } else if (*end == kEnd || *end == u'\n' || (*end == u',' && commaEndsString)) {
+        } else if (*end == kEnd || *end == u'\n' || (*end == u',' && commaEndsString.IsSet())) {
             return 0;
         } else {
             *value++ = *end;

@@ -35,7 +35,7 @@ class Recogniser {
         constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
         const char16_t* const word = scanner.textBuf;
         if (length == kCommentWordLength && lq::chars::Equal(word, kCommentWord)) {
-            lq::scanner::commaEndsString = true;
+            lq::scanner::commaEndsString.Set(true);
         }
         int32_t found = scanner.keywordCache->Find(word, length);
         if (found < 0 && !scanner.keywordCache->IsComplete()) {

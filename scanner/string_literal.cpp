@@ -27,8 +27,7 @@ void Recogniser::String() {
             Next();
             return FinishString();
         }
-        if (c == u',' && lq::scanner::commaEndsString) {
-            lq::scanner::commaEndsString = false;
+        if (c == u',' && lq::scanner::commaEndsString.Take()) {
             return FinishString();
         }
         if (c == kEnd) {

@@ -86,4 +86,11 @@ inline uint32_t HashOfName(std::u16string_view name) {
     return text_hash::OfName(name.data(), name.size());
 }
 
+// For the standard library's tables of texts that strangers write.
+struct BytesHash {
+    std::size_t operator()(std::string_view text) const noexcept {
+        return text_hash::OfBytes(text.data(), text.size());
+    }
+};
+
 }  // namespace lq::host

@@ -100,7 +100,9 @@ class LQ_DATA_API HashTable : public CMemBlock {
     const char16_t* Insert(const char16_t* key, int32_t id) { return Insert(key, id, 0); }
     // With `allowDuplicate` non-zero an equal key is no obstacle.
     const char16_t* Insert(const char16_t* key, int32_t id, int allowDuplicate);
-    // Remove the first entry with an equal key (and that value): 1, or 0 for none.
+    // Remove the first entry with an equal key (and that value): 1, or 0 for none. They walk the
+    // bucket's chain from its newest entry on: the one operation whose time strangers can stretch by
+    // keys that share a bucket.
     int RemoveKey(const char16_t* key);
     int RemoveKey(const char16_t* key, int32_t id);
     void Delete(const char16_t* key) { RemoveKey(key); }

@@ -159,9 +159,10 @@ class LQ_DATA_API Token : public CObject {
 
 class BufferPair;
 
-// The scanner. Created by name or through CreateObject; one thread a scanner. A process-wide flag
-// (set by the identifier B_COMMENT: a comma then ends the next string that has one) is shared by
-// all scanners and reset by every construction.
+// The scanner. Created by name or through CreateObject; one thread a scanner, and any number of
+// threads with scanners of their own. A process-wide flag (set by the identifier B_COMMENT: a comma
+// then ends the next string that has one) is shared by all scanners and reset by every
+// construction; with scanners on several threads it is chance whose string that comma ends.
 //
 // Memory: CreateObject gives null, and Initialize a scanner at the end of its input, when memory is
 // short. A token whose overflow text cannot be kept has its kind and its end all the same; its text
