@@ -39,6 +39,14 @@ class FlatIndex {
         ++count_;
     }
 
+    // The same, unless there is a value of that hash for which `same` holds.
+    template <typename Same>
+    void AddNew(Value value, uint32_t hash, Same same) {
+        if (Find(hash, same) == Value{}) {
+            Add(value, hash);
+        }
+    }
+
   private:
     struct Slot {
         Value value;

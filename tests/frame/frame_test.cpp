@@ -17,7 +17,6 @@ namespace {
 
 using namespace lq::host;
 
-constexpr unsigned kShownFor64Bit = 10000;
 constexpr char kUserKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\App]\n";
 constexpr char kMachineKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\Startup\\App]\n";
 
@@ -112,16 +111,6 @@ TEST_F(Frame, ChoosesTheCodePage) {
     EXPECT_EQ(AfxFreeLibrary(english), 1);
 }
 
-TEST_F(Frame, SwitchesTheLanguage) {
-    const std::string english = Utf8(GetResString(kShownFor64Bit));
-    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=932\n");
-    EXPECT_EQ(Reattach(module_), 1);
-    const std::string japanese = Utf8(GetResString(kShownFor64Bit));
-    EXPECT_NE(english, "");
-    EXPECT_NE(japanese, "");
-    EXPECT_NE(english, japanese);
-}
-
 TEST_F(Frame, CutsLongNames) {
     const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
     ASSERT_NE(english, nullptr);
@@ -170,21 +159,6 @@ TEST_F(Frame, AttachesWithLittleMemory) {
         LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);
         EXPECT_EQ(GetFirstLibrary(), nullptr);
     });
-}
-
-TEST_F(Frame, SwitchesNest) {
-    const HINSTANCE before = AfxGetResourceHandle();
-    {
-        const CResourceSwitch outer;
-        const HINSTANCE library = AfxGetResourceHandle();
-        EXPECT_NE(library, before);
-        {
-            const CResourceSwitch inner;
-            EXPECT_EQ(AfxGetResourceHandle(), library);
-        }
-        EXPECT_EQ(AfxGetResourceHandle(), library);
-    }
-    EXPECT_EQ(AfxGetResourceHandle(), before);
 }
 
 TEST_F(Frame, FallsBackToTheApplicationsStrings) {

@@ -14,6 +14,11 @@
 
 namespace {
 
+class Used : public CObject {
+    LQ_DECLARE_DYNAMIC(Used)
+};
+LQ_IMPLEMENT_DYNAMIC(Used, CObject, nullptr)
+
 constexpr char kProject[] =
     "<project xmlns='http://www.plcopen.org/xml/tc6_0201'><types><dataTypes/><pous>"
     "<pou name='Größe' pouType='function'><interface><returnType><INT/></returnType></interface>"
