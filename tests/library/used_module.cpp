@@ -12,12 +12,12 @@
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
 
-namespace {
-
 class Used : public CObject {
     LQ_DECLARE_DYNAMIC(Used)
 };
 LQ_IMPLEMENT_DYNAMIC(Used, CObject, nullptr)
+
+namespace {
 
 constexpr char kProject[] =
     "<project xmlns='http://www.plcopen.org/xml/tc6_0201'><types><dataTypes/><pous>"
