@@ -10,6 +10,7 @@
 
 #include "bench/declared_global.h"
 #include "bench/inputs.h"
+#include "frame/text_hash.h"
 #include "host/base/streams.h"
 #include "host/model/project.h"
 #include "host/plcopen/plcopen.h"
@@ -139,6 +140,7 @@ constexpr struct {
 int main(int argc, char** argv) {
     for (const auto& job : lq::bench::kJobs) {
         if (argc == 2 && job.name == argv[1]) {
+            lq::text_hash::SetSeed(1);
             const bool done = job.run();
             std::fprintf(stderr, "%s: %s\n", argv[1], done ? "done" : "went wrong");
             return done ? 0 : 1;

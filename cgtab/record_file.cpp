@@ -7,6 +7,7 @@
 #include "lq_data/record_file.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstring>
 #include <iterator>
@@ -61,12 +62,13 @@ R_FILE::R_FILE(uint32_t blockSize) {
 }
 
 R_FILE::~R_FILE() {
-    bClosed = 1;
+    std::atomic_ref(bClosed).store(1, std::memory_order_relaxed);  // files of several threads end
     if (!IsOpen()) {
         return;
     }
     if (Lseek(0, 0) != 0 || _chsize(0, 0) != 0) {
-        bClosed = 0;  // cannot happen: going to the start and shrinking need no memory
+        // Cannot happen: going to the start and shrinking need no memory.
+        std::atomic_ref(bClosed).store(0, std::memory_order_relaxed);
         return;
     }
     blockSize_ = 0;

@@ -99,16 +99,26 @@ void HashTable::Chain(CAssoc* entry) const {
         head = &buckets_[entry->bucket];
     }
     entry->next = *head;
+    entry->link = head;
+    if (entry->next) {
+        entry->next->link = &entry->next;
+    }
     *head = entry;
 }
 
-// A walk along the list would take as long as there are entries.
+// Who chains by hand knows of no links.
 void HashTable::Unchain(CAssoc* entry) {
-    CAssoc** link = MakeChains() ? &buckets_[entry->bucket] : &unchained_;
-    while (*link != entry) {
-        link = &(*link)->next;
+    CAssoc** link = entry->link;
+    if (!hasDirectory_) {
+        link = buckets_ ? &buckets_[entry->bucket] : &unchained_;
+        while (*link != entry) {
+            link = &(*link)->next;
+        }
     }
     *link = entry->next;
+    if (entry->next) {
+        entry->next->link = link;
+    }
 }
 
 uint32_t HashTable::BucketOf(const CAssoc& entry) const {
@@ -185,7 +195,7 @@ bool HashTable::Check() const {
     std::size_t chained = 0;
     const auto check = [&](const CAssoc* entry, uint32_t bucket) {
         for (; entry; entry = entry->next) {
-            if (++chained > total ||
+            if (++chained > total || (hasDirectory_ && *entry->link != entry) ||
                 (buckets_ && (entry->bucket != bucket || HashIndex(KeyOf(entry->key)) != bucket))) {
                 return false;
             }

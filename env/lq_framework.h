@@ -30,7 +30,8 @@ struct LQ_DATA_API CRuntimeClass {
     static CObject* CreateObject(const char* name);
 };
 
-// Keeps a class in the chain from its module's load to its unload; one static object a class.
+// Keeps a class in the chain from its module's load to its unload; one static object a class. A
+// class that several objects name is there once, until the last of them is gone.
 class LQ_DATA_API AFX_CLASSINIT {
   public:
     explicit AFX_CLASSINIT(CRuntimeClass* cls);
@@ -39,7 +40,10 @@ class LQ_DATA_API AFX_CLASSINIT {
     AFX_CLASSINIT& operator=(const AFX_CLASSINIT&) = delete;
 
   private:
+    static bool IsRegistered(const CRuntimeClass* cls);
+
     CRuntimeClass* cls_;
+    AFX_CLASSINIT* next_;  // of the others that live
 };
 
 // The root of the classes with a run-time class name. `new` of a derived class yields null when
@@ -118,14 +122,14 @@ LQ_DATA_API HINSTANCE AfxLoadLibrary(const char16_t* name);
 LQ_DATA_API int AfxFreeLibrary(HINSTANCE module);
 
 // The module that string loading consults: the application's own until another is set; null for
-// none.
+// none. The default's application module has the English texts of the library's resources.
 LQ_DATA_API HINSTANCE AfxGetResourceHandle();
 LQ_DATA_API void AfxSetResourceHandle(HINSTANCE module);
 
 // Copies the full file name of `module`, null meaning the running program: at most `size` - 1
-// characters and a terminator. Returns the number of characters copied, 0 on failure. For a module
-// with a name of its own it is that name, ending in ".so", in the folder of the file that holds the
-// module.
+// characters and a terminator. Returns the number of characters copied, 0 on failure; a name that is
+// cut gives `size` - 1 or more, and the caller asks again with more room. For a module with a name
+// of its own it is that name, ending in ".so", in the folder of the file that holds the module.
 LQ_DATA_API uint32_t GetModuleFileNameW(HINSTANCE module, char16_t* buffer, uint32_t size);
 
 // Registry. Results are 0 for success, else one of these.

@@ -22,10 +22,22 @@ locale_t MakeUnicodeLocale() noexcept {
     return made;
 }
 
-// Lives as long as the process: character classes may be asked for during static destruction.
+constinit locale_t unicodeLocale = {};
+
 locale_t UnicodeLocale() noexcept {
-    static const locale_t locale = MakeUnicodeLocale();
-    return locale;
+    [[maybe_unused]] static const bool isMade = [] {
+        unicodeLocale = MakeUnicodeLocale();
+        return true;
+    }();
+    return unicodeLocale;
+}
+
+// With the library, behind its static objects: those may ask for character classes while they go.
+[[gnu::destructor(101)]] void FreeLocale() noexcept {
+    if (unicodeLocale != locale_t{}) {
+        freelocale(unicodeLocale);
+        unicodeLocale = {};
+    }
 }
 
 bool IsSurrogate(char16_t c) noexcept {

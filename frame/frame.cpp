@@ -8,13 +8,13 @@
 #include "frame/chars.h"
 #include "frame/code_page.h"
 #include "lq_base.h"
+#include "lq_data/memory.h"
 
 namespace {
 
 constexpr uint32_t kInterfaceVersion = 0x10000;
 constexpr int32_t kRingSize = 50;
 
-using FileName = char16_t[260];
 using Name = char16_t[256];
 
 // The file of the library is named after the platform's custom, or is the program's.
@@ -28,10 +28,24 @@ void CopyName(Name& name, const char16_t* first, const char16_t* last) {
     *std::copy(first, first + std::min(last - first, room), name) = 0;
 }
 
-// The library's file name without folder and extension.
-void GetBaseName(HINSTANCE module, Name& name) {
-    FileName file = {};
-    GetModuleFileNameW(module, file, static_cast<uint32_t>(std::size(file)));
+// The module's file name, however long its folder's is; to be released. Null when memory is short.
+char16_t* GetFileName(HINSTANCE module) {
+    constexpr uint32_t kLongest = 1 << 20;
+    for (uint32_t size = 1024;; size *= 2) {
+        char16_t* const file = lq::AllocateArray<char16_t>(size);
+        if (!file) {
+            return nullptr;
+        }
+        file[0] = 0;
+        if (GetModuleFileNameW(module, file, size) + 1 < size || size == kLongest) {
+            return file;
+        }
+        lq::Release(file);
+    }
+}
+
+// A file's name without folder and extension.
+void GetBaseName(const char16_t* file, Name& name) {
     const char16_t* const end = file + lq::chars::Length(file);
     const char16_t* first = end;
     while (first != file && first[-1] != u'/') {
@@ -46,8 +60,13 @@ void GetBaseName(HINSTANCE module, Name& name) {
 
 HINSTANCE LoadResourceLibrary(HINSTANCE module) {
     const uint32_t codePage = lq::frame::ReadCodePage();
+    char16_t* const file = GetFileName(module);
+    if (!file) {
+        return nullptr;
+    }
     Name baseName;
-    GetBaseName(module, baseName);
+    GetBaseName(file, baseName);
+    lq::Release(file);
     CLQString formatted;
     formatted.Format(u"%s_RC_%d.dll", baseName, static_cast<int32_t>(codePage));
     Name name;

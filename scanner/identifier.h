@@ -35,7 +35,7 @@ inline bool Recogniser<Cursor>::FindKeyword(int32_t length, uint16_t& id) const 
     constexpr int32_t kCommentWordLength = std::size(kCommentWord) - 1;
     const char16_t* const word = s_.textBuf;
     if (length == kCommentWordLength && lq::chars::Equal(word, kCommentWord)) {
-        lq::scanner::commaEndsString = true;
+        lq::scanner::commaEndsString.Set(true);
     }
     int32_t found = s_.keywordCache->Find(word, length);
     if (found < 0 && !s_.keywordCache->IsComplete()) {

@@ -22,6 +22,7 @@ constexpr int32_t kExactDigits = 15;
 // from_chars leaves a number beyond the range unset; strtod, under a locale with a decimal point,
 // says on which side of the range it lies.
 double ToDoubleBeyondRange(const char* text) {
+    // The "C" locale is the C library's own; there is nothing to free.
     static const locale_t plain = newlocale(LC_ALL_MASK, "C", locale_t{});
     // The second is for a system whose "C" locale cannot be made, for want of memory.
     return plain != locale_t{} ? strtod_l(text, nullptr, plain) : strtod(text, nullptr);

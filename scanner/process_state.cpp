@@ -4,7 +4,7 @@
 
 namespace lq::scanner {
 
-bool commaEndsString = false;
+constinit CommaFlag commaEndsString;
 
 int32_t AskNulEscape() {
     LQ_OPTION_REPLY reply = {0, 0};

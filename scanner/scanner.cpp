@@ -35,7 +35,7 @@ Scanner::Scanner()
       keywords(new HashTable(kKeywordBuckets, 1)),
       allowNulEscape(lq::scanner::AskNulEscape()),
       keywordCache(new lq::scanner::KeywordCache) {
-    lq::scanner::commaEndsString = false;
+    lq::scanner::commaEndsString.Set(false);
     if (HasBuffers()) {
         spaceBuf = textBuf + kBufferLength;
         valueBuf = spaceBuf + kBufferLength;

@@ -49,8 +49,7 @@ inline Found Recogniser<Cursor>::String() {
             Next();
             return Finish(TK_STRING, value.End());
         }
-        if (c == u',' && lq::scanner::commaEndsString) {
-            lq::scanner::commaEndsString = false;
+        if (c == u',' && lq::scanner::commaEndsString.Take()) {
             return Finish(TK_STRING, value.End());
         }
         if (c == kEnd) {

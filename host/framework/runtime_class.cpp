@@ -7,6 +7,7 @@ namespace {
 
 // Filled during static initialisation of every module, so it must not need any itself.
 constinit const CRuntimeClass* firstClass = nullptr;
+constinit AFX_CLASSINIT* firstInit = nullptr;
 
 }  // namespace
 
@@ -17,19 +18,38 @@ const CRuntimeClass* CObject::GetRuntimeClass() const {
     return &classCObject;
 }
 
-AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass* cls) : cls_(cls) {
-    cls->next = firstClass;
-    firstClass = cls;
+// Two modules may share one description, by the loader's binding: then each registers it.
+bool AFX_CLASSINIT::IsRegistered(const CRuntimeClass* cls) {
+    const AFX_CLASSINIT* init = firstInit;
+    while (init && init->cls_ != cls) {
+        init = init->next_;
+    }
+    return init != nullptr;
+}
+
+AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass* cls) : cls_(cls), next_(nullptr) {
+    if (!IsRegistered(cls)) {
+        cls->next = firstClass;
+        firstClass = cls;
+    }
+    next_ = firstInit;
+    firstInit = this;
 }
 
 AFX_CLASSINIT::~AFX_CLASSINIT() {
+    AFX_CLASSINIT** init = &firstInit;
+    while (*init != this) {
+        init = &(*init)->next_;
+    }
+    *init = next_;
+    if (IsRegistered(cls_)) {
+        return;
+    }
     const CRuntimeClass** link = &firstClass;
-    while (*link && *link != cls_) {
+    while (*link != cls_) {
         link = &const_cast<CRuntimeClass*>(*link)->next;
     }
-    if (*link) {
-        *link = cls_->next;
-    }
+    *link = cls_->next;
 }
 
 bool CRuntimeClass::IsDerivedFrom(const CRuntimeClass* other) const {

@@ -1,5 +1,7 @@
 #include "host/framework/string_table.h"
 
+#include "host/framework/built_in_texts.h"
+
 namespace {
 
 // The library attaches before static objects of other modules exist: constants only.
@@ -18,17 +20,22 @@ void AfxSetResourceHandle(HINSTANCE module) {
 
 namespace lq::host {
 
-const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept {
-    if (!module || !module->strings) {
-        return nullptr;
-    }
-    const LQ_STRING_TABLE& table = *module->strings;
-    for (uint32_t i = 0; i < table.count; ++i) {
-        if (table.strings[i].id == id) {
-            return table.strings[i].text;
+namespace {
+
+const char16_t* FindIn(const LQ_STRING_TABLE* table, uint32_t id) noexcept {
+    for (uint32_t i = 0; table && i < table->count; ++i) {
+        if (table->strings[i].id == id) {
+            return table->strings[i].text;
         }
     }
     return nullptr;
+}
+
+}  // namespace
+
+const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept {
+    const char16_t* const text = module ? FindIn(module->strings, id) : nullptr;
+    return text || module != &application ? text : FindIn(&kDefaultStrings, id);
 }
 
 HINSTANCE GetApplicationModule() noexcept {

@@ -27,8 +27,9 @@ inline constexpr char kStringTableSymbol[] = "lq_string_table";
 // module is loaded.
 LQ_DATA_API const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept;
 
-// The application's own module, the first current resource module. It has no strings until the
-// application gives it some; the table is not copied, and null takes it away.
+// The application's own module, the first current resource module. It has the strings that the
+// application gives it, and for the other ids the library's own in English, so that keywords are
+// known without any resource library. The table is not copied, and null takes it away.
 LQ_DATA_API HINSTANCE GetApplicationModule() noexcept;
 LQ_DATA_API void SetApplicationStrings(const LQ_STRING_TABLE* table) noexcept;
 

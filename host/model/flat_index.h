@@ -39,6 +39,14 @@ class FlatIndex {
         ++count_;
     }
 
+    // The same, unless there is a value of that hash for which `same` holds.
+    template <typename Same>
+    void AddNew(Value value, uint32_t hash, Same same) {
+        if (Find(hash, same) == Value{}) {
+            Add(value, hash);
+        }
+    }
+
   private:
     struct Slot {
         Value value;
@@ -85,5 +93,12 @@ inline uint32_t HashOfText(std::u16string_view text) {
 inline uint32_t HashOfName(std::u16string_view name) {
     return text_hash::OfName(name.data(), name.size());
 }
+
+// For the standard library's tables of texts that strangers write.
+struct BytesHash {
+    std::size_t operator()(std::string_view text) const noexcept {
+        return text_hash::OfBytes(text.data(), text.size());
+    }
+};
 
 }  // namespace lq::host

@@ -110,7 +110,10 @@ ID Project::Enter(std::deque<Record>& records, const Record& record, const Place
             }
         }
         if (place.names) {
-            place.names->Add(id.GetNumber(), HashOfName(record.name));
+            // Only the first of a name is ever found: thousands of one name would make a walk.
+            place.names->AddNew(id.GetNumber(), HashOfName(record.name), [&](uint32_t number) {
+                return EqualName(record.name, NameOf(ID(number)));
+            });
         }
     } catch (...) {
         if (views.size() == records.size()) {

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/model/flat_index.h"
 #include "host/model/project.h"
 #include "host/plcopen/element.h"
 #include "host/plcopen/plcopen.h"
@@ -31,7 +32,7 @@ class Context {
   private:
     std::string fileName_;
     std::vector<Report>& reports_;
-    std::unordered_map<std::string, std::size_t> byMessage_;  // indexes of reports_
+    std::unordered_map<std::string, std::size_t, BytesHash> byMessage_;  // indexes of reports_
     std::u16string buffer_;
     std::string lastType_;
     Text lastTypeText_ = u"";

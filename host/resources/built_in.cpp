@@ -1,7 +1,6 @@
 #include <cstring>
 
 #include "host/framework/built_in_texts.h"
-#include "host/resources/english.h"
 #include "host/resources/japanese.h"
 
 namespace lq::host {
@@ -9,7 +8,6 @@ namespace lq::host {
 namespace {
 
 // The library attaches before static objects exist: constants only.
-constinit const LQ_STRING_TABLE english = {std::size(kEnglish), kEnglish};
 constinit const LQ_STRING_TABLE japanese = {std::size(kJapanese), kJapanese};
 
 struct Library {
@@ -17,7 +15,7 @@ struct Library {
     LQ_MODULE module;
 };
 constinit Library libraries[] = {
-    {"lq_data_RC_1252.dll", {u"lq_data_RC_1252", nullptr, nullptr, &english}},
+    {"lq_data_RC_1252.dll", {u"lq_data_RC_1252", nullptr, nullptr, &kDefaultStrings}},
     {"lq_data_RC_932.dll", {u"lq_data_RC_932", nullptr, nullptr, &japanese}},
 };
 

@@ -22,9 +22,8 @@ enum LQ_ENTRY_REASON : uint32_t {
 // The library entry; the loader calls it at load and unload, nobody else needs to. Attaching
 // registers the library with the framework and loads the resource library of the registered code
 // page (a missing one is no failure, nor is one that memory is too short for). Returns non-zero for
-// success. In a static library this holds
-// for programs that use the names of types, the texts of values or something of this header; no
-// other part depends on it.
+// success. In a static library this holds for programs that use the names of types, the texts of
+// values or something of this header; no other part depends on it.
 LQ_DATA_API int LqDataEntry(HINSTANCE module, uint32_t reason, void* reserved);
 
 // While one lives, string loading consults the resource library of this library. Scopes nest.

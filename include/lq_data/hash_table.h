@@ -54,7 +54,7 @@ class LQ_DATA_API CMemBlock : public CObject {
 // few of its values). So no search walks them: a directory leads from a key to its newest entry,
 // and from there `older` to the others. A derived class that chains entries by hand does without
 // the directory until RemoveAll. The buckets are made when they are needed: for the order of the
-// entries, for a removal, and for chaining by hand.
+// entries, and for chaining by hand.
 //
 // Invariants (Check verifies them):
 //  1. Every entry is in exactly one chain or in the free list. While there are no buckets, one
@@ -74,6 +74,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
         uint32_t length;
         uint32_t hash;  // of the key, for the directory
         CAssoc* older;  // of the same key
+        CAssoc** link;  // what leads to it in the chain, unless entries are chained by hand
     };
 
     // 233 buckets, with regard to case.

@@ -1,9 +1,11 @@
 #include "frame/text_hash.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +14,7 @@ namespace {
 using lq::text_hash::Measured;
 using lq::text_hash::OfName;
 using lq::text_hash::OfText;
+using lq::text_hash::SetSeed;
 
 // Both ways to a hash give the same, and of texts of every length, with another character at every
 // place, no two have one hash. Nothing behind a text is read: it ends where its block ends.
@@ -44,6 +47,66 @@ TEST(TextHash, NamesOfAnyCase) {
     EXPECT_NE(OfName(u"Motor_1{").hash, OfName(u"Motor_1[").hash);
     EXPECT_NE(OfName(u"@Motor_1").hash, OfName(u"`Motor_1").hash);
     EXPECT_NE(OfText(u"Motor_1").hash, OfText(u"motor_1").hash);
+}
+
+// Texts that strangers may have chosen, four characters a word, against the structure that all can
+// read: under no seed do they crowd.
+TEST(TextHash, NoSeedIndependentCrowds) {
+    using Words = std::array<uint64_t, 3>;
+    using Maker = Words (*)(uint64_t number);
+    constexpr Maker kMakers[] = {
+        [](uint64_t n) {
+            return Words{n << 48, 0x4E00, 0x4E01};
+        },
+        [](uint64_t n) {
+            return Words{n << 54 | 1, 1, n << 54 | 1};
+        },
+        [](uint64_t n) {
+            return Words{n * 0x5555'5555'5555'5555, ~n, n * 0x5555'5555'5555'5555};
+        },
+        [](uint64_t n) {
+            return Words{n + 1, 0 - n - 1, n + 1};
+        },
+        [](uint64_t n) {
+            return Words{(n & 31) << 59 | 1, (n >> 5) << 59 | 1, 7};
+        },
+        // These met in one value of a hash without a secret.
+        [](uint64_t n) {
+            const auto mix = [](uint64_t hash, uint64_t word) {
+                hash = (hash ^ word) * 0x9E37'79B9'7F4A'7C15u;
+                return hash ^ hash >> 32;
+            };
+            return Words{n + 1, n * n + 1, mix(0, n + 1) ^ mix(1, n * n + 1)};
+        },
+        // These meet in eight bits under the first seed, as their number says.
+        [](uint64_t n) {
+            SetSeed(1);
+            Words words{1, 2, n << 20};
+            const auto hash = [&] {
+                return OfText(reinterpret_cast<const char16_t*>(words.data()), 12);
+            };
+            for (++words[2]; (hash() & 0xFF) != 0; ++words[2]) {
+            }
+            return words;
+        },
+    };
+    constexpr uint64_t kTexts = 512;
+    const lq::text_hash::Seed saved = lq::text_hash::seed;
+    for (std::size_t maker = 0; maker < std::size(kMakers); ++maker) {
+        std::vector<Words> texts;
+        for (uint64_t n = 0; n < kTexts; ++n) {
+            texts.push_back(kMakers[maker](n));
+        }
+        for (uint64_t number = 2; number < 22; ++number) {
+            SetSeed(number);
+            std::array<int, 256> slots{};
+            for (const Words& words : texts) {
+                ++slots[OfText(reinterpret_cast<const char16_t*>(words.data()), 12) & 0xFF];
+            }
+            EXPECT_LT(*std::ranges::max_element(slots), 20) << "texts " << maker << ", " << number;
+        }
+    }
+    lq::text_hash::seed = saved;
 }
 
 }  // namespace

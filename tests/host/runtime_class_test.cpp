@@ -52,6 +52,10 @@ TEST(RuntimeClass, LeavesWithItsModule) {
             auto enters = std::make_unique<AFX_CLASSINIT>(&first);
             EXPECT_EQ(CRuntimeClass::FromName("First"), &first);
             EXPECT_EQ(CRuntimeClass::FromName("Second"), &second);
+            auto again = std::make_unique<AFX_CLASSINIT>(&first);
+            EXPECT_EQ(CRuntimeClass::FromName("Nobody"), nullptr) << "the chain has an end";
+            enters.reset();
+            EXPECT_EQ(CRuntimeClass::FromName("First"), &first);
         }
         EXPECT_EQ(CRuntimeClass::FromName("First"), nullptr);
         EXPECT_EQ(CRuntimeClass::FromName("Second"), &second);

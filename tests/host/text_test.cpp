@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/framework/string_table.h"
 #include "lq_base.h"
 #include "lq_data/pouh.h"
 #include "tests/support/test_allocator.h"
@@ -98,42 +97,6 @@ TEST(Text, WritesDoubles) {
     std::setlocale(LC_NUMERIC, saved.c_str());
 }
 
-TEST(Text, MarksErroneousTexts) {
-    CLQString s;
-    s.x_MarkErrorString(u"FOO");
-    EXPECT_EQ(Text(s), u"?FOO?");
-    s.x_MarkErrorString(u"");
-    EXPECT_EQ(Text(s), u"??");
-    s.x_MarkErrorString(nullptr);
-    EXPECT_EQ(Text(s), u"??");
-}
-
-TEST(Text, LoadsFromTheCurrentModule) {
-    const LQ_STRING_RESOURCE strings[] = {{7, u"seven"}, {9, u""}};
-    const LQ_STRING_TABLE table{2, strings};
-    LQ_MODULE module;
-    module.strings = &table;
-    const HINSTANCE saved = AfxGetResourceHandle();
-    const struct {
-        HINSTANCE module;
-        unsigned id;
-        int loaded;
-        const char16_t* text;
-    } cases[] = {
-        {&module, 7, 1, u"seven"},
-        {&module, 9, 1, u""},
-        {&module, 8, 0, u""},
-        {nullptr, 7, 0, u""},
-    };
-    for (const auto& c : cases) {
-        AfxSetResourceHandle(c.module);
-        CLQString s(u"old");
-        EXPECT_EQ(s.LoadStringW(c.id), c.loaded) << c.id;
-        EXPECT_EQ(Text(s), c.text) << c.id;
-    }
-    AfxSetResourceHandle(saved);
-}
-
 TEST(Text, ReadsTheTypeNameOfAnInstance) {
     FBINST_SPEC_TYP* spec = CreateFBInstSpec();
     CLQString s(u"old");
@@ -182,6 +145,16 @@ TEST(Text, IsEmptyAfterAFailure) {
             const CLQString copy(s);
             EXPECT_EQ(Text(copy), copy.HasFailed() ? u"" : c.whole);
         });
+    }
+}
+
+TEST(IdentifierCharacters, AreLettersDigitsAndUnderscore) {
+    for (const char16_t c : std::u16string(u"azAZ09_\u00E4\u3042")) {
+        EXPECT_NE(__istcsym(c), 0) << static_cast<unsigned>(c);
+    }
+    const char16_t others[] = {0, u'@', u'[', u'`', u'{', u'/', u':', u' ', 0x00D7, 0xD800, 0xDC00};
+    for (const char16_t c : others) {
+        EXPECT_EQ(__istcsym(c), 0) << static_cast<unsigned>(c);
     }
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # usage: check_calls.sh LIBRARY...
 # The library prints nothing, ends no process, throws nothing, and gets its memory in one place: none
-# of its undefined symbols is one of forbidden.txt, and one object alone calls the allocator.
+# of its undefined symbols is one of forbidden.txt, and one object alone calls the allocator. And it
+# defines no symbol that is bound once for the whole process, which would keep it loaded for ever.
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
 
@@ -19,6 +20,7 @@ for library in "$@"; do
   [ -n "$called" ] || refuse "$library: no undefined symbols were found" "-"
   names=$(cut -f 1 <<<"$called" | grep -xE -f "$here/forbidden.txt" || true)
   refuse "$library calls what the library must not" "$names"
+  refuse "$library is never unloaded" "$(nm -C $dynamic "$library" | grep ' u ' || true)"
   if [ -z "$dynamic" ]; then
     refuse "$library gets memory outside of frame/memory.cpp" \
       "$(grep -E $'^(malloc|calloc|realloc|free|strdup|aligned_alloc)\t' <<<"$called" |

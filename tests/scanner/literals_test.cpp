@@ -84,7 +84,7 @@ TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {
     EXPECT_EQ(Scan(u"B_COMMENT 'ab' 'c,d' x"),
               "ID[B_COMMENT] STR['ab']=ab STR['c]=c OP[,]=8 "
               "ID[d] ERR[' x]=10");
-    lq::scanner::commaEndsString = true;
+    lq::scanner::commaEndsString.Set(true);
     EXPECT_EQ(Scan(u"'a,b'"), "STR['a,b']=a,b") << "a new scanner resets the flag";
 }
 

@@ -4,6 +4,7 @@
 
 #include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
+#include "host/model/flat_index.h"
 #include "host/text/utf.h"
 #include "lq_data/hash_table.h"
 #include "tools/lq/command.h"
@@ -49,7 +50,7 @@ constexpr LinkTraits kLinks[] = {
     {CgTab::TAB_DMM, "unit", "name", CgTab::TAB_POU},
 };
 
-using Positions = std::unordered_map<std::string, int32_t>;
+using Positions = std::unordered_map<std::string, int32_t, host::BytesHash>;
 
 int32_t Find(const Positions& positions, const std::string& name) {
     const auto at = positions.find(name);
@@ -130,9 +131,8 @@ class ReportWriter {
     // --- Tables ------------------------------------------------------------------------------
 
     // Where the links of a row lead, by their titles.
-    std::unordered_map<std::string, int32_t> LinksOf(CgTab::TAB_ID id, const Json& row,
-                                                     const LineParts& line,
-                                                     const DeclaredType* type) const {
+    Positions LinksOf(CgTab::TAB_ID id, const Json& row, const LineParts& line,
+                      const DeclaredType* type) const {
         const bool isExternal =
             line.global >= 0 && line.global < static_cast<int32_t>(globals_.size());
         const LineParts& own = isExternal ? PartsOf(CgTab::TAB_GLB, globals_, line.global) : line;
@@ -316,7 +316,7 @@ class ReportWriter {
     std::vector<UnitSection> sections_ = SectionsOf(tables_);
     const SectionIndex sectionIndex_{sections_};
     Positions units_;
-    std::unordered_map<std::string, DeclaredType> declared_;
+    std::unordered_map<std::string, DeclaredType, host::BytesHash> declared_;
     std::string globals_;  // the bytes of table 3
 };
 
