@@ -43,8 +43,12 @@ struct Element {
     const Element* FirstElement() const;
 };
 
-// "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names.
+// "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names, long
+// ones shortened.
 std::string PathOf(const Element& element);
+
+// The text, or its first 255 bytes and "...", without half a character.
+std::string Shortened(std::string_view text);
 
 // Space, tab, line feed and carriage return.
 bool IsBlank(std::string_view text);

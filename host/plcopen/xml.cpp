@@ -1,7 +1,8 @@
 #include "host/plcopen/xml.h"
 
-#include <cstring>
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include <expat.h>
 
 #include "host/plcopen/xml_error.h"
+#include "host/plcopen/xml_memory.h"
 #include "host/text/message.h"
 
 namespace lq::host::plcopen {
@@ -60,27 +62,52 @@ class ElementStack {
     std::size_t used_ = 0;
 };
 
+// Of the references in a tag, as it stands in the document, the first to an entity that is not
+// predefined; empty when there is none.
+std::string_view UndeclaredEntity(std::string_view tag) {
+    constexpr std::string_view kPredefined[] = {"amp", "lt", "gt", "apos", "quot"};
+    for (std::size_t at = tag.find('&'); at != tag.npos; at = tag.find('&')) {
+        tag.remove_prefix(at + 1);
+        const std::string_view name = tag.substr(0, tag.find(';'));
+        if (!name.starts_with('#') &&
+            std::ranges::find(kPredefined, name) == std::end(kPredefined)) {
+            return name;
+        }
+    }
+    return {};
+}
+
 // expat calls back through C, which no exception may cross: each callback keeps what was thrown and
 // stops the parser.
 class Parser {
   public:
     Parser(ElementHandler& handler, XmlFault& fault)
-        : handler_(handler), fault_(fault), expat_(XML_ParserCreateNS(nullptr, kNamespaceEnd)) {
+        : handler_(handler),
+          fault_(fault),
+          expat_(XML_ParserCreate_MM(nullptr, &XmlMemory::Functions(), kBehindNamespace)) {
         if (!expat_) {
             throw std::bad_alloc();
         }
         XML_SetUserData(Expat(), this);
         XML_SetElementHandler(Expat(), OnStart, OnEnd);
         XML_SetCharacterDataHandler(Expat(), OnText);
+        XML_SetStartNamespaceDeclHandler(Expat(), OnNamespace);
+        XML_SetStartDoctypeDeclHandler(Expat(), OnDocumentType);
         XML_SetEntityDeclHandler(Expat(), OnEntity);
+        XML_SetAttlistDeclHandler(Expat(), OnAttribute);
+        XML_SetElementDeclHandler(Expat(), OnElement);
+        XML_SetNotationDeclHandler(Expat(), OnNotation);
         XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
+        // So that a reference to one is told. Nothing is opened: that would be a handler's work.
+        XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);
     }
 
     bool Read(std::istream& source) {
         for (bool last = false; !last;) {
             void* const block = XML_GetBuffer(Expat(), kBlock);  // read where it is parsed
             if (!block) {
-                throw std::bad_alloc();
+                ExplainMemory();
+                return false;
             }
             source.read(static_cast<char*>(block), kBlock);
             last = source.eof();
@@ -89,6 +116,7 @@ class Parser {
                 return false;
             }
             const auto count = static_cast<int>(source.gcount());
+            memory_.Allow(static_cast<std::size_t>(count));
             if (XML_ParseBuffer(Expat(), count, last ? 1 : 0) != XML_STATUS_OK) {
                 Explain();
                 return false;
@@ -99,9 +127,15 @@ class Parser {
 
   private:
     static constexpr int kBlock = 64 * 1024;
+    static constexpr XML_Char kBehindNamespace[] = {kNamespaceEnd, 0};
 
     struct Closer {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+    };
+
+    struct Place {
+        uint32_t line;
+        uint32_t column;
     };
 
     // An open element and what becomes of its children.
@@ -137,30 +171,68 @@ class Parser {
         const std::string_view piece(text, static_cast<std::size_t>(length));
         Guarded(self, [=](Parser& parser) { parser.Text(piece); });
     }
+    static void XMLCALL OnNamespace(void* self, const XML_Char*, const XML_Char* name) {
+        if (name && std::string_view(name).size() > kMaxNamespace) {
+            Guarded(self, [](Parser& parser) {
+                parser.Refuse(Say("the name of a namespace has more than {} bytes", kMaxNamespace));
+            });
+        }
+    }
+    static void XMLCALL OnDocumentType(void* self, const XML_Char*, const XML_Char* system,
+                                       const XML_Char*, int) {
+        static_cast<Parser*>(self)->typeIsElsewhere_ = system != nullptr;
+    }
     static void XMLCALL OnEntity(void* self, const XML_Char* name, int, const XML_Char*, int,
                                  const XML_Char*, const XML_Char*, const XML_Char*,
                                  const XML_Char*) {
+        RefuseDeclaration(self, name);
+    }
+    static void XMLCALL OnAttribute(void* self, const XML_Char*, const XML_Char* name,
+                                    const XML_Char*, const XML_Char*, int) {
+        RefuseDeclaration(self, name);
+    }
+    static void XMLCALL OnElement(void* self, const XML_Char* name, XML_Content* model) {
+        XML_FreeContentModel(static_cast<Parser*>(self)->Expat(), model);
+        RefuseDeclaration(self, name);
+    }
+    static void XMLCALL OnNotation(void* self, const XML_Char* name, const XML_Char*,
+                                   const XML_Char*, const XML_Char*) {
+        RefuseDeclaration(self, name);
+    }
+    // Entities and default values of attributes make much of little.
+    static void RefuseDeclaration(void* self, const XML_Char* name) {
         Guarded(self, [=](Parser& parser) {
             parser.Refuse(
-                Say("the document declares the entity '{}'; entities are not accepted", name));
+                Say("the document type declares '{}'; declarations are not accepted", name));
         });
     }
     static void XMLCALL OnSkippedEntity(void* self, const XML_Char* name, int) {
-        Guarded(self, [=](Parser& parser) {
-            parser.Refuse(Say("the entity '{}' is not declared", name));
-        });
+        Guarded(self, [=](Parser& parser) { parser.RefuseUndeclared(name, parser.Here()); });
+    }
+
+    static void XMLCALL OnTag(void* self, const XML_Char* text, int length) {
+        const std::string_view piece(text, static_cast<std::size_t>(length));
+        Guarded(self, [=](Parser& parser) { parser.tag_ += piece; });
     }
 
     void Start(const XML_Char* name, const XML_Char** attributes) {
+        const Place place = Here();
         if (++depth_ > kMaxDepth) {
             Refuse(Say("elements are nested deeper than {}", kMaxDepth));
+            return;
+        }
+        if (CountOf(attributes) > kMaxAttributes) {
+            Refuse(Say("an element has more than {} attributes", kMaxAttributes));
+            return;
+        }
+        if (typeIsElsewhere_ && !CheckReferences(place)) {
             return;
         }
         if (skipDepth_ != 0) {
             return;
         }
         EndText();
-        Element& element = NewElement();
+        Element& element = NewElement(place);
         Kind& kind = KindOf(name, element);
         element.kind = &kind;
         SetAttributes(element, kind, attributes);
@@ -177,6 +249,29 @@ class Parser {
         }
         Siblings().push_back(&element);
         open_.push_back({&element, &kind, treatment == Treatment::kStream});
+    }
+
+    static int CountOf(const XML_Char** attributes) {
+        int count = 0;
+        while (attributes[2 * count]) {
+            ++count;
+        }
+        return count;
+    }
+
+    // Where a document type lies elsewhere, it may declare any entity: expat then leaves references
+    // out of the values of attributes without a word. So each tag is looked at as it stands, in
+    // UTF-8. Within a tag, expat's own place moves meanwhile.
+    bool CheckReferences(const Place& place) {
+        tag_.clear();
+        XML_SetDefaultHandlerExpand(Expat(), OnTag);
+        XML_DefaultCurrent(Expat());
+        XML_SetDefaultHandlerExpand(Expat(), nullptr);
+        const std::string_view entity = UndeclaredEntity(tag_);
+        if (!stopped_ && !entity.empty()) {
+            RefuseUndeclared(entity, place);
+        }
+        return !stopped_;
     }
 
     Kind& KindOf(std::string_view name, Element& element) {
@@ -224,7 +319,7 @@ class Parser {
             return;
         }
         if (!inText_) {
-            Siblings().push_back(&NewElement());
+            Siblings().push_back(&NewElement(Here()));
             inText_ = true;
         }
         Siblings().back()->text += piece;
@@ -251,22 +346,26 @@ class Parser {
         Siblings().pop_back();
     }
 
-    Element& NewElement() {
+    Element& NewElement(const Place& place) {
         Element& element = elements_.Push();
         element.parent = open_.empty() ? nullptr : open_.back().element;
-        element.line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
-        element.column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
+        element.line = place.line;
+        element.column = place.column;
         return element;
+    }
+
+    Place Here() const {
+        return {static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat())),
+                static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1)};
     }
 
     std::vector<Element*>& Siblings() {
         return open_.empty() ? root_ : open_.back().element->children;
     }
 
-    void Fault(std::string message) {
-        fault_.line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
-        fault_.column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1);
-        fault_.message = std::move(message);
+    void Fault(std::string message) { Fault(std::move(message), Here()); }
+    void Fault(std::string message, const Place& place) {
+        fault_ = {place.line, place.column, std::move(message)};
     }
 
     void Refuse(std::string message) {
@@ -274,8 +373,15 @@ class Parser {
         Stop();
     }
 
+    void RefuseUndeclared(std::string_view entity, const Place& place) {
+        Fault(Say("the entity '{}' is not declared", entity), place);
+        Stop();
+    }
+
+    // expat would yet finish its tag.
     void Stop() {
         stopped_ = true;
+        memory_.End();
         XML_StopParser(Expat(), XML_FALSE);
     }
 
@@ -289,17 +395,28 @@ class Parser {
         }
         const XML_Error error = XML_GetErrorCode(Expat());
         if (error == XML_ERROR_NO_MEMORY) {
-            throw std::bad_alloc();
+            ExplainMemory();
+            return;
         }
         Fault(Say("the file is not well-formed XML: {}", XmlErrorText(error)));
     }
 
+    void ExplainMemory() {
+        if (!memory_.IsExceeded()) {
+            throw std::bad_alloc();
+        }
+        Fault(Say("the document takes more memory than its size warrants"));
+    }
+
     ElementHandler& handler_;
     XmlFault& fault_;
+    XmlMemory memory_;
     std::unique_ptr<XML_ParserStruct, Closer> expat_;
     ElementStack elements_;
     std::vector<Element*> root_;
     std::vector<Open> open_;
+    std::string tag_;  // that of CheckReferences
+    bool typeIsElsewhere_ = false;
     int depth_ = 0;
     int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
     bool inText_ = false;
