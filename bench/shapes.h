@@ -1,0 +1,19 @@
+// Documents of many shapes, of any size: honest projects, each large in one way, and such as
+// someone makes who wants much time or memory to go into little.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace lq::bench {
+
+struct Shape {
+    const char* name;
+    bool hostile;
+    std::string (*document)(std::size_t bytes);  // of that size, or little more
+};
+
+std::span<const Shape> Shapes();
+
+}  // namespace lq::bench
