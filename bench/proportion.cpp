@@ -26,7 +26,7 @@ namespace {
 constexpr std::size_t kSmaller = 1 << 18;
 constexpr std::size_t kGrowth = 4;
 constexpr double kMostMore = 2;   // of time and memory a byte
-constexpr double kMostPeak = 40;  // bytes a byte
+constexpr double kMostPeak = 64;  // bytes a byte
 constexpr double kLeastSeconds = 0.02;
 constexpr double kLeastBytes = 1 << 20;
 constexpr rlim_t kMostSeconds = 5;  // of one run
@@ -77,8 +77,8 @@ class Comparison {
 
     // False for a hostile shape that is out of proportion.
     bool Compare(const Shape& shape, std::size_t bytes) {
-        const Run smaller = Translated(shape, bytes);
-        const Run larger = Translated(shape, bytes * kGrowth);
+        const Run smaller = Translated(shape, bytes * shape.times);
+        const Run larger = Translated(shape, bytes * shape.times * kGrowth);
         const double growth = larger.bytes / smaller.bytes;
         const double time = larger.seconds / smaller.seconds / growth;
         const double memory = larger.peak / smaller.peak / growth;

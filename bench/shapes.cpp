@@ -105,6 +105,8 @@ string Chains(size_t bytes, string (*link)(const string& name, const string& bef
     });
 }
 
+constexpr std::size_t kLong = 16;  // of what is long without a break
+
 constexpr Shape kShapes[] = {
     // -- Honest: what a large plant may be large in
     // ------------------------------------------------
@@ -353,7 +355,7 @@ constexpr Shape kShapes[] = {
          return WithType("[" + Fill(n, entity) + "]");
      }},
     {"one long entity", true,
-     [](size_t n) { return WithType("[<!ENTITY e '" + string(n, 'x') + "'>]"); }},
+     [](size_t n) { return WithType("[<!ENTITY e '" + string(n, 'x') + "'>]"); }, kLong},
     {"parameter entities", true,
      [](size_t n) {
          return WithType("SYSTEM 'x' [" + Fill(n, [](size_t i) { return "%p" + No(i) + ";"; }) +
@@ -374,7 +376,8 @@ constexpr Shape kShapes[] = {
          return Document(
              "", Locals(Fill(n / 2, string("<variable/>")), "globalVars"), "",
              "<!DOCTYPE project [<!ATTLIST variable name CDATA '" + string(n / 2, 'x') + "'>]>");
-     }},
+     },
+     kLong},
     {"many defaults of attributes", true,
      [](size_t n) {
          const auto attribute = [](size_t i) { return " a" + No(i) + " CDATA 'x'"; };
@@ -388,9 +391,9 @@ constexpr Shape kShapes[] = {
     {"comments in the document type", true,
      [](size_t n) { return WithType("[" + Fill(n, string("<!-- no --><?no no?>")) + "]"); }},
     {"a long comment in the document type", true,
-     [](size_t n) { return WithType("[<!--" + string(n, 'x') + "-->]"); }},
+     [](size_t n) { return WithType("[<!--" + string(n, 'x') + "-->]"); }, kLong},
     {"a long address of the document type", true,
-     [](size_t n) { return WithType("SYSTEM '" + string(n, 'x') + "'"); }},
+     [](size_t n) { return WithType("SYSTEM '" + string(n, 'x') + "'"); }, kLong},
     {"attributes of an element", true,
      [](size_t n) {
          return Document("", "<globalVars" + Fill(n, [](size_t i) {
@@ -423,13 +426,17 @@ constexpr Shape kShapes[] = {
                                  Fill(n, [](size_t i) { return " p:a" + No(i) + "=''"; }) + "/>");
      }},
     {"a long attribute", true,
-     [](size_t n) { return Globals(Var("v", "<INT/>", Value(string(n, '1')))); }},
+     [](size_t n) { return Globals(Var("v", "<INT/>", Value(string(n, '1')))); }, kLong},
     {"a long name of an attribute", true,
-     [](size_t n) { return Globals("<variable " + string(n, 'a') + "=''/>"); }},
+     [](size_t n) { return Globals("<variable " + string(n, 'a') + "=''/>"); }, kLong},
     {"a long name of an element", true,
-     [](size_t n) { return Globals("<" + string(n, 'a') + "/>"); }},
+     [](size_t n) { return Globals("<" + string(n, 'a') + "/>"); }, kLong},
     {"many names of elements", true,
      [](size_t n) { return Globals(Fill(n, [](size_t i) { return "<a" + No(i) + "/>"; })); }},
+    {"elements that are kept to be judged", true,
+     [](size_t n) { return Globals(Named("variable", "v", Fill(n, string("<a/>")))); }},
+    {"texts that are kept to be judged", true,
+     [](size_t n) { return Globals(Named("variable", "v", Fill(n, string("x<a/>")))); }},
     {"namespaces of an element", true,
      [](size_t n) {
          return Document("", "", "", "", Fill(n, [](size_t i) {
@@ -514,15 +521,16 @@ constexpr Shape kShapes[] = {
          const auto task = [](size_t i) { return "<task name='t' interval='?" + No(i) + "'/>"; };
          return Document("", Fill(n, task));
      }},
-    {"a long comment", true, [](size_t n) { return Globals("<!--" + string(n, 'x') + "-->"); }},
+    {"a long comment", true, [](size_t n) { return Globals("<!--" + string(n, 'x') + "-->"); },
+     kLong},
     {"comments", true, [](size_t n) { return Globals(Fill(n, string("<!-- -->"))); }},
     {"a long CDATA section", true,
-     [](size_t n) { return Document(Unit("U", "", "<![CDATA[" + string(n, ';') + "]]>")); }},
+     [](size_t n) { return Document(Unit("U", "", "<![CDATA[" + string(n, ';') + "]]>")); }, kLong},
     {"CDATA sections", true,
      [](size_t n) { return Document(Unit("U", "", Fill(n, string("<![CDATA[;]]>")))); }},
     {"processing instructions", true, [](size_t n) { return Globals(Fill(n, string("<?a?>"))); }},
     {"a long processing instruction", true,
-     [](size_t n) { return Globals("<?a " + string(n, 'x') + "?>"); }},
+     [](size_t n) { return Globals("<?a " + string(n, 'x') + "?>"); }, kLong},
     {"open comments in a body", true,
      [](size_t n) { return Document(Unit("U", "", Fill(n, string("(* *) (* (* *)")))); }},
     {"open pragmas in a body", true,
@@ -533,7 +541,7 @@ constexpr Shape kShapes[] = {
      [](size_t n) {
          return Document(Unit("U", "", Fill(n, [](size_t i) { return "f" + No(i) + "("; })));
      }},
-    {"tags cut off", true, [](size_t n) { return "<project " + string(n, ' '); }},
+    {"tags cut off", true, [](size_t n) { return "<project " + string(n, ' '); }, kLong},
 };
 
 }  // namespace

@@ -12,6 +12,7 @@ struct Shape {
     const char* name;
     bool hostile;
     std::string (*document)(std::size_t bytes);  // of that size, or little more
+    std::size_t times = 1;                       // how much larger it must be to show something
 };
 
 std::span<const Shape> Shapes();

@@ -19,7 +19,7 @@ bool EndsLine(const Element& element) {
 
 void AppendProse(const Element& element, std::string& prose) {
     for (const auto& child : element.children) {
-        prose += child->text;
+        prose += child->Text();
         AppendProse(*child, prose);
         if (EndsLine(*child)) {
             prose += '\n';

@@ -1,6 +1,7 @@
 #include "host/plcopen/xml.h"
 
 #include <algorithm>
+#include <deque>
 #include <exception>
 #include <iterator>
 #include <memory>
@@ -24,16 +25,16 @@ class ElementStack {
   public:
     Element& Push() {
         if (used_ == elements_.size()) {
-            elements_.push_back(std::make_unique<Element>());
+            elements_.emplace_back();
         }
-        return *elements_[used_++];
+        return elements_[used_++];
     }
 
     // Takes `element` and all that came after it away.
     void PopFrom(const Element& element) {
         do {
-            Clear(*elements_[--used_]);
-        } while (elements_[used_].get() != &element);
+            Clear(elements_[--used_]);
+        } while (&elements_[used_] != &element);
         if (elements_.size() > kMost && used_ < kMost) {
             elements_.resize(kMost);
         }
@@ -44,21 +45,19 @@ class ElementStack {
     static constexpr std::size_t kMostBytes = 1024;
 
     static void Clear(Element& element) {
-        const std::size_t size = element.text.capacity() + element.values.capacity() +
-                                 element.attributes.capacity() + element.children.capacity();
-        if (size > kMostBytes || element.ownKind) {
+        const std::size_t size =
+            element.text.capacity() + element.attributes.capacity() + element.children.capacity();
+        if (size > kMostBytes || element.ownKind || element.ownAttributes) {
             element = {};
             return;
         }
         element.kind = &kTextKind;
         element.text.clear();
-        element.values.clear();
         element.attributes.clear();
         element.children.clear();
-        element.ownAttributes.clear();
     }
 
-    std::vector<std::unique_ptr<Element>> elements_;
+    std::deque<Element> elements_;
     std::size_t used_ = 0;
 };
 
@@ -102,14 +101,18 @@ class Parser {
         XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);
     }
 
+    // What is not complete at the end of a block, such as a long comment, is looked at anew with
+    // the next one, which is twice as long then: the time stays in proportion.
     bool Read(std::istream& source) {
+        int size = kBlock;
+        XML_Index start = -1;  // of what is not complete
         for (bool last = false; !last;) {
-            void* const block = XML_GetBuffer(Expat(), kBlock);  // read where it is parsed
+            void* const block = XML_GetBuffer(Expat(), size);  // read where it is parsed
             if (!block) {
                 ExplainMemory();
                 return false;
             }
-            source.read(static_cast<char*>(block), kBlock);
+            source.read(static_cast<char*>(block), size);
             last = source.eof();
             if (source.bad() || (source.fail() && !last)) {
                 Fault(Say("the file cannot be read"));
@@ -121,12 +124,16 @@ class Parser {
                 Explain();
                 return false;
             }
+            const XML_Index at = XML_GetCurrentByteIndex(Expat());
+            size = at == start ? std::min(size * 2, kLargestBlock) : kBlock;
+            start = at;
         }
         return true;
     }
 
   private:
     static constexpr int kBlock = 64 * 1024;
+    static constexpr int kLargestBlock = 16 * 1024 * 1024;
     static constexpr XML_Char kBehindNamespace[] = {kNamespaceEnd, 0};
 
     struct Closer {
@@ -290,11 +297,11 @@ class Parser {
             element.attributes.push_back({&kind.Attribute(at[0], element.ownAttributes), value});
             size += value.size();
         }
-        element.values.reserve(size);
+        element.text.reserve(size);
         for (Element::Setting& setting : element.attributes) {
-            const std::size_t start = element.values.size();
-            element.values += setting.value;
-            setting.value = std::string_view(element.values).substr(start);
+            const std::size_t start = element.text.size();
+            element.text += setting.value;
+            setting.value = std::string_view(element.text).substr(start);
         }
     }
 
