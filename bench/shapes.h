@@ -10,11 +10,11 @@ namespace lq::bench {
 
 struct Shape {
     const char* name;
-    bool hostile;
     std::string (*document)(std::size_t bytes);  // of that size, or little more
     std::size_t times = 1;                       // how much larger it must be to show something
 };
 
-std::span<const Shape> Shapes();
+std::span<const Shape> HonestShapes();
+std::span<const Shape> HostileShapes();
 
 }  // namespace lq::bench

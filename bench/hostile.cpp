@@ -7,10 +7,11 @@
 // document. The floors keep chance out of small figures. Exit status 1 when a hostile shape is out
 // of proportion.
 //
-// usage: lq_proportion [WORD [BYTES]]: the shapes with WORD in their names, of that smaller size.
+// usage: lq_hostile [WORDS [BYTES]]: the shapes with WORDS in their names, of that smaller size.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -23,13 +24,13 @@
 namespace lq::bench {
 namespace {
 
-constexpr std::size_t kSmaller = 1 << 18;
+constexpr std::size_t kSmaller = 1 << 20;
 constexpr std::size_t kGrowth = 4;
 constexpr double kMostMore = 2;   // of time and memory a byte
 constexpr double kMostPeak = 64;  // bytes a byte
 constexpr double kLeastSeconds = 0.02;
 constexpr double kLeastBytes = 1 << 20;
-constexpr rlim_t kMostSeconds = 5;  // of one run
+constexpr rlim_t kMostSeconds = 20;  // of one run
 constexpr rlim_t kMostMemory = rlim_t{4} << 30;
 
 void Execute(const char* argument, const char* file) {
@@ -64,7 +65,8 @@ Cost Measure(Work work, const std::string& file) {
 class Comparison {
   public:
     Comparison() : start_(Measure(Start, "")) {
-        std::string pattern = "/tmp/lq_proportion_XXXXXX";
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "lq_hostile_XXXXXX").string();
         const int file = mkstemp(pattern.data());
         if (file >= 0) {
             close(file);
@@ -75,8 +77,8 @@ class Comparison {
 
     bool Works() const { return !path_.empty() && start_.succeeded; }
 
-    // False for a hostile shape that is out of proportion.
-    bool Compare(const Shape& shape, std::size_t bytes) {
+    // Prints whether the shape is in proportion.
+    bool Compare(const char* kind, const Shape& shape, std::size_t bytes) {
         const Run smaller = Translated(shape, bytes * shape.times);
         const Run larger = Translated(shape, bytes * shape.times * kGrowth);
         const double growth = larger.bytes / smaller.bytes;
@@ -85,13 +87,12 @@ class Comparison {
         const double peak = larger.peak / larger.bytes;
         const bool isFine =
             larger.isWhole && time <= kMostMore && memory <= kMostMore && peak <= kMostPeak;
-        std::printf("%-7s %-40s %7.0f KB %8.3f s %7.1f MB %5.2f %5.2f %6.1f  %s%s\n",
-                    shape.hostile ? "hostile" : "honest", shape.name, larger.bytes / 1024,
-                    larger.seconds, larger.peak / (1 << 20), time, memory, peak,
-                    isFine ? "in proportion" : "not in proportion",
+        std::printf("%-7s %-40s %7.0f KB %8.3f s %7.1f MB %5.2f %5.2f %6.1f  %s%s\n", kind,
+                    shape.name, larger.bytes / 1024, larger.seconds, larger.peak / (1 << 20), time,
+                    memory, peak, isFine ? "in proportion" : "not in proportion",
                     larger.isWhole ? "" : ": ended by the limits");
         std::fflush(stdout);
-        return isFine || !shape.hostile;
+        return isFine;
     }
 
   private:
@@ -123,13 +124,17 @@ int Main(std::string_view word, std::size_t bytes) {
     std::printf("%-48s %10s %10s %10s %5s %5s %6s\n", "", "file", "time", "peak", "time", "peak",
                 "peak");
     std::printf("%-48s %10s %10s %10s %11s %6s\n", "", "", "", "", "a byte, 4:1", "/ file");
-    bool isFine = true;
-    for (const Shape& shape : Shapes()) {
-        if (std::string_view(shape.name).find(word) != std::string_view::npos) {
-            isFine = comparison.Compare(shape, bytes) && isFine;
+    const auto areFine = [&](const char* kind, std::span<const Shape> shapes) {
+        bool all = true;
+        for (const Shape& shape : shapes) {
+            if (std::string_view(shape.name).find(word) != std::string_view::npos) {
+                all = comparison.Compare(kind, shape, bytes) && all;
+            }
         }
-    }
-    return isFine ? 0 : 1;
+        return all;
+    };
+    areFine("honest", HonestShapes());
+    return areFine("hostile", HostileShapes()) ? 0 : 1;
 }
 
 }  // namespace
