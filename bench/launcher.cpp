@@ -34,7 +34,8 @@ Cost Run(const Request& request) {
     }
     return {Seconds(usage.ru_utime) + Seconds(usage.ru_stime),
             static_cast<double>(usage.ru_maxrss) * 1024,
-            WIFEXITED(status) && WEXITSTATUS(status) == 0};
+            WIFEXITED(status) && WEXITSTATUS(status) == 0,
+            WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
 }  // namespace

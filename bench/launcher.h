@@ -12,6 +12,7 @@ struct Cost {
     double seconds = 0;  // of the processor
     double peak = 0;     // bytes
     bool succeeded = false;
+    int status = -1;  // at its exit; -1 when a signal ended it
 };
 
 // What a process does with the file of that name; it does not return.

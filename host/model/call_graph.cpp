@@ -26,9 +26,9 @@ class CallSearch {
     bool Reaches(ID caller, ID callee) {
         pending_.push_back(caller);
         while (!pending_.empty()) {
-            const Pou& pou = *project_.GetPou(pending_.back());
+            const ID id = pending_.back();
             pending_.pop_back();
-            EnterCallees(pou);
+            EnterCallees(id);
             if (seen_[IndexOf(callee)]) {
                 return true;
             }
@@ -37,9 +37,14 @@ class CallSearch {
     }
 
   private:
-    void EnterCallees(const Pou& pou) {
+    void EnterCallees(ID caller) {
+        const Pou& pou = *project_.GetPou(caller);
         for (const Text name : pou.calls) {
-            Enter(project_.FindPou(name));
+            const ID callee = project_.FindPou(name);
+            // A variable hides the POU of its name; one of the caller's own name is its result.
+            if (callee == caller || (IsNew(callee) && project_.FindBelow(caller, name) == ID())) {
+                Enter(callee);
+            }
         }
         for (const ID id : pou.declarations) {
             const Declaration& declaration = *project_.GetDeclaration(id);
@@ -50,8 +55,10 @@ class CallSearch {
         }
     }
 
+    bool IsNew(ID pou) const { return pou != ID() && !seen_[IndexOf(pou)]; }
+
     void Enter(ID pou) {
-        if (pou != ID() && !seen_[IndexOf(pou)]) {
+        if (IsNew(pou)) {
             seen_[IndexOf(pou)] = true;
             pending_.push_back(pou);
         }

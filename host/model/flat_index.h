@@ -32,19 +32,21 @@ class FlatIndex {
     // Values of one hash are found in the order of their entry. Throws std::bad_alloc; the index is
     // then as before.
     void Add(Value value, uint32_t hash) {
+        AddFirst(value, hash, [](Value) { return false; });
+    }
+
+    // The same for the first value that `same` holds for; one that comes later would never be
+    // found, and thousands of them make a long way. False for such a one, which is left out.
+    template <typename Same>
+    bool AddFirst(Value value, uint32_t hash, Same same) {
         if (slots_.size() * 3 <= (count_ + 1) * 4) {
             Grow();
         }
-        Place(slots_, {value, hash});
-        ++count_;
-    }
-
-    // The same, unless there is a value of that hash for which `same` holds.
-    template <typename Same>
-    void AddNew(Value value, uint32_t hash, Same same) {
-        if (Find(hash, same) == Value{}) {
-            Add(value, hash);
+        if (!Place(slots_, {value, hash}, same)) {
+            return false;
         }
+        ++count_;
+        return true;
     }
 
   private:
@@ -53,17 +55,22 @@ class FlatIndex {
         uint32_t hash;
     };
 
-    static constexpr std::size_t kFirstSize = 64;  // a power of two, as every later size
+    static constexpr std::size_t kFirstSize = 8;  // a power of two, as every later size
 
     std::size_t Mask() const { return slots_.size() - 1; }
 
-    static void Place(std::vector<Slot>& slots, const Slot& slot) {
+    template <typename Same>
+    static bool Place(std::vector<Slot>& slots, const Slot& slot, Same same) {
         const std::size_t mask = slots.size() - 1;
         std::size_t i = slot.hash & mask;
         while (slots[i].value != Value{}) {
+            if (slots[i].hash == slot.hash && same(slots[i].value)) {
+                return false;
+            }
             i = (i + 1) & mask;
         }
         slots[i] = slot;
+        return true;
     }
 
     // The old slots are walked from behind a free one, so that equal hashes keep their order.
@@ -76,7 +83,7 @@ class FlatIndex {
         for (std::size_t n = 0; n < slots_.size(); ++n) {
             const Slot& slot = slots_[(start + n) & Mask()];
             if (slot.value != Value{}) {
-                Place(larger, slot);
+                Place(larger, slot, [](Value) { return false; });
             }
         }
         slots_.swap(larger);

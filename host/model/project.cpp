@@ -25,7 +25,8 @@ Record* At(std::deque<Record>& records, ID id, Sort sort) {
 }
 
 // Makes the next push_back certain, growing as push_back does.
-void MakeRoom(IdList& list) {
+template <typename Item>
+void MakeRoom(std::vector<Item>& list) {
     if (list.size() == list.capacity()) {
         list.reserve(list.size() * 2 + 4);
     }
@@ -110,8 +111,7 @@ ID Project::Enter(std::deque<Record>& records, const Record& record, const Place
             }
         }
         if (place.names) {
-            // Only the first of a name is ever found: thousands of one name would make a walk.
-            place.names->AddNew(id.GetNumber(), HashOfName(record.name), [&](uint32_t number) {
+            place.names->AddFirst(id.GetNumber(), HashOfName(record.name), [&](uint32_t number) {
                 return EqualName(record.name, NameOf(ID(number)));
             });
         }
@@ -215,12 +215,11 @@ bool Project::SetComment(ID object, Text comment) {
 }
 
 void Project::AddCall(Pou& pou, Text callee) {
-    for (const Text known : pou.calls) {
-        if (known == callee) {
-            return;
-        }
+    MakeRoom(pou.calls);
+    if (pou.callIndex.AddFirst(callee, HashOfText(callee),
+                               [callee](Text known) { return known == callee; })) {
+        pou.calls.push_back(callee);
     }
-    pou.calls.push_back(callee);
 }
 
 // -- Reading --------------------------------------------------------------------------------------

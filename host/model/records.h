@@ -103,7 +103,8 @@ struct Pou {
     uint32_t column = 0;
     IdList declarations;
     std::vector<Body> bodies;
-    std::vector<Text> calls;  // names that the bodies call, each once
+    std::vector<Text> calls;    // names that the bodies call, each once
+    FlatIndex<Text> callIndex;  // of these
 };
 
 struct DataType {

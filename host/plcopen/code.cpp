@@ -8,6 +8,7 @@
 
 #include "frame/chars.h"
 #include "host/plcopen/parts.h"
+#include "host/text/foreign_text.h"
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "host/words/words.h"
@@ -16,44 +17,6 @@
 namespace lq::host::plcopen {
 
 namespace {
-
-// Blanks out what the scanner takes for code: comments to the end of the line, and pragmas. Lines
-// stay where they are.
-void BlankForeignText(std::u16string& code) {
-    const auto blank = [&code](std::size_t from, std::size_t to) {
-        for (std::size_t i = from; i < to; ++i) {
-            code[i] = code[i] == u'\n' ? u'\n' : u' ';
-        }
-    };
-    const auto endOf = [&code](std::u16string_view closing, std::size_t from) {
-        const std::size_t at = code.find(closing, from);
-        return at == code.npos ? code.size() : at + closing.size();
-    };
-    constexpr std::u16string_view kBeginnings = u"(/{'\"";
-    for (std::size_t i = 0; i < code.size();) {
-        if (kBeginnings.find(code[i]) == kBeginnings.npos) {
-            ++i;
-            continue;
-        }
-        const std::u16string_view rest = std::u16string_view(code).substr(i);
-        std::size_t end = i + 1;
-        if (rest.starts_with(u"(*")) {
-            end = endOf(u"*)", i + 2);
-        } else if (rest.starts_with(u"//")) {
-            end = endOf(u"\n", i);
-            blank(i, end);
-        } else if (rest.starts_with(u"{")) {
-            end = endOf(u"}", i);
-            blank(i, end);
-        } else if (rest.starts_with(u"'") || rest.starts_with(u"\"")) {
-            while (end < code.size() && code[end] != rest.front() && code[end] != u'\n') {
-                end += code[end] == u'$' ? 2 : 1;
-            }
-            ++end;
-        }
-        i = end;
-    }
-}
 
 constexpr struct {
     const char16_t* instruction;
@@ -82,7 +45,8 @@ class CodeReader {
         } else if (token.kind == TK_IDENTIFIER) {
             body_.jumps.push_back({project_.Intern(token.text), Line(), column, *jump});
         }
-        const bool isName = token.kind == TK_IDENTIFIER;
+        const bool isName = token.kind == TK_IDENTIFIER && !behindDot_;
+        behindDot_ = token.IsOperator(OP_DOT);
         Keep(isName ? token.text : u"", isName && il_ && atStart_);
         nameColumn_ = column;
         atStart_ = false;
@@ -127,6 +91,7 @@ class CodeReader {
     uint32_t nameColumn_ = 0;
     bool isInstruction_ = false;  // it is the first of an IL line
     bool atStart_ = true;         // nothing on the line yet, but for a label
+    bool behindDot_ = false;      // what follows is a part of something, and no POU
     int32_t line_ = -1;
 };
 
@@ -135,7 +100,7 @@ class CodeReader {
 void ReadCode(Context& context, const Code& source, Language language, Pou& pou, Body& body) {
     std::u16string code;
     DecodeUtf8(source.text, code);
-    BlankForeignText(code);
+    code = WithoutForeignText(code);
     const auto length = static_cast<int32_t>(code.size());
     MEMSTREAM_W stream(code.c_str(), length, length, nullptr);  // outlives its scanner
     const std::unique_ptr<CObject> object(Scanner::CreateObject());
@@ -150,7 +115,7 @@ void ReadCode(Context& context, const Code& source, Language language, Pou& pou,
     CodeReader reader(context.project, language, pou, body);
     for (Token token = scanner.GetToken(); token.kind != TK_EOF; token = scanner.GetToken()) {
         const uint32_t column = columns.Next(scanner, token);
-        if (token.kind != TK_NEWLINE && token.kind != TK_COMMENT) {
+        if (token.kind != TK_NEWLINE) {
             reader.Take(token, column);
         }
     }

@@ -22,7 +22,7 @@ void ReadProgramInstance(Context& context, const Element& instance, ID parent) {
 
 void ReadTask(Context& context, const Element& element, ID resource) {
     Task task;
-    task.name = context.Intern(Required(context, element, "name"));
+    task.name = context.Intern(HolderName(context, element, Required(context, element, "name")));
     if (*task.name == 0) {
         return;
     }

@@ -48,6 +48,10 @@ Text Context::Documentation(const Element& element) {
 }
 
 void Context::Warn(const Element& where, std::string message) {
+    constexpr std::size_t kMost = 1000;
+    if (byMessage_.size() >= kMost && !byMessage_.contains(message)) {
+        message = Say("there is more to report, which is not told");
+    }
     const auto [known, isNew] = byMessage_.emplace(message, reports_.size());
     if (!isNew) {
         ++reports_[known->second].more;
@@ -58,6 +62,16 @@ void Context::Warn(const Element& where, std::string message) {
 
 void Context::Fail(uint32_t line, uint32_t column, std::string message) {
     reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true});
+}
+
+std::string_view HolderName(Context& context, const Element& holder, std::string_view name) {
+    constexpr std::size_t kMost = 1024;
+    if (name.size() <= kMost) {
+        return name;
+    }
+    context.Warn(holder, Say("the name of <{}> has more than {} bytes and was left out",
+                             holder.Name(), kMost));
+    return {};
 }
 
 std::string_view Required(Context& context, const Element& element, std::string_view attribute) {

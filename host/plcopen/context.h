@@ -23,7 +23,7 @@ class Context {
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
-    // Reports of one message are grouped.
+    // Reports of one message are grouped; of different ones the first thousand are kept.
     void Warn(const Element& where, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message);
 
@@ -40,5 +40,9 @@ class Context {
 
 // The attribute's value; a missing or blank one is reported as what the element lacks.
 std::string_view Required(Context& context, const Element& element, std::string_view attribute);
+
+// The name of what holds others, which is told with each of them; empty, with a report, when it is
+// so long that this would make much of little.
+std::string_view HolderName(Context& context, const Element& holder, std::string_view name);
 
 }  // namespace lq::host::plcopen

@@ -5,7 +5,7 @@ namespace lq::host::plcopen {
 
 void ReadDataType(Context& context, const Element& dataType) {
     DataType type;
-    type.name = context.Intern(Required(context, dataType, "name"));
+    type.name = context.Intern(HolderName(context, dataType, Required(context, dataType, "name")));
     if (*type.name == 0) {
         return;
     }

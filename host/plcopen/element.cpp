@@ -19,7 +19,7 @@ bool EndsLine(const Element& element) {
 
 void AppendProse(const Element& element, std::string& prose) {
     for (const auto& child : element.children) {
-        prose += child->text;
+        prose += child->Text();
         AppendProse(*child, prose);
         if (EndsLine(*child)) {
             prose += '\n';
@@ -87,9 +87,21 @@ std::string PathOf(const Element& element) {
     path += element.IsText() ? "text" : element.Name();
     const std::string_view name = element.Attribute("name");
     if (!name.empty()) {
-        path.append("[").append(name).append("]");
+        path.append("[").append(Shortened(name)).append("]");
     }
     return path;
+}
+
+std::string Shortened(std::string_view text) {
+    constexpr std::size_t kMost = 255;
+    if (text.size() <= kMost) {
+        return std::string(text);
+    }
+    std::size_t end = kMost;
+    while ((text[end] & 0xC0) == 0x80) {  // within a character
+        --end;
+    }
+    return std::string(text.substr(0, end)) + "...";
 }
 
 bool IsBlank(std::string_view text) {

@@ -15,24 +15,24 @@ namespace lq::host::plcopen {
 struct Element {
     struct Setting {
         const AttributeKind* kind;
-        std::string_view value;  // in `values`
+        std::string_view value;  // in `text`
     };
 
     const Kind* kind = &kTextKind;
-    std::string text;  // of a text
+    std::string text;  // a text's own; of an element the values of its attributes
     std::vector<Setting> attributes;
     std::vector<Element*> children;   // blank texts are kept in XHTML only
     const Element* parent = nullptr;  // null for the root
     uint32_t line = 0;                // both from 1, in the file
     uint32_t column = 0;
-    std::string values;  // of all attributes
 
     // Kinds that are this element's alone.
     std::unique_ptr<Kind> ownKind;
-    std::vector<std::unique_ptr<AttributeKind>> ownAttributes;
+    std::unique_ptr<AttributeKinds> ownAttributes;
 
     std::string_view Name() const { return kind->name; }
     bool IsText() const { return Name().empty(); }
+    std::string_view Text() const { return IsText() ? text : std::string_view(); }
     bool IsXhtml() const { return Name().starts_with("xhtml:"); }
 
     // The attribute's value; empty when it is missing.
@@ -43,8 +43,12 @@ struct Element {
     const Element* FirstElement() const;
 };
 
-// "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names.
+// "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names, long
+// ones shortened.
 std::string PathOf(const Element& element);
+
+// The text, or its first 255 bytes and "...", without half a character.
+std::string Shortened(std::string_view text);
 
 // Space, tab, line feed and carriage return.
 bool IsBlank(std::string_view text);

@@ -60,7 +60,7 @@ Kind& Kind::Below(std::string_view expatName, std::unique_ptr<Kind>& own) {
 }
 
 const AttributeKind& Kind::Attribute(std::string_view expatName,
-                                     std::vector<std::unique_ptr<AttributeKind>>& own) {
+                                     std::unique_ptr<AttributeKinds>& own) {
     if (const AttributeKind* known = Find(attributes_, expatName)) {
         return *known;
     }
@@ -68,8 +68,13 @@ const AttributeKind& Kind::Attribute(std::string_view expatName,
     kind->source = expatName;
     kind->name = AttributeNameOf(expatName);
     kind->verdict = JudgeAttribute(row, kind->name);
-    auto& list = attributes_.size() < kRoom ? attributes_ : own;
-    return *list.emplace_back(std::move(kind));
+    if (attributes_.size() < kRoom) {
+        return *attributes_.emplace_back(std::move(kind));
+    }
+    if (!own) {
+        own = std::make_unique<AttributeKinds>();
+    }
+    return *own->emplace_back(std::move(kind));
 }
 
 }  // namespace lq::host::plcopen

@@ -25,6 +25,7 @@ struct AttributeKind {
     std::string name;
     Verdict verdict;
 };
+using AttributeKinds = std::vector<std::unique_ptr<AttributeKind>>;
 
 // Names: an element of the PLCopen namespaces has its local name, one of XHTML "xhtml:" in front of
 // it, any other "{namespace}" in front of it; an attribute of no namespace has its local name.
@@ -36,7 +37,7 @@ struct Kind {
     // that are hardly PLCopen's, becomes the caller's own.
     Kind& Below(std::string_view expatName, std::unique_ptr<Kind>& own);
     const AttributeKind& Attribute(std::string_view expatName,
-                                   std::vector<std::unique_ptr<AttributeKind>>& own);
+                                   std::unique_ptr<AttributeKinds>& own);
 
     std::string source;  // the name as expat tells it
     std::string name;
@@ -49,7 +50,7 @@ struct Kind {
 
   private:
     std::vector<std::unique_ptr<Kind>> below_;
-    std::vector<std::unique_ptr<AttributeKind>> attributes_;
+    AttributeKinds attributes_;
 };
 
 extern const Kind kTextKind;

@@ -33,7 +33,11 @@ LQ_DATA_API std::string ToText(const Report& report);
 // and the project holds what was read until then. Throws nothing; when even the report finds no
 // memory, there is none.
 //
-// Limits: no entity declarations, nothing outside the document, 256 nested elements.
+// Limits: no declarations in the document type, no entities but those that XML predefines, nothing
+// outside the document; 256 nested elements, 256 attributes of an element, 1,024 bytes of a
+// namespace's name; 1,024 bytes of the name of what holds others (POUs, actions, data types, lists
+// of variables, configurations, resources, tasks), where a longer one is reported and left out;
+// 1,000 different reports, behind which one says that there are more.
 LQ_DATA_API bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& project,
                              std::vector<Report>& reports) noexcept;
 

@@ -66,6 +66,9 @@ class Reader final : public ElementHandler {
     void TakeInstance(const Element& pou) { ReadProgramInstance(context_, pou, resource_); }
     void TakeDocumentation(const Element& documentation);
 
+    std::string_view NameOf(const Element& holder) {
+        return HolderName(context_, holder, Required(context_, holder, "name"));
+    }
     bool IsImplicit(const Declaration& declaration) const;
 
     Context& context_;
@@ -166,7 +169,7 @@ bool Reader::OpenPou(const Element& element) {
             continue;
         }
         Pou pou;
-        pou.name = context_.Intern(Required(context_, element, "name"));
+        pou.name = context_.Intern(NameOf(element));
         pou.kind = row.kind;
         pou.line = element.line;
         pou.column = element.column;
@@ -192,7 +195,7 @@ bool Reader::OpenVariables(const Element& element) {
     }
     VariableList list;
     list.parent = pou_ != ID() ? pou_ : resource_ != ID() ? resource_ : configuration_;
-    const std::string_view name = Trim(element.Attribute("name"));
+    const std::string_view name = HolderName(context_, element, Trim(element.Attribute("name")));
     list.name = name.empty() ? project_.NameOf(list.parent) : context_.Intern(name);
     list.line = element.line;
     owner_ = project_.AddVariableList(list);
@@ -201,7 +204,7 @@ bool Reader::OpenVariables(const Element& element) {
 
 bool Reader::OpenConfiguration(const Element& element) {
     Configuration configuration;
-    configuration.name = context_.Intern(Required(context_, element, "name"));
+    configuration.name = context_.Intern(NameOf(element));
     configuration.line = element.line;
     configuration_ = project_.AddConfiguration(configuration);
     return true;
@@ -209,7 +212,7 @@ bool Reader::OpenConfiguration(const Element& element) {
 
 bool Reader::OpenResource(const Element& element) {
     Resource resource;
-    resource.name = context_.Intern(Required(context_, element, "name"));
+    resource.name = context_.Intern(NameOf(element));
     resource.configuration = configuration_;
     resource.line = element.line;
     resource_ = project_.AddResource(resource);
@@ -268,7 +271,7 @@ void Reader::TakeResultType(const Element& type) {
 }
 
 void Reader::TakeNamedBody(const Element& part) {
-    const std::string_view name = Required(context_, part, "name");
+    const std::string_view name = NameOf(part);
     if (const Element* body = part.Child("body")) {
         ReadBody(context_, *body, name, *project_.EditPou(pou_));
     }

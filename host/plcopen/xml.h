@@ -1,10 +1,13 @@
 // The XML side of the reader: a stream of bytes to elements, on expat.
 //
 // The document may be UTF-8 or UTF-16 (and what else expat reads without help). Nothing outside the
-// document is ever opened. A document type is tolerated; an entity declaration in it, a reference
-// to an entity that is not predefined, and more than kMaxDepth nested elements end the reading.
+// document is ever opened. A document type is tolerated, also one that lies elsewhere; any
+// declaration in it (of entities, attributes, elements, notations), a reference to an entity that
+// is not predefined, in text or in an attribute, and more than kMaxDepth nested elements end the
+// reading.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <string>
@@ -14,6 +17,8 @@
 namespace lq::host::plcopen {
 
 inline constexpr int kMaxDepth = 256;
+inline constexpr int kMaxAttributes = 256;          // of an element
+inline constexpr std::size_t kMaxNamespace = 1024;  // bytes of a namespace's name
 
 enum class Treatment {
     kStream,   // its children are offered one by one and released behind their end

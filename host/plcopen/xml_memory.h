@@ -1,17 +1,46 @@
-// The memory of the XML parser.
+// The memory that expat may take for a document.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 
 #include <expat.h>
 
 namespace lq::host::plcopen {
 
-// That of the C library. A shortage is counted and reported when it happens: of some the parser
-// makes a fault of the document, such as "unbound prefix".
-extern const XML_Memory_Handling_Suite kXmlMemory;
+// As long as it lives, what expat takes on this thread counts against it. For each byte of a
+// document a parser may hold so many as no sound document needs; a short document that makes it
+// take more is one that was written for that.
+class XmlMemory {
+  public:
+    XmlMemory();
+    ~XmlMemory();
+    XmlMemory(const XmlMemory&) = delete;
+    XmlMemory& operator=(const XmlMemory&) = delete;
 
-// How often memory was short in this process.
-std::uint32_t XmlShortages() noexcept;
+    static const XML_Memory_Handling_Suite& Functions();
+
+    void Allow(std::size_t documentBytes) { most_ += documentBytes * kEach; }
+    // From now on expat gets nothing.
+    void End() { most_ = 0; }
+    bool IsExceeded() const { return isExceeded_; }
+
+  private:
+    static constexpr std::size_t kFirst = 4 << 20;
+    static constexpr std::size_t kEach = 32;
+
+    static void* Allocate(std::size_t size);
+    static void* Reallocate(void* block, std::size_t size);
+    static void Release(void* block);
+
+    // Whether so much may be taken when so much is given back.
+    bool Take(std::size_t size, std::size_t old);
+
+    static thread_local XmlMemory* current;
+
+    XmlMemory* const outer_;
+    std::size_t used_ = 0;
+    std::size_t most_ = kFirst;
+    bool isExceeded_ = false;
+};
 
 }  // namespace lq::host::plcopen

@@ -203,6 +203,32 @@ TEST(Faults, InputsBeyondTheLimit) {
     }
 }
 
+std::string Times(int count, const std::string& text) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+std::string Numbered(int count, const std::string& before, const std::string& behind) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += before + std::to_string(i) + behind;
+    }
+    return all;
+}
+
+// lq with no more time and memory than sound documents of a megabyte need.
+std::string Frugal() {
+#if LQ_TEST_SANITIZED
+    return "ulimit -t 60; \"$LQ\" ";
+#else
+    return "ulimit -t 5; ulimit -v 262144; \"$LQ\" ";
+#endif
+}
+
+// Much of little: most of these would take gigabytes or minutes.
 TEST(Faults, HostileXml) {
     WriteFile(InFolder("secret.txt"), "SECRET");
     std::string laughs = "<!DOCTYPE project [<!ENTITY a0 'ha'>";
@@ -210,26 +236,53 @@ TEST(Faults, HostileXml) {
         const std::string inner = "&a" + std::to_string(i - 1) + ";";
         laughs += "<!ENTITY a" + std::to_string(i) + " '" + inner + inner + "'>";
     }
-    constexpr char kRoot[] = "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>";
-    std::string deep = kRoot;
-    for (int i = 0; i < 100000; ++i) {
-        deep += "<a>";
-    }
+    const std::string root = "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>";
+    const std::string list =
+        root + "<types><pous><pou name='P' pouType='program'><interface><localVars";
+    const std::string longText(100'000, 'x');
+    const std::string typeElsewhere = "<!DOCTYPE project SYSTEM 'secret.txt'>";
     struct Case {
         std::string document;
         const char* message;
     };
     for (const Case& c : {
-             Case{deep, "elements are nested deeper than 256"},
-             Case{laughs + "]><project>&a29;</project>", "entities are not accepted"},
+             Case{root + Times(100'000, "<a>"), "elements are nested deeper than 256"},
+             Case{laughs + "]><project>&a29;</project>", "declarations are not accepted"},
              Case{"<!DOCTYPE project [<!ENTITY a SYSTEM 'secret.txt'>]><project>&a;</project>",
-                  "entities are not accepted"},
+                  "declarations are not accepted"},
+             Case{"<!DOCTYPE project [<!ATTLIST a b CDATA '" + longText + "'>]>" + root +
+                      Times(50'000, "<a/>"),
+                  "declarations are not accepted"},
+             Case{typeElsewhere + root + "<contentHeader name='Sp&foo;eed'/></project>",
+                  "'foo' is not declared"},
+             Case{list + Numbered(50'000, " a", "=''") + "/>", "more than 256 attributes"},
+             Case{list + " xmlns:p='" + longText + "'" + Numbered(50'000, " p:a", "=''") + "/>",
+                  "name of a namespace has more than 1024 bytes"},
+             Case{list + " xmlns:p='" + longText + "'>" + Times(100'000, "<p:a/>"),
+                  "name of a namespace has more than 1024 bytes"},
+             Case{list + " xmlns:p='" + longText.substr(0, 1000) + "'" +
+                      Numbered(50'000, " p:a", "=''") + "/>",
+                  "takes more memory than its size warrants"},
          }) {
         for (const char* command : {"translate -", "show -", "tasks -"}) {
-            const Outcome outcome = RunLq(command, c.document);
+            const Outcome outcome = RunShell(Frugal() + command, c.document);
             ExpectFailure(outcome, c.message, c.document.substr(0, 100));
             EXPECT_THAT(outcome.out + outcome.err, Not(HasSubstr("SECRET"))) << c.document;
         }
+    }
+    // Long names of what holds much, and more reports than anyone reads.
+    const std::string many = Numbered(50'000, "<variable name='1", "'/>");
+    const std::string names[] = {
+        Project("", "<pou name='" + longText + "' pouType='program'><interface><localVars>" + many +
+                        "</localVars></interface></pou>"),
+        Project("</globalVars><globalVars name='" + longText + "'>" + many),
+        Project("<variable name='" + longText + "'>" + Numbered(50'000, "<a", "/>") +
+                "</variable>"),
+    };
+    for (const std::string& document : names) {
+        const Outcome outcome = RunShell(Frugal() + "translate -", document);
+        EXPECT_EQ(outcome.status, 1) << document.substr(0, 800) << outcome.err.substr(0, 1000);
+        EXPECT_LT(outcome.err.size(), 20u << 20) << document.substr(0, 800);
     }
 }
 

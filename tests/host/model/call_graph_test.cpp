@@ -7,7 +7,8 @@ namespace {
 
 using namespace lq::host;
 
-// Main -> A -> B -> C -> B, by instances, an array of them and a call; F calls itself, G nothing.
+// Main -> A -> B -> C -> B, by instances, an array of them and a call; F calls itself, G nothing, H
+// a variable.
 TEST(CheckIsRecursiveCall, FollowsInstancesAndCalls) {
     CurrentProject project;
     const ID main = project.NewPou(LQ_KIND_PROGRAM, u"Main");
@@ -24,6 +25,9 @@ TEST(CheckIsRecursiveCall, FollowsInstancesAndCalls) {
     project.AddCall(*project.EditPou(f), u"f");
     project.AddCall(*project.EditPou(g), u"Missing");
     project.NewVariable(g, u"number", u"INT");
+    const ID h = project.NewPou(LQ_KIND_FUNCTION_BLOCK, u"H");
+    project.NewVariable(h, u"f", u"TON");
+    project.AddCall(*project.EditPou(h), u"F");
 
     constexpr struct {
         const char16_t* caller;
@@ -35,6 +39,7 @@ TEST(CheckIsRecursiveCall, FollowsInstancesAndCalls) {
         {u"C", u"C", true},        {u"C", u"A", false},       {u"F", u"F", true},
         {u"G", u"G", false},       {u"G", u"F", false},       {u"Main", u"TON", false},
         {u"Main", u"F", false},    {u"Missing", u"A", false}, {u"A", u"Missing", false},
+        {u"H", u"F", false},
     };
     for (const auto& row : kCases) {
         EXPECT_EQ(CheckIsRecursiveCallEx(row.caller, row.callee, 0) != 0, row.reached)

@@ -60,6 +60,10 @@ TEST(Bodies, OfIlHaveLabelsJumpsAndCalls) {
         {"LD JMP\nST label", "", "", "LD ST "},
         {"LD a (* JMP no\n no: *)\n// JMP no\nJMP yes // JMP no", "", "yes:4 ", "LD "},
         {"{no: }LD 'JMP no'\nyes: LD \"no:\"", "yes:2 ", "", "LD "},
+        {"{{\nno:\n if (F()) {\nno:\n}\n no: F(); }}\nyes: LD a", "yes:7 ", "", "LD "},
+        {"{ '{' }\n no: }\n yes: { LD a\nno:", "yes:3 ", "", ""},
+        {"(* no\n(* *)\nno: *)\nyes: LD a /*\nno: */\n yes: (*\nno:", "yes:4 yes:6 ", "", "LD "},
+        {"LD 'a$\nyes: LD \"$x no:\nyes: JMP yes", "yes:2 yes:3 ", "yes:3 ", "LD "},
         {"Func a, b\nCAL timer(IN := x)", "", "", "Func CAL timer "},
         {"LD 'it$'s' (* ' *)\n// isn't\nJMP x", "", "x:3 ", "LD "},
         {"JMP\nLD x\nJMP 5", "", "", "LD "},
@@ -83,6 +87,11 @@ TEST(Bodies, OfStHaveCallsOnly) {
         {"IF (a) AND (b) THEN inst(x := MAX(a, b)); END_IF;", "inst MAX "},
         {"(* F(1) *) // G(2)\n{H(3)} s := 'I(4)';", ""},
         {"F := F\n(1);", "F "},
+        {"{{ F(1) {G(2)} H(3) }} I(4) { J(5)", "I "},
+        {"(* (* *) F(1) *) G(2) (*) H(3) *) I(4)", "G I "},
+        {"(* (* *) F(1); (* *) G(2)", "F G "},
+        {"s := 'a$% F(1)'; t := \"$' G(2)\"; u := 'H(3)\n; I(4); v := 'J(5)'", "I "},
+        {"x.F(1); y := a. G(2) + H(3).z;", "H "},
         {"a := INT#5; b := T#5s; c := F(%IX0.0); # $ F(2)", "F "},
     };
     for (const auto& c : kCases) {

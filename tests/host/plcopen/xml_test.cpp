@@ -13,6 +13,29 @@ using namespace lq::host;
 
 constexpr std::string_view kRoot = R"(<project xmlns="http://www.plcopen.org/xml/tc6_0201">)";
 
+std::string Attributes(int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += " a" + std::to_string(i) + "=''";
+    }
+    return all;
+}
+
+std::string Utf16(std::u16string_view text) {
+    std::string bytes = "\xFF\xFE";
+    for (const char16_t c : text) {
+        bytes += static_cast<char>(c & 0xFF);
+        bytes += static_cast<char>(c >> 8);
+    }
+    return bytes;
+}
+
+std::string Utf16(const std::string& utf8) {
+    std::u16string text;
+    DecodeUtf8(utf8, text);
+    return Utf16(text);
+}
+
 TEST(Xml, RefusesWhatIsNoProject) {
     const std::string root(kRoot);
     const struct {
@@ -33,12 +56,10 @@ TEST(Xml, RefusesWhatIsNoProject) {
          "the file is no PLCopen project: its root element is <pou>", 1},
         {"<?xml version='1.0' encoding='windows-0'?>" + root + "</project>",
          "the file is not well-formed XML: unknown encoding", 1},
-        {"<!DOCTYPE project [\n<!ENTITY a 'aaaa'>]>" + root + "</project>",
-         "the document declares the entity 'a'; entities are not accepted", 2},
-        {"<!DOCTYPE project [\n<!ENTITY % p SYSTEM 'file:///etc/hosts'>%p;]>" + root + "</project>",
-         "the document declares the entity 'p'; entities are not accepted", 2},
-        {"<!DOCTYPE project SYSTEM 'x.dtd'>\n" + root + "<types>&a;</types></project>",
-         "the entity 'a' is not declared", 2},
+        {root + "<types" + Attributes(257) + "/></project>",
+         "an element has more than 256 attributes", 1},
+        {root + "\n<types xmlns:p='" + std::string(1025, 'u') + "'/></project>",
+         "the name of a namespace has more than 1024 bytes", 2},
         {root + "&b;</project>", "the file is not well-formed XML: undefined entity", 1},
     };
     for (const auto& c : cases) {
@@ -49,6 +70,61 @@ TEST(Xml, RefusesWhatIsNoProject) {
         EXPECT_EQ(read.reports[0].line, c.line) << c.document;
         EXPECT_TRUE(read.reports[0].error) << c.document;
     }
+}
+
+// What is told of a document type, and of references, in either encoding.
+TEST(Xml, AcceptsNeitherDeclarationsNorEntities) {
+    const std::string elsewhere = "<!DOCTYPE project PUBLIC 'x' 'x.dtd'>\n";
+    const std::string blanks(70'000, ' ');  // more than is read at a time
+    const auto project = [](const std::string& name) {
+        return std::string(kRoot) + "<contentHeader" + name + "/></project>";
+    };
+    const std::string plain = project(" name='a'");
+    const std::string declared = "the document type declares '";
+    const std::string undeclared = "the entity '";
+    const struct {
+        std::string document;
+        std::string told;  // the beginning of the message; empty when the document is accepted
+        uint32_t line = 0;
+        uint32_t column = 0;  // 0: where expat has it, near the declaration
+    } cases[] = {
+        {"<!DOCTYPE project>" + plain, ""},
+        {"<!DOCTYPE project []>" + plain, ""},
+        {elsewhere + project(" name='&#65;&amp;&#x42;&lt;&gt;&apos;&quot;'"), ""},
+        {"<!DOCTYPE project [\n<!ENTITY e 'x'>]>" + project(" name='&e;'"), declared + "e'", 2},
+        {"<!DOCTYPE project [<!ENTITY e SYSTEM 'file:///etc/hosts'>]>" + plain, declared + "e'", 1},
+        {"<!DOCTYPE project [<!ENTITY % p SYSTEM 'file:///etc/hosts'>%p;]>" + plain,
+         declared + "p'", 1},
+        {"<!DOCTYPE project [ <!ATTLIST v a CDATA 'x'>]>" + plain, declared + "a'", 1},
+        {"<!DOCTYPE project [<!ELEMENT v (#PCDATA)>]>" + plain, declared + "v'", 1},
+        {"<!DOCTYPE project [<!NOTATION n SYSTEM 'x'>]>" + plain, declared + "n'", 1},
+        {"<!DOCTYPE project [%p;]>" + project(" name='&e;'"), undeclared + "p'", 1},
+        {"<!DOCTYPE project SYSTEM 'x' [%p; <!ATTLIST v a CDATA 'x'>]>" + plain, undeclared + "p'",
+         1},
+        {elsewhere + project(" name='Sp&f\u00fc;eed'"), undeclared + "f\u00fc'", 2, 54},
+        {elsewhere + project(blanks + " name='&amp;&e;'"), undeclared + "e'", 2, 54},
+        {elsewhere + project(" xmlns:p='u&e;'"), undeclared + "e'", 2, 54},
+        {elsewhere + project("><u name='&e;'/></contentHeader><u"), undeclared + "e'", 2, 69},
+        {elsewhere + project("/>&e;<u"), undeclared + "e'", 2, 70},
+        {project(" name='&e;'"), "the file is not well-formed XML: undefined entity", 1},
+        {"<?xml version='1.0' standalone='yes'?>" + elsewhere + project(" name='&e;'"),
+         "the file is not well-formed XML: undefined entity", 2},
+    };
+    for (const auto& c : cases) {
+        for (const std::string& bytes : {c.document, Utf16(c.document)}) {
+            const ReadProject read(bytes);
+            const std::string what = c.document.substr(0, 200);
+            EXPECT_EQ(read.complete, c.told.empty()) << what << read.Messages();
+            ASSERT_EQ(read.reports.size(), read.complete ? 0u : 1u) << what << read.Messages();
+            if (!read.complete) {
+                EXPECT_TRUE(read.reports[0].message.starts_with(c.told)) << what << read.Messages();
+                EXPECT_EQ(read.reports[0].line, c.line) << what;
+                EXPECT_TRUE(c.column == 0 || read.reports[0].column == c.column) << what;
+                EXPECT_EQ(std::u16string_view(read.project.Name()), u"") << what;
+            }
+        }
+    }
+    EXPECT_EQ(std::u16string_view(ReadProject(cases[2].document).project.Name()), u"A&B<>'\"");
 }
 
 TEST(Xml, BoundsTheDepth) {
@@ -70,16 +146,11 @@ TEST(Xml, BoundsTheDepth) {
 
 TEST(Xml, ToleratesADocumentTypeAndReadsEitherEncoding) {
     const std::u16string document =
-        u"<!DOCTYPE project SYSTEM 'http://nowhere.invalid/x.dtd' [<!ELEMENT project ANY>]>"
+        u"<!DOCTYPE project SYSTEM 'http://nowhere.invalid/x.dtd' [ <!-- %p; --><?p <!ENTITY?> ]>"
         u"<project xmlns='http://www.plcopen.org/xml/tc6.xsd'>"
         u"<contentHeader name='M\u00fchle &#x1F600; &amp;'/></project>";
-    std::string utf16 = "\xFF\xFE";
-    for (const char16_t c : document) {
-        utf16 += static_cast<char>(c & 0xFF);
-        utf16 += static_cast<char>(c >> 8);
-    }
     for (const std::string& bytes :
-         {EncodeUtf8(document), "\xEF\xBB\xBF" + EncodeUtf8(document), utf16}) {
+         {EncodeUtf8(document), "\xEF\xBB\xBF" + EncodeUtf8(document), Utf16(document)}) {
         const ReadProject read(bytes);
         EXPECT_TRUE(read.complete) << read.Messages();
         EXPECT_EQ(std::u16string_view(read.project.Name()), u"M\u00fchle \U0001F600 &");
@@ -144,14 +215,9 @@ TEST(Xml, TellsTheLineAndColumnOfEveryElement) {
             for (const char16_t c : body) {
                 latin += static_cast<char>(c);
             }
-            std::string utf16 = "\xFF\xFE";
-            for (const char16_t c : document) {
-                utf16 += static_cast<char>(c & 0xFF);
-                utf16 += static_cast<char>(c >> 8);
-            }
             const PlaceList expected = PlacesOfVariables(document);
             ASSERT_EQ(expected.size(), 7u);
-            for (const std::string& bytes : {EncodeUtf8(document), latin, utf16}) {
+            for (const std::string& bytes : {EncodeUtf8(document), latin, Utf16(document)}) {
                 EXPECT_EQ(PlacesRead(bytes), expected) << size;
             }
         }

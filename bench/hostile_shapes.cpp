@@ -1,0 +1,219 @@
+// Much of little: attributes, entities, nesting, namespaces, names that come again, long tokens.
+#include "bench/document_parts.h"
+#include "bench/shapes.h"
+
+namespace lq::bench {
+
+namespace {
+
+string WithType(const string& documentType) {
+    return Document("", "", "", "<!DOCTYPE project " + documentType + ">");
+}
+
+constexpr size_t kLong = 4;  // of what is long without a break
+
+constexpr Shape kShapes[] = {
+    {"entities in entities",
+     [](size_t n) {
+         const auto entity = [](size_t i) {
+             const string inner = i == 0 ? "ha" : "&e" + No(i - 1) + ";";
+             return "<!ENTITY e" + No(i) + " '" + inner + inner + "'>";
+         };
+         return WithType("[" + Fill(n, entity) + "]");
+     }},
+    {"one long entity", [](size_t n) { return WithType("[<!ENTITY e '" + string(n, 'x') + "'>]"); },
+     kLong},
+    {"parameter entities",
+     [](size_t n) {
+         return WithType("SYSTEM 'x' [" + Fill(n, [](size_t i) { return "%p" + No(i) + ";"; }) +
+                         "]");
+     }},
+    {"references to no entity",
+     [](size_t n) {
+         return Document("", "", Fill(n, string("&e;")), "<!DOCTYPE project SYSTEM 'x'>");
+     }},
+    {"references to characters",
+     [](size_t n) {
+         return Document("",
+                         Locals(Var("v", "<INT/>", Value(Fill(n, string("&#65;")))), "globalVars"),
+                         "", "<!DOCTYPE project SYSTEM 'x'>");
+     }},
+    {"a long default of an attribute",
+     [](size_t n) {
+         return Document(
+             "", Locals(Fill(n / 2, string("<variable/>")), "globalVars"), "",
+             "<!DOCTYPE project [<!ATTLIST variable name CDATA '" + string(n / 2, 'x') + "'>]>");
+     },
+     kLong},
+    {"many defaults of attributes",
+     [](size_t n) {
+         const auto attribute = [](size_t i) { return " a" + No(i) + " CDATA 'x'"; };
+         return Document("", Locals(Fill(n / 2, string("<variable/>")), "globalVars"), "",
+                         "<!DOCTYPE project [<!ATTLIST variable" + Fill(n / 2, attribute) + ">]>");
+     }},
+    {"a deep content model",
+     [](size_t n) {
+         return WithType("[<!ELEMENT e " + string(n / 2, '(') + "a" + string(n / 2, ')') + ">]");
+     }},
+    {"comments in the document type",
+     [](size_t n) { return WithType("[" + Fill(n, string("<!-- no --><?no no?>")) + "]"); }},
+    {"a long comment in the document type",
+     [](size_t n) { return WithType("[<!--" + string(n, 'x') + "-->]"); }, kLong},
+    {"a long address of the document type",
+     [](size_t n) { return WithType("SYSTEM '" + string(n, 'x') + "'"); }, kLong},
+    {"attributes of an element",
+     [](size_t n) {
+         return Document("", "<globalVars" + Fill(n, [](size_t i) {
+                                 return " a" + No(i) + "=''";
+                             }) + "></globalVars>");
+     }},
+    {"attributes of one name",
+     [](size_t n) {
+         return Document("", "<globalVars" + Fill(n, string(" a=''")) + "></globalVars>");
+     }},
+    {"attributes of many elements",
+     [](size_t n) {
+         return ManyGlobals(n, [](size_t i) {
+             string element = "<variable name='v" + No(i) + "'";
+             for (size_t k = 0; k < 100; ++k) {
+                 element += " a" + No(i * 100 + k) + "=''";
+             }
+             return element + "/>";
+         });
+     }},
+    {"attributes with a prefix",
+     [](size_t n) {
+         return Document("", "<globalVars xmlns:p='" + string(n / 2, 'u') + "'" +
+                                 Fill(n / 2, [](size_t i) { return " p:a" + No(i) + "=''"; }) +
+                                 "/>");
+     }},
+    {"attributes with a short prefix",
+     [](size_t n) {
+         return Document("", "<globalVars xmlns:p='" + string(200, 'u') + "'" +
+                                 Fill(n, [](size_t i) { return " p:a" + No(i) + "=''"; }) + "/>");
+     }},
+    {"a long attribute",
+     [](size_t n) { return Globals(Var("v", "<INT/>", Value(string(n, '1')))); }, kLong},
+    {"a long name of an attribute",
+     [](size_t n) { return Globals("<variable " + string(n, 'a') + "=''/>"); }, kLong},
+    {"a long name of an element", [](size_t n) { return Globals("<" + string(n, 'a') + "/>"); },
+     kLong},
+    {"many names of elements",
+     [](size_t n) { return Globals(Fill(n, [](size_t i) { return "<a" + No(i) + "/>"; })); }},
+    {"elements that are kept to be judged",
+     [](size_t n) { return Globals(Named("variable", "v", Fill(n, string("<a/>")))); }},
+    {"texts that are kept to be judged",
+     [](size_t n) { return Globals(Named("variable", "v", Fill(n, string("x<a/>")))); }},
+    {"namespaces of an element",
+     [](size_t n) {
+         return Document("", "", "", "", Fill(n, [](size_t i) {
+                             return " xmlns:n" + No(i) + "='u:" + No(i) + "'";
+                         }));
+     }},
+    {"namespaces of nested elements",
+     [](size_t n) {
+         const string deep = Fill(8000, string("<a xmlns='u:1' xmlns:b='u:2'><b:c/>"));
+         const size_t depth = 8000 / 35 + 1;
+         return Globals(Fill(n, deep + Times(depth, "</a>")));
+     }},
+    {"a long namespace",
+     [](size_t n) {
+         return Globals("<variable name='v' xmlns:p='" + string(n / 2, 'u') + "'>" +
+                        Fill(n / 2, string("<p:a/>")) + "</variable>");
+     }},
+    {"a long namespace of known elements",
+     [](size_t n) {
+         string document = ManyGlobals(n / 2, [](size_t i) { return Var("v" + No(i)); });
+         const string space = "xmlns='http://www.plcopen.org/xml/tc6";
+         return document.replace(document.find(space), space.size(), space + string(n / 2, 'u'));
+     }},
+    {"nested to the limit",
+     [](size_t n) { return Globals(Fill(n, Times(240, "<a>") + Times(240, "</a>"))); }},
+    {"nested to the limit where it is read",
+     [](size_t n) {
+         const string type =
+             Times(120, "<array><baseType>") + "<INT/>" + Times(120, "</baseType></array>");
+         return ManyGlobals(n, [&](size_t i) { return Var("v" + No(i), type); });
+     }},
+    {"nested beyond the limit", [](size_t n) { return Globals(Fill(n, string("<a>"))); }},
+    {"globals of one name", [](size_t n) { return Globals(Fill(n, Var("same"))); }},
+    {"lists with a global of one name",
+     [](size_t n) { return Document("", Fill(n, Locals(Var("same"), "globalVars"))); }},
+    {"units of one name",
+     [](size_t n) { return Document(Fill(n, Unit("Same", Locals(Var("v"))))); }},
+    {"types of one name",
+     [](size_t n) { return Document("", "", Fill(n, Structure("Same", Var("m")))); }},
+    {"tasks of one name",
+     [](size_t n) {
+         return Document(Unit("Main", ""),
+                         Fill(n, string("<task name='T' priority='1'><pouInstance name='P' "
+                                        "typeName='Main'/></task>")));
+     }},
+    {"variables of one name",
+     [](size_t n) { return Document(Unit("U", Locals(Fill(n, Var("same"))))); }},
+    {"members of one name",
+     [](size_t n) { return Document("", "", Structure("T", Fill(n, Var("same")))); }},
+    {"labels of one name",
+     [](size_t n) {
+         return Document(Unit("U", "", Fill(n, string("same: LD v\nJMP same\n")), "IL"));
+     }},
+    {"a long name of a unit with variables",
+     [](size_t n) {
+         const auto variable = [](size_t i) { return Var("1" + No(i)); };
+         return Document(Unit(string(n / 2, 'u'), Locals(Fill(n / 2, variable))));
+     }},
+    {"a long name of a list with globals",
+     [](size_t n) {
+         const string globals = Fill(n / 2, [](size_t i) { return Var("1" + No(i)); });
+         return Document(
+             "", "<globalVars name='" + string(n / 2, 'g') + "'>" + globals + "</globalVars>");
+     }},
+    {"a long name of a type with members",
+     [](size_t n) {
+         const auto member = [](size_t i) { return Var("m" + No(i), Typed("No" + No(i))); };
+         return Document("", "", Structure(string(n / 2, 't'), Fill(n / 2, member)));
+     }},
+    {"a long name of a unit with labels",
+     [](size_t n) {
+         const auto label = [](size_t i) { return "l" + No(i) + ":\n"; };
+         return Document(Unit(string(n / 2, 'u'), "", Fill(n / 2, label), "IL"));
+     }},
+    {"a long name with many reports",
+     [](size_t n) {
+         const auto unknown = [](size_t i) { return "<a" + No(i) + "/>"; };
+         return Globals(Named("variable", string(n / 2, 'v'), Fill(n / 2, unknown)));
+     }},
+    {"many faults in the format",
+     [](size_t n) {
+         const auto task = [](size_t i) { return "<task name='t' interval='?" + No(i) + "'/>"; };
+         return Document("", Fill(n, task));
+     }},
+    {"a long comment", [](size_t n) { return Globals("<!--" + string(n, 'x') + "-->"); }, kLong},
+    {"comments", [](size_t n) { return Globals(Fill(n, string("<!-- -->"))); }},
+    {"a long CDATA section",
+     [](size_t n) { return Document(Unit("U", "", "<![CDATA[" + string(n, ';') + "]]>")); }, kLong},
+    {"CDATA sections",
+     [](size_t n) { return Document(Unit("U", "", Fill(n, string("<![CDATA[;]]>")))); }},
+    {"processing instructions", [](size_t n) { return Globals(Fill(n, string("<?a?>"))); }},
+    {"a long processing instruction",
+     [](size_t n) { return Globals("<?a " + string(n, 'x') + "?>"); }, kLong},
+    {"open comments in a body",
+     [](size_t n) { return Document(Unit("U", "", Fill(n, string("(* *) (* (* *)")))); }},
+    {"open pragmas in a body",
+     [](size_t n) { return Document(Unit("U", "", Fill(n, string("{ } {")))); }},
+    {"open strings in a body",
+     [](size_t n) { return Document(Unit("U", "", Fill(n, string("'\n\"\n$'")))); }},
+    {"names of calls in a body",
+     [](size_t n) {
+         return Document(Unit("U", "", Fill(n, [](size_t i) { return "f" + No(i) + "("; })));
+     }},
+    {"tags cut off", [](size_t n) { return "<project " + string(n, ' '); }, kLong},
+};
+
+}  // namespace
+
+std::span<const Shape> HostileShapes() {
+    return kShapes;
+}
+
+}  // namespace lq::bench
