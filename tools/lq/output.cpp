@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
+#include <streambuf>
+#include <string_view>
+#include <unistd.h>
 
 #include "tools/lq/escape.h"
+#include "tools/lq/output_file.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
@@ -61,6 +66,48 @@ std::string Cell(const Json& value) {
     return value.is_string() ? OneLine(value.get<std::string>()) : value.dump();
 }
 
+// Standard output with nothing of the C library between, which would repeat for ever a write that
+// takes no bytes. On a terminal a line shows when it is whole.
+class ResultsBuffer : public std::streambuf {
+  public:
+    ResultsBuffer() { setp(std::begin(bytes_), std::end(bytes_)); }
+
+  protected:
+    int sync() override {
+        const std::string_view bytes(pbase(), static_cast<size_t>(pptr() - pbase()));
+        setp(std::begin(bytes_), std::end(bytes_));
+        return WriteAll(STDOUT_FILENO, bytes) == 0 ? 0 : -1;
+    }
+    int_type overflow(int_type c) override {
+        if (sync() != 0) {
+            return traits_type::eof();
+        }
+        return traits_type::eq_int_type(c, traits_type::eof())
+                   ? traits_type::not_eof(c)
+                   : sputc(traits_type::to_char_type(c));
+    }
+    std::streamsize xsputn(const char* from, std::streamsize count) override {
+        const std::streamsize taken = std::streambuf::xsputn(from, count);
+        const bool isWhole = isTerminal_ && taken > 0 && from[taken - 1] == '\n';
+        return isWhole && sync() != 0 ? 0 : taken;
+    }
+
+  private:
+    const bool isTerminal_ = IsTerminal(Stream::kResults);
+    char bytes_[size_t{1} << 15];
+};
+
+// std::cout flushes what it writes to when the program ends, after the statics are gone: the buffer
+// stays.
+std::ostream& Results() {
+    alignas(ResultsBuffer) static unsigned char place[sizeof(ResultsBuffer)];
+    static auto* const buffer = new (place) ResultsBuffer;
+    if (std::cout.rdbuf() != buffer) {
+        std::cout.rdbuf(buffer);
+    }
+    return std::cout;
+}
+
 }  // namespace
 
 std::string MemberOf(std::string title) {
@@ -95,11 +142,11 @@ void PrintJson(const Json& document) {
 }
 
 void PrintText(const std::string& text) {
-    std::cout << text;
+    Results() << text;
 }
 
 void PrintLine(const std::string& line) {
-    std::cout << line << '\n';
+    Results() << line + '\n';
 }
 
 void Print(const Table& table) {
@@ -110,7 +157,7 @@ void Print(const Table& table) {
         widths.push_back(Width(column.title));
     }
     if (!table.title.empty()) {
-        PrintLine(Bold(Stream::kResults, table.title));
+        PrintLine(Bold(Stream::kResults, OneLine(table.title)));
     }
     if (!IsTerminal(Stream::kResults)) {
         PrintLine(WithTabs(titles));

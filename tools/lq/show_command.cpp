@@ -118,14 +118,18 @@ int RunShow(const ShowOptions& options) {
     if (isProject) {  // an image may be saved in its own place
         RefuseInputAsOutput(options.input, options.save);
     }
-    if (!options.save.empty()) {
+    const auto save = [&options, &set = *tables] {
         const Progress progress(Say("saving {}", options.save));
-        SaveImage(*tables, options.save);
-    }
+        SaveImage(set, options.save);
+    };
     if (options.save == "-") {
+        save();
         return status;  // the image alone
     }
     const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
+    if (!options.save.empty()) {
+        save();
+    }
     const auto progress = Progress::OfResults(Say("writing the tables"), 0);
     if (options.json) {
         PrintTablesAsJson(*tables, shown, options);
