@@ -55,6 +55,23 @@ TEST(Faults, TheDeviceIsFull) {
         ExpectFailure(RunShell("\"$LQ\" " + arguments + " >/dev/full"), "standard output",
                       arguments);
     }
+    for (const std::string arguments : {"translate large.xml -o", "show large.xml --save"}) {
+        ExpectFailure(RunShell("\"$LQ\" " + arguments + " saved.lqt >/dev/full"),
+                      "standard output cannot be written; saved.lqt was saved\n", arguments);
+        EXPECT_GT(ReadFile(InFolder("saved.lqt")).size(), 100000u);
+        unlink(InFolder("saved.lqt").c_str());
+    }
+}
+
+TEST(Faults, TheDeviceTakesNothing) {
+#if LQ_TEST_SANITIZED
+    GTEST_SKIP() << "sanitizers want to be loaded first";
+#endif
+    const std::string run = "LD_PRELOAD='" LQ_TEST_WRITE_NOTHING "' \"$LQ\" ";
+    ExpectFailure(RunShell(run + "types"), "standard output cannot be written", "");
+    ExpectFailure(RunShell(run + "translate $EXAMPLES/plant/plant.xml -o a.lqt"),
+                  "a.lqt: cannot be written: Input/output error", "");
+    EXPECT_THAT(FilesIn(TestFolder()), ElementsAre());
 }
 
 TEST(Faults, TheFileSystemIsFull) {
@@ -218,17 +235,23 @@ TEST(Faults, InputsBeyondTheLimit) {
     }
 }
 
-TEST(Faults, MemoryIsShort) {
-#if LQ_TEST_SANITIZED
-    GTEST_SKIP() << "sanitizers need more address space than can be limited";
-#endif
-    const auto limited = [](int megabytes, const std::string& arguments) {
-        return RunShell("ulimit -v " + std::to_string(megabytes << 10) + "; \"$LQ\" " + arguments);
+// With so much address space beyond what the program alone needs. Not under sanitizers, which need
+// more than can be limited.
+Outcome RunLimited(int megabytes, const std::string& arguments) {
+    const auto limited = [](int all, const std::string& command) {
+        return RunShell("ulimit -v " + std::to_string(all << 10) + "; \"$LQ\" " + command);
     };
-    int enough = 4;  // for the program alone
+    int enough = 4;
     while (enough < 512 && limited(enough, "value 1").status != 0) {
         enough += 4;
     }
+    return limited(enough + megabytes, arguments);
+}
+
+TEST(Faults, MemoryIsShort) {
+#if LQ_TEST_SANITIZED
+    GTEST_SKIP();
+#endif
     // An image of debug records that takes half a megabyte, and more than thirty when it is shown.
     const std::string record("\7\0\0\0\6\1\0\0\0\0a", 11);
     constexpr int kRecords = 50000;
@@ -237,8 +260,45 @@ TEST(Faults, MemoryIsShort) {
         image += record;
     }
     WriteFile(InFolder("large.lqt"), image + std::string(36, '\0'));
-    ExpectFailure(limited(enough + 8, "show large.lqt --json"), "memory is short",
-                  std::to_string(enough));
+    ExpectFailure(RunLimited(8, "show large.lqt --json"), "memory is short", "");
+}
+
+TEST(Faults, WhatLinesShareIsHeldOnce) {
+#if LQ_TEST_SANITIZED
+    GTEST_SKIP();
+#endif
+    std::string dimensions;
+    for (int i = 0; i < 255; ++i) {
+        dimensions += "<dimension lower='-2147483648' upper='-2147483648'/>";
+    }
+    const std::string project =
+        Project(Variable("a", "<array>" + dimensions + "<baseType><INT/></baseType></array>") +
+                Variable("s", "<string/>",
+                         "<initialValue><simpleValue value=\"'" + std::string(5000, 's') +
+                             "'\"/></initialValue>"));
+    ASSERT_EQ(RunLq("translate - -o one.lqt", project).status, 0);
+    // The table of globals, behind three without lines, four thousand times.
+    constexpr size_t kGlobals = 12;
+    constexpr uint32_t kCopies = 4000;
+    const std::string one = ReadFile(InFolder("one.lqt"));
+    uint32_t length = 0;
+    std::memcpy(&length, one.data() + kGlobals, sizeof(length));
+    const uint32_t all = length * kCopies;
+    std::string image =
+        one.substr(0, kGlobals) + std::string(reinterpret_cast<const char*>(&all), sizeof(all));
+    for (uint32_t i = 0; i < kCopies; ++i) {
+        image += one.substr(kGlobals + sizeof(length), length);
+    }
+    image += one.substr(kGlobals + sizeof(length) + length);
+    WriteFile(InFolder("shared.lqt"), image);
+    constexpr size_t kMost = 40;  // as many times the image
+    for (const std::string arguments :
+         {"report shared.lqt -o page.html", "show shared.lqt >/dev/null",
+          "show shared.lqt --json >/dev/null"}) {
+        const Outcome outcome = RunLimited(static_cast<int>(kMost * image.size() >> 20), arguments);
+        EXPECT_EQ(outcome.status, 0) << arguments << outcome.err;
+    }
+    EXPECT_LT(ReadFile(InFolder("page.html")).size(), 4 * image.size());
 }
 
 TEST(Faults, HostileXml) {

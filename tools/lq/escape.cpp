@@ -97,6 +97,10 @@ std::string Replace(std::string_view text, std::string (*escape)(const Front&),
     std::string out;
     std::size_t copied = 0;
     for (std::size_t at = 0; at < text.size();) {
+        if (text[at] >= ' ' && text[at] < 0x7F) {
+            ++at;
+            continue;
+        }
         const Front front = FrontOf(text.substr(at));
         if (front.isCharacter ? IsUnseen(front.code) : replacesBytes) {
             out.append(text.substr(copied, at - copied)).append(escape(front));
