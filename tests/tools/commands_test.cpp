@@ -85,18 +85,6 @@ TEST(Tool, SaysInOneSentenceWhatItCannotDo) {
     }
 }
 
-TEST(Tool, AFailedRunLeavesTheOldImage) {
-    const std::string image = TestFolder() + "/old.lqt";
-    WriteFile(image, "old");
-    WriteFile(TestFolder() + "/bad.xml", "<project>");
-    EXPECT_EQ(RunLq("translate bad.xml -o old.lqt").status, 2);
-    EXPECT_EQ(ReadFile(image), "old");
-    EXPECT_EQ(RunLq("translate $EXAMPLES/plant/plant.xml -o old.lqt").status, 0);
-    EXPECT_GT(ReadFile(image).size(), 40u);
-    EXPECT_THAT(FilesIn(TestFolder()), testing::ElementsAre("bad.xml", "old.lqt"))
-        << "nothing is left over";
-}
-
 TEST(Tool, AnInputIsNotOverwritten) {
     const std::string project = Project(Variable("a"));
     const std::string folder = TestFolder();

@@ -14,6 +14,7 @@
 
 #include "host/text/message.h"
 #include "tools/lq/command.h"
+#include "tools/lq/escape.h"
 
 namespace lq::tool {
 
@@ -277,23 +278,57 @@ void OutputFile::CopyOwnerAndMode() {
     }
 }
 
-// 0, or the system's error. A new file gets its name at once. An old one can only be replaced by a
-// file with a name, which is there for a moment.
+// Where a file without a name cannot be given one after all. 0, or the system's error.
+int OutputFile::CopyToNamed() {
+    const int unnamed = descriptor_;
+    const int named = CreateNamed();
+    if (named < 0) {
+        return errno;
+    }
+    descriptor_ = named;
+    std::string piece(size_t{1} << 16, '\0');
+    off_t at = 0;
+    ssize_t got = 0;
+    int error = 0;
+    while (error == 0 && (got = pread(unnamed, piece.data(), piece.size(), at)) > 0) {
+        error = WriteAll(named, {piece.data(), static_cast<size_t>(got)});
+        at += got;
+    }
+    error = got < 0 ? errno : error;
+    close(unnamed);
+    if (error != 0) {
+        return error;
+    }
+    CopyOwnerAndMode();
+    return fsync(named) == 0 ? 0 : errno;
+}
+
+// Gives the temporary file a name, if it has none: the target's if there is no such file. An old
+// file can only be replaced by one with a name of its own, which is there for a moment. 0, or the
+// system's error.
+int OutputFile::NameUnnamed() {
+    const std::string unnamed = PathOf(descriptor_);
+    const auto link = [&unnamed](const std::string& name) {
+        const int failed =
+            linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
+        return failed != 0 ? errno : 0;
+    };
+    int error = link(target_);
+    if (error == 0) {
+        return 0;
+    }
+    while (error == EEXIST) {
+        NameTemporary();
+        error = link(temporary_);
+    }
+    return error == 0 ? 0 : CopyToNamed();
+}
+
+// 0, or the system's error.
 int OutputFile::PutInPlace() {
-    if (temporary_.empty()) {
-        const std::string unnamed = PathOf(descriptor_);
-        const auto link = [&unnamed](const std::string& name) {
-            return linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
-        };
-        if (link(target_) == 0) {
-            return 0;
-        }
-        do {
-            if (errno != EEXIST) {
-                return errno;
-            }
-            NameTemporary();
-        } while (link(temporary_) != 0);
+    const int error = temporary_.empty() ? NameUnnamed() : 0;
+    if (error != 0 || temporary_.empty()) {
+        return error;
     }
     return rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
 }
@@ -303,7 +338,7 @@ void OutputFile::Finish() {
         return;
     }
     CopyOwnerAndMode();
-    std::string note = Say("; {} was saved", name_);
+    std::string note = OneLine(Say("; {} was saved", name_));
     if (const int error = fsync(descriptor_) != 0 ? errno : PutInPlace()) {
         CannotWrite(name_, error);
     }

@@ -46,6 +46,8 @@ class OutputFile {
     void NameTemporary();
     int CreateNamed();
     void CopyOwnerAndMode();
+    int CopyToNamed();
+    int NameUnnamed();
     int PutInPlace();
 
     std::string name_;
