@@ -85,8 +85,8 @@ int Val::Set(Scanner& scanner, int unsignedOnly) {
 
 int Val::Set(const char16_t* text, int unsignedOnly) {
     type = VT_NONE;
-    const std::size_t length = lq::chars::Length(text);
-    if (length > static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
+    const std::size_t length = text ? lq::chars::Length(text) : 0;
+    if (length == 0 || length > static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
         return 0;
     }
     const int32_t size = static_cast<int32_t>(length);

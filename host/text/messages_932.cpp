@@ -16,6 +16,7 @@ constexpr Translation kTable[] = {
     {"; did you mean '{}'?", "。「{}」のことですか"},
     {"; see {}", "。{}を参照してください"},
     {"; the tables are {}", "。テーブルは{}です"},
+    {"; {} was saved", "。{}は保存しました"},
     {"<{}> has no base type", "<{}>に基底型がありません"},
     {"<{}> has no dimension", "<{}>に次元がありません"},
     {"<{}> has no range", "<{}>に範囲がありません"},

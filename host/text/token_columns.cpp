@@ -20,6 +20,7 @@ uint32_t TokenColumns::Next(const Scanner& scanner, const Token& token) {
     }
     Pass(start);
     const uint32_t column = lineColumn_;
+    tokenLine_ = line_;
     Pass(static_cast<std::size_t>(std::max(scanner.GetStreamPosition(), 0)));
     return column;
 }
@@ -28,6 +29,7 @@ void TokenColumns::Pass(std::size_t end) {
     for (; passed_ < std::min(end, text_.size()); ++passed_) {
         const char16_t c = text_[passed_];
         const bool isSecondHalf = c >= 0xDC00 && c <= 0xDFFF;
+        line_ += c == u'\n' ? 1 : 0;
         lineColumn_ = c == u'\n' ? 1 : lineColumn_ + (isSecondHalf ? 0 : 1);
     }
 }

@@ -1,4 +1,4 @@
-// The columns of a scanner's tokens: the scanner counts lines only.
+// Where a scanner's tokens begin: the scanner counts lines only, up to a token's end.
 #pragma once
 
 #include <cstddef>
@@ -23,12 +23,17 @@ class LQ_DATA_API TokenColumns {
     // asked for each token.
     uint32_t Next(const Scanner& scanner, const Token& token);
 
+    // The line in which that token begins; the text's first is 1.
+    uint32_t Line() const { return tokenLine_; }
+
   private:
     void Pass(std::size_t end);
 
     std::u16string_view text_;
     std::size_t passed_ = 0;
-    uint32_t lineColumn_;  // of the character at passed_
+    uint32_t line_ = 1;  // of the character at passed_, as the next
+    uint32_t lineColumn_;
+    uint32_t tokenLine_ = 1;
 };
 
 }  // namespace lq::host

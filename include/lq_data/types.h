@@ -209,7 +209,8 @@ class LQ_DATA_API Val {
     // types integers as bit strings and refuses every sign. 1 when a value was stored, and at the
     // end of the input (then without a value); else 0 with VT_NONE.
     int Set(Scanner& scanner, int unsignedOnly);
-    // The whole text must be one constant. 1, or 0 with VT_NONE, also when memory is short.
+    // The whole text must be one constant. 1, or 0 with VT_NONE, also for null and when memory is
+    // short.
     int Set(const char16_t* text, int unsignedOnly);
 
     // Reads an integer class. 1, or 0 for every other class (out.sign is 0 then).

@@ -20,6 +20,24 @@ Clamp
 result
 (64-bit value)'
 
+# A function with names, a type, an address, an initial value and a comment of so many characters; one name
+# is none.
+long_project() {  # CHARACTERS
+  local text
+  text=$(head -c "$1" /dev/zero | tr '\0' a)
+  cat <<END
+<project xmlns="http://www.plcopen.org/xml/tc6_0201"><fileHeader companyName="c" productName="p"
+  productVersion="1" creationDateTime="2024-01-01T00:00:00"/><contentHeader name="n"/>
+<types><dataTypes/><pous><pou name="F" pouType="function"><interface><returnType><INT/></returnType>
+<inputVars><variable name="$text" address="%IX$text"><type><INT/></type>
+<initialValue><simpleValue value="$text"/></initialValue>
+<documentation><p xmlns="http://www.w3.org/1999/xhtml">$text</p></documentation></variable>
+<variable name="b__$text"><type><derived name="$text"/></type></variable>
+</inputVars></interface><body><ST><p xmlns="http://www.w3.org/1999/xhtml">;</p></ST></body></pou>
+</pous></types><instances><configurations/></instances></project>
+END
+}
+
 # Says something only when the command fails.
 quietly() {
   local said
@@ -51,6 +69,11 @@ find_package() {
     -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
   quietly cmake --build "$work/$case"
   "$work/$case/embed" "$project" Clamp | expect "$embed_says"
+  long_project 5000 >"$work/$case/long.xml"
+  "$work/$case/embed" "$work/$case/long.xml" F | sed -E 's/a{5000}/A/g' | expect 'A := A
+?b__A?
+F
+(64-bit value)'
   check_flags "$work/$case/compile_commands.json" main.cpp
 }
 

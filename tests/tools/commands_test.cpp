@@ -1,4 +1,5 @@
 // The commands beyond the sample project: bad input, streams, images.
+#include <sstream>
 #include <string>
 #include <sys/stat.h>
 
@@ -213,24 +214,51 @@ TEST(Scan, TokensAndErrors) {
     EXPECT_THAT(RunLq("scan - --json", "a").out, HasSubstr("\"kind\":\"identifier\""));
 }
 
-TEST(Scan, ColumnsCountCharacters) {
+TEST(Scan, PlacesAreWhereTokensBegin) {
     struct Case {
         std::string source;
-        const char* place;  // of the last token
+        const char* places;  // of all tokens
     };
     for (const Case& c : {
              Case{"\tx", "1:2"},
-             Case{"x\ny", "2:1"},
-             Case{"x\r\n y", "2:2"},
-             Case{"\xC3\xA4 y", "1:3"},
-             Case{"(* \xF0\x9F\x98\x80 *) y", "1:9"},  // a pair of UTF-16
-             Case{"(* a\nb *) y", "2:6"},
-             Case{"'" + std::string(5000, 'a') + "' y", "1:5004"},
-             Case{"a\rb", "1:3"},
+             Case{"x\ny", "1:1 1:2 2:1"},
+             Case{"x\r\n y", "1:1 2:2"},
+             Case{"\xC3\xA4 y", "1:1 1:3"},
+             Case{"(* \xF0\x9F\x98\x80 *) y", "1:1 1:9"},  // a pair of UTF-16
+             Case{"\n x (* a\r\n\nb *) y", "2:2 2:4 4:6"},
+             Case{"'a\nb' y\n 'c\nd", "1:1 2:4 3:2"},  // the last one does not end
+             Case{"x\n  (*\n\n", "1:1 2:3"},
+             Case{"'" + std::string(5000, 'a') + "' y", "1:1 1:5004"},
+             Case{"a\rb", "1:1 1:2 1:3"},
+         }) {
+        std::string places;
+        std::istringstream lines(RunLq("scan -", c.source).out);
+        for (std::string line; std::getline(lines, line);) {
+            places += (places.empty() ? "" : " ") + line.substr(0, line.find('\t'));
+        }
+        EXPECT_EQ(places, c.places) << c.source;
+    }
+}
+
+TEST(Scan, LongTokensAreWhole) {
+    const std::string as(5000, 'a');
+    struct Case {
+        std::string source, value;
+    };
+    for (const Case& c : {
+             Case{as, ""},
+             Case{"(*" + as + "*)", as},
+             Case{"'" + as + "$'$n$41'", as + "'\\r\\nA"},
+             Case{"%QX1_" + std::string(5000, '2'), "output bit 1" + std::string(5000, '2')},
+             Case{"(*" + as, "the comment does not end"},
          }) {
         const std::string out = RunLq("scan -", c.source).out;
-        const size_t last = out.rfind('\n', out.size() - 2) + 1;  // 0 for the only line
-        EXPECT_EQ(out.substr(last, out.find('\t', last) - last), c.place) << c.source << out;
+        const size_t text = out.find('\t', 4) + 1;  // behind the place and the kind
+        EXPECT_TRUE(out.substr(text) == c.source + (c.value.empty() ? "" : "\t") + c.value + "\n")
+            << out.substr(0, 20) << out.size();
+        EXPECT_TRUE(RunLq("scan - --json", c.source).out.find("\"" + c.source + "\"") !=
+                    std::string::npos)
+            << out.substr(0, 20);
     }
 }
 

@@ -79,11 +79,13 @@ TEST(ValueText, RefusesEverythingElse) {
         {u"*5", 0},   {u"(5)", 0},   {u"1 2", 0},    {u"1;", 0},
         {u"true", 0}, {u"name", 0},  {u"'text'", 0}, {u"-2147483649", 0},
         {u"2#2", 0},  {u"1..2", 0},  {u"%IX1", 0},   {u"T#", 0},
+        {nullptr, 0},
     };
     for (const auto& c : cases) {
         Val v(1u);
-        EXPECT_EQ(v.Set(c.text, c.unsignedOnly), 0) << EncodeUtf8(c.text);
-        EXPECT_EQ(v.type, VT_NONE) << EncodeUtf8(c.text);
+        const std::string text = c.text ? EncodeUtf8(c.text) : "null";
+        EXPECT_EQ(v.Set(c.text, c.unsignedOnly), 0) << text;
+        EXPECT_EQ(v.type, VT_NONE) << text;
     }
 }
 

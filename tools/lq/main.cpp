@@ -11,6 +11,7 @@
 #include "tools/lq/command.h"
 #include "tools/lq/command_line.h"
 #include "tools/lq/messages.h"
+#include "tools/lq/output_file.h"
 #include "tools/lq/process.h"
 
 namespace {
@@ -23,7 +24,7 @@ int Run(int argc, char** argv) {
     const int status = commandLine.Parse({argv + std::min(argc, 1), argv + argc})();
     std::cout.flush();
     if (!std::cout) {
-        throw CommandError(lq::host::Say("standard output cannot be written"));
+        throw CommandError(lq::host::Say("standard output cannot be written") + SavedNote());
     }
     return status;
 }

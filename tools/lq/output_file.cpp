@@ -2,16 +2,19 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/text/message.h"
 #include "tools/lq/command.h"
+#include "tools/lq/escape.h"
 
 namespace lq::tool {
 
@@ -21,6 +24,12 @@ namespace {
 
 constexpr int kMaxLinks = 40;  // as many as the system follows
 constexpr mode_t kModeBits = 07777;
+
+constexpr const char* kTemporaryPrefix = ".lq-";
+constexpr const char* kHexDigits = "0123456789abcdef";
+constexpr size_t kRandomBytes = 8;
+
+std::string savedNote;  // NOLINT(cert-err58-cpp): empty
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
 static_assert(std::atomic<const char*>::is_always_lock_free);
@@ -59,12 +68,97 @@ std::string FollowLinks(const std::string& path) {
     return target.string();
 }
 
+// A new name in the folder. It is shorter than it could be, since a target's may be as long as
+// names can be, and says by its form whose it is.
+std::string TemporaryName(const std::string& folder) {
+    unsigned char random[kRandomBytes];
+    if (getentropy(random, sizeof(random)) != 0) {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+        std::memcpy(random, &now, sizeof(random));
+    }
+    std::string name = kTemporaryPrefix;
+    for (const unsigned char byte : random) {
+        name += kHexDigits[byte >> 4];
+        name += kHexDigits[byte & 0xF];
+    }
+    return (std::filesystem::path(folder) / name).string();
+}
+
+bool IsTemporaryName(std::string_view name) {
+    constexpr std::string_view kPrefix = kTemporaryPrefix;
+    return name.size() == kPrefix.size() + 2 * kRandomBytes && name.starts_with(kPrefix) &&
+           name.find_first_not_of(kHexDigits, kPrefix.size()) == name.npos;
+}
+
+// Removes a temporary file that no living program has locked: whoever made it was killed.
+void RemoveIfDead(int folder, const char* name) {
+    const int file = openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0) {
+        return;
+    }
+    struct stat opened = {};
+    struct stat named = {};
+    const bool isDead = fstat(file, &opened) == 0 && S_ISREG(opened.st_mode) &&
+                        flock(file, LOCK_EX | LOCK_NB) == 0 &&
+                        fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+                        named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+    if (isDead) {
+        unlinkat(folder, name, 0);
+    }
+    close(file);
+}
+
+void RemoveDeadTemporaries(const std::string& path) {
+    DIR* const folder = opendir(path.c_str());
+    if (!folder) {
+        return;
+    }
+    while (const dirent* entry = readdir(folder)) {
+        if (IsTemporaryName(entry->d_name)) {
+            RemoveIfDead(dirfd(folder), entry->d_name);
+        }
+    }
+    closedir(folder);
+}
+
+// By which an open file without a name can be given one.
+std::string PathOf(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
+// A file in the folder that has no name, and is gone with its last descriptor; -1 where the file
+// system has no such files, or they cannot be given a name.
+int OpenUnnamed(const std::string& folder) {
+    const int file = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (file >= 0 && access(PathOf(file).c_str(), F_OK) != 0) {
+        close(file);
+        return -1;
+    }
+    return file;
+}
+
+// So that the name outlasts a loss of power, too. 0, or the system's error; none where the user may
+// not read the folder, or the file system has no such thing.
+int SyncFolder(const std::string& path) {
+    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0) {
+        return 0;
+    }
+    const int error = fsync(folder) == 0 ? 0 : errno;
+    close(folder);
+    return error == EINVAL || error == ENOTSUP || error == EROFS ? 0 : error;
+}
+
 }  // namespace
 
 void RemoveUnfinishedFile() noexcept {
     if (const char* file = unfinished) {
         unlink(file);
     }
+}
+
+const char* SavedNote() noexcept {
+    return savedNote.c_str();
 }
 
 void CannotWrite(const std::string& path, int error) {
@@ -74,6 +168,9 @@ void CannotWrite(const std::string& path, int error) {
 int WriteAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written == 0) {
+            return EIO;  // and so on for ever, as it seems
+        }
         if (written < 0 && errno != EINTR) {
             return errno;
         }
@@ -112,15 +209,56 @@ OutputFile::~OutputFile() {
     }
     if (!temporary_.empty()) {
         unlink(temporary_.c_str());
+    }
+    if (!isWhole_) {
         RemoveOnSignal(nullptr);
     }
 }
 
-// The name is shorter than it could be, since the target's may be as long as names can be.
 void OutputFile::CreateTemporary() {
-    temporary_ = (std::filesystem::path(target_).parent_path() / ".lq.XXXXXX").string();
-    RemoveOnSignal(temporary_.c_str());  // before the file is there, lest a signal comes between
-    descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
+    folder_ = std::filesystem::path(target_).parent_path().string();
+    if (folder_.empty()) {
+        folder_ = ".";
+    }
+    RemoveDeadTemporaries(folder_);
+    isWhole_ = false;
+    descriptor_ = OpenUnnamed(folder_);
+    if (descriptor_ < 0) {
+        descriptor_ = CreateNamed();
+    } else {
+        flock(descriptor_, LOCK_EX | LOCK_NB);  // for the name that Finish may give it
+    }
+}
+
+// Before the file is there, lest a signal comes between.
+void OutputFile::NameTemporary() {
+    RemoveOnSignal(nullptr);
+    temporary_ = TemporaryName(folder_);
+    RemoveOnSignal(temporary_.c_str());
+}
+
+// The file is the living program's from its lock on. Between its creation and that another run may
+// have taken it for a dead one's, and removed it.
+int OutputFile::CreateNamed() {
+    for (;;) {
+        NameTemporary();
+        const int file = open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (file < 0 && errno == EEXIST) {
+            continue;
+        }
+        if (file < 0) {
+            const int error = errno;
+            temporary_.clear();
+            errno = error;
+            return file;
+        }
+        flock(file, LOCK_EX);
+        struct stat info = {};
+        if (fstat(file, &info) != 0 || info.st_nlink > 0) {
+            return file;
+        }
+        close(file);
+    }
 }
 
 // Those of the old file, as far as the system lets the user have them; else those of a new one.
@@ -140,16 +278,77 @@ void OutputFile::CopyOwnerAndMode() {
     }
 }
 
+// Where a file without a name cannot be given one after all. 0, or the system's error.
+int OutputFile::CopyToNamed() {
+    const int unnamed = descriptor_;
+    const int named = CreateNamed();
+    if (named < 0) {
+        return errno;
+    }
+    descriptor_ = named;
+    std::string piece(size_t{1} << 16, '\0');
+    off_t at = 0;
+    ssize_t got = 0;
+    int error = 0;
+    while (error == 0 && (got = pread(unnamed, piece.data(), piece.size(), at)) > 0) {
+        error = WriteAll(named, {piece.data(), static_cast<size_t>(got)});
+        at += got;
+    }
+    error = got < 0 ? errno : error;
+    close(unnamed);
+    if (error != 0) {
+        return error;
+    }
+    CopyOwnerAndMode();
+    return fsync(named) == 0 ? 0 : errno;
+}
+
+// Gives the temporary file a name, if it has none: the target's if there is no such file. An old
+// file can only be replaced by one with a name of its own, which is there for a moment. 0, or the
+// system's error.
+int OutputFile::NameUnnamed() {
+    const std::string unnamed = PathOf(descriptor_);
+    const auto link = [&unnamed](const std::string& name) {
+        const int failed =
+            linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
+        return failed != 0 ? errno : 0;
+    };
+    int error = link(target_);
+    if (error == 0) {
+        return 0;
+    }
+    while (error == EEXIST) {
+        NameTemporary();
+        error = link(temporary_);
+    }
+    return error == 0 ? 0 : CopyToNamed();
+}
+
+// 0, or the system's error.
+int OutputFile::PutInPlace() {
+    const int error = temporary_.empty() ? NameUnnamed() : 0;
+    if (error != 0 || temporary_.empty()) {
+        return error;
+    }
+    return rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
+}
+
 void OutputFile::Finish() {
-    if (temporary_.empty()) {
+    if (isWhole_) {
         return;
     }
     CopyOwnerAndMode();
-    if (fsync(descriptor_) != 0 || rename(temporary_.c_str(), target_.c_str()) != 0) {
-        CannotWrite(name_, errno);
+    std::string note = OneLine(Say("; {} was saved", name_));
+    if (const int error = fsync(descriptor_) != 0 ? errno : PutInPlace()) {
+        CannotWrite(name_, error);
     }
     RemoveOnSignal(nullptr);
     temporary_.clear();
+    isWhole_ = true;
+    if (const int error = SyncFolder(folder_)) {
+        CannotWrite(name_, error);
+    }
+    savedNote = std::move(note);
 }
 
 }  // namespace lq::tool

@@ -16,10 +16,18 @@ int WriteAll(int descriptor, std::string_view bytes);
 // a signal handler.
 void RemoveUnfinishedFile() noexcept;
 
-// A file to write to. It is a temporary one beside `path`, until Finish puts it in its place with
-// the mode of the old file: a failure or an interrupt leaves that as it was. Symbolic links are
-// followed. A path that leads to no ordinary file, such as a device or a pipe, is written to
-// directly, and "-" is standard output. The constructor and Finish throw CommandError.
+// What a message says behind its sentence when the command failed later: "; a.lqt was saved", or
+// nothing when no file was put in its place.
+const char* SavedNote() noexcept;
+
+// A file to write to. It is a temporary one in the folder of `path`, until Finish puts it in its
+// place with the mode of the old file: a failure, an interrupt or the loss of power leaves that as
+// it was. The temporary one has no name where the system can do that, so that nothing is left when
+// the program is killed; elsewhere, and for the moment in which it takes the place of an old file,
+// its name is .lq-0123456789abcdef, it is locked (flock), and the next OutputFile in the folder
+// removes it when its program has been killed. Symbolic links are followed. A path that leads to no
+// ordinary file, such as a device or a pipe, is written to directly, and "-" is standard output.
+// The constructor and Finish throw CommandError.
 class OutputFile {
   public:
     explicit OutputFile(const std::string& path);
@@ -35,11 +43,18 @@ class OutputFile {
 
   private:
     void CreateTemporary();
+    void NameTemporary();
+    int CreateNamed();
     void CopyOwnerAndMode();
+    int CopyToNamed();
+    int NameUnnamed();
+    int PutInPlace();
 
     std::string name_;
     std::string target_;
-    std::string temporary_;  // empty: written to directly
+    std::string folder_;     // of the target
+    std::string temporary_;  // the name of the temporary file; empty for none
+    bool isWhole_ = true;    // nothing is left to be put in its place
     int descriptor_ = -1;
 };
 

@@ -166,7 +166,7 @@ int RunFb(const FbOptions& options) {
                          {"function_block", found ? Json(typeName) : Json(nullptr)}});
         PrintJson(document);
     } else if (found) {
-        PrintLine(typeName);
+        PrintLine(OneLine(typeName));
     }
     if (!found) {
         PrintMessage(Place{DisplayName(options.project)},

@@ -25,7 +25,7 @@ namespace {
     RemoveUnfinishedFile();
     for (const std::string_view part :
          {Progress::Wiper(), std::string_view("lq: "), host::Translated("memory is short"),
-          std::string_view("\n")}) {
+          std::string_view(SavedNote()), std::string_view("\n")}) {
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, part.data(), part.size());
     }
     _exit(kCannotWork);

@@ -84,7 +84,8 @@ class ReportWriter {
                 {"version", LQ_VERSION},
                 {"blockSize", cgtab::kBlockSize},
                 {"nodeBlocks", R_FILE::BlCnt()},
-                {"tables", all},
+                {"texts", std::move(texts_)},
+                {"tables", std::move(all)},
                 {"tasks", input_.isProject ? TasksJson() : Json(nullptr)},
                 {"refused", RefusedJson()}};
     }
@@ -194,7 +195,7 @@ class ReportWriter {
         return columns;
     }
 
-    void AddRows(const TableRows& rows, const std::string& bytes, Json& table) const {
+    void AddRows(const TableRows& rows, const std::string& bytes, Json& table) {
         Json links = Json::array();
         for (const LinkTraits& link : kLinks) {
             if (link.from == rows.id) {
@@ -220,9 +221,16 @@ class ReportWriter {
             Json cells = Json::array();
             for (const Table::Column& column : rows.columns) {
                 const bool isWritten = type && column.title == "type";
-                cells.push_back(isWritten ? Json(type->text) : row.at(MemberOf(column.title)));
+                const std::string member = MemberOf(column.title);
+                const Json& cell = row.at(member);
+                cells.push_back(isWritten                ? Json(type->text)
+                                : IsShared(member, cell) ? Json(cell.get<size_t>() + texts_.size())
+                                                         : cell);
             }
             lines.push_back(std::move(cells));
+        }
+        for (const std::string& text : *rows.texts) {
+            texts_.push_back(text);
         }
         table["links"] = std::move(links);
         table["nameBytes"] = std::move(nameBytes);
@@ -317,7 +325,8 @@ class ReportWriter {
     const SectionIndex sectionIndex_{sections_};
     Positions units_;
     std::unordered_map<std::string, DeclaredType, host::BytesHash> declared_;
-    std::string globals_;  // the bytes of table 3
+    std::string globals_;         // the bytes of table 3
+    Json texts_ = Json::array();  // that rows share, of all tables
 };
 
 }  // namespace

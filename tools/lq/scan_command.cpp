@@ -1,10 +1,14 @@
 #include <memory>
+#include <new>
+#include <string_view>
 
+#include "frame/chars.h"
 #include "host/text/message.h"
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "lq_base.h"
 #include "lq_data/scanner.h"
+#include "scanner/escapes.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
@@ -33,12 +37,61 @@ constexpr const char* kKindNames[] = {
 constexpr const char* kLocationNames[] = {"input", "output", "memory"};
 constexpr const char* kSizeNames[] = {"bit", "byte", "word", "double word", "long word"};
 
+// What the scanner delivers of long tokens is cut, their overflow text is not.
+std::u16string_view WholeText(const Scanner& scanner, const Token& token) {
+    if (scanner.HasLostText()) {
+        throw std::bad_alloc();
+    }
+    return scanner.IsHugeBufComplete()
+               ? std::u16string_view(scanner.GetSrcEx(),
+                                     static_cast<size_t>(scanner.GetHugeBufLen() - 1))
+               : std::u16string_view(token.text);
+}
+
+// The value of a well-formed string.
+std::u16string DecodedString(std::u16string_view literal) {
+    std::u16string value;
+    const auto hex = [](char16_t c) { return chars::HexValue(c); };
+    for (size_t at = 1; at < literal.size() && literal[at] != literal[0]; ++at) {
+        const char16_t c = literal[at];
+        if (c != u'$') {
+            value.append(c == u'\n' ? 0 : 1, c);
+        } else if (const scanner::Escape* escape = scanner::FindEscape(literal[++at])) {
+            value.append(escape->stored, escape->stored[1] != 0 ? 2 : 1);
+        } else {
+            value += static_cast<char16_t>(hex(literal[at]) * 16 + hex(literal[at + 1]));
+            ++at;
+        }
+    }
+    return value;
+}
+
+// The numeric part of a well-formed address.
+std::u16string AddressDigits(std::u16string_view address) {
+    std::u16string digits(address.substr(chars::IsDigit(address[2]) ? 2 : 3));
+    std::erase(digits, u'_');
+    return digits;
+}
+
+// The value of a token that is a text: the scanner's own, or as it would be if that were not cut.
+std::string TextValue(const Token& token, std::u16string_view whole) {
+    constexpr size_t kDelimiter = 2;  // "(*"
+    const bool isAddress = token.kind == TK_ADDRESS;
+    if (whole.size() < Scanner::kBufferSize - 1) {
+        return EncodeUtf8(isAddress ? token.GetAddress()->text : token.GetValueText());
+    }
+    return EncodeUtf8(isAddress                 ? AddressDigits(whole)
+                      : token.kind == TK_STRING ? DecodedString(whole)
+                                                : std::u16string(whole.substr(
+                                                      kDelimiter, whole.size() - 2 * kDelimiter)));
+}
+
 std::string TimeValue(const Token& token) {
     return ValueText(Val(static_cast<uint16_t>(token.kind), *token.GetTime(), 0));
 }
 
 // What the token's value says beyond its text; the empty text when that is nothing.
-std::string TokenValue(const Token& token) {
+std::string TokenValue(const Token& token, std::u16string_view whole) {
     switch (token.kind) {
         case TK_ERROR:
             return ScanErrorText(static_cast<int32_t>(token.GetNumber()));
@@ -53,11 +106,11 @@ std::string TokenValue(const Token& token) {
         }
         case TK_COMMENT:
         case TK_STRING:
-            return EncodeUtf8(token.GetValueText());
+            return TextValue(token, whole);
         case TK_ADDRESS: {
             const Address& address = *token.GetAddress();
             return std::string(kLocationNames[address.location]) + " " + kSizeNames[address.size] +
-                   " " + EncodeUtf8(address.text);
+                   " " + TextValue(token, whole);
         }
         case TK_TIME:
         case TK_TIME_OF_DAY:
@@ -70,16 +123,24 @@ std::string TokenValue(const Token& token) {
     }
 }
 
-Json TokenJson(const Token& token, uint32_t column) {
+// A token as it is shown.
+struct ShownToken {
+    uint32_t line;  // where it begins
+    uint32_t column;
+    int32_t kind;
+    std::string text;
+    std::string value;
+};
+
+Json TokenJson(const ShownToken& token) {
     Json json = {{"line", token.line},
-                 {"column", column},
+                 {"column", token.column},
                  {"kind", kKindNames[token.kind]},
-                 {"text", EncodeUtf8(token.text)}};
-    const std::string value = TokenValue(token);
+                 {"text", token.text}};
     if (token.kind == TK_ERROR) {
-        json["error"] = value;
-    } else if (!value.empty()) {
-        json["value"] = value;
+        json["error"] = token.value;
+    } else if (!token.value.empty()) {
+        json["value"] = token.value;
     }
     return json;
 }
@@ -95,19 +156,17 @@ class TokenPrinter {
         }
     }
 
-    void Take(const Token& token, uint32_t column) {
-        const Place place = {name_, static_cast<uint32_t>(token.line), column};
+    void Take(const ShownToken& token) {
+        const Place place = {name_, token.line, token.column};
         if (options_.json) {
-            PrintLine(separator_ + JsonText(TokenJson(token, column), -1));
+            PrintLine(separator_ + JsonText(TokenJson(token), -1));
             separator_ = ",";
         } else if (options_.errorsOnly) {
-            PrintLine(ToText(place) + ": " + TokenValue(token) + ": " +
-                      OneLine(EncodeUtf8(token.text)));
+            PrintLine(ToText(place) + ": " + token.value + ": " + OneLine(token.text));
         } else {
-            const std::string value = OneLine(TokenValue(token));
             PrintLine(std::to_string(place.line) + ":" + std::to_string(place.column) + "\t" +
-                      kKindNames[token.kind] + "\t" + OneLine(EncodeUtf8(token.text)) +
-                      (value.empty() ? "" : "\t" + value));
+                      kKindNames[token.kind] + "\t" + OneLine(token.text) +
+                      (token.value.empty() ? "" : "\t" + OneLine(token.value)));
         }
     }
 
@@ -133,7 +192,9 @@ bool Scan(const ScanOptions& options, const std::u16string& text) {
     }
     RegisterKeywords(*scanner);
     scanner->Initialize(stream);
-    scanner->SetnActLine(1);
+    if (!scanner->CanRead()) {
+        throw std::bad_alloc();
+    }
 
     bool hasErrors = false;
     host::TokenColumns columns(text);
@@ -144,7 +205,9 @@ bool Scan(const ScanOptions& options, const std::u16string& text) {
         const uint32_t column = columns.Next(*scanner, token);
         hasErrors = hasErrors || token.kind == TK_ERROR;
         if (!options.errorsOnly || token.kind == TK_ERROR) {
-            printer.Take(token, column);
+            const std::u16string_view whole = WholeText(*scanner, token);
+            printer.Take(
+                {columns.Line(), column, token.kind, EncodeUtf8(whole), TokenValue(token, whole)});
         }
         if (progress) {
             progress->Set(static_cast<uint64_t>(scanner->GetStreamPosition()));

@@ -84,16 +84,22 @@ std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID
     return shown;
 }
 
+// Piece by piece: what lines share in the tables is in the document as often as they show it.
 void PrintTablesAsJson(CgTab& tables, const std::vector<TableRows>& shown,
                        const ShowOptions& options) {
-    Json document = NewDocument();
-    document["input"] = DisplayName(options.input);
-    Json& members = document["tables"] = Json::object();
+    Json head = NewDocument();
+    head["input"] = DisplayName(options.input);
+    PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"tables\": {");
     for (const TableRows& rows : shown) {
-        members[std::string(kTableNames[rows.id])] =
-            WithComponents(rows, options) ? UnitsWithComponents(tables, rows) : rows.rows;
+        PrintText((&rows == &shown.front() ? "\n" : ",\n") + JsonIndent(2) +
+                  JsonText(kTableNames[rows.id], -1) + ": ");
+        if (WithComponents(rows, options)) {
+            PrintUnitsAsJson(tables, rows, 2);
+        } else {
+            PrintRowsAsJson(rows, 2);
+        }
     }
-    PrintJson(document);
+    PrintLine((shown.empty() ? "" : "\n" + JsonIndent(1)) + "}\n}");
 }
 
 void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowOptions& options) {
@@ -104,7 +110,7 @@ void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowO
         if (WithComponents(rows, options)) {
             PrintUnits(tables, rows);
         } else {
-            Print(AsTable(rows));
+            PrintRows(rows, std::string(kTableNames[rows.id]));
         }
     }
 }
@@ -118,14 +124,18 @@ int RunShow(const ShowOptions& options) {
     if (isProject) {  // an image may be saved in its own place
         RefuseInputAsOutput(options.input, options.save);
     }
-    if (!options.save.empty()) {
+    const auto save = [&options, &set = *tables] {
         const Progress progress(Say("saving {}", options.save));
-        SaveImage(*tables, options.save);
-    }
+        SaveImage(set, options.save);
+    };
     if (options.save == "-") {
+        save();
         return status;  // the image alone
     }
     const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
+    if (!options.save.empty()) {
+        save();
+    }
     const auto progress = Progress::OfResults(Say("writing the tables"), 0);
     if (options.json) {
         PrintTablesAsJson(*tables, shown, options);

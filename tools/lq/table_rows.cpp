@@ -1,6 +1,9 @@
 #include "tools/lq/table_rows.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_map>
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
@@ -139,8 +142,44 @@ Json ArrayRow(const CgTab::ArrDsc& array) {
     return {{"type", ArrayText(array)}, {"elements", array.info->total.magnitude}};
 }
 
+// Members whose texts come from lines that other lines lead to.
+constexpr std::array<std::string_view, 3> kSharedMembers = {"type", "address", "initial"};
+constexpr size_t kLongText = 40;
+
+// Puts the long texts of rows where they stand once.
+class TextSharing {
+  public:
+    explicit TextSharing(TableRows& rows) : texts_(*rows.texts) {}
+
+    void Take(Json& row) {
+        for (const std::string_view member : kSharedMembers) {
+            const auto at = row.find(member);
+            if (at != row.end() && at->is_string() &&
+                at->get_ref<const std::string&>().size() > kLongText) {
+                *at = PlaceOf(std::move(at->get_ref<std::string&>()));
+            }
+        }
+    }
+
+  private:
+    size_t PlaceOf(std::string&& text) {
+        const auto known = places_.find(text);
+        if (known != places_.end()) {
+            return known->second;
+        }
+        texts_.push_back(std::move(text));
+        places_.emplace(texts_.back(), texts_.size() - 1);
+        return texts_.size() - 1;
+    }
+
+    std::deque<std::string>& texts_;
+    std::unordered_map<std::string_view, size_t> places_;  // in texts_
+};
+
 template <typename Line>
 void ReadLines(CgTab& tables, TableRows& out) {
+    const bool hasVariables = out.id == CgTab::TAB_CMP || out.id == CgTab::TAB_GLB;
+    TextSharing sharing(out);
     const int32_t length = CgTabAccess::LengthOf(tables, out.id);
     int32_t pos = 0;
     while (pos < length) {
@@ -153,6 +192,9 @@ void ReadLines(CgTab& tables, TableRows& out) {
         }
         Json row = {{"pos", pos}};
         row.update(RowOf(tables, pos, line, usr));
+        if (hasVariables || out.id == CgTab::TAB_TMP) {
+            sharing.Take(row);
+        }
         out.rows.push_back(std::move(row));
         pos = next;
     }
@@ -281,8 +323,29 @@ void AddNames(const TableRows& rows, std::vector<std::string>& names) {
     }
 }
 
-Table AsTable(const TableRows& rows) {
-    return TableOf(std::string(kTableNames[rows.id]), rows.columns, rows.rows);
+bool IsShared(const std::string& member, const Json& value) {
+    return value.is_number() && std::ranges::find(kSharedMembers, member) != kSharedMembers.end();
+}
+
+Json WholeRow(const TableRows& rows, const Json& row) {
+    Json whole = row;
+    for (auto& [member, value] : whole.items()) {
+        if (IsShared(member, value)) {
+            value = (*rows.texts)[value.get<size_t>()];
+        }
+    }
+    return whole;
+}
+
+void PrintRows(const TableRows& rows, const std::string& title) {
+    Print(title, rows.columns, rows.rows.size(),
+          [&rows](size_t i) { return CellsOf(rows.columns, WholeRow(rows, rows.rows[i])); });
+}
+
+void PrintRowsAsJson(const TableRows& rows, int depth) {
+    PrintJsonList(depth, rows.rows.size(), [&rows, depth](size_t i) {
+        PrintText(JsonPiece(depth + 1, WholeRow(rows, rows.rows[i])));
+    });
 }
 
 }  // namespace lq::tool

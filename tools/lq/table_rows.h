@@ -1,6 +1,8 @@
 // The lines of tables as rows with their links resolved.
 #pragma once
 
+#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,7 +15,10 @@ namespace lq::tool {
 struct TableRows {
     CgTab::TAB_ID id = CgTab::TAB_DBG;
     std::vector<Table::Column> columns;
-    Json rows = Json::array();         // as TableOf takes them
+    Json rows = Json::array();  // as CellsOf takes them, but for texts that are shared
+    // Long texts, each once: thousands of variables may have the type of one array, or the value of
+    // one constant. In a row a number where a text belongs is the place of one.
+    std::shared_ptr<std::deque<std::string>> texts = std::make_shared<std::deque<std::string>>();
     std::optional<int32_t> damagedAt;  // where reading stopped before the end
 };
 
@@ -34,7 +39,14 @@ void KeepNamed(TableRows& rows, const std::string& name);
 // Adds what KeepNamed would find.
 void AddNames(const TableRows& rows, std::vector<std::string>& names);
 
-// The rows under the table's name.
-Table AsTable(const TableRows& rows);
+// Whether the member of a row is a text in `texts`.
+bool IsShared(const std::string& member, const Json& value);
+
+// A row with its texts.
+Json WholeRow(const TableRows& rows, const Json& row);
+
+// Prints the rows as a table; as a piece of a document, a list at that depth.
+void PrintRows(const TableRows& rows, const std::string& title);
+void PrintRowsAsJson(const TableRows& rows, int depth);
 
 }  // namespace lq::tool

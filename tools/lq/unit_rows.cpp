@@ -4,6 +4,7 @@
 
 #include "cgtab/cgtab_access.h"
 #include "host/text/utf.h"
+#include "tools/lq/tables.h"
 
 namespace lq::tool {
 
@@ -14,6 +15,7 @@ TableRows ComponentsOf(const Json& unit, const TableRows& components) {
     TableRows own;
     own.id = components.id;
     own.columns = components.columns;
+    own.texts = components.texts;
     const auto start = unit.at("start").get<int64_t>();
     const auto end = unit.at("end").get<int64_t>();
     const auto posOf = [](const Json& row) { return row.at("pos").get<int64_t>(); };
@@ -74,25 +76,23 @@ void NameUnits(TableRows& components, const std::vector<UnitSection>& sections) 
     }
 }
 
-Json UnitsWithComponents(CgTab& tables, const TableRows& units) {
+void PrintUnitsAsJson(CgTab& tables, const TableRows& units, int depth) {
     const TableRows components = RowsOf(tables, CgTab::TAB_CMP);
-    Json all = Json::array();
-    for (const Json& row : units.rows) {
-        Json unit = row;
-        unit["components"] = ComponentsOf(row, components).rows;
-        all.push_back(std::move(unit));
-    }
-    return all;
+    PrintJsonList(depth, units.rows.size(), [&](size_t i) {
+        const Json& row = units.rows[i];
+        PrintText(OpenJsonPiece(depth + 1, row) + ",\n" + JsonIndent(depth + 2) +
+                  "\"components\": ");
+        PrintRowsAsJson(ComponentsOf(row, components), depth + 2);
+        PrintText("\n" + JsonIndent(depth + 1) + "}");
+    });
 }
 
 void PrintUnits(CgTab& tables, const TableRows& units) {
-    Print(AsTable(units));
+    PrintRows(units, std::string(kTableNames[units.id]));
     const TableRows components = RowsOf(tables, CgTab::TAB_CMP);
     for (const Json& row : units.rows) {
         PrintLine("");
-        Table table = AsTable(ComponentsOf(row, components));
-        table.title = row.at("name").get<std::string>();
-        Print(table);
+        PrintRows(ComponentsOf(row, components), row.at("name").get<std::string>());
     }
 }
 

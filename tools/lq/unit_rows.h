@@ -36,8 +36,8 @@ class SectionIndex {
 // and the table that column.
 void NameUnits(TableRows& components, const std::vector<UnitSection>& sections);
 
-// The units with their components below them.
-Json UnitsWithComponents(CgTab& tables, const TableRows& units);
+// Print the units with their components below them; as a piece of a document, a list at that depth.
+void PrintUnitsAsJson(CgTab& tables, const TableRows& units, int depth);
 void PrintUnits(CgTab& tables, const TableRows& units);
 
 }  // namespace lq::tool

@@ -1,6 +1,7 @@
 // The data: tables with their rows, and the links between lines.
 //
-// A row is the list of its cells, the first of which is its position. A link of a table holds, row by
+// A row is the list of its cells, the first of which is its position. Long texts that rows share come
+// once: a number in a column of texts is the place of one. A link of a table holds, row by
 // row, the position that it leads to in another table, or -1.
 
 const report = JSON.parse(document.getElementById("data").textContent);
@@ -9,6 +10,11 @@ const tableNamed = new Map(tables.map((table) => [table.name, table]));
 const numberFormat = new Intl.NumberFormat("en");
 
 for (const table of tables) {
+  table.columns.forEach((column, i) => {
+    for (const row of column.isNumber ? [] : table.rows) {
+      row[i] = typeof row[i] === "number" ? report.texts[row[i]] : row[i];
+    }
+  });
   table.nameColumn = table.columns.findIndex((column) => column.isName);
   for (const link of table.links) {
     link.from = table;
