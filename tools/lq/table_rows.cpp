@@ -8,6 +8,7 @@
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
 #include "frame/chars.h"
+#include "host/model/flat_index.h"
 #include "host/text/message.h"
 #include "host/text/utf.h"
 #include "tools/lq/describe.h"
@@ -173,7 +174,7 @@ class TextSharing {
     }
 
     std::deque<std::string>& texts_;
-    std::unordered_map<std::string_view, size_t> places_;  // in texts_
+    std::unordered_map<std::string_view, size_t, host::BytesHash> places_;  // in texts_
 };
 
 template <typename Line>
