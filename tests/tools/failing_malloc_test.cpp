@@ -107,7 +107,8 @@ TEST_P(FailingMalloc, EveryResultIsWholeOrNone) {
     const char* const every = std::getenv("LQ_TEST_EVERY");
     const long distance = every ? std::max(1L, std::atol(every)) : count / kSamples + 1;
     // From job to job others of the allocations that all have in common.
-    const long first = std::hash<std::string_view>()(GetParam().name) % distance;
+    const long first = static_cast<long>(std::hash<std::string_view>()(GetParam().name) %
+                                         static_cast<size_t>(distance));
     long cutShort = 0;
     for (const bool all : {false, true}) {
         for (long at = 1 + (first + (all ? distance / 2 : 0)) % distance; at <= count;
