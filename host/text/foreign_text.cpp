@@ -107,7 +107,7 @@ class Blanker {
 std::size_t EndOfPragma(std::u16string_view text, std::size_t at) {
     std::size_t open = 0;
     while ((at = text.find_first_of(u"{}", at)) < text.size()) {
-        open += text[at++] == u'{' ? 1 : -1;
+        open = text[at++] == u'{' ? open + 1 : open - 1;
         if (open == 0) {
             return at;
         }
