@@ -127,9 +127,10 @@ LQ_DATA_API HINSTANCE AfxGetResourceHandle();
 LQ_DATA_API void AfxSetResourceHandle(HINSTANCE module);
 
 // Copies the full file name of `module`, null meaning the running program: at most `size` - 1
-// characters and a terminator. Returns the number of characters copied, 0 on failure; a name that is
-// cut gives `size` - 1 or more, and the caller asks again with more room. For a module with a name
-// of its own it is that name, ending in ".so", in the folder of the file that holds the module.
+// characters and a terminator. Returns the number of characters copied, 0 on failure; a name that
+// is cut gives `size` - 1 or more, and the caller asks again with more room. For a module with a
+// name of its own it is that name, ending in ".so", in the folder of the file that holds the
+// module.
 LQ_DATA_API uint32_t GetModuleFileNameW(HINSTANCE module, char16_t* buffer, uint32_t size);
 
 // Registry. Results are 0 for success, else one of these.
