@@ -26,7 +26,7 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
-    "tools/lq": ["host/plcopen", "host/base", "cgtab"],
+    "tools/lq": ["host/plcopen", "host/base", "cgtab", "scanner"],
 }
 
 

@@ -29,7 +29,7 @@ constexpr const char* kTemporaryPrefix = ".lq-";
 constexpr const char* kHexDigits = "0123456789abcdef";
 constexpr size_t kRandomBytes = 8;
 
-std::string savedNote;  // NOLINT(cert-err58-cpp): empty
+constinit std::string savedNote;  // asked for from before the first static object on
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
 static_assert(std::atomic<const char*>::is_always_lock_free);
