@@ -75,9 +75,13 @@ int32_t CgTab::Insert(const ArrDsc& a) {
 
 int CgTab::Read(int32_t& pos, ArrDsc& a) {
     Table* const table = TableOf(TAB_ARR);
+    if (!table) {
+        pos = 0;
+        return 0;
+    }
     ArrInfo& info = *a.info;
     LineBuffer buf;
-    if (!table || pos < 0 || !table->ReadLine(pos, buf, 0)) {
+    if (pos < 0 || !table->ReadLine(pos, buf, 0)) {
         return 0;
     }
     lq::cgtab::ByteCursor bytes(buf.Data(), buf.Size());

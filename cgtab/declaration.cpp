@@ -119,7 +119,15 @@ bool CgTab::GetTypeAndValue(const DECL_TYP* decl, uint32_t kind, DECL_ASCII& out
     }
 }
 
+// The settings and the host's checks have answers for want of memory that are others' as well: a
+// declaration that met it is not decoded.
 bool CgTab::GetDecl(const DECL_TYP* decl, DECL_ASCII& out) {
+    const lq::MemoryWatch watch;
+    const bool decoded = DecodeParts(decl, out);
+    return watch.WasShort() ? out.Fail(DeclFault::kMemory) : decoded;
+}
+
+bool CgTab::DecodeParts(const DECL_TYP* decl, DECL_ASCII& out) {
     out.name = lq::pouh::TextOf(decl, POUH_NAME);
     if (lq::chars::Length(out.name) >= kNameLimit) {
         return out.Fail(DeclFault::kNameTooLong);

@@ -8,7 +8,9 @@ namespace lq {
 namespace {
 
 constinit std::atomic<ShortageHandler> shortageHandler = nullptr;
-constinit thread_local uint32_t shortages = 0;
+// In the room that the loader keeps at hand: what it would allocate for a library that is opened
+// later is not to be had when memory is short.
+[[gnu::tls_model("initial-exec")]] constinit thread_local uint32_t shortages = 0;
 
 }  // namespace
 

@@ -57,6 +57,10 @@ int FindFBName(const char16_t* instance, const char16_t* pou, CLQString* fbType)
     if (!instance || !fbType) {
         return 0;
     }
-    return lq::pouh::FindInPou(instance, pou, *fbType) ||
-           lq::pouh::FindInGlobals(instance, *fbType);
+    const lq::MemoryWatch watch;
+    if (lq::pouh::FindInPou(instance, pou, *fbType)) {
+        return 1;
+    }
+    // An instance of the POU that memory was too short for would hide the global one.
+    return !watch.WasShort() && lq::pouh::FindInGlobals(instance, *fbType);
 }

@@ -2,8 +2,8 @@
 //
 // A Recogniser lives for one GetToken call, or for the part of it that its cursor can walk. It
 // works on the cursor's current character, which no delivered token holds yet: Next passes it, and
-// what is not passed begins the next token. Nothing but texts in buffers is written before all is
-// certain.
+// what is not passed begins the next token. Before all is certain, only
+// texts in buffers, the time and the address are written, which a second way writes anew.
 //
 // Each family of literals has a source file of its own; all of them end in Finish or Fail. Those
 // that are called often enough are inline; the others work on a copy (Apart), so that the fields of

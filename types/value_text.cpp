@@ -56,6 +56,9 @@ int Val::Set(Scanner& scanner, int unsignedOnly) {
             return 0;
         }
     }
+    if (scanner.HasLostText()) {
+        return 0;  // and with it perhaps digits
+    }
     switch (token.kind) {
         case TK_INTEGER:
         case TK_BASED_INTEGER:

@@ -87,6 +87,7 @@ int CheckIsRecursiveCallEx(const char16_t* caller, const char16_t* callee, int) 
     try {
         return lq::host::CallSearch(*project).Reaches(from, to) ? 1 : 0;
     } catch (const std::bad_alloc&) {
+        lq::ReportShortage();
         return 0;
     }
 }

@@ -35,7 +35,8 @@ class XmlMemory {
     // Whether so much may be taken when so much is given back.
     bool Take(std::size_t size, std::size_t old);
 
-    static thread_local XmlMemory* current;
+    // Takes no memory when the library is opened late, as the loader would for another kind.
+    [[gnu::tls_model("initial-exec")]] static thread_local XmlMemory* current;
 
     XmlMemory* const outer_;
     std::size_t used_ = 0;

@@ -70,8 +70,9 @@ struct LQ_DATA_API POU_LIST {
 // dropped, so that every search for its lines gives -1 rather than miss some: while memory is
 // short, and always when an image holds a global, an address or a constant twice. A line that is
 // longer than the rest of its table ends the table for the index, as it does for every reader; a
-// search of tables 7 and 8, which have none, gives -1 once it comes to such a line, and so does
-// every insertion there of a name that does not lie before it.
+// search of tables 0, 7 and 8, which have none, gives -1 once it comes to such a line, and so does
+// every insertion into 7 and 8 of a name that does not lie before it. A line that is appended
+// behind such a one is found only as long as the index stays.
 //
 // The set belongs to one thread. All sets of the process share one scanner for declaration texts.
 //
@@ -349,6 +350,7 @@ class LQ_DATA_API CgTab {
 
     // Declarations.
     bool GetDecl(const DECL_TYP* decl, DECL_ASCII& out);
+    bool DecodeParts(const DECL_TYP* decl, DECL_ASCII& out);
     bool GetTypeAndValue(const DECL_TYP* decl, uint32_t kind, DECL_ASCII& out);
     int32_t Insert(DECL_TYP* decl, DECL_ASCII& d);
     int32_t Insert(DECL_ASCII& d);

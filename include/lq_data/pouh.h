@@ -26,7 +26,8 @@
 // copy a text returns 0 and leaves what it stored until then in the record it was given, where it
 // is released with that record; so does a loader that met a want of memory in the model, whose
 // answer ("no such object", "nothing wrong with it") may be due to that, if the model allocates
-// with lq::Allocate. (The info record of a header may lack texts and comments all the same.)
+// with lq::Allocate or calls lq::ReportShortage. (The info record of a header may lack texts and
+// comments all the same.)
 #pragma once
 
 #include <cstdint>
@@ -325,11 +326,10 @@ LQ_DATA_API LQPOUHDECL* GetEnoDecl();
 // The loaders borrow the check scanner; one thread at a time.
 
 // Fills `header` with the info and declarations of the object `id`, in scope order, but those of an
-// object of kind 12 in the model's order. A function gets
-// its return value as a declaration of its own name, and any POU but a program gets EN and ENO when
-// its ENO flag is set. `fromDeclManager` non-zero fetches the object from the declaration manager
-// (and deletes it after use) instead of the object manager. The header's old records are destroyed
-// once the object is found.
+// object of kind 12 in the model's order. A function gets its return value as a declaration of its
+// own name, and any POU but a program gets EN and ENO when its ENO flag is set. `fromDeclManager`
+// non-zero fetches the object from the declaration manager (and deletes it after use) instead of
+// the object manager. The header's old records are destroyed once the object is found.
 LQ_DATA_API int LoadPOUHeader(POU_HEADER_TYP* header, ID id, int fromDeclManager);
 // The same for the POU, library function, library function block or data type of that name.
 LQ_DATA_API int LoadPOUHeader(POU_HEADER_TYP* header, const char16_t* name);

@@ -174,15 +174,17 @@ class Recogniser;
 // so that little of it may be left.
 //
 // Where the forms of literals leave room:
-// - The numbers of a duration wrap at 32 bits as those of _wtol do. Only the first component has no
-//   limit, so T#3000000000s is a negative duration; T#4294967298s is two seconds.
+// - Numbers of parts wrap at 32 bits: the first component of a duration, which
+//   alone has no limit, when it is an integer of days, hours or seconds, and the parts of dates and
+//   times of day. So T#3000000000s is a negative duration, T#4294967298s two seconds. Minutes that
+//   come first, milliseconds and fractions are doubles, and an error beyond 32 bits of days.
 // - A base is read as it is written: 4294967298#1 has a bad base, though 4294967298 wraps to 2.
 // - A component of a duration that exceeds its limit ends the error in front of its unit: T#1h60m
-// is
-//   the error T#1h60 and the identifier m.
+//   is the error T#1h60 and the identifier m.
 // - Letters and spaces are those of Unicode, digits 0 to 9 only: U+0661 is a letter.
-// - A stream that hands out less than it is asked for is asked again; only nothing, or less, ends
-// it.
+// - A stream that hands out less than it is asked for is asked again; only nothing, or less, is
+//   its end.
+// - Integers count with all their digits, however many; reals with those that fit the buffers.
 //
 // Memory: CreateObject gives null, and Initialize a scanner at the end of its input, when memory is
 // short. A token whose overflow text cannot be kept has its kind and its end all the same; its text
