@@ -48,7 +48,7 @@ bool IsInstance(IEC_TYPE type) {
 }  // namespace
 
 // What stays the same over the declarations of one call, and what it counts.
-struct [[gnu::visibility("hidden")]] CgTab::ComponentWalk {
+struct LQ_DATA_LOCAL CgTab::ComponentWalk {
     // The extra bytes of a line.
     using Extra = lq::cgtab::ByteWriter<5 * 4>;
 
@@ -61,12 +61,12 @@ struct [[gnu::visibility("hidden")]] CgTab::ComponentWalk {
     bool missingGlobal = false;  // an external had no global
 
     // These are false when the sections are to be taken back.
-    bool AppendSection(FLIST * decls);
-    bool AppendComponent(DECL_ASCII & d);
+    bool AppendSection(FLIST* decls);
+    bool AppendComponent(DECL_ASCII& d);
     bool PutType(const DECL_ASCII& d, Extra& extra);
     bool PutArray(const DECL_ASCII& d, Extra& extra);
     bool PutInstance(const DECL_ASCII& d, Extra& extra);
-    bool PutConstant(DECL_ASCII & d, Extra & extra);
+    bool PutConstant(DECL_ASCII& d, Extra& extra);
 };
 
 int CgTab::AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_DSC& range,

@@ -18,7 +18,7 @@ class HashTable;
 //  3. The index, when there is one, has one entry a line and no other: the line's position under
 //     its search text. Where texts are unique, no two lines have the same.
 //  4. A table without user areas has no flag, one that is not hashed no index.
-class [[gnu::visibility("hidden")]] CgTab::Table {
+class LQ_DATA_LOCAL CgTab::Table {
   public:
     // Beside -1, which says that there is no such line: the search itself could not be done.
     static constexpr int32_t kSearchFailed = -2;

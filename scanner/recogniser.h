@@ -164,7 +164,7 @@ class Recogniser {
     Found BasedNumber(const Digits& prefix);
     Found RangeOrReal(const Digits& whole);
 
-    // --- string_literal.cpp, address_literal.cpp -----------------------------------------------
+    // --- string_literal.h, address_literal.cpp -----------------------------------------------
 
     class ValueText;
 

@@ -91,4 +91,6 @@ seen = counts["killed"] + counts["survived"]
 print(f"{counts['killed']} of {seen} faults that can be seen were seen"
       f" ({100 * counts['killed'] / max(seen, 1):.1f} %); {counts['expected']} cannot be, "
       f"{counts['broken']} are not listed rightly")
+if not sum(counts.values()):
+    sys.exit("mutate: no fault is listed")
 sys.exit(1 if counts["survived"] or counts["broken"] else 0)

@@ -20,7 +20,8 @@ std::u16string_view LastWord(std::u16string_view type) {
 
 class CallSearch {
   public:
-    explicit CallSearch(const Project& project) : project_(project), seen_(project.Pous().size()) {}
+    explicit CallSearch(const Project& project)
+        : project_(project), seen_(project.Pous().size()), hiddenIn_(project.Pous().size()) {}
 
     // Whether a chain of at least one call leads from `caller` to `callee`.
     bool Reaches(ID caller, ID callee) {
@@ -39,26 +40,28 @@ class CallSearch {
   private:
     void EnterCallees(ID caller) {
         const Pou& pou = *project_.GetPou(caller);
-        for (const Text name : pou.calls) {
-            const ID callee = project_.FindPou(name);
-            // A variable hides the POU of its name; one of the caller's own name is its result.
-            if (callee == caller || (IsNew(callee) && project_.FindBelow(caller, name) == ID())) {
-                Enter(callee);
-            }
-        }
         for (const ID id : pou.declarations) {
             const Declaration& declaration = *project_.GetDeclaration(id);
+            // A variable hides the POU of its name; one of the caller's own name is its result.
+            const ID hidden = project_.FindPou(declaration.name);
+            if (hidden != ID() && hidden != caller) {
+                hiddenIn_[IndexOf(hidden)] = caller;
+            }
             const ID type = project_.FindPou(LastWord(declaration.type));
             if (type != ID() && project_.GetPou(type)->kind == LQ_KIND_FUNCTION_BLOCK) {
                 Enter(type);
             }
         }
+        for (const Text name : pou.calls) {
+            const ID callee = project_.FindPou(name);
+            if (callee != ID() && hiddenIn_[IndexOf(callee)] != caller) {
+                Enter(callee);
+            }
+        }
     }
 
-    bool IsNew(ID pou) const { return pou != ID() && !seen_[IndexOf(pou)]; }
-
     void Enter(ID pou) {
-        if (IsNew(pou)) {
+        if (!seen_[IndexOf(pou)]) {
             seen_[IndexOf(pou)] = true;
             pending_.push_back(pou);
         }
@@ -66,6 +69,7 @@ class CallSearch {
 
     const Project& project_;
     std::vector<bool> seen_;
+    IdList hiddenIn_;  // by POU, the last caller that has a variable of its name
     IdList pending_;
 };
 

@@ -57,6 +57,7 @@ class CodeReader {
         EndName(isInstruction_ && !JumpOf(name_));
         Keep({}, false);
         atStart_ = true;
+        behindDot_ = false;
     }
 
   private:

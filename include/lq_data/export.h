@@ -4,6 +4,9 @@
 
 #if defined(__GNUC__)
 #define LQ_DATA_API __attribute__((visibility("default")))
+// For what lies within a class of the interface, and is none of it.
+#define LQ_DATA_LOCAL __attribute__((visibility("hidden")))
 #else
 #define LQ_DATA_API
+#define LQ_DATA_LOCAL
 #endif

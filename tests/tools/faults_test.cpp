@@ -72,6 +72,7 @@ TEST(Faults, TheSystemRefuses) {
     ExpectFailure(RunShell(noWrite + "types"), "standard output cannot be written", "");
     ExpectFailure(RunShell(noWrite + translate), "a.lqt: cannot be written: Input/output", "");
     EXPECT_THAT(FilesIn(TestFolder()), ElementsAre());
+    EXPECT_EQ(RunShell("LQ_TEST_NO_WRITE=all " + run + "types").status, 2) << "and comes to an end";
     // What has no name and cannot be given one is copied.
     const std::string image = RunLq("translate $EXAMPLES/plant/plant.xml -o -").out;
     for (int times = 0; times < 2; ++times) {

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <iostream>
+#include <unistd.h>
 
 #include "tools/lq/escape.h"
 #include "tools/lq/output.h"
+#include "tools/lq/output_file.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/terminal.h"
 
@@ -12,10 +14,12 @@ namespace lq::tool {
 
 namespace {
 
-// In one piece, lest memory is short within it.
+// In one piece, lest memory is short within it. A message that cannot be written has nobody to be
+// told.
 void PrintLineOf(const std::string& origin, const std::string& text) {
     const auto pause = Progress::Hide();
-    std::cerr << Bold(Stream::kMessages, origin + ":") + ' ' + OneLine(text) + '\n' << std::flush;
+    std::cout.flush();  // what was printed before it comes before it
+    WriteAll(STDERR_FILENO, Bold(Stream::kMessages, origin + ":") + ' ' + OneLine(text) + '\n');
 }
 
 }  // namespace

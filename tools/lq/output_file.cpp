@@ -29,7 +29,13 @@ constexpr const char* kTemporaryPrefix = ".lq-";
 constexpr const char* kHexDigits = "0123456789abcdef";
 constexpr size_t kRandomBytes = 8;
 
-constinit std::string savedNote;  // asked for from before the first static object on
+// Asked for from before the first static object on, and behind the last: it is never destroyed.
+union SavedNoteText {
+    constexpr SavedNoteText() : text() {}
+    ~SavedNoteText() {}
+    std::string text;
+};
+constinit SavedNoteText savedNote;
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
 static_assert(std::atomic<const char*>::is_always_lock_free);
@@ -92,7 +98,7 @@ bool IsTemporaryName(std::string_view name) {
 
 // Removes a temporary file that no living program has locked: whoever made it was killed.
 void RemoveIfDead(int folder, const char* name) {
-    const int file = openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int file = openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0) {
         return;
     }
@@ -158,7 +164,7 @@ void RemoveUnfinishedFile() noexcept {
 }
 
 const char* SavedNote() noexcept {
-    return savedNote.c_str();
+    return savedNote.text.c_str();
 }
 
 void CannotWrite(const std::string& path, int error) {
@@ -348,7 +354,7 @@ void OutputFile::Finish() {
     if (const int error = SyncFolder(folder_)) {
         CannotWrite(name_, error);
     }
-    savedNote = std::move(note);
+    savedNote.text = std::move(note);
 }
 
 }  // namespace lq::tool

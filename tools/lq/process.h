@@ -11,7 +11,7 @@ namespace lq::tool {
 // Memory needs no call: from before the first static object is made, a program with this file ends
 // with one message as soon as operator new or the library's allocation has none, or ReportShortage
 // is called. So no command has to tell "no memory" from the other answers of the library, and no
-// result that lacks something is ever printed.
+// result that lacks something ever passes for a whole one.
 void PrepareProcess();
 
 }  // namespace lq::tool

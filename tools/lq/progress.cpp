@@ -4,8 +4,10 @@
 #include <chrono>
 #include <cstdio>
 #include <system_error>
+#include <unistd.h>
 
 #include "tools/lq/escape.h"
+#include "tools/lq/output_file.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
@@ -114,15 +116,13 @@ void Progress::Show() {
     } else if (done > 0) {
         std::snprintf(number, sizeof(number), ": %.1f MB", done / 1e6);
     }
-    std::fprintf(stderr, "\r%s\x1B[K", FittingLine(what_, number).c_str());
-    std::fflush(stderr);
+    WriteAll(STDERR_FILENO, '\r' + FittingLine(what_, number) + "\x1B[K");
     isShown_ = true;
 }
 
 void Progress::Clear() {
     if (isShown_) {
-        std::fputs(kWiper, stderr);
-        std::fflush(stderr);
+        WriteAll(STDERR_FILENO, kWiper);
         isShown_ = false;
     }
 }
