@@ -3,19 +3,28 @@
 #include <cstring>
 
 #include "frame/chars.h"
+#include "frame/in_order.h"
 
 namespace lq::cgtab {
 
 namespace {
 
-constexpr char16_t kLocations[] = u"IQM";  // in the order of tagLocation
-constexpr char16_t kSizes[] = u"XBWDL";    // in the order of tagSize
+constexpr RowOf<tagLocation, char16_t> kLocations[] = {
+    {LOC_INPUT, u'I'}, {LOC_OUTPUT, u'Q'}, {LOC_MEMORY, u'M'}};
+static_assert(AreInOrder(kLocations, LOC_MEMORY));
 
-// By value class. Equal texts of different classes are different constants.
-constexpr const char16_t* kClassPrefixes[] = {
-    u"BIT",    u"INT8", u"UINT8", u"INT16", u"UINT16", u"INT32", u"UINT32", u"INT64",
-    u"UINT64", u"REAL", u"LREAL", u"TIME",  u"DATE",   u"TOD",   u"DT",     u"\r\r",
+constexpr RowOf<tagSize, char16_t> kSizes[] = {
+    {SIZE_BIT, u'X'}, {SIZE_BYTE, u'B'}, {SIZE_WORD, u'W'}, {SIZE_DWORD, u'D'}, {SIZE_LWORD, u'L'}};
+static_assert(AreInOrder(kSizes, SIZE_LWORD));
+
+// Equal texts of different classes are different constants.
+constexpr RowOf<VAL_TYPE, const char16_t*> kClassPrefixes[] = {
+    {VT_BOOL, u"BIT"},     {VT_SINT, u"INT8"},  {VT_USINT, u"UINT8"},  {VT_INT, u"INT16"},
+    {VT_UINT, u"UINT16"},  {VT_DINT, u"INT32"}, {VT_UDINT, u"UINT32"}, {VT_LINT, u"INT64"},
+    {VT_ULINT, u"UINT64"}, {VT_REAL, u"REAL"},  {VT_LREAL, u"LREAL"},  {VT_TIME, u"TIME"},
+    {VT_DATE, u"DATE"},    {VT_TOD, u"TOD"},    {VT_DT, u"DT"},        {VT_STRING, u"\r\r"},
 };
+static_assert(AreInOrder(kClassPrefixes, VT_STRING));
 
 // Writes the prefix to `to` and returns its length, or -1 when the key bytes mean nothing.
 int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t* to) {
@@ -24,13 +33,13 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t* to) {
             return -1;
         }
         to[0] = u'%';
-        to[1] = kLocations[key[0]];
-        to[2] = kSizes[key[1]];
+        to[1] = kLocations[key[0]].value;
+        to[2] = kSizes[key[1]].value;
         return 3;
     }
     int32_t length = 0;
     if (id == CgTab::TAB_CST && key[0] <= VT_STRING) {
-        for (const char16_t* p = kClassPrefixes[key[0]]; *p != 0; ++p) {
+        for (const char16_t* p = kClassPrefixes[key[0]].value; *p != 0; ++p) {
             to[length++] = *p;
         }
     }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "frame/chars.h"
+#include "frame/in_order.h"
 #include "host/text/message.h"
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
@@ -28,14 +29,38 @@ using host::Say;
 
 namespace {
 
-// In the order of TOKEN_KIND.
-constexpr const char* kKindNames[] = {
-    "error",         "operator",   "integer",     "based integer", "real",   "identifier",
-    "keyword",       "line break", "address",     "comment",       "string", "time",
-    "date and time", "date",       "time of day", "range start",   "end",    "none"};
+constexpr RowOf<TOKEN_KIND, const char*> kKindNames[] = {
+    {TK_ERROR, "error"},
+    {TK_OPERATOR, "operator"},
+    {TK_INTEGER, "integer"},
+    {TK_BASED_INTEGER, "based integer"},
+    {TK_REAL, "real"},
+    {TK_IDENTIFIER, "identifier"},
+    {TK_KEYWORD, "keyword"},
+    {TK_NEWLINE, "line break"},
+    {TK_ADDRESS, "address"},
+    {TK_COMMENT, "comment"},
+    {TK_STRING, "string"},
+    {TK_TIME, "time"},
+    {TK_DATE_AND_TIME, "date and time"},
+    {TK_DATE, "date"},
+    {TK_TIME_OF_DAY, "time of day"},
+    {TK_RANGE_START, "range start"},
+    {TK_EOF, "end"},
+    {TK_NONE, "none"},
+};
+static_assert(AreInOrder(kKindNames, TK_NONE));
 
-constexpr const char* kLocationNames[] = {"input", "output", "memory"};
-constexpr const char* kSizeNames[] = {"bit", "byte", "word", "double word", "long word"};
+constexpr RowOf<tagLocation, const char*> kLocationNames[] = {
+    {LOC_INPUT, "input"}, {LOC_OUTPUT, "output"}, {LOC_MEMORY, "memory"}};
+static_assert(AreInOrder(kLocationNames, LOC_MEMORY));
+
+constexpr RowOf<tagSize, const char*> kSizeNames[] = {{SIZE_BIT, "bit"},
+                                                      {SIZE_BYTE, "byte"},
+                                                      {SIZE_WORD, "word"},
+                                                      {SIZE_DWORD, "double word"},
+                                                      {SIZE_LWORD, "long word"}};
+static_assert(AreInOrder(kSizeNames, SIZE_LWORD));
 
 // What the scanner delivers of long tokens is cut, their overflow text is not.
 std::u16string_view WholeText(const Scanner& scanner, const Token& token) {
@@ -109,8 +134,8 @@ std::string TokenValue(const Token& token, std::u16string_view whole) {
             return TextValue(token, whole);
         case TK_ADDRESS: {
             const Address& address = *token.GetAddress();
-            return std::string(kLocationNames[address.location]) + " " + kSizeNames[address.size] +
-                   " " + TextValue(token, whole);
+            return std::string(kLocationNames[address.location].value) + " " +
+                   kSizeNames[address.size].value + " " + TextValue(token, whole);
         }
         case TK_TIME:
         case TK_TIME_OF_DAY:
@@ -135,7 +160,7 @@ struct ShownToken {
 Json TokenJson(const ShownToken& token) {
     Json json = {{"line", token.line},
                  {"column", token.column},
-                 {"kind", kKindNames[token.kind]},
+                 {"kind", kKindNames[token.kind].value},
                  {"text", token.text}};
     if (token.kind == TK_ERROR) {
         json["error"] = token.value;
@@ -165,7 +190,7 @@ class TokenPrinter {
             PrintLine(ToText(place) + ": " + token.value + ": " + OneLine(token.text));
         } else {
             PrintLine(std::to_string(place.line) + ":" + std::to_string(place.column) + "\t" +
-                      kKindNames[token.kind] + "\t" + OneLine(token.text) +
+                      kKindNames[token.kind].value + "\t" + OneLine(token.text) +
                       (token.value.empty() ? "" : "\t" + OneLine(token.value)));
         }
     }
