@@ -8,6 +8,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,13 +30,8 @@ constexpr const char* kTemporaryPrefix = ".lq-";
 constexpr const char* kHexDigits = "0123456789abcdef";
 constexpr size_t kRandomBytes = 8;
 
-// Asked for from before the first static object on, and behind the last: it is never destroyed.
-union SavedNoteText {
-    constexpr SavedNoteText() : text() {}
-    ~SavedNoteText() {}
-    std::string text;
-};
-constinit SavedNoteText savedNote;
+// Asked for from before the first static object on, and behind the last: what it points at stays.
+constinit const char* savedNote = "";
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
 static_assert(std::atomic<const char*>::is_always_lock_free);
@@ -164,7 +160,7 @@ void RemoveUnfinishedFile() noexcept {
 }
 
 const char* SavedNote() noexcept {
-    return savedNote.text.c_str();
+    return savedNote;
 }
 
 void CannotWrite(const std::string& path, int error) {
@@ -344,7 +340,9 @@ void OutputFile::Finish() {
         return;
     }
     CopyOwnerAndMode();
-    std::string note = OneLine(Say("; {} was saved", name_));
+    const std::string note = OneLine(Say("; {} was saved", name_));
+    auto kept = std::make_unique<char[]>(note.size() + 1);
+    note.copy(kept.get(), note.size());
     if (const int error = fsync(descriptor_) != 0 ? errno : PutInPlace()) {
         CannotWrite(name_, error);
     }
@@ -354,7 +352,7 @@ void OutputFile::Finish() {
     if (const int error = SyncFolder(folder_)) {
         CannotWrite(name_, error);
     }
-    savedNote.text = std::move(note);
+    savedNote = kept.release();
 }
 
 }  // namespace lq::tool
