@@ -95,45 +95,6 @@ TEST(ListSort, MergeExchangeComparesTheNetworksPairs) {
     }
 }
 
-TEST(ListSort, CodesThatMergeExchangeRefuses) {
-    FLIST* list = ListOf({3, 1, 2});
-    for (const LIST_CALLBACK code :
-         {LC_REWIND, LC_AT_INDEX, LC_PREV, LC_NEXT, LC_FIRST, LC_LAST, LC_NOT_LESS}) {
-        EXPECT_EQ(SortElementOfList(list, code, 0), 3u);
-        EXPECT_EQ(NumbersOf(list), (Numbers{3, 1, 2}));
-    }
-    DestroyList(list);
-}
-
-TEST(ListSort, ReInsertion) {
-    const Numbers kNumbers = {3, 1, 1, 3, 2, 1};
-    const struct {
-        const char* name;
-        LIST_CALLBACK code;
-        uint32_t result;
-        Numbers after;
-        uint32_t position;
-    } kCases[] = {
-        {"first", LC_FIRST, 6, {1, 2, 3, 1, 1, 3}, 6},
-        {"not less", LC_NOT_LESS, 6, {1, 1, 1, 2, 3, 3}, 6},
-        // The element just entered or found is not compared, so a repetition enters.
-        {"equal", LC_EQUAL, 4, {3, 1, 1, 2}, 0},
-        {"last", LC_LAST, 0, kNumbers, 6},
-        {"at index", LC_AT_INDEX, 0, kNumbers, 6},
-        {"rewind", LC_REWIND, 0, kNumbers, 6},
-        {"a function", Descending, 0, kNumbers, 6},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        FLIST* list = ListOf(kNumbers);
-        EXPECT_EQ(list->Sort(c.code, 0), c.result);
-        EXPECT_EQ(ListAccess::CurrentIndex(*list), c.position);
-        EXPECT_TRUE(ListAccess::Check(*list));
-        EXPECT_EQ(NumbersOf(list), c.after);
-        DestroyList(list);
-    }
-}
-
 TEST(ListSort, TextsMoveWithTheirElements) {
     FLIST* list = CreateList(0, LET_STRING_NOCASE, 0, nullptr);
     for (const char16_t* text : {u"b", u"C", u"a", u"B"}) {
