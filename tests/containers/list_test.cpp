@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/containers/list_util.h"
@@ -81,59 +82,52 @@ TEST(List, IsAppendedToAndWalkedOver) {
     }
 }
 
+// Without a body: nothing was ever made, or the pool has forgotten its nodes.
 TEST(List, InvalidHandlesGiveZero) {
     FLIST noBody;
+    const TestList emptied(LET_SIGNED_8);
+    emptied->GetList()->RemoveAll();
     const auto fill = [](std::uintptr_t p) { return reinterpret_cast<FLIST*>(p); };
-    FLIST* const kHandles[] = {nullptr,
-                               fill(0xCDCDCDCD),
-                               fill(0xDDDDDDDD),
-                               fill(0xCDCDCDCDCDCDCDCD),
-                               fill(0xDDDDDDDDDDDDDDDD),
-                               &noBody};
-    for (FLIST* list : kHandles) {
+    const auto yes = [](FLIST*, uint32_t, void*, void*, int32_t) { return 1; };
+    int32_t value = 1;
+    for (FLIST* list : {fill(0), fill(0xCDCDCDCD), fill(0xDDDDDDDD), fill(0xCDCDCDCDCDCDCDCD),
+                        fill(0xDDDDDDDDDDDDDDDD), &noBody, static_cast<FLIST*>(emptied)}) {
         SCOPED_TRACE(list);
-        int32_t value = 1;
         void* slot = &value;
-        const auto yes = [](FLIST*, uint32_t, void*, void*, int32_t) { return 1; };
-        EXPECT_EQ(InsertElementOfList(list, &value, LC_LAST, 0), 0u);
-        EXPECT_EQ(FindElementOfList(list, &value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(ListGet(list, slot, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(slot, nullptr);
-        EXPECT_EQ(WriteElementOfList(list, &value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(RemoveElementOfList(list, &value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(SizeOfElementOfList(list, nullptr, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(ForeachElementOfList(list, LC_NEXT, yes, 0), 0u);
-        EXPECT_EQ(SortElementOfList(list, LC_EQUAL, 0), 0u);
-        EXPECT_EQ(AddListElement(list, &value), nullptr);
-        EXPECT_EQ(SetUserDataOfList(list, &value), 0);
-        EXPECT_EQ(GetUserDataOfList(list, &value), 0);
-        EXPECT_EQ(CardinalityOfList(list), 0u);
+        const uint32_t kResults[] = {
+            InsertElementOfList(list, &value, LC_LAST, 0),
+            FindElementOfList(list, &value, nullptr, LC_FIRST, 0),
+            ListGet(list, slot, nullptr, LC_FIRST, 0),
+            WriteElementOfList(list, &value, nullptr, LC_FIRST, 0),
+            RemoveElementOfList(list, &value, nullptr, LC_FIRST, 0),
+            SizeOfElementOfList(list, nullptr, nullptr, LC_FIRST, 0),
+            ForeachElementOfList(list, LC_NEXT, yes, 0),
+            SortElementOfList(list, LC_EQUAL, 0),
+            CardinalityOfList(list),
+        };
+        EXPECT_THAT(kResults, testing::Each(0u));
+        EXPECT_TRUE(!slot && !AddListElement(list, &value));
+        EXPECT_TRUE(!AddListElementAt(list, &value, &value));
+        EXPECT_EQ(SetUserDataOfList(list, &value) + GetUserDataOfList(list, &value), 0);
         EXPECT_EQ(ClearList(list), 1);
         RemoveElementAt(list, &value);
     }
     EXPECT_EQ(DestroyList(nullptr), 0);
-    EXPECT_EQ(noBody.Clear(), 0);
-    EXPECT_EQ(noBody.Destroy(), 0);
-
-    // The members without a body: nothing was ever made, or the pool has forgotten its nodes.
-    const TestList emptied(LET_SIGNED_8);
-    emptied->GetList()->RemoveAll();
     for (FLIST* list : {&noBody, static_cast<FLIST*>(emptied)}) {
-        int32_t value = 1;
-        EXPECT_EQ(list->Cardinality(), 0u);
-        EXPECT_EQ(list->SetUserData(&value), 0);
-        EXPECT_EQ(list->GetUserData(&value), 0);
-        EXPECT_EQ(list->InsertElement(&value, &value, LC_LAST, 0), 0u);
-        EXPECT_EQ(list->FindElement(&value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(list->WriteElement(&value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(list->RemoveElement(&value, nullptr, LC_FIRST, 0), 0u);
-        EXPECT_EQ(list->Foreach(
-                      LC_NEXT, [](FLIST*, uint32_t, void*, void*, int32_t) { return 1; }, 0),
-                  0u);
-        EXPECT_EQ(list->Sort(LC_FIRST, 0), 0u);
-        EXPECT_EQ(AddListElementAt(list, &value, &value), nullptr);
+        const uint32_t kResults[] = {
+            list->InsertElement(&value, &value, LC_LAST, 0),
+            list->FindElement(&value, nullptr, LC_FIRST, 0),
+            list->WriteElement(&value, nullptr, LC_FIRST, 0),
+            list->RemoveElement(&value, nullptr, LC_FIRST, 0),
+            list->Foreach(LC_NEXT, yes, 0),
+            list->Sort(LC_FIRST, 0),
+            list->Cardinality(),
+        };
+        EXPECT_THAT(kResults, testing::Each(0u));
+        EXPECT_EQ(list->SetUserData(&value) + list->GetUserData(&value) + list->Clear(), 0);
         EXPECT_TRUE(ListAccess::Check(*list));
     }
+    EXPECT_EQ(noBody.Destroy(), 0);
 }
 
 TEST(List, TextsAreOwnedCopies) {
@@ -144,18 +138,20 @@ TEST(List, TextsAreOwnedCopies) {
         InsertElementOfList(list, nullptr, LC_LAST, 0);
         InsertElementOfList(list, u"", LC_LAST, 0);
         buffer[0] = u'X';
-        EXPECT_EQ(TextAt(list, 1), u"Motor");
-        EXPECT_EQ(TextAt(list, 2), u"(null)");
-        EXPECT_EQ(TextAt(list, 3), u"");
-
-        const uint32_t kSizes[] = {6, 0, 1};
+        const struct {
+            uint32_t size;
+            const char16_t* text;
+            const char16_t* out;
+        } kCases[] = {{6, u"Motor", u"Motor"}, {0, u"(null)", u""}, {1, u"", u""}};
         for (int32_t i = 1; i <= 3; ++i) {
+            const auto& c = kCases[i - 1];
             uint32_t size = 99;
             char16_t out[8] = u"???????";
+            EXPECT_EQ(TextAt(list, i), c.text);
             SizeOfElementOfList(list, &size, nullptr, LC_AT_INDEX, i);
-            EXPECT_EQ(size, kSizes[i - 1]);
+            EXPECT_EQ(size, c.size);
             FindElementOfList(list, out, nullptr, LC_AT_INDEX, i);
-            EXPECT_EQ(std::u16string(out), i == 1 ? u"Motor" : u"") << i;
+            EXPECT_EQ(std::u16string(out), c.out);
         }
 
         // An element may be overwritten with its own text, and with none nothing is written.
@@ -241,6 +237,17 @@ int Record(FLIST*, uint32_t position, void* element, void*, int32_t) {
     return number == calls.accepted ? calls.answer : 0;
 }
 
+// A list with one element, and how that compares with a key.
+void ExpectComparison(LIST_ELEMENT_TYPE type, const void* element, const void* key, bool notLess,
+                      bool equal, int32_t length = 0) {
+    const TestList list(type, type == LET_CHAR ? 1 : 4);
+    InsertElementOfList(list, element, LC_LAST, 0);
+    list.Go(LC_REWIND);
+    EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_NOT_LESS, length), notLess);
+    list.Go(LC_REWIND);
+    EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_EQUAL, length), equal);
+}
+
 TEST(List, ComparisonByType) {
     const struct {
         LIST_ELEMENT_TYPE type;
@@ -257,28 +264,18 @@ TEST(List, ComparisonByType) {
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.type << ": " << c.element << " " << c.key);
-        const TestList list(c.type);
-        list.Add(c.element, LC_LAST);
-        list.Go(LC_REWIND);
-        EXPECT_EQ(FindElementOfList(list, nullptr, &c.key, LC_NOT_LESS, 0), c.notLess);
-        list.Go(LC_REWIND);
-        EXPECT_EQ(FindElementOfList(list, nullptr, &c.key, LC_EQUAL, 0), c.equal);
+        ExpectComparison(c.type, &c.element, &c.key, c.notLess, c.equal);
     }
-}
-
-TEST(List, ComparisonLengthOfMemory) {
-    const TestList list(LET_MEMORY, 4);
-    InsertElementOfList(list, "abcd", LC_LAST, 0);
+    // Of memory as many bytes as are asked for, or all.
     const struct {
         const char* key;
         int32_t length;
         bool equal;
-    } kCases[] = {{"abxy", 2, true}, {"abxy", 3, false}, {"abxy", 0, false},
-                  {"abcd", 0, true}, {"abcd", 9, true},  {"abxy", -1, false}};
-    for (const auto& c : kCases) {
-        list.Go(LC_REWIND);
-        EXPECT_EQ(FindElementOfList(list, nullptr, c.key, LC_EQUAL, c.length), c.equal)
-            << c.key << " " << c.length;
+    } kMemory[] = {{"abxy", 2, true},  {"abxy", 3, false}, {"abcx", 3, true},   {"abcx", 4, false},
+                   {"abcx", 0, false}, {"abcx", 9, false}, {"abcx", -1, false}, {"abcd", 9, true}};
+    for (const auto& c : kMemory) {
+        SCOPED_TRACE(testing::Message() << c.key << " " << c.length);
+        ExpectComparison(LET_MEMORY, "abcd", c.key, c.equal, c.equal, c.length);
     }
 }
 
@@ -289,6 +286,8 @@ TEST(List, ListsCompareByTheirUserData) {
         lists[i] = CreateList(i == 2 ? 1 : 2, LET_MEMORY, 0, nullptr);
         EXPECT_EQ(SetUserDataOfList(lists[i], kData[i]), 1);
     }
+    FLIST* const longer = CreateList(2, LET_MEMORY, 0, nullptr);
+    EXPECT_EQ(SetUserDataOfList(longer, kData[2]), 1);  // by a zero
     const struct {
         FLIST* element;
         FLIST* key;
@@ -298,20 +297,13 @@ TEST(List, ListsCompareByTheirUserData) {
         {lists[0], lists[0], true, true},  {lists[0], lists[1], false, false},
         {lists[1], lists[0], true, false}, {lists[2], lists[0], true, true},
         {lists[0], lists[2], true, false}, {nullptr, lists[0], false, false},
-        {lists[0], nullptr, true, false},
+        {lists[0], nullptr, true, false},  {longer, lists[2], true, true},
     };
-    for (std::size_t i = 0; i < std::size(kCases); ++i) {
-        const TestList holder(LET_LIST, 4);
-        InsertElementOfList(holder, &kCases[i].element, LC_LAST, 0);
-        holder.Go(LC_REWIND);
-        EXPECT_EQ(FindElementOfList(holder, nullptr, &kCases[i].key, LC_NOT_LESS, 0),
-                  kCases[i].notLess)
-            << i;
-        holder.Go(LC_REWIND);
-        EXPECT_EQ(FindElementOfList(holder, nullptr, &kCases[i].key, LC_EQUAL, 0), kCases[i].equal)
-            << i;
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(&c - kCases);
+        ExpectComparison(LET_LIST, &c.element, &c.key, c.notLess, c.equal);
     }
-    for (FLIST* list : lists) {
+    for (FLIST* list : {lists[0], lists[1], lists[2], longer}) {
         DestroyList(list);
     }
 }
@@ -331,10 +323,7 @@ TEST(List, EqualElementsEnterBeforeTheOldOnes) {
 }
 
 TEST(List, FunctionsSearchRoundTheRing) {
-    const TestList list(LET_SIGNED_8);
-    for (const int32_t number : {10, 20, 30}) {
-        list.Add(number, LC_LAST);
-    }
+    const TestList list(Numbers{10, 20, 30});
     const struct {
         int32_t from;
         int32_t accepted;
@@ -371,9 +360,7 @@ TEST(List, FunctionsPlaceInsertions) {
         {99, 2, 0, {10, 20}, 3},
     };
     for (const auto& c : kCases) {
-        const TestList list(LET_SIGNED_8);
-        list.Add(10, LC_LAST);
-        list.Add(20, LC_LAST);
+        const TestList list(Numbers{10, 20});
         calls = {{}, c.accepted, 1, c.atEnd};
         EXPECT_EQ(list.Add(9, Record), c.result);
         EXPECT_EQ(list.All(), c.after) << c.accepted << " " << c.atEnd;
@@ -417,10 +404,7 @@ TEST(List, WalksInBothDirectionsAndStops) {
 }
 
 TEST(List, AWalkMayRemoveWhatItIsAt) {
-    const TestList list(LET_SIGNED_8);
-    for (int32_t number = 1; number <= 6; ++number) {
-        list.Add(number, LC_LAST);
-    }
+    const TestList list(Numbers{1, 2, 3, 4, 5, 6});
     const auto removeEven = [](FLIST* l, uint32_t, void* element, void*, int32_t) {
         if (*static_cast<int32_t*>(element) % 2 == 0) {
             RemoveElementAt(l, static_cast<CGList::CNode*>(element) - 1);
