@@ -41,25 +41,16 @@ TEST(ValueText, ReadsOneConstant) {
         VAL_TYPE type;
         const char* number;
     } const cases[] = {
-        {u"-5", 0, VT_SINT, "-5"},
-        {u"+5", 0, VT_SINT, "5"},
-        {u" 300 ", 0, VT_INT, "300"},
-        {u"300", 1, VT_UINT, "300"},
-        {u"0", 1, VT_BOOL, "FALSE"},
-        {u"1", 1, VT_BOOL, "TRUE"},
-        {u"-2147483648", 0, VT_DINT, "-2147483648"},
-        {u"16#FFFF_FFFF", 0, VT_UDINT, "4294967295"},
-        {u"-16#80", 0, VT_SINT, "-128"},
-        {u"-1.5", 0, VT_LREAL, "-1.5"},
-        {u"1.5", 1, VT_LREAL, "1.5"},
-        {u"TRUE", 0, VT_BOOL, "TRUE"},
-        {u"FALSE", 1, VT_BOOL, "FALSE"},
-        {u"T#1s", 0, VT_TIME, "1000"},
-        {u"T#-1s", 0, VT_TIME, "-1000"},
-        {u"-T#-1s", 0, VT_TIME, "1000"},
-        {u"D#1970-01-03", 0, VT_DATE, "172800"},
-        {u"TOD#00:00:02", 0, VT_TOD, "2000"},
-        {u"DT#1970-01-02-00:00:01", 0, VT_DT, "86401"},
+        // clang-format off
+        {u"-5", 0, VT_SINT, "-5"}, {u"+5", 0, VT_SINT, "5"}, {u" 300 ", 0, VT_INT, "300"},
+        {u"300", 1, VT_UINT, "300"}, {u"0", 1, VT_BOOL, "FALSE"}, {u"1", 1, VT_BOOL, "TRUE"},
+        {u"-2147483648", 0, VT_DINT, "-2147483648"}, {u"-16#80", 0, VT_SINT, "-128"},
+        {u"16#FFFF_FFFF", 0, VT_UDINT, "4294967295"}, {u"-1.5", 0, VT_LREAL, "-1.5"},
+        {u"1.5", 1, VT_LREAL, "1.5"}, {u"TRUE", 0, VT_BOOL, "TRUE"}, {u"FALSE", 1, VT_BOOL, "FALSE"},
+        {u"T#1s", 0, VT_TIME, "1000"}, {u"T#-1s", 0, VT_TIME, "-1000"},
+        {u"-T#-1s", 0, VT_TIME, "1000"}, {u"D#1970-01-03", 0, VT_DATE, "172800"},
+        {u"TOD#00:00:02", 0, VT_TOD, "2000"}, {u"DT#1970-01-02-00:00:01", 0, VT_DT, "86401"},
+        // clang-format on
     };
     for (const auto& c : cases) {
         Val v;
