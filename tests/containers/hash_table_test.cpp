@@ -229,6 +229,10 @@ TEST(HashTable, EntriesChainedByHandAreFound) {
     EXPECT_EQ(AllOf(table, u"A"), (std::vector<int32_t>{3, 2, 1}));
     EXPECT_EQ(table.RemoveKey(u"a", 2), 1);
     EXPECT_EQ(AllOf(table, u"a"), (std::vector<int32_t>{3, 1}));
+    EXPECT_TRUE(table.Chain(u"d", 4) && table.Chain(u"d", 5));
+    EXPECT_EQ(table.RemoveKey(u"D"), 1);
+    EXPECT_EQ(AllOf(table, u"d"), (std::vector<int32_t>{4}));
+    EXPECT_EQ(AllOf(table, u"a"), (std::vector<int32_t>{3, 1}));
     EXPECT_TRUE(HashTableAccess::Check(table));
 
     ByHand first(3, 1);  // the first entry comes by hand, and the bucket's number is of no account

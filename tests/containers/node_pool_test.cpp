@@ -76,6 +76,7 @@ TEST(NodePool, WithoutMemoryNothingChanges) {
                          return [=] {
                              const uint32_t before = pool->GetCount();
                              const CGList::CNode* node = pool->AllocListElement();
+                             EXPECT_EQ(ListAccess::BlockCount(*pool), pool->GetCount());
                              EXPECT_EQ(pool->GetCount(), before + (node ? 1 : 0));
                              EXPECT_TRUE(ListAccess::Check(*pool));
                              return node ? std::to_string(pool->GetCount()) : kShort;

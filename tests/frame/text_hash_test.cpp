@@ -54,22 +54,14 @@ TEST(TextHash, NamesOfAnyCase) {
 TEST(TextHash, NoSeedIndependentCrowds) {
     using Words = std::array<uint64_t, 3>;
     using Maker = Words (*)(uint64_t number);
+    // clang-format off
     constexpr Maker kMakers[] = {
-        [](uint64_t n) {
-            return Words{n << 48, 0x4E00, 0x4E01};
-        },
-        [](uint64_t n) {
-            return Words{n << 54 | 1, 1, n << 54 | 1};
-        },
-        [](uint64_t n) {
-            return Words{n * 0x5555'5555'5555'5555, ~n, n * 0x5555'5555'5555'5555};
-        },
-        [](uint64_t n) {
-            return Words{n + 1, 0 - n - 1, n + 1};
-        },
-        [](uint64_t n) {
-            return Words{(n & 31) << 59 | 1, (n >> 5) << 59 | 1, 7};
-        },
+        [](uint64_t n) { return Words{n << 48, 0x4E00, 0x4E01}; },
+        [](uint64_t n) { return Words{n << 54 | 1, 1, n << 54 | 1}; },
+        [](uint64_t n) { return Words{n * 0x5555'5555'5555'5555, ~n, n * 0x5555'5555'5555'5555}; },
+        [](uint64_t n) { return Words{n + 1, 0 - n - 1, n + 1}; },
+        [](uint64_t n) { return Words{(n & 31) << 59 | 1, (n >> 5) << 59 | 1, 7}; },
+        // clang-format on
         // These met in one value of a hash without a secret.
         [](uint64_t n) {
             const auto mix = [](uint64_t hash, uint64_t word) {

@@ -34,6 +34,7 @@ class HostAnswers : public testing::Test {
 };
 
 TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
+    // clang-format off
     CheckScans({
         {u"K+1 k-2 K+x KK+1", "ID[K+1] ID[k-2] ID[K] OP[+]=1 ID[x] ID[KK] OP[+]=1 INT[1]=1"},
         {u"E-2.25 E1+5 e+2.5", "ID[E-2.25] ID[E1+5] ID[e+2.5]"},
@@ -44,16 +45,16 @@ TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
         {u"x1\\a y\\a", "ID[x1\\a] ID[y] ERR[\\]=0 ID[a]"},
         {u"a!b!! 12!x 12?x", "ID[a!b!!] ID[12!x] INT[12]=12 ERR[?]=0 ID[x]"},
     });
+    // clang-format on
 }
 
 TEST_F(HostAnswers, AreGivenTheAccessFlag) {
     for (const int flag : {0, 1}) {
-        MEMSTREAM_W stream(u"x1.F", 4, 4, nullptr);
-        auto scanner = NewScanner();
+        TestScanner scanner(u"x1.F");
         EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(flag), 1);
-        scanner->Initialize(stream);
         EXPECT_EQ(Describe(scanner->GetToken()), "ID[x1.F]");
         EXPECT_EQ(lastAccess, flag);
+        EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(1), flag);
     }
 }
 
@@ -73,9 +74,7 @@ TEST_F(HostAnswers, LeaveLongTokensWhole) {
             for (const int32_t step : {1, 13, 1000}) {
                 SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks
                                                 << ", step " << step);
-                SlowStream stream(repeat(blanks, u' ') + source + u";", step);
-                auto scanner = NewScanner();
-                scanner->Initialize(stream);
+                TestScanner scanner(repeat(blanks, u' ') + source + u";", step);
                 const Token token = scanner->GetToken();
                 if (scanner->GetSrcEx()) {
                     EXPECT_EQ(std::u16string(scanner->GetSrcEx()), source);
@@ -92,9 +91,7 @@ TEST_F(HostAnswers, LeaveLongTokensWhole) {
 
 TEST_F(HostAnswers, MayAllowNulInStrings) {
     host::GetUserAdapterAnswers().nulEscape = 1;
-    MEMSTREAM_W stream(u"'a$00b'", 7, 7, nullptr);
-    auto scanner = NewScanner();
-    scanner->Initialize(stream);
+    TestScanner scanner(u"'a$00b'");
     const Token token = scanner->GetToken();
     EXPECT_EQ(token.kind, TK_STRING);
     EXPECT_EQ(std::u16string(token.GetValueText(), 4), std::u16string(u"a\0b\0", 4));
@@ -111,9 +108,7 @@ TEST(LongIdentifier, IsWholeBeforeAPointAtTheEndOfAHalf) {
     const std::u16string name(3001, u'a');
     for (const size_t blanks : {size_t{66}, size_t{67}, size_t{68}}) {
         for (const int32_t step : kSteps) {
-            SlowStream stream(std::u16string(blanks, u' ') + name + u".b", step);
-            auto scanner = NewScanner();
-            scanner->Initialize(stream);
+            TestScanner scanner(std::u16string(blanks, u' ') + name + u".b", step);
             scanner->GetToken();
             ASSERT_NE(scanner->GetSrcEx(), nullptr);
             EXPECT_EQ(std::u16string(scanner->GetSrcEx()), name) << blanks;

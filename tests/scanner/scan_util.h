@@ -138,13 +138,39 @@ inline std::string ScanAll(Scanner& scanner, std::vector<Place>* places = nullpt
     }
 }
 
+// A scanner on its own stream, which hands out `step` characters at a time, or all at once when 0.
+// `half`: the size of the reader's halves, 0 for the usual one.
+class TestScanner {
+  public:
+    explicit TestScanner(std::u16string text, int32_t step = 1000, int32_t half = 0)
+        : text_(std::move(text)), scanner_(NewScanner()) {
+        scanner_->RegisterKeyword(u"TRUE", KW_TRUE);
+        scanner_->Initialize(MakeStream(step));
+        if (half != 0) {
+            ScannerTestAccess::UseHalves(*scanner_, MakeStream(step), half);
+        }
+    }
+    Scanner& operator*() const { return *scanner_; }
+    Scanner* operator->() const { return scanner_.get(); }
+
+  private:
+    STREAM_W& MakeStream(int32_t step) {
+        const auto size = static_cast<int32_t>(text_.size());
+        if (step == 0) {
+            streams_.push_back(std::make_unique<MEMSTREAM_W>(text_.data(), size, size, nullptr));
+        } else {
+            streams_.push_back(std::make_unique<SlowStream>(text_, step));
+        }
+        return *streams_.back();
+    }
+
+    std::u16string text_;
+    std::vector<std::unique_ptr<STREAM_W>> streams_;
+    std::unique_ptr<Scanner> scanner_;
+};
+
 inline std::string Scan(const std::u16string& text, std::vector<Place>* places = nullptr) {
-    MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
-                       static_cast<int32_t>(text.size()), nullptr);
-    auto scanner = NewScanner();
-    scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-    scanner->Initialize(stream);
-    return ScanAll(*scanner, places);
+    return ScanAll(*TestScanner(text, 0), places);
 }
 
 // How many characters a stream hands out at a time.
@@ -162,26 +188,17 @@ inline void CheckScan(const std::u16string& text, const std::string& tokens) {
     std::vector<Place> places;
     EXPECT_EQ(Scan(text, &places), tokens);
     for (const int32_t step : kSteps) {
-        SlowStream stream(text, step);
-        auto scanner = NewScanner();
-        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-        scanner->Initialize(stream);
         std::vector<Place> found;
-        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "in steps of " << step;
+        EXPECT_EQ(ScanAll(*TestScanner(text, step), &found), tokens) << "in steps of " << step;
         EXPECT_EQ(found, places) << "in steps of " << step;
     }
     constexpr int32_t kHalf = 48;
     for (int32_t start = 0; start < 2 * kHalf; ++start) {
         const std::u16string blanks(static_cast<size_t>(start), u' ');
         const int32_t step = kSteps[static_cast<size_t>(start) % std::size(kSteps)];
-        SlowStream stream(blanks + text, step);
-        SlowStream again(blanks + text, step);
-        auto scanner = NewScanner();
-        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-        scanner->Initialize(stream);
-        ScannerTestAccess::UseHalves(*scanner, again, kHalf);
         std::vector<Place> found;
-        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "at " << start;
+        EXPECT_EQ(ScanAll(*TestScanner(blanks + text, step, kHalf), &found), tokens)
+            << "at " << start;
         ASSERT_EQ(found.size(), places.size());
         for (size_t i = 0; i < found.size(); ++i) {
             EXPECT_EQ(found[i].first, places[i].first) << "line, at " << start;

@@ -15,33 +15,29 @@ TEST(Scanner, IsCreatedByName) {
 }
 
 TEST(Scanner, TheFirstIdOfAKeywordStays) {
-    MEMSTREAM_W stream(u"OF BIG", 6, 6, nullptr);
-    auto scanner = NewScanner();
+    TestScanner scanner(u"OF BIG");
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 4), 1);
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 5), 0);
     EXPECT_EQ(scanner->RegisterKeyword(u"BIG", 0x12345), 1);
-    scanner->Initialize(stream);
     EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029");
 }
 
 TEST(Scanner, KnowsAnyNumberOfKeywords) {
-    constexpr int kCount = 2000;
-    auto scanner = NewScanner();
-    ASSERT_EQ(scanner->RegisterKeyword(u"", kCount), 1) << "and is never met";
     std::u16string text;
     std::string expected;
-    for (int id = 0; id < kCount; ++id) {
+    std::vector<std::u16string> names;
+    for (int id = 0; id < 2000; ++id) {
         const std::string name = "k" + std::to_string(id * 37) + "_";
-        const std::u16string wide(name.begin(), name.end());
-        ASSERT_EQ(scanner->RegisterKeyword(wide.c_str(), id), 1) << name;
-        text += wide + u" x" + wide + u";";
+        names.emplace_back(name.begin(), name.end());
+        text += names.back() + u" x" + names.back() + u";";
         expected += "KEY[" + name + "]=" + std::to_string(id) + " ID[x" + name + "] OP[;]=7 ";
     }
-    MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
-                       static_cast<int32_t>(text.size()), nullptr);
-    scanner->Initialize(stream);
+    TestScanner scanner(text, 0);
+    ASSERT_EQ(scanner->RegisterKeyword(u"", 7), 1) << "and is never met";
+    for (size_t id = 0; id < names.size(); ++id) {
+        ASSERT_EQ(scanner->RegisterKeyword(names[id].c_str(), static_cast<int>(id)), 1);
+    }
     EXPECT_EQ(ScanAll(*scanner) + " ", expected);
-    scanner->ReleaseStream();
 }
 
 // On both sides of the lengths that the scanner copies in one step, in a few, and by the long way.
@@ -51,10 +47,7 @@ TEST(Scanner, KeepsTextsOfEveryLength) {
         const std::u16string blanks(length, u' ');
         const std::u16string word(length, u'w');
         const std::u16string number(length, u'1');
-        const std::u16string text = blanks + word + u"\n " + number + u";";
-        SlowStream stream(text, 1000);
-        auto scanner = NewScanner();
-        scanner->Initialize(stream);
+        TestScanner scanner(blanks + word + u"\n " + number + u";");
         Token token = scanner->GetToken();
         EXPECT_EQ(token.kind, TK_IDENTIFIER);
         EXPECT_TRUE(token.space == blanks && token.text == word) << Utf8(token.text);
@@ -141,9 +134,7 @@ TEST_P(LongToken, IsWholeInTheOverflowTextAndMarkedInTheToken) {
             for (const int32_t step : {1, 13, 1000}) {
                 SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
                                                 << ", blanks " << blanks << ", step " << step);
-                SlowStream stream(std::u16string(blanks, u' ') + source + u" next", step);
-                auto scanner = NewScanner();
-                scanner->Initialize(stream);
+                TestScanner scanner(std::u16string(blanks, u' ') + source + u" next", step);
                 const Token token = scanner->GetToken();
                 EXPECT_EQ(token.kind, shape.kind);
                 if (length < 2048) {
@@ -171,9 +162,7 @@ INSTANTIATE_TEST_SUITE_P(Lengths, LongToken,
 
 TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
     const std::u16string longName(5000, u'x');
-    SlowStream stream(longName + u" y " + longName, 1000);
-    auto scanner = NewScanner();
-    scanner->Initialize(stream);
+    TestScanner scanner(longName + u" y " + longName);
     scanner->GetToken();
     char16_t* taken = scanner->GetSrcEx();
     scanner->SetSrcEx(nullptr);
@@ -186,10 +175,7 @@ TEST(Scanner, ACallerMayTakeTheOverflowTextOver) {
 }
 
 TEST(Scanner, KeepsTheFirstCharactersOfALongString) {
-    const std::u16string text = u"'" + std::u16string(2047, u'a') + u"$Nb'";
-    SlowStream stream(text, 1000);
-    auto scanner = NewScanner();
-    scanner->Initialize(stream);
+    TestScanner scanner(u"'" + std::u16string(2047, u'a') + u"$Nb'");
     const Token token = scanner->GetToken();
     EXPECT_EQ(std::u16string(token.GetValueText()), std::u16string(2047, u'a') + u"\r");
 }
