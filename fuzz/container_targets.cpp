@@ -159,6 +159,7 @@ void Hash(const uint8_t* data, size_t size) {
                                             u"\u00E4",
                                             u"\u00C4",
                                             std::u16string(512, u'z'),
+                                            std::u16string(512, u'z') + u'y',
                                             std::u16string(513, u'z')};
     constexpr uint32_t kBuckets[] = {1, 3, 233};
     Input input(data, size);

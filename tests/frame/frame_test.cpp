@@ -120,8 +120,10 @@ TEST_F(Frame, ChoosesTheCodePage) {
 // The module's file name without folder and extension, as much of it as fits.
 TEST_F(Frame, NamesTheResourceLibraryAfterTheModule) {
     folder_.Write("user/registry.ini", kUserKey + "CodePage=0x80000000\n");
-    CopyEnglish("module");
-    const HINSTANCE module = AfxLoadLibrary((folder_.GetPath() / "module").u16string().c_str());
+    const std::string part(220, 'd');  // a folder's name is no limit of a file's
+    const std::string file = part + "/" + part + "/" + part + "/" + part + "/" + part + "/module";
+    CopyEnglish(file);
+    const HINSTANCE module = AfxLoadLibrary((folder_.GetPath() / file).u16string().c_str());
     ASSERT_NE(module, nullptr);
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
     for (const std::size_t length : {236, 237, 250}) {

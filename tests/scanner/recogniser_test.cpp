@@ -76,7 +76,7 @@ TEST(Recogniser, RandomTextsGiveTheSameTokensAtEveryPlace) {
 }
 
 TEST(Recogniser, OnlyTheFirstBlanksAreKept) {
-    for (const size_t blanks : {size_t{2047}, size_t{2048}, size_t{2049}, size_t{100000}}) {
+    for (const size_t blanks : {2047, 2048, 2049, 100000}) {
         const std::u16string text = std::u16string(blanks, u'\t') + u"x";
         for (const int32_t step : kSteps) {
             TestScanner scanner(text, step);

@@ -84,39 +84,49 @@ inline std::string Describe(const Token& token) {
     static constexpr const char* kNames[] = {"ERR", "OP",   "INT", "BASED", "REAL", "ID",
                                              "KEY", "NL",   "ADR", "COM",   "STR",  "TIME",
                                              "DT",  "DATE", "TOD", "RANGE", "EOF",  "NONE"};
-    std::string out = kNames[token.kind];
-    out += "[" + Utf8(token.text) + "]";
-    char number[40] = "";
+    const std::string out = std::string(kNames[token.kind]) + "[" + Utf8(token.text) + "]";
+    const auto with = [&out](const std::string& value) { return out + "=" + value; };
     switch (token.kind) {
         case TK_ERROR:
         case TK_INTEGER:
         case TK_BASED_INTEGER:
         case TK_RANGE_START:
-            std::snprintf(number, sizeof(number), "=%u", token.GetNumber());
-            break;
+            return with(std::to_string(token.GetNumber()));
         case TK_OPERATOR:
         case TK_KEYWORD:
-            std::snprintf(number, sizeof(number), "=%u", unsigned{token.GetCode()});
-            break;
-        case TK_REAL:
-            std::snprintf(number, sizeof(number), "=%.17g", token.GetReal());
-            break;
+            return with(std::to_string(token.GetCode()));
+        case TK_REAL: {
+            char number[40];
+            std::snprintf(number, sizeof(number), "%.17g", token.GetReal());
+            return with(number);
+        }
         case TK_COMMENT:
         case TK_STRING:
-            return out + "=" + Utf8(token.GetValueText());
-        case TK_ADDRESS:
-            std::snprintf(number, sizeof(number), "=%u,%u,", unsigned{token.GetAddress()->location},
-                          unsigned{token.GetAddress()->size});
-            return out + number + Utf8(token.GetAddress()->text);
+            return with(Utf8(token.GetValueText()));
+        case TK_ADDRESS: {
+            const Address& at = *token.GetAddress();
+            return with(std::to_string(at.location) + "," + std::to_string(at.size) + "," +
+                        Utf8(at.text));
+        }
         case TK_TIME:
         case TK_DATE:
         case TK_DATE_AND_TIME:
         case TK_TIME_OF_DAY:
-            return out + "=" + DescribeTime(*token.GetTime());
+            return with(DescribeTime(*token.GetTime()));
         default:
-            break;
+            return out;
     }
-    return out + number;
+}
+
+// The token's text, from the overflow text when there is one.
+inline std::u16string WholeText(Scanner& scanner, const Token& token) {
+    if (!scanner.GetSrcEx()) {
+        return token.text;
+    }
+    const std::u16string whole = scanner.GetSrcEx();
+    EXPECT_EQ(scanner.GetHugeBufLen(), static_cast<int32_t>(whole.size()) + 1);
+    EXPECT_TRUE(scanner.IsHugeBufComplete() || token.kind == TK_ERROR);
+    return whole;
 }
 
 // The line of a token and the blanks in front of it.
