@@ -251,7 +251,7 @@ TEST(HashTable, FailedInsertionLeavesTheEntries) {
     const Insertion kInsertions[] = {
         [](ByHand& table) { return table.Insert(u"c", 3) != nullptr; },
         [](ByHand& table) { return table.Insert(u"b", 4, 1) != nullptr; },
-        [](ByHand& table) { return (table[u"d"] = 7) == table.GetID(u"d"); },
+        [](ByHand& table) { return (table[u"d"] = 7, table.GetID(u"d") == 7); },
         [](ByHand& table) { return table.Chain(u"c", 3); },
     };
     for (const Insertion insert : kInsertions) {

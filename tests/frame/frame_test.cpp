@@ -126,14 +126,14 @@ TEST_F(Frame, NamesTheResourceLibraryAfterTheModule) {
     const HINSTANCE module = AfxLoadLibrary((folder_.GetPath() / file).u16string().c_str());
     ASSERT_NE(module, nullptr);
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
-    for (const std::size_t length : {236, 237, 250}) {
-        const std::string name(length, 'n');
+    for (const std::size_t length : {0, 236, 237, 250}) {
+        const std::string name = length != 0 ? std::string(length, 'n') : "module";
         const std::u16string wide(name.begin(), name.end());
         LQ_MODULE longNamed{wide.c_str(), nullptr, module->loader};
         std::filesystem::remove_all(Path("rc"));
         const std::string expected = (name + "_RC_-2147483648.dll").substr(0, 255);
         CopyEnglish("rc/" + expected);
-        EXPECT_EQ(Reattach(&longNamed), 1);
+        EXPECT_EQ(Reattach(length != 0 ? &longNamed : module), 1);
         EXPECT_EQ(LibraryText(6491), "STRING") << expected;
     }
     AfxFreeLibrary(module);

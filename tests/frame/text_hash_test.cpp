@@ -67,6 +67,7 @@ TEST(TextHash, NoSeedIndependentCrowds) {
         [](uint64_t n) { return Words{n << 54 | 1, 1, n << 54 | 1}; },
         [](uint64_t n) { return Words{n * 0x5555'5555'5555'5555, ~n, n * 0x5555'5555'5555'5555}; },
         [](uint64_t n) { return Words{n + 1, 0 - n - 1, n + 1}; },
+        [](uint64_t n) { return Words{0, n, 7}; },
         [](uint64_t n) { return Words{(n & 31) << 59 | 1, (n >> 5) << 59 | 1, 7}; },
         // clang-format on
         // These met in one value of a hash without a secret.

@@ -38,7 +38,7 @@ TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
     CheckScans({
         {u"K+1 k-2 K+x KK+1", "ID[K+1] ID[k-2] ID[K] OP[+]=1 ID[x] ID[KK] OP[+]=1 INT[1]=1"},
         {u"E-2.25 E1+5 e+2.5", "ID[E-2.25] ID[E1+5] ID[e+2.5]"},
-        {u"E.5 E1x2.5", "ID[E] OP[.]=60 INT[5]=5 ID[E1x2] OP[.]=60 INT[5]=5"},
+        {u"E1.5 E.5 E1x2.5", "ID[E1.5] ID[E] OP[.]=60 INT[5]=5 ID[E1x2] OP[.]=60 INT[5]=5"},
         {u"x1.Fg x1.F2", "ERR[x1.F]=5 ID[g] ERR[x1.F]=5 INT[2]=2"},
         {u"x1.F X1.f2 x1.g x2.", "ID[x1.F] ERR[X1.f]=5 INT[2]=2 ERR[x1.]=5 ID[g] ERR[x2.]=5"},
         {u"y1.F x1.3;", "ID[y1] OP[.]=60 ID[F] ID[x1.3] OP[;]=7"},
@@ -69,11 +69,12 @@ TEST_F(HostAnswers, LeaveLongTokensWhole) {
              repeat(3000, u'a') + u"#",
              repeat(1100, u'1') + u"#",
              u"E" + repeat(1100, u'5') + u".57",
+             u"E" + repeat(1100, u'5') + u".5x",
              u"E" + repeat(3000, u'5') + u".5" + repeat(4000, u'5'),
              repeat(3000, u'a') + u"!" + repeat(3000, u'b') + u"!" + repeat(1000, u'c'),
              u"x1" + repeat(2000, u'a') + u".F",
          }) {
-        for (const size_t blanks : {0, 66, 67, 68, 500, 1000, 1022}) {
+        for (const size_t blanks : {0, 66, 67, 68, 500, 944, 1000, 1022}) {
             for (const int32_t step : {1, 13, 1000}) {
                 SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks
                                                 << ", step " << step);

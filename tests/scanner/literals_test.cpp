@@ -39,6 +39,9 @@ TEST(Numbers, RangesAndReals) {
         // More digits than a double holds, within and beyond what is read at once.
         {u"123456789.125000001 0.00000000000000001", "REAL[123456789.125000001]=123456789.125 "
          "REAL[0.00000000000000001]=1.0000000000000001e-17"},
+        {u"91327628.29599805 1.5e-21 1.5e-22 1.5e23 1.5e24 1_0000000000000000.5",
+         "REAL[91327628.29599805]=91327628.295998052 REAL[1.5e-21]=1.5e-21 REAL[1.5e-22]=1.5e-22 "
+         "REAL[1.5e23]=1.5e+23 REAL[1.5e24]=1.5e+24 REAL[1_0000000000000000.5]=10000000000000000"},
         {u"1.5.2 1.E3", "REAL[1.5]=1.5 OP[.]=60 INT[2]=2 REAL[1.E3]=1000"},
     });
 }
@@ -69,6 +72,7 @@ TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {
     EXPECT_EQ(Scan(u"B_COMMENT 'ab,c'"), "ID[B_COMMENT] STR['ab]=ab OP[,]=8 ID[c] ERR[']=10");
     EXPECT_EQ(Scan(u"B_COMMENT 'ab' 'c,d' x"),
               "ID[B_COMMENT] STR['ab']=ab STR['c]=c OP[,]=8 ID[d] ERR[' x]=10");
+    EXPECT_EQ(Scan(u"B_COMMENT 'a,\"b,c\""), "ID[B_COMMENT] STR['a]=a OP[,]=8 STR[\"b,c\"]=b,c");
     lq::scanner::commaEndsString.Set(true);
     EXPECT_EQ(Scan(u"'a,b'"), "STR['a,b']=a,b") << "a new scanner resets the flag";
 }
@@ -99,6 +103,10 @@ TEST(Durations, ComponentsAndLimits) {
         {u"T#1s1000ms T#1d4294967297h", "ERR[T#1s1000]=11 ID[ms] ERR[T#1d4294967297]=11 ID[h]"},
         {u"T# T#- T#1 T#1. T#1.h T#1_ T#1h_ T#x", "ERR[T#]=11 ERR[T#-]=11 ERR[T#1]=11 "
          "ERR[T#1.]=11 ERR[T#1.]=11 ID[h] ERR[T#1_]=11 ERR[T#1h_]=11 ERR[T#]=11 ID[x]"},
+        {u"T#1d23h T#1d24h T#1m59s T#1m60s", "TIME[T#1d23h]=1:82800000:1 ERR[T#1d24]=11 ID[h] "
+         "TIME[T#1m59s]=0:119000:1 ERR[T#1m60]=11 ID[s]"},
+        {u"T#2147483647.0d T#4294967296m",
+         "TIME[T#2147483647.0d]=2147483647:0:1 TIME[T#4294967296m]=2982616:15360000:1"},
         {u"T#1s30m", "ERR[T#1s30]=11 ID[m]"},
         {u"T#2147483647d T#2147483648.5d", "TIME[T#2147483647d]=2147483647:0:1 "
          "ERR[T#2147483648.5]=11 ID[d]"},
@@ -117,6 +125,9 @@ TEST(Dates, DatesTimesOfDayAndBoth) {
     CheckScans({
         {u"D#1970-01-01 DATE#2000-01-01", "DATE[D#1970-01-01]=0:0:1 "
          "DATE[DATE#2000-01-01]=10957:0:1"},
+        {u"d#1970-1-1 date#1970-1-2 time_of_day#0:0:1 date_and_time#1970-1-1-0:0:1",
+         "DATE[d#1970-1-1]=0:0:1 DATE[date#1970-1-2]=1:0:1 TOD[time_of_day#0:0:1]=0:1000:1 "
+         "DT[date_and_time#1970-1-1-0:0:1]=0:1000:1"},
         {u"D#2000-2-29 D#2001-02-29", "DATE[D#2000-2-29]=11016:0:1 ERR[D#2001-02-29]=13"},
         {u"D#1969-12-31 D#2000--01 D#2000-01", "ERR[D#1969-12-31]=13 ERR[D#2000--01]=13 "
          "ERR[D#2000-01]=13"},

@@ -15,7 +15,7 @@ TEST(Recogniser, OperatorsAndIdentifiers) {
         {u"+-/&();,[]", "OP[+]=1 OP[-]=2 OP[/]=3 OP[&]=4 OP[(]=5 OP[)]=6 OP[;]=7 OP[,]=8 "
          "OP[[]=105 OP[]]=106"},
         {u"a.b..", "ID[a] OP[.]=60 ID[b] OP[..]=66"}, {u"_x x_ a__b", "ID[_x] ID[x_] ID[a__b]"},
-        {u"@x1 @ @", "ID[@x1] ERR[@]=5 ERR[@]=5"}, {u"\u00E4\u00DF1", "ID[<E4><DF>1]"},
+        {u"@x1 @1 @ @", "ID[@x1] ID[@1] ERR[@]=5 ERR[@]=5"}, {u"\u00E4\u00DF1", "ID[<E4><DF>1]"},
         {u"TRUE True", "KEY[TRUE]=53 ID[True]"}, {u"{ # ?", "ERR[{]=0 ERR[#]=0 ERR[?]=0"},
         {u"\U0001F600", "ERR[<D83D>]=0 ERR[<DE00>]=0"},
         {u"INT#5 X_#", "ERR[INT#]=11 INT[5]=5 ERR[X_#]=11"}, {u"a\u001Ab", "ID[a]"},

@@ -15,11 +15,12 @@ TEST(Scanner, IsCreatedByName) {
 }
 
 TEST(Scanner, TheFirstIdOfAKeywordStays) {
-    TestScanner scanner(u"OF BIG");
+    TestScanner scanner(u"OF BIG aa");
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 4), 1);
     EXPECT_EQ(scanner->RegisterKeyword(u"OF", 5), 0);
     EXPECT_EQ(scanner->RegisterKeyword(u"BIG", 0x12345), 1);
-    EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029");
+    EXPECT_EQ(scanner->RegisterKeyword(u"aaff", 6), 1);  // where "aa" would have its place
+    EXPECT_EQ(ScanAll(*scanner), "KEY[OF]=4 KEY[BIG]=9029 ID[aa]");
 }
 
 TEST(Scanner, KnowsAnyNumberOfKeywords) {
@@ -89,7 +90,7 @@ TEST(Scanner, GoesOnWithAnotherStream) {
 // Halves of three characters, and no owner for the text of a long token.
 TEST(BufferPair, LooksAheadAndStaysAtTheEnd) {
     const std::u16string text = u"abcdefg";
-    SlowStream stream(text, 1000);
+    SlowStream stream(text + u"\u001Ahi", 1000);  // whose own mark is the end
     BufferPair reader(stream, 4);
     EXPECT_EQ(reader.GetPosition(), -1);
     for (size_t i = 0; i < text.size(); ++i) {
