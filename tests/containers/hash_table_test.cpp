@@ -287,16 +287,15 @@ TEST(HashTable, WithoutMemoryTheSubscriptIsAZeroOfNoEntry) {
 TEST(HashTable, HashOfKeys) {
     // A zero unit may lie across two characters; the shifts start over at byte 512.
     // clang-format off
-    const struct {
-        Text key;
-        uint32_t hash;
-    } kCases[] = {
+    // clang-format off
+    const struct { Text key; uint32_t hash; } kCases[] = {
         {u"", 0}, {u"A", 0x41}, {u"a", 0x61}, {u"AB", 0x251}, {u"VAR_INPUT", 0x5802C59E},
         {u"Motor_1", 0x31022635}, {u"\u00E4\u00D6", 0x654}, {u"\u0100", 0x1000000},
         {u"A\u0100B", 0x41}, {u"AB\u0100C", 0x251}, {u"\u4E2D\u6587", 0x42A00415},
         {Text(256, u'x'), 0x740F0C00}, {Text(255, u'x') + u"yy", 0x740F0C59},
         {Text(511, u'x'), 0xF00}, {Text(511, u'x') + u"y", 0},
     };
+    // clang-format on
     // clang-format on
     const HashTable table(233, 1);
     for (const auto& c : kCases) {

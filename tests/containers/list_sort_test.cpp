@@ -48,15 +48,13 @@ std::vector<std::pair<int32_t, int32_t>> compared;
 
 // With elements in order nothing moves, so the values are the indices.
 TEST(ListSort, MergeExchangeComparesTheNetworksPairs) {
-    const struct {
-        Numbers numbers;
-        std::vector<std::pair<int32_t, int32_t>> pairs;
-    } kCases[] = {
-        {{0, 1}, {{0, 1}}},
-        {{0, 1, 2}, {{0, 2}, {0, 1}, {1, 2}}},
+    // clang-format off
+    const struct { Numbers numbers; std::vector<std::pair<int32_t, int32_t>> pairs; } kCases[] = {
+        {{0, 1}, {{0, 1}}}, {{0, 1, 2}, {{0, 2}, {0, 1}, {1, 2}}},
         {{0, 1, 2, 3}, {{0, 2}, {1, 3}, {0, 1}, {2, 3}, {1, 2}}},
         {{0, 1, 2, 3, 4}, {{0, 4}, {0, 2}, {1, 3}, {2, 4}, {0, 1}, {2, 3}, {1, 4}, {1, 2}, {3, 4}}},
     };
+    // clang-format on
     for (const auto& c : kCases) {
         const TestList list(c.numbers);
         compared.clear();

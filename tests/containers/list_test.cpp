@@ -15,19 +15,14 @@ namespace lq::test {
 namespace {
 
 TEST(List, CreationBySizeAndType) {
-    const struct {
-        uint32_t type;
-        uint32_t size;
-        bool made;
-        uint32_t slot;
-    } kCases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { uint32_t type; uint32_t size; bool made; uint32_t slot; } kCases[] = {
         {0, 0, true, 0}, {0, 7, true, 7}, {1, 0, true, 4}, {1, 4, true, 4}, {1, 3, false, 0},
         {3, 8, false, 0}, {2, 4, true, 8}, {2, 8, true, 8}, {2, 2, false, 0}, {5, 8, true, 8},
         {6, 4, true, 4}, {6, 8, false, 0}, {11, 0, true, 4}, {12, 1, true, 1}, {12, 4, false, 0},
         {13, 4, true, 8}, {13, 16, false, 0}, {14, 0, true, 0}, {14, 4, false, 0}, {99, 0, true, 0},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << "type " << c.type << " size " << c.size);
         const TestList list(static_cast<LIST_ELEMENT_TYPE>(c.type), c.size);
@@ -288,17 +283,14 @@ TEST(List, ListsCompareByTheirUserData) {
     }
     FLIST* const longer = CreateList(2, LET_MEMORY, 0, nullptr);
     EXPECT_EQ(SetUserDataOfList(longer, kData[2]), 1);  // by a zero
-    const struct {
-        FLIST* element;
-        FLIST* key;
-        bool notLess;
-        bool equal;
-    } kCases[] = {
-        {lists[0], lists[0], true, true},  {lists[0], lists[1], false, false},
+    // clang-format off
+    const struct { FLIST* element; FLIST* key; bool notLess; bool equal; } kCases[] = {
+        {lists[0], lists[0], true, true}, {lists[0], lists[1], false, false},
         {lists[1], lists[0], true, false}, {lists[2], lists[0], true, true},
         {lists[0], lists[2], true, false}, {nullptr, lists[0], false, false},
-        {lists[0], nullptr, true, false},  {longer, lists[2], true, true},
+        {lists[0], nullptr, true, false}, {longer, lists[2], true, true},
     };
+    // clang-format on
     for (const auto& c : kCases) {
         SCOPED_TRACE(&c - kCases);
         ExpectComparison(LET_LIST, &c.element, &c.key, c.notLess, c.equal);
@@ -348,12 +340,11 @@ TEST(List, FunctionsSearchRoundTheRing) {
 }
 
 TEST(List, FunctionsPlaceInsertions) {
-    const struct {
-        int32_t accepted;
-        int atEnd;
-        uint32_t result;
-        Numbers after;
-    } kCases[] = {{20, 0, 2, {10, 9, 20}}, {99, 1, 3, {10, 20, 9}}, {99, 2, 0, {10, 20}}};
+    // clang-format off
+    const struct { int32_t accepted; int atEnd; uint32_t result; Numbers after; } kCases[] = {
+        {20, 0, 2, {10, 9, 20}}, {99, 1, 3, {10, 20, 9}}, {99, 2, 0, {10, 20}},
+    };
+    // clang-format on
     for (const auto& c : kCases) {
         const TestList list(Numbers{10, 20});
         calls = {{}, c.accepted, 1, c.atEnd};

@@ -39,15 +39,12 @@ TEST(Chars, ClassesAndCase) {
 }
 
 TEST(Chars, ComparisonWithoutCase) {
-    const struct {
-        const char16_t* a;
-        const char16_t* b;
-        int order;
-    } kCases[] = {
-        {u"Motor", u"mOTOR", 0}, {u"\u03C3", u"\u03A3", 0}, {u"a_", u"aA", -1},
-        {u"a_", u"a`", -1},      {u"a", u"ab", -1},         {u"b", u"A", 1},
-        {u"\u0130", u"i", 1},  // two upper-case forms, one lower-case
+    // clang-format off
+    const struct { const char16_t* a; const char16_t* b; int order; } kCases[] = {
+        {u"Motor", u"mOTOR", 0}, {u"\u03C3", u"\u03A3", 0}, {u"a_", u"aA", -1}, {u"a_", u"a`", -1},
+        {u"a", u"ab", -1}, {u"b", u"A", 1}, {u"\u0130", u"i", 1},  // two upper-case forms, one lower-case
     };
+    // clang-format on
     for (const auto& c : kCases) {
         const int order = CompareNoCase(c.a, c.b);
         EXPECT_EQ((order > 0) - (order < 0), c.order) << testing::PrintToString(c.a);

@@ -15,17 +15,14 @@ using scanner::DateToDays;
 using scanner::IsValidDate;
 
 TEST(Calendar, DayNumbersAndDates) {
-    const struct {
-        uint32_t days, year, month, day;
-        int weekday;
-    } kCases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { uint32_t days, year, month, day; int weekday; } kCases[] = {
         {0, 1970, 1, 1, 4}, {364, 1970, 12, 31, 4}, {365, 1971, 1, 1, 5}, {10957, 2000, 1, 1, 6},
         {11016, 2000, 2, 29, 2}, {11017, 2000, 3, 1, 3}, {11322, 2000, 12, 31, 0},
         {11323, 2001, 1, 1, 1}, {47540, 2100, 2, 28, 0}, {47541, 2100, 3, 1, 1},
         {4294967295u, 11761191, 1, 20, 0},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.days);
         uint32_t day = 0, month = 0, year = 0;
@@ -54,17 +51,14 @@ TEST(Calendar, EveryDayNumberComesBack) {
 }
 
 TEST(Calendar, ValidDates) {
-    const struct {
-        uint32_t year, month, day;
-        bool valid;
-    } kCases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { uint32_t year, month, day; bool valid; } kCases[] = {
         {2000, 2, 29, true}, {1900, 2, 28, false}, {2100, 2, 29, false}, {2001, 4, 31, false},
         {2001, 12, 31, true}, {1969, 12, 31, false}, {1970, 1, 1, true}, {1970, 0, 1, false},
         {1970, 13, 1, false}, {1970, 1, 0, false}, {11761191, 1, 20, true},
         {11761191, 1, 21, false}, {11761191, 2, 1, false}, {11761192, 1, 1, false},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : kCases) {
         EXPECT_EQ(IsValidDate(c.month, c.day, c.year), c.valid)
             << c.year << "-" << c.month << "-" << c.day;

@@ -68,16 +68,13 @@ TEST(Ranges, TheSiteIsAskedOnce) {
 }
 
 TEST(Ranges, RealConstants) {
-    struct {
-        double value;
-        uint32_t bits;
-    } const cases[] = {
-        // clang-format off
+    // clang-format off
+    struct { double value; uint32_t bits; } const cases[] = {
         {0.0, 0x600}, {1.0, 0x600}, {1e-40, 0x400}, {-1.0, 0x400}, {1e39, 0x400},
         {1.1754943508222875e-38, 0x600}, {1.1754943508222874e-38, 0x400},
         {3.4028234663852886e38, 0x600}, {3.4028234663852889e38, 0x400},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : cases) {
         uint32_t bits = 0;
         DCE_GetRealConstRange(c.value, &bits);
@@ -127,12 +124,8 @@ TEST(Ranges, CodesOfTheSecondNumbering) {
 }
 
 TEST(Ranges, MixedSets) {
-    struct {
-        uint32_t set;
-        IEC_TYPE single;
-        uint32_t smallest;
-    } const cases[] = {
-        // clang-format off
+    // clang-format off
+    struct { uint32_t set; IEC_TYPE single; uint32_t smallest; } const cases[] = {
         {0x6, IEC_ANY_INT, 0x2}, {0x1FE, IEC_ANY_INT, 0x2}, {0x90, IEC_ANY_INT, 0x80},
         {0x600, IEC_ANY_REAL, 0x200}, {0x204, IEC_ANY_NUM, 0x4}, {0x30000, IEC_ANY_BIT, 0x10000},
         {0x20004, IEC_ANY16, 0x4}, {0x40008, IEC_ANY32, 0x8}, {0x6000, IEC_ANY_DATE, 0x6000},
@@ -141,8 +134,8 @@ TEST(Ranges, MixedSets) {
         {0x40280, IEC_ANY_SIMPLE, 0x80}, {0x40200, IEC_ANY_SIMPLE, 0x40000},
         {0x100001, IEC_ANY, 0x1}, {0x300000, IEC_ANY, 0x300000}, {0xA00000, IEC_ANY, 0xA00000},
         {0xFF000000, IEC_NO_TYPE, 0xFF000000}, {0xFF000001, IEC_ANY, 0x1},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : cases) {
         int32_t set = static_cast<int32_t>(c.set);
         EXPECT_EQ(MapAllBitsetToType(set), c.single) << std::hex << c.set;

@@ -86,33 +86,14 @@ TEST(ValueText, ReadsOneConstant) {
 }
 
 TEST(ValueText, RefusesEverythingElse) {
-    struct {
-        const char16_t* text;
-        int unsignedOnly;
-    } const cases[] = {
-        {u"", 0},
-        {u"  ", 0},
-        {u"-", 0},
-        {u"-5", 1},
-        {u"+5", 1},
-        {u"-TRUE", 0},
-        {u"+FALSE", 0},
-        {u"- -5", 0},
-        {u"*5", 0},
-        {u"(5)", 0},
-        {u"1 2", 0},
-        {u"1;", 0},
-        {u"true", 0},
-        {u"name", 0},
-        {u"'text'", 0},
-        {u"-2147483649", 0},
-        {u"-4294967295", 0},
-        {u"2#2", 0},
-        {u"1..2", 0},
-        {u"%IX1", 0},
-        {u"T#", 0},
-        {nullptr, 0},
+    // clang-format off
+    struct { const char16_t* text; int unsignedOnly; } const cases[] = {
+        {u"", 0}, {u"  ", 0}, {u"-", 0}, {u"-5", 1}, {u"+5", 1}, {u"-TRUE", 0}, {u"+FALSE", 0},
+        {u"- -5", 0}, {u"*5", 0}, {u"(5)", 0}, {u"1 2", 0}, {u"1;", 0}, {u"true", 0}, {u"name", 0},
+        {u"'text'", 0}, {u"-2147483649", 0}, {u"-4294967295", 0}, {u"2#2", 0}, {u"1..2", 0},
+        {u"%IX1", 0}, {u"T#", 0}, {nullptr, 0},
     };
+    // clang-format on
     for (const auto& c : cases) {
         Val v(1u);
         const std::string text = c.text ? EncodeUtf8(c.text) : "null";
