@@ -1,4 +1,6 @@
 // What the outside checks make of identifiers and numbers, and the option for NUL in strings.
+#include <numeric>
+
 #include "host/addrcheck/address_check.h"
 #include "host/useradapt/user_adapter.h"
 #include "host/words/words.h"
@@ -101,8 +103,9 @@ TEST_F(HostAnswers, MayAllowNulInStrings) {
 }
 
 TEST(ScannerMemory, EveryFailureLeavesAScannerThatEnds) {
-    const std::u16string comment = u"(*" + std::u16string(5000, u'c') + u"*)";
-    const std::u16string name(5000, u'a');
+    std::u16string name(5000, u'a');
+    std::iota(name.begin(), name.end(), u'\u4E00');
+    const std::u16string comment = u"(*" + name + u"*)";
     const struct {
         std::u16string text;
         std::u16string whole;
@@ -126,9 +129,12 @@ TEST(ScannerMemory, EveryFailureLeavesAScannerThatEnds) {
                                      EXPECT_EQ(scanner->GetToken().kind, TK_EOF);
                                      return kShort;
                                  }
-                                 EXPECT_EQ(scanner->GetToken().kind, c.kind);
+                                 const Token token = scanner->GetToken();
+                                 EXPECT_EQ(token.kind, c.kind);
                                  const bool lost = scanner->HasLostText() != 0;
                                  EXPECT_TRUE(lost || scanner->GetSrcEx() == c.whole);
+                                 // Without any overflow text, what is left of the token.
+                                 EXPECT_TRUE(scanner->GetSrcEx() || c.whole.ends_with(token.text));
                                  EXPECT_EQ(ScanAll(*scanner), c.rest);
                                  return lost ? kShort : "whole";
                              };
