@@ -58,26 +58,18 @@ TEST(Scanner, KeepsTextsOfEveryLength) {
     }
 }
 
-TEST(Scanner, HandsTheStreamBackBehindTheLastToken) {
-    MEMSTREAM_W stream(u"a b", 3, 3, nullptr);
-    auto scanner = NewScanner();
-    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
-    EXPECT_EQ(scanner->GetStreamPosition(), -1);
-    scanner->Initialize(stream);
-    scanner->GetToken();
-    EXPECT_EQ(scanner->GetStreamPosition(), 1);
-    EXPECT_EQ(scanner->ReleaseStream(), &stream);
-    EXPECT_EQ(stream.TellRead(), 1);
-    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
-}
-
-TEST(Scanner, GoesOnWithAnotherStream) {
+TEST(Scanner, HandsTheStreamBackAndGoesOnWithAnother) {
     MEMSTREAM_W first(u"a\nb", 3, 3, nullptr);
     MEMSTREAM_W second(u"xx y", 4, 4, nullptr);
     auto scanner = NewScanner();
+    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
+    EXPECT_EQ(scanner->GetStreamPosition(), -1);
     scanner->Initialize(first);
     scanner->GetToken();
-    scanner->ReleaseStream();
+    EXPECT_EQ(scanner->GetStreamPosition(), 1);
+    EXPECT_EQ(scanner->ReleaseStream(), &first);
+    EXPECT_EQ(first.TellRead(), 1) << "behind the last token";
+    EXPECT_EQ(scanner->ReleaseStream(), nullptr);
     second.SeekRead(3, nullptr);
     scanner->AssignStream(second, 7);
     const Token token = scanner->GetToken();
