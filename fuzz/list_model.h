@@ -10,6 +10,12 @@
 
 namespace lq::fuzz {
 
+// A function for lists: looks for the second element, puts a new one there, or at the end while
+// there is an even number.
+inline int IsSecond(FLIST* list, uint32_t position, void* element, void*, int32_t) {
+    return element ? position == 2 : CardinalityOfList(list) % 2 == 0;
+}
+
 class ListModel {
   public:
     const std::vector<int>& Numbers() const { return numbers_; }
@@ -33,6 +39,9 @@ class ListModel {
             return found;
         }
         const uint32_t place = PlaceOfNew(code, number, param);
+        if (place == 0) {
+            return 0;
+        }
         numbers_.insert(Iterator(place), number);
         position_ = place;
         return place;
@@ -95,6 +104,7 @@ class ListModel {
                : code == LC_LAST     ? count
                : code == LC_NOT_LESS ? FirstNotLess(key)
                : code == LC_EQUAL    ? NextEqual(key)
+               : code == IsSecond    ? ifThere(2)
                                      : 0;
     }
 
@@ -106,6 +116,7 @@ class ListModel {
                : code == LC_NEXT     ? std::min(position_ + 2, end)
                : code == LC_FIRST    ? 1
                : code == LC_NOT_LESS ? orEnd(FirstNotLess(number))
+               : code == IsSecond    ? (Count() >= 2 ? 2 : 1 - Count())
                                      : end;
     }
 

@@ -1,5 +1,6 @@
 // Operation sequences on lists and paired lists of several element types, beside plain models.
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -66,10 +67,11 @@ const Element& AnyElement(Input& input) {
     return kElements[input.Below(std::size(kElements))];
 }
 
-// Rewind and the codes 3 to 9.
+// Rewind, the codes 3 to 9, a function.
 LIST_CALLBACK AnyCode(Input& input) {
-    const uint32_t code = input.Below(8);
-    return reinterpret_cast<LIST_CALLBACK>(std::uintptr_t{code == 0 ? 0 : code + 2});
+    const uint32_t code = input.Below(9);
+    return code == 8 ? IsSecond
+                     : reinterpret_cast<LIST_CALLBACK>(std::uintptr_t{code == 0 ? 0 : code + 2});
 }
 
 int AnyNumber(Input& input) {
@@ -92,6 +94,102 @@ std::vector<int> Resorted(const std::vector<int>& numbers, LIST_CALLBACK code) {
     }
     return sorted.Numbers();
 }
+
+// Room for an element that is handed out: at first the value of a number.
+class Room {
+  public:
+    Room(const Element& element, int number) : element_(element) {
+        const void* const value = element.of(number);
+        std::memcpy(bytes_, value,
+                    IsText() ? 2 * std::char_traits<char16_t>::length(kTexts[number]) + 2 : 4);
+    }
+    void* Bytes() { return bytes_; }
+    int Number() const {
+        const void* const text = bytes_;
+        return element_.from(IsText() ? static_cast<const void*>(&text) : bytes_);
+    }
+
+  private:
+    bool IsText() const {
+        return element_.type == LET_STRING || element_.type == LET_STRING_NOCASE;
+    }
+
+    const Element& element_;
+    char16_t bytes_[4] = {};
+};
+
+// A paired list in the model. `lead` is the list that a code asks.
+struct PairModel {
+    ListModel lists[2];
+    size_t lead = 0;
+
+    ListModel& Leader() { return lists[lead]; }
+    ListModel& Follower() { return lists[1 - lead]; }
+    uint32_t Insert(LIST_CALLBACK code, const int (&numbers)[2], uint32_t column) {
+        if (code == LC_EQUAL) {
+            Leader().GoTo(0);
+        }
+        const uint32_t before = Leader().Count();
+        const uint32_t index = Leader().Insert(code, numbers[lead], column);
+        if (Leader().Count() == before) {
+            Follower().Find(LC_AT_INDEX, 0, code == LC_REWIND ? 0 : index);
+        } else {
+            Follower().Insert(LC_AT_INDEX, numbers[1 - lead], index);
+        }
+        return index;
+    }
+    uint32_t Remove(LIST_CALLBACK code, int led, uint32_t column, bool byPlace) {
+        if (code == LC_REWIND) {
+            return 0;
+        }
+        const uint32_t index = Leader().Remove(code, led, column);
+        if (index != 0) {
+            Follower().Remove(LC_AT_INDEX, 0, index);
+        } else if (byPlace) {
+            Follower().GoTo(0);
+        }
+        return index;
+    }
+    uint32_t Find(LIST_CALLBACK code, int led, uint32_t column) {
+        if (code == LC_EQUAL) {
+            Leader().GoTo(0);
+        }
+        const uint32_t index = Leader().Find(code, led, column);
+        if (code == LC_REWIND) {
+            Follower().GoTo(0);
+        }
+        Follower().Find(LC_AT_INDEX, 0, index);
+        return index;
+    }
+    uint32_t Write(LIST_CALLBACK code, const int (&numbers)[2], uint32_t column) {
+        if (code == LC_REWIND) {
+            return 0;
+        }
+        if (code == LC_EQUAL) {
+            Leader().GoTo(0);
+        }
+        // Without a key any pair is not less: the first one.
+        const uint32_t index = code == LC_NOT_LESS ? Leader().Find(LC_FIRST, 0, 0)
+                                                   : Leader().Find(code, numbers[lead], column);
+        if (index != 0) {
+            if (code != LC_EQUAL) {
+                Leader().Write(LC_AT_INDEX, numbers[lead], 0, index);
+            }
+            Follower().Write(LC_AT_INDEX, numbers[1 - lead], 0, index);
+        }
+        return index;
+    }
+    uint32_t Sort(LIST_CALLBACK code) {
+        PairModel sorted{{}, lead};
+        for (uint32_t index = 1; index <= lists[0].Count(); ++index) {
+            sorted.Insert(code, {lists[0].At(index), lists[1].At(index)}, 0);
+        }
+        for (const size_t side : {0u, 1u}) {
+            lists[side].Take(sorted.lists[side].Numbers());
+        }
+        return lists[0].Count();
+    }
+};
 
 }  // namespace
 
@@ -133,13 +231,17 @@ void List(const uint8_t* data, size_t size) {
                 break;
             }
             case 5:
-                Require(SortElementOfList(list, LC_EQUAL, 0) == model.Count(), "sort in place");
-                model.SortInPlace();
+                Require(SortElementOfList(list, code, 0) == model.Count(), "sort in place");
+                if (code == LC_EQUAL) {
+                    model.SortInPlace();
+                }
                 break;
             default:
                 if (code == LC_FIRST || code == LC_NOT_LESS || code == LC_EQUAL) {
                     model.Take(Resorted(model.Numbers(), code));
                     Require(list->Sort(code, 0) == model.Count(), "sort by insertion");
+                } else {
+                    Require(list->Sort(code, 0) == 0, "no other code sorts");
                 }
         }
         Require(ListAccess::Check(*list), "the list is sound");
@@ -154,94 +256,67 @@ void PairedList(const uint8_t* data, size_t size) {
     Input input(data, size);
     const Element* const elements[2] = {&AnyElement(input), &AnyElement(input)};
     _ASSAY* assay = CreateAssay(0, elements[0]->type, 0, elements[1]->type, 0, nullptr);
-    ListModel models[2];
+    PairModel model;
     while (!input.IsEmpty()) {
         const LIST_CALLBACK code = AnyCode(input);
-        const bool byKey = code == LC_NOT_LESS || code == LC_EQUAL;
-        const uint32_t column = byKey ? input.Below(2) + 1 : input.Below(20);
+        const bool bySearch = code == LC_NOT_LESS || code == LC_EQUAL || code == IsSecond;
+        const uint32_t column = input.Below(bySearch ? 4 : 20);
         const auto param = static_cast<int32_t>(column);
-        const size_t lead = byKey ? column - 1 : 0;
-        ListModel& leader = models[lead];
-        ListModel& follower = models[1 - lead];
+        const bool hasLeader = !bySearch || column == 1 || column == 2;
+        model.lead = bySearch && column == 2 ? 1 : 0;
         const int numbers[2] = {AnyNumber(input), AnyNumber(input)};
-        const int led = numbers[lead];
-        const int following = numbers[1 - lead];
-        const auto call = [&](auto operation, const void* first, const void* second) {
-            return operation(assay, const_cast<void*>(first), const_cast<void*>(second), code,
-                             param);
+        const int led = numbers[model.lead];
+        const void* const first = elements[0]->of(numbers[0]);
+        const void* const second = elements[1]->of(numbers[1]);
+        Room rooms[2] = {{*elements[0], numbers[0]}, {*elements[1], numbers[1]}};
+        const auto handOut = [&](auto operation, uint32_t index, const int(&pair)[2]) {
+            Require(operation(assay, rooms[0].Bytes(), rooms[1].Bytes(), code, param) == index,
+                    "the index of a found or removed pair");
+            // By its place both elements of a pair are handed out, by a search its partner.
+            for (const size_t side : {0u, 1u}) {
+                const bool isKept = index == 0 || (bySearch && side == model.lead);
+                Require(rooms[side].Number() == (isKept ? numbers[side] : pair[side]),
+                        "the elements that are handed out");
+            }
         };
-        // What is no key is where the element goes; none is asked for.
-        const void* const first = byKey && lead == 0 ? elements[0]->of(numbers[0]) : nullptr;
-        const void* const second = byKey && lead == 1 ? elements[1]->of(numbers[1]) : nullptr;
-        const uint32_t operation = input.Below(6);
-        if (code == LC_EQUAL && operation != 5) {
-            leader.GoTo(0);
-        }
-        switch (operation) {
+        switch (input.Below(6)) {
             case 0:
-            case 1: {
-                const uint32_t before = leader.Count();
-                const uint32_t index = leader.Insert(code, led, column);
-                if (leader.Count() == before) {
-                    follower.Find(LC_AT_INDEX, 0, index);
-                } else {
-                    follower.Insert(LC_AT_INDEX, following, index);
-                }
-                Require(call(InsertElementOfAssay, elements[0]->of(numbers[0]),
-                             elements[1]->of(numbers[1])) == index,
+            case 1:
+                Require(InsertElementOfAssay(assay, first, second, code, param) ==
+                            (hasLeader ? model.Insert(code, numbers, column) : 0),
                         "the index of a new pair");
                 break;
-            }
             case 2: {
-                const uint32_t index = code == LC_REWIND ? 0 : leader.Remove(code, led, column);
-                if (index != 0) {
-                    follower.Remove(LC_AT_INDEX, 0, index);
-                } else if (!byKey && code != LC_REWIND) {
-                    follower.GoTo(0);
-                }
-                Require(call(RemoveElementOfAssay, first, second) == index,
-                        "the index of a removed pair");
+                const PairModel before = model;
+                const uint32_t index = hasLeader ? model.Remove(code, led, column, !bySearch) : 0;
+                handOut(
+                    RemoveElementOfAssay, index,
+                    {index ? before.lists[0].At(index) : 0, index ? before.lists[1].At(index) : 0});
                 break;
             }
             case 3: {
-                const uint32_t index = leader.Find(code, led, column);
-                if (code == LC_REWIND) {
-                    follower.GoTo(0);
-                }
-                follower.Find(LC_AT_INDEX, 0, index);
-                Require(call(FindElementOfAssay, first, second) == index,
-                        "the index of a found pair");
+                const uint32_t index = hasLeader ? model.Find(code, led, column) : 0;
+                handOut(
+                    FindElementOfAssay, index,
+                    {index ? model.lists[0].At(index) : 0, index ? model.lists[1].At(index) : 0});
                 break;
             }
-            case 4: {
-                // Without a key any pair is not less: the first one.
-                const uint32_t index = code == LC_REWIND     ? 0
-                                       : code == LC_NOT_LESS ? leader.Find(LC_FIRST, 0, 0)
-                                                             : leader.Find(code, led, column);
-                if (index != 0) {
-                    if (code != LC_EQUAL) {
-                        leader.Write(LC_AT_INDEX, led, 0, index);
-                    }
-                    follower.Write(LC_AT_INDEX, following, 0, index);
-                }
-                Require(call(WriteElementOfAssay, elements[0]->of(numbers[0]),
-                             elements[1]->of(numbers[1])) == index,
+            case 4:
+                Require(WriteElementOfAssay(assay, first, second, code, param) ==
+                            (hasLeader ? model.Write(code, numbers, column) : 0),
                         "the index of an overwritten pair");
                 break;
+            default: {
+                const bool sorts = code == LC_FIRST || (bySearch && hasLeader);
+                Require(SortElementOfAssay(assay, code, param) == (sorts ? model.Sort(code) : 0),
+                        "sort");
             }
-            default:
-                if (code == LC_FIRST) {
-                    for (ListModel& model : models) {
-                        model.Take({model.Numbers().rbegin(), model.Numbers().rend()});
-                    }
-                    Require(SortElementOfAssay(assay, code, 0) == leader.Count(), "reverse");
-                }
         }
         for (const size_t side : {0u, 1u}) {
             const FLIST& list = *GetListOfAssay(assay, static_cast<int32_t>(side) + 1);
             Require(ListAccess::Check(list), "the list is sound");
-            Require(ContentOf(list, *elements[side]) == models[side].Numbers(), "the pairs");
-            Require(ListAccess::CurrentIndex(list) == models[side].Position(), "the position");
+            Require(ContentOf(list, *elements[side]) == model.lists[side].Numbers(), "the pairs");
+            Require(ListAccess::CurrentIndex(list) == model.lists[side].Position(), "the position");
         }
     }
     DestroyAssay(assay);

@@ -7,35 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "containers/list_access.h"
-#include "lq_data/containers.h"
+#include "tests/containers/list_util.h"
 #include "tests/support/memory_jobs.h"
 
+namespace lq::test {
 namespace {
-
-using lq::containers::ListAccess;
-using lq::test::Attempt;
-using lq::test::kShort;
-using lq::test::RunWithFailures;
-using Numbers = std::vector<int32_t>;
-
-FLIST* ListOf(const Numbers& numbers) {
-    FLIST* list = CreateList(0, LET_SIGNED_8, 4, nullptr);
-    for (const int32_t number : numbers) {
-        InsertElementOfList(list, &number, LC_LAST, 0);
-    }
-    return list;
-}
-
-Numbers NumbersOf(FLIST* list) {
-    Numbers numbers;
-    void* slot;
-    for (uint32_t i = ListGet(list, slot, nullptr, LC_FIRST, 0); i != 0;
-         i = ListGet(list, slot, nullptr, LC_NEXT, 0)) {
-        numbers.push_back(*static_cast<int32_t*>(slot));
-    }
-    return numbers;
-}
 
 int Descending(FLIST*, uint32_t position, void* a, void* b, int32_t param) {
     EXPECT_EQ(position, 0u);
@@ -55,17 +31,16 @@ TEST(ListSort, MergeExchangeSortsEveryLength) {
         for (int32_t& number : numbers) {
             number = static_cast<int32_t>(random() % (n + 1)) - 5;
         }
-        FLIST* list = ListOf(numbers);
+        const TestList list(numbers);
         std::sort(numbers.begin(), numbers.end());
         EXPECT_EQ(SortElementOfList(list, LC_EQUAL, 0), n);
         EXPECT_TRUE(ListAccess::Check(*list));
         EXPECT_EQ(ListAccess::CurrentIndex(*list), n);
-        EXPECT_EQ(NumbersOf(list), numbers);
+        EXPECT_EQ(list.All(), numbers);
 
         std::reverse(numbers.begin(), numbers.end());
         EXPECT_EQ(SortElementOfList(list, Descending, 77), n);
-        EXPECT_EQ(NumbersOf(list), numbers);
-        DestroyList(list);
+        EXPECT_EQ(list.All(), numbers);
     }
 }
 
@@ -73,17 +48,15 @@ std::vector<std::pair<int32_t, int32_t>> compared;
 
 // With elements in order nothing moves, so the values are the indices.
 TEST(ListSort, MergeExchangeComparesTheNetworksPairs) {
-    const struct {
-        Numbers numbers;
-        std::vector<std::pair<int32_t, int32_t>> pairs;
-    } kCases[] = {
-        {{0, 1}, {{0, 1}}},
-        {{0, 1, 2}, {{0, 2}, {0, 1}, {1, 2}}},
+    // clang-format off
+    const struct { Numbers numbers; std::vector<std::pair<int32_t, int32_t>> pairs; } kCases[] = {
+        {{0, 1}, {{0, 1}}}, {{0, 1, 2}, {{0, 2}, {0, 1}, {1, 2}}},
         {{0, 1, 2, 3}, {{0, 2}, {1, 3}, {0, 1}, {2, 3}, {1, 2}}},
         {{0, 1, 2, 3, 4}, {{0, 4}, {0, 2}, {1, 3}, {2, 4}, {0, 1}, {2, 3}, {1, 4}, {1, 2}, {3, 4}}},
     };
+    // clang-format on
     for (const auto& c : kCases) {
-        FLIST* list = ListOf(c.numbers);
+        const TestList list(c.numbers);
         compared.clear();
         const auto record = [](FLIST*, uint32_t, void* a, void* b, int32_t) {
             compared.emplace_back(*static_cast<int32_t*>(a), *static_cast<int32_t*>(b));
@@ -91,62 +64,16 @@ TEST(ListSort, MergeExchangeComparesTheNetworksPairs) {
         };
         SortElementOfList(list, record, 0);
         EXPECT_EQ(compared, c.pairs) << c.numbers.size();
-        DestroyList(list);
-    }
-}
-
-TEST(ListSort, CodesThatMergeExchangeRefuses) {
-    FLIST* list = ListOf({3, 1, 2});
-    for (const LIST_CALLBACK code :
-         {LC_REWIND, LC_AT_INDEX, LC_PREV, LC_NEXT, LC_FIRST, LC_LAST, LC_NOT_LESS}) {
-        EXPECT_EQ(SortElementOfList(list, code, 0), 3u);
-        EXPECT_EQ(NumbersOf(list), (Numbers{3, 1, 2}));
-    }
-    DestroyList(list);
-}
-
-TEST(ListSort, ReInsertion) {
-    const Numbers kNumbers = {3, 1, 1, 3, 2, 1};
-    const struct {
-        const char* name;
-        LIST_CALLBACK code;
-        uint32_t result;
-        Numbers after;
-        uint32_t position;
-    } kCases[] = {
-        {"first", LC_FIRST, 6, {1, 2, 3, 1, 1, 3}, 6},
-        {"not less", LC_NOT_LESS, 6, {1, 1, 1, 2, 3, 3}, 6},
-        // The element just entered or found is not compared, so a repetition enters.
-        {"equal", LC_EQUAL, 4, {3, 1, 1, 2}, 0},
-        {"last", LC_LAST, 0, kNumbers, 6},
-        {"at index", LC_AT_INDEX, 0, kNumbers, 6},
-        {"rewind", LC_REWIND, 0, kNumbers, 6},
-        {"a function", Descending, 0, kNumbers, 6},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        FLIST* list = ListOf(kNumbers);
-        EXPECT_EQ(list->Sort(c.code, 0), c.result);
-        EXPECT_EQ(ListAccess::CurrentIndex(*list), c.position);
-        EXPECT_TRUE(ListAccess::Check(*list));
-        EXPECT_EQ(NumbersOf(list), c.after);
-        DestroyList(list);
     }
 }
 
 TEST(ListSort, TextsMoveWithTheirElements) {
-    FLIST* list = CreateList(0, LET_STRING_NOCASE, 0, nullptr);
+    const TestList list(LET_STRING_NOCASE);
     for (const char16_t* text : {u"b", u"C", u"a", u"B"}) {
         InsertElementOfList(list, text, LC_LAST, 0);
     }
-    const auto texts = [&] {
-        std::u16string all;
-        for (int32_t i = 1; i <= 4; ++i) {
-            char16_t text[4];
-            FindElementOfList(list, text, nullptr, LC_AT_INDEX, i);
-            all += text;
-        }
-        return all;
+    const auto texts = [&list] {
+        return TextAt(list, 1) + TextAt(list, 2) + TextAt(list, 3) + TextAt(list, 4);
     };
     EXPECT_EQ(list->Sort(LC_FIRST, 0), 4u);
     EXPECT_EQ(texts(), u"BaCb");
@@ -154,32 +81,23 @@ TEST(ListSort, TextsMoveWithTheirElements) {
     EXPECT_EQ(texts(), u"abBC");
     EXPECT_EQ(SortElementOfList(list, LC_EQUAL, 0), 4u);
     EXPECT_TRUE(texts() == u"abBC" || texts() == u"aBbC");
-    DestroyList(list);
 }
 
 // Of more elements than one page of the sort holds.
 TEST(ListSort, WithoutMemoryTheOrderStays) {
     Numbers descending(3 * 255);
     std::iota(descending.rbegin(), descending.rend(), 0);
-    const auto describe = [](FLIST* list) {
-        EXPECT_TRUE(ListAccess::Check(*list));
-        std::string text;
-        for (const int32_t number : NumbersOf(list)) {
-            text += std::to_string(number) + " ";
-        }
-        return text;
-    };
     RunWithFailures({"sort", [&]() -> Attempt {
-                         const std::shared_ptr<FLIST> list(ListOf(descending), DestroyList);
+                         const auto list = std::make_shared<TestList>(descending);
                          return [=] {
-                             const std::string before = describe(list.get());
-                             if (SortElementOfList(list.get(), LC_EQUAL, 0) != 0) {
-                                 return describe(list.get());
-                             }
-                             EXPECT_EQ(describe(list.get()), before);
-                             return kShort;
+                             const Numbers before = list->All();
+                             const bool isSorted = SortElementOfList(*list, LC_EQUAL, 0) != 0;
+                             EXPECT_TRUE(ListAccess::Check(*static_cast<FLIST*>(*list)));
+                             EXPECT_TRUE(isSorted || list->All() == before);
+                             return isSorted ? testing::PrintToString(list->All()) : kShort;
                          };
                      }});
 }
 
 }  // namespace
+}  // namespace lq::test

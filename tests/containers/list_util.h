@@ -18,6 +18,11 @@ class TestList {
   public:
     explicit TestList(LIST_ELEMENT_TYPE type, uint32_t size = 0)
         : list_(CreateList(0, type, size, nullptr)) {}
+    explicit TestList(const Numbers& numbers) : TestList(LET_SIGNED_8) {
+        for (const int32_t number : numbers) {
+            Add(number, LC_LAST);
+        }
+    }
     ~TestList() { DestroyList(list_); }
     TestList(const TestList&) = delete;
     TestList& operator=(const TestList&) = delete;
@@ -34,23 +39,14 @@ class TestList {
     // By the nodes, so that the position stays.
     Numbers All() const {
         Numbers numbers;
-        ForeachElementOfList(list_, LC_NEXT, Collect, Remember(numbers));
+        const CGList::CNode* const head = ListAccess::Head(*list_);
+        for (CGList::CNode* node = head->next; node != head; node = node->next) {
+            numbers.push_back(*static_cast<int32_t*>(node->Data()));
+        }
         return numbers;
     }
 
   private:
-    static int32_t Remember(Numbers& numbers) {
-        collected_ = &numbers;
-        return 0;
-    }
-    static int Collect(FLIST*, uint32_t, void* element, void*, int32_t) {
-        if (element) {
-            collected_->push_back(*static_cast<int32_t*>(element));
-        }
-        return 1;
-    }
-
-    static inline Numbers* collected_ = nullptr;
     FLIST* list_;
 };
 

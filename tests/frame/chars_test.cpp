@@ -16,11 +16,18 @@ TEST(Chars, ClassesAndCase) {
         char16_t upper;
         char16_t lower;
     } kCases[] = {
-        {u'a', true, false, u'A', u'a'},           {u'_', false, false, u'_', u'_'},
-        {u'\v', false, true, u'\v', u'\v'},        {u'\u00E4', true, false, u'\u00C4', u'\u00E4'},
-        {u'\u0130', true, false, u'\u0130', u'i'}, {u'\u2003', false, true, u'\u2003', u'\u2003'},
-        {0xD83D, false, false, 0xD83D, 0xD83D},  // halves of a character are none
-        {0xDC00, false, false, 0xDC00, 0xDC00},
+        {u'a', true, false, u'A', u'a'},
+        {u'_', false, false, u'_', u'_'},
+        {u'\v', false, true, u'\v', u'\v'},
+        {u'\u00E4', true, false, u'\u00C4', u'\u00E4'},
+        {u'\u0130', true, false, u'\u0130', u'i'},
+        {u'\u2003', false, true, u'\u2003', u'\u2003'},
+        {u'\r', false, true, u'\r', u'\r'},
+        {u'\x0E', false, false, u'\x0E', u'\x0E'},
+        {u'\u0080', false, false, u'\u0080', u'\u0080'},
+        // Halves of a character are none.
+        {0xD800, false, false, 0xD800, 0xD800},
+        {0xDFFF, false, false, 0xDFFF, 0xDFFF},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(static_cast<unsigned>(c.c));
@@ -32,16 +39,12 @@ TEST(Chars, ClassesAndCase) {
 }
 
 TEST(Chars, ComparisonWithoutCase) {
-    const struct {
-        const char16_t* a;
-        const char16_t* b;
-        int order;
-    } kCases[] = {
-        {u"Motor", u"mOTOR", 0}, {u"\u03C3", u"\u03A3", 0}, {u"a_", u"aA", -1},
-        {u"a_", u"a`", -1},      {u"a", u"ab", -1},         {u"b", u"A", 1},
-        {u"\u0130", u"i", 1},  // two upper-case forms of one lower-case
-                               // form
+    // clang-format off
+    const struct { const char16_t* a; const char16_t* b; int order; } kCases[] = {
+        {u"Motor", u"mOTOR", 0}, {u"\u03C3", u"\u03A3", 0}, {u"a_", u"aA", -1}, {u"a_", u"a`", -1},
+        {u"a", u"ab", -1}, {u"b", u"A", 1}, {u"\u0130", u"i", 1},  // two upper-case forms, one lower-case
     };
+    // clang-format on
     for (const auto& c : kCases) {
         const int order = CompareNoCase(c.a, c.b);
         EXPECT_EQ((order > 0) - (order < 0), c.order) << testing::PrintToString(c.a);

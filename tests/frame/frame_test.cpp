@@ -17,8 +17,8 @@ namespace {
 
 using namespace lq::host;
 
-constexpr char kUserKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\App]\n";
-constexpr char kMachineKey[] = "[SOFTWARE\\Veldrane\\Talmor2\\Startup\\App]\n";
+const std::string kUserKey = "[SOFTWARE\\Veldrane\\Talmor2\\App]\n";
+const std::string kMachineKey = "[SOFTWARE\\Veldrane\\Talmor2\\Startup\\App]\n";
 
 std::string Utf8(const char16_t* text) {
     return EncodeUtf8(text);
@@ -52,6 +52,16 @@ class Frame : public testing::Test {
 
     std::string Path(const char* name) const { return folder_.GetPath() / name; }
 
+    // The resource library in English, under another name.
+    void CopyEnglish(const std::string& name) const {
+        const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
+        ASSERT_NE(english, nullptr);
+        std::filesystem::create_directories(
+            std::filesystem::path(Path(name.c_str())).parent_path());
+        std::filesystem::copy_file(FileOf(english), Path(name.c_str()));
+        EXPECT_EQ(AfxFreeLibrary(english), 1);
+    }
+
     static int Reattach(HINSTANCE module) {
         LqDataEntry(module, LQ_PROCESS_DETACH, nullptr);
         return LqDataEntry(module, LQ_PROCESS_ATTACH, nullptr);
@@ -71,27 +81,24 @@ TEST_F(Frame, IsAttachedByTheLoader) {
 }
 
 TEST_F(Frame, ChoosesTheCodePage) {
-    const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
-    ASSERT_NE(english, nullptr);
     const struct {
         std::string user, machine;  // registry files
         const char* loaded;         // by the end of the file name
     } cases[] = {
         {"", "", "1252"},
-        {std::string(kUserKey) + "CodePage=932\n", "", "932"},
-        {"", std::string(kMachineKey) + "CodePage=932\n", "932"},
-        {"", std::string(kMachineKey) + "CodePage=0x3A4\n", "932"},
-        {std::string(kUserKey) + "CodePage=7\n", std::string(kMachineKey) + "CodePage=932\n", "7"},
+        {kUserKey + "CodePage=932\n", "", "932"},
+        {"", kMachineKey + "CodePage=932\n", "932"},
+        {"", kMachineKey + "CodePage=0x3A4\n", "932"},
+        {kUserKey + "CodePage=4294967295\n", "", "-1"},
+        {kUserKey + "CodePage=7\n", kMachineKey + "CodePage=932\n", "7"},
         // The first key that opens decides.
-        {kUserKey, std::string(kMachineKey) + "CodePage=932\n", "1252"},
-        {std::string(kUserKey) + "Other=932\n", std::string(kMachineKey) + "CodePage=932\n",
-         "1252"},
+        {kUserKey, kMachineKey + "CodePage=932\n", "1252"},
+        {kUserKey + "Other=932\n", kMachineKey + "CodePage=932\n", "1252"},
         // Too large for the buffer.
-        {std::string(kUserKey) + "CodePage=Japanese\n", "", "1252"},
+        {kUserKey + "CodePage=Japanese\n", "", "1252"},
         // Each key counts below its own root only.
-        {std::string(kMachineKey) + "CodePage=932\n", "", "1252"},
-        {"", std::string(kUserKey) + "CodePage=932\n", "1252"},
-        {std::string(kUserKey) + "CodePage=4294967295\n", "", "-1"},
+        {kMachineKey + "CodePage=932\n", "", "1252"},
+        {"", kUserKey + "CodePage=932\n", "1252"},
     };
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
     for (const auto& c : cases) {
@@ -104,32 +111,32 @@ TEST_F(Frame, ChoosesTheCodePage) {
         folder_.Write("rc/unused", "");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "");
-        std::filesystem::copy_file(FileOf(english), Path("rc") + "/other_RC_" + c.loaded + ".dll");
+        CopyEnglish(std::string("rc/other_RC_") + c.loaded + ".dll");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "STRING");
     }
-    EXPECT_EQ(AfxFreeLibrary(english), 1);
 }
 
-TEST_F(Frame, CutsLongNames) {
-    const HINSTANCE english = AfxLoadLibrary(u"lq_data_RC_1252.dll");
-    ASSERT_NE(english, nullptr);
-    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=0x80000000\n");
-    std::filesystem::copy_file(FileOf(english), Path("module"));
-    const HINSTANCE module =
-        AfxLoadLibrary(folder_.GetPath().u16string().append(u"/module").c_str());
+// The module's file name without folder and extension, as much of it as fits.
+TEST_F(Frame, NamesTheResourceLibraryAfterTheModule) {
+    folder_.Write("user/registry.ini", kUserKey + "CodePage=0x80000000\n");
+    const std::string part(220, 'd');  // a folder's name is no limit of a file's
+    const std::string file = part + "/" + part + "/" + part + "/" + part + "/" + part + "/module";
+    CopyEnglish(file);
+    const HINSTANCE module = AfxLoadLibrary((folder_.GetPath() / file).u16string().c_str());
     ASSERT_NE(module, nullptr);
-
-    const std::u16string name(250, u'n');
-    LQ_MODULE longNamed{name.c_str(), nullptr, module->loader};
-    const std::string expected = (std::string(250, 'n') + "_RC_-2147483648.dll").substr(0, 255);
-    folder_.Write("rc/unused", "");
-    std::filesystem::copy_file(FileOf(english), Path("rc/") + expected);
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
-    EXPECT_EQ(Reattach(&longNamed), 1);
-    EXPECT_EQ(LibraryText(6491), "STRING") << expected;
+    for (const std::size_t length : {0, 236, 237, 250}) {
+        const std::string name = length != 0 ? std::string(length, 'n') : "module";
+        const std::u16string wide(name.begin(), name.end());
+        LQ_MODULE longNamed{wide.c_str(), nullptr, module->loader};
+        std::filesystem::remove_all(Path("rc"));
+        const std::string expected = (name + "_RC_-2147483648.dll").substr(0, 255);
+        CopyEnglish("rc/" + expected);
+        EXPECT_EQ(Reattach(length != 0 ? &longNamed : module), 1);
+        EXPECT_EQ(LibraryText(6491), "STRING") << expected;
+    }
     AfxFreeLibrary(module);
-    AfxFreeLibrary(english);
 }
 
 TEST_F(Frame, RefusesToAttachWithoutAModule) {
@@ -140,20 +147,14 @@ TEST_F(Frame, RefusesToAttachWithoutAModule) {
     EXPECT_NE(LqDataEntry(nullptr, LQ_THREAD_DETACH, nullptr), 0);
 }
 
-TEST_F(Frame, LeavesNothingWhenDetached) {
+TEST_F(Frame, LeavesNothingWhenDetachedWithLittleMemoryToo) {
+    folder_.Write("user/registry.ini", kUserKey + "CodePage=932\n");
     EXPECT_NE(LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr), 0);
-    EXPECT_EQ(GetFirstLibrary(), nullptr);
+    EXPECT_EQ(LibraryText(6491), "");
     {
         const CResourceSwitch toNoModule;
         EXPECT_EQ(AfxGetResourceHandle(), nullptr);
     }
-    EXPECT_EQ(LibraryText(6491), "");
-    EXPECT_NE(LqDataEntry(module_, LQ_PROCESS_ATTACH, nullptr), 0);
-}
-
-TEST_F(Frame, AttachesWithLittleMemory) {
-    folder_.Write("user/registry.ini", std::string(kUserKey) + "CodePage=932\n");
-    LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);
     lq::test::FailEachAllocation([this](const lq::test::FailingAllocation&) {
         EXPECT_EQ(LqDataEntry(module_, LQ_PROCESS_ATTACH, nullptr), 1);
         LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);

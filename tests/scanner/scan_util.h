@@ -84,39 +84,49 @@ inline std::string Describe(const Token& token) {
     static constexpr const char* kNames[] = {"ERR", "OP",   "INT", "BASED", "REAL", "ID",
                                              "KEY", "NL",   "ADR", "COM",   "STR",  "TIME",
                                              "DT",  "DATE", "TOD", "RANGE", "EOF",  "NONE"};
-    std::string out = kNames[token.kind];
-    out += "[" + Utf8(token.text) + "]";
-    char number[40] = "";
+    const std::string out = std::string(kNames[token.kind]) + "[" + Utf8(token.text) + "]";
+    const auto with = [&out](const std::string& value) { return out + "=" + value; };
     switch (token.kind) {
         case TK_ERROR:
         case TK_INTEGER:
         case TK_BASED_INTEGER:
         case TK_RANGE_START:
-            std::snprintf(number, sizeof(number), "=%u", token.GetNumber());
-            break;
+            return with(std::to_string(token.GetNumber()));
         case TK_OPERATOR:
         case TK_KEYWORD:
-            std::snprintf(number, sizeof(number), "=%u", unsigned{token.GetCode()});
-            break;
-        case TK_REAL:
-            std::snprintf(number, sizeof(number), "=%.17g", token.GetReal());
-            break;
+            return with(std::to_string(token.GetCode()));
+        case TK_REAL: {
+            char number[40];
+            std::snprintf(number, sizeof(number), "%.17g", token.GetReal());
+            return with(number);
+        }
         case TK_COMMENT:
         case TK_STRING:
-            return out + "=" + Utf8(token.GetValueText());
-        case TK_ADDRESS:
-            std::snprintf(number, sizeof(number), "=%u,%u,", unsigned{token.GetAddress()->location},
-                          unsigned{token.GetAddress()->size});
-            return out + number + Utf8(token.GetAddress()->text);
+            return with(Utf8(token.GetValueText()));
+        case TK_ADDRESS: {
+            const Address& at = *token.GetAddress();
+            return with(std::to_string(at.location) + "," + std::to_string(at.size) + "," +
+                        Utf8(at.text));
+        }
         case TK_TIME:
         case TK_DATE:
         case TK_DATE_AND_TIME:
         case TK_TIME_OF_DAY:
-            return out + "=" + DescribeTime(*token.GetTime());
+            return with(DescribeTime(*token.GetTime()));
         default:
-            break;
+            return out;
     }
-    return out + number;
+}
+
+// The token's text, from the overflow text when there is one.
+inline std::u16string WholeText(Scanner& scanner, const Token& token) {
+    if (!scanner.GetSrcEx()) {
+        return token.text;
+    }
+    const std::u16string whole = scanner.GetSrcEx();
+    EXPECT_EQ(scanner.GetHugeBufLen(), static_cast<int32_t>(whole.size()) + 1);
+    EXPECT_TRUE(scanner.IsHugeBufComplete() || token.kind == TK_ERROR);
+    return whole;
 }
 
 // The line of a token and the blanks in front of it.
@@ -138,13 +148,39 @@ inline std::string ScanAll(Scanner& scanner, std::vector<Place>* places = nullpt
     }
 }
 
+// A scanner on its own stream, which hands out `step` characters at a time, or all at once when 0.
+// `half`: the size of the reader's halves, 0 for the usual one.
+class TestScanner {
+  public:
+    explicit TestScanner(std::u16string text, int32_t step = 1000, int32_t half = 0)
+        : text_(std::move(text)), scanner_(NewScanner()) {
+        scanner_->RegisterKeyword(u"TRUE", KW_TRUE);
+        scanner_->Initialize(MakeStream(step));
+        if (half != 0) {
+            ScannerTestAccess::UseHalves(*scanner_, MakeStream(step), half);
+        }
+    }
+    Scanner& operator*() const { return *scanner_; }
+    Scanner* operator->() const { return scanner_.get(); }
+
+  private:
+    STREAM_W& MakeStream(int32_t step) {
+        const auto size = static_cast<int32_t>(text_.size());
+        if (step == 0) {
+            streams_.push_back(std::make_unique<MEMSTREAM_W>(text_.data(), size, size, nullptr));
+        } else {
+            streams_.push_back(std::make_unique<SlowStream>(text_, step));
+        }
+        return *streams_.back();
+    }
+
+    std::u16string text_;
+    std::vector<std::unique_ptr<STREAM_W>> streams_;
+    std::unique_ptr<Scanner> scanner_;
+};
+
 inline std::string Scan(const std::u16string& text, std::vector<Place>* places = nullptr) {
-    MEMSTREAM_W stream(text.data(), static_cast<int32_t>(text.size()),
-                       static_cast<int32_t>(text.size()), nullptr);
-    auto scanner = NewScanner();
-    scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-    scanner->Initialize(stream);
-    return ScanAll(*scanner, places);
+    return ScanAll(*TestScanner(text, 0), places);
 }
 
 // How many characters a stream hands out at a time.
@@ -162,26 +198,17 @@ inline void CheckScan(const std::u16string& text, const std::string& tokens) {
     std::vector<Place> places;
     EXPECT_EQ(Scan(text, &places), tokens);
     for (const int32_t step : kSteps) {
-        SlowStream stream(text, step);
-        auto scanner = NewScanner();
-        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-        scanner->Initialize(stream);
         std::vector<Place> found;
-        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "in steps of " << step;
+        EXPECT_EQ(ScanAll(*TestScanner(text, step), &found), tokens) << "in steps of " << step;
         EXPECT_EQ(found, places) << "in steps of " << step;
     }
     constexpr int32_t kHalf = 48;
     for (int32_t start = 0; start < 2 * kHalf; ++start) {
         const std::u16string blanks(static_cast<size_t>(start), u' ');
         const int32_t step = kSteps[static_cast<size_t>(start) % std::size(kSteps)];
-        SlowStream stream(blanks + text, step);
-        SlowStream again(blanks + text, step);
-        auto scanner = NewScanner();
-        scanner->RegisterKeyword(u"TRUE", KW_TRUE);
-        scanner->Initialize(stream);
-        ScannerTestAccess::UseHalves(*scanner, again, kHalf);
         std::vector<Place> found;
-        EXPECT_EQ(ScanAll(*scanner, &found), tokens) << "at " << start;
+        EXPECT_EQ(ScanAll(*TestScanner(blanks + text, step, kHalf), &found), tokens)
+            << "at " << start;
         ASSERT_EQ(found.size(), places.size());
         for (size_t i = 0; i < found.size(); ++i) {
             EXPECT_EQ(found[i].first, places[i].first) << "line, at " << start;
