@@ -1,6 +1,7 @@
 // Jobs of a table set with every allocation failing in turn, and with memory back on the same set.
 #include "tests/cgtab/tables_util.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/test_allocator.h"
 
 namespace lq::test {
 namespace {
@@ -278,6 +279,56 @@ TEST(TablesMemory, ImagesAreWholeOrTheirBeginnings) {
                                         : kShort;
                          };
                      }});
+}
+
+TEST(TablesMemory, ASetThatWasNotMadeRefusesEverything) {
+    int ok = 1;
+    const FailingAllocation failing(3, false);
+    CgTab tables(ok, nullptr);
+    ASSERT_EQ(ok, 0);
+    const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT"});
+    Header header({{DS_VAR, u"x", DT_ELEMENTARY, u"INT"}});
+    POU_LIST list;
+    CgTab::POS_DSC range;
+    CgTab::DMM_LINE line;
+    MEMSTREAM_A stream;
+    ArrInfo info;
+    int32_t pos = 0;
+    EXPECT_EQ(tables.Insert(u"x"), -1);
+    EXPECT_EQ(tables.Insert(CgTab::DBG_INFO{nullptr, 0}), -1);
+    EXPECT_EQ(tables.Insert(decl.get()), -1);
+    EXPECT_EQ(CgTabAccess::InsertArray(tables, {&info, 0}), -1);
+    EXPECT_EQ(CgTabAccess::AppendCmp(tables, header.Get(), 0, &list, range, 1), 0);
+    EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_DMM), 0);
+    EXPECT_EQ(tables.Read(pos, line, 0, nullptr), 0);
+    EXPECT_EQ(tables.Write(CgTab::TAB_DMM, "x"), 0);
+    EXPECT_EQ(tables.Look(CgTab::TAB_DMM, "x", 1), -1);
+    EXPECT_EQ(tables.Save(stream), 0);
+    EXPECT_EQ(tables.Put(CgTab::TAB_DMM, stream), 0);
+    EXPECT_EQ(tables.PutUsr(CgTab::TAB_DMM, stream), 0);
+    EXPECT_EQ(tables.SetPos(CgTab::TAB_DMM, 0), 0);
+    EXPECT_EQ(tables.End(CgTab::TAB_DMM), 0);
+    EXPECT_EQ(tables.Clear(CgTab::TAB_DMM), 0);
+    EXPECT_EQ(tables.IsTableEmpty(), 0);
+}
+
+// A scanner that could not be bound is no reason to take a declaration without its value.
+TEST(TablesMemory, NoDeclarationIsEnteredHalfRead) {
+    for (int64_t nth = 1; nth < 60; ++nth) {
+        CgTab_ReleaseTokenScanner();
+        int ok = 0;
+        {
+            const FailingAllocation failing(nth, false);
+            CgTab first(ok, nullptr);
+        }
+        auto tables = NewTables();
+        ASSERT_GE(
+            tables->Insert(NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT", u"-5"}).get()), 0);
+        CgTab::CstLine constant;
+        int32_t pos = 0;
+        ASSERT_EQ(tables->Read(pos, constant, 0, nullptr), 1);
+        EXPECT_EQ(constant.val.type, VT_SINT) << nth;
+    }
 }
 
 }  // namespace

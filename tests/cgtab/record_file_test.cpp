@@ -16,7 +16,6 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 constexpr uint32_t kBlock = 4096;
-constexpr uint32_t kNode = 15 * kBlock;
 
 // `count` bytes in which no two blocks are alike.
 Bytes Pattern(std::size_t count, std::uint_fast32_t seed) {
@@ -48,110 +47,6 @@ Bytes Content(R_FILE& file) {
 std::string Text(R_FILE& file) {
     const Bytes bytes = Content(file);
     return std::string(bytes.begin(), bytes.end());
-}
-
-// A record file and the plain bytes it must equal.
-class Twin {
-  public:
-    Twin(uint32_t blockSize, std::uint_fast32_t seed)
-        : file_(blockSize), block_(blockSize), random_(seed) {}
-
-    // One random operation on both; its name.
-    std::string Step() {
-        const std::size_t position = Below(model_.size() + 1);
-        EXPECT_EQ(file_.Lseek(static_cast<int32_t>(position), 0), position);
-        const auto at = model_.begin() + static_cast<std::ptrdiff_t>(position);
-        const std::size_t rest = model_.size() - position;
-        const bool roomy = model_.size() < 70 * block_;
-        switch (Below(6)) {
-            case 0: {
-                const Bytes data = Pattern(Amount(), random_());
-                const std::size_t over = std::min(rest, data.size());
-                std::copy_n(data.begin(), over, at);
-                model_.insert(model_.end(), data.begin() + static_cast<std::ptrdiff_t>(over),
-                              data.end());
-                EXPECT_EQ(file_.Write(data.data(), Size(data)), data.size());
-                return "Write";
-            }
-            case 1: {
-                const Bytes data = Pattern(roomy ? Amount() : 1, random_());
-                model_.insert(at, data.begin(), data.end());
-                EXPECT_EQ(file_.InsWrite(data.data(), Size(data)), data.size());
-                return "InsWrite " + std::to_string(position) + ' ' + std::to_string(data.size());
-            }
-            case 2:
-            case 3: {
-                const std::size_t n = std::min(rest, Amount());
-                model_.erase(at, at + static_cast<std::ptrdiff_t>(n));
-                EXPECT_EQ(file_.Delete(static_cast<int32_t>(n)), 0);
-                EXPECT_EQ(file_.Tell(), position);
-                return "Delete " + std::to_string(position) + ' ' + std::to_string(n);
-            }
-            case 4: {
-                const std::size_t size = position + (roomy ? Amount() : 0);
-                model_.resize(size);
-                EXPECT_EQ(file_.Chsize(static_cast<int32_t>(size)), 0);
-                return "Chsize " + std::to_string(size);
-            }
-            default: {
-                Bytes data(Amount());
-                const std::size_t n = std::min(rest, data.size());
-                EXPECT_EQ(file_.Read(data.data(), Size(data)), n);
-                EXPECT_TRUE(std::equal(at, at + static_cast<std::ptrdiff_t>(n), data.begin()));
-                EXPECT_EQ(file_.Tell(), position + n);
-                return "Read";
-            }
-        }
-    }
-
-    bool Agrees() { return RecordFileTestAccess::Check(file_) && Content(file_) == model_; }
-
-  private:
-    static uint32_t Size(const Bytes& bytes) { return static_cast<uint32_t>(bytes.size()); }
-    std::size_t Below(std::size_t limit) { return random_() % limit; }
-    // Often whole blocks, sometimes more than a node of them.
-    std::size_t Amount() {
-        const std::size_t blocks = Below(4) == 0 ? Below(40) : Below(4);
-        return blocks * block_ + (Below(2) == 0 ? Below(block_) : 0);
-    }
-
-    R_FILE file_;
-    Bytes model_;
-    std::size_t block_;
-    std::mt19937 random_;
-};
-
-TEST(RecordFile, BehavesLikePlainBytes) {
-    for (const uint32_t blockSize : {1u, 2u, 3u, 16u, 100u, 4096u}) {
-        for (unsigned seed = 1; seed <= 4; ++seed) {
-            Twin twin(blockSize, seed);
-            for (int step = 0; step < 250; ++step) {
-                const std::string operation = twin.Step();
-                ASSERT_TRUE(twin.Agrees()) << "block size " << blockSize << ", seed " << seed
-                                           << ", step " << step << ": " << operation;
-            }
-        }
-    }
-}
-
-TEST(RecordFile, GrowsOverTheEdgesOfBlocksAndNodes) {
-    for (const uint32_t edge : {kBlock, kNode - kBlock, kNode, 3 * kNode, 7 * kNode}) {
-        for (const uint32_t length : {edge - 1, edge, edge + 1}) {
-            R_FILE file(kBlock);
-            const Bytes bytes = Pattern(length, length);
-            Append(file, bytes);
-            EXPECT_TRUE(RecordFileTestAccess::Check(file)) << length;
-            EXPECT_EQ(file.Eof(), 1) << length;
-            EXPECT_EQ(file.Lseek(-1, 1), static_cast<int32_t>(length - 1));
-            unsigned char last = 0;
-            EXPECT_EQ(file.Read(&last, 10), 1u) << length;
-            EXPECT_EQ(last, bytes.back()) << length;
-            EXPECT_EQ(file.Tell(), file.Filelength()) << length;
-            file.Lseek(0, 0);
-            EXPECT_EQ(file.Delete(static_cast<int32_t>(length)), 0);
-            EXPECT_TRUE(RecordFileTestAccess::Check(file) && file.Eof()) << length;
-        }
-    }
 }
 
 TEST(RecordFile, WholeBlocksAreExchangedNotCopied) {

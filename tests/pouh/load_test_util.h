@@ -1,7 +1,9 @@
 // A project for the loaders' tests, and records as one line of text each.
 #pragma once
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/model/project.h"
@@ -9,11 +11,56 @@
 
 namespace lq::pouh {
 
-// A project that the model answers for as long as it lives.
+std::u16string Number(int64_t number);
+
+// A project that the model answers for as long as it lives, and that keeps what the library asks of
+// the model, in order.
 class LoadedProject : public host::Project {
   public:
-    LoadedProject() { host::SetProject(this); }
-    ~LoadedProject() { host::SetProject(nullptr); }
+    LoadedProject() : objects(*this), declarations(*this) {
+        host::SetProject(this);
+        current = this;
+    }
+    ~LoadedProject() {
+        current = nullptr;
+        host::SetProject(nullptr);
+    }
+
+    // What was asked since the last call: "find Main in the POUs; object Main".
+    std::u16string Asked() { return std::exchange(asked_, u""); }
+    void Note(const char16_t* what, const std::u16string& whom) {
+        asked_ += (asked_.empty() ? u"" : u"; ") + (what + whom);
+    }
+    std::u16string Called(ID id) const;
+
+    static LoadedProject* current;
+    std::map<uint32_t, LQNAVIOBJECT*> instead;  // by identifier: objects that are not as they should
+    bool hasManagers = true;
+    bool hasPools = true;
+    bool notesNew = false;  // new declarations keep nothing and note what they are given
+
+    // The managers that the library sees; the first is its own library pool.
+    class Objects final : public LQNAVIOBJECTMAN, public LQCOLLECTION {
+      public:
+        explicit Objects(LoadedProject& project) : project_(project) {}
+        LQNAVIOBJECT* Get(ID id) override;
+        ID Find(const char16_t* name, ID parent, uint32_t kind) override;
+        LQCOLLECTION* GetPOUPool() override;
+        LQCOLLECTION* GetLibraryPool() override;
+        LQCOLLECTION* GetResourcePool() override;
+        ID Lookup(const char16_t* name, uint32_t kind) const override;
+
+      private:
+        LoadedProject& project_;
+    } objects;
+    class Declarations final : public LQDECLMAN {
+      public:
+        explicit Declarations(LoadedProject& project) : project_(project) {}
+        LQOBJECT* Get(ID id) override;
+
+      private:
+        LoadedProject& project_;
+    } declarations;
 
     ID AddPouNamed(const char16_t* name, LQ_OBJECT_KIND kind = LQ_KIND_PROGRAM) {
         host::Pou pou;
@@ -54,6 +101,9 @@ class LoadedProject : public host::Project {
         declaration.address = address;
         return AddDeclaration(declaration);
     }
+
+  private:
+    std::u16string asked_;
 };
 
 inline constexpr host::Section kLocal = {host::Scope::kLocal};
@@ -67,12 +117,8 @@ inline constexpr host::Section kGlobal = {host::Scope::kGlobal};
 inline std::u16string Describe(const DECL_TYP* decl) {
     uint32_t scope = 0;
     GetAttrOfDecl(decl, POUH_SCOPE, &scope);
-    const auto number = [](uint32_t n) {
-        const std::string digits = std::to_string(n);
-        return std::u16string(digits.begin(), digits.end());
-    };
-    std::u16string line = number(scope) + u" " + TextOf(decl, POUH_NAME) + u" : " +
-                          number(TypeKindOf(decl)) + u" " + TypeTextOf(decl);
+    std::u16string line = Number(scope) + u" " + TextOf(decl, POUH_NAME) + u" : " +
+                          Number(TypeKindOf(decl)) + u" " + TypeTextOf(decl);
     if (*InitValueOf(decl)) {
         line += std::u16string(u" := ") + InitValueOf(decl);
     }
