@@ -22,57 +22,45 @@ void Try(const Image& image) {
     EXPECT_LE(LargestAllocation(), std::max(kIndexSize, 4 * image.size() + 8192));
 }
 
-// One set a table, so that each damage is seen from close by, and one of all.
+// One set a table, with those that its lines refer to, so that each damage is seen from close by.
 std::vector<Image> Seeds() {
     std::vector<Image> seeds;
-    const auto add = [&seeds](auto fill) {
+    for (int seed = 0; seed < CgTab::TAB_COUNT; ++seed) {
         auto tables = NewTables(4);
-        fill(*tables);
-        seeds.push_back(Saved(*tables));
-    };
-    const auto global = [](CgTab& t, uint32_t kind, const char16_t* type) {
-        t.Insert(NewDecl({DS_VAR_GLOBAL, u"x", kind, type, u"", u"%QW0"}).get());
-    };
-    add([](CgTab&) {});
-    add([](CgTab& t) {
-        MEMSTREAM_A stream;
-        Fill(stream, {2, 0, 0, 0, 1, 7});  // the target has no user areas there
-        t.Get(CgTab::TAB_DBG, stream, 6);
-    });
-    add([&](CgTab& t) { global(t, DT_ELEMENTARY, u"INT"); });
-    add([&](CgTab& t) { global(t, DT_STRING, u"STRING(5)"); });
-    add([&](CgTab& t) { global(t, DT_ARRAY, u"ARRAY [-1..300] OF STRING(2)"); });
-    add([](CgTab& t) {
-        Lit lit;
-        lit.SetText(u"x");
-        Time time(1, 2.0, 1);
-        lit.val.Set(uint16_t{TK_TIME}, time, 0);
-        t.Insert(lit);
-    });
-    add([](CgTab& t) {
-        t.Insert(u"x", CgTab::LBL_INFO{0});
-        t.Insert(u"x");
-    });
-    add([](CgTab& t) {
-        CgTab::TYP_DSC dsc = {};
-        t.Insert(u"x", IEC_STRING, dsc, 1);
-    });
-    add([&](CgTab& t) {
-        global(t, DT_ELEMENTARY, u"INT");
+        const auto global = [&tables](const char16_t* name, uint32_t kind, const char16_t* type) {
+            tables->Insert(NewDecl({DS_VAR_GLOBAL, name, kind, type, u"", u"%QW0"}).get());
+        };
+        global(u"x", DT_ELEMENTARY, u"INT");
+        global(u"s", DT_STRING, u"STRING(5)");
+        global(u"a", DT_ARRAY, u"ARRAY [-1..300] OF STRING(2)");
         Header header({{DS_VAR_EXTERNAL, u"x", DT_ELEMENTARY, u"INT"},
                        {DS_VAR, u"y", DT_ARRAY, u"ARRAY [0..1] OF INT"}});
         POU_LIST list;
         CgTab::POS_DSC range;
-        CgTabAccess::AppendCmp(t, header.Get(), 0, &list, range, 1);
-    });
-    add([](CgTab& t) {
-        Image unit = {27, 0, 0, 0, 1, 'x', 0};
-        unit.resize(31);
+        CgTabAccess::AppendCmp(*tables, header.Get(), 0, &list, range, 1);
+        Lit lit;
+        lit.SetText(u"x");
+        Time time(1, 2.0, 1);
+        lit.val.Set(uint16_t{TK_TIME}, time, 0);
+        tables->Insert(lit);
+        tables->Insert(u"x", CgTab::LBL_INFO{0});
+        tables->Insert(u"x", IEC_STRING, {}, 1);
+        tables->Insert(std::u16string(70, u'n').c_str());
+        Image lines = {2, 0, 0, 0, 1, 7, 27, 0, 0, 0, 1, 'x', 0};  // no user area in table 0
+        lines.resize(6 + 31);
         MEMSTREAM_A stream;
-        Fill(stream, unit);
-        t.Get(CgTab::TAB_POU, stream, 31);
-        t.Insert(std::u16string(70, u'n').c_str());
-    });
+        Fill(stream, lines);
+        tables->Get(CgTab::TAB_DBG, stream, 6);
+        tables->Get(CgTab::TAB_POU, stream, 31);
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            const bool isLinked = (id == CgTab::TAB_GLB && seed == CgTab::TAB_CMP) ||
+                                  (id == CgTab::TAB_ARR && seed <= CgTab::TAB_GLB);
+            if (id != seed && !isLinked) {
+                tables->Clear(static_cast<CgTab::TAB_ID>(id));
+            }
+        }
+        seeds.push_back(Saved(*tables));
+    }
     return seeds;
 }
 

@@ -258,6 +258,7 @@ TEST(Components, InstancesAreRecorded) {
                    {DS_VAR, u"n", DT_ELEMENTARY, u"STRUCTURE"},
                    {DS_VAR, u"l1", DT_STRUCTURE, std::u16string(32, u'p') + u"1"},
                    {DS_VAR, u"l2", DT_STRUCTURE, std::u16string(32, u'p') + u"2"},
+                   {DS_VAR, u"l3", DT_STRUCTURE, std::u16string(32, u'p') + u"1"},
                    {DS_VAR, u"arr", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"}});
     POU_LIST list;
     CgTab::POS_DSC range;
@@ -274,7 +275,7 @@ TEST(Components, InstancesAreRecorded) {
     // The descriptor lies behind length, name, scope and type of its line.
     const std::string cut(32, 'p');
     EXPECT_EQ(text, "(0)Motor(2 one@19/2+init two@79/2)TON(1 t1@48/2)STRUCTURE(2 n@106/2 arr@8/9)" +
-                        cut + "(1 l1@135/2)" + cut + "(1 l2@164/2)");
+                        cut + "(2 l1@135/2 l3@193/2)" + cut + "(1 l2@164/2)");
     MEMSTREAM_A image;
     tables->Put(CgTab::TAB_CMP, image);
     EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");

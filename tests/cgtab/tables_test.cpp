@@ -31,32 +31,6 @@ TEST(Tables, NamesThatDoNotFitTheirLengthField) {
     }
 }
 
-// The records cut names; the whole one is read aside.
-TEST(Tables, WholeNames) {
-    auto tables = NewTables(3);
-    const std::u16string name(40, u'n');
-    const int32_t pos = tables->Insert(name.c_str(), CgTab::LBL_INFO{0});
-    tables->Insert(name.c_str());
-    const struct {
-        CgTab::TAB_ID id;
-        int32_t pos;
-        uint32_t size;
-        std::string name;  // "?" for none
-    // clang-format off
-    } kCases[] = {
-        {CgTab::TAB_LBL, pos, 41, std::string(40, 'n')}, {CgTab::TAB_LBL, pos, 4, "nnn"},
-        {CgTab::TAB_LBL, pos, 1, ""}, {CgTab::TAB_LBL, pos, 0, "?"}, {CgTab::TAB_LBL, -1, 41, "?"},
-        {CgTab::TAB_LBL, pos + 1, 41, "?"}, {CgTab::TAB_GLB, 0, 41, "?"},
-        {CgTab::TAB_DMM, 0, 41, "?"},
-    };
-    // clang-format on
-    for (const auto& c : kCases) {
-        char16_t buffer[41] = u"?";
-        EXPECT_EQ(CgTabAccess::WholeName(*tables, c.id, c.pos, buffer, c.size), c.name != "?");
-        EXPECT_EQ(Ascii(buffer), c.name) << c.id << " " << c.pos << " " << c.size;
-    }
-}
-
 TEST(Tables, WhatIsNoTable) {
     auto tables = NewTables();
     MEMSTREAM_A stream;
@@ -164,22 +138,24 @@ TEST(Tables, DamagedLinesAreRefused) {
 
 TEST(Tables, LinesWithoutRoomForTheirUserArea) {
     auto tables = NewTables(2);
-    Get(*tables, CgTab::TAB_DBG, {2, 0, 0, 0, 1, 7, 3, 0, 0, 0, 1, 8, 9, 1, 0, 0, 0, 0});
+    Get(*tables, CgTab::TAB_DBG, {3, 0, 0, 0, 1, 8, 9, 2, 0, 0, 0, 1, 7, 1, 0, 0, 0, 0});
     const unsigned char data[] = {7, 8};
     char usr[3] = {};
-    EXPECT_EQ(tables->Look(CgTab::DBG_INFO{data, 1}, nullptr), 0);
+    EXPECT_EQ(tables->Look(CgTab::DBG_INFO{data, 1}, nullptr), 7);
     EXPECT_EQ(tables->Look(CgTab::DBG_INFO{data, 1}, usr), -1);
     CgTab::DBG_INFO line;
-    int32_t pos = 6;
-    EXPECT_EQ(tables->Read(pos, line, 0, usr), 0) << "a name of one byte, that the area takes";
-    EXPECT_EQ(pos, 0);
-    EXPECT_EQ(tables->Read(pos = 13, line, 0, usr), 0);
-    EXPECT_EQ(pos, 13) << "no rewinding";
+    for (int32_t pos : {7, 13}) {
+        const int32_t before = pos;
+        EXPECT_EQ(tables->Read(pos, line, 0, usr), 0);
+        EXPECT_EQ(pos, before) << "no rewinding";
+    }
+    int32_t pos = 13;
     EXPECT_EQ(tables->Write(CgTab::TAB_DBG, pos, "xx"), 0);
-    EXPECT_EQ(tables->Write(CgTab::TAB_DBG, pos = 0, "xy"), 1) << "all of the line is its area";
-    EXPECT_EQ(pos, 6);
-    EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "xy", 1), 0);
+    EXPECT_EQ(tables->Write(CgTab::TAB_DBG, pos = 7, "xy"), 1) << "all of the line is its area";
+    EXPECT_EQ(pos, 13);
+    EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "xy", 1), 7);
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "zz", 1), -1);
+    EXPECT_EQ(tables->Read(pos = 0, line, 0, usr), 0) << "a name of one byte, that the area takes";
 }
 
 // A use that cannot be counted is no reason not to find the line.
@@ -229,14 +205,15 @@ TEST(Tables, UnitsAreNotProvided) {
     auto tables = NewTables();
     CgTab::POU_INFO info = {};
     int out = 0;
-    EXPECT_EQ(tables->Insert(u"P", info, uint16_t{1}, &out), -1);
-    EXPECT_EQ(tables->Insert(u"P", info, &out), -1);
     host::NamedPouRef unit(u"P");
-    EXPECT_EQ(tables->Insert(&unit, info, uint16_t{1}, &out), -1);
-    EXPECT_EQ(tables->Insert(&unit, info, &out), -1);
-    EXPECT_EQ(tables->Insert(static_cast<CPouRef*>(nullptr), info, &out), -1);
-    EXPECT_EQ(tables->MarkPouDeleted(u"P", 1), -1);
-    EXPECT_EQ(tables->MarkGlobalsDeleted(1), -1);
+    CPouRef* const none = nullptr;
+    for (const int32_t result :
+         {tables->Insert(u"P", info, uint16_t{1}, &out), tables->Insert(u"P", info, &out),
+          tables->Insert(&unit, info, uint16_t{1}, &out), tables->Insert(&unit, info, &out),
+          tables->Insert(none, info, &out), tables->MarkPouDeleted(u"P", 1),
+          tables->MarkGlobalsDeleted(1)}) {
+        EXPECT_EQ(result, -1);
+    }
     EXPECT_EQ(tables->IsTableEmpty(), 1);
 }
 

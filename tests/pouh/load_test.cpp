@@ -100,6 +100,7 @@ TEST_F(Load, HeadersAndInterfacesByKindAndEnoFlag) {
         bool eno;
         Text info;
         Lines header;  // in front of the last line, the local variable, is the interface
+        // clang-format off
     } const cases[] = {
         {LQ_KIND_FUNCTION, true, u"1 F pou header 0",
          {enable, u"2 a : 1 INT", enableOut, u"5 F : 1 REAL", u"5 q : 1 INT", u"1 r : 1 INT"}},
@@ -110,6 +111,7 @@ TEST_F(Load, HeadersAndInterfacesByKindAndEnoFlag) {
         {LQ_KIND_PROGRAM, true, u"3 F pou header 0",
          {u"2 a : 1 INT", u"5 q : 1 INT", u"1 r : 1 INT"}},
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "kind " << c.kind << " eno " << c.eno);
         const ID id = AddPou(u"F", c.kind, c.eno);
@@ -157,6 +159,7 @@ TEST_F(Load, ByName) {
         const char16_t* name;
         Text info;   // "none" for a failure
         Text asked;  // before the declarations
+        // clang-format off
     } const cases[] = {
         {u"Main", u"3 Main pou header 0", u"find Main in the POUs; object Main"},
         {u"TOF", u"3 TOF pou header 0", u"find TOF in the POUs; object TOF"},
@@ -169,6 +172,7 @@ TEST_F(Load, ByName) {
         {u"", u"none", u"find  in the POUs; library 23; library 24; type "},
         {nullptr, u"none", u""},
     };
+    // clang-format on
     for (const auto& c : cases) {
         DestroyPOUHeader(std::exchange(header_, CreatePOUHeader()));
         EXPECT_EQ(LoadPOUHeader(header_, c.name), c.info != u"none");
@@ -223,6 +227,7 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
         int result;
         Text info;
         Lines lines;
+        // clang-format off
     } const cases[] = {
         {LQ_KIND_PROGRAM, nullptr, 0, u"0    0", {}},
         {LQ_KIND_PROGRAM, &head, 1, u"3 odd o o 4711", {u"2 a : 1 INT"}},
@@ -231,6 +236,7 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
         {99, &head, 1, u"0 odd  o 4711", {u"2 a : 1 INT"}},
         {LQ_KIND_FUNCTION, &head, 0, u"1 odd o o 4711", {u"2 a : 1 INT"}},  // and no LQFUN
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.kind);
         Odd<LQPOU> odd(c.kind, c.header);
@@ -391,31 +397,34 @@ TEST_F(Load, HiddenHeaders) {
 TEST_F(Load, FunctionBlockOfAnInstance) {
     AddPou(u"Motor", LQ_KIND_FUNCTION_BLOCK);
     const ID main = AddPou(u"Main", LQ_KIND_PROGRAM);
-    for (const auto& [name, type] : {std::pair(u"m", u"Motor"), {u"shared", u"TON"},
-                                     {u"number", u"INT"}, {u"twice", u"INT"}, {u"twice", u"TOF"}}) {
+    for (const auto& [name, type] : {std::pair(u"m", u"Motor"),
+                                     {u"shared", u"TON"},
+                                     {u"number", u"INT"},
+                                     {u"twice", u"INT"},
+                                     {u"twice", u"TOF"}}) {
         project_.AddVar(main, name, type);
     }
-    for (const auto& [name, type] : {std::pair(u"shared", u"Motor"), {u"number", u"Motor"},
-                                     {u"other", u"Main"}, {u"plain", u"INT"}}) {
+    for (const auto& [name, type] : {std::pair(u"shared", u"Motor"),
+                                     {u"number", u"Motor"},
+                                     {u"other", u"Main"},
+                                     {u"plain", u"INT"}}) {
         project_.AddVar(globals_, name, type, kGlobal);
     }
     struct {
         const char16_t* instance;
         const char16_t* pou;
         const char16_t* fbType;  // "before" for none
+        // clang-format off
     } const cases[] = {
-        {u"m", u"Main", u"Motor"},
-        {u"M", u"main", u"Motor"},
-        {u"shared", u"Main", u"TON"},
-        {u"shared", u"None", u"Motor"},
-        {u"shared", nullptr, u"Motor"},
+        {u"m", u"Main", u"Motor"}, {u"M", u"main", u"Motor"}, {u"shared", u"Main", u"TON"},
+        {u"shared", u"None", u"Motor"}, {u"shared", nullptr, u"Motor"},
         {u"number", u"Main", u"Motor"},  // the local one is no instance: on to the globals
         {u"twice", u"Main", u"TOF"},
         {u"other", u"Main", u"before"},  // a program is no function block
-        {u"plain", u"Main", u"before"},
-        {u"none", u"Main", u"before"},
+        {u"plain", u"Main", u"before"}, {u"none", u"Main", u"before"},
         {nullptr, u"Main", u"before"},
     };
+    // clang-format on
     for (const auto& c : cases) {
         CLQString fbType(u"before");
         EXPECT_EQ(FindFBName(c.instance, c.pou, &fbType), c.fbType != Text(u"before"));
@@ -454,7 +463,8 @@ TEST_F(Load, Tasks) {
     TASK_TYP* task = CreateTask();
     const auto info = [&task] {
         Text line;
-        for (const auto flag : {POUH_NAME, POUH_EVENT, POUH_INTERVAL, POUH_PRIORITY, POUH_COMMENT}) {
+        for (const auto flag :
+             {POUH_NAME, POUH_EVENT, POUH_INTERVAL, POUH_PRIORITY, POUH_COMMENT}) {
             line += Text(TextOf(task->info, flag)) + u";";
         }
         return line;
@@ -466,8 +476,9 @@ TEST_F(Load, Tasks) {
         EXPECT_EQ(byName ? LoadTask(task, u"Fast") : LoadTask(task, ids[0]), 1);
         EXPECT_EQ(info(), fast) << "of two tasks of one name the one in the first collection";
         EXPECT_EQ(Names(ListOf(task->pous)), (Lines{u"Main", u"Missing", u"Aux"}));
-        EXPECT_EQ(project_.Asked(),
-                  (byName ? u"object R1; find Fast in R1; object Fast" : u"object Fast") + programs);
+        EXPECT_EQ(
+            project_.Asked(),
+            (byName ? u"object R1; find Fast in R1; object Fast" : u"object Fast") + programs);
     }
     EXPECT_EQ(LoadTask(task, static_cast<const char16_t*>(nullptr)) + LoadTask(task, ID()), 0);
     EXPECT_EQ(info(), fast) << "refused before anything is touched";

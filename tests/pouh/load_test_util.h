@@ -34,7 +34,8 @@ class LoadedProject : public host::Project {
     std::u16string Called(ID id) const;
 
     static LoadedProject* current;
-    std::map<uint32_t, LQNAVIOBJECT*> instead;  // by identifier: objects that are not as they should
+    std::map<uint32_t, LQNAVIOBJECT*>
+        instead;  // by identifier: objects that are not as they should
     bool hasManagers = true;
     bool hasPools = true;
     bool notesNew = false;  // new declarations keep nothing and note what they are given

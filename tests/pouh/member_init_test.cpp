@@ -24,7 +24,7 @@ TEST(MemberInit, ValuesByMember) {
         const char16_t* text;
         const char16_t* member;
         const char16_t* value;  // quoted, or "none"
-    // clang-format off
+        // clang-format off
     } const cases[] = {
         {u"a := 1, b := 16#FF", u"a", u"'1'"}, {u"a := 1, b := 16#FF", u"b", u"'16#FF'"},
         {u"a := 1, b := 16#FF", u"c", u"none"}, {u"a := 1", u" \ta\t ", u"'1'"},

