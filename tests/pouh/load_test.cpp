@@ -48,9 +48,9 @@ struct Members : LQSELECTION {
     std::vector<ID> ids;
 };
 
-Lines Loaded(const LoadedProject& project, ID id, int expected = 1) {
+Lines Loaded(ID id, int expected = 1) {
     SYMBOL_TABLE_TYP* table = CreateSymbolTable();
-    EXPECT_EQ(LoadSelectedSymbolTable(table, id), expected) << project.Called(id).size();
+    EXPECT_EQ(LoadSelectedSymbolTable(table, id), expected);
     const Lines lines = ListOf(table) ? DescribeAll(ListOf(table)) : Lines{u"no list"};
     DestroySymbolTable(table);
     return lines;
@@ -200,9 +200,9 @@ TEST_F(Load, FailureKeepsOrRenewsTheOldRecords) {
         EXPECT_EQ(Header().size(), 1u);
     }
     EXPECT_EQ(LoadPOUHeader(header_, pou, 0) + LoadPOUHeader(header_, pou, 1), 0);
-    EXPECT_EQ(Loaded(project_, pou, 0), Lines{u"no list"});
+    EXPECT_EQ(Loaded(pou, 0), Lines{u"no list"});
     project_.hasManagers = true;
-    EXPECT_EQ(Loaded(project_, kUnknown, 0), Lines{u"no list"});
+    EXPECT_EQ(Loaded(kUnknown, 0), Lines{u"no list"});
     EXPECT_EQ(LoadSelectedSymbolTable(nullptr, pou) + LoadPOUHeader(nullptr, pou, 0), 0);
     // An object without a header leaves new, empty records.
     EXPECT_EQ(LoadPOUHeader(header_, other, 0), 0);
@@ -297,9 +297,9 @@ TEST_F(Load, DeclarationsAreCheckedAndMarked) {
     for (const auto& c : cases) {
         const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
         project_.AddVar(pou, c.name, c.type, c.section, c.init, u"%IX0.0");
-        EXPECT_EQ(Loaded(project_, pou), Lines{c.line});
+        EXPECT_EQ(Loaded(pou), Lines{c.line});
     }
-    EXPECT_EQ(Loaded(project_, globals_), Lines{u"11 g : 1 INT := 1 + @%MW4"}) << "unchecked";
+    EXPECT_EQ(Loaded(globals_), Lines{u"11 g : 1 INT := 1 + @%MW4"}) << "unchecked";
 }
 
 TEST_F(Load, NameOfReturnValue) {

@@ -17,7 +17,7 @@ std::u16string Number(int64_t number);
 // the model, in order.
 class LoadedProject : public host::Project {
   public:
-    LoadedProject() : objects(*this), declarations(*this) {
+    LoadedProject() {
         host::SetProject(this);
         current = this;
     }
@@ -27,41 +27,15 @@ class LoadedProject : public host::Project {
     }
 
     // What was asked since the last call: "find Main in the POUs; object Main".
-    std::u16string Asked() { return std::exchange(asked_, u""); }
-    void Note(const char16_t* what, const std::u16string& whom) {
-        asked_ += (asked_.empty() ? u"" : u"; ") + (what + whom);
-    }
-    std::u16string Called(ID id) const;
+    std::u16string Asked() { return std::exchange(asked, u""); }
 
     static LoadedProject* current;
+    std::u16string asked;
     std::map<uint32_t, LQNAVIOBJECT*>
         instead;  // by identifier: objects that are not as they should
     bool hasManagers = true;
     bool hasPools = true;
     bool notesNew = false;  // new declarations keep nothing and note what they are given
-
-    // The managers that the library sees; the first is its own library pool.
-    class Objects final : public LQNAVIOBJECTMAN, public LQCOLLECTION {
-      public:
-        explicit Objects(LoadedProject& project) : project_(project) {}
-        LQNAVIOBJECT* Get(ID id) override;
-        ID Find(const char16_t* name, ID parent, uint32_t kind) override;
-        LQCOLLECTION* GetPOUPool() override;
-        LQCOLLECTION* GetLibraryPool() override;
-        LQCOLLECTION* GetResourcePool() override;
-        ID Lookup(const char16_t* name, uint32_t kind) const override;
-
-      private:
-        LoadedProject& project_;
-    } objects;
-    class Declarations final : public LQDECLMAN {
-      public:
-        explicit Declarations(LoadedProject& project) : project_(project) {}
-        LQOBJECT* Get(ID id) override;
-
-      private:
-        LoadedProject& project_;
-    } declarations;
 
     ID AddPouNamed(const char16_t* name, LQ_OBJECT_KIND kind = LQ_KIND_PROGRAM) {
         host::Pou pou;
@@ -102,9 +76,6 @@ class LoadedProject : public host::Project {
         declaration.address = address;
         return AddDeclaration(declaration);
     }
-
-  private:
-    std::u16string asked_;
 };
 
 inline constexpr host::Section kLocal = {host::Scope::kLocal};

@@ -1,6 +1,4 @@
 // The linker leads the library's calls of the model here, and on to the model.
-#include <vector>
-
 #include "load_test_util.h"
 
 // NOLINTBEGIN: the names are the linker's
@@ -22,19 +20,61 @@ LoadedProject* LoadedProject::current = nullptr;
 
 namespace {
 
-// A declaration that notes what it is given.
-class NotingDeclaration final : public LQPOUHDECL {
-  public:
-    explicit NotingDeclaration(LoadedProject& project) : project_(project) {}
-    void SetName(const char16_t* text) override { project_.Note(u"name ", text); }
-    void SetType(const char16_t* text) override { project_.Note(u"type ", text); }
-    void SetInitValue(const char16_t* text) override { project_.Note(u"value ", text); }
-    void SetClass(int32_t number) override { project_.Note(u"class ", Number(number)); }
-    void SetClassId(uint32_t number) override { project_.Note(u"class id ", Number(number)); }
+void Note(const char16_t* what, const std::u16string& whom) {
+    if (LoadedProject::current) {
+        std::u16string& asked = LoadedProject::current->asked;
+        asked += (asked.empty() ? u"" : u"; ") + (what + whom);
+    }
+}
 
-  private:
-    LoadedProject& project_;
+std::u16string Called(ID id) {
+    const LoadedProject& project = *LoadedProject::current;
+    return id == project.PouPool() ? u"the POUs"
+           : *project.NameOf(id)   ? project.NameOf(id)
+                                   : u"unknown";
+}
+
+// A declaration that notes what it is given, and keeps nothing.
+struct NotingDeclaration final : LQPOUHDECL {
+    void SetName(const char16_t* text) override { Note(u"name ", text); }
+    void SetType(const char16_t* text) override { Note(u"type ", text); }
+    void SetInitValue(const char16_t* text) override { Note(u"value ", text); }
+    void SetClass(int32_t number) override { Note(u"class ", Number(number)); }
+    void SetClassId(uint32_t number) override { Note(u"class id ", Number(number)); }
 };
+
+// The library sees these managers; the first is its own library pool.
+struct Objects final : LQNAVIOBJECTMAN, LQCOLLECTION {
+    LQNAVIOBJECT* Get(ID id) override {
+        Note(u"object ", Called(id));
+        const auto& instead = LoadedProject::current->instead;
+        const auto odd = instead.find(id.GetNumber());
+        return odd != instead.end() ? odd->second : RealObjects()->Get(id);
+    }
+    ID Find(const char16_t* name, ID parent, uint32_t kind) override {
+        Note(u"find ", name + std::u16string(u" in ") + Called(parent) +
+                           (kind == LQ_ANY_KIND ? u"" : u" of " + Number(kind)));
+        return RealObjects()->Find(name, parent, kind);
+    }
+    template <typename Pool>
+    static Pool* IfAny(Pool* pool) {
+        return LoadedProject::current->hasPools ? pool : nullptr;
+    }
+    LQCOLLECTION* GetPOUPool() override { return IfAny(RealObjects()->GetPOUPool()); }
+    LQCOLLECTION* GetLibraryPool() override { return IfAny<LQCOLLECTION>(this); }
+    LQCOLLECTION* GetResourcePool() override { return IfAny(RealObjects()->GetResourcePool()); }
+    ID Lookup(const char16_t* name, uint32_t kind) const override {
+        Note(u"library ", Number(kind));
+        return RealObjects()->GetLibraryPool()->Lookup(name, kind);
+    }
+} objects;
+
+struct Declarations final : LQDECLMAN {
+    LQOBJECT* Get(ID id) override {
+        Note(u"declaration ", Called(id));
+        return RealDeclarations()->Get(id);
+    }
+} declarations;
 
 }  // namespace
 
@@ -43,83 +83,32 @@ std::u16string Number(int64_t number) {
     return {digits.begin(), digits.end()};
 }
 
-std::u16string LoadedProject::Called(ID id) const {
-    return id == ID()             ? u"nothing"
-           : id == PouPool()      ? u"the POUs"
-           : id == LibraryPool()  ? u"the library"
-           : id == ResourcePool() ? u"the resources"
-           : *NameOf(id)          ? std::u16string(NameOf(id))
-                                  : u"unknown";
-}
-
-LQNAVIOBJECT* LoadedProject::Objects::Get(ID id) {
-    project_.Note(u"object ", project_.Called(id));
-    const auto odd = project_.instead.find(id.GetNumber());
-    return odd != project_.instead.end() ? odd->second : RealObjects()->Get(id);
-}
-
-ID LoadedProject::Objects::Find(const char16_t* name, ID parent, uint32_t kind) {
-    project_.Note(u"find ", name + std::u16string(u" in ") + project_.Called(parent) +
-                                (kind == LQ_ANY_KIND ? u"" : u" of " + Number(kind)));
-    return RealObjects()->Find(name, parent, kind);
-}
-
-LQCOLLECTION* LoadedProject::Objects::GetPOUPool() {
-    return project_.hasPools ? RealObjects()->GetPOUPool() : nullptr;
-}
-LQCOLLECTION* LoadedProject::Objects::GetLibraryPool() {
-    return project_.hasPools ? this : nullptr;
-}
-LQCOLLECTION* LoadedProject::Objects::GetResourcePool() {
-    return project_.hasPools ? RealObjects()->GetResourcePool() : nullptr;
-}
-
-ID LoadedProject::Objects::Lookup(const char16_t* name, uint32_t kind) const {
-    project_.Note(u"library ", Number(kind));
-    return RealObjects()->GetLibraryPool()->Lookup(name, kind);
-}
-
-LQOBJECT* LoadedProject::Declarations::Get(ID id) {
-    project_.Note(u"declaration ", project_.Called(id));
-    return RealDeclarations()->Get(id);
-}
-
 }  // namespace lq::pouh
 
 using lq::pouh::LoadedProject;
+using lq::pouh::Note;
 
 LQNAVIOBJECTMAN* WrappedObjects() {
     LoadedProject* const project = LoadedProject::current;
-    return !project ? RealObjects() : project->hasManagers ? &project->objects : nullptr;
+    return !project ? RealObjects() : project->hasManagers ? &lq::pouh::objects : nullptr;
 }
-
 LQDECLMAN* WrappedDeclarations() {
     LoadedProject* const project = LoadedProject::current;
-    return !project ? RealDeclarations() : project->hasManagers ? &project->declarations : nullptr;
+    return !project ? RealDeclarations() : project->hasManagers ? &lq::pouh::declarations : nullptr;
 }
-
 LQDECL* WrappedGlobal(const char16_t* name) {
-    if (LoadedProject::current) {
-        LoadedProject::current->Note(u"global ", name);
-    }
+    Note(u"global ", name);
     return RealGlobal(name);
 }
-
 LQDUT* WrappedDut(const char16_t* name) {
-    if (LoadedProject::current) {
-        LoadedProject::current->Note(u"type ", name);
-    }
+    Note(u"type ", name);
     return RealDut(name);
 }
-
 LQPOUHDECL* WrappedCreate() {
     LoadedProject* const project = LoadedProject::current;
-    return project && project->notesNew ? new lq::pouh::NotingDeclaration(*project) : RealCreate();
+    return project && project->notesNew ? new lq::pouh::NotingDeclaration : RealCreate();
 }
-
 int WrappedCheck(ERRHANDLER* handler, const char16_t* text) {
-    if (LoadedProject::current) {
-        LoadedProject::current->Note(u"check ", text);
-    }
+    Note(u"check ", text);
     return RealCheck(handler, text);
 }
