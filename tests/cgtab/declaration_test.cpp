@@ -279,6 +279,7 @@ TEST(Components, InstancesAreRecorded) {
     MEMSTREAM_A image;
     tables->Put(CgTab::TAB_CMP, image);
     EXPECT_EQ(Hex(image.GetData() + 48, 4), "FF FF FF FF");
+    EXPECT_TRUE(ImageOf(*tables, CgTab::TAB_ARR).substr(24).starts_with("FF FF FF FF 01"));
     EXPECT_TRUE(Components(*tables).starts_with("one:1 t1:1 two:1"))
         << "without values of their own";
 

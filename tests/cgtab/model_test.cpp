@@ -380,9 +380,10 @@ class Twin {
         const ModelLine& model = lines_[id][index];
         char usr[4] = {};
         const bool here = pos == -1;
-        ASSERT_EQ(set_->Read(pos, line, keep, Below(2) == 0 ? usr : nullptr), 1) << index;
+        const bool withUsr = Below(2) == 0;
+        ASSERT_EQ(set_->Read(pos, line, keep, withUsr ? usr : nullptr), 1) << index;
         EXPECT_EQ(pos, here ? -1 : PosOf(id, index + 1));
-        EXPECT_TRUE(usr[0] == 0 || model.usr == Bytes(usr, sizes_[id]));
+        EXPECT_EQ(Bytes(usr, sizes_[id]), withUsr ? model.usr : Bytes(sizes_[id], 0));
         const Bytes& extra = model.extra;
         if constexpr (requires { line.count; }) {
             EXPECT_EQ(line.count, static_cast<uint32_t>(

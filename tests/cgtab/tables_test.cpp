@@ -22,8 +22,10 @@ TEST(Tables, NamesThatDoNotFitTheirLengthField) {
     EXPECT_EQ(tables->Insert(none, IEC_INT, {}, 1), -1);
     EXPECT_EQ(tables->Insert(none), -1);
     EXPECT_EQ(tables->Look(none, static_cast<CgTab::POU_LINE*>(nullptr), 0), -1);
-    for (const size_t length : {size_t{3000}, size_t{65535}, size_t{65536}}) {
-        const std::u16string name(length, u'x');
+    const std::pair<size_t, char16_t> cases[] = {
+        {3000, u'x'}, {65535, u'x'}, {65535, u'y'}, {65536, u'x'}};
+    for (const auto& [length, letter] : cases) {
+        const std::u16string name(length, letter);
         int32_t pos = tables->Insert(name.c_str());
         EXPECT_EQ(pos >= 0, length <= 65535);
         CgTab::DMM_LINE line;
@@ -151,6 +153,8 @@ TEST(Tables, LinesWithoutRoomForTheirUserArea) {
     }
     int32_t pos = 13;
     EXPECT_EQ(tables->Write(CgTab::TAB_DBG, pos, "xx"), 0);
+    EXPECT_EQ(pos, 13);
+    EXPECT_EQ(tables->Insert(CgTab::DBG_INFO{nullptr, 1}), -1);
     EXPECT_EQ(tables->Write(CgTab::TAB_DBG, pos = 7, "xy"), 1) << "all of the line is its area";
     EXPECT_EQ(pos, 13);
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "xy", 1), 7);

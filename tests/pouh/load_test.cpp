@@ -25,7 +25,7 @@ class Odd : public Base {
     explicit Odd(int32_t kind, LQOBJECT* header = nullptr, LQSELECTION* members = nullptr)
         : kind_(kind), header_(header), members_(members) {}
 
-    const char16_t* GetName() const override { return u"odd"; }
+    const char16_t* GetName() const override { return header_ ? u"odd" : u"part"; }
     const char16_t* GetType() const override { return u"INT"; }
     const char16_t* GetComment(int32_t number) const override { return number == 0 ? u"o" : u"?"; }
     const char16_t* GetDeclComment() const override { return u"first"; }
@@ -505,7 +505,7 @@ TEST_F(Load, Tasks) {
     project_.instead[ids[2].GetNumber()] = nullptr;
     EXPECT_EQ(list(), (Lines{u"Fast", u"Idle"}));
     EXPECT_EQ(LoadTask(task, ids[1]), 1);
-    EXPECT_EQ(info(), u"odd;;;;o;");
+    EXPECT_EQ(info(), u"part;;;;o;");
     EXPECT_EQ(Names(ListOf(task->pous)), (Lines{u"Aux"}));
     project_.instead[resources[0].GetNumber()] = nullptr;
     EXPECT_EQ(list(), Lines{u"Idle"});

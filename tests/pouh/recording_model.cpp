@@ -27,6 +27,10 @@ void Note(const char16_t* what, const std::u16string& whom) {
     }
 }
 
+void NoteText(const char16_t* what, const char16_t* text) {
+    Note(what, text ? text : u"null");
+}
+
 std::u16string Called(ID id) {
     const LoadedProject& project = *LoadedProject::current;
     return id == project.PouPool() ? u"the POUs"
@@ -86,7 +90,7 @@ std::u16string Number(int64_t number) {
 }  // namespace lq::pouh
 
 using lq::pouh::LoadedProject;
-using lq::pouh::Note;
+using lq::pouh::NoteText;
 
 LQNAVIOBJECTMAN* WrappedObjects() {
     LoadedProject* const project = LoadedProject::current;
@@ -97,11 +101,11 @@ LQDECLMAN* WrappedDeclarations() {
     return !project ? RealDeclarations() : project->hasManagers ? &lq::pouh::declarations : nullptr;
 }
 LQDECL* WrappedGlobal(const char16_t* name) {
-    Note(u"global ", name);
+    NoteText(u"global ", name);
     return RealGlobal(name);
 }
 LQDUT* WrappedDut(const char16_t* name) {
-    Note(u"type ", name);
+    NoteText(u"type ", name);
     return RealDut(name);
 }
 LQPOUHDECL* WrappedCreate() {
@@ -109,6 +113,6 @@ LQPOUHDECL* WrappedCreate() {
     return project && project->notesNew ? new lq::pouh::NotingDeclaration : RealCreate();
 }
 int WrappedCheck(ERRHANDLER* handler, const char16_t* text) {
-    Note(u"check ", text);
+    NoteText(u"check ", text);
     return RealCheck(handler, text);
 }
