@@ -154,7 +154,7 @@ TEST(Declarations, AreRefusedForAReason) {
     EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_GLB), 0);
     std::string taken;
     for (uint32_t scope = 0; scope <= DS_VAR_EXTERNAL_CONSTANT_RETAIN; ++scope) {
-        const DeclPtr decl = NewDecl({scope, u"a", DT_ELEMENTARY, u"INT"});
+        const DeclPtr decl = NewDecl({scope, u"a", DT_ELEMENTARY, u"INT", u"", u" "});
         taken += tables->Insert(decl.get()) >= 0 ? " " + std::to_string(scope) : "";
     }
     EXPECT_EQ(taken, " 10 11 13 14 17 18 19 20");
@@ -165,7 +165,8 @@ std::string Components(CgTab& tables) {
     CgTab::CMP_LINE line;
     for (int32_t pos = 0; tables.Read(pos, line, 0, nullptr);) {
         text += (text.empty() ? "" : " ") + Ascii(line.name) + ":" + std::to_string(line.scope) +
-                (line.adrLine >= 0 ? "@" : "");
+                (line.adrLine >= 0 ? "@" : "") +
+                (line.type == IEC_STRING ? "/" + std::to_string(line.dsc.strLen) : "");
         CgTab::CstLine constant;
         int32_t at = line.cstLine;
         if (at >= 0 && tables.Read(at, constant, 0, nullptr)) {
@@ -240,14 +241,16 @@ TEST(Components, ScopesOfInterfacesAndRetainedOnes) {
 TEST(Components, ASectionTakesTheMemberValuesOfItsInstance) {
     auto tables = NewTables();
     Header header({{DS_VAR, u"x", DT_ELEMENTARY, u"INT", u"1"},
-                   {DS_VAR, u"b", DT_ELEMENTARY, u"BOOL", u"0"}});
+                   {DS_VAR, u"b", DT_ELEMENTARY, u"BOOL", u"0"},
+                   {DS_VAR, u"s", DT_STRING, u"STRING(9)", u"'s'"}});
     POU_LIST list;
     list.first = new POU_INST;
     list.first->init = new DUVMemberInit_C(u"X := 7, b := 1");
     list.first->next = list.last = new POU_INST;
     CgTab::POS_DSC range;
     EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x4, &list, range, 3), 1);
-    EXPECT_EQ(Components(*tables), "x:1=7 b:1=1? x:1=1 b:1=0? x:1=1 b:1=0?");
+    EXPECT_EQ(Components(*tables),
+              "x:1=7 b:1=1? s:1/9='s' x:1=1 b:1=0? s:1/9='s' x:1=1 b:1=0? s:1/9='s'");
 }
 
 TEST(Components, InstancesAreRecorded) {

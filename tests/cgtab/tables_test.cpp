@@ -130,6 +130,11 @@ TEST(Tables, DamagedLinesAreRefused) {
     EXPECT_EQ(tables->Insert(u"b"), -1) << "it would never be found";
     EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM), 24);
 
+    // An address that is none: there is no index that could miss the others.
+    tables->Clear(CgTab::TAB_ADR);
+    Get(*tables, CgTab::TAB_ADR, {10, 0, 0, 0, 7, 2, 1, 0, '0', 0, 1, 0, 0, 0});
+    EXPECT_EQ(tables->Insert(Address()), -1);
+
     // Lines that end with their name: what would be counted and replaced lies behind them.
     tables->Clear(CgTab::TAB_LBL);
     Get(*tables, CgTab::TAB_LBL, {5, 0, 0, 0, 2, 'a', 0, 'b', 0});

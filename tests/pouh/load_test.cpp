@@ -34,6 +34,7 @@ class Odd : public Base {
     int32_t QueryValue(int32_t query) const override { return query == 32 ? 4711 : -1; }
     LQSELECTION* GetSelection() override { return members_; }
     virtual LQOBJECT* GetHeader() { return header_; }
+    virtual int GetEnoFlag() const { return header_ ? 0 : 1; }
 
   private:
     int32_t kind_;
@@ -163,7 +164,8 @@ TEST_F(Load, ByName) {
     } const cases[] = {
         {u"Main", u"3 Main pou header 0", u"find Main in the POUs; object Main"},
         {u"TOF", u"3 TOF pou header 0", u"find TOF in the POUs; object TOF"},
-        {u"TON", u"2 TON Delays switching on  0", u"find TON in the POUs; library 23; library 24; object TON; "
+        {u"TON", u"2 TON Delays switching on  0",
+                               u"find TON in the POUs; library 23; library 24; object TON; "
                                u"declaration IN; check ; declaration PT; check ; declaration Q; "
                                u"check ; declaration ET; check "},
         {u"Point", u"5 Point  c 0", u"find Point in the POUs; library 23; library 24; type Point; "
@@ -326,6 +328,8 @@ TEST_F(Load, NameOfReturnValue) {
         DestroyDecl(decl);
         delete source;
     }
+    EXPECT_EQ(LoadPOUHeader(header_, AddPou(u"2nd", LQ_KIND_FUNCTION), 0), 1);
+    EXPECT_EQ(Header(), Lines{u"5 2nd : 1 REAL"});
     project_.Asked();
     project_.notesNew = true;
     for (LQPOUHDECL* decl : {GetRetDecl(u"F", u"INT"), GetEnDecl(), GetEnoDecl()}) {
@@ -454,10 +458,10 @@ TEST_F(Load, Tasks) {
     }
     AddPou(u"Main", LQ_KIND_PROGRAM);
     AddPou(u"Aux", LQ_KIND_PROGRAM);
-    for (const char16_t* pou : {u"Main", u"Missing", u"Aux"}) {
+    for (const char16_t* pou : {u"Main", u"Missing", u"Aux", u"Only"}) {
         lq::host::ProgramInstance instance;
         instance.typeName = pou;
-        instance.parent = ids[0];
+        instance.parent = ids[pou == Text(u"Only") ? 3 : 0];
         project_.AddProgramInstance(instance);
     }
     TASK_TYP* task = CreateTask();
@@ -510,6 +514,7 @@ TEST_F(Load, Tasks) {
     project_.instead[resources[0].GetNumber()] = nullptr;
     EXPECT_EQ(list(), Lines{u"Idle"});
     EXPECT_EQ(LoadTask(task, u"Idle"), 1) << "behind a collection that is not there";
+    EXPECT_EQ(Names(ListOf(task->pous)), Lines{u"Only"});
     project_.hasPools = false;
     EXPECT_EQ(list(), Lines{});
     EXPECT_EQ(LoadTask(task, u"Fast"), 0);

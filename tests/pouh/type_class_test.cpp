@@ -48,11 +48,13 @@ TEST_F(TypeClassTest, Rejected) {
     // clang-format off
     const char16_t* const cases[] = {
         u"", u"Unknown", u"Main", u"int", u"INT INT", u"INT (1..10)", u"INT (-1 .. 10)",
-        u"UDINT(1..10)", u"BOOL (1..2)", u"BOOL;", u"Motor x", u"Point x", u"Two words", u"TRUE",
+        u"UDINT(1..10)", u"BOOL (1..2)", u"BOOL;", u"Motor x", u"Point x",
+        u"Two words", u" Point", u"TRUE",
         u"OF", u"5", u"(INT)", u"STRING(", u"STRING(20) x", u"STRING 20", u"ARRAY",
         u"ARRAY 1..10 OF INT", u"ARRAY [] OF INT", u"ARRAY [1] OF INT", u"ARRAY [1..] OF INT",
         u"ARRAY [..10] OF INT", u"ARRAY [1..10,] OF INT", u"ARRAY [1..10 OF INT",
-        u"ARRAY (1..10) OF INT", u"ARRAY [--1..10] OF INT", u"ARRAY [1..16#A] OF INT",
+        u"ARRAY (1..10) OF INT",
+        u"ARRAY (1..10] OF INT", u"ARRAY [--1..10] OF INT", u"ARRAY [1..16#A] OF INT",
         u"ARRAY [a..b] OF INT", u"ARRAY [1..10] INT", u"ARRAY [1..10] OF",
         u"ARRAY [1..10] OF INT x", u"ARRAY [1..10] OF ANY", u"ARRAY [1..10] OF ANY_SIMPLE",
         u"ARRAY [1..10] OF Motor", u"ARRAY [1..10] OF STRING(x)",
