@@ -19,11 +19,11 @@ DeclText ArrayDecl(char16_t letter) {
             u"['a']",      u"%QW10000000000000000000000000000000000000"};
 }
 
-// 1 as AppendCmp.
+// The lines that were entered, or -1.
 int Append(CgTab& tables, Header& header, uint16_t attr = 0) {
     POU_LIST list;
     CgTab::POS_DSC range;
-    return CgTabAccess::AppendCmp(tables, header.Get(), attr, &list, range, 1);
+    return CgTabAccess::AppendCmp(tables, header.Get(), attr, &list, range, 1) ? range.lines : -1;
 }
 
 int32_t InsertConstant(CgTab& tables, char16_t letter) {
@@ -88,8 +88,19 @@ TEST(TablesMemory, EveryJobIsWholeOrFails) {
                    {DS_VAR, Name(u'y'), DT_STRUCTURE, Name(u't')},
                    {DS_VAR, u"m", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"},
                    {DS_VAR, u"i", DT_ELEMENTARY, u"INT", u"7"}});
-    const auto insertGlobal = [&](CgTab& t) { return t.Insert(global.get()); };
-    const auto insertUnit = [&](CgTab& t) { return Append(t, header, 0x84) - 1; };
+    // The position, or 1000000 for one without its address.
+    const auto insertGlobal = [&](CgTab& t) {
+        CgTab::GLB_LINE line;
+        CgTab::ADR_LINE address;
+        const int32_t pos = t.Insert(global.get());
+        int32_t at = pos;
+        return pos < 0 || !t.Read(at, line, 0, nullptr) ||
+                       !t.Read(at = line.adrLine, address, 0, nullptr)
+                   ? -1
+               : *address.text ? pos
+                               : 1000000;
+    };
+    const auto insertUnit = [&](CgTab& t) { return Append(t, header, 0x84); };
     const auto insertJump = [](CgTab& t) {
         return t.Insert(Name(u'd').c_str(), CgTab::LBL_INFO{0});
     };
@@ -210,7 +221,7 @@ TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
               return CgTabAccess::InsertArray(t, {&info, 0});
           }},
          {"array of a global", withTwo, [&](CgTab& t) { return t.Insert(global.get()); }},
-         {"array of a component", withTwo, [&](CgTab& t) { return Append(t, header) - 1; }},
+         {"array of a component", withTwo, [&](CgTab& t) { return Append(t, header); }},
          {"array read", withTwo, readArray},
          {"long label", withTwo,
           [](CgTab& t) { return t.Insert(std::u16string(250, u'n').c_str(), CgTab::LBL_INFO{0}); }},
@@ -258,13 +269,14 @@ TEST(TablesMemory, ASetThatWasNotMadeRefusesEverything) {
     MEMSTREAM_A stream;
     ArrInfo info;
     int32_t pos = 0;
-    for (const int32_t result : {tables.Insert(u"x"), tables.Insert(CgTab::DBG_INFO{nullptr, 0}),
-                                 tables.Insert(decl.get()), tables.Look(CgTab::TAB_DMM, "x", 1),
-                                 CgTabAccess::InsertArray(tables, {&info, 0})}) {
+    for (const int32_t result :
+         {tables.Insert(u"x"), tables.Insert(CgTab::DBG_INFO{nullptr, 0}),
+          tables.Insert(decl.get()), tables.Look(CgTab::TAB_DMM, "x", 1),
+          CgTabAccess::InsertArray(tables, {&info, 0}), Append(tables, header)}) {
         EXPECT_EQ(result, -1);
     }
     const auto id = CgTab::TAB_DMM;
-    EXPECT_EQ(Append(tables, header) + CgTabAccess::LengthOf(tables, id), 0);
+    EXPECT_EQ(CgTabAccess::LengthOf(tables, id), 0);
     EXPECT_EQ(tables.Read(pos, line, 0, nullptr) + tables.Write(id, "x") + tables.End(id), 0);
     EXPECT_EQ(tables.Save(stream) + tables.Put(id, stream) + tables.PutUsr(id, stream), 0);
     EXPECT_EQ(tables.SetPos(id, 0) + tables.Clear(id) + tables.IsTableEmpty(), 0);

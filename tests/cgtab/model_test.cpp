@@ -275,6 +275,10 @@ class Twin {
         CgTab::GLB_LINE line;
         const int32_t known = Find(CgTab::TAB_GLB, ByteName(name), 0, kMaxCount);
         EXPECT_EQ(set_->Look(name.size() > 255 ? nullptr : name.c_str(), &line, 1), known);
+        if (known >= 0) {
+            EXPECT_EQ(set_->End(CgTab::TAB_GLB),
+                      known == PosOf(CgTab::TAB_GLB, lines_[CgTab::TAB_GLB].size() - 1));
+        }
         int32_t expected = -1;
         if (name.size() < 66 && scope != DS_VAR) {
             const int32_t address = EnterAddress(Address(LOC_OUTPUT, SIZE_WORD, nullptr), u"0");
