@@ -23,7 +23,7 @@ template <typename Base>
 class Odd : public Base {
   public:
     explicit Odd(int32_t kind, LQOBJECT* header = nullptr, LQSELECTION* members = nullptr)
-        : kind_(kind), header_(header), members_(members) {}
+        : header_(header), kind_(kind), members_(members) {}
 
     const char16_t* GetName() const override { return header_ ? u"odd" : u"part"; }
     const char16_t* GetType() const override { return u"INT"; }
@@ -33,13 +33,19 @@ class Odd : public Base {
     int32_t GetKind() const override { return kind_; }
     int32_t QueryValue(int32_t query) const override { return query == 32 ? 4711 : -1; }
     LQSELECTION* GetSelection() override { return members_; }
-    virtual LQOBJECT* GetHeader() { return header_; }
-    virtual int GetEnoFlag() const { return header_ ? 0 : 1; }
+
+  protected:
+    LQOBJECT* header_;
 
   private:
     int32_t kind_;
-    LQOBJECT* header_;
     LQSELECTION* members_;
+};
+
+struct OddPou final : Odd<LQPOU> {
+    using Odd::Odd;
+    LQOBJECT* GetHeader() override { return header_; }
+    int GetEnoFlag() const override { return header_ ? 0 : 1; }
 };
 
 struct Members : LQSELECTION {
@@ -241,7 +247,7 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
     // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.kind);
-        Odd<LQPOU> odd(c.kind, c.header);
+        OddPou odd(c.kind, c.header);
         project_.instead[kUnknown.GetNumber()] = &odd;
         EXPECT_EQ(LoadPOUHeader(header_, kUnknown, 0), c.result);
         EXPECT_EQ(Info(), c.info);
@@ -251,7 +257,7 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
         DestroyPOUHDeclList(list);
     }
     POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
-    Odd<LQPOU> block(LQ_KIND_FUNCTION_BLOCK);
+    OddPou block(LQ_KIND_FUNCTION_BLOCK);
     EXPECT_EQ(LoadInterface(list, &block) + LoadInterface(nullptr, &block), 0);
     EXPECT_EQ(LoadInterface(list, nullptr), 0);
     DestroyPOUHDeclList(list);
