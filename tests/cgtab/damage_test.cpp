@@ -1,134 +1,66 @@
 // Images that were damaged: every answer is a failure or other content, never a crash, an
 // over-read, an endless loop or an allocation larger than what is there.
-#include <iterator>
 #include <set>
 
+#include "fuzz/targets.h"
 #include "tests/cgtab/tables_util.h"
 #include "tests/support/test_allocator.h"
 
 namespace lq::test {
 namespace {
 
-constexpr uint32_t kUserArea = 2;
 constexpr size_t kIndexSize = 10001 * sizeof(void*);  // the buckets of an index
 
 using Image = std::vector<unsigned char>;
 
-// Whatever a set says, it says in bounded time.
-void UseEverything(CgTab& tables) {
-    const auto readAll = [&tables](auto line, CgTab::TAB_ID id) {
-        char usr[kUserArea];
-        const int32_t length = CgTabAccess::LengthOf(tables, id);
-        int32_t lines = 0;
-        for (int32_t pos = 0; pos < length && tables.Read(pos, line, lines % 2, usr); ++lines) {
-            ASSERT_LE(lines, length);
-            char16_t name[4];
-            CgTabAccess::WholeName(tables, id, pos, name, std::size(name));
-        }
-        tables.SetPos(id, 0);
-        while (tables.Read(line, 0, nullptr)) {
-        }
-        tables.Look(id, "ab", 1);
-    };
-    readAll(CgTab::DBG_INFO(), CgTab::TAB_DBG);
-    readAll(CgTab::POU_LINE(), CgTab::TAB_POU);
-    readAll(CgTab::CMP_LINE(), CgTab::TAB_CMP);
-    readAll(CgTab::GLB_LINE(), CgTab::TAB_GLB);
-    readAll(CgTab::ADR_LINE(), CgTab::TAB_ADR);
-    readAll(CgTab::CstLine(), CgTab::TAB_CST);
-    readAll(CgTab::LBL_LINE(), CgTab::TAB_LBL);
-    readAll(CgTab::TMP_LINE(), CgTab::TAB_TMP);
-    readAll(CgTab::DMM_LINE(), CgTab::TAB_DMM);
-    ArrInfo info;
-    CgTab::ArrDsc array = {&info, 0};
-    for (int32_t pos = 0; CgTabAccess::ReadArray(tables, pos, array);) {
-        info.Clear(ArrInfo::CLEAR_BEGIN);
-    }
-    CgTab::POU_LINE unit;
-    CgTab::CMP_LINE component;
-    CgTab::GLB_LINE global;
-    tables.Look(u"x", &unit, 1);
-    tables.Look(CgTab::kWholeTable, u"x", &component, 1);
-    tables.Look(u"x", &global, 1);
-    const unsigned char byte = 7;
-    tables.Look(CgTab::DBG_INFO{&byte, 1}, nullptr);
-    char16_t zero[] = u"0";
-    tables.Insert(Address(LOC_OUTPUT, SIZE_WORD, zero));
-    Lit lit;
-    lit.SetText(u"x");
-    tables.Insert(lit);
-    tables.Insert(u"x", CgTab::kLabelDefinition);
-    tables.ResetJumps(0);
-    tables.Insert(u"x", IEC_INT, {}, 1);
-    tables.Insert(u"x");
-    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-        MEMSTREAM_A areas;
-        tables.PutUsr(static_cast<CgTab::TAB_ID>(id), areas);
-    }
-    Saved(tables);
-}
-
+// The fuzz target reads, searches, adds to and saves what the image gave, and checks that an image
+// that is restored is saved as it was.
 void Try(const Image& image) {
-    MEMSTREAM_A stream;
-    Fill(stream, image);
-    auto tables = NewTables(kUserArea);
     ResetLargestAllocation();
-    tables->Restore(stream);
-    UseEverything(*tables);
+    fuzz::Image(image.data(), image.size());
     // The streams of the test double their buffers.
     EXPECT_LE(LargestAllocation(), std::max(kIndexSize, 4 * image.size() + 8192));
 }
 
-// One set a table, so that each damage is seen from close by, and one of all.
+// One set a table, with those that its lines refer to, so that each damage is seen from close by.
 std::vector<Image> Seeds() {
     std::vector<Image> seeds;
-    const auto add = [&seeds](auto fill) {
-        auto tables = NewTables(kUserArea);
-        fill(*tables);
-        seeds.push_back(Saved(*tables));
-    };
-    const auto global = [](CgTab& t, uint32_t kind, const char16_t* type) {
-        t.Insert(NewDecl({DS_VAR_GLOBAL, u"x", kind, type, u"", u"%QW0"}).get());
-    };
-    add([](CgTab&) {});
-    add([](CgTab& t) {
-        const unsigned char byte = 7;
-        t.Insert(CgTab::DBG_INFO{&byte, 1});
-    });
-    add([&](CgTab& t) { global(t, DT_ELEMENTARY, u"INT"); });
-    add([&](CgTab& t) { global(t, DT_STRING, u"STRING(5)"); });
-    add([&](CgTab& t) { global(t, DT_ARRAY, u"ARRAY [-1..300] OF STRING(2)"); });
-    add([](CgTab& t) {
-        Lit lit;
-        lit.SetText(u"x");
-        Time time(1, 2.0, 1);
-        lit.val.Set(uint16_t{TK_TIME}, time, 0);
-        t.Insert(lit);
-    });
-    add([](CgTab& t) {
-        t.Insert(u"x", CgTab::LBL_INFO{0});
-        t.Insert(u"x");
-    });
-    add([](CgTab& t) {
-        CgTab::TYP_DSC dsc = {};
-        t.Insert(u"x", IEC_STRING, dsc, 1);
-    });
-    add([&](CgTab& t) {
-        global(t, DT_ELEMENTARY, u"INT");
+    for (int seed = 0; seed < CgTab::TAB_COUNT; ++seed) {
+        auto tables = NewTables(4);
+        const auto global = [&tables](const char16_t* name, uint32_t kind, const char16_t* type) {
+            tables->Insert(NewDecl({DS_VAR_GLOBAL, name, kind, type, u"", u"%QW0"}).get());
+        };
+        global(u"x", DT_ELEMENTARY, u"INT");
+        global(u"s", DT_STRING, u"STRING(5)");
+        global(u"a", DT_ARRAY, u"ARRAY [-1..300] OF STRING(2)");
         Header header({{DS_VAR_EXTERNAL, u"x", DT_ELEMENTARY, u"INT"},
                        {DS_VAR, u"y", DT_ARRAY, u"ARRAY [0..1] OF INT"}});
         POU_LIST list;
         CgTab::POS_DSC range;
-        CgTabAccess::AppendCmp(t, header.Get(), 0, &list, range, 1);
-    });
-    add([](CgTab& t) {
-        Image unit = {25, 0, 0, 0, 1, 'x', 0};
-        unit.resize(29);
+        CgTabAccess::AppendCmp(*tables, header.Get(), 0, &list, range, 1);
+        Lit lit;
+        lit.SetText(u"x");
+        Time time(1, 2.0, 1);
+        lit.val.Set(uint16_t{TK_TIME}, time, 0);
+        tables->Insert(lit);
+        tables->Insert(u"x", CgTab::LBL_INFO{0});
+        tables->Insert(u"x", IEC_STRING, {}, 1);
+        tables->Insert(std::u16string(70, u'n').c_str());
+        Image lines = {2, 0, 0, 0, 1, 7, 27, 0, 0, 0, 1, 'x', 0};  // no user area in table 0
+        lines.resize(6 + 31);
         MEMSTREAM_A stream;
-        Fill(stream, unit);
-        t.Get(CgTab::TAB_POU, stream, 29);
-        t.Insert(std::u16string(70, u'n').c_str());
-    });
+        Fill(stream, lines);
+        tables->Get(CgTab::TAB_DBG, stream, 6);
+        tables->Get(CgTab::TAB_POU, stream, 31);
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            const bool isLinked = (id == CgTab::TAB_GLB && seed == CgTab::TAB_CMP) ||
+                                  (id == CgTab::TAB_ARR && seed <= CgTab::TAB_GLB);
+            if (id != seed && !isLinked) {
+                tables->Clear(static_cast<CgTab::TAB_ID>(id));
+            }
+        }
+        seeds.push_back(Saved(*tables));
+    }
     return seeds;
 }
 

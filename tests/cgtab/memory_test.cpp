@@ -1,6 +1,7 @@
 // Jobs of a table set with every allocation failing in turn, and with memory back on the same set.
 #include "tests/cgtab/tables_util.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/test_allocator.h"
 
 namespace lq::test {
 namespace {
@@ -18,141 +19,133 @@ DeclText ArrayDecl(char16_t letter) {
             u"['a']",      u"%QW10000000000000000000000000000000000000"};
 }
 
-// A set with lines in tables 3 to 9, and one in table 2 that refers to table 3.
-Tables Filled() {
-    Tables tables = NewTables(4);
-    for (char16_t letter = u'a'; letter < u'f'; ++letter) {
-        tables->Insert(NewDecl(ArrayDecl(letter)).get());
-        tables->Insert(Name(letter).c_str(), CgTab::kLabelDefinition);
-        tables->Insert(Name(letter).c_str());
-        Lit lit;
-        lit.SetText(Name(letter).c_str());
-        tables->Insert(lit);
-    }
-    Header header({{DS_VAR_EXTERNAL, Name(u'c'), DT_ELEMENTARY, u"INT"},
-                   {DS_VAR, Name(u'x'), DT_ELEMENTARY, u"INT", u"7"}});
+// The lines that were entered, or -1.
+int Append(CgTab& tables, Header& header, uint16_t attr = 0) {
     POU_LIST list;
     CgTab::POS_DSC range;
-    CgTabAccess::AppendCmp(*tables, header.Get(), 4, &list, range, 1);
-    return tables;
+    return CgTabAccess::AppendCmp(tables, header.Get(), attr, &list, range, 1) ? range.lines : -1;
 }
 
-// The same without indexes.
-Tables Restored() {
-    Tables tables = NewTables(4);
-    MEMSTREAM_A stream;
-    Fill(stream, Saved(*Filled()));
-    EXPECT_EQ(tables->Restore(stream), 1);
-    return tables;
-}
-
-// A job on a set that `make` makes: `run` gives a position, or a number below 0 for a failure.
-MemoryJob On(const char* name, Tables (*make)(), std::function<int32_t(CgTab&)> run) {
-    return {name, [make, run]() -> Attempt {
-                const std::shared_ptr<CgTab> tables = make();
-                const auto goesOn = std::make_shared<bool>(false);
-                return [=] {
-                    EXPECT_TRUE(!std::exchange(*goesOn, true) || CgTabAccess::Check(*tables));
-                    const int32_t pos = run(*tables);
-                    return pos < 0 ? kShort : std::to_string(pos);
-                };
-            }};
+int32_t InsertConstant(CgTab& tables, char16_t letter) {
+    Lit lit;
+    lit.SetText(Name(letter).c_str());
+    return lit.text ? tables.Insert(lit) : -1;
 }
 
 Tables Empty() {
     return NewTables(4);
 }
 
-// The position, followed by what the record says.
-template <typename Line>
-int32_t LookUp(CgTab& tables, char16_t letter, uint32_t scope) {
-    Line line = {};
-    const std::u16string name = Name(letter);
-    int32_t pos;
-    if constexpr (std::is_same_v<Line, CgTab::CMP_LINE>) {
-        pos = tables.Look(CgTab::kWholeTable, name.c_str(), &line, 0);
-    } else {
-        pos = tables.Look(name.c_str(), &line, 0);
+// A set with lines in tables 3 to 9, and one in table 2 that refers to table 3.
+Tables Filled() {
+    Tables tables = Empty();
+    for (char16_t letter = u'a'; letter < u'f'; ++letter) {
+        tables->Insert(NewDecl(ArrayDecl(letter)).get());
+        tables->Insert(Name(letter).c_str(), CgTab::kLabelDefinition);
+        tables->Insert(Name(letter).c_str());
+        InsertConstant(*tables, letter);
     }
-    return pos < 0 || line.scope == scope ? pos : 1000000 + static_cast<int32_t>(line.scope);
+    Header header({{DS_VAR_EXTERNAL, Name(u'c'), DT_ELEMENTARY, u"INT"},
+                   {DS_VAR, Name(u'x'), DT_ELEMENTARY, u"INT", u"7"}});
+    Append(*tables, header, 4);
+    return tables;
+}
+
+// The same without indexes.
+Tables Restored() {
+    Tables tables = Empty();
+    MEMSTREAM_A stream;
+    Fill(stream, Saved(*Filled()));
+    EXPECT_EQ(tables->Restore(stream), 1);
+    return tables;
+}
+
+// Jobs on a set that `make` makes: each gives a position, or a number below 0 for a failure.
+struct SetJob {
+    const char* name;
+    Tables (*make)();
+    std::function<int32_t(CgTab&)> run;
+};
+
+void RunAll(const std::vector<SetJob>& jobs) {
+    for (const SetJob& job : jobs) {
+        RunWithFailures({job.name, [&job]() -> Attempt {
+                             const std::shared_ptr<CgTab> tables = job.make();
+                             const auto goesOn = std::make_shared<bool>(false);
+                             return [=, &job] {
+                                 EXPECT_TRUE(!std::exchange(*goesOn, true) ||
+                                             CgTabAccess::Check(*tables));
+                                 const int32_t pos = job.run(*tables);
+                                 return pos < 0 ? kShort : std::to_string(pos);
+                             };
+                         }});
+    }
 }
 
 TEST(TablesMemory, EveryJobIsWholeOrFails) {
-    const auto insertJump = [](CgTab& tables) {
-        return tables.Insert(Name(u'd').c_str(), CgTab::LBL_INFO{0});
-    };
     const DeclPtr global = NewDecl(ArrayDecl(u'n'));
-    const auto insertGlobal = [&global](CgTab& tables) { return tables.Insert(global.get()); };
     Header header({{DS_VAR, u"s", DT_STRUCTURE, u"Motor", u"a := 1"},
                    {DS_VAR, Name(u'y'), DT_STRUCTURE, Name(u't')},
                    {DS_VAR, u"m", DT_ARRAY, u"ARRAY [1..2] OF STRUCTURE"},
                    {DS_VAR, u"i", DT_ELEMENTARY, u"INT", u"7"}});
-    const auto insertUnit = [&header](CgTab& tables) {
-        POU_LIST list;
-        CgTab::POS_DSC range;
-        return CgTabAccess::AppendCmp(tables, header.Get(), 0x84, &list, range, 1) ? range.lines
-                                                                                   : -1;
+    // The position, or 1000000 for one without its address.
+    const auto insertGlobal = [&](CgTab& t) {
+        CgTab::GLB_LINE line;
+        CgTab::ADR_LINE address;
+        const int32_t pos = t.Insert(global.get());
+        int32_t at = pos;
+        return pos < 0 || !t.Read(at, line, 0, nullptr) ||
+                       !t.Read(at = line.adrLine, address, 0, nullptr)
+                   ? -1
+               : *address.text ? pos
+                               : 1000000;
     };
-    const auto insertConstant = [](CgTab& tables) {
-        Lit lit;
-        lit.SetText(Name(u'd').c_str());
-        return lit.text ? tables.Insert(lit) : -1;
+    const auto insertUnit = [&](CgTab& t) { return Append(t, header, 0x84); };
+    const auto insertJump = [](CgTab& t) {
+        return t.Insert(Name(u'd').c_str(), CgTab::LBL_INFO{0});
     };
-    const auto insertAddress = [](CgTab& tables) {
-        char16_t text[] = u"10000000000000000000000000000000000000";
-        return tables.Insert(Address(LOC_OUTPUT, SIZE_WORD, text));
-    };
-    const auto insertTemporary = [](CgTab& tables) {
+    const auto insertTemporary = [](CgTab& t) {
         ArrInfo info;
         info.elemType = IEC_INT;
         ANY_INT_32 extent[2] = {{0, 1}, {0, 3}};
-        CgTab::TYP_DSC dsc = {.arr = {&info, 0}};
-        return info.AppendExt(&extent, 1) ? tables.Insert(u"t", IEC_ARRAY, dsc, 7) : -1;
+        return info.AppendExt(&extent, 1) ? t.Insert(u"t", IEC_ARRAY, {.arr = {&info, 0}}, 7) : -1;
     };
-    const auto readName = [](CgTab& tables) {
+    const auto readName = [](CgTab& t) {
         CgTab::CstLine line;
-        int32_t pos = 0;
-        while (tables.Read(pos, line, 0, nullptr)) {
+        for (int32_t pos = 0; t.Read(pos, line, 0, nullptr);) {
             if (line.text == Name(u'd')) {
                 return pos;
             }
         }
         return -1;
     };
-    const auto resetJumps = [](CgTab& tables) { return tables.ResetJumps(0) - 1; };
-    const auto lookGlobal = [](CgTab& tables) {
-        return LookUp<CgTab::GLB_LINE>(tables, u'd', DS_VAR_GLOBAL);
+    // The position, or what the record says wrongly.
+    const auto lookGlobal = [](CgTab& t) {
+        CgTab::GLB_LINE line = {};
+        const int32_t pos = t.Look(Name(u'd').c_str(), &line, 0);
+        return pos < 0 || line.scope == DS_VAR_GLOBAL ? pos : 1000000;
     };
-    const auto lookExternal = [](CgTab& tables) {
-        return LookUp<CgTab::CMP_LINE>(tables, u'c', DS_VAR_EXTERNAL);
+    const auto lookExternal = [](CgTab& t) {
+        CgTab::CMP_LINE line = {};
+        const int32_t pos = t.Look(CgTab::kWholeTable, Name(u'c').c_str(), &line, 0);
+        return pos < 0 || line.scope == DS_VAR_EXTERNAL ? pos : 1000000;
     };
-    const MemoryJob jobs[] = {
-        On("global", Empty, insertGlobal),
-        On("global, index to be built", Restored, insertGlobal),
-        On("unit", Empty, insertUnit),
-        On("unit, indexes to be built", Restored, insertUnit),
-        On("jump", Empty, insertJump),
-        On("jump, index to be built", Restored, insertJump),
-        On("constant, index to be built", Restored, insertConstant),
-        On("address, index to be built", Restored, insertAddress),
-        On("temporary", Empty, insertTemporary),
-        On("long text", Restored, readName),
-        On("jumps reset", Restored, resetJumps),
-        On("global looked up", Restored, lookGlobal),
-        On("component looked up", Restored, lookExternal),
-    };
-    for (const MemoryJob& job : jobs) {
-        RunWithFailures(job);
-    }
-}
-
-// 255 dimensions: two lines fit a block, a third crosses its end.
-std::u16string LongArrayType() {
-    std::u16string type = u"ARRAY [-70000..-70000";
-    for (int i = 1; i < 255; ++i) {
-        type += u", -70000..-70000";
-    }
-    return type + u"] OF INT";
+    char16_t number[] = u"10000000000000000000000000000000000000";
+    const Address address(LOC_OUTPUT, SIZE_WORD, number);
+    RunAll({{"global", Empty, insertGlobal},
+            {"global, index to be built", Restored, insertGlobal},
+            {"unit", Empty, insertUnit},
+            {"unit, indexes to be built", Restored, insertUnit},
+            {"jump", Empty, insertJump},
+            {"jump, index to be built", Restored, insertJump},
+            {"constant, index to be built", Restored,
+             [](CgTab& t) { return InsertConstant(t, u'd'); }},
+            {"address, index to be built", Restored, [&](CgTab& t) { return t.Insert(address); }},
+            {"temporary", Empty, insertTemporary},
+            {"long text", Restored, readName},
+            {"jumps reset", Restored, [](CgTab& t) { return t.ResetJumps(0) - 1; }},
+            {"global looked up", Restored, lookGlobal},
+            {"component looked up", Restored, lookExternal}});
 }
 
 // Entering a line that crosses the end of a block needs memory in the middle of things: the line is
@@ -167,20 +160,22 @@ TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
                  tables->Insert(
                      std::u16string(static_cast<size_t>((first - 18) / 2), u'a').c_str());
                  return [=] {
-                     const std::u16string name(119, u'b');
-                     const int32_t pos = tables->Insert(name.c_str());
+                     const int32_t pos = tables->Insert(std::u16string(119, u'b').c_str());
                      EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM),
                                first + (pos < 0 ? 0 : 256));
                      return pos < 0 ? kShort : std::to_string(pos);
                  };
              }});
     }
+    // Two lines of an array of 255 dimensions fit a block, a third crosses its end.
+    std::u16string type = u"ARRAY [-70000..-70000";
     static ArrInfo info;
     info.Clear(ArrInfo::CLEAR_END);
     info.elemType = IEC_INT;
     for (int i = 0; i < 255; ++i) {
         ANY_INT_32 extent[2] = {{1, 70000}, {0, 1}};
         info.AppendExt(&extent, 1);
+        type += i < 254 ? u", -70000..-70000" : u"] OF INT";
     }
     const auto withTwo = []() -> Tables {
         Tables tables = NewTables();
@@ -188,22 +183,13 @@ TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
         CgTabAccess::InsertArray(*tables, {&info, 0});
         return tables;
     };
-    const DeclPtr global = NewDecl({DS_VAR_GLOBAL, u"x", DT_ARRAY, LongArrayType()});
-    const auto insertGlobal = [&global](CgTab& tables) { return tables.Insert(global.get()); };
-    Header header({{DS_VAR, u"x", DT_ARRAY, LongArrayType()}});
-    const auto insertComponent = [&header](CgTab& tables) {
-        POU_LIST list;
-        CgTab::POS_DSC range;
-        return CgTabAccess::AppendCmp(tables, header.Get(), 0, &list, range, 1) - 1;
-    };
+    const DeclPtr global = NewDecl({DS_VAR_GLOBAL, u"x", DT_ARRAY, type});
+    Header header({{DS_VAR, u"x", DT_ARRAY, type}});
     const auto readArray = [](CgTab& tables) {
         ArrInfo copy;
         CgTab::ArrDsc array = {&copy, 0};
         int32_t pos = 1545;
         return CgTabAccess::ReadArray(tables, pos, array) - 1;
-    };
-    const auto insertLabel = [](CgTab& tables) {
-        return tables.Insert(std::u16string(250, u'n').c_str(), CgTab::LBL_INFO{0});
     };
     const auto getTable = [](CgTab& tables) {
         MEMSTREAM_A image;
@@ -229,55 +215,90 @@ TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
         tables->Insert(u"x");
         return tables;
     };
-    const MemoryJob jobs[] = {
-        On("array", withTwo,
-           [](CgTab& tables) {
-               return CgTabAccess::InsertArray(tables, {&info, 0});
-           }),
-        On("array of a global", withTwo, insertGlobal),
-        On("array of a component", withTwo, insertComponent),
-        On("array read", withTwo, readArray),
-        On("long label", withTwo, insertLabel),
-        On("image of a table", withTwo, getTable),
-        On("user areas", withName, putUserAreas),
-    };
-    for (const MemoryJob& job : jobs) {
-        RunWithFailures(job);
-    }
+    RunAll(
+        {{"array", withTwo,
+          [](CgTab& t) {
+              return CgTabAccess::InsertArray(t, {&info, 0});
+          }},
+         {"array of a global", withTwo, [&](CgTab& t) { return t.Insert(global.get()); }},
+         {"array of a component", withTwo, [&](CgTab& t) { return Append(t, header); }},
+         {"array read", withTwo, readArray},
+         {"long label", withTwo,
+          [](CgTab& t) { return t.Insert(std::u16string(250, u'n').c_str(), CgTab::LBL_INFO{0}); }},
+         {"image of a table", withTwo, getTable},
+         {"user areas", withName, putUserAreas}});
     info.Clear(ArrInfo::CLEAR_END);
 }
 
-std::string HexOf(MEMSTREAM_A& stream) {
-    return Hex(stream.GetData(), static_cast<size_t>(stream.GetSize()));
-}
-
 TEST(TablesMemory, ImagesAreWholeOrTheirBeginnings) {
-    const std::vector<unsigned char> image = Saved(*Filled());
-    const std::string whole = Hex(image.data(), image.size());
+    const auto hex = [](const MEMSTREAM_A& stream) {
+        return Hex(stream.GetData(), static_cast<size_t>(stream.GetSize()));
+    };
+    MEMSTREAM_A image;
+    Fill(image, Saved(*Filled()));
     RunWithFailures({"save", [&]() -> Attempt {
                          const std::shared_ptr<CgTab> tables = Filled();
-                         return [&whole, tables] {
+                         return [&hex, &image, tables] {
                              MEMSTREAM_A stream;
                              const int saved = tables->Save(stream);
-                             const std::string bytes = HexOf(stream);
-                             EXPECT_EQ(whole.substr(0, bytes.size()), bytes);
-                             return saved ? bytes : kShort;
+                             EXPECT_TRUE(hex(image).starts_with(hex(stream)));
+                             return saved ? hex(stream) : kShort;
                          };
                      }});
-    MEMSTREAM_A stream;
-    Fill(stream, image);
     RunWithFailures({"a new set, and restore", [&]() -> Attempt {
                          return [&] {
                              uint32_t sizes[CgTab::kUserTables] = {4, 4, 4, 4, 4, 4, 4, 4, 4};
                              int ok = 0;
                              CgTab tables(ok, &sizes);
-                             stream.SeekRead(0, nullptr);
+                             image.SeekRead(0, nullptr);
                              MEMSTREAM_A again;
-                             return ok && tables.Restore(stream) && tables.Save(again)
-                                        ? HexOf(again)
-                                        : kShort;
+                             return ok && tables.Restore(image) && tables.Save(again) ? hex(again)
+                                                                                      : kShort;
                          };
                      }});
+}
+
+TEST(TablesMemory, ASetThatWasNotMadeRefusesEverything) {
+    int ok = 1;
+    const FailingAllocation failing(3, false);
+    CgTab tables(ok, nullptr);
+    ASSERT_EQ(ok, 0);
+    const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT"});
+    Header header({{DS_VAR, u"x", DT_ELEMENTARY, u"INT"}});
+    CgTab::DMM_LINE line;
+    MEMSTREAM_A stream;
+    ArrInfo info;
+    int32_t pos = 0;
+    for (const int32_t result :
+         {tables.Insert(u"x"), tables.Insert(CgTab::DBG_INFO{nullptr, 0}),
+          tables.Insert(decl.get()), tables.Look(CgTab::TAB_DMM, "x", 1),
+          CgTabAccess::InsertArray(tables, {&info, 0}), Append(tables, header)}) {
+        EXPECT_EQ(result, -1);
+    }
+    const auto id = CgTab::TAB_DMM;
+    EXPECT_EQ(CgTabAccess::LengthOf(tables, id), 0);
+    EXPECT_EQ(tables.Read(pos, line, 0, nullptr) + tables.Write(id, "x") + tables.End(id), 0);
+    EXPECT_EQ(tables.Save(stream) + tables.Put(id, stream) + tables.PutUsr(id, stream), 0);
+    EXPECT_EQ(tables.SetPos(id, 0) + tables.Clear(id) + tables.IsTableEmpty(), 0);
+}
+
+// A scanner that could not be bound is no reason to take a declaration without its value.
+TEST(TablesMemory, NoDeclarationIsEnteredHalfRead) {
+    const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, u"x", DT_ELEMENTARY, u"INT", u"-5"});
+    for (int64_t nth = 1; nth < 60; ++nth) {
+        CgTab_ReleaseTokenScanner();
+        int ok = 0;
+        {
+            const FailingAllocation failing(nth, false);
+            CgTab first(ok, nullptr);
+        }
+        auto tables = NewTables();
+        ASSERT_GE(tables->Insert(decl.get()), 0);
+        CgTab::CstLine constant;
+        int32_t pos = 0;
+        ASSERT_EQ(tables->Read(pos, constant, 0, nullptr), 1);
+        EXPECT_EQ(constant.val.type, VT_SINT) << nth;
+    }
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Images in streams that are cut short, or that move less than they are asked for.
 #include <fstream>
 #include <regex>
 #include <sstream>
@@ -7,47 +8,35 @@
 namespace lq::test {
 namespace {
 
-std::unique_ptr<CgTab> SampleTables(uint32_t usrLen) {
-    auto tables = NewTables(usrLen);
-    for (const char16_t* name : {u"a", u"b", u"c"}) {
-        tables->Insert(NewDecl({DS_VAR_GLOBAL, name, DT_ELEMENTARY, u"INT", u"1", u"%QW1"}).get());
-        tables->Insert(NewDecl({DS_VAR_GLOBAL, std::u16string(name) + u"arr", DT_ARRAY,
-                                u"ARRAY [1..3] OF INT"})
+constexpr uint32_t kUserArea = 8;
+
+// Lines in most tables; table 8 has more than one block of them.
+std::unique_ptr<CgTab> FilledTables() {
+    auto tables = NewTables(kUserArea);
+    for (const char16_t* name : {u"a", u"b"}) {
+        tables->Insert(NewDecl({DS_VAR_GLOBAL, std::u16string(name) + u"x", DT_ARRAY,
+                                u"ARRAY [1..3] OF INT", u"", u"%QW1"})
                            .get());
-        tables->Insert(name);
         tables->Insert(name, CgTab::LBL_INFO{0});
+    }
+    for (int i = 0; i < 40; ++i) {
+        tables->Insert((std::u16string(200, u'n') + static_cast<char16_t>(u'0' + i)).c_str());
     }
     return tables;
 }
 
-TEST(Persistence, AnEmptySetIsFortyZeroBytes) {
-    auto tables = NewTables();
-    const std::vector<unsigned char> bytes = Saved(*tables);
-    EXPECT_EQ(bytes, std::vector<unsigned char>(40, 0));
-    MEMSTREAM_A image;
-    Fill(image, bytes);
-    auto restored = NewTables();
-    EXPECT_EQ(restored->Restore(image), 1);
-    EXPECT_EQ(restored->IsTableEmpty(), 1);
-}
-
-TEST(Persistence, ARestoredSetIsTheSame) {
-    for (const uint32_t usrLen : {0u, 8u}) {
-        auto tables = SampleTables(usrLen);
-        const std::vector<unsigned char> bytes = Saved(*tables);
-        MEMSTREAM_A image;
-        Fill(image, bytes);
-        auto restored = NewTables(usrLen);
-        ASSERT_EQ(restored->Restore(image), 1);
-        EXPECT_EQ(restored->IsTableEmpty(), 0);
-        EXPECT_EQ(Saved(*restored), bytes);
-        EXPECT_EQ(restored->Look(u"BARR", static_cast<CgTab::GLB_LINE*>(nullptr), 0),
-                  tables->Look(u"barr", static_cast<CgTab::GLB_LINE*>(nullptr), 0));
-        char16_t one[] = u"1";
-        EXPECT_EQ(restored->Insert(Address(LOC_OUTPUT, SIZE_WORD, one)),
-                  tables->Insert(Address(LOC_OUTPUT, SIZE_WORD, one)));
-        EXPECT_EQ(Saved(*restored), bytes) << "nothing was appended";
+// The tables in front of a failure are whole, the one that failed is a beginning, those behind it
+// are empty. Whether nothing failed.
+bool IsBeginning(CgTab& got, CgTab& whole) {
+    bool inFront = true;
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        const std::string expected = ImageOf(whole, static_cast<CgTab::TAB_ID>(id));
+        const std::string image = ImageOf(got, static_cast<CgTab::TAB_ID>(id));
+        EXPECT_TRUE(expected.starts_with(image)) << "table " << id;
+        EXPECT_TRUE(inFront || image.empty()) << "table " << id << " behind the failure";
+        inFront = inFront && image == expected;
     }
+    return inFront;
 }
 
 // The dump in the description of images is one.
@@ -70,109 +59,153 @@ TEST(Persistence, TheDescribedImageIsRead) {
     CgTab::ADR_LINE line;
     int32_t pos = 0;
     ASSERT_EQ(tables.Read(pos, line, 0, nullptr), 1);
-    EXPECT_EQ(line.location, unsigned{LOC_OUTPUT});
-    EXPECT_EQ(line.size, unsigned{SIZE_WORD});
     EXPECT_EQ(Ascii(line.text), "0");
     EXPECT_EQ(Saved(tables), bytes);
 }
 
-TEST(Persistence, EveryImageCutShortIsRefused) {
-    auto tables = SampleTables(4);
-    const std::vector<unsigned char> bytes = Saved(*tables);
-    for (size_t size = 0; size < bytes.size(); ++size) {
+TEST(Persistence, ALengthThatIsNoneIsRefused) {
+    for (const int last : {0x7F, 0x80, 0xFF}) {
         MEMSTREAM_A image;
-        Fill(image, {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)});
-        auto restored = NewTables(4);
-        EXPECT_EQ(restored->Restore(image), 0) << size;
-        size_t before = 0;  // the tables in front of the cut are whole
-        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-            const auto table = static_cast<CgTab::TAB_ID>(id);
-            const auto length = static_cast<size_t>(CgTabAccess::LengthOf(*tables, table));
-            before += 4 + length;
-            if (before <= size) {
-                EXPECT_EQ(ImageOf(*restored, table), ImageOf(*tables, table)) << size;
-            }
-        }
+        Fill(image, {0, 0, 0, static_cast<unsigned char>(last)});
+        auto tables = NewTables();
+        EXPECT_EQ(tables->Restore(image), 0);
+        EXPECT_EQ(tables->IsTableEmpty(), 1);
     }
-    std::vector<unsigned char> huge(40, 0);
-    huge[3] = 0x80;
-    MEMSTREAM_A image;
-    Fill(image, huge);
-    EXPECT_EQ(NewTables()->Restore(image), 0);
-}
-
-// Takes `room` bytes and no more.
-class FullStream : public STREAM_A {
-  public:
-    explicit FullStream(int32_t room) : room_(room) {}
-    int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }
-    int32_t PutBlock(const void*, int32_t count, STREAMERROR*) override {
-        const int32_t taken = std::min(count, room_);
-        room_ -= taken;
-        return taken;
-    }
-
-  private:
-    int32_t room_;
-};
-
-TEST(Persistence, AStreamWithoutRoom) {
-    auto tables = SampleTables(4);
-    const auto size = static_cast<int32_t>(Saved(*tables).size());
-    const int32_t names = CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM);
-    for (int32_t room = 0; room <= size; ++room) {
-        FullStream stream(room);
-        EXPECT_EQ(tables->Save(stream), room == size ? 1 : 0) << room;
-        FullStream other(room);
-        EXPECT_EQ(tables->Put(CgTab::TAB_DMM, other), std::min(room, names)) << room;
-    }
-    FullStream stream(11);
-    EXPECT_EQ(tables->PutUsr(CgTab::TAB_DMM, stream), -1);
-    EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM), 0) << "a failure empties the table";
-}
-
-TEST(Persistence, UserAreas) {
-    auto tables = SampleTables(8);
-    int32_t pos = 0;
-    for (const char* text : {"first---", "second--", "third---"}) {
-        ASSERT_EQ(tables->Write(CgTab::TAB_DMM, pos, text), 1);
-    }
-    MEMSTREAM_A areas;
-    EXPECT_EQ(tables->PutUsr(CgTab::TAB_DMM, areas), 24);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(areas.GetData()), 24),
-              "first---second--third---");
-    auto other = SampleTables(8);
-    EXPECT_EQ(other->GetUsr(CgTab::TAB_DMM, areas), 24);
-    EXPECT_EQ(ImageOf(*other, CgTab::TAB_DMM), ImageOf(*tables, CgTab::TAB_DMM));
-
-    MEMSTREAM_A shortAreas;
-    Fill(shortAreas, std::vector<unsigned char>(20, 1));
-    EXPECT_EQ(other->GetUsr(CgTab::TAB_DMM, shortAreas), -1);
-    EXPECT_EQ(CgTabAccess::LengthOf(*other, CgTab::TAB_DMM), 0) << "a failure empties the table";
-    MEMSTREAM_A none;
-    EXPECT_EQ(other->PutUsr(CgTab::TAB_ARR, none), 0);
-    const auto outside = static_cast<CgTab::TAB_ID>(10);
-    EXPECT_EQ(other->PutUsr(outside, none), 0);
-    EXPECT_EQ(other->GetUsr(outside, none), 0);
-    EXPECT_EQ(other->Put(outside, none), 0);
-    EXPECT_EQ(other->Get(outside, none, 8), 0);
 }
 
 TEST(Persistence, TheSharedScannerComesBack) {
     auto tables = NewTables();
     CgTab_ReleaseTokenScanner();
     CgTab_ReleaseTokenScanner();
-    for (const DeclText& text : std::initializer_list<DeclText>{
-             {DS_VAR_GLOBAL, u"i", DT_ELEMENTARY, u"INT"},
-             {DS_VAR_GLOBAL, u"s", DT_STRING, u"STRING(5)"},
-             {DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"},
-             {DS_VAR_GLOBAL, u"f", DT_FB_INSTANCE, u"TON", u"", u"%QW1"}}) {
+    const DeclText array = {DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"};
+    for (const DeclText& text :
+         {DeclText{DS_VAR_GLOBAL, u"i", DT_ELEMENTARY, u"INT"},
+          DeclText{DS_VAR_GLOBAL, u"s", DT_STRING, u"STRING(5)"}, array,
+          DeclText{DS_VAR_GLOBAL, u"f", DT_FB_INSTANCE, u"TON", u"", u"%QW1"}}) {
         EXPECT_EQ(tables->Insert(NewDecl(text).get()), -1) << Ascii(text.name.c_str());
     }
     tables = NewTables();
-    EXPECT_EQ(
-        tables->Insert(NewDecl({DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"}).get()), 0)
-        << "with its keywords";
+    EXPECT_EQ(tables->Insert(NewDecl(array).get()), 0) << "with its keywords";
+}
+
+// A stream over memory whose n-th call (1: the first) moves a part of what it is asked for.
+class ShortStream : public STREAM_A {
+  public:
+    enum Shortage { HALF, NOTHING, NEGATIVE };
+
+    ShortStream(int nth, bool all, Shortage shortage)
+        : untilShort_(nth), all_(all), shortage_(shortage) {}
+
+    int32_t GetBlock(void* buffer, int32_t count, STREAMERROR* error) override {
+        return Move(count, [&](int32_t n) { return memory.GetBlock(buffer, n, error); });
+    }
+    int32_t PutBlock(const void* buffer, int32_t count, STREAMERROR* error) override {
+        return Move(count, [&](int32_t n) { return memory.PutBlock(buffer, n, error); });
+    }
+    bool WasShort() const { return wasShort_; }
+
+    MEMSTREAM_A memory;
+
+  private:
+    template <typename Operation>
+    int32_t Move(int32_t count, Operation operation) {
+        --untilShort_;
+        if (untilShort_ != 0 && !(untilShort_ < 0 && all_)) {
+            return operation(count);
+        }
+        wasShort_ = wasShort_ || count > 0;
+        return shortage_ == HALF ? operation(count / 2) : shortage_ == NOTHING ? 0 : -1;
+    }
+
+    int untilShort_;
+    bool all_;
+    Shortage shortage_;
+    bool wasShort_ = false;
+};
+
+// Runs `operation` with the first call short, then the second, until none was.
+template <typename Operation>
+void WithEachCallShort(Operation operation) {
+    for (const auto shortage : {ShortStream::HALF, ShortStream::NOTHING, ShortStream::NEGATIVE}) {
+        for (const bool all : {false, true}) {
+            bool wasShort = true;
+            for (int nth = 1; wasShort; ++nth) {
+                SCOPED_TRACE(testing::Message()
+                             << "call " << nth << ", all " << all << ", shortage " << shortage);
+                ShortStream stream(nth, all, shortage);
+                operation(stream);
+                wasShort = stream.WasShort();
+                ASSERT_LT(nth, 1000);
+            }
+            ASSERT_FALSE(testing::Test::HasFailure());
+        }
+    }
+}
+
+TEST(ShortStreams, ImagesFailBehindWholeTables) {
+    auto tables = FilledTables();
+    const auto bytes = Saved(*tables);
+    WithEachCallShort([&](ShortStream& stream) {
+        const int saved = tables->Save(stream);
+        EXPECT_EQ(saved, stream.WasShort() ? 0 : 1);
+        EXPECT_TRUE(std::equal(stream.memory.GetData(),
+                               stream.memory.GetData() + stream.memory.GetSize(), bytes.begin()))
+            << "what was written is the beginning of the image";
+        EXPECT_EQ(Saved(*tables), bytes);
+    });
+    WithEachCallShort([&](ShortStream& stream) {
+        Fill(stream.memory, bytes);
+        auto restored = NewTables(kUserArea);
+        const int complete = restored->Restore(stream);
+        EXPECT_EQ(complete, stream.WasShort() ? 0 : 1);
+        EXPECT_EQ(IsBeginning(*restored, *tables), !stream.WasShort());
+        MEMSTREAM_A image;
+        Fill(image, bytes);
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            restored->Clear(static_cast<CgTab::TAB_ID>(id));
+        }
+        EXPECT_EQ(restored->Restore(image), 1) << "the set is as good as new";
+        EXPECT_EQ(Saved(*restored), bytes);
+    });
+}
+
+TEST(ShortStreams, SingleTablesTellHowFarTheyCame) {
+    auto tables = FilledTables();
+    const std::string bytes = ImageOf(*tables, CgTab::TAB_DMM);
+    const int32_t length = CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM);
+    WithEachCallShort([&](ShortStream& stream) {
+        const int32_t put = tables->Put(CgTab::TAB_DMM, stream);
+        EXPECT_EQ(put, stream.memory.GetSize());
+        EXPECT_EQ(put == length, !stream.WasShort());
+    });
+    MEMSTREAM_A image;
+    tables->Put(CgTab::TAB_DMM, image);
+    WithEachCallShort([&](ShortStream& stream) {
+        stream.memory.PutBlock(image.GetData(), image.GetSize(), nullptr);
+        auto other = NewTables(kUserArea);
+        const int32_t got = other->Get(CgTab::TAB_DMM, stream, length);
+        EXPECT_EQ(got == length, !stream.WasShort());
+        EXPECT_EQ(got, CgTabAccess::LengthOf(*other, CgTab::TAB_DMM));
+        EXPECT_TRUE(bytes.starts_with(ImageOf(*other, CgTab::TAB_DMM)));
+    });
+}
+
+TEST(ShortStreams, UserAreasFailAndEmptyTheTable) {
+    const int32_t total = 40 * static_cast<int32_t>(kUserArea);
+    for (const bool puts : {true, false}) {
+        WithEachCallShort([&](ShortStream& stream) {
+            auto tables = FilledTables();
+            if (!puts) {
+                Fill(stream.memory, std::vector<unsigned char>(static_cast<size_t>(total), 7));
+            }
+            const int32_t moved = puts ? tables->PutUsr(CgTab::TAB_DMM, stream)
+                                       : tables->GetUsr(CgTab::TAB_DMM, stream);
+            EXPECT_EQ(moved, stream.WasShort() ? -1 : total);
+            EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM) == 0, stream.WasShort());
+            EXPECT_GT(CgTabAccess::LengthOf(*tables, CgTab::TAB_LBL), 0);
+            EXPECT_GE(tables->Insert(u"again"), 0);
+        });
+    }
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ class Header {
     Header(const Header&) = delete;
     Header& operator=(const Header&) = delete;
 
-    POU_HEADER_TYP* Get() { return header_; }
+    POU_HEADER_TYP* Get() const { return header_; }
 
   private:
     POU_HEADER_TYP* header_;

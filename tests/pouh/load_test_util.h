@@ -1,7 +1,9 @@
 // A project for the loaders' tests, and records as one line of text each.
 #pragma once
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/model/project.h"
@@ -9,11 +11,31 @@
 
 namespace lq::pouh {
 
-// A project that the model answers for as long as it lives.
+std::u16string Number(int64_t number);
+
+// A project that the model answers for as long as it lives, and that keeps what the library asks of
+// the model, in order.
 class LoadedProject : public host::Project {
   public:
-    LoadedProject() { host::SetProject(this); }
-    ~LoadedProject() { host::SetProject(nullptr); }
+    LoadedProject() {
+        host::SetProject(this);
+        current = this;
+    }
+    ~LoadedProject() {
+        current = nullptr;
+        host::SetProject(nullptr);
+    }
+
+    // What was asked since the last call: "find Main in the POUs; object Main".
+    std::u16string Asked() { return std::exchange(asked, u""); }
+
+    static LoadedProject* current;
+    std::u16string asked;
+    std::map<uint32_t, LQNAVIOBJECT*>
+        instead;  // by identifier: objects that are not as they should
+    bool hasManagers = true;
+    bool hasPools = true;
+    bool notesNew = false;  // new declarations keep nothing and note what they are given
 
     ID AddPouNamed(const char16_t* name, LQ_OBJECT_KIND kind = LQ_KIND_PROGRAM) {
         host::Pou pou;
@@ -67,12 +89,8 @@ inline constexpr host::Section kGlobal = {host::Scope::kGlobal};
 inline std::u16string Describe(const DECL_TYP* decl) {
     uint32_t scope = 0;
     GetAttrOfDecl(decl, POUH_SCOPE, &scope);
-    const auto number = [](uint32_t n) {
-        const std::string digits = std::to_string(n);
-        return std::u16string(digits.begin(), digits.end());
-    };
-    std::u16string line = number(scope) + u" " + TextOf(decl, POUH_NAME) + u" : " +
-                          number(TypeKindOf(decl)) + u" " + TypeTextOf(decl);
+    std::u16string line = Number(scope) + u" " + TextOf(decl, POUH_NAME) + u" : " +
+                          Number(TypeKindOf(decl)) + u" " + TypeTextOf(decl);
     if (*InitValueOf(decl)) {
         line += std::u16string(u" := ") + InitValueOf(decl);
     }

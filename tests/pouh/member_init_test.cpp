@@ -1,23 +1,6 @@
-#include <string>
-#include <utility>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include "lq_data/pouh.h"
-
-// The linker leads the library's calls of the model's check to AskedCheck.
-int AskedCheck(ERRHANDLER* handler, const char16_t* text)
-    asm("__wrap__Z15CheckInitSyntaxP10ERRHANDLERPKDs");
-int ModelCheck(ERRHANDLER* handler, const char16_t* text)
-    asm("__real__Z15CheckInitSyntaxP10ERRHANDLERPKDs");
-
-static std::vector<std::u16string> checkedValues;
-
-int AskedCheck(ERRHANDLER* handler, const char16_t* text) {
-    checkedValues.emplace_back(text ? text : u"");
-    return ModelCheck(handler, text);
-}
+#include "load_test_util.h"
 
 namespace {
 
@@ -25,11 +8,12 @@ std::u16string Quoted(const char16_t* text) {
     return text ? u"'" + std::u16string(text) + u"'" : u"none";
 }
 
+// Each value is checked, and stays as written, whatever the check says.
 TEST(MemberInit, EachValueIsChecked) {
-    checkedValues.clear();
+    lq::pouh::LoadedProject project;
     const DUVMemberInit_C init(u"a := [1, 2], b := 1 +, c := 3,");
-    EXPECT_EQ(checkedValues, (std::vector<std::u16string>{u"[1,2]", u"1+"}));
-    EXPECT_EQ(Quoted(init.FindNewInit(u"b")), u"'1+'") << "as written, whatever the check says";
+    EXPECT_EQ(project.Asked(), u"check [1,2]; check 1+");
+    EXPECT_EQ(Quoted(init.FindNewInit(u"b")), u"'1+'");
 }
 
 TEST(MemberInit, ValuesByMember) {
@@ -40,48 +24,31 @@ TEST(MemberInit, ValuesByMember) {
         const char16_t* text;
         const char16_t* member;
         const char16_t* value;  // quoted, or "none"
+        // clang-format off
     } const cases[] = {
-        {u"a := 1, b := 16#FF", u"a", u"'1'"},
-        {u"a := 1, b := 16#FF", u"b", u"'16#FF'"},
-        {u"a := 1, b := 16#FF", u"c", u"none"},
-        {u"a := 1", u" \ta\t ", u"'1'"},
-        {u"Alpha := 1", u"aLPHA", u"'1'"},
-        {u"Alpha := 1", u"Alph", u"none"},
-        {u"Alpha := 1", u"Alpha1", u"none"},
-        {u"a := 1", u"", u"none"},
-        {u"a := 1", u" \t ", u"none"},
-        {u"a := 1", nullptr, u"none"},
-        {u"a := 1, a := 2", u"a", u"'2'"},
-        {u"a := 1, A := 2", u"a", u"'2'"},
+        {u"a := 1, b := 16#FF", u"a", u"'1'"}, {u"a := 1, b := 16#FF", u"b", u"'16#FF'"},
+        {u"a := 1, b := 16#FF", u"c", u"none"}, {u"a := 1", u" \ta\t ", u"'1'"},
+        {u"Alpha := 1", u"aLPHA", u"'1'"}, {u"Alpha := 1", u"Alph", u"none"},
+        {u"Alpha := 1", u"Alpha1", u"none"}, {u"a := 1", u"", u"none"},
+        {u"a := 1", u" \t ", u"none"}, {u"a := 1", nullptr, u"none"},
+        {u"a := 1, a := 2", u"a", u"'2'"}, {u"a := 1, A := 2", u"a", u"'2'"},
         // Commas within a value.
-        {u"a := [1, 2, 3]", u"a", u"'[1,2,3]'"},
-        {u"a := [1, 2], b := 3", u"a", u"'[1,2]'"},
-        {u"a := [1, 2], b := 3", u"b", u"'3'"},
-        {u"a := 1,,2", u"a", u"'1,,2'"},
+        {u"a := [1, 2, 3]", u"a", u"'[1,2,3]'"}, {u"a := [1, 2], b := 3", u"a", u"'[1,2]'"},
+        {u"a := [1, 2], b := 3", u"b", u"'3'"}, {u"a := 1,,2", u"a", u"'1,,2'"},
         // An identifier behind a comma begins an assignment, even within brackets.
-        {u"a := [x, y]", u"a", u"'[x'"},
-        {u"a := -1 + 2", u"a", u"'-1+2'"},
-        {u"a := 'p q', b := T#1s", u"a", u"''p q''"},
-        {u"a := 'p q', b := T#1s", u"b", u"'T#1s'"},
+        {u"a := [x, y]", u"a", u"'[x'"}, {u"a := -1 + 2", u"a", u"'-1+2'"},
+        {u"a := 'p q', b := T#1s", u"a", u"''p q''"}, {u"a := 'p q', b := T#1s", u"b", u"'T#1s'"},
         {u"a\n:=\n1\n, b := 2", u"b", u"'2'"},
         // Ends of the text.
-        {u"a := 1,", u"a", u"none"},
-        {u"a := 1, b := 2,", u"a", u"'1'"},
-        {u"a := 1, b := 2,", u"b", u"none"},
-        {u"a := 1, b", u"a", u"'1'"},
-        {u"a := 1, b", u"b", u"none"},
-        {u"a :=", u"a", u"none"},
-        {u"a := , b := 2", u"a", u"''"},
-        {u"a", u"a", u"none"},
-        {u"a = 1", u"a", u"none"},
-        {u":= 1", u"a", u"none"},
-        {u"1, a := 1", u"a", u"none"},
-        {u"", u"a", u"none"},
-        {nullptr, u"a", u"none"},
+        {u"a := 1,", u"a", u"none"}, {u"a := 1, b := 2,", u"a", u"'1'"},
+        {u"a := 1, b := 2,", u"b", u"none"}, {u"a := 1, b", u"a", u"'1'"},
+        {u"a := 1, b", u"b", u"none"}, {u"a :=", u"a", u"none"}, {u"a := , b := 2", u"a", u"''"},
+        {u"a", u"a", u"none"}, {u"a = 1", u"a", u"none"}, {u":= 1", u"a", u"none"},
+        {u"1, a := 1", u"a", u"none"}, {u"", u"a", u"none"}, {nullptr, u"a", u"none"},
         // A token longer than the scanner's buffers.
-        {longText.c_str(), u"s", longQuoted.c_str()},
-        {longText.c_str(), u"b", u"'2'"},
+        {longText.c_str(), u"s", longQuoted.c_str()}, {longText.c_str(), u"b", u"'2'"},
     };
+    // clang-format on
     for (const auto& c : cases) {
         const DUVMemberInit_C init(c.text);
         EXPECT_EQ(Quoted(init.FindNewInit(c.member)), c.value)

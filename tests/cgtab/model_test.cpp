@@ -1,0 +1,550 @@
+// A table set beside what it must hold: lines as plain bytes, found by walking. After every step
+// the set is sound and has the bytes of the model.
+#include <random>
+#include <tuple>
+
+#include "tests/cgtab/tables_util.h"
+
+namespace lq::test {
+namespace {
+
+using Bytes = std::string;
+using Name = std::u16string;
+using TabId = CgTab::TAB_ID;
+
+constexpr int32_t kMaxCount = INT32_MAX;
+
+Bytes U16(uint32_t v) {
+    return {static_cast<char>(v), static_cast<char>(v >> 8)};
+}
+Bytes U32(int64_t v) {
+    return U16(static_cast<uint32_t>(v)) + U16(static_cast<uint32_t>(v >> 16));
+}
+Bytes Wide(const Name& text) {
+    return {reinterpret_cast<const char*>(text.data()), 2 * text.size()};
+}
+Bytes ByteName(const Name& name) {
+    return static_cast<char>(name.size()) + Wide(name);
+}
+Bytes WordName(const Name& name) {
+    return U16(static_cast<uint32_t>(name.size())) + Wide(name);
+}
+int32_t Field(const Bytes& bytes, size_t at) {
+    return static_cast<int32_t>(
+        cgtab::LoadU32(reinterpret_cast<const unsigned char*>(bytes.data()) + at));
+}
+bool Count(Bytes& extra, int by = 1) {
+    const size_t at = extra.size() - 4;
+    const bool counts = by < 0 || Field(extra, at) < kMaxCount;
+    extra.replace(at, 4, U32(counts ? Field(extra, at) + by : kMaxCount));
+    return counts;
+}
+
+struct ModelLine {
+    Bytes head;  // the key with the name
+    Name name;
+    Bytes extra;
+    Bytes usr;
+
+    Bytes All() const {
+        return U32(static_cast<int64_t>(head.size() + extra.size() + usr.size())) + head + extra +
+               usr;
+    }
+};
+
+class Twin {
+  public:
+    explicit Twin(unsigned seed) : random_(seed) {
+        for (uint32_t& size : sizes_) {
+            size = Below(4);
+        }
+        MakeSet();
+    }
+
+    void Step() {
+        switch (Below(14)) {
+            case 0: {
+                Name text = AnyOf<Name>({u"", u"0", u"1a", u"1A", Name(80, u'7')});
+                const Address address(static_cast<tagLocation>(Below(3)),
+                                      static_cast<tagSize>(Below(5)),
+                                      text.empty() && Below(2) == 0 ? nullptr : text.data());
+                return Done(CgTab::TAB_ADR, set_->Insert(address), EnterAddress(address, text));
+            }
+            case 1: {
+                const Name text = AnyName();
+                Lit lit;
+                lit.SetText(text.c_str());
+                lit.val.type = static_cast<VAL_TYPE>(Below(2) == 0 ? 255 : Below(16));
+                std::fill(std::begin(lit.val.payload), std::end(lit.val.payload), Below(256));
+                return Done(CgTab::TAB_CST, set_->Insert(lit), EnterConstant(text, lit.val));
+            }
+            case 2: {
+                const Name name = AnyName();
+                const bool defines = Below(2) == 0;
+                const auto meet = [&](Bytes& extra) {
+                    if (!defines) {
+                        Count(extra);
+                    }
+                    return !defines || std::exchange(extra[0], 1) == 0;
+                };
+                const Bytes extra = Bytes(1, defines ? 1 : 0) + U32(defines ? 0 : 1);
+                return Done(CgTab::TAB_LBL, set_->Insert(name.c_str(), CgTab::LBL_INFO{defines}),
+                            name.size() > 255
+                                ? -1
+                                : Enter(CgTab::TAB_LBL, name, ByteName(name), extra, meet));
+            }
+            case 3:
+                return Temporary();
+            case 4:
+                return OtherName(AnyName());
+            case 5: {
+                const Bytes data(AnyOf<size_t>({0, 1, 2, 255}), static_cast<char>(Below(2)));
+                const auto size = static_cast<uint8_t>(data.size());
+                const CgTab::DBG_INFO info = {reinterpret_cast<const unsigned char*>(data.data()),
+                                              size};
+                const Bytes head = static_cast<char>(size) + data;
+                EXPECT_EQ(set_->Look(info, nullptr), Find(CgTab::TAB_DBG, head, 0, kMaxCount));
+                return Done(CgTab::TAB_DBG, set_->Insert(info),
+                            Append(CgTab::TAB_DBG, {head, u"", "", ""}));
+            }
+            case 6:
+                return Global();
+            case 7:
+                return Unit();
+            case 8:
+                return ResetJumps();
+            case 9:
+            case 10:
+                return UserAreas(static_cast<TabId>(Below(9)));
+            case 11:
+            case 12:
+                return ReadOn(static_cast<TabId>(Below(9)));
+            default:
+                return Whole();
+        }
+    }
+
+    void Check() {
+        EXPECT_TRUE(CgTabAccess::Check(*set_));
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            MEMSTREAM_A stream;
+            set_->Put(static_cast<TabId>(id), stream);
+            const Bytes bytes(reinterpret_cast<const char*>(stream.GetData()),
+                              static_cast<size_t>(stream.GetSize()));
+            ASSERT_EQ(bytes, ImageOf(id)) << "table " << id;
+        }
+    }
+
+  private:
+    uint32_t Below(size_t limit) { return static_cast<uint32_t>(random_() % limit); }
+    template <typename T>
+    T AnyOf(std::initializer_list<T> values) {
+        return values.begin()[Below(values.size())];
+    }
+    // Lengths on both sides of what records, the set's buffer, the text of an index and the length
+    // fields of names take.
+    Name AnyName() {
+        const auto letter = AnyOf<char16_t>({u'a', u'A', u'b'});
+        return Name(Below(2) == 0 ? 1 : AnyOf<size_t>({32, 33, 64, 65, 66, 79, 80, 129, 255, 256}),
+                    letter);
+    }
+    Bytes AnyUsr(int id) { return Bytes(sizes_[id], static_cast<char>('x' + Below(2))); }
+    Bytes ImageOf(int id) const {
+        Bytes bytes;
+        for (const ModelLine& line : lines_[id]) {
+            bytes += line.All();
+        }
+        return bytes;
+    }
+    int32_t LengthOf(int id) const { return static_cast<int32_t>(ImageOf(id).size()); }
+    int32_t PosOf(int id, size_t index) const {
+        size_t pos = 0;
+        for (size_t i = 0; i < index; ++i) {
+            pos += lines_[id][i].All().size();
+        }
+        return static_cast<int32_t>(pos);
+    }
+    ModelLine& LineAt(int id, int32_t pos) {
+        size_t index = 0;
+        while (PosOf(id, index) != pos) {
+            ++index;
+        }
+        return lines_[id].at(index);
+    }
+
+    static Bytes Folded(int id, Bytes head) {
+        const bool folds = id == 1 || id == 2 || id == 3 || id == 4 || id == 6;
+        for (char& c : head) {
+            c = folds && c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+        }
+        return head;
+    }
+    // With an index the newest line, without one the first; -1 for none.
+    int32_t Find(int id, const Bytes& head, int32_t from, int32_t end) const {
+        int32_t found = -1;
+        for (size_t i = 0; i < lines_[id].size(); ++i) {
+            const int32_t pos = PosOf(id, i);
+            const bool isHashed = id >= 1 && id <= 6;
+            if (pos >= from && pos < end && Folded(id, lines_[id][i].head) == Folded(id, head) &&
+                (isHashed || found < 0)) {
+                found = pos;
+            }
+        }
+        return found;
+    }
+    int32_t Append(int id, ModelLine line) {
+        line.usr = Bytes(id < CgTab::kUserTables ? sizes_[id] : 0, 0);
+        lines_[id].push_back(line);
+        return PosOf(id, lines_[id].size() - 1);
+    }
+    // `meet` changes a line that is there, and tells whether that is a success.
+    template <typename Meet>
+    int32_t Enter(int id, const Name& name, const Bytes& head, const Bytes& extra, Meet meet) {
+        const int32_t pos = Find(id, head, 0, kMaxCount);
+        if (pos < 0) {
+            return Append(id, {head, name, extra, ""});
+        }
+        return meet(LineAt(id, pos).extra) ? pos : -1;
+    }
+    static bool Keep(Bytes&) { return true; }
+    int32_t EnterAddress(const Address& adr, const Name& text) {
+        const Bytes key = {static_cast<char>(adr.location), static_cast<char>(adr.size)};
+        return Enter(CgTab::TAB_ADR, text, key + WordName(text), U32(1), Keep);
+    }
+    int32_t EnterConstant(const Name& text, Val val) {
+        uint32_t size = 0;
+        const auto* payload = static_cast<const char*>(val.GetValBuf(val, size));
+        return Enter(CgTab::TAB_CST, text, static_cast<char>(val.type) + WordName(text),
+                     Bytes(payload ? payload : "", size) + U32(1), Keep);
+    }
+
+    // Where there is a line, its user area is at hand.
+    void Done(TabId id, int32_t got, int32_t expected) {
+        ASSERT_EQ(got, expected) << "table " << id;
+        if (expected >= 0 && sizes_[id] != 0 && Below(2) == 0) {
+            LineAt(id, expected).usr = AnyUsr(id);
+            EXPECT_EQ(set_->Write(id, LineAt(id, expected).usr.data()), 1);
+        }
+    }
+
+    void OtherName(const Name& name) {
+        Done(CgTab::TAB_DMM, set_->Insert(name.c_str()),
+             Enter(CgTab::TAB_DMM, name, WordName(name), U32(1),
+                   [](Bytes& extra) { return Count(extra); }));
+    }
+
+    void Temporary() {
+        const Name name = AnyName();
+        const auto type =
+            AnyOf({IEC_INT, IEC_STRING, IEC_STRUCTURE, IEC_FUNCTION_BLOCK, IEC_ARRAY, IEC_ARRAY});
+        const auto tag = static_cast<unsigned char>(Below(256));
+        ArrInfo info;
+        info.elemType = IEC_BOOL;
+        ANY_INT_32 extent[2] = {{0, 1}, {0, 9}};
+        info.AppendExt(&extent, 1);
+        CgTab::TYP_DSC dsc = {};
+        Bytes stored;
+        const bool isNew = Find(CgTab::TAB_TMP, WordName(name), 0, kMaxCount) < 0;
+        const bool isBare = type == IEC_ARRAY && Below(2) == 0;
+        if (type == IEC_ARRAY) {
+            dsc.arr = {isBare ? nullptr : &info, 0};
+            stored = U32(LengthOf(CgTab::TAB_ARR));
+            if (isNew && !isBare) {
+                Append(CgTab::TAB_ARR, {U32(IEC_BOOL), u"", "\1\1\x09\x11\1\x09" + U32(1), ""});
+            }
+        } else if (type != IEC_INT) {
+            dsc.dsc = 77;
+            stored = U32(77);
+        }
+        const Bytes extra = static_cast<char>(tag) + U32(type) + stored + U32(1);
+        const auto meet = [&](Bytes& old) {
+            if (Count(old)) {
+                old[0] = static_cast<char>(tag);
+                return true;
+            }
+            return false;
+        };
+        Done(CgTab::TAB_TMP, set_->Insert(name.c_str(), type, dsc, tag),
+             isNew && isBare ? -1 : Enter(CgTab::TAB_TMP, name, WordName(name), extra, meet));
+    }
+
+    void Global() {
+        const Name name = AnyName();
+        const auto scope = AnyOf({DS_VAR_GLOBAL, DS_VAR_GLOBAL_CONSTANT, DS_VAR_EXTERNAL, DS_VAR});
+        const Name init = AnyOf<Name>({u"", u"5", u"300"});
+        CgTab::GLB_LINE line;
+        const int32_t known = Find(CgTab::TAB_GLB, ByteName(name), 0, kMaxCount);
+        EXPECT_EQ(set_->Look(name.size() > 255 ? nullptr : name.c_str(), &line, 1), known);
+        if (known >= 0) {
+            EXPECT_EQ(set_->End(CgTab::TAB_GLB),
+                      known == PosOf(CgTab::TAB_GLB, lines_[CgTab::TAB_GLB].size() - 1));
+        }
+        int32_t expected = -1;
+        if (name.size() < 66 && scope != DS_VAR) {
+            const int32_t address = EnterAddress(Address(LOC_OUTPUT, SIZE_WORD, nullptr), u"0");
+            const int32_t constant = EnterConstant(init, Val(init.c_str(), 0));
+            expected =
+                Enter(CgTab::TAB_GLB, name, ByteName(name),
+                      U32(address) + U32(IEC_INT) + U32(constant) + U32(1) + U32(scope), Keep);
+        }
+        const DeclPtr decl = NewDecl({scope, name, DT_ELEMENTARY, u"INT", init, u"%QW0"});
+        Done(CgTab::TAB_GLB, set_->Insert(decl.get()), expected);
+    }
+
+    void Unit() {
+        const Name name = AnyName();
+        const Name external = AnyName();
+        if (name.size() > 65 || external.size() > 65) {
+            return;
+        }
+        const Header header({{DS_VAR, name, DT_ELEMENTARY, u"INT", u"5"},
+                             {DS_VAR_EXTERNAL, external, DT_ELEMENTARY, u"INT"}});
+        const bool withValues = Below(2) == 0;
+        const int sections = static_cast<int>(Below(3));
+        const int32_t global = Find(CgTab::TAB_GLB, ByteName(external), 0, kMaxCount);
+        const int32_t start = LengthOf(CgTab::TAB_CMP);
+        int32_t end = -1;
+        for (int section = 0; section < sections; ++section) {
+            const int32_t constant = withValues ? EnterConstant(u"5", Val(ANY_INT_32{0, 5})) : -1;
+            Append(CgTab::TAB_CMP,
+                   {ByteName(name), name, U32(DS_VAR) + U32(IEC_INT) + U32(constant) + U32(0), ""});
+            if (global >= 0) {
+                Append(CgTab::TAB_CMP, {ByteName(external), external,
+                                        U32(DS_VAR_EXTERNAL) + U32(global) + U32(0), ""});
+            }
+            end = section == 0 ? LengthOf(CgTab::TAB_CMP) : end;
+        }
+        POU_LIST list;
+        CgTab::POS_DSC range;
+        EXPECT_EQ(
+            CgTabAccess::AppendCmp(*set_, header.Get(), withValues ? 4 : 0, &list, range, sections),
+            global >= 0 || sections == 0);
+        EXPECT_EQ(range.start, start);
+        EXPECT_EQ(range.end, end);
+        EXPECT_EQ(range.lines, sections == 0 ? 0 : global >= 0 ? 2 : 1);
+        if (Below(2) == 0) {
+            range = {Below(2) == 0 ? 0 : start, AnyOf({kMaxCount, end, end - 1}), kMaxCount};
+        }
+        const bool counts = Below(2) == 0;
+        const int32_t found = Find(CgTab::TAB_CMP, ByteName(name), range.start, range.end);
+        if (found >= 0 && counts) {
+            Count(LineAt(CgTab::TAB_CMP, found).extra);
+        }
+        CgTab::CMP_LINE* const none = nullptr;
+        Done(CgTab::TAB_CMP, set_->Look(range, name.c_str(), none, counts ? 2 : 0), found);
+    }
+
+    void ResetJumps() {
+        const auto& lines = lines_[CgTab::TAB_LBL];
+        EXPECT_EQ(set_->ResetJumps(LengthOf(CgTab::TAB_LBL) + 1), 0);
+        EXPECT_EQ(set_->ResetJumps(-1), 0);
+        if (!lines.empty()) {
+            const int32_t pos = PosOf(CgTab::TAB_LBL, Below(lines.size()));
+            EXPECT_EQ(set_->ResetJumps(pos), 1);
+            LineAt(CgTab::TAB_LBL, pos).extra.replace(1, 4, U32(0));
+            Done(CgTab::TAB_LBL, pos, pos);
+        }
+    }
+
+    void UserAreas(TabId id) {
+        std::vector<ModelLine>& lines = lines_[id];
+        if (!lines.empty()) {
+            const size_t index = Below(lines.size());
+            int32_t pos = PosOf(id, index);
+            lines[index].usr = AnyUsr(id);
+            EXPECT_EQ(set_->Write(id, pos, lines[index].usr.data()), 1);
+            EXPECT_EQ(pos, PosOf(id, index + 1));
+        }
+        const Bytes wanted = AnyUsr(id);
+        int rewinds = 1;
+        for (size_t i = 0; sizes_[id] != 0 && i < lines.size(); ++i) {
+            if (lines[i].usr == wanted) {
+                EXPECT_EQ(set_->Look(id, wanted.data(), std::exchange(rewinds, 0)), PosOf(id, i));
+            }
+        }
+        EXPECT_EQ(set_->Look(id, wanted.data(), rewinds), -1);
+        Bytes areas;
+        for (ModelLine& line : lines) {
+            areas += line.usr;
+            line.usr = AnyUsr(id);
+        }
+        MEMSTREAM_A out, in;
+        EXPECT_EQ(set_->PutUsr(id, out), static_cast<int32_t>(areas.size()));
+        EXPECT_TRUE(std::equal(areas.begin(), areas.end(), out.GetData(),
+                               [](char a, unsigned char b) { return a == static_cast<char>(b); }));
+        for (const ModelLine& line : lines) {
+            in.PutBlock(line.usr.data(), static_cast<int32_t>(line.usr.size()), nullptr);
+        }
+        EXPECT_EQ(set_->GetUsr(id, in), static_cast<int32_t>(areas.size()));
+    }
+
+    // Reads the line at `pos` and compares it; the user area of keepAtUser is at hand then.
+    template <typename Line>
+    void ReadOne(TabId id, Line line, size_t index, int32_t pos, int keep) {
+        const ModelLine& model = lines_[id][index];
+        char usr[4] = {};
+        const bool here = pos == -1;
+        const bool withUsr = Below(2) == 0;
+        ASSERT_EQ(set_->Read(pos, line, keep, withUsr ? usr : nullptr), 1) << index;
+        EXPECT_EQ(pos, here ? -1 : PosOf(id, index + 1));
+        EXPECT_EQ(Bytes(usr, sizes_[id]), withUsr ? model.usr : Bytes(sizes_[id], 0));
+        const Bytes& extra = model.extra;
+        if constexpr (requires { line.count; }) {
+            EXPECT_EQ(line.count, static_cast<uint32_t>(
+                                      Field(extra, extra.size() - (id == CgTab::TAB_GLB ? 8 : 4))));
+        }
+        if constexpr (requires { Name(line.text); }) {
+            EXPECT_EQ(line.text, model.name);
+        } else if constexpr (requires { Name(line.name); }) {
+            const bool isCut = std::is_array_v<decltype(line.name)>;
+            EXPECT_EQ(line.name, isCut ? model.name.substr(0, 32) : model.name);
+        }
+        if constexpr (std::is_same_v<Line, CgTab::DBG_INFO>) {
+            EXPECT_EQ(static_cast<char>(line.len) + Bytes(line.data, line.data + line.len),
+                      model.head);
+        } else if constexpr (std::is_same_v<Line, CgTab::POU_LINE>) {
+            EXPECT_TRUE(std::equal(extra.begin(), extra.end(),
+                                   reinterpret_cast<const char*>(line.info.bytes)));
+        } else if constexpr (std::is_same_v<Line, CgTab::ADR_LINE>) {
+            EXPECT_EQ(line.location << 8 | line.size,
+                      static_cast<uint32_t>(model.head[0] << 8 | model.head[1]));
+        } else if constexpr (std::is_same_v<Line, CgTab::CstLine>) {
+            EXPECT_EQ(static_cast<char>(line.val.type), model.head[0]);
+            EXPECT_EQ(std::memcmp(line.val.payload, extra.data(), extra.size() - 4), 0);
+        } else if constexpr (std::is_same_v<Line, CgTab::LBL_LINE>) {
+            EXPECT_EQ(line.info, static_cast<uint32_t>(extra[0]));
+        } else if constexpr (std::is_same_v<Line, CgTab::TMP_LINE>) {
+            EXPECT_EQ(Bytes(1, static_cast<char>(line.tag)) + U32(line.type), extra.substr(0, 5));
+            if (line.type == IEC_ARRAY) {
+                EXPECT_EQ(line.dsc.arr.info->total.magnitude, 9u);
+            } else {
+                EXPECT_EQ(line.dsc.dsc, line.type == IEC_INT ? 0u : 77u);
+            }
+        } else if constexpr (requires { line.adrLine; }) {
+            const bool isExternal = id == CgTab::TAB_CMP && line.scope == DS_VAR_EXTERNAL;
+            const Bytes& own = isExternal ? LineAt(CgTab::TAB_GLB, Field(extra, 4)).extra : extra;
+            const bool isLocal = id == CgTab::TAB_CMP && !isExternal;
+            EXPECT_EQ(line.scope,
+                      static_cast<uint32_t>(Field(extra, isExternal || isLocal ? 0 : 16)));
+            EXPECT_EQ(line.adrLine, isLocal ? -1 : Field(own, 0));
+            EXPECT_EQ(line.type, IEC_INT);
+            EXPECT_EQ(line.cstLine, Field(own, 8));
+        }
+    }
+
+    template <typename Line>
+    void ReadPair(TabId id, Line line) {
+        const std::vector<ModelLine>& lines = lines_[id];
+        int32_t pos = LengthOf(id);
+        EXPECT_EQ(set_->SetPos(id, pos + 1) + set_->SetPos(id, -1), 0);
+        EXPECT_EQ(set_->SetPos(id, pos) + set_->End(id), 2);
+        EXPECT_EQ(set_->Read(pos, line, 0, nullptr), 0);
+        EXPECT_EQ(pos, 0);
+        if (lines.empty()) {
+            return;
+        }
+        size_t index = Below(lines.size());
+        char16_t whole[300] = {};  // what records cut is read aside
+        const bool isCut = id == 1 || id == 2 || id == 3 || id == 6;
+        const uint32_t room = 1 + Below(299);
+        EXPECT_EQ(CgTabAccess::WholeName(*set_, id, PosOf(id, index), whole, room), isCut);
+        EXPECT_EQ(whole, isCut ? lines[index].name.substr(0, room - 1) : u"");
+        set_->SetPos(id, 0);
+        int keep = static_cast<int>(Below(2));
+        ReadOne(id, line, index, index == 0 ? -1 : PosOf(id, index), keep);
+        if (index + 1 < lines.size()) {
+            keep = static_cast<int>(Below(2));
+            ReadOne(id, line, ++index, -1, keep);
+        }
+        // A search that fails, and may build an index, moves nothing.
+        CgTab::GLB_LINE* const none = nullptr;
+        EXPECT_EQ(set_->Look(u"none", none, 0), -1);
+        if (keep != 0 && sizes_[id] != 0 && Below(2) == 0) {
+            const Bytes wanted = AnyUsr(id);
+            while (++index < lines.size() && lines[index].usr != wanted) {
+            }
+            EXPECT_EQ(set_->Look(id, wanted.data(), 0),
+                      index < lines.size() ? PosOf(id, index) : -1);
+        } else if (keep != 0 && id == CgTab::TAB_DMM && Below(2) == 0) {
+            OtherName(Name(lines.back().name));
+        } else if (keep != 0) {
+            Done(id, PosOf(id, index), PosOf(id, index));
+        }
+    }
+
+    void ReadOn(TabId id) {
+        using Records = std::tuple<CgTab::DBG_INFO, CgTab::POU_LINE, CgTab::CMP_LINE,
+                                   CgTab::GLB_LINE, CgTab::ADR_LINE, CgTab::CstLine,
+                                   CgTab::LBL_LINE, CgTab::TMP_LINE, CgTab::DMM_LINE>;
+        [&]<int... I>(std::integer_sequence<int, I...>) {
+            ((id == I ? ReadPair(id, std::tuple_element_t<I, Records>()) : void()), ...);
+        }
+        (std::make_integer_sequence<int, CgTab::kUserTables>());
+    }
+
+    // The set is made anew from the model's image, which may have what only images bring: units,
+    // counts that are full, a label twice. Or a table is cleared.
+    void Whole() {
+        if (Below(3) == 0) {
+            const auto id = AnyOf({CgTab::TAB_DBG, CgTab::TAB_CMP, CgTab::TAB_LBL, CgTab::TAB_DMM});
+            lines_[id].clear();
+            EXPECT_EQ(set_->Clear(id), 1);
+            return;
+        }
+        const Name name = AnyName().substr(0, 255);
+        if (Find(CgTab::TAB_POU, ByteName(name), 0, kMaxCount) < 0) {
+            Append(CgTab::TAB_POU,
+                   {ByteName(name), name, Bytes(20, static_cast<char>(Below(99))), ""});
+        }
+        const auto counting =
+            AnyOf({CgTab::TAB_CMP, CgTab::TAB_LBL, CgTab::TAB_TMP, CgTab::TAB_DMM});
+        if (!lines_[counting].empty()) {
+            Bytes& extra = lines_[counting][Below(lines_[counting].size())].extra;
+            extra.replace(extra.size() - 4, 4, U32(kMaxCount));
+        }
+        if (!lines_[CgTab::TAB_LBL].empty()) {
+            Append(CgTab::TAB_LBL, lines_[CgTab::TAB_LBL][0]);
+        }
+        Bytes image;
+        int isEmpty = 1;
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            image += U32(LengthOf(id)) + ImageOf(id);
+            isEmpty = lines_[id].empty() ? isEmpty : 0;
+        }
+        MakeSet();
+        EXPECT_EQ(set_->IsTableEmpty(), 1);
+        MEMSTREAM_A stream;
+        stream.PutBlock(image.data(), static_cast<int32_t>(image.size()), nullptr);
+        EXPECT_EQ(set_->Restore(stream), 1);
+        EXPECT_EQ(set_->IsTableEmpty(), isEmpty);
+        CgTab::POU_LINE line;
+        EXPECT_EQ(set_->Look(name.c_str(), &line, 0),
+                  Find(CgTab::TAB_POU, ByteName(name), 0, kMaxCount));
+        ReadOn(CgTab::TAB_GLB);
+    }
+
+    void MakeSet() {
+        int ok = 0;
+        set_ = std::make_unique<CgTab>(ok, &sizes_);
+        ASSERT_EQ(ok, 1);
+    }
+
+    std::mt19937 random_;
+    uint32_t sizes_[CgTab::kUserTables] = {};
+    std::unique_ptr<CgTab> set_;
+    std::vector<ModelLine> lines_[CgTab::TAB_COUNT];
+};
+
+TEST(Tables, HoldWhatAModelHolds) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        Twin twin(seed);
+        for (int step = 0; step < 300 && !testing::Test::HasFailure(); ++step) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << ", step " << step);
+            twin.Step();
+            twin.Check();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace lq::test
