@@ -55,12 +55,14 @@ TEST(Tool, ImagesComeBackAsTheSameBytes) {
     image.resize(4 + 0x3C20 + 9 * 4);
     EXPECT_EQ(RunLq("show - --table names", image).status, 0);
     // Projects in UTF-16, of either order, with a mark and without.
-    for (const char* form : {"utf-16", "utf-16le", "utf-16be"}) {
-        const Outcome outcome =
-            RunShell("sed 's/UTF-8/UTF-16/' $EXAMPLES/plant/plant.xml | iconv -t " +
-                     std::string(form) + " | \"$LQ\" show - --save - >b.lqt");
-        EXPECT_EQ(outcome.err, "") << form;
-        EXPECT_EQ(ReadFile(TestFolder() + "/b.lqt"), bytes) << form;
+    for (const std::string order : {"le", "be"}) {
+        for (const std::string mark : {"", order == "le" ? "\\377\\376" : "\\376\\377"}) {
+            const Outcome outcome = RunShell(
+                "sed 's/UTF-8/UTF-16/' $EXAMPLES/plant/plant.xml | iconv -t utf-16" + order +
+                " >p; { printf '" + mark + "'; cat p; } | \"$LQ\" show - --save - >b.lqt");
+            EXPECT_EQ(outcome.err, "") << order << mark;
+            EXPECT_EQ(ReadFile(TestFolder() + "/b.lqt"), bytes) << order << mark;
+        }
     }
 }
 

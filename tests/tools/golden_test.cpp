@@ -107,7 +107,7 @@ constexpr const char* kComplaints[] = {
     "translate latin.xml", "translate - <nothing", "translate nothing", "show nothing", "scan nothing",
     "value - <nothing", "scan bad.st",
     "scan cut.st", "scan missing.st", "show folder", "report short.lqt -o page.html",
-    "report plant.xml -o folder", "show short.lqt", "show long.lqt", "show behind.lqt",
+    "report plant.xml -o folder", "show short.lqt", "show long.lqt", "show behind.lqt", "show sign.lqt",
     "show plant.xml --table nothing", "show plant.xml --table Globls",
     "show plant.xml --find Nobody >/dev/null", "show twice.xml --find C.x", "show twice.xml --find A.",
     "show twice.xml --json --find Ax >/dev/null", "translate plant.xml -o no/such/folder.lqt",
@@ -137,6 +137,7 @@ TEST(Language, ComplaintsAreInThatOfTheCodePage) {
     write("short.lqt", std::string(39, '\0'));
     write("long.lqt", "\x05" + std::string(39, '\0'));
     write("behind.lqt", std::string(41, '\0'));
+    write("sign.lqt", "<" + std::string(40, '\0'));  // it begins as XML does
     // A line of the table of names that has more characters than bytes.
     write("damaged.lqt", std::string(32, '\0') +
                              std::string("\x0A\0\0\0\x07\0\0\0\1\0a\0\1\0", 14) +

@@ -1,5 +1,6 @@
 // Documents, the model that is read of each, as the library sees it, and what is reported. The text
 // beside a document was checked against it by eye; LQ_UPDATE_GOLDEN=1 writes it anew.
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -24,14 +25,17 @@ std::string Place(uint32_t line, uint32_t column) {
 }
 
 std::string KindName(int32_t kind) {
-    return kind == LQ_KIND_PROGRAM          ? "program"
-           : kind == LQ_KIND_FUNCTION_BLOCK ? "function block"
-           : kind == LQ_KIND_FUNCTION       ? "function"
-           : kind == LQ_KIND_GVL_DECL       ? "global"
-           : kind == LQ_KIND_LOCAL_DECL     ? "local"
-           : kind == kKindHeaderDeclaration ? "header"
-           : kind == kKindProgramInstance   ? "program instance"
-                                            : "kind " + std::to_string(kind);
+    constexpr std::pair<int32_t, const char*> kNames[] = {
+        {LQ_KIND_PROGRAM, "program"},
+        {LQ_KIND_FUNCTION_BLOCK, "function block"},
+        {LQ_KIND_FUNCTION, "function"},
+        {LQ_KIND_GVL_DECL, "global"},
+        {LQ_KIND_LOCAL_DECL, "local"},
+        {kKindHeaderDeclaration, "header"},
+        {kKindProgramInstance, "program instance"},
+    };
+    const auto* name = std::ranges::find(kNames, kind, &std::pair<int32_t, const char*>::first);
+    return name != std::end(kNames) ? name->second : "kind " + std::to_string(kind);
 }
 
 // What the declaration manager answers of a declaration, a program instance or a POU:
@@ -46,20 +50,16 @@ std::string DescribeDeclaration(ID id) {
     const auto* global = dynamic_cast<const LQGVLDECL*>(view.get());
     const Declaration* record = project.GetDeclaration(id);
     return (record ? Place(record->line, record->column) : std::to_string(project.LineOf(id))) +
-           " " + KindName(view->GetKind()) +
-           Part(" ", header   ? header->GetClass()
-                     : global ? global->GetClass()
-                              : u"") +
-           Part(" ", view->GetName()) + Part(" AT ", view->GetAddress()) +
-           Part(" : ", view->GetType()) + Part(" := ", view->GetInitValue()) +
-           Part(" (* ", view->GetDeclComment(), " *)");
+           " " + KindName(view->GetKind()) + (header ? Part(" ", header->GetClass()) : "") +
+           (global ? Part(" ", global->GetClass()) : "") + Part(" ", view->GetName()) +
+           Part(" AT ", view->GetAddress()) + Part(" : ", view->GetType()) +
+           Part(" := ", view->GetInitValue()) + Part(" (* ", view->GetDeclComment(), " *)");
 }
 
 std::string Lines(const LQSELECTION& selection, const std::string& indent) {
     std::string text;
     for (int32_t i = 0; i < selection.GetCount(); ++i) {
-        const ID id = selection.GetID(i);
-        text += indent + DescribeDeclaration(id) + "\n";
+        text += indent + DescribeDeclaration(selection.GetID(i)) + "\n";
     }
     return text;
 }
@@ -67,9 +67,8 @@ std::string Lines(const LQSELECTION& selection, const std::string& indent) {
 std::string Marks(std::string_view title, const std::vector<Mark>& marks) {
     std::string text;
     for (const Mark& mark : marks) {
-        text += text.empty() ? std::string(title) : "";
-        text += " " + EncodeUtf8(mark.name) + "@" + std::to_string(mark.line) + ":" +
-                std::to_string(mark.column) + (mark.conditional ? "?" : "");
+        text += (text.empty() ? std::string(title) : "") + Part(" ", mark.name) + "@" +
+                Place(mark.line, mark.column) + (mark.conditional ? "?" : "");
     }
     return text;
 }
