@@ -100,6 +100,8 @@ TEST(Streams, GrowOnTheHeap) {
     MEMSTREAM_A bytes;
     EXPECT_EQ(bytes.PutBlock("abcde", 5, nullptr), 5);
     EXPECT_EQ(bytes.SeekRead(5, nullptr), 1);
+    bytes.Truncate(9);
+    EXPECT_EQ(bytes.GetSize(), 5);
     bytes.Truncate(3);
     EXPECT_EQ(bytes.TellRead(), 3);
     EXPECT_EQ(bytes.SeekRead(4, nullptr), 0);
