@@ -90,6 +90,11 @@ TEST(Project, HoldsWhatItHeldWhenMemoryIsShort) {
                 EXPECT_EQ(
                     LQNAVIOBJECTMAN::Get()->Get(MakeId(Sort::kPou, static_cast<uint32_t>(library))),
                     nullptr);
+                if (failing.HasFailedOnce()) {
+                    const LQNAVIOBJECT* view =
+                        LQNAVIOBJECTMAN::Get()->Get(project.NewPou(LQ_KIND_PROGRAM, u"Q"));
+                    EXPECT_TRUE(view && u16string_view(view->GetName()) == u"Q");
+                }
                 throw;
             }
             const ID list = project.NewList(project.NewConfiguration());
