@@ -1,6 +1,6 @@
 #include "host/base/check_scanner.h"
 
-#include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -9,35 +9,37 @@
 
 namespace {
 
+// The number of the keyword, or minus the token's kind.
+int Scan(Scanner& scanner, std::u16string_view text) {
+    const auto length = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.data(), length, length, nullptr);
+    scanner.AssignStream(stream, 0);
+    const Token token = scanner.GetToken();
+    scanner.ReleaseStream();
+    return token.kind == TK_KEYWORD ? token.GetCode() : -token.kind;
+}
+
 TEST(CheckScanner, KnowsTheTypeKeywords) {
-    const struct {
-        const char16_t* text;
-        int32_t kind;
-        uint16_t id;
-    } cases[] = {
-        {u"SINT", TK_KEYWORD, 6461},   {u"ULINT", TK_KEYWORD, 6468},
-        {u"BOOL", TK_KEYWORD, 6469},   {u"DATE_AND_TIME", TK_KEYWORD, 6481},
-        {u"ANY", TK_KEYWORD, 6482},    {u"ANY16", TK_KEYWORD, 6488},
-        {u"ANY32", TK_KEYWORD, 6489},  {u"ANY_SIMPLE", TK_KEYWORD, 6490},
-        {u"STRING", TK_KEYWORD, 6491}, {u"ARRAY", TK_KEYWORD, 6492},
-        {u"OF", TK_KEYWORD, 6493},     {u"STRUCT", TK_KEYWORD, 6504},
-        {u"UNION", TK_KEYWORD, 6505},  {u"TRUE", TK_IDENTIFIER, 0},
-        {u"FALSE", TK_IDENTIFIER, 0},  {u"int", TK_IDENTIFIER, 0},
-    };
+    constexpr std::u16string_view kInOrder[] = {
+        u"SINT",          u"INT",      u"DINT",    u"LINT",        u"USINT",
+        u"UINT",          u"UDINT",    u"ULINT",   u"BOOL",        u"REAL",
+        u"LREAL",         u"BYTE",     u"WORD",    u"DWORD",       u"LWORD",
+        u"TIME",          u"DATE",     u"TOD",     u"TIME_OF_DAY", u"DT",
+        u"DATE_AND_TIME", u"ANY",      u"ANY_NUM", u"ANY_REAL",    u"ANY_INT",
+        u"ANY_BIT",       u"ANY_DATE", u"ANY16",   u"ANY32",       u"ANY_SIMPLE",
+        u"STRING",        u"ARRAY",    u"OF"};
     Scanner* scanner = GetCheckScanner();
     ASSERT_NE(scanner, nullptr);
     EXPECT_EQ(scanner->ReleaseStream(), nullptr);
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(c.text)));
-        const auto length = static_cast<int32_t>(std::char_traits<char16_t>::length(c.text));
-        MEMSTREAM_W stream(c.text, length, length, nullptr);
-        scanner->AssignStream(stream, 0);
-        const Token token = scanner->GetToken();
-        EXPECT_EQ(token.kind, c.kind);
-        if (c.kind == TK_KEYWORD) {
-            EXPECT_EQ(token.GetCode(), c.id);
-        }
-        scanner->ReleaseStream();
+    int number = 6461;
+    for (const std::u16string_view word : kInOrder) {
+        EXPECT_EQ(Scan(*scanner, word), number) << testing::PrintToString(word);
+        ++number;
+    }
+    EXPECT_EQ(Scan(*scanner, u"STRUCT"), 6504);
+    EXPECT_EQ(Scan(*scanner, u"UNION"), 6505);
+    for (const std::u16string_view word : {u"TRUE", u"FALSE", u"int"}) {
+        EXPECT_EQ(Scan(*scanner, word), -TK_IDENTIFIER);
     }
     ReleaseCheckScanner();
 }
@@ -61,11 +63,8 @@ TEST(CheckScanner, IsWholeOrNull) {
         Scanner* scanner = GetCheckScanner();
         if (scanner) {
             EXPECT_EQ(scanner->RegisterKeyword(u"UNION", 1), 0);  // the last of the keywords
-            MEMSTREAM_W stream(u"INT", 3, 3, nullptr);
-            scanner->AssignStream(stream, 0);
-            const bool isKeyword = scanner->GetToken().kind == TK_KEYWORD;
+            const bool isKeyword = Scan(*scanner, u"INT") > 0;
             EXPECT_TRUE(isKeyword || !scanner->CanRead());
-            scanner->ReleaseStream();
             scanner = isKeyword ? scanner : nullptr;
         }
         ReleaseCheckScanner();

@@ -30,9 +30,9 @@ TEST(Text, HoldsAndChanges) {
     EXPECT_EQ(Text(s), u"x");
     s = static_cast<const char16_t*>(nullptr);
     EXPECT_TRUE(s.IsEmpty());
-    EXPECT_EQ(Text(s), u"");
-    EXPECT_EQ(Text(CLQString(100)), u"");
-    EXPECT_EQ(Text(CLQString(-1)), u"");
+    for (const CLQString& empty : {s, CLQString(100), CLQString(-1)}) {
+        EXPECT_EQ(Text(empty), u"");
+    }
 }
 
 // Each length crosses the buffer's growth somewhere.
@@ -63,7 +63,8 @@ TEST(Text, Formats) {
               u"-1 4294967295 -2147483648 4294967295");
     EXPECT_EQ(formatted(u"[%5d|%-5d|%05d|%.3d|%5.3d|%05d]", 42, 42, 42, 42, 42, -42),
               u"[   42|42   |00042|042|  042|-0042]");
-    EXPECT_EQ(formatted(u"%d|%.0d|%x|%08lx", 0, 0, 255u, 0xBEEFu), u"0||ff|0000beef");
+    EXPECT_EQ(formatted(u"%d|%.0d|%x|%08lx|%0-4d|", 0, 0, 255u, 0xBEEFu, 7),
+              u"0||ff|0000beef|7   |");
     EXPECT_EQ(formatted(u"%c%c", u'a', u'\u3042'), u"a\u3042");
     EXPECT_EQ(formatted(u"[%4s|%-4s|%.2s|%5.1s]", u"ab", u"ab", u"abc", u"abc"),
               u"[  ab|ab  |ab|    a]");
@@ -74,25 +75,19 @@ TEST(Text, Formats) {
 }
 
 TEST(Text, WritesDoubles) {
-    const struct {
-        double value;
-        int digits;
-        const char16_t* text;
-    } cases[] = {
-        {0.0, 16, u"0"},          {-1.5, 16, u"-1.5"},
-        {100.0, 16, u"100"},      {static_cast<double>(0.1f), 16, u"0.1000000014901161"},
-        {0.1, 16, u"0.1"},        {0.0001, 16, u"0.0001"},
-        {0.00001, 16, u"1e-05"},  {1e15, 16, u"1000000000000000"},
-        {1e16, 16, u"1e+16"},     {1e300, 16, u"1e+300"},
-        {123.456, 2, u"1.2e+02"}, {2.5, 0, u"2"},
+    const std::tuple<double, int, std::u16string> cases[] = {
+        {0.0, 16, u"0"},          {-1.5, 16, u"-1.5"},     {100.0, 16, u"100"},
+        {0.1, 16, u"0.1"},        {0.0001, 16, u"0.0001"}, {0.00001, 16, u"1e-05"},
+        {1e16, 16, u"1e+16"},     {1e300, 16, u"1e+300"},  {1e15, 16, u"1000000000000000"},
+        {123.456, 2, u"1.2e+02"}, {2.5, 0, u"2"},          {0.1, 17, u"0.10000000000000001"},
     };
     // A locale with a decimal comma, where the system has one, must not matter.
     const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
     std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
-    for (const auto& c : cases) {
+    for (const auto& [value, digits, text] : cases) {
         CLQString s(u"old");
-        s._gcvt(c.value, c.digits);
-        EXPECT_EQ(Text(s), c.text) << c.value << " with " << c.digits;
+        s._gcvt(value, digits);
+        EXPECT_EQ(Text(s), text) << value << " with " << digits;
     }
     std::setlocale(LC_NUMERIC, saved.c_str());
 }
@@ -100,8 +95,6 @@ TEST(Text, WritesDoubles) {
 TEST(Text, ReadsTheTypeNameOfAnInstance) {
     FBINST_SPEC_TYP* spec = CreateFBInstSpec();
     CLQString s(u"old");
-    s.y_GetAttrOfFBInstSpec(spec, POUH_NAME);
-    EXPECT_EQ(Text(s), u"");
     const std::u16string name(5000, u'n');
     SetAttrOfFBInstSpec(spec, POUH_NAME, name.c_str());
     s.y_GetAttrOfFBInstSpec(spec, POUH_NAME);
@@ -114,36 +107,22 @@ TEST(Text, ReadsTheTypeNameOfAnInstance) {
 // Whatever cannot be held whole is empty, and additions do not hide that.
 TEST(Text, IsEmptyAfterAFailure) {
     const std::u16string part(40, u'a');
-    const struct {
-        const char* name;
-        void (*change)(CLQString& s, const char16_t* part);
-        std::u16string whole;
-    } cases[] = {
-        {"assign", [](CLQString& s, const char16_t* a) { s = a; }, part},
-        {"add",
-         [](CLQString& s, const char16_t* a) {
-             s += a;
-             s += u'b';
-         },
-         u"x" + part + u"b"},
-        {"format", [](CLQString& s, const char16_t* a) { s.Format(u"%s%50s", a, a); },
+    using Change = void (*)(CLQString & s, const char16_t* part);
+    const std::pair<Change, std::u16string> cases[] = {
+        {[](CLQString& s, const char16_t* a) { s = a; }, part},
+        {[](CLQString& s, const char16_t* a) { (s += a) += u'b'; }, u"x" + part + u"b"},
+        {[](CLQString& s, const char16_t* a) { s.Format(u"%s%50s", a, a); },
          part + std::u16string(10, u' ') + part},
-        {"mark", [](CLQString& s, const char16_t* a) { s.x_MarkErrorString(a); },
-         u"?" + part + u"?"},
+        {[](CLQString& s, const char16_t* a) { s.x_MarkErrorString(a); }, u"?" + part + u"?"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [change, whole] : cases) {
         lq::test::FailEachAllocation([&](const lq::test::FailingAllocation& failing) {
             CLQString s(u"x");
-            if (failing.HasFailed()) {
-                EXPECT_TRUE(s.HasFailed());
-                return;
-            }
-            c.change(s, part.c_str());
+            change(s, part.c_str());
             EXPECT_EQ(s.HasFailed() != 0, failing.HasFailed());
-            EXPECT_EQ(Text(s), failing.HasFailed() ? u"" : c.whole);
+            EXPECT_EQ(Text(s), failing.HasFailed() ? u"" : whole);
             const CLQString copy(s);
-            EXPECT_EQ(Text(copy), copy.HasFailed() ? u"" : c.whole);
+            EXPECT_EQ(Text(copy), copy.HasFailed() ? u"" : whole);
         });
     }
 }
@@ -152,8 +131,7 @@ TEST(IdentifierCharacters, AreLettersDigitsAndUnderscore) {
     for (const char16_t c : std::u16string(u"azAZ09_\u00E4\u3042")) {
         EXPECT_NE(__istcsym(c), 0) << static_cast<unsigned>(c);
     }
-    const char16_t others[] = {0, u'@', u'[', u'`', u'{', u'/', u':', u' ', 0x00D7, 0xD800, 0xDC00};
-    for (const char16_t c : others) {
+    for (const char16_t c : std::u16string(u"\0@[`{/: \u00D7\xD800\xDC00", 11)) {
         EXPECT_EQ(__istcsym(c), 0) << static_cast<unsigned>(c);
     }
 }

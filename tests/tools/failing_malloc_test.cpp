@@ -133,41 +133,42 @@ TEST_P(FailingMalloc, EveryResultIsWholeOrNone) {
     EXPECT_GT(cutShort, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Commands, FailingMalloc,
-    testing::Values(
-        Job{"Help", {"--help"}}, Job{"Version", {"--version"}}, Job{"HelpOfShow", {"show", "-h"}},
-        Job{"ManPage", {"--generate", "man"}}, Job{"NoCommand", {"nonsense"}},
-        Job{"NoOption", {"show", "plant.xml", "--nonsense"}}, Job{"Types", {"types"}},
-        Job{"TypesJson", {"types", "--json"}},
-        Job{"Value", {"value", "300", "-5", "T#1h30m", "16#FF", "1.5E400", "no"}},
-        Job{"ValueJson", {"value", "-", "--json"}, "1\n2.5\nDT#2024-02-29-12:00:00\nX\n"},
-        Job{"Scan", {"scan", "source.st"}}, Job{"ScanJson", {"scan", "source.st", "--json"}},
-        Job{"ScanErrors", {"scan", "--errors", "source.st"}},
-        Job{"ScanNoText", {"scan", "-"}, "a\xE2\x82"},
-        Job{"Translate", {"translate", "plant.xml", "-o", "out"}},
-        Job{"TranslateToOutput", {"translate", "plant.xml", "-o", "-"}},
-        Job{"TranslateJson", {"translate", "plant.xml", "--json"}},
-        Job{"TranslateNoXml", {"translate", "-"}, "<project><a></project>"},
-        Job{"TranslateNoFile", {"translate", "nowhere.xml"}},
-        Job{"ShowProject", {"show", "plant.xml"}}, Job{"ShowImage", {"show", "plant.lqt"}},
-        Job{"ShowJson", {"show", "plant.lqt", "--json", "-t", "units", "-t", "names"}},
-        Job{"ShowFind", {"show", "plant.xml", "--find", "Mixing.stirring"}},
-        Job{"ShowFindsNothing", {"show", "plant.lqt", "--find", "Pressurs"}},
-        Job{"ShowNoImage", {"show", "source.st"}},
-        Job{"ShowSave", {"show", "plant.lqt", "-t", "arrays", "--save", "out"}},
-        Job{"ReportOfProject", {"report", "plant.xml", "-o", "out"}},
-        Job{"ReportOfImage", {"report", "plant.lqt", "-o", "out"}},
-        Job{"Pou", {"pou", "plant.xml", "Mixing"}},
-        Job{"PouInterface", {"pou", "plant.xml", "Clamp", "--interface", "--json"}},
-        Job{"PouOfNone", {"pou", "plant.xml", "Clmp"}},
-        Job{"Fb", {"fb", "plant.xml", "Mixing", "stirring"}},
-        Job{"FbOfNone", {"fb", "plant.xml", "Mixing", "stiring"}},
-        Job{"Tasks", {"tasks", "plant.xml"}}, Job{"TasksJson", {"tasks", "plant.xml", "--json"}},
-        Job{"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
-        Job{"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
-        Job{"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"}),
-    [](const auto& job) { return job.param.name; });
+// clang-format off
+const Job kJobs[] = {
+    {"Help", {"--help"}}, {"Version", {"--version"}}, {"HelpOfShow", {"show", "-h"}},
+    {"ManPage", {"--generate", "man"}}, {"NoCommand", {"nonsense"}},
+    {"NoOption", {"show", "plant.xml", "--nonsense"}}, {"Types", {"types"}},
+    {"TypesJson", {"types", "--json"}},
+    {"Value", {"value", "300", "-5", "T#1h30m", "16#FF", "1.5E400", "no"}},
+    {"ValueJson", {"value", "-", "--json"}, "1\n2.5\nDT#2024-02-29-12:00:00\nX\n"},
+    {"Scan", {"scan", "source.st"}}, {"ScanJson", {"scan", "source.st", "--json"}},
+    {"ScanErrors", {"scan", "--errors", "source.st"}}, {"ScanNoText", {"scan", "-"}, "a\xE2\x82"},
+    {"Translate", {"translate", "plant.xml", "-o", "out"}},
+    {"TranslateToOutput", {"translate", "plant.xml", "-o", "-"}},
+    {"TranslateJson", {"translate", "plant.xml", "--json"}},
+    {"TranslateNoXml", {"translate", "-"}, "<project><a></project>"},
+    {"TranslateNoFile", {"translate", "nowhere.xml"}}, {"ShowProject", {"show", "plant.xml"}},
+    {"ShowImage", {"show", "plant.lqt"}},
+    {"ShowJson", {"show", "plant.lqt", "--json", "-t", "units", "-t", "names"}},
+    {"ShowFind", {"show", "plant.xml", "--find", "Mixing.stirring"}},
+    {"ShowFindsNothing", {"show", "plant.lqt", "--find", "Pressurs"}},
+    {"ShowNoImage", {"show", "source.st"}},
+    {"ShowSave", {"show", "plant.lqt", "-t", "arrays", "--save", "out"}},
+    {"ReportOfProject", {"report", "plant.xml", "-o", "out"}},
+    {"ReportOfImage", {"report", "plant.lqt", "-o", "out"}},
+    {"Pou", {"pou", "plant.xml", "Mixing"}},
+    {"PouInterface", {"pou", "plant.xml", "Clamp", "--interface", "--json"}},
+    {"PouOfNone", {"pou", "plant.xml", "Clmp"}}, {"Fb", {"fb", "plant.xml", "Mixing", "stirring"}},
+    {"FbOfNone", {"fb", "plant.xml", "Mixing", "stiring"}}, {"Tasks", {"tasks", "plant.xml"}},
+    {"TasksJson", {"tasks", "plant.xml", "--json"}},
+    {"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
+    {"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
+    {"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"},
+};
+// clang-format on
+
+INSTANTIATE_TEST_SUITE_P(Commands, FailingMalloc, testing::ValuesIn(kJobs),
+                         [](const auto& job) { return job.param.name; });
 
 }  // namespace
 }  // namespace lq::test

@@ -1,6 +1,8 @@
-// What every command says about the sample project, compared with files that were checked against
-// the project by eye. LQ_UPDATE_GOLDEN=1 writes them anew.
+// What the tool says, compared with files that were checked by eye: of the sample project and small
+// inputs in golden/input, and every complaint in both languages. LQ_UPDATE_GOLDEN=1 writes them
+// anew.
 #include <cstdlib>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -8,6 +10,24 @@
 
 namespace lq::test {
 namespace {
+
+const std::string kGolden = LQ_TEST_SOURCE "/tools/golden/";
+
+void ExpectGolden(const std::string& file, const std::string& text) {
+    if (std::getenv("LQ_UPDATE_GOLDEN")) {
+        WriteFile(kGolden + file, text);
+    }
+    const std::string expected = ReadFile(kGolden + file);
+    ASSERT_FALSE(expected.empty()) << file;
+    EXPECT_EQ(text, expected) << file;
+}
+
+void CopyInputs() {
+    std::filesystem::copy(kGolden + "input", TestFolder());
+    std::filesystem::copy(LQ_TEST_EXAMPLES "/plant/plant.xml", TestFolder());
+    // An image of the project that was written once: what it yields stays the same.
+    std::filesystem::copy(LQ_TEST_SOURCE "/fuzz/image/plant.lqt", TestFolder());
+}
 
 struct Golden {
     const char* file;
@@ -22,19 +42,10 @@ void PrintTo(const Golden& golden, std::ostream* out) {
 class GoldenTest : public testing::TestWithParam<Golden> {};
 
 TEST_P(GoldenTest, SaysTheSame) {
-    const Golden& golden = GetParam();
-    const std::string path = LQ_TEST_SOURCE "/tools/golden/" + std::string(golden.file);
-    WriteFile(TestFolder() + "/plant.xml", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
-    // An image of the project that was written once: what it yields stays the same.
-    WriteFile(TestFolder() + "/plant.lqt", ReadFile(LQ_TEST_SOURCE "/fuzz/image/plant.lqt"));
-    const Outcome outcome = RunLq(golden.arguments);
-    EXPECT_EQ(outcome.status, golden.status) << outcome.err;
-    if (std::getenv("LQ_UPDATE_GOLDEN")) {
-        WriteFile(path, outcome.out);
-    }
-    const std::string expected = ReadFile(path);
-    ASSERT_FALSE(expected.empty()) << path;
-    EXPECT_EQ(outcome.out, expected);
+    CopyInputs();
+    const Outcome outcome = RunLq(GetParam().arguments);
+    EXPECT_EQ(outcome.status, GetParam().status) << outcome.err;
+    ExpectGolden(GetParam().file, outcome.out + outcome.err);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -43,9 +54,12 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"translate.txt", "translate plant.xml", 0},
         Golden{"translate.json", "translate plant.xml --json", 0},
         Golden{"show.txt", "show plant.xml", 0}, Golden{"show.txt", "show plant.lqt", 0},
+        Golden{"show.txt", "show - <plant.lqt", 0},
         Golden{"show_units.txt", "show plant.xml --table units", 0},
         Golden{"show_units.json", "show plant.xml --table units --find clamp --json", 0},
         Golden{"show_find.txt", "show plant.xml --find Mixing.stirring", 0},
+        Golden{"show_both.txt", "show twice.xml --table components --find x", 0},
+        Golden{"show_one.txt", "show - --table components --find b.X <twice.xml", 0},
         Golden{"pou_program.txt", "pou plant.xml mixing", 0},
         Golden{"pou_function.json", "pou plant.xml Clamp --json", 0},
         Golden{"pou_interface.txt", "pou plant.xml Dosing --interface", 0},
@@ -56,12 +70,135 @@ INSTANTIATE_TEST_SUITE_P(
                "value 0 255 -5 300 16#FF 1.5 TRUE T#1h30m D#2024-02-29 "
                "TOD#12:30:15 DT#2000-01-01-00:00:01",
                0},
-        Golden{"value_unsigned.json", "value -u --json 1 300", 0}),
+        Golden{"value_unsigned.json", "value -u --json 1 300", 0},
+        Golden{"value_signs.txt", "value -- -6 -- +5", 1},
+        Golden{"value_lines.txt", "value - <values.txt", 1},
+        Golden{"refused.txt", "translate refused.xml", 1},
+        Golden{"refused_show.txt", "show refused.xml", 1},
+        Golden{"empty.txt", "translate empty.xml", 1}, Golden{"scan.txt", "scan tokens.st", 1},
+        Golden{"scan.json", "scan tokens.st --json", 1},
+        Golden{"scan_errors.txt", "scan --errors tokens.st", 1},
+        Golden{"man.txt", "--generate man | sed 's/lq [0-9.]*\"/lq\"/'", 0},
+        Golden{"bash.txt", "--generate bash", 0}, Golden{"zsh.txt", "--generate zsh", 0},
+        Golden{"fish.txt", "--generate fish", 0}),
     [](const testing::TestParamInfo<Golden>& param) {
         std::string name = param.param.file;
         name.replace(name.find('.'), 1, "_");
         return name + "_" + std::to_string(param.index);
     });
+
+// Gives the owner, "user" or "machine", a key that holds the line; null for none.
+void Register(const std::string& owner, const char* line) {
+    const std::string folder = TestFolder() + "/config/" + owner;
+    std::filesystem::create_directories(folder);
+    WriteFile(folder + "/registry.ini",
+              line ? "[SOFTWARE\\Veldrane\\Talmor2\\" +
+                         std::string(owner == "user" ? "App]\n" : "Startup\\App]\n") + line
+                   : "");
+}
+
+// clang-format off
+constexpr const char* kComplaints[] = {
+    "", "frobnicate", "transalte", "SHOW", "show --tabel x", "show --tabel", "value --jsno 5",
+    "scan a b", "--generate cake", "--generate", "show x --wrong", "translate", "fb a b", "report a",
+    "translate a -o", "show a -t x --find=", "translate a --json -o b -oc --json",
+    "scan a --json --errors=maybe", "translate ''", "show a --save ''", "value", "value \"$(printf '\\303')\"",
+    "translate missing.xml", "translate folder", "translate bad.xml", "translate other.xml",
+    "translate latin.xml", "translate - <nothing", "translate nothing", "show nothing", "scan nothing",
+    "value - <nothing", "scan bad.st",
+    "scan cut.st", "scan missing.st", "show folder", "report short.lqt -o page.html",
+    "report plant.xml -o folder", "show short.lqt", "show long.lqt", "show behind.lqt", "show sign.lqt",
+    "show plant.xml --table nothing", "show plant.xml --table Globls",
+    "show plant.xml --find Nobody >/dev/null", "show twice.xml --find C.x", "show twice.xml --find A.",
+    "show twice.xml --json --find Ax >/dev/null", "translate plant.xml -o no/such/folder.lqt",
+    "translate plant.xml -o folder", "pou plant.xml Nobody", "pou plant.xml clmap",
+    "pou plant.xml Nobody --interface --json", "pou plant.xml Mixing --interface",
+    "fb plant.xml Mixin stirring", "fb plant.xml Nobody stirring --json", "value x -u",
+    "translate - --json -o -", "show - --json --save -", "translate loop", "translate plant.xml -o loop",
+    "translate - <folder", "scan - <&-", "translate - <&-", "translate /dev/tty", "types >&-",
+    "translate plant.xml -o - >&-", "scan mark.st", "scan last.st",
+    "show damaged.lqt", "translate refused.xml >/dev/null", "tasks - <refused.xml >/dev/null",
+};
+// clang-format on
+
+TEST(Language, ComplaintsAreInThatOfTheCodePage) {
+    CopyInputs();
+    const auto write = [](const char* name, const std::string& bytes) {
+        WriteFile(TestFolder() + "/" + name, bytes);
+    };
+    write("nothing", "");
+    write("bad.st", "a\n\xC3(");
+    write("cut.st", "ab\xC3");
+    write("mark.st", "a\n\x1A b");
+    write("last.st", "a\x1A");
+    write("bad.xml", "<project><a></project>");
+    write("other.xml", "<html/>");
+    write("latin.xml", "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
+    write("short.lqt", std::string(39, '\0'));
+    write("long.lqt", "\x05" + std::string(39, '\0'));
+    write("behind.lqt", std::string(41, '\0'));
+    write("sign.lqt", "<" + std::string(40, '\0'));  // it begins as XML does
+    // A line of the table of names that has more characters than bytes.
+    write("damaged.lqt", std::string(32, '\0') +
+                             std::string("\x0A\0\0\0\x07\0\0\0\1\0a\0\1\0", 14) +
+                             std::string(4, '\0'));
+    RunShell("mkdir folder; ln -s loop loop");
+    const std::vector<std::string> before = FilesIn(TestFolder());
+    for (const char* page : {"1252", "932"}) {
+        std::string text;
+        for (const std::string arguments : kComplaints) {
+            Register("user", ("CodePage=" + std::string(page) + "\n").c_str());
+            const Outcome outcome = RunShell("setsid -w \"$LQ\" " + arguments);
+            text += "$ lq " + arguments + "\n" + outcome.out + outcome.err;
+            text += outcome.status == 2 ? "" : "[" + std::to_string(outcome.status) + "]\n";
+            EXPECT_TRUE(outcome.status != 2 ||
+                        std::count(outcome.err.begin(), outcome.err.end(), '\n') == 1)
+                << arguments << "\n"
+                << outcome.err;
+        }
+        ExpectGolden("complaints_" + std::string(page) + ".txt", text);
+    }
+    std::vector<std::string> after = FilesIn(TestFolder());
+    std::erase(after, "config");
+    EXPECT_EQ(after, before);
+}
+
+TEST(Language, IsThatOfTheFirstKey) {
+    struct Case {
+        const char* user;  // null without the key
+        const char* machine;
+        bool isJapanese;
+    };
+    for (const Case& c : {
+             Case{nullptr, nullptr, false},
+             Case{nullptr, "CodePage=932\n", true},
+             Case{"CodePage=1252\n", "CodePage=932\n", false},
+             Case{"", "CodePage=932\n", false},
+             Case{"CodePage=936\n", nullptr, false},
+         }) {
+        Register("user", c.user);
+        Register("machine", c.machine);
+        EXPECT_EQ(RunLq("").err,
+                  c.isJapanese ? "lq: コマンドが指定されていません。lq --helpを参照してください\n"
+                               : "lq: no command was given; see lq --help\n")
+            << (c.user ? c.user : "none") << ", " << (c.machine ? c.machine : "none");
+    }
+}
+
+TEST(Language, OfResultsOnlyTheMessagesAreInIt) {
+    constexpr const char* kCommands[] = {"types", "show --help", "--generate man",
+                                         "translate $EXAMPLES/plant/plant.xml"};
+    std::string results[2];
+    for (std::string& text : results) {
+        for (const char* command : kCommands) {
+            text += RunLq(command).out;
+        }
+        Register("user", "CodePage=932\n");
+    }
+    EXPECT_EQ(results[0], results[1]);
+    EXPECT_EQ(RunLq("scan -", "a {").out,
+              "1:1\tidentifier\ta\n1:3\terror\t{\tこの文字で始まるトークンはありません\n");
+}
 
 }  // namespace
 }  // namespace lq::test

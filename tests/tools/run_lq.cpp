@@ -4,49 +4,27 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <sys/wait.h>
 
 #include <gtest/gtest.h>
 
+#include "tests/host/temp_folder.h"
+
 namespace lq::test {
 
-namespace {
-
 // A folder a test, removed when the next test asks for one and at the end.
-class Folders {
-  public:
-    ~Folders() { Remove(); }
-
-    const std::string& Current() {
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        const std::string test = std::string(info->test_suite_name()) + "." + info->name();
-        if (test != test_) {
-            Remove();
-            test_ = test;
-            std::string pattern =
-                (std::filesystem::temp_directory_path() / "lq_tools_XXXXXX").string();
-            path_ = mkdtemp(pattern.data());
-        }
-        return path_;
-    }
-
-  private:
-    void Remove() {
-        if (!path_.empty()) {
-            std::filesystem::remove_all(path_);
-        }
-    }
-
-    std::string test_;
-    std::string path_;
-};
-
-}  // namespace
-
 std::string TestFolder() {
-    static Folders folders;
-    return folders.Current();
+    static std::string test;
+    static std::optional<TempFolder> folder;
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    const std::string current = std::string(info->test_suite_name()) + "." + info->name();
+    if (current != test) {
+        folder.emplace();
+        test = current;
+    }
+    return folder->GetPath();
 }
 
 std::string ReadFile(const std::string& path) {

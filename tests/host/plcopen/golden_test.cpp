@@ -1,0 +1,204 @@
+// Documents, the model that is read of each, as the library sees it, and what is reported. The text
+// beside a document was checked against it by eye; LQ_UPDATE_GOLDEN=1 writes it anew.
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/model/model_util.h"
+#include "tests/host/plcopen/plcopen_util.h"
+
+namespace {
+
+using namespace lq::host;
+
+std::string Part(std::string_view before, Text text, std::string_view behind = "") {
+    return *text ? std::string(before).append(EncodeUtf8(text)).append(behind) : "";
+}
+
+std::string Place(uint32_t line, uint32_t column) {
+    return std::to_string(line) + ":" + std::to_string(column);
+}
+
+std::string KindName(int32_t kind) {
+    constexpr std::pair<int32_t, const char*> kNames[] = {
+        {LQ_KIND_PROGRAM, "program"},
+        {LQ_KIND_FUNCTION_BLOCK, "function block"},
+        {LQ_KIND_FUNCTION, "function"},
+        {LQ_KIND_GVL_DECL, "global"},
+        {LQ_KIND_LOCAL_DECL, "local"},
+        {kKindHeaderDeclaration, "header"},
+        {kKindProgramInstance, "program instance"},
+    };
+    const auto* name = std::ranges::find(kNames, kind, &std::pair<int32_t, const char*>::first);
+    return name != std::end(kNames) ? name->second : "kind " + std::to_string(kind);
+}
+
+// What the declaration manager answers of a declaration, a program instance or a POU:
+// "3:5 header VAR_INPUT a AT %IX0 : INT := 1 (* comment *)".
+std::string DescribeDeclaration(ID id) {
+    const Project& project = *GetProject();
+    if (const Pou* pou = project.GetPou(id)) {
+        return KindName(pou->kind) + Part(" ", pou->name);
+    }
+    const std::unique_ptr<LQOBJECT> view(LQDECLMAN::Get()->Get(id));
+    const auto* header = dynamic_cast<const LQPOUHDECL*>(view.get());
+    const auto* global = dynamic_cast<const LQGVLDECL*>(view.get());
+    const Declaration* record = project.GetDeclaration(id);
+    return (record ? Place(record->line, record->column) : std::to_string(project.LineOf(id))) +
+           " " + KindName(view->GetKind()) + (header ? Part(" ", header->GetClass()) : "") +
+           (global ? Part(" ", global->GetClass()) : "") + Part(" ", view->GetName()) +
+           Part(" AT ", view->GetAddress()) + Part(" : ", view->GetType()) +
+           Part(" := ", view->GetInitValue()) + Part(" (* ", view->GetDeclComment(), " *)");
+}
+
+std::string Lines(const LQSELECTION& selection, const std::string& indent) {
+    std::string text;
+    for (int32_t i = 0; i < selection.GetCount(); ++i) {
+        text += indent + DescribeDeclaration(selection.GetID(i)) + "\n";
+    }
+    return text;
+}
+
+std::string Marks(std::string_view title, const std::vector<Mark>& marks) {
+    std::string text;
+    for (const Mark& mark : marks) {
+        text += (text.empty() ? std::string(title) : "") + Part(" ", mark.name) + "@" +
+                Place(mark.line, mark.column) + (mark.conditional ? "?" : "");
+    }
+    return text;
+}
+
+std::string Describe(const Project& project, ID id) {
+    constexpr const char* kLanguages[] = {"no body", "ST", "IL", "FBD", "LD", "SFC"};
+    auto& view = static_cast<LQFUN&>(*LQNAVIOBJECTMAN::Get()->Get(id));
+    const Pou& pou = *project.GetPou(id);
+    const LQOBJECT& header = *view.GetHeader();
+    std::string text =
+        Place(pou.line, pou.column) + " " + KindName(view.GetKind()) + Part(" ", view.GetName()) +
+        Part(" : ", view.GetResultType()) + (view.GetEnoFlag() != 0 ? " with ENO" : "") +
+        Part(" (* ", view.GetComment(0), " *)") + Part(" header (* ", header.GetComment(0), " *)") +
+        "\n" + Lines(*view.GetSelection(), "    ");
+    for (const Body& body : pou.bodies) {
+        text += "    " + std::to_string(body.line) + " " +
+                kLanguages[static_cast<std::size_t>(body.language)] + Part(" ", body.name) +
+                Marks(" labels", body.labels) + Marks(" jumps", body.jumps) + "\n";
+    }
+    std::string calls;
+    for (const Text call : pou.calls) {
+        calls += Part(" ", call);
+    }
+    text += calls.empty() ? "" : "    calls" + calls + "\n";
+    std::string reached;
+    for (const ID other : project.Below(project.PouPool())) {
+        const Text callee = project.NameOf(other);
+        reached += CheckIsRecursiveCallEx(pou.name, callee, 0) != 0 ? Part(" ", callee) : "";
+    }
+    return text + (reached.empty() ? "" : "    reaches" + reached + "\n");
+}
+
+std::string DescribeTypes(const Project& project) {
+    std::string text;
+    for (uint32_t i = 0; i < project.DataTypes().size(); ++i) {
+        LQNAVIOBJECT& view = *LQNAVIOBJECTMAN::Get()->Get(MakeId(Sort::kDataType, i));
+        text += std::to_string(project.DataTypes()[i].line) + " type" + Part(" ", view.GetName()) +
+                (view.GetKind() == LQ_KIND_DUT ? " STRUCT" : "") + Part(" : ", view.GetType()) +
+                Part(" := ", view.GetInitValue()) + Part(" (* ", view.GetDeclComment(), " *)") +
+                "\n" + Lines(*view.GetSelection(), "    ");
+    }
+    return text;
+}
+
+std::string DescribeResources(const Project& project) {
+    std::string text;
+    const LQCOLLECTION& resources = *LQNAVIOBJECTMAN::Get()->GetResourcePool();
+    for (int32_t i = 0; i < resources.GetMemberCount(); ++i) {
+        const Resource& resource = *project.GetResource(resources.GetID(i));
+        text += std::to_string(resource.line) + " resource " +
+                EncodeUtf8(project.NameOf(resource.configuration)) + "." +
+                EncodeUtf8(resource.name) + Part(" (* ", resource.comment, " *)") + "\n";
+        for (const ID id : resource.tasks) {
+            auto& task = static_cast<LQTASK&>(*LQNAVIOBJECTMAN::Get()->Get(id));
+            text += "    " + std::to_string(project.LineOf(id)) + " task" +
+                    Part(" ", task.GetName()) + Part(" priority ", task.GetPriority()) +
+                    Part(" interval ", task.GetInterval()) + Part(" event ", task.GetEvent()) +
+                    Part(" (* ", task.GetComment(0), " *)") + "\n" +
+                    Lines(*task.GetSelection(), "        ");
+        }
+        for (const ID id : resource.programs) {
+            text += "    " + DescribeDeclaration(id) + "\n";
+        }
+    }
+    return text;
+}
+
+std::string Describe(const Project& project) {
+    std::string text = "project" + Part(" ", project.Name()) + "\n";
+    for (const Configuration& configuration : project.Configurations()) {
+        text += std::to_string(configuration.line) + " configuration" +
+                Part(" ", configuration.name) + Part(" (* ", configuration.comment, " *)") + "\n";
+    }
+    text += DescribeResources(project);
+    for (uint32_t i = 0; i < project.VariableLists().size(); ++i) {
+        const VariableList& list = project.VariableLists()[i];
+        LQNAVIOBJECT& view = *LQNAVIOBJECTMAN::Get()->Get(MakeId(Sort::kVariableList, i));
+        text += std::to_string(list.line) + " globals " + EncodeUtf8(project.NameOf(list.parent)) +
+                "." + EncodeUtf8(view.GetName()) + Part(" (* ", view.GetComment(0), " *)") + "\n" +
+                Lines(*view.GetSelection(), "    ");
+    }
+    text += DescribeTypes(project);
+    for (const ID id : project.Below(project.PouPool())) {
+        text += Describe(project, id);
+    }
+    return text;
+}
+
+std::string Golden(const std::string& name) {
+    return LQ_TEST_SOURCE "/host/plcopen/golden/" + name;
+}
+
+std::string ReadAll(const std::string& path) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+void ExpectGolden(const std::string& name, const std::string& text) {
+    if (std::getenv("LQ_UPDATE_GOLDEN")) {
+        std::ofstream(Golden(name), std::ios::binary) << text;
+    }
+    EXPECT_EQ(text, ReadAll(Golden(name)));
+}
+
+class Documents : public testing::TestWithParam<const char*> {};
+
+TEST_P(Documents, BecomeModels) {
+    const std::string name = GetParam();
+    ReadProject read(
+        ReadAll(name == "plant" ? LQ_TEST_EXAMPLES "/plant/plant.xml" : Golden(name + ".xml")));
+    SetProject(&read.project);
+    std::string text = Describe(read.project);
+    SetProject(nullptr);
+    ExpectGolden(name + ".txt", text + read.Told());
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, Documents,
+                         testing::Values("plant", "units", "types", "sections", "values",
+                                         "intervals", "configurations", "unknown", "drawings", "il",
+                                         "st", "calls", "names"),
+                         [](const auto& document) { return std::string(document.param); });
+
+TEST(StandardBlocks, HaveTheirInterfaces) {
+    CurrentProject project;
+    std::string text;
+    for (const ID id : project.Below(project.LibraryPool())) {
+        text += Describe(project, id);
+    }
+    ExpectGolden("standard_blocks.txt", text);
+}
+
+}  // namespace
