@@ -56,7 +56,20 @@ void Image(const uint8_t* data, size_t size) {
     tables.Look(u"a", &global, 1);
     tables.Look(CgTab::kWholeTable, u"a", &component, 1);
     tables.Insert(u"a", CgTab::kLabelDefinition);
+    tables.ResetJumps(0);
     tables.Insert(u"a");
+    tables.Insert(u"a", IEC_INT, {.dsc = 0}, 1);
+    char16_t digits[] = u"0";
+    tables.Insert(Address(LOC_OUTPUT, SIZE_WORD, digits));
+    Lit one;
+    Require(one.SetText(u"1") != 0, "a text is set");
+    one.val.Set(one.text, 0);
+    tables.Insert(one);
+    const unsigned char bytes[] = {1, 0, 0, 0};
+    tables.Look(CgTab::DBG_INFO{bytes, 1}, nullptr);
+    for (int id = 0; id < CgTab::kUserTables; ++id) {
+        tables.Look(static_cast<CgTab::TAB_ID>(id), bytes, 1);
+    }
     for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
         MEMSTREAM_A areas;
         tables.PutUsr(static_cast<CgTab::TAB_ID>(id), areas);
