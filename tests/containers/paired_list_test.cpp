@@ -49,6 +49,11 @@ TEST(PairedList, SizesWalkThePairs) {
     EXPECT_EQ(pairs, 3u);
     EXPECT_EQ(SizeOfElementOfAssay(assay, nullptr, nullptr, LC_REWIND, 0), 0u);
     EXPECT_EQ(SizeOfElementOfAssay(assay, nullptr, nullptr, IsSecond, 0), 2u);
+    // Each list is asked by itself; only in the second there is a seven.
+    const auto isSeven = [](FLIST*, uint32_t, void* element, void*, int32_t) {
+        return *static_cast<int16_t*>(element) == 7 ? 1 : 0;
+    };
+    EXPECT_EQ(SizeOfElementOfAssay(assay, nullptr, &size2, isSeven, 0), 3u);
     DestroyAssay(assay);
 }
 

@@ -29,6 +29,7 @@ TEST(Numbers, DecimalAndBased) {
 TEST(Numbers, RangesAndReals) {
     CheckScans({
         {u"1..10", "RANGE[1..]=1 INT[10]=10"}, {u"1_0..2", "RANGE[1_0..]=10 INT[2]=2"},
+        {u"18446744073709551617..1", "RANGE[18446744073709551617..]=1 INT[1]=1"},  // 2^64 + 1
         {u"99999999999..1", "RANGE[99999999999..]=1215752191 INT[1]=1"},
         {u"1.5 1.e3 1.5e-1 1.5E+2 1_0.2_5", "REAL[1.5]=1.5 REAL[1.e3]=1000 "
          "REAL[1.5e-1]=0.14999999999999999 REAL[1.5E+2]=150 REAL[1_0.2_5]=10.25"},
@@ -84,7 +85,7 @@ TEST(Addresses, LocationsSizesAndErrors) {
         {u"%QB1 %QD2;", "ADR[%QB1]=1,1,1 ADR[%QD2]=1,3,2 OP[;]=7"},
         {u"%ix0 %I %IX %Q1. %Q1_ %X1", "ERR[%]=8 ID[ix0] ERR[%I]=8 ERR[%IX]=8 ERR[%Q1.]=8 "
          "ERR[%Q1_]=8 ERR[%]=8 ID[X1]"},
-        {u"%QW1x", "ADR[%QW1]=1,2,1 ID[x]"},
+        {u"%MD12_34_5", "ADR[%MD12_34_5]=2,3,12345"}, {u"%QW1x", "ADR[%QW1]=1,2,1 ID[x]"},
     });
 }
 
@@ -107,6 +108,7 @@ TEST(Durations, ComponentsAndLimits) {
          "TIME[T#1m59s]=0:119000:1 ERR[T#1m60]=11 ID[s]"},
         {u"T#2147483647.0d T#4294967296m",
          "TIME[T#2147483647.0d]=2147483647:0:1 TIME[T#4294967296m]=2982616:15360000:1"},
+        {u"T#1mS T#1Ms", "TIME[T#1m]=0:60000:1 ID[S] TIME[T#1M]=0:60000:1 ID[s]"},
         {u"T#1s30m", "ERR[T#1s30]=11 ID[m]"},
         {u"T#2147483647d T#2147483648.5d", "TIME[T#2147483647d]=2147483647:0:1 "
          "ERR[T#2147483648.5]=11 ID[d]"},

@@ -31,7 +31,8 @@ TEST_F(Catalogue, ReadsTheTypeAtTheStartOfAText) {
     // clang-format off
     struct { const char16_t* text; IEC_TYPE id; std::ptrdiff_t end; } const cases[] = {
         {u"  INT of words", IEC_INT, 5}, {u"\t\r\nLWORD", IEC_LWORD, 8}, {u"INT", IEC_INT, 3},
-        {u"DATE_AND_TIME;", IEC_DT, 13}, {u"TIME_OF_DAY", IEC_TOD, 11}, {u"ANY16", IEC_ANY16, 5},
+        {u"DT;", IEC_DT, 2}, {u"DATE_AND_TIME;", IEC_DT, 13}, {u"TIME_OF_DAY", IEC_TOD, 11},
+        {u"ANY16", IEC_ANY16, 5},
         {u"INTEGER", IEC_NO_TYPE, 0}, {u"int", IEC_NO_TYPE, 0}, {u"IN", IEC_NO_TYPE, 0},
         {u"..", IEC_NO_TYPE, 0}, {u"  ", IEC_NO_TYPE, 0}, {u"", IEC_NO_TYPE, 0},
         {u" Motor", IEC_STRUCTURE, 6}, {u"Motor ", IEC_NO_TYPE, 0},
