@@ -150,6 +150,10 @@ bool FailingAllocation::HasFailed() const {
     return hasFailed;
 }
 
+bool FailingAllocation::HasFailedOnce() const {
+    return hasFailed && !failAllLater;
+}
+
 void FailEachAllocation(const std::function<void(const FailingAllocation&)>& operation) {
     constexpr int64_t kTooMany = 1000;
     for (const bool all : {false, true}) {

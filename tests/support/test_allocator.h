@@ -25,6 +25,8 @@ class FailingAllocation {
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
     bool HasFailed() const;
+    // One allocation has failed, and none will any more.
+    bool HasFailedOnce() const;
 };
 
 // Runs `operation` with its first allocation failing, then its second, and so on until it gets

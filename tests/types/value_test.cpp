@@ -241,13 +241,18 @@ TEST(Literal, WithoutMemoryTheOldTextStays) {
 }
 
 TEST(ValueText, WithoutMemoryThereIsNoValue) {
-    const auto read = [] {
-        Val value;
-        const int hasValue = value.Set(u"-70000", 0);
-        EXPECT_EQ(value.type, hasValue ? VT_DINT : VT_NONE);
-        return hasValue ? "-70000" : lq::test::kShort;
-    };
-    lq::test::RunWithFailures({"value", [&] { return read; }});
+    const std::u16string longReal = u"1." + std::u16string(2500, u'0') + u"e5";
+    for (const std::u16string& text : {std::u16string(u"-70000"), longReal}) {
+        const auto read = [&text] {
+            Val value;
+            uint32_t number = 0;
+            const int hasValue = value.Set(text.c_str(), 0);
+            EXPECT_EQ(value.type != VT_NONE, hasValue != 0);
+            EXPECT_EQ(value.GetAnyNumberValue(number), hasValue);
+            return hasValue ? std::to_string(number) : lq::test::kShort;
+        };
+        lq::test::RunWithFailures({"value", [&] { return read; }});
+    }
 }
 
 }  // namespace
