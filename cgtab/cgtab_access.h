@@ -41,8 +41,8 @@ class LQ_DATA_API CgTabAccess {
     static bool WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
                           uint32_t size);
 
-    // The index of a table, built if need be; null when the table has none or it cannot be built. It
-    // is the set's.
+    // The index of a table, built if need be; null when the table has none or it cannot be built.
+    // It is the set's.
     static HashTable* IndexOf(CgTab& tables, CgTab::TAB_ID id);
 
     // Whether the invariants of all tables hold, whose lines were all appended: no image was read.
