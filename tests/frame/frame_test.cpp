@@ -126,7 +126,8 @@ TEST_F(Frame, NamesTheResourceLibraryAfterTheModule) {
     const HINSTANCE module = AfxLoadLibrary((folder_.GetPath() / file).u16string().c_str());
     ASSERT_NE(module, nullptr);
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
-    for (const std::size_t length : {0, 236, 237, 250}) {
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{236}, std::size_t{237}, std::size_t{250}}) {
         const std::string name = length != 0 ? std::string(length, 'n') : "module";
         const std::u16string wide(name.begin(), name.end());
         LQ_MODULE longNamed{wide.c_str(), nullptr, module->loader};
