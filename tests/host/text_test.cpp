@@ -115,7 +115,9 @@ TEST(Text, IsEmptyAfterAFailure) {
          part + std::u16string(10, u' ') + part},
         {[](CLQString& s, const char16_t* a) { s.x_MarkErrorString(a); }, u"?" + part + u"?"},
     };
-    for (const auto& [change, whole] : cases) {
+    for (const auto& c : cases) {
+        const Change change = c.first;
+        const std::u16string& whole = c.second;
         lq::test::FailEachAllocation([&](const lq::test::FailingAllocation& failing) {
             CLQString s(u"x");
             change(s, part.c_str());

@@ -76,7 +76,7 @@ TEST_F(HostAnswers, LeaveLongTokensWhole) {
              repeat(3000, u'a') + u"!" + repeat(3000, u'b') + u"!" + repeat(1000, u'c'),
              u"x1" + repeat(2000, u'a') + u".F",
          }) {
-        for (const size_t blanks : {0, 66, 67, 68, 500, 944, 1000, 1022}) {
+        for (const unsigned blanks : {0u, 66u, 67u, 68u, 500u, 944u, 1000u, 1022u}) {
             for (const int32_t step : {1, 13, 1000}) {
                 SCOPED_TRACE(testing::Message() << source.size() << " characters behind " << blanks
                                                 << ", step " << step);

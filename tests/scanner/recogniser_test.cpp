@@ -76,7 +76,7 @@ TEST(Recogniser, RandomTextsGiveTheSameTokensAtEveryPlace) {
 }
 
 TEST(Recogniser, OnlyTheFirstBlanksAreKept) {
-    for (const size_t blanks : {2047, 2048, 2049, 100000}) {
+    for (const unsigned blanks : {2047u, 2048u, 2049u, 100000u}) {
         const std::u16string text = std::u16string(blanks, u'\t') + u"x";
         for (const int32_t step : kSteps) {
             TestScanner scanner(text, step);

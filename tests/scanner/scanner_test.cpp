@@ -122,7 +122,7 @@ TEST_P(LongToken, IsWholeInTheOverflowTextAndMarkedInTheToken) {
             source += static_cast<char16_t>(u'a' + source.size() % 26);
         }
         source += shape.close;
-        for (const size_t blanks : {0, 1000, 1022, 1023, 1500, 2045, 2046}) {
+        for (const unsigned blanks : {0u, 1000u, 1022u, 1023u, 1500u, 2045u, 2046u}) {
             for (const int32_t step : {1, 13, 1000}) {
                 SCOPED_TRACE(testing::Message() << "kind " << shape.kind << ", length " << length
                                                 << ", blanks " << blanks << ", step " << step);
