@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cgtab/line_index.h"
 #include "cgtab/table.h"
 
 int32_t CgTabAccess::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
@@ -56,9 +57,14 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
     return true;
 }
 
-HashTable* CgTabAccess::IndexOf(CgTab& tables, CgTab::TAB_ID id) {
+uint32_t CgTabAccess::IndexSlots(CgTab& tables, CgTab::TAB_ID id) {
     CgTab::Table* const table = tables.TableOf(id);
-    return table ? table->Index() : nullptr;
+    const lq::cgtab::LineIndex* const index = table ? table->Index() : nullptr;
+    return index ? index->SlotCount() : 0;
+}
+
+int32_t CgTabAccess::IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n) {
+    return tables.TableOf(id)->Index()->LineAt(slot, n);
 }
 
 bool CgTabAccess::Check(CgTab& tables) {

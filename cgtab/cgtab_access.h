@@ -41,9 +41,12 @@ class LQ_DATA_API CgTabAccess {
     static bool WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
                           uint32_t size);
 
-    // The index of a table, built if need be; null when the table has none or it cannot be built.
-    // It is the set's.
-    static HashTable* IndexOf(CgTab& tables, CgTab::TAB_ID id);
+    // How many slots the index of a table has, which is built if need be; 0 when it has none or it
+    // cannot be built.
+    static uint32_t IndexSlots(CgTab& tables, CgTab::TAB_ID id);
+    // The position of the n-th line (from 0) of the text in a slot, in a table with an index; -1
+    // for no more.
+    static int32_t IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n);
 
     // Whether the invariants of all tables hold, whose lines were all appended: no image was read.
     static bool Check(CgTab& tables);

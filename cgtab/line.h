@@ -69,6 +69,20 @@ struct CgTab::LineBody {
     const unsigned char* usr = nullptr;  // null when the user area was not read
 };
 
+// The beginning of a line, as it lies in the file.
+struct CgTab::LineHead {
+    static constexpr uint32_t kShortName = 32;  // characters of a name that are in it
+
+    const unsigned char* Key() const { return bytes + 4; }
+    const unsigned char* Name() const { return bytes + nameAt; }
+
+    unsigned char bytes[4 + 4 + 2 * kShortName];  // length, key and name length, name
+    uint32_t read;                                // how many of them there are
+    uint32_t length;                              // as the length field says
+    uint32_t nameAt;                              // where in the line the name begins
+    uint32_t nameLength;                          // in units of the table
+};
+
 // Holds one line; lines of up to 64 bytes need no memory.
 class CgTab::LineBuffer {
   public:

@@ -68,6 +68,9 @@ int32_t CgTab::Get(TAB_ID id, STREAM_A& s, int32_t n) {
         return 0;
     }
     table->ResUsr_();
+    if (!table->IsTableHashed()) {
+        table->ClearHashTable();  // who walks sees the new lines
+    }
     unsigned char buffer[kPiece];
     int32_t done = 0;
     while (done < n) {

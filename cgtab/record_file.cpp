@@ -141,16 +141,30 @@ int32_t R_FILE::Lseek(int32_t offset, int whence) {
     return pos;
 }
 
+void R_FILE::CopyOut(POS_TYP& from, void* buf, uint32_t n) const {
+    auto* to = static_cast<unsigned char*>(buf);
+    while (n != 0) {
+        const uint32_t piece = std::min(n, RoomAt(from));
+        std::memcpy(to, BytesAt(from), piece);
+        _add_size(from, piece, blockSize_);
+        to += piece;
+        n -= piece;
+    }
+}
+
 uint32_t R_FILE::Read(void* buf, uint32_t n) {
     n = std::min(n, Rest());
-    auto* to = static_cast<unsigned char*>(buf);
-    for (uint32_t left = n; left != 0;) {
-        const uint32_t piece = std::min(left, RoomAt(cur_));
-        std::memcpy(to, BytesAt(cur_), piece);
-        _add_size(cur_, piece, blockSize_);
-        to += piece;
-        left -= piece;
+    CopyOut(cur_, buf, n);
+    return n;
+}
+
+uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
+    if (!IsOpen() || pos < 0 || pos > end_.pos) {
+        return 0;
     }
+    n = std::min(n, static_cast<uint32_t>(end_.pos - pos));
+    POS_TYP from = Locate(pos);
+    CopyOut(from, buf, n);
     return n;
 }
 

@@ -1,9 +1,11 @@
 #include "cgtab/search_text.h"
 
+#include <algorithm>
 #include <cstring>
 
-#include "frame/chars.h"
+#include "cgtab/table_traits.h"
 #include "frame/in_order.h"
+#include "frame/text_hash.h"
 
 namespace lq::cgtab {
 
@@ -26,8 +28,9 @@ constexpr RowOf<VAL_TYPE, const char16_t*> kClassPrefixes[] = {
 };
 static_assert(AreInOrder(kClassPrefixes, VT_STRING));
 
-// Writes the prefix to `to` and returns its length, or -1 when the key bytes mean nothing.
-int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t* to) {
+}  // namespace
+
+int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t (&to)[kMaxPrefix]) {
     if (id == CgTab::TAB_ADR) {
         if (key[0] > LOC_MEMORY || key[1] > SIZE_LWORD) {
             return -1;
@@ -46,7 +49,12 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t* to) {
     return length;
 }
 
-}  // namespace
+void SearchText::Measure(int32_t id) {
+    const text_hash::Measured measured =
+        TraitsOf(id).caseSensitiveIndex ? text_hash::OfText(text_) : text_hash::OfName(text_);
+    length_ = static_cast<uint32_t>(measured.length);
+    hash_ = measured.hash;
+}
 
 bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, uint32_t length) {
     char16_t prefix[kMaxPrefix];
@@ -54,20 +62,32 @@ bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, ui
     if (prefixLength < 0) {
         return false;
     }
-    const uint32_t needed = static_cast<uint32_t>(prefixLength) + length + 1;
-    if (text_ != inline_) {
-        lq::Release(text_);
+    const auto inFront = static_cast<uint32_t>(prefixLength);
+    const uint32_t needed = inFront + length + 1;
+    char16_t* text = inline_;
+    if (needed > kInline) {
+        lq::Release(long_);
+        text = long_ = lq::AllocateArray<char16_t>(needed);
     }
-    text_ = needed <= kInline ? inline_ : lq::AllocateArray<char16_t>(needed);
-    if (!text_) {
-        text_ = inline_;
+    if (!text) {
         return false;
     }
-    std::memcpy(text_, prefix, static_cast<uint32_t>(prefixLength) * sizeof(char16_t));
+    std::copy_n(prefix, inFront, text);
     if (length != 0) {
-        std::memcpy(text_ + prefixLength, name, length * sizeof(char16_t));
+        std::memcpy(text + inFront, name, length * sizeof(char16_t));
     }
-    text_[needed - 1] = 0;
+    text[needed - 1] = 0;
+    text_ = text;
+    Measure(id);
+    return true;
+}
+
+bool SearchText::Form(int32_t id, const unsigned char* key, const char16_t* name, uint32_t length) {
+    if (TraitsOf(id).fixedKey != 0) {
+        return Form(id, key, static_cast<const void*>(name), length);
+    }
+    text_ = name;
+    Measure(id);
     return true;
 }
 

@@ -1,9 +1,10 @@
 // A table's positions, its user areas, and its invariants.
 #include "cgtab/table.h"
 
+#include "cgtab/line_index.h"
 #include "cgtab/search_text.h"
-#include "lq_data/hash_table.h"
 
+using lq::cgtab::LineIndex;
 using lq::cgtab::LoadU32;
 
 bool CgTab::Table::SeekTo(int32_t pos) {
@@ -39,6 +40,7 @@ bool CgTab::Table::SetUsrPos(int32_t* pos) {
     if (UsrSet_()) {
         return true;
     }
+    const int32_t line = file_.Tell();
     uint32_t length = 0;
     if (!ReadLength(length) || length < usrLen_) {
         return false;
@@ -47,12 +49,15 @@ bool CgTab::Table::SetUsrPos(int32_t* pos) {
     if (positioned) {
         *pos = area;
     }
-    SetUsr_();
+    SetUsr_(line);
     return true;
 }
 
 bool CgTab::Table::WriteUsr(int32_t& pos, const void* usr) {
     bool written = SetUsrPos(&pos);
+    if (written && index_ && Traits().IsWalked() && !IsIndexed(userOf_)) {
+        ClearHashTable();  // what is no line may lie across several
+    }
     written = written && (usrLen_ == 0 || file_.Write(usr, usrLen_) == usrLen_);
     if (written && pos != -1) {
         pos += static_cast<int32_t>(usrLen_);
@@ -86,28 +91,33 @@ int32_t CgTab::Table::LookUsr(const void* data) {
 bool CgTab::Table::Check() {
     const int32_t before = file_.Tell();
     const bool atUser = UsrSet_();
-    bool sound = !(atUser && !Traits().hasUserArea) && !(index_ && !IsTableHashed());
+    bool sound =
+        !(atUser && !Traits().hasUserArea) && !(index_ && !IsTableHashed() && !Traits().IsWalked());
     bool isUserArea = false;
-    int32_t lines = 0;
+    uint32_t lines = 0;
     LineBuffer buf;
     LineBody body;
+    int32_t last = 0;
     for (int32_t pos = 0; sound && pos != Length(); ++lines) {
-        const int32_t linePos = pos;
+        const int32_t linePos = last = pos;
         sound = ReadLine(pos, buf, 0) && SplitLine(buf, body);
         isUserArea = isUserArea || before == pos - static_cast<int32_t>(usrLen_);
         lq::cgtab::SearchText text;
         if (!sound || !index_) {
             continue;
         }
-        sound = text.Form(id_, body.key, body.name, body.nameLength);
-        void* entry = nullptr;
-        int32_t found = sound ? index_->GetPos(text.Get(), entry) : -1;
-        while (found != linePos && entry && !Traits().isUnique) {
-            found = index_->GetNext(text.Get(), entry);
-        }
-        sound = sound && found == linePos;
+        sound = text.Form(id_, body.key, static_cast<const void*>(body.name), body.nameLength);
+        const LineIndex::Slot* const slot =
+            sound ? index_->Find(text.Hash(), [&](int32_t at) { return HasText(at, text); })
+                  : nullptr;
+        sound = slot && (IsTableHashed() ? index_->LastIn(*slot, linePos, linePos + 1) == linePos
+                                         : slot->at <= linePos);
     }
-    sound = sound && (!index_ || index_->GetCount() == lines) && (!atUser || isUserArea);
+    if (index_ && sound) {
+        sound = IsTableHashed() ? index_->LineCount() == lines
+                                : indexEnd_ == Length() && walkFrom_ == last;
+    }
+    sound = sound && (!atUser || isUserArea);
     SeekTo(before);
     atUser_ = atUser;
     return sound;

@@ -8,16 +8,21 @@
 #include "lq_data/cgtab.h"
 #include "lq_data/record_file.h"
 
-class HashTable;
+namespace lq::cgtab {
+class LineIndex;
+class SearchText;
+}  // namespace lq::cgtab
 
 // Invariants (Check verifies them for a table whose lines were all appended here; an image may
 // bring anything):
 //  1. The lines lie end to end from 0 to the length of the file. Each holds its key, its name and,
 //     at its end, a user area.
 //  2. While the user position flag is set, the file stands at the user area of a line.
-//  3. The index, when there is one, has one entry a line and no other: the line's position under
-//     its search text. Where texts are unique, no two lines have the same.
-//  4. A table without user areas has no flag, one that is not hashed no index.
+//  3. The index of a hashed table, when there is one, has each line under its search text and
+//     nothing else. Where texts are unique, no two lines have the same.
+//  4. The index of a walked table, when there is one, has the first line of each name, of all lines
+//     before `indexEnd_`, the last of which begins at `walkFrom_`.
+//  5. A table without user areas has no flag, one that is neither hashed nor walked no index.
 class LQ_DATA_LOCAL CgTab::Table {
   public:
     // Beside -1, which says that there is no such line: the search itself could not be done.
@@ -38,7 +43,10 @@ class LQ_DATA_LOCAL CgTab::Table {
     bool IsTableHashed() const { return Traits().isHashed; }
 
     // The user position flag.
-    void SetUsr_() { atUser_ = Traits().hasUserArea; }
+    void SetUsr_(int32_t line) {
+        atUser_ = Traits().hasUserArea;
+        userOf_ = line;
+    }
     void ResUsr_() { atUser_ = false; }
     bool UsrSet_() const { return atUser_; }
     bool UsrRes_() const { return !atUser_; }
@@ -85,8 +93,8 @@ class LQ_DATA_LOCAL CgTab::Table {
     // Builds the index from the lines, the table's position staying: 1, or 0 and there is none.
     int CreateHashTable();
     void ClearHashTable();
-    // The index, built if need be; null when the table has none or memory is short.
-    HashTable* Index();
+    // The index, built if need be; null when the table has none or it cannot be built.
+    const lq::cgtab::LineIndex* Index();
 
     // --- User areas --------------------------------------------------------------------------
 
@@ -110,17 +118,32 @@ class LQ_DATA_LOCAL CgTab::Table {
   private:
     // What the length field at the current position says, if the table has as many bytes.
     bool ReadLength(uint32_t& length);
-    bool EnterIndex(const Line& line, int32_t pos);
     int32_t WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int nocase, int inc);
     void PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_DSC& range);
-    int32_t LookIndex(const POS_DSC& range, const LookTyp& look, int inc);
     bool CountUse(int32_t pos, int inc);
+
+    // The search of a hashed table, and that of a walked one.
+    int32_t LookIndex(const POS_DSC& range, const LookTyp& look, int inc);
+    int32_t LookName(const LookTyp& look, uint32_t len, int inc);
+    bool EnterIndex(const Line& line, int32_t pos);
+    bool EnterText(const lq::cgtab::SearchText& text, int32_t pos);
+    enum class Entry { kEntered, kEndOfLines, kFailed };
+    Entry EnterLine(int32_t pos, int32_t& next);
+    // Whether the index has that line, as the first of its name.
+    bool IsIndexed(int32_t pos) const;
+    bool ReadHead(int32_t pos, LineHead& head) const;
+    bool FormText(int32_t pos, const LineHead& head, lq::cgtab::SearchText& text) const;
+    bool HasText(int32_t pos, const lq::cgtab::SearchText& text) const;
+    bool HasName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length) const;
 
     TAB_ID id_;
     uint32_t usrLen_;
     R_FILE file_{lq::cgtab::kBlockSize};
     bool atUser_ = false;
-    HashTable* index_ = nullptr;
+    int32_t userOf_ = 0;  // the line at whose user area the file stands, while the flag is set
+    lq::cgtab::LineIndex* index_ = nullptr;
+    int32_t indexEnd_ = 0;
+    int32_t walkFrom_ = 0;
 };
 
 template <typename Transfer>

@@ -18,6 +18,7 @@ bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
     } else if (UsrSet_() && file_.Lseek(static_cast<int32_t>(usrLen_), 1) < 0) {
         return FailRead(pos) != 0;  // unreachable: the flag is set only where an area lies
     }
+    const int32_t line = file_.Tell();
     unsigned char field[4];
     if (file_.Read(field, sizeof(field)) != sizeof(field)) {
         return FailRead(pos) != 0;
@@ -37,7 +38,7 @@ bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
     const bool stay = (mode & kStayAtUser) != 0;
     file_.Lseek(static_cast<int32_t>(behindUser - (stay ? usrLen_ : 0)), 0);
     if (stay) {
-        SetUsr_();
+        SetUsr_(line);
     }
     if (pos != -1) {
         pos = static_cast<int32_t>(static_cast<uint32_t>(pos) + length + 4);
@@ -78,13 +79,13 @@ int32_t CgTab::Table::AppendLine(Line& line) {
     };
     const bool whole = write(head.Data(), head.Size()) && write(look.name, nameBytes) &&
                        write(line.extra, line.extralen) && file_.Chsize(end) == 0;
-    if (!whole || (IsTableHashed() && !EnterIndex(line, pos))) {
+    if (!whole || !EnterIndex(line, pos)) {
         file_.Lseek(pos, 0);
         file_.Chsize(pos);
         return -1;
     }
     if (usrLen_ != 0) {
-        SetUsr_();
+        SetUsr_(pos);
     }
     return pos;
 }

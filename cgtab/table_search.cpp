@@ -1,19 +1,11 @@
-// Finding a table's lines: by walking them, or through the hash index.
+// Finding a table's lines by walking them.
 #include <algorithm>
 #include <cstring>
 
-#include "cgtab/search_text.h"
 #include "cgtab/table.h"
 #include "frame/chars.h"
-#include "lq_data/hash_table.h"
 
 using lq::cgtab::LoadU32;
-
-namespace {
-
-constexpr uint32_t kIndexBuckets = 10001;
-
-}  // namespace
 
 bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
     nocase = look.flags & LookTyp::kIgnoreCase;
@@ -45,8 +37,9 @@ int32_t CgTab::Table::LookLine(POS_DSC range, LookTyp& look, int inc) {
     }
     const int32_t before = file_.Tell();
     range.end = std::min(range.end, Length());
-    const int32_t found =
-        IsTableHashed() ? LookIndex(range, look, inc) : WalkLines(range, look, len, nocase, inc);
+    const int32_t found = IsTableHashed()       ? LookIndex(range, look, inc)
+                          : Traits().IsWalked() ? LookName(look, len, inc)
+                                                : WalkLines(range, look, len, nocase, inc);
     if (file_.Tell() != before) {
         ResUsr_();
     }
@@ -118,26 +111,6 @@ int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len
     return -1;
 }
 
-int32_t CgTab::Table::LookIndex(const POS_DSC& range, const LookTyp& look, int inc) {
-    lq::cgtab::SearchText text;
-    if (!Index() || !text.Form(id_, look.key, look.name, look.NameLength())) {
-        return kSearchFailed;
-    }
-    const bool hasSections = Traits().countsUses;  // components and labels
-    void* entry = nullptr;
-    int32_t pos = index_->GetPos(text.Get(), entry);
-    while (hasSections && entry && (pos < range.start || pos >= range.end)) {
-        pos = index_->GetNext(text.Get(), entry);
-    }
-    if (!entry) {
-        return -1;
-    }
-    if (inc != 0 && hasSections) {
-        CountUse(pos, inc);
-    }
-    return std::max(file_.Lseek(pos, 0), -1);
-}
-
 // Adds to the count that ends a line's extra bytes. A count that would become negative stays.
 bool CgTab::Table::CountUse(int32_t pos, int inc) {
     uint32_t length = 0;
@@ -157,64 +130,4 @@ bool CgTab::Table::CountUse(int32_t pos, int inc) {
     lq::cgtab::StoreU32(field, sum);
     return file_.Lseek(countPos, 0) == countPos &&
            file_.Write(field, sizeof(field)) == sizeof(field);
-}
-
-// An index that could not take all lines is dropped, so that a search never misses one silently;
-// the table ends, as it does for every reader, at its end or in front of what is no line.
-int CgTab::Table::CreateHashTable() {
-    if (!IsTableHashed()) {
-        return 0;
-    }
-    ClearHashTable();
-    auto* index = new HashTable(kIndexBuckets, Traits().caseSensitiveIndex ? 1 : 0);
-    if (!index) {
-        return 0;
-    }
-    const int allowDuplicates = Traits().isUnique ? 0 : 1;
-    const int32_t before = file_.Tell();
-    const bool atUser = UsrSet_();
-    bool entered = true;
-    LineBuffer buf;
-    LineBody body;
-    lq::cgtab::SearchText text;
-    int32_t next = 0;
-    for (int32_t pos = 0; entered; pos = next) {
-        if (!ReadLine(next, buf, 0) || !SplitLine(buf, body)) {
-            entered = !buf.IsShort();
-            break;
-        }
-        entered = text.Form(id_, body.key, body.name, body.nameLength) &&
-                  index->Insert(text.Get(), pos, allowDuplicates) != nullptr;
-    }
-    SeekTo(before);
-    atUser_ = atUser;
-    if (!entered) {
-        delete index;
-        return 0;
-    }
-    index_ = index;
-    return 1;
-}
-
-void CgTab::Table::ClearHashTable() {
-    delete index_;
-    index_ = nullptr;
-}
-
-HashTable* CgTab::Table::Index() {
-    if (!index_) {
-        CreateHashTable();
-    }
-    return index_;
-}
-
-// An index that does not exist yet is built from all lines, the new one included.
-bool CgTab::Table::EnterIndex(const Line& line, int32_t pos) {
-    if (!index_) {
-        return CreateHashTable() != 0;
-    }
-    lq::cgtab::SearchText text;
-    const LookTyp& look = line.look;
-    return text.Form(id_, look.key, look.name, look.NameLength()) &&
-           index_->Insert(text.Get(), pos, Traits().isUnique ? 0 : 1) != nullptr;
 }

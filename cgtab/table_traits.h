@@ -17,12 +17,15 @@ struct TableTraits {
     uint8_t fixedKey;      // key bytes in front of the name length field
     uint8_t nameLenBytes;  // width of the name length field; 0: lines have no name
     uint8_t nameUnit;      // bytes that one unit of the name length stands for
-    bool isHashed;         // found through a hash index
+    bool isHashed;         // found through an index alone
     bool isUnique;         // one entry a search text in that index
     bool hasUserArea;
     bool ignoresCase;  // names compare without regard to ASCII letter case
     bool caseSensitiveIndex;
     bool countsUses;  // a lookup may count: the count ends the extra bytes
+
+    // Searched as if line by line, in an index as far as there is one.
+    bool IsWalked() const { return !isHashed && countsUses; }
 };
 
 // In the order of TAB_ID.
@@ -35,8 +38,8 @@ inline constexpr TableTraits kTraits[CgTab::TAB_COUNT] = {
     {2, 2, 2, true, true, true, true, false, false},      // addresses
     {1, 2, 2, true, true, true, false, true, false},      // constants
     {0, 1, 2, true, false, true, true, false, true},      // labels
-    {0, 2, 2, false, false, true, false, false, true},    // temporaries
-    {0, 2, 2, false, false, true, false, false, true},    // other names
+    {0, 2, 2, false, false, true, false, true, true},     // temporaries
+    {0, 2, 2, false, false, true, false, true, true},     // other names
     {0, 0, 0, false, false, false, false, false, false},  // array descriptors
 };
 

@@ -312,6 +312,7 @@ class LQ_DATA_API CgTab {
     struct LookTyp;
     struct Line;
     struct LineBody;
+    struct LineHead;
     struct DECL_ASCII;
     struct ComponentWalk;
     class LineBuffer;

@@ -6,7 +6,6 @@
 #include "cgtab/table_traits.h"
 #include "host/model/flat_index.h"
 #include "host/text/utf.h"
-#include "lq_data/hash_table.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/project_input.h"
@@ -239,19 +238,15 @@ class ReportWriter {
 
     // The chains by their buckets; empty ones are left out.
     Json IndexJson(CgTab::TAB_ID id) {
-        HashTable* index = CgTabAccess::IndexOf(tables_, id);
-        if (!index) {
+        const uint32_t size = CgTabAccess::IndexSlots(tables_, id);
+        if (size == 0) {
             return nullptr;
         }
         Json buckets = Json::array();
         Json lengths = Json::array();
-        HashTable::CAssoc** chains = index->GetHashTableAssoc();
-        if (!chains && !index->IsEmpty()) {
-            return nullptr;  // no memory for the buckets
-        }
-        for (uint32_t i = 0; chains && i < index->GetHashTableSize(); ++i) {
+        for (uint32_t i = 0; i < size; ++i) {
             uint32_t length = 0;
-            for (const HashTable::CAssoc* entry = chains[i]; entry; entry = entry->next) {
+            while (CgTabAccess::IndexedLine(tables_, id, i, length) >= 0) {
                 ++length;
             }
             if (length > 0) {
@@ -259,7 +254,7 @@ class ReportWriter {
                 lengths.push_back(length);
             }
         }
-        return {{"size", index->GetHashTableSize()}, {"buckets", buckets}, {"lengths", lengths}};
+        return {{"size", size}, {"buckets", buckets}, {"lengths", lengths}};
     }
 
     // --- The project -------------------------------------------------------------------------

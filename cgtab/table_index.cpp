@@ -1,0 +1,238 @@
+// Finding a table's lines through its index.
+#include <algorithm>
+#include <cstring>
+
+#include "cgtab/line_index.h"
+#include "cgtab/search_text.h"
+#include "cgtab/table.h"
+#include "frame/chars.h"
+
+using lq::cgtab::LineIndex;
+using lq::cgtab::SearchText;
+
+// False when the file ends before the name.
+bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
+    const lq::cgtab::TableTraits& traits = Traits();
+    head.read = file_.ReadAt(pos, head.bytes, sizeof(head.bytes));
+    const uint32_t lengthAt = 4u + traits.fixedKey;
+    head.nameAt = lengthAt + traits.nameLenBytes;
+    if (head.read < head.nameAt) {
+        return false;
+    }
+    head.length = lq::cgtab::LoadU32(head.bytes);
+    const unsigned char* const field = head.bytes + lengthAt;
+    head.nameLength = traits.nameLenBytes == 1 ? field[0] : uint32_t{field[0]} | field[1] << 8u;
+    return true;
+}
+
+// Whether the first `length` characters of a line's name are these, by the rule of the table's
+// index.
+bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* name,
+                           uint32_t length) const {
+    const auto isSame = [this](char16_t a, char16_t b) {
+        return a == b ||
+               (!Traits().caseSensitiveIndex && lq::chars::ToUpper(a) == lq::chars::ToUpper(b));
+    };
+    char16_t piece[LineHead::kShortName];
+    for (uint32_t done = 0; done < length;) {
+        const uint32_t count = std::min(length - done, LineHead::kShortName);
+        const auto bytes = static_cast<uint32_t>(count * sizeof(char16_t));
+        if (done == 0 && head.nameAt + bytes <= head.read) {
+            std::memcpy(piece, head.Name(), bytes);
+        } else if (file_.ReadAt(pos + static_cast<int32_t>(head.nameAt + 2 * done), piece, bytes) !=
+                   bytes) {
+            return false;
+        }
+        if (!std::equal(piece, piece + count, name + done, isSame)) {
+            return false;
+        }
+        done += count;
+    }
+    return true;
+}
+
+// Whether the line at `pos` has the search text, as far as it can be read, whatever its length
+// field says: an index stays when a line is damaged behind it. A name in a line of a hashed table
+// ends at a terminator, as its text does.
+bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
+    LineHead head;
+    char16_t prefix[lq::cgtab::kMaxPrefix];
+    if (!ReadHead(pos, head)) {
+        return false;
+    }
+    const int32_t prefixLength = lq::cgtab::PutPrefix(id_, head.Key(), prefix);
+    const auto inFront = static_cast<uint32_t>(prefixLength);
+    if (prefixLength < 0 || text.Length() < inFront ||
+        !std::equal(prefix, prefix + prefixLength, text.Get())) {
+        return false;
+    }
+    const uint32_t length = text.Length() - inFront;
+    if (head.nameLength != length) {
+        char16_t behind = 1;
+        const auto at = static_cast<int32_t>(head.nameAt + 2 * length);
+        if (!IsTableHashed() || head.nameLength < length ||
+            file_.ReadAt(pos + at, &behind, sizeof(behind)) != sizeof(behind) || behind != 0) {
+            return false;
+        }
+    }
+    return HasName(pos, head, text.Get() + inFront, length);
+}
+
+int32_t CgTab::Table::LookIndex(const POS_DSC& range, const LookTyp& look, int inc) {
+    SearchText text;
+    if (!Index() ||
+        !text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength())) {
+        return kSearchFailed;
+    }
+    const LineIndex::Slot* const slot =
+        index_->Find(text.Hash(), [&](int32_t pos) { return HasText(pos, text); });
+    if (!slot) {
+        return -1;
+    }
+    const bool hasSections = Traits().countsUses;  // components and labels
+    const int32_t pos = hasSections ? index_->LastIn(*slot, range.start, range.end)
+                                    : index_->LastIn(*slot, 0, INT32_MAX);
+    if (pos < 0) {
+        return -1;
+    }
+    if (inc != 0 && hasSections) {
+        CountUse(pos, inc);
+    }
+    return std::max(file_.Lseek(pos, 0), -1);
+}
+
+// The answer of a walk over all lines, which needs no memory. What the index does not have is
+// looked for behind its lines; the last of them is walked once more, so that the table ends up
+// where a walk leaves it.
+int32_t CgTab::Table::LookName(const LookTyp& look, uint32_t len, int inc) {
+    SearchText text;
+    int32_t from = 0;
+    if (Index() && text.Form(id_, look.key, static_cast<const char16_t*>(look.name), len)) {
+        const LineIndex::Slot* const slot =
+            index_->Find(text.Hash(), [&](int32_t pos) { return HasText(pos, text); });
+        if (slot) {
+            return inc != 0 && !CountUse(slot->at, inc) ? kSearchFailed : file_.Lseek(slot->at, 0);
+        }
+        from = walkFrom_;
+    }
+    return WalkLines({from, Length(), INT32_MAX}, look, len, 0, inc);
+}
+
+// False when memory is short, or when a text that is to be unique is there already.
+bool CgTab::Table::EnterText(const SearchText& text, int32_t pos) {
+    LineIndex::Slot* const slot =
+        index_->Find(text.Hash(), [&](int32_t other) { return HasText(other, text); });
+    if (!slot) {
+        return index_->Insert(text.Hash(), pos);
+    }
+    return !IsTableHashed() || (!Traits().isUnique && index_->Append(*slot, pos));
+}
+
+// The search text of the line at `pos`, which is a whole one.
+bool CgTab::Table::FormText(int32_t pos, const LineHead& head, SearchText& text) const {
+    LineBuffer buf;
+    const unsigned char* name = head.Name();
+    if (head.nameLength > LineHead::kShortName) {
+        const uint32_t bytes = head.nameLength * Traits().nameUnit;
+        if (!buf.Resize(bytes) ||
+            file_.ReadAt(pos + static_cast<int32_t>(head.nameAt), buf.Data(), bytes) != bytes) {
+            return false;
+        }
+        name = buf.Data();
+    }
+    return text.Form(id_, head.Key(), static_cast<const void*>(name), head.nameLength);
+}
+
+// Enters the line at `pos`, and gives the position of the next. What is no line ends the lines; in
+// a walked table so does a line whose name a count or a user area could lie in.
+CgTab::Table::Entry CgTab::Table::EnterLine(int32_t pos, int32_t& next) {
+    LineHead head;
+    if (!ReadHead(pos, head) || head.length > static_cast<uint32_t>(Length() - pos - 4) ||
+        (Traits().hasUserArea && head.length <= usrLen_)) {
+        return Entry::kEndOfLines;
+    }
+    const uint32_t nameBytes = head.nameLength * Traits().nameUnit;
+    const uint32_t count = IsTableHashed() ? 0 : 4;
+    if (uint64_t{head.nameAt - 4} + nameBytes + count + usrLen_ > head.length) {
+        return Entry::kEndOfLines;
+    }
+    SearchText text;
+    if (!FormText(pos, head, text) || !EnterText(text, pos)) {
+        return Entry::kFailed;
+    }
+    next = pos + 4 + static_cast<int32_t>(head.length);
+    return Entry::kEntered;
+}
+
+bool CgTab::Table::IsIndexed(int32_t pos) const {
+    LineHead head;
+    SearchText text;
+    if (pos >= indexEnd_ || !ReadHead(pos, head) ||
+        head.length > static_cast<uint32_t>(Length() - pos - 4) || !FormText(pos, head, text)) {
+        return false;
+    }
+    const LineIndex::Slot* const slot =
+        index_->Find(text.Hash(), [&](int32_t other) { return HasText(other, text); });
+    return slot && slot->at == pos;
+}
+
+// An index that could not take all lines is dropped, so that a search never misses one silently;
+// the table ends, as it does for every reader, at its end or in front of what is no line.
+int CgTab::Table::CreateHashTable() {
+    ClearHashTable();
+    if (!IsTableHashed() && !Traits().IsWalked()) {
+        return 0;
+    }
+    index_ = new LineIndex;
+    if (!index_) {
+        return 0;
+    }
+    Entry entry = Entry::kEntered;
+    int32_t next = 0;
+    for (int32_t pos = 0; (entry = EnterLine(pos, next)) == Entry::kEntered; pos = next) {
+        walkFrom_ = pos;
+    }
+    indexEnd_ = next;
+    if (entry == Entry::kFailed) {
+        ClearHashTable();
+    }
+    return index_ ? 1 : 0;
+}
+
+void CgTab::Table::ClearHashTable() {
+    delete index_;
+    index_ = nullptr;
+    walkFrom_ = 0;
+}
+
+const LineIndex* CgTab::Table::Index() {
+    if (!index_) {
+        CreateHashTable();
+    }
+    return index_;
+}
+
+// Enters an appended line; false, in a hashed table alone, when it cannot be found then. An index
+// that does not exist yet is built from all lines, the new one included.
+bool CgTab::Table::EnterIndex(const Line& line, int32_t pos) {
+    if (IsTableHashed() && !index_) {
+        return CreateHashTable() != 0;
+    }
+    if (!index_ || (!IsTableHashed() && indexEnd_ != pos)) {
+        return !IsTableHashed();
+    }
+    SearchText text;
+    const LookTyp& look = line.look;
+    const bool entered =
+        text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength()) &&
+        EnterText(text, pos);
+    if (IsTableHashed()) {
+        return entered;
+    }
+    walkFrom_ = pos;
+    indexEnd_ = Length();
+    if (!entered) {
+        ClearHashTable();
+    }
+    return true;
+}
