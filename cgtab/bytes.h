@@ -1,4 +1,4 @@
-// Little-endian fields, byte by byte, and a cursor that never passes the end of what it reads.
+// Little-endian fields at any place, and a cursor that never passes the end of what it reads.
 #pragma once
 
 #include <bit>
@@ -8,19 +8,15 @@
 namespace lq::cgtab {
 
 static_assert(std::endian::native == std::endian::little,
-              "names and constant values go into lines and images as they lie in memory");
+              "numbers and names go into lines and images as they lie in memory");
 
-constexpr void StoreU32(unsigned char* to, uint32_t v) {
-    for (int i = 0; i < 4; ++i) {
-        to[i] = static_cast<unsigned char>(v >> (8 * i));
-    }
+inline void StoreU32(unsigned char* to, uint32_t v) {
+    std::memcpy(to, &v, sizeof(v));
 }
 
-constexpr uint32_t LoadU32(const unsigned char* from) {
+inline uint32_t LoadU32(const unsigned char* from) {
     uint32_t v = 0;
-    for (int i = 3; i >= 0; --i) {
-        v = v << 8 | from[i];
-    }
+    std::memcpy(&v, from, sizeof(v));
     return v;
 }
 

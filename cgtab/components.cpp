@@ -7,8 +7,6 @@
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
 
-using lq::cgtab::RecordInstance;
-
 namespace {
 
 // Bits of the attribute word.
@@ -55,7 +53,7 @@ struct LQ_DATA_LOCAL CgTab::ComponentWalk {
     CgTab& set;
     Table& table;
     uint16_t attr;
-    POU_LIST& instances;
+    lq::cgtab::InstanceRecorder instances;
     const POU_INST* section;     // whose member initialisations the section takes, or null
     int32_t skipped = 0;         // declarations of the section without a line
     bool missingGlobal = false;  // an external had no global
@@ -80,7 +78,7 @@ int CgTab::AppendCmp(POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list, POS_
     // Want of memory must neither pass for a declaration that cannot be decoded, which is skipped,
     // nor for an external without its global or a member without a value of its own.
     const lq::MemoryWatch watch;
-    ComponentWalk walk = {*this, *table, attr, *list, list->first};
+    ComponentWalk walk = {*this, *table, attr, lq::cgtab::InstanceRecorder(*list), list->first};
     const auto declCount = static_cast<int32_t>(CardinalityOfList(decls));
     bool whole = true;
     for (int section = 0; section < count && whole; ++section) {
@@ -166,7 +164,7 @@ bool CgTab::ComponentWalk::PutArray(const DECL_ASCII& d, Extra& extra) {
     extra.PutI32(arrPos);
     const int32_t pos = arrPos + lq::cgtab::kElementDescriptor;
     return d.dsc.arr.info->elemType != IEC_STRUCTURE ||
-           RecordInstance(instances, {lq::cgtab::kArrayOfStructures, d.typeText, d.name, u"", pos});
+           instances.Record({lq::cgtab::kArrayOfStructures, d.typeText, d.name, u"", pos});
 }
 
 // An instance is recorded with the place that its descriptor will have, in the line that is to be
@@ -177,8 +175,7 @@ bool CgTab::ComponentWalk::PutInstance(const DECL_ASCII& d, Extra& extra) {
     const char16_t* members = d.type == IEC_STRUCTURE ? d.initText : u"";
     extra.PutI32(-1);
     return !(attr & kRecordInstances) ||
-           RecordInstance(instances,
-                          {lq::cgtab::kInstanceOfUnit, d.typeText, d.name, members, pos});
+           instances.Record({lq::cgtab::kInstanceOfUnit, d.typeText, d.name, members, pos});
 }
 
 // The component's own initial value, or the one that this section's instance gives it.

@@ -69,52 +69,51 @@ struct CgTab::LineBody {
     const unsigned char* usr = nullptr;  // null when the user area was not read
 };
 
-// The beginning of a line, as it lies in the file.
+// A line where it lies: in one block of the file, or a copy of its beginning.
 struct CgTab::LineHead {
-    static constexpr uint32_t kShortName = 32;  // characters of a name that are in it
+    LineHead() = default;
+    LineHead(const LineHead&) = delete;
+    LineHead& operator=(const LineHead&) = delete;
 
     const unsigned char* Key() const { return bytes + 4; }
     const unsigned char* Name() const { return bytes + nameAt; }
 
-    unsigned char bytes[4 + 4 + 2 * kShortName];  // length, key and name length, name
-    uint32_t read;                                // how many of them there are
-    uint32_t length;                              // as the length field says
-    uint32_t nameAt;                              // where in the line the name begins
-    uint32_t nameLength;                          // in units of the table
+    unsigned char copy[72];
+    const unsigned char* bytes;  // the length field, key, name length and name
+    uint32_t read;               // how many bytes there are, perhaps more than the line's
+    uint32_t length;             // as the length field says
+    uint32_t nameAt;             // where in the line the name begins
+    uint32_t nameLength;         // in units of the table
 };
 
-// Holds one line; lines of up to 64 bytes need no memory.
+// Holds one line, or knows where it lies; copies of up to 64 bytes need no memory.
 class CgTab::LineBuffer {
   public:
     LineBuffer() = default;
-    ~LineBuffer() {
-        if (bytes_ != inline_) {
-            lq::Release(bytes_);
-        }
-    }
+    ~LineBuffer() { lq::Release(long_); }
     LineBuffer(const LineBuffer&) = delete;
     LineBuffer& operator=(const LineBuffer&) = delete;
 
-    // Makes room for a line of `size` bytes, without keeping what was there. False when memory is
-    // short.
-    bool Resize(uint32_t size) {
-        if (size > capacity_) {
-            auto* block = static_cast<unsigned char*>(lq::Allocate(size));
-            if (!block) {
-                isShort_ = true;
-                return false;
-            }
-            if (bytes_ != inline_) {
-                lq::Release(bytes_);
-            }
-            bytes_ = block;
-            capacity_ = size;
+    // Makes room for a copy of `size` bytes, without keeping what was there: where to, or null when
+    // memory is short.
+    unsigned char* Resize(uint32_t size) {
+        unsigned char* room = size <= kInline ? inline_ : long_;
+        if (size > kInline && size > capacity_) {
+            lq::Release(long_);
+            room = long_ = static_cast<unsigned char*>(lq::Allocate(size));
+            capacity_ = long_ ? size : 0;
+            isShort_ = isShort_ || !long_;
         }
+        bytes_ = room;
+        size_ = room ? size : 0;
+        return room;
+    }
+    // Takes the line where it is, which stays there as long as this is used.
+    void Refer(const unsigned char* bytes, uint32_t size) {
+        bytes_ = bytes;
         size_ = size;
-        return true;
     }
 
-    unsigned char* Data() { return bytes_; }
     const unsigned char* Data() const { return bytes_; }
     uint32_t Size() const { return size_; }
     // Whether a line did not fit for lack of memory.
@@ -126,8 +125,9 @@ class CgTab::LineBuffer {
     static constexpr uint32_t kInline = 64;
 
     unsigned char inline_[kInline];
-    unsigned char* bytes_ = inline_;
-    uint32_t capacity_ = kInline;
+    unsigned char* long_ = nullptr;
+    uint32_t capacity_ = 0;  // of `long_`
+    const unsigned char* bytes_ = inline_;
     uint32_t size_ = 0;
     bool isShort_ = false;
 };

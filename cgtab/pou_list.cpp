@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/chars.h"
+#include "frame/text_hash.h"
 
 // Iterative: chains may be long.
 POU_LIST::~POU_LIST() {
@@ -52,23 +53,78 @@ POU_LIST* NewEntry(const char16_t* typeName) {
     return entry;
 }
 
-// The entry of the type, or a new one at the end of the chain.
-POU_LIST* EntryOf(POU_LIST& list, const char16_t* typeName) {
-    POU_LIST* entry = &list;
+}  // namespace
+
+// The entry of the type, or a new one at the end of the chain; null when memory is short.
+POU_LIST* InstanceRecorder::WalkTo(const char16_t* typeName) {
+    POU_LIST* entry = &list_;
     while (!chars::EqualNoCase(NameOf(*entry), typeName)) {
         if (!entry->next) {
-            entry->next = NewEntry(typeName);
-            return entry->next;
+            return entry->next = NewEntry(typeName);
         }
         entry = entry->next;
     }
     return entry;
 }
 
-}  // namespace
+bool InstanceRecorder::IndexEntry(POU_LIST* entry) {
+    if (count_ == capacity_) {
+        const uint32_t capacity = std::max(4 * kWalks, 2 * capacity_);
+        auto** const entries = lq::AllocateArray<POU_LIST*>(capacity);
+        if (!entries) {
+            return false;
+        }
+        std::copy_n(entries_, count_, entries);
+        lq::Release(entries_);
+        entries_ = entries;
+        capacity_ = capacity;
+    }
+    entries_[count_++] = entry;
+    const char16_t* const name = NameOf(*entry);
+    const uint32_t hash = text_hash::OfName(name).hash;
+    return Find(hash, name) || index_.Insert(hash, static_cast<int32_t>(count_ - 1));
+}
 
-bool RecordInstance(POU_LIST& list, const NewInstance& instance) {
-    POU_LIST* entry = EntryOf(list, instance.typeName);
+// Of entries with one name the first, as by walking.
+const LineIndex::Slot* InstanceRecorder::Find(uint32_t hash, const char16_t* name) {
+    return index_.Find(
+        hash, [&](int32_t number) { return chars::EqualNoCase(NameOf(*entries_[number]), name); });
+}
+
+bool InstanceRecorder::IndexChain() {
+    for (POU_LIST* entry = count_ == 0 ? &list_ : nullptr; entry; entry = entry->next) {
+        if (!IndexEntry(entry)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+POU_LIST* InstanceRecorder::EntryOf(const char16_t* typeName) {
+    if (walks_ < kWalks) {
+        ++walks_;
+        return WalkTo(typeName);
+    }
+    if (!IndexChain()) {
+        return nullptr;
+    }
+    const LineIndex::Slot* const slot = Find(text_hash::OfName(typeName).hash, typeName);
+    if (slot) {
+        return entries_[slot->at];
+    }
+    POU_LIST* const entry = NewEntry(typeName);
+    if (entry && !IndexEntry(entry)) {
+        delete entry;
+        return nullptr;
+    }
+    if (entry) {
+        entries_[count_ - 2]->next = entry;
+    }
+    return entry;
+}
+
+bool InstanceRecorder::Record(const NewInstance& instance) {
+    POU_LIST* entry = EntryOf(instance.typeName);
     auto* record = entry ? new POU_INST : nullptr;
     if (!record) {
         return false;

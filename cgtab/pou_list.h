@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "cgtab/line_index.h"
 #include "lq_data/cgtab.h"
 
 namespace lq::cgtab {
@@ -22,8 +23,35 @@ struct NewInstance {
     int32_t pos;
 };
 
-// Adds the instance to the entry of its type, which is made when there is none. False when memory
-// is short: the list is then as before, but perhaps for an entry without instances.
-bool RecordInstance(POU_LIST& list, const NewInstance& instance);
+// Records the instances of one call in the caller's chain, which nobody else changes meanwhile.
+class InstanceRecorder {
+  public:
+    explicit InstanceRecorder(POU_LIST& list) : list_(list) {}
+    ~InstanceRecorder() { lq::Release(entries_); }
+    InstanceRecorder(const InstanceRecorder&) = delete;
+    InstanceRecorder& operator=(const InstanceRecorder&) = delete;
+
+    // Adds the instance to the entry of its type, which is made when there is none. False when
+    // memory is short: the chain is then as before, but perhaps for an entry without instances.
+    bool Record(const NewInstance& instance);
+
+  private:
+    // How many instances are worth no index: each costs a walk along the chain.
+    static constexpr uint32_t kWalks = 8;
+
+    POU_LIST* EntryOf(const char16_t* typeName);
+    POU_LIST* WalkTo(const char16_t* typeName);
+    const LineIndex::Slot* Find(uint32_t hash, const char16_t* name);
+    bool IndexChain();
+    bool IndexEntry(POU_LIST* entry);
+
+    POU_LIST& list_;
+    uint32_t walks_ = 0;
+    // The chain's entries by their types' names, numbered as they are in `entries_`.
+    LineIndex index_;
+    POU_LIST** entries_ = nullptr;
+    uint32_t count_ = 0;
+    uint32_t capacity_ = 0;
+};
 
 }  // namespace lq::cgtab

@@ -141,31 +141,42 @@ int32_t R_FILE::Lseek(int32_t offset, int whence) {
     return pos;
 }
 
-void R_FILE::CopyOut(POS_TYP& from, void* buf, uint32_t n) const {
-    auto* to = static_cast<unsigned char*>(buf);
-    while (n != 0) {
-        const uint32_t piece = std::min(n, RoomAt(from));
-        std::memcpy(to, BytesAt(from), piece);
-        _add_size(from, piece, blockSize_);
-        to += piece;
-        n -= piece;
-    }
-}
-
 uint32_t R_FILE::Read(void* buf, uint32_t n) {
     n = std::min(n, Rest());
-    CopyOut(cur_, buf, n);
+    auto* to = static_cast<unsigned char*>(buf);
+    for (uint32_t left = n; left != 0;) {
+        const uint32_t piece = std::min(left, RoomAt(cur_));
+        std::memcpy(to, BytesAt(cur_), piece);
+        _add_size(cur_, piece, blockSize_);
+        to += piece;
+        left -= piece;
+    }
     return n;
 }
 
 uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
-    if (!IsOpen() || pos < 0 || pos > end_.pos) {
+    auto* to = static_cast<unsigned char*>(buf);
+    const void* from = nullptr;
+    uint32_t done = 0;
+    while (done != n) {
+        const uint32_t piece = std::min(n - done, Peek(pos + static_cast<int32_t>(done), from));
+        if (piece == 0) {
+            break;
+        }
+        std::memcpy(to + done, from, piece);
+        done += piece;
+    }
+    return done;
+}
+
+uint32_t R_FILE::Peek(int32_t pos, const void*& p) const {
+    if (!IsOpen() || pos < 0 || pos >= end_.pos) {
+        p = nullptr;
         return 0;
     }
-    n = std::min(n, static_cast<uint32_t>(end_.pos - pos));
-    POS_TYP from = Locate(pos);
-    CopyOut(from, buf, n);
-    return n;
+    const POS_TYP at = Locate(pos);
+    p = BytesAt(at);
+    return std::min(RoomAt(at), static_cast<uint32_t>(end_.pos - pos));
 }
 
 uint32_t R_FILE::Write(const void* buf, uint32_t n) {

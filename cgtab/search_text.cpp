@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "cgtab/table_traits.h"
+#include "frame/chars.h"
 #include "frame/in_order.h"
 #include "frame/text_hash.h"
 
@@ -49,11 +50,11 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t (&to)[kMaxPrefi
     return length;
 }
 
-void SearchText::Measure(int32_t id) {
-    const text_hash::Measured measured =
-        TraitsOf(id).caseSensitiveIndex ? text_hash::OfText(text_) : text_hash::OfName(text_);
-    length_ = static_cast<uint32_t>(measured.length);
-    hash_ = measured.hash;
+void SearchText::Take(int32_t id, const char16_t* text, uint32_t length) {
+    text_ = text;
+    length_ = length;
+    hash_ = TraitsOf(id).caseSensitiveIndex ? text_hash::OfText(text, length)
+                                            : text_hash::OfName(text, length);
 }
 
 bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, uint32_t length) {
@@ -77,8 +78,7 @@ bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, ui
         std::memcpy(text + inFront, name, length * sizeof(char16_t));
     }
     text[needed - 1] = 0;
-    text_ = text;
-    Measure(id);
+    Take(id, text, static_cast<uint32_t>(chars::Length(text)));
     return true;
 }
 
@@ -86,8 +86,7 @@ bool SearchText::Form(int32_t id, const unsigned char* key, const char16_t* name
     if (TraitsOf(id).fixedKey != 0) {
         return Form(id, key, static_cast<const void*>(name), length);
     }
-    text_ = name;
-    Measure(id);
+    Take(id, name, length);
     return true;
 }
 

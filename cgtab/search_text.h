@@ -27,8 +27,8 @@ class SearchText {
     // characters in UTF-16LE, of which it takes those before a terminator. False for an address
     // that has no text, and when memory is short.
     bool Form(int32_t id, const unsigned char* key, const void* name, uint32_t length);
-    // The same from a name that ends in a terminator and outlives this: without a prefix it is
-    // the text itself.
+    // The same from a name of `length` characters that ends in a terminator and outlives this:
+    // without a prefix it is the text itself.
     bool Form(int32_t id, const unsigned char* key, const char16_t* name, uint32_t length);
 
     const char16_t* Get() const { return text_; }
@@ -39,7 +39,7 @@ class SearchText {
   private:
     static constexpr uint32_t kInline = 80;
 
-    void Measure(int32_t id);
+    void Take(int32_t id, const char16_t* text, uint32_t length);
 
     char16_t inline_[kInline];
     char16_t* long_ = nullptr;

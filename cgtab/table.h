@@ -29,7 +29,7 @@ class LQ_DATA_LOCAL CgTab::Table {
     static constexpr int32_t kSearchFailed = -2;
 
     Table(TAB_ID id, uint32_t usrLen)
-        : id_(id), usrLen_(lq::cgtab::TraitsOf(id).hasUserArea ? usrLen : 0) {}
+        : id_(id), traits_(lq::cgtab::TraitsOf(id)), usrLen_(traits_.hasUserArea ? usrLen : 0) {}
     ~Table() { ClearHashTable(); }
     Table(const Table&) = delete;
     Table& operator=(const Table&) = delete;
@@ -39,7 +39,7 @@ class LQ_DATA_LOCAL CgTab::Table {
     R_FILE& File() { return file_; }
     int32_t Length() const { return file_.Filelength(); }
     uint32_t UsrLen_() const { return usrLen_; }
-    const lq::cgtab::TableTraits& Traits() const { return lq::cgtab::TraitsOf(id_); }
+    const lq::cgtab::TableTraits& Traits() const { return traits_; }
     bool IsTableHashed() const { return Traits().isHashed; }
 
     // The user position flag.
@@ -134,9 +134,11 @@ class LQ_DATA_LOCAL CgTab::Table {
     bool ReadHead(int32_t pos, LineHead& head) const;
     bool FormText(int32_t pos, const LineHead& head, lq::cgtab::SearchText& text) const;
     bool HasText(int32_t pos, const lq::cgtab::SearchText& text) const;
+    bool IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count) const;
     bool HasName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length) const;
 
     TAB_ID id_;
+    const lq::cgtab::TableTraits& traits_;
     uint32_t usrLen_;
     R_FILE file_{lq::cgtab::kBlockSize};
     bool atUser_ = false;

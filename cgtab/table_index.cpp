@@ -13,7 +13,13 @@ using lq::cgtab::SearchText;
 // False when the file ends before the name.
 bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     const lq::cgtab::TableTraits& traits = Traits();
-    head.read = file_.ReadAt(pos, head.bytes, sizeof(head.bytes));
+    const void* piece = nullptr;
+    head.read = file_.Peek(pos, piece);
+    head.bytes = static_cast<const unsigned char*>(piece);
+    if (head.read < sizeof(head.copy)) {
+        head.read = file_.ReadAt(pos, head.copy, sizeof(head.copy));
+        head.bytes = head.copy;
+    }
     const uint32_t lengthAt = 4u + traits.fixedKey;
     head.nameAt = lengthAt + traits.nameLenBytes;
     if (head.read < head.nameAt) {
@@ -25,28 +31,38 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     return true;
 }
 
-// Whether the first `length` characters of a line's name are these, by the rule of the table's
-// index.
+// Whether `count` characters, as they lie in a line, are these by the rule of the table's index.
+bool CgTab::Table::IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count) const {
+    if (std::memcmp(bytes, text, count * sizeof(char16_t)) == 0) {
+        return true;
+    }
+    bool isSame = !Traits().caseSensitiveIndex;
+    for (uint32_t i = 0; isSame && i < count; ++i) {
+        char16_t c = 0;
+        std::memcpy(&c, bytes + i * sizeof(c), sizeof(c));
+        isSame = lq::chars::ToUpper(c) == lq::chars::ToUpper(text[i]);
+    }
+    return isSame;
+}
+
+// Whether the first `length` characters of a line's name are these.
 bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* name,
                            uint32_t length) const {
-    const auto isSame = [this](char16_t a, char16_t b) {
-        return a == b ||
-               (!Traits().caseSensitiveIndex && lq::chars::ToUpper(a) == lq::chars::ToUpper(b));
-    };
-    char16_t piece[LineHead::kShortName];
-    for (uint32_t done = 0; done < length;) {
-        const uint32_t count = std::min(length - done, LineHead::kShortName);
+    if (head.nameAt + length * sizeof(char16_t) <= head.read) {
+        return IsSame(head.Name(), name, length);
+    }
+    constexpr uint32_t kPiece = 64;
+    unsigned char piece[kPiece * sizeof(char16_t)];
+    auto at = pos + static_cast<int32_t>(head.nameAt);
+    while (length != 0) {
+        const uint32_t count = std::min(length, kPiece);
         const auto bytes = static_cast<uint32_t>(count * sizeof(char16_t));
-        if (done == 0 && head.nameAt + bytes <= head.read) {
-            std::memcpy(piece, head.Name(), bytes);
-        } else if (file_.ReadAt(pos + static_cast<int32_t>(head.nameAt + 2 * done), piece, bytes) !=
-                   bytes) {
+        if (file_.ReadAt(at, piece, bytes) != bytes || !IsSame(piece, name, count)) {
             return false;
         }
-        if (!std::equal(piece, piece + count, name + done, isSame)) {
-            return false;
-        }
-        done += count;
+        at += static_cast<int32_t>(bytes);
+        name += count;
+        length -= count;
     }
     return true;
 }
@@ -132,13 +148,13 @@ bool CgTab::Table::EnterText(const SearchText& text, int32_t pos) {
 bool CgTab::Table::FormText(int32_t pos, const LineHead& head, SearchText& text) const {
     LineBuffer buf;
     const unsigned char* name = head.Name();
-    if (head.nameLength > LineHead::kShortName) {
-        const uint32_t bytes = head.nameLength * Traits().nameUnit;
-        if (!buf.Resize(bytes) ||
-            file_.ReadAt(pos + static_cast<int32_t>(head.nameAt), buf.Data(), bytes) != bytes) {
+    const uint32_t bytes = head.nameLength * Traits().nameUnit;
+    if (head.nameAt + bytes > head.read) {
+        unsigned char* const room = buf.Resize(bytes);
+        if (!room || file_.ReadAt(pos + static_cast<int32_t>(head.nameAt), room, bytes) != bytes) {
             return false;
         }
-        name = buf.Data();
+        name = room;
     }
     return text.Form(id_, head.Key(), static_cast<const void*>(name), head.nameLength);
 }

@@ -11,32 +11,38 @@ int CgTab::Table::FailRead(int32_t& pos) {
 }
 
 bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
-    if (pos != -1) {
-        if (!SeekTo(pos)) {
-            return FailRead(pos) != 0;
-        }
-    } else if (UsrSet_() && file_.Lseek(static_cast<int32_t>(usrLen_), 1) < 0) {
-        return FailRead(pos) != 0;  // unreachable: the flag is set only where an area lies
+    const bool isCurrent = pos == -1;
+    if (isCurrent && UsrSet_()) {
+        file_.Lseek(static_cast<int32_t>(usrLen_), 1);
     }
-    const int32_t line = file_.Tell();
+    const int32_t line = isCurrent ? file_.Tell() : pos;
+    const void* piece = nullptr;
+    const uint32_t there = file_.Peek(line, piece);
+    const auto* const bytes = static_cast<const unsigned char*>(piece);
     unsigned char field[4];
-    if (file_.Read(field, sizeof(field)) != sizeof(field)) {
+    if (there < sizeof(field) && file_.ReadAt(line, field, sizeof(field)) != sizeof(field)) {
         return FailRead(pos) != 0;
     }
     ResUsr_();
-    const uint32_t length = lq::cgtab::LoadU32(field);
+    const uint32_t length = lq::cgtab::LoadU32(there < sizeof(field) ? field : bytes);
+    const int32_t body = line + 4;
     if (Traits().hasUserArea && length <= usrLen_) {
+        file_.Lseek(body, 0);
         return false;
     }
-    const auto left = static_cast<uint32_t>(file_.Filelength() - file_.Tell());
     buf.hasUser = (mode & kWithUser) != 0;
     const uint32_t read = buf.hasUser ? length : length - usrLen_;
-    if (length > left || !buf.Resize(read) || file_.Read(buf.Data(), read) != read) {
+    if (length > static_cast<uint32_t>(Length() - body)) {
         return FailRead(pos) != 0;
     }
-    const uint32_t behindUser = static_cast<uint32_t>(file_.Tell()) + (length - read);
+    if (there >= 4 && there - 4 >= read) {
+        buf.Refer(bytes + 4, read);
+    } else if (unsigned char* const room = buf.Resize(read);
+               !room || file_.ReadAt(body, room, read) != read) {
+        return FailRead(pos) != 0;
+    }
     const bool stay = (mode & kStayAtUser) != 0;
-    file_.Lseek(static_cast<int32_t>(behindUser - (stay ? usrLen_ : 0)), 0);
+    file_.Lseek(body + static_cast<int32_t>(length - (stay ? usrLen_ : 0)), 0);
     if (stay) {
         SetUsr_(line);
     }

@@ -51,8 +51,8 @@ class LQ_DATA_API R_FILE {
 
     // Copies at most `n` bytes to `buf` and passes over them; returns how many.
     uint32_t Read(void* buf, uint32_t n);
-    // Copies at most `n` bytes at `pos`, the current position staying; returns how many, 0 for a
-    // position outside 0 to the length.
+    // Copies at most `n` bytes at `pos`, the current position staying; returns how many, 0 outside 0
+    // to the length.
     uint32_t ReadAt(int32_t pos, void* buf, uint32_t n) const;
     // Writes `n` bytes, growing the file as needed; returns n, or 0 when it cannot grow.
     uint32_t Write(const void* buf, uint32_t n);
@@ -73,6 +73,8 @@ class LQ_DATA_API R_FILE {
     // The bytes readable at `p` without crossing a block: moves behind them and returns their
     // number, 0 at the end. They stay readable until the file changes.
     uint32_t BlRead(const void*& p);
+    // The same at `pos`, the current position staying; 0 outside 0 to the length.
+    uint32_t Peek(int32_t pos, const void*& p) const;
 
     LQ_ALLOCATED
 
@@ -114,8 +116,6 @@ class LQ_DATA_API R_FILE {
     static unsigned char* BytesAt(const POS_TYP& p) { return BlockAt(p) + p.off; }
     uint32_t RoomAt(const POS_TYP& p) const { return blockSize_ - p.off; }
     uint32_t Rest() const { return static_cast<uint32_t>(end_.pos - cur_.pos); }
-    // Copies `n` bytes, which exist, and moves `from` behind them.
-    void CopyOut(POS_TYP& from, void* buf, uint32_t n) const;
 
     // Sets the length; 0, or -1 and no change. Growth reads as 0 only when `zero` is non-zero.
     int _chsize(int32_t size, int zero);

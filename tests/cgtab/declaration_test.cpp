@@ -296,6 +296,32 @@ TEST(Components, InstancesAreRecorded) {
     EXPECT_EQ(CgTabAccess::AppendCmp(*tables, nullptr, 0x4, &none, range, 1), 0);
 }
 
+// More types than are walked to, behind entries of the caller's with one name twice.
+TEST(Components, InstancesOfManyTypes) {
+    auto tables = NewTables();
+    std::vector<DeclText> decls;
+    for (int i = 0; i < 90; ++i) {
+        const std::string type = (i % 2 == 0 ? "T" : "t") + std::to_string(i % 30 / 2);
+        decls.push_back({DS_VAR, u"v", DT_FB_INSTANCE, {type.begin(), type.end()}});
+    }
+    Header header(decls);
+    POU_LIST list;
+    for (POU_LIST** end = &list.next; const char16_t* name : {u"T7", u"t7", u"other"}) {
+        *end = new POU_LIST;
+        std::copy_n(name, 3, (*end)->typeName);
+        end = &(*end)->next;
+    }
+    CgTab::POS_DSC range;
+    EXPECT_EQ(CgTabAccess::AppendCmp(*tables, header.Get(), 0x80, &list, range, 1), 1);
+    std::string text;
+    for (const POU_LIST* entry = &list; entry; entry = entry->next) {
+        text += Ascii(entry->typeName) + ":" + std::to_string(entry->count) + " ";
+    }
+    EXPECT_EQ(text,
+              ":0 T7:6 t7:0 oth:0 T0:6 T1:6 T2:6 T3:6 T4:6 T5:6 T6:6 T8:6 T9:6 T10:6 T11:6 "
+              "T12:6 T13:6 T14:6 ");
+}
+
 TEST(Components, AFailedStepTakesTheSectionsBack) {
     auto tables = NewTables();
     Header good({{DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"1"}});

@@ -8,7 +8,7 @@ namespace {
 
 using Tables = std::unique_ptr<CgTab>;
 
-// Names and texts of 40 characters: their lines do not fit a reader's inline buffer.
+// Names of 40 characters; texts of twice as many fit no inline buffer.
 std::u16string Name(char16_t letter) {
     return std::u16string(40, letter);
 }
@@ -28,7 +28,7 @@ int Append(CgTab& tables, Header& header, uint16_t attr = 0) {
 
 int32_t InsertConstant(CgTab& tables, char16_t letter) {
     Lit lit;
-    lit.SetText(Name(letter).c_str());
+    lit.SetText((Name(letter) + Name(letter)).c_str());
     return lit.text ? tables.Insert(lit) : -1;
 }
 
@@ -113,7 +113,7 @@ TEST(TablesMemory, EveryJobIsWholeOrFails) {
     const auto readName = [](CgTab& t) {
         CgTab::CstLine line;
         for (int32_t pos = 0; t.Read(pos, line, 0, nullptr);) {
-            if (line.text == Name(u'd')) {
+            if (line.text == Name(u'd') + Name(u'd')) {
                 return pos;
             }
         }
