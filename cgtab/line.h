@@ -28,20 +28,22 @@ struct CgTab::LookTyp {
 
     void AddKey(uint32_t byte) { key[keylen++] = static_cast<unsigned char>(byte); }
 
-    uint32_t NameLenBytes() const { return name ? 1u + (flags & kWideLength) : 0u; }
     // The name length of a completed key, in units of the table.
     uint32_t NameLength() const {
-        uint32_t length = 0;
-        for (uint32_t i = keylen; i > keylen - NameLenBytes(); --i) {
-            length = length << 8 | key[i - 1];
+        if (!name) {
+            return 0;
         }
-        return length;
+        const uint32_t last = key[keylen - 1];
+        return flags & kWideLength ? last << 8 | key[keylen - 2] : last;
     }
 
     unsigned char key[6] = {};
     uint32_t keylen = 0;
     uint8_t flags = 0;
     const void* name;  // terminated text, or bytes in the debug table; null for none
+    // Of a name that was looked for in an index and is not there.
+    bool isAbsent = false;
+    uint32_t hash = 0;
 };
 
 // A line to append.

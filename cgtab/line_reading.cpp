@@ -6,6 +6,7 @@
 #include "lq_data/cgtab.h"
 
 using lq::cgtab::HasStoredDescriptor;
+using lq::cgtab::LoadU32;
 
 namespace {
 
@@ -146,14 +147,22 @@ bool CgTab::Decode(LineBody& body, CMP_LINE& line) {
 
 bool CgTab::Decode(LineBody& body, GLB_LINE& line) {
     CopyShort(body.name, body.nameLength, line.name);
-    line.adrLine = body.extra.TakeI32();
-    line.type = static_cast<IEC_TYPE>(body.extra.TakeI32());
+    const unsigned char* const links = body.extra.Take(2 * 4);
+    if (!links) {
+        return false;
+    }
+    line.adrLine = static_cast<int32_t>(LoadU32(links));
+    line.type = static_cast<IEC_TYPE>(LoadU32(links + 4));
     if (!GetTypeDsc(line.type, body, line.dsc)) {
         return false;
     }
-    line.cstLine = body.extra.TakeI32();
-    line.count = body.extra.TakeU32();
-    line.scope = body.extra.TakeU32();
+    const unsigned char* const rest = body.extra.Take(3 * 4);
+    if (!rest) {
+        return false;
+    }
+    line.cstLine = static_cast<int32_t>(LoadU32(rest));
+    line.count = LoadU32(rest + 4);
+    line.scope = LoadU32(rest + 8);
     return true;
 }
 

@@ -59,6 +59,7 @@ R_FILE::R_FILE(uint32_t blockSize) {
     end_.node = node;
     cur_ = end_;
     blockSize_ = blockSize;
+    blockShift_ = std::has_single_bit(blockSize) ? std::countr_zero(blockSize) : -1;
 }
 
 R_FILE::~R_FILE() {
@@ -90,10 +91,12 @@ void R_FILE::_add_size(POS_TYP& p, uint32_t n, uint32_t blockSize) {
 }
 
 R_FILE::POS_TYP R_FILE::Locate(int32_t pos) const {
-    const uint32_t place = static_cast<uint32_t>(pos);
-    const uint32_t block = place / blockSize_;
-    return {pos, FindNode(block / kSlots), static_cast<uint16_t>(block % kSlots),
-            place % blockSize_};
+    POS_TYP found = {pos, nullptr, 0, 0};
+    const uint32_t block = BlockNumber(found);
+    found.node = FindNode(block / kSlots);
+    found.idx = static_cast<uint16_t>(block % kSlots);
+    found.off = static_cast<uint32_t>(pos) - block * blockSize_;
+    return found;
 }
 
 R_FILE::NODE* R_FILE::FindNode(uint32_t number) const {

@@ -123,7 +123,7 @@ class LQ_DATA_LOCAL CgTab::Table {
     bool CountUse(int32_t pos, int inc);
 
     // The search of a hashed table, and that of a walked one.
-    int32_t LookIndex(const POS_DSC& range, const LookTyp& look, int inc);
+    int32_t LookIndex(const POS_DSC& range, LookTyp& look, int inc);
     int32_t LookName(const LookTyp& look, uint32_t len, int inc);
     bool EnterIndex(const Line& line, int32_t pos);
     bool EnterText(const lq::cgtab::SearchText& text, int32_t pos);

@@ -16,10 +16,11 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     const void* piece = nullptr;
     head.read = file_.Peek(pos, piece);
     head.bytes = static_cast<const unsigned char*>(piece);
-    if (head.read < sizeof(head.copy)) {
+    if (head.read < sizeof(head.copy) && pos + static_cast<int32_t>(head.read) < Length()) {
         head.read = file_.ReadAt(pos, head.copy, sizeof(head.copy));
         head.bytes = head.copy;
     }
+    __builtin_prefetch(head.bytes + 64);  // most lines end in the next line of the cache
     const uint32_t lengthAt = 4u + traits.fixedKey;
     head.nameAt = lengthAt + traits.nameLenBytes;
     if (head.read < head.nameAt) {
@@ -94,7 +95,7 @@ bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
     return HasName(pos, head, text.Get() + inFront, length);
 }
 
-int32_t CgTab::Table::LookIndex(const POS_DSC& range, const LookTyp& look, int inc) {
+int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
     SearchText text;
     if (!Index() ||
         !text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength())) {
@@ -103,6 +104,8 @@ int32_t CgTab::Table::LookIndex(const POS_DSC& range, const LookTyp& look, int i
     const LineIndex::Slot* const slot =
         index_->Find(text.Hash(), [&](int32_t pos) { return HasText(pos, text); });
     if (!slot) {
+        look.hash = text.Hash();
+        look.isAbsent = true;
         return -1;
     }
     const bool hasSections = Traits().countsUses;  // components and labels
@@ -237,8 +240,11 @@ bool CgTab::Table::EnterIndex(const Line& line, int32_t pos) {
     if (!index_ || (!IsTableHashed() && indexEnd_ != pos)) {
         return !IsTableHashed();
     }
-    SearchText text;
     const LookTyp& look = line.look;
+    if (look.isAbsent) {
+        return index_->Insert(look.hash, pos);
+    }
+    SearchText text;
     const bool entered =
         text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength()) &&
         EnterText(text, pos);

@@ -16,13 +16,13 @@ bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
     len = 0;
     if (look.name) {
         const size_t length = lq::chars::Length(static_cast<const char16_t*>(look.name));
-        const uint32_t width = look.NameLenBytes();
-        if (length >= size_t{1} << (8 * width)) {
+        if (length > (look.flags & LookTyp::kWideLength ? 0xFFFF : 0xFF)) {
             return false;
         }
         len = static_cast<uint32_t>(length);
-        for (uint32_t i = 0; i < width; ++i) {
-            look.AddKey(len >> (8 * i) & 0xFF);
+        look.AddKey(len & 0xFF);
+        if (look.flags & LookTyp::kWideLength) {
+            look.AddKey(len >> 8);
         }
     }
     look.flags |= LookTyp::kLengthInKey;

@@ -104,7 +104,8 @@ class LQ_DATA_API R_FILE {
     // The node of that number, counted from 0 along the ring.
     NODE* FindNode(uint32_t number) const;
     uint32_t BlockNumber(const POS_TYP& p) const {
-        return static_cast<uint32_t>(p.pos) / blockSize_;
+        const auto place = static_cast<uint32_t>(p.pos);
+        return blockShift_ >= 0 ? place >> blockShift_ : place / blockSize_;
     }
     uint32_t NodeNumber(const POS_TYP& p) const { return BlockNumber(p) / kSlots; }
 
@@ -143,6 +144,7 @@ class LQ_DATA_API R_FILE {
     static int bClosed;
 
     uint32_t blockSize_ = 0;  // 0: not open
+    int blockShift_ = -1;     // for sizes that are a power of two
     POS_TYP cur_ = {};
     POS_TYP end_ = {};  // its `pos` is the length
 
