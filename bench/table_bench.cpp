@@ -213,7 +213,7 @@ const bool kRegistered = [] {
         const bool append = operation == "append";
         const bool shuffled = operation == "look up";
         std::string first;
-        for (const std::size_t count : {10'000, 100'000, 1'000'000}) {
+        for (const std::size_t count : {10'000u, 100'000u, 1'000'000u}) {
             const std::string base = "tables/" + operation + "/" + std::to_string(count) + "/";
             const std::string ours = add(base + "lq_data", [=](auto& state) {
                 append ? Append(state, count, Filled) : Look(state, count, shuffled, Filled);
@@ -229,7 +229,7 @@ const bool kRegistered = [] {
             }
         }
     }
-    for (const std::size_t count : {10'000, 100'000, 1'000'000}) {
+    for (const std::size_t count : {10'000u, 100'000u, 1'000'000u}) {
         const std::string text = std::to_string(count);
         Compare({"index of " + text + " globals, bytes a line",
                  add("tables/index/" + text, [=](auto& state) { IndexBytes(state, count); }), "",

@@ -28,7 +28,10 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     }
     head.length = lq::cgtab::LoadU32(head.bytes);
     const unsigned char* const field = head.bytes + lengthAt;
-    head.nameLength = traits.nameLenBytes == 1 ? field[0] : uint32_t{field[0]} | field[1] << 8u;
+    head.nameLength = field[0];
+    if (traits.nameLenBytes == 2) {
+        head.nameLength |= uint32_t{field[1]} << 8;
+    }
     return true;
 }
 
