@@ -1,5 +1,9 @@
-// Decimal digits where they lie in the reader's buffer, four at a time and without a branch for
-// each: how many there are is a guess for most numbers.
+// Numbers of their digits: integers and reals.
+//
+// Decimal digits are read where they lie in the reader's buffer, four at a time, which one 64-bit
+// word holds as four lanes. All four are tested and added up by operations on that word, without a
+// branch for each digit: how many digits a number has cannot be foreseen, so that a loop over
+// single digits ends with a mispredicted branch for most numbers.
 #pragma once
 
 #include <bit>
@@ -67,5 +71,16 @@ inline Digits DigitsAt(const char16_t* at) {
     }
     return digits;
 }
+
+// The real number whose digits are `whole`, a point and `fraction`, times 10^`power`, when one
+// multiplication or division of two exact doubles gives the nearest double. False for all others:
+// those with more than 15 digits, leading zeros included, or with a power beyond 22 once the point
+// is moved behind the last digit.
+bool ToDoubleExactly(const Digits& whole, const Digits& fraction, int32_t power, double& value);
+
+// The number that `length` characters of digits, with point and exponent, stand for: the nearest
+// double; infinity above the range and 0 below it. Underscores do not count. Reads the text up to
+// the first character that does not fit, and at most 2048 characters.
+double ToDouble(const char16_t* text, int32_t length);
 
 }  // namespace lq::scanner

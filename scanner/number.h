@@ -1,7 +1,7 @@
 // Decimal and based integers, the integer before a range, and reals.
 #pragma once
 
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 #include "scanner/recogniser.h"
 
 namespace lq::scanner {

@@ -21,8 +21,8 @@
 #include "scanner/digits.h"
 #include "scanner/keyword_cache.h"
 #include "scanner/operators.h"
-#include "scanner/process_state.h"
 #include "scanner/runs.h"
+#include "scanner/string_rules.h"
 
 namespace lq::scanner {
 struct Amount;

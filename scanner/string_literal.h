@@ -1,9 +1,8 @@
 // Character strings and their escapes.
 #pragma once
 
-#include "scanner/escapes.h"
-#include "scanner/process_state.h"
 #include "scanner/recogniser.h"
+#include "scanner/string_rules.h"
 
 // The decoded text, in the value buffer; what it has no room for is dropped. It has for all that
 // lies in one half of the reader.

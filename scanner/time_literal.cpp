@@ -2,8 +2,9 @@
 #include <cmath>
 #include <limits>
 
+#include "frame/in_order.h"
 #include "scanner/calendar.h"
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::scanner;
@@ -66,13 +67,14 @@ struct Unit {
 };
 
 // Milliseconds are "ms" or "MS".
-constexpr Unit kUnits[] = {
-    {u'd', 1, kMsPerDay, 0},
-    {u'h', 24, kMsPerHour, 23},
-    {u'm', 24 * 60, kMsPerMinute, 59},
-    {u's', 24 * 60 * 60, kMsPerSecond, 59},
-    {u'm', 24 * 60 * 60 * 1000, 1, 999},
+constexpr lq::RowOf<DurationUnit, Unit> kUnits[] = {
+    {kDays, {u'd', 1, kMsPerDay, 0}},
+    {kHours, {u'h', 24, kMsPerHour, 23}},
+    {kMinutes, {u'm', 24 * 60, kMsPerMinute, 59}},
+    {kSeconds, {u's', 24 * 60 * 60, kMsPerSecond, 59}},
+    {kMilliseconds, {u'm', 24 * 60 * 60 * 1000, 1, 999}},
 };
+static_assert(lq::AreInOrder(kUnits, kMilliseconds));
 
 void AddDays(Time& time, int32_t days) {
     time.days =
@@ -95,14 +97,14 @@ DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
     const bool isMs = letter == u'm' && following == (c == u'm' ? u's' : u'S');
     if (expected != kNoUnit) {
         const bool matches =
-            letter == kUnits[expected].letter && (expected != kMilliseconds || isMs);
+            letter == kUnits[expected].value.letter && (expected != kMilliseconds || isMs);
         return matches ? expected : kNoUnit;
     }
     if (isMs) {
         return kMilliseconds;
     }
     for (const DurationUnit unit : {kDays, kHours, kMinutes, kSeconds}) {
-        if (letter == kUnits[unit].letter) {
+        if (letter == kUnits[unit].value.letter) {
             return unit;
         }
     }
@@ -111,7 +113,7 @@ DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
 
 // False when the component is out of range.
 bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amount) {
-    const auto& [letter, perDay, ms, limit] = kUnits[unit];
+    const auto& [letter, perDay, ms, limit] = kUnits[unit].value;
     if (!isFirst && amount.value > limit) {
         return false;
     }

@@ -265,7 +265,6 @@ class LQ_DATA_API Scanner : public CObject {
     Token token;
     Address address;
     Time time;
-    int32_t stringLength = 0;
     int32_t nActLine = 0;
     BufferPair* reader = nullptr;
     HashTable* keywords = nullptr;

@@ -1,4 +1,4 @@
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 
 #include <algorithm>
 #include <cfloat>
