@@ -211,9 +211,7 @@ uint32_t FLIST::FindElement(void* out, const void* key, LIST_CALLBACK code, int3
 
 uint32_t FLIST::FindAndCopy(void* out, const void* key, LIST_CALLBACK code, int32_t param) {
     const PLACE place = Seek(key ? key : out, code, param);
-    if (place.node && out && body_->elementSize_ != 0) {
-        ListAccess::FormatOf(*body_).CopyOut(place.node->Data(), out);
-    }
+    ListAccess::CopyFound(*this, place, out);
     return place.index;
 }
 

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
-#include "containers/element.h"
+#include "containers/element_format.h"
 #include "lq_data/containers.h"
 
 namespace lq::containers {
@@ -38,13 +39,34 @@ struct ListAccess {
     // when the list became shorter.
     static void TakeContent(FLIST& list, FLIST& other) { list.TakeContent(other); }
 
-    // FLIST::InsertElement and FLIST::FindElement of a list with a body, inline: what appends and
-    // walks ask for is done at once when elements are words, without a further call. An append
-    // takes 40 % less time that way, a step a third.
+    // FLIST::InsertElement and FLIST::FindElement of a list with a body. Appends and walks, which
+    // are most of all calls, are decided first and done inline.
     static uint32_t InsertElement(FLIST& list, const void* value, const void* key,
-                                  LIST_CALLBACK code, int32_t param);
+                                  LIST_CALLBACK code, int32_t param) {
+        return (code == LC_LAST ? Link(list, list.End(), value)
+                                : list.Insert(value, key, code, param))
+            .index;
+    }
     static uint32_t FindElement(FLIST& list, void* out, const void* key, LIST_CALLBACK code,
-                                int32_t param);
+                                int32_t param) {
+        if (code != LC_NEXT) {
+            return list.FindAndCopy(out, key, code, param);
+        }
+        const FLIST::PLACE place = list.Step();
+        CopyFound(list, place, out);
+        return place.index;
+    }
+
+    // A free node of the pool with zero data, counted; null when memory is short.
+    static CGList::CNode* TakeNode(CGList& pool);
+    // Puts a new element in front of the node at `place`, at its index.
+    static INSERTION Link(FLIST& list, const FLIST::PLACE& place, const void* value);
+    // Copies what was found, if something was, to `out` unless that is null.
+    static void CopyFound(const FLIST& list, const FLIST::PLACE& place, void* out) {
+        if (place.node && out && list.body_->elementSize_ != 0) {
+            FormatOf(*list.body_).CopyOut(place.node->Data(), out);
+        }
+    }
 
     static uint32_t MergeExchange(FLIST& list, LIST_CALLBACK comparer, int32_t param) {
         return list.MergeExchange(comparer, param);
@@ -59,46 +81,33 @@ struct ListAccess {
     static bool Check(const FLIST& list) { return list.Check(); }
     static bool Check(const CGList& pool) { return pool.Check(); }
     static uint32_t BlockCount(const CGList& pool);
-
-  private:
-    static bool HoldsWords(const FLIST& list) {
-        return list.body_->elementSize_ == ElementFormat::kWord;
-    }
-    // Appends a word when a node is free; else 0 and no change.
-    static uint32_t AppendWord(FLIST& list, const void* value);
-    static uint32_t NextWord(FLIST& list, void* out);
 };
 
-inline uint32_t ListAccess::AppendWord(FLIST& list, const void* value) {
+inline CGList::CNode* ListAccess::TakeNode(CGList& pool) {
+    CGList::CNode* const node = pool.free_ || pool.Reserve() ? pool.free_ : nullptr;
+    if (!node) {
+        return nullptr;
+    }
+    pool.free_ = node->next;
+    ++pool.nodeCount_;
+    if (pool.dataSize_ == ElementFormat::kWord) {  // a constant size needs no call
+        std::memset(node->Data(), 0, ElementFormat::kWord);
+    } else {
+        std::memset(node->Data(), 0, pool.dataSize_);
+    }
+    return node;
+}
+
+inline FLIST::INSERTION ListAccess::Link(FLIST& list, const FLIST::PLACE& place,
+                                         const void* value) {
     CGList& body = *list.body_;
-    CGList::CNode* const node = body.free_;
-    if (!node || !value) {
-        return 0;
+    CGList::CNode* const node = TakeNode(body);
+    if (!node) {
+        return {nullptr, 0, false};
     }
-    body.free_ = node->next;
-    ++body.nodeCount_;
-    std::memmove(node->Data(), value, ElementFormat::kWord);
-    return list.Enter(node, list.End()).index;
-}
-
-inline uint32_t ListAccess::NextWord(FLIST& list, void* out) {
-    const FLIST::PLACE place = list.Step();
-    if (place.node && out) {
-        std::memcpy(out, place.node->Data(), ElementFormat::kWord);
-    }
-    return place.index;
-}
-
-inline uint32_t ListAccess::InsertElement(FLIST& list, const void* value, const void* key,
-                                          LIST_CALLBACK code, int32_t param) {
-    const uint32_t appended = code == LC_LAST && HoldsWords(list) ? AppendWord(list, value) : 0;
-    return appended != 0 ? appended : list.Insert(value, key, code, param).index;
-}
-
-inline uint32_t ListAccess::FindElement(FLIST& list, void* out, const void* key, LIST_CALLBACK code,
-                                        int32_t param) {
-    return code == LC_NEXT && HoldsWords(list) ? NextWord(list, out)
-                                               : list.FindAndCopy(out, key, code, param);
+    list.Enter(node, place);
+    const bool written = body.elementSize_ == 0 || FormatOf(body).Write(node->Data(), value);
+    return {node, place.index, written};
 }
 
 }  // namespace lq::containers

@@ -1,9 +1,12 @@
-// Constants, declarations and member initial values from arbitrary texts.
+// Constants, declarations, member initial values and PLCopen documents from arbitrary texts.
 #include <cmath>
 #include <cstring>
+#include <sstream>
 
 #include "cgtab/cgtab_access.h"
 #include "fuzz/targets.h"
+#include "host/model/project.h"
+#include "host/plcopen/plcopen.h"
 #include "lq_base.h"
 #include "lq_data/pouh.h"
 #include "lq_data/types.h"
@@ -101,6 +104,15 @@ void MemberInit(const uint8_t* data, size_t size) {
         Require(withoutBlanks(text).find(withoutBlanks(value)) != text.npos,
                 "a value is a part of the text");
     }
+}
+
+// A document is read, or refused with a report.
+void Plcopen(const uint8_t* data, size_t size) {
+    std::istringstream document(std::string(reinterpret_cast<const char*>(data), size));
+    host::Project project;
+    std::vector<host::Report> reports;
+    const bool whole = host::ReadPlcopen(document, "input", project, reports);
+    Require(whole || (!reports.empty() && reports.back().error), "a refusal has a reason");
 }
 
 }  // namespace lq::fuzz
