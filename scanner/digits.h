@@ -15,7 +15,7 @@
 namespace lq::scanner {
 
 constexpr int32_t kSurelyInRange = 9;  // digits of numbers that are all below 2^32
-constexpr int32_t kMostDigitsAt = 16;  // as many characters are read, whatever lies there
+constexpr int32_t kMostDigitsAt = 16;  // DigitsAt reads so many characters, whatever lies there
 
 // The digits of a decimal number.
 struct Digits {
@@ -52,8 +52,9 @@ inline uint32_t FourDigits(const char16_t* at, int32_t& count) {
     const uint64_t others =
         (((lanes & InEveryLane(0x7FFF)) + InEveryLane(0x7FFF - 9)) | lanes) & InEveryLane(0x8000);
     count = std::countr_zero(others) / 16;
-    // The last digit goes to the highest lane, zeros come in. The product has there, for four
-    // digits a to d: 1000 a + 100 b + 10 c + d; no lane below overflows.
+    // The last digit goes to the highest lane, and zeros come in at the lowest. In the highest lane
+    // of the product, for four digits a to d, is then 1000 a + 100 b + 10 c + d; no lane below
+    // carries into it.
     const int gap = 8 * (4 - count);
     constexpr uint64_t kWeights = 1 + (10ull << 16) + (100ull << 32) + (1000ull << 48);
     return static_cast<uint32_t>(((lanes << gap) << gap) * kWeights >> 48);

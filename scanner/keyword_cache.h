@@ -1,7 +1,8 @@
-// The scanner's short way to its keywords: they are kept under their length and three of their
-// characters, so that nearly every identifier that is no keyword meets an empty place, without a
-// hash of its whole text. The keyword table itself is asked only when there are more keywords than
-// fit. The places take memory with the first keyword: many scanners have none.
+// The scanner's short way to its keywords. They are kept under a number made of their length and
+// three of their characters, so that nearly every identifier that is no keyword meets an empty
+// place, without a hash of its whole text. The keyword table itself is asked only when there are
+// more keywords than fit. The places get their memory with the first keyword, as many scanners have
+// none.
 #pragma once
 
 #include <algorithm>
@@ -52,7 +53,7 @@ class KeywordCache {
         ++count_;
     }
 
-    // Whether every keyword is here.
+    // Whether all keywords that were added are here.
     bool IsComplete() const { return isComplete_; }
     // The id of the keyword of that text, which is not empty; kNone when there is none here.
     int32_t Find(const char16_t* text, int32_t length) const {

@@ -20,7 +20,8 @@ constexpr int32_t kHalfSize = 1024;
 static_assert(kHalfSize <= Scanner::kBufferSize, "a token within one half fits the buffers");
 constexpr uint32_t kKeywordBuckets = 233;
 
-// Short texts are copied in steps. The three buffers are one block, the text buffer its first.
+// The three buffers are one block, which the text buffer begins. Each has room for the last step of
+// a copy (BufferPair::CopyShort).
 constexpr int32_t kBufferLength = Scanner::kBufferSize + BufferPair::kStep;
 
 }  // namespace

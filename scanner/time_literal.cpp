@@ -63,7 +63,7 @@ struct Unit {
     char16_t letter;
     int32_t perDay;
     double ms;
-    double limit;  // of every component but the first, which days always are
+    double limit;  // of a component that is not the first; days come first or not at all
 };
 
 // Milliseconds are "ms" or "MS".
@@ -81,7 +81,7 @@ void AddDays(Time& time, int32_t days) {
         static_cast<int32_t>(static_cast<uint32_t>(time.days) + static_cast<uint32_t>(days));
 }
 
-// The whole part, not negative, as a 32-bit number; false when it does not fit.
+// The whole part of a number that is not negative, in 32 bits; false when it does not fit.
 bool Truncate(double v, int32_t& whole) {
     if (v > 2147483647.0) {
         return false;
@@ -232,8 +232,8 @@ inline bool Recogniser<Cursor>::PassAmount(Amount& amount) {
     return true;
 }
 
-// A run of digits, possibly empty, which counts as 0. A number beyond 32 bits wraps and loses its
-// sign.
+// A run of digits, which may be empty and then counts as 0. A number of more than 32 bits is taken
+// modulo 2^32; as a signed number, of which the sign is dropped.
 template <typename Cursor>
 inline bool Recogniser<Cursor>::Part(uint32_t& number) {
     Digits digits;
