@@ -153,7 +153,7 @@ const char16_t* HashTable::Insert(const char16_t* text, int32_t id, int allowDup
 }
 
 // The new entry; null when memory is short, or the key is there and `mayRepeat` is false. Room in
-// the directory comes first: growing moves the slots.
+// the directory is made first, since growing moves the slots.
 HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value, bool mayRepeat) {
     if (!key.text || !ReserveSlot()) {
         return nullptr;
@@ -255,8 +255,8 @@ void HashTable::ReturnEntry(CAssoc* entry) {
     --count_;
 }
 
-// For chaining by hand: without the directory entries are found in their chains. False when memory
-// is short for those.
+// Called before entries are chained by hand. The directory would not know of those, so it is given
+// up, and entries are found along their chains. False when memory is short for the chains.
 bool HashTable::LeaveDirectory() {
     const bool isChained = !unchained_ || MakeChains();
     DropDirectory();

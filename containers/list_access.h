@@ -17,7 +17,7 @@ struct ListAccess {
     static bool IsHandle(const FLIST* list) {
         return list && reinterpret_cast<std::uintptr_t>(list) % alignof(FLIST) == 0;
     }
-    // A handle whose list has a body.
+    // Whether it is a handle whose list has a body.
     static bool IsValid(const FLIST* list) { return IsHandle(list) && list->HasBody(); }
 
     static ElementFormat FormatOf(const CGList& body) { return {body.type_, body.elementSize_}; }
@@ -52,20 +52,27 @@ struct ListAccess {
         if (code != LC_NEXT) {
             return list.FindAndCopy(out, key, code, param);
         }
-        const FLIST::PLACE place = list.Step();
-        CopyFound(list, place, out);
-        return place.index;
+        return CopyFound(list, list.Step(), out);
     }
 
     // A free node of the pool with zero data, counted; null when memory is short.
-    static CGList::CNode* TakeNode(CGList& pool);
+    static CGList::CNode* TakeNode(CGList& pool) { return TakeNodeAs<false>(pool); }
     // Puts a new element in front of the node at `place`, at its index.
-    static INSERTION Link(FLIST& list, const FLIST::PLACE& place, const void* value);
-    // Copies what was found, if something was, to `out` unless that is null.
-    static void CopyFound(const FLIST& list, const FLIST::PLACE& place, void* out) {
-        if (place.node && out && list.body_->elementSize_ != 0) {
+    static INSERTION Link(FLIST& list, FLIST::PLACE place, const void* value) {
+        const CGList& body = *list.body_;
+        return body.free_ && body.elementSize_ == ElementFormat::kWord
+                   ? LinkAs<true>(list, place, value)
+                   : LinkAny(list, place, value);
+    }
+    // Copies what was found, if something was, to `out` unless that is null. Returns its index.
+    static uint32_t CopyFound(const FLIST& list, FLIST::PLACE place, void* out) {
+        if (list.body_->elementSize_ != ElementFormat::kWord) {
+            return CopyAny(list, place, out);
+        }
+        if (place.node && out) {
             FormatOf(*list.body_).CopyOut(place.node->Data(), out);
         }
+        return place.index;
     }
 
     static uint32_t MergeExchange(FLIST& list, LIST_CALLBACK comparer, int32_t param) {
@@ -81,32 +88,40 @@ struct ListAccess {
     static bool Check(const FLIST& list) { return list.Check(); }
     static bool Check(const CGList& pool) { return pool.Check(); }
     static uint32_t BlockCount(const CGList& pool);
+
+  private:
+    // The rule of an insertion is written once and compiled twice: `kIsPlain` is for elements of
+    // four bytes while the pool has a free node, as in most appends. Nothing is then left to call.
+    template <bool kIsPlain>
+    static CGList::CNode* TakeNodeAs(CGList& pool);
+    template <bool kIsPlain>
+    static INSERTION LinkAs(FLIST& list, FLIST::PLACE place, const void* value);
+    static INSERTION LinkAny(FLIST& list, FLIST::PLACE place, const void* value);
+    static uint32_t CopyAny(const FLIST& list, FLIST::PLACE place, void* out);
 };
 
-inline CGList::CNode* ListAccess::TakeNode(CGList& pool) {
-    CGList::CNode* const node = pool.free_ || pool.Reserve() ? pool.free_ : nullptr;
-    if (!node) {
+template <bool kIsPlain>
+CGList::CNode* ListAccess::TakeNodeAs(CGList& pool) {
+    if (!kIsPlain && !pool.free_ && !pool.Reserve()) {
         return nullptr;
     }
+    CGList::CNode* const node = pool.free_;
     pool.free_ = node->next;
     ++pool.nodeCount_;
-    if (pool.dataSize_ == ElementFormat::kWord) {  // a constant size needs no call
-        std::memset(node->Data(), 0, ElementFormat::kWord);
-    } else {
-        std::memset(node->Data(), 0, pool.dataSize_);
-    }
+    std::memset(node->Data(), 0, kIsPlain ? ElementFormat::kWord : pool.dataSize_);
     return node;
 }
 
-inline FLIST::INSERTION ListAccess::Link(FLIST& list, const FLIST::PLACE& place,
-                                         const void* value) {
+template <bool kIsPlain>
+FLIST::INSERTION ListAccess::LinkAs(FLIST& list, FLIST::PLACE place, const void* value) {
     CGList& body = *list.body_;
-    CGList::CNode* const node = TakeNode(body);
+    CGList::CNode* const node = TakeNodeAs<kIsPlain>(body);
     if (!node) {
         return {nullptr, 0, false};
     }
     list.Enter(node, place);
-    const bool written = body.elementSize_ == 0 || FormatOf(body).Write(node->Data(), value);
+    const ElementFormat format{body.type_, kIsPlain ? ElementFormat::kWord : body.elementSize_};
+    const bool written = format.size == 0 || format.Write(node->Data(), value);
     return {node, place.index, written};
 }
 

@@ -1,5 +1,5 @@
-// The functions on list handles: the validity check, then the member function. And what the other
-// sources of the folder need of a list's private parts.
+// The functions on list handles: the validity check, then the member function. And what other
+// sources need of a list's private parts.
 #include "containers/list_access.h"
 #include "lq_data/containers.h"
 
@@ -27,12 +27,24 @@ const void* ListAccess::CurrentValue(const FLIST& list) {
     return FormatOf(body).Argument(body.current_->Data());
 }
 
+ListAccess::INSERTION ListAccess::LinkAny(FLIST& list, FLIST::PLACE place, const void* value) {
+    return LinkAs<false>(list, place, value);
+}
+
+uint32_t ListAccess::CopyAny(const FLIST& list, FLIST::PLACE place, void* out) {
+    const CGList& body = *list.body_;
+    if (place.node && out && body.elementSize_ != 0) {
+        FormatOf(body).CopyOut(place.node->Data(), out);
+    }
+    return place.index;
+}
+
 void* ListAccess::Append(FLIST& list, const void* value) {
     return list.Link(list.End(), value).node;
 }
 
 void* ListAccess::InsertBehind(FLIST& list, const void* value, CGList::CNode* node) {
-    // The index is of no account: the position goes to before-first.
+    // The index given to Link does not matter: the position is set to before-first below.
     CGList::CNode* added = list.Link({node->next, 0}, value).node;
     if (added) {
         list.Rewind();
