@@ -120,7 +120,7 @@ class HashModel {
     bool caseSensitive_;
 };
 
-// By ascending bucket, the newest first within one.
+// The table's iteration goes by ascending bucket, and within a bucket from the newest entry on.
 void RequireOrder(const HashTable& table, std::vector<HashModel::Entry> entries) {
     const auto bucketOf = [&table](const HashModel::Entry& entry) {
         return containers::HashTableAccess::HashIndex(table, entry.first.c_str());

@@ -10,8 +10,9 @@
 
 namespace lq::fuzz {
 
-// A function for lists: looks for the second element, puts a new one there, or at the end while
-// there is an even number.
+// A function for lists. A search with it finds the second element; an insertion puts the new
+// element there, and when there is no second one, behind the last of an even number of elements or
+// nowhere.
 inline int IsSecond(FLIST* list, uint32_t position, void* element, void*, int32_t) {
     return element ? position == 2 : CardinalityOfList(list) % 2 == 0;
 }

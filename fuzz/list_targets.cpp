@@ -29,7 +29,8 @@ constexpr const char16_t* kTexts[kNumbers] = {u"",   u"A",  u"AB", u"B",     u"B
                                               u"CC", u"D0", u"DD", u"E",     u"E1", u"E2",
                                               u"F",  u"FF", u"G",  u"\u00C4"};
 
-// In the same order where case does not count: an underscore comes before the letters.
+// Texts in the same order when case does not count, in which an underscore comes before the
+// letters.
 constexpr const char16_t* kMixed[kNumbers] = {u"",   u"a",  u"AB", u"b",     u"BA", u"c",
                                               u"CC", u"d_", u"DD", u"e",     u"E1", u"e2",
                                               u"F",  u"ff", u"G",  u"\u00E4"};
@@ -67,7 +68,7 @@ const Element& AnyElement(Input& input) {
     return kElements[input.Below(std::size(kElements))];
 }
 
-// Rewind, the codes 3 to 9, a function.
+// Any way to address an element: LC_REWIND, the codes 3 to 9, or a function.
 LIST_CALLBACK AnyCode(Input& input) {
     const uint32_t code = input.Below(9);
     return code == 8 ? IsSecond
@@ -95,7 +96,7 @@ std::vector<int> Resorted(const std::vector<int>& numbers, LIST_CALLBACK code) {
     return sorted.Numbers();
 }
 
-// Room for an element that is handed out: at first the value of a number.
+// Room for an element that is copied out. At first it holds the element of a number.
 class Room {
   public:
     Room(const Element& element, int number) : element_(element) {

@@ -88,7 +88,7 @@ void Declaration(const uint8_t* data, size_t size) {
     }
 }
 
-// A value is a part of the text, but for blanks.
+// A value is a part of the text when blanks do not count.
 void MemberInit(const uint8_t* data, size_t size) {
     const auto withoutBlanks = [](std::u16string text) {
         std::erase_if(text, [](char16_t c) {

@@ -43,7 +43,7 @@ class LQ_DATA_API R_FILE {
     // Block slots of a node.
     static uint16_t BlCnt() { return 15; }
 
-    // The new position; -1 and no change when it lies outside 0 to the length.
+    // Moves to a position and returns it; -1 and no change when it lies outside 0 to the length.
     int32_t Lseek(int32_t offset, int whence);
     int32_t Tell() const { return cur_.pos; }
     int Eof() const { return cur_.pos == end_.pos ? 1 : 0; }
@@ -53,10 +53,10 @@ class LQ_DATA_API R_FILE {
     uint32_t Read(void* buf, uint32_t n);
     // Writes `n` bytes, growing the file as needed; returns n, or 0 when it cannot grow.
     uint32_t Write(const void* buf, uint32_t n);
-    // Insert, then Write; 0 when the insertion failed.
+    // Opens a gap (Insert) and writes into it (Write); returns n, or 0 when the insertion failed.
     uint32_t InsWrite(const void* buf, uint32_t n);
 
-    // 0, or -1 and no change.
+    // These return 0, or -1 without a change.
     int Insert(int32_t n);     // opens a gap of unspecified content at the current position
     int Delete(int32_t n);     // removes n bytes at the current position
     int Chsize(int32_t size);  // not below the current position; growth reads as 0
