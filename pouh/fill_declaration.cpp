@@ -1,11 +1,10 @@
-// Every operation stores each part in the tree as soon as it exists, so that a shortage of memory
-// leaves nothing without an owner.
-
-#include "pouh/fill_declaration.h"
+// Filling a new declaration record. Each part is stored in the tree as soon as it exists, so that a
+// shortage of memory leaves nothing without an owner.
 
 #include "lq_data/memory.h"
 #include "pouh/attributes.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
