@@ -20,7 +20,8 @@ struct ElementFormat {
     static bool Make(LIST_ELEMENT_TYPE type, uint32_t given, ElementFormat& format);
 
     bool IsText() const { return type == LET_STRING || type == LET_STRING_NOCASE; }
-    // What callbacks get, and what a value that equals the element looks like.
+    // The element as callbacks get it, and as values and keys are given: the text itself for the
+    // text types, otherwise the address of its bytes.
     void* Argument(void* slot) const;
     // Below, equal to or above zero: the element against the key. Of LET_MEMORY elements the first
     // `length` bytes are compared; 0, or more than the size, means all of them.

@@ -31,8 +31,8 @@ struct Measured {
     uint32_t hash;
 };
 
-// What the process keeps to itself; one for all libraries of a process. It is drawn when the
-// library is loaded, before its static objects and those of any module that needs it, and stays.
+// The secret of the process, one for all its libraries. It is drawn when the library is loaded,
+// before its static objects and those of any module that needs it, and stays.
 struct Seed {
     uint64_t word;
     uint64_t state;
@@ -54,7 +54,7 @@ inline uint64_t Load(const char16_t* text) {
     return word;
 }
 
-// Fewer than four characters, as if zeros followed.
+// Loads fewer than four characters, as if zeros followed.
 inline uint64_t LoadRest(const char16_t* text, std::size_t count) {
     char16_t characters[kStep] = {};
     for (std::size_t i = 0; i < count; ++i) {
@@ -172,7 +172,7 @@ inline Measured OfText(const char16_t* text) {
     return detail::MeasureAndHash(text, detail::kAsItIs);
 }
 
-// Equal for texts that differ in case only.
+// The hash of a name: equal for texts that differ in case only.
 inline uint32_t OfName(const char16_t* text, std::size_t length) {
     return detail::Hash(text, length, detail::kUpper);
 }
@@ -180,7 +180,7 @@ inline Measured OfName(const char16_t* text) {
     return detail::MeasureAndHash(text, detail::kUpper);
 }
 
-// Of a text in bytes, as UTF-8 is.
+// Hash of a text in bytes, such as UTF-8.
 inline uint32_t OfBytes(const char* bytes, std::size_t count) {
     uint64_t words[2];
     uint64_t state = seed.state;

@@ -164,7 +164,7 @@ void Hash(const uint8_t* data, size_t size) {
     constexpr uint32_t kBuckets[] = {1, 3, 233};
     Input input(data, size);
     const bool caseSensitive = input.Below(2) != 0;
-    const bool isOrdered = input.Below(2) != 0;  // or it has no buckets until its end
+    const bool isOrdered = input.Below(2) != 0;  // otherwise the buckets are first made at the end
     HashTable table(kBuckets[input.Below(3)], caseSensitive ? 1 : 0);
     HashModel model(caseSensitive);
     while (!input.IsEmpty()) {

@@ -119,7 +119,7 @@ class Room {
     char16_t bytes_[4] = {};
 };
 
-// A paired list in the model. `lead` is the list that a code asks.
+// The model of a paired list. `lead` is the list that the operation's code and column choose.
 struct PairModel {
     ListModel lists[2];
     size_t lead = 0;
@@ -169,7 +169,7 @@ struct PairModel {
         if (code == LC_EQUAL) {
             Leader().GoTo(0);
         }
-        // Without a key any pair is not less: the first one.
+        // There is no key, and every element is not less than none: the first pair is found.
         const uint32_t index = code == LC_NOT_LESS ? Leader().Find(LC_FIRST, 0, 0)
                                                    : Leader().Find(code, numbers[lead], column);
         if (index != 0) {
@@ -273,7 +273,8 @@ void PairedList(const uint8_t* data, size_t size) {
         const auto handOut = [&](auto operation, uint32_t index, const int(&pair)[2]) {
             Require(operation(assay, rooms[0].Bytes(), rooms[1].Bytes(), code, param) == index,
                     "the index of a found or removed pair");
-            // By its place both elements of a pair are handed out, by a search its partner.
+            // A pair that is addressed by its place has both elements copied out; one that is
+            // searched for has only the element of the other list copied out.
             for (const size_t side : {0u, 1u}) {
                 const bool isKept = index == 0 || (bySearch && side == model.lead);
                 Require(rooms[side].Number() == (isKept ? numbers[side] : pair[side]),

@@ -15,7 +15,7 @@ namespace lq::fuzz {
 
 namespace {
 
-// The printed forms that are constants of the value's own class again. Durations, dates and times
+// Whether what a value was printed as has been read as the same value. Durations, dates and times
 // of day print as plain counts, which read as integers of that number.
 bool IsSame(const Val& value, const Val& again) {
     Val a = value;
@@ -38,7 +38,7 @@ bool IsSame(const Val& value, const Val& again) {
 
 }  // namespace
 
-// What is a constant and is printed reads back equal.
+// A constant that is printed reads back equal.
 void Value(const uint8_t* data, size_t size) {
     Input input(data, size);
     const int unsignedOnly = input.Byte() & 1;

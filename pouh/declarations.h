@@ -5,8 +5,7 @@
 
 namespace lq::pouh {
 
-// --- fill_declaration.cpp: a new record from its parts
-// --------------------------------------------
+// --- fill_declaration.cpp: a new record from its parts -----------------------------------------
 
 // What a declaration consists of. A null text leaves its field empty.
 struct DeclContent {
@@ -28,16 +27,14 @@ int FillStringDeclaration(DECL_TYP* decl, const DeclContent& content);
 int FillArrayDeclaration(DECL_TYP* decl, const DeclContent& content);
 int FillStructDeclaration(DECL_TYP* decl, const DeclContent& content);
 
-// --- convert_declaration.cpp: one declaration of the model to one record
-// --------------------------
+// --- convert_declaration.cpp: one declaration of the model to one record -----------------------
 
 // A new record, owned by the caller, with its type classified and erroneous texts marked; null when
 // memory is short. `isReturn` is for the return value of a function, whose name has a rule of its
 // own. An object that is no declaration of a POU or global list has an unknown scope.
 DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn);
 
-// --- load_declarations.cpp: what the loaders of headers, interfaces and symbol tables share
-// -------
+// --- load_declarations.cpp: what the loaders of headers, interfaces and symbol tables share ----
 
 // EN and ENO, the parameters that a POU with the ENO flag has beside its own.
 struct EnableParameter {

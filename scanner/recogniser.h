@@ -142,8 +142,8 @@ class Recogniser {
             }
         }
     }
-    // Decimal digits, as a number. `take` is given each digit, but not in text that lies whole,
-    // from which the digits can be read again.
+    // Decimal digits, as a number. `take` is given each of them where the text may lie in pieces;
+    // of text that lies whole, which can be read again, it is not given all.
     template <typename Take>
     bool Decimal(Digits& digits, Take take) {
         if constexpr (Cursor::kIsWhole) {

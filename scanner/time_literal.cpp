@@ -128,10 +128,6 @@ bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amo
         return true;
     }
     const auto whole = static_cast<int32_t>(amount.wrapped);
-    if (whole >= 0 && whole < perDay) {  // nearly all, and they save a division
-        time.ms += whole * ms;
-        return true;
-    }
     AddDays(time, whole / perDay);
     time.ms += whole % perDay * ms;
     return true;
