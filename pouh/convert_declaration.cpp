@@ -74,8 +74,7 @@ int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
             return FillArrayDeclaration(decl, content);
         case TypeClass::kFbInstance:
             return FillFBInstDeclaration(decl, content.scope, content.name, content.typeText,
-                                         content.comment, content.word, content.comment2) &&
-                   FillFlagsInDeclaration(decl, content.set);
+                                         content.comment, 0, content.comment2);
         case TypeClass::kStructInstance:
             return FillStructDeclaration(decl, content);
         case TypeClass::kElementary:
@@ -120,8 +119,6 @@ int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* ini
                        .typeText = typeText.Get(),
                        .initValue = init.Get(),
                        .comment = source.GetDeclComment(),
-                       .word = 0,
-                       .set = 0,
                        .comment2 = source.GetDeclComment2()});
 }
 

@@ -14,14 +14,12 @@ struct DeclContent {
     const char16_t* typeText;
     const char16_t* initValue;
     const char16_t* comment;
-    int word;  // POUH_DECLWORD: its low 16 bits
-    int set;   // FillFlagsInDeclaration
     const char16_t* comment2;
 };
 
-// Each stores a type record of its kind with a specification, both comment records and the
-// two words in `decl`, which is new and not null. 1; 0 when memory is short: the parts that were
-// made until then belong to `decl`.
+// Each stores scope and name, a type record of its kind with a specification, and both comment
+// records in `decl`, which is new and not null. The result is 1, or 0 when memory is short: the
+// parts that were made until then belong to `decl`.
 int FillSimpleDeclaration(DECL_TYP* decl, const DeclContent& content);
 int FillStringDeclaration(DECL_TYP* decl, const DeclContent& content);
 int FillArrayDeclaration(DECL_TYP* decl, const DeclContent& content);

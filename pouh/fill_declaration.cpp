@@ -10,8 +10,7 @@ namespace lq::pouh {
 
 namespace {
 
-bool FillHead(DECL_TYP& decl, DECL_SCOPE scope, const char16_t* name, int word) {
-    decl.word = static_cast<uint16_t>(word);
+bool FillHead(DECL_TYP& decl, DECL_SCOPE scope, const char16_t* name) {
     decl.scope = scope;
     return StoreText(decl.name, name);
 }
@@ -33,9 +32,7 @@ bool FillType(DECL_TYP& decl, POUH_TYPE_KIND kind, const DeclContent& content) {
 
 template <typename Spec>
 int Fill(DECL_TYP* decl, POUH_TYPE_KIND kind, const DeclContent& content) {
-    FillFlagsInDeclaration(decl, content.set);
-    return FillHead(*decl, content.scope, content.name, content.word) &&
-           FillType<Spec>(*decl, kind, content);
+    return FillHead(*decl, content.scope, content.name) && FillType<Spec>(*decl, kind, content);
 }
 
 }  // namespace
@@ -72,14 +69,13 @@ int FillFBInstDeclaration(DECL_TYP* decl, DECL_SCOPE scope, const char16_t* name
     if (!decl) {
         return 0;
     }
-    return lq::pouh::FillHead(*decl, scope, name, word) &&
+    decl->word = static_cast<uint16_t>(word);
+    return lq::pouh::FillHead(*decl, scope, name) &&
            lq::pouh::FillType<FBINST_SPEC_TYP>(*decl, DT_FB_INSTANCE,
                                                {.scope = scope,
                                                 .name = name,
                                                 .typeText = fbType,
                                                 .initValue = nullptr,
                                                 .comment = comment,
-                                                .word = word,
-                                                .set = 0,
                                                 .comment2 = comment2});
 }

@@ -54,8 +54,6 @@ bool AppendParameter(FLIST* list, DECL_SCOPE scope, const char16_t* name, const 
                                       .typeText = typeText,
                                       .initValue = initValue,
                                       .comment = nullptr,
-                                      .word = 0,
-                                      .set = 0,
                                       .comment2 = nullptr})) {
         DestroyDecl(decl);
         return false;

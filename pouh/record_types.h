@@ -31,7 +31,6 @@ struct POUH_INFO_TYP {
     POUH_COMMENT_TYP* pouComment;
     POUH_COMMENT_TYP* comment;
     uint32_t headerFlag;
-    uint32_t reserved[2];  // zero
     uint32_t extraValue;
 };
 
