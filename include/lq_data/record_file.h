@@ -125,7 +125,12 @@ class LQ_DATA_API R_FILE {
     // Releases the chunks that hold none of the first `nodeCount` nodes.
     void ReleaseChunks(uint32_t nodeCount);
 
-    // Whether n bytes at the current position are a few whole blocks, which RotateBlocks can move.
+    // Insertion and deletion in the middle move all bytes behind the gap, unless the gap is a few
+    // whole blocks: then no byte moves but pointers to blocks. To open the gap the file grows at
+    // its end, and the blocks from the gap on are rotated up, so that the new blocks come to the
+    // gap; to close it they are rotated down, so that the blocks of the gap come to the end, where
+    // the file shrinks. A rotation goes through the nodes once and carries the blocks that leave a
+    // node over into the next, which is why there may be no more of them than a node has slots.
     bool AreFewBlocks(int32_t n) const;
     void RotateBlocks(const POS_TYP& first, uint32_t count, bool up);
     void MoveUp(POS_TYP from, POS_TYP to, uint32_t count);
