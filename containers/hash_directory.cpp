@@ -1,10 +1,18 @@
-// The directory of a hash table: open addressing over the newest entry of every key, by a hash that
-// takes eight bytes of the key in a step. What it gained: a hit among 100,000 names with running
-// numbers takes tens of nanoseconds where a walk along its chain took 4.4 microseconds.
+// The directory of a hash table, which finds the entry of a key without a walk along its chain.
 //
-// A search looks at tags first, which are 16 bits of the hash: those of two million slots fit in a
-// cache. Eight are looked at in one step, as where among them a search ends would be a guess for
-// the processor: an absent name took half as long again.
+// The chains are ordered by a hash that the interface fixes, and under which names with running
+// numbers crowd in few buckets. So the newest entry of every key is entered a second time, in an
+// array of slots, by another hash (frame/text_hash.h): open addressing with linear probing (Knuth,
+// The Art of Computer Programming, volume 3, section 6.4, algorithm L). A key is looked for from
+// the slot of its hash on, up to the first empty slot.
+//
+// Following a slot to its entry and the entry to its key would mean two accesses to distant memory
+// for each slot that is passed. So each slot has a tag beside it, 16 bits of the hash, and a search
+// goes along the array of tags, which is small enough for a cache, and follows only slots with the
+// tag of its key. Eight tags are compared in one step without a branch for each, as in the hash
+// tables of Kulukundis (Designing a Fast, Efficient, Cache-friendly Hash Table, Step by Step;
+// CppCon 2017): at which of several slots a search ends is nothing that the processor could
+// predict.
 #include <bit>
 #include <cstring>
 
@@ -21,7 +29,8 @@ constexpr uint32_t kFirstSlots = 32;
 constexpr uint32_t kStep = lq::containers::kSlotStep;
 constexpr uint16_t kNoTag = lq::containers::kNoTag;
 
-// From the bits that are the last to count for the slot.
+// The upper half of the hash. Slots are chosen by the lower bits, so that the tag tells keys of one
+// slot apart; its bits take part in the choice last, when there are more than 65536 slots.
 uint16_t TagOf(uint32_t hash) {
     const auto tag = static_cast<uint16_t>(hash >> 16);
     return tag != kNoTag ? tag : 1;
@@ -38,7 +47,7 @@ HashTable::KEY HashTable::KeyOf(const char16_t* text) const {
     return {text, static_cast<uint32_t>(length), hash};
 }
 
-// Apart from the search, which then has no more to save on the stack than it needs to pass slots.
+// Not inlined: the search then keeps all its values in registers while it passes slots.
 [[gnu::noinline]] bool HashTable::Matches(const CAssoc& entry, const KEY& key) const {
     if (entry.hash != key.hash || entry.length != key.length) {
         return false;
@@ -48,7 +57,8 @@ HashTable::KEY HashTable::KeyOf(const char16_t* text) const {
            (!caseSensitive_ && chars::EqualNoCase(entry.key, key.text));
 }
 
-// The key's slot, or the empty one where it belongs. There must be slots.
+// The slot of the key's newest entry; when the key is not there, the empty slot where it belongs.
+// The directory must have slots.
 uint32_t HashTable::SlotOf(const KEY& key) const {
     const uint32_t mask = slotCount_ - 1;
     const uint16_t tag = TagOf(key.hash);
@@ -68,7 +78,8 @@ bool HashTable::IsTaken(uint32_t slot) const {
     return tags_[slot] != kNoTag;
 }
 
-// The first tags stand behind the last ones, too, so that a step may begin at any slot.
+// A step reads kStep tags from any slot on. So that it need not go back to the first slot on its
+// way, the first kStep tags are kept a second time behind the last one.
 void HashTable::SetSlot(uint32_t slot, uint16_t tag, CAssoc* entry) {
     newest_[slot] = entry;
     tags_[slot] = tag;
@@ -97,7 +108,7 @@ bool HashTable::ReserveSlot() {
     slotCount_ = count;
     std::memset(tags_, 0, tagBytes);
     static_assert(kNoTag == 0);
-    constexpr uint32_t kAhead = 16;  // entries lie anywhere in memory, and none waits for another
+    constexpr uint32_t kAhead = 16;  // entries are fetched early: each lies elsewhere in memory
     for (uint32_t i = 0; i < oldCount; ++i) {
         if (i + kAhead < oldCount && oldTags[i + kAhead] != kNoTag) {
             __builtin_prefetch(old[i + kAhead]);
@@ -110,7 +121,7 @@ bool HashTable::ReserveSlot() {
     return true;
 }
 
-// For a key that is not there.
+// The empty slot where a key of that hash belongs that is not there.
 uint32_t HashTable::FreeSlotFor(uint32_t hash) const {
     uint32_t slot = hash & (slotCount_ - 1);
     while (IsTaken(slot)) {
@@ -119,7 +130,9 @@ uint32_t HashTable::FreeSlotFor(uint32_t hash) const {
     return slot;
 }
 
-// Closes the gap: what lies behind it and may lie in it moves up.
+// Empties a slot. A search must not end at the gap in front of the key that it looks for, so the
+// slots behind it, up to the next empty one, are gone through: an entry whose own slot does not lie
+// behind the gap moves into it, and leaves the next gap (Knuth, as above, algorithm R).
 void HashTable::EmptySlot(uint32_t slot) {
     const uint32_t mask = slotCount_ - 1;
     uint32_t gap = slot;
@@ -154,12 +167,12 @@ HashTable::CAssoc* HashTable::Find(const KEY& key) const {
     return IsTaken(slot) ? newest_[slot] : nullptr;
 }
 
-// One function with all of the search in it.
+// Flattened: hash and search become one function without calls.
 [[gnu::flatten]] HashTable::CAssoc* HashTable::Find(const char16_t* text) const {
     return Find(KeyOf(text));
 }
 
-// `slot` is the SlotOf the entry's key.
+// Makes the entry the newest of its key, for which SlotOf gives `slot`.
 void HashTable::EnterInDirectory(uint32_t slot, CAssoc* entry) {
     const bool isNew = !IsTaken(slot);
     entry->older = isNew ? nullptr : newest_[slot];

@@ -1,11 +1,12 @@
-// Entries: their search, insertion and removal. hash_chains.cpp puts them in order, and
-// hash_directory.cpp finds them.
+// The entries of a hash table: their search, insertion and removal, and the blocks that they lie
+// in. hash_directory.cpp finds them by their keys, hash_chains.cpp puts them in order.
 #include "lq_data/hash_table.h"
 
 #include <cstring>
 
 #include "frame/chars.h"
 
+LQ_IMPLEMENT_DYNAMIC(CMemBlock, CObject, &CMemBlock::CreateObject)
 LQ_IMPLEMENT_DYNAMIC(HashTable, CMemBlock, &HashTable::CreateObject)
 
 namespace {
@@ -16,6 +17,35 @@ constexpr unsigned int kDefaultSize = 233;
 constexpr int32_t kNotFound = -1;
 
 }  // namespace
+
+CMemBlock::~CMemBlock() {
+    DeleteBlocks();
+}
+
+CObject* CMemBlock::CreateObject() {
+    return new CMemBlock;
+}
+
+void* CMemBlock::GetNewBlock(int size) {
+    if (size < 0) {
+        return nullptr;
+    }
+    auto* block = static_cast<BLOCK*>(lq::Allocate(sizeof(BLOCK) + static_cast<std::size_t>(size)));
+    if (!block) {
+        return nullptr;
+    }
+    block->next = blocks_;
+    blocks_ = block;
+    return block + 1;
+}
+
+void CMemBlock::DeleteBlocks() {
+    while (blocks_) {
+        BLOCK* block = blocks_;
+        blocks_ = block->next;
+        lq::Release(block);
+    }
+}
 
 HashTable::HashTable() : HashTable(kDefaultSize, 1) {}
 
@@ -123,7 +153,7 @@ const char16_t* HashTable::Insert(const char16_t* text, int32_t id, int allowDup
 }
 
 // The new entry; null when memory is short, or the key is there and `mayRepeat` is false. Room in
-// the directory comes first: growing moves the slots.
+// the directory is made first, since growing moves the slots.
 HashTable::CAssoc* HashTable::Enter(const KEY& key, uint32_t value, bool mayRepeat) {
     if (!key.text || !ReserveSlot()) {
         return nullptr;
@@ -225,8 +255,8 @@ void HashTable::ReturnEntry(CAssoc* entry) {
     --count_;
 }
 
-// For chaining by hand: without the directory entries are found in their chains. False when memory
-// is short for those.
+// Called before entries are chained by hand. The directory would not know of those, so it is given
+// up, and entries are found along their chains. False when memory is short for the chains.
 bool HashTable::LeaveDirectory() {
     const bool isChained = !unchained_ || MakeChains();
     DropDirectory();

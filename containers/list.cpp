@@ -119,7 +119,8 @@ FLIST::PLACE FLIST::Locate(const void* key, LIST_CALLBACK code, int32_t param) {
     }
 }
 
-// The cached position and both ends are next door; any other index is reached by the shorter walk.
+// The current element, its follower and both ends are at hand. Any other index is reached by the
+// shortest walk: from the current element, from the front or from the back.
 FLIST::PLACE FLIST::LocateIndex(uint32_t index) const {
     CNode* const head = body_->head_;
     CNode* const current = body_->current_;
@@ -210,11 +211,7 @@ uint32_t FLIST::FindElement(void* out, const void* key, LIST_CALLBACK code, int3
 }
 
 uint32_t FLIST::FindAndCopy(void* out, const void* key, LIST_CALLBACK code, int32_t param) {
-    const PLACE place = Seek(key ? key : out, code, param);
-    if (place.node && out && body_->elementSize_ != 0) {
-        ListAccess::FormatOf(*body_).CopyOut(place.node->Data(), out);
-    }
-    return place.index;
+    return ListAccess::CopyFound(*this, Seek(key ? key : out, code, param), out);
 }
 
 uint32_t FLIST::SizeOfElement(uint32_t* size, const void* key, LIST_CALLBACK code, int32_t param) {

@@ -1,8 +1,65 @@
-// The functions on list handles: the validity check, then the member function.
+// The functions on list handles: the validity check, then the member function. And what other
+// sources need of a list's private parts.
 #include "containers/list_access.h"
 #include "lq_data/containers.h"
 
 using lq::containers::ListAccess;
+
+namespace lq::containers {
+
+int ListAccess::CompareUserData(const FLIST* a, const FLIST* b) {
+    const bool isValidA = IsValid(a);
+    const bool isValidB = IsValid(b);
+    return isValidA && isValidB ? a->body_->userData_.Compare(b->body_->userData_)
+                                : isValidA - isValidB;
+}
+
+uint32_t ListAccess::BlockCount(const CGList& pool) {
+    uint32_t n = 0;
+    for (const CGList::BLOCK* block = pool.blocks_; block; block = block->next) {
+        ++n;
+    }
+    return n;
+}
+
+const void* ListAccess::CurrentValue(const FLIST& list) {
+    const CGList& body = *list.body_;
+    return FormatOf(body).Argument(body.current_->Data());
+}
+
+ListAccess::INSERTION ListAccess::LinkAny(FLIST& list, FLIST::PLACE place, const void* value) {
+    return LinkAs<false>(list, place, value);
+}
+
+uint32_t ListAccess::CopyAny(const FLIST& list, FLIST::PLACE place, void* out) {
+    const CGList& body = *list.body_;
+    if (place.node && out && body.elementSize_ != 0) {
+        FormatOf(body).CopyOut(place.node->Data(), out);
+    }
+    return place.index;
+}
+
+void* ListAccess::Append(FLIST& list, const void* value) {
+    return list.Link(list.End(), value).node;
+}
+
+void* ListAccess::InsertBehind(FLIST& list, const void* value, CGList::CNode* node) {
+    // The index given to Link does not matter: the position is set to before-first below.
+    CGList::CNode* added = list.Link({node->next, 0}, value).node;
+    if (added) {
+        list.Rewind();
+    }
+    return added;
+}
+
+void ListAccess::Remove(FLIST& list, CGList::CNode* node) {
+    list.Rewind();
+    if (node != list.body_->head_) {
+        list.Unlink(node);
+    }
+}
+
+}  // namespace lq::containers
 
 FLIST* CreateList(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
                   LIST_CALLBACK defaultCallback) {

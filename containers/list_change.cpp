@@ -71,15 +71,7 @@ FLIST::PLACE FLIST::PlaceByFunction(const void* key, LIST_CALLBACK function, int
 }
 
 FLIST::INSERTION FLIST::Link(const PLACE& place, const void* value) {
-    // No list's body is of a derived class: the call needs no table.
-    CNode* const node = body_->CGList::NewNode(nullptr, nullptr);
-    if (!node) {
-        return {nullptr, 0, false};
-    }
-    Enter(node, place);
-    const bool written =
-        body_->elementSize_ == 0 || ListAccess::FormatOf(*body_).Write(node->Data(), value);
-    return {node, place.index, written};
+    return ListAccess::Link(*this, place, value);
 }
 
 uint32_t FLIST::RemoveElement(void* out, const void* key, LIST_CALLBACK code, int32_t param) {
@@ -91,9 +83,7 @@ uint32_t FLIST::RemoveElement(void* out, const void* key, LIST_CALLBACK code, in
     if (!place.node) {
         return 0;
     }
-    if (out && body_->elementSize_ != 0) {
-        ListAccess::FormatOf(*body_).CopyOut(place.node->Data(), out);
-    }
+    ListAccess::CopyFound(*this, place, out);
     CNode* const follower = place.node->next;
     Unlink(place.node);
     if (follower != body_->head_) {

@@ -1,8 +1,14 @@
 // The two sorts of lists: by insertion into a second list, and in place by merge exchange.
 //
-// Merge exchange compares pairs (i, i + d) for ascending i, whatever the data. So the nodes need no
-// random access: they lie in a chain of pages, and two cursors that only move forward, d apart,
-// serve each pass. No allocation grows with the list.
+// Merge exchange (Batcher: Sorting Networks and their Applications, AFIPS Spring Joint Computing
+// Conference, 1968; Knuth, The Art of Computer Programming, volume 3, algorithm 5.2.2 M) is a
+// network: which pairs of places it compares depends on the number of elements alone. It goes over
+// the list in passes. A pass has a distance d, compares the places i and i + d for ascending i, and
+// exchanges the elements that are not in order; after all passes the list is sorted. Equal elements
+// may change places.
+//
+// So the nodes need no random access: they are gathered in a chain of pages, and two cursors that
+// only move forward, d apart, serve each pass. No single allocation grows with the list.
 #include <algorithm>
 #include <bit>
 #include <utility>
@@ -20,8 +26,8 @@ using CNode = CGList::CNode;
 
 constexpr std::size_t kPageBytes = 4096;
 
-// A node, and its element's rank where it has one: comparing ranks, instead of following two nodes
-// to their data, made the sort of 100,000 numbers five times faster.
+// A node, and its element's rank where it has one, so that numbers are compared where the items
+// lie, without following two nodes to their data.
 struct Item {
     CNode* node;
     int64_t rank;
@@ -136,7 +142,7 @@ void ComparePairs(const NodeArray& nodes, uint32_t n, uint32_t d, uint32_t p, ui
     }
 }
 
-// Batcher's merge exchange (Knuth, Algorithm 5.2.2 M) over `n` > 1 items.
+// Merge exchange over `n` > 1 items, with the names p, q, r and d that Knuth uses.
 template <typename Order>
 void SortNodes(const NodeArray& nodes, uint32_t n, const Order& order) {
     const uint32_t top = std::bit_floor(n - 1);
@@ -156,7 +162,7 @@ void SortNodes(const NodeArray& nodes, uint32_t n, const Order& order) {
     }
 }
 
-// Without a branch, which nobody could foresee.
+// Without a branch: whether two numbers are in order cannot be predicted.
 void OrderByRank(Item& low, Item& high) {
     const Item a = low;
     const Item b = high;

@@ -1,7 +1,6 @@
 // The node pool. A block is a head with its nodes behind it, back to back; a node is its two links
 // with the data area behind them.
-#include <cstring>
-
+#include "containers/list_access.h"
 #include "lq_data/containers.h"
 
 LQ_IMPLEMENT_DYNAMIC(CGList, CObject, &CGList::CreateObject)
@@ -64,19 +63,11 @@ bool CGList::Reserve() {
 }
 
 CGList::CNode* CGList::NewNode(CNode* prev, CNode* next) {
-    CNode* const node = free_ || Reserve() ? free_ : nullptr;
-    if (!node) {
-        return nullptr;
+    CNode* const node = lq::containers::ListAccess::TakeNode(*this);
+    if (node) {
+        node->prev = prev;
+        node->next = next;
     }
-    free_ = node->next;
-    node->prev = prev;
-    node->next = next;
-    if (dataSize_ == kDefaultDataSize) {
-        std::memset(node->Data(), 0, kDefaultDataSize);  // without a call
-    } else {
-        std::memset(node->Data(), 0, dataSize_);
-    }
-    ++nodeCount_;
     return node;
 }
 

@@ -125,8 +125,8 @@ int DestroyAssay(_ASSAY* assay) {
     }
     DestroyList(assay->list1);
     DestroyList(assay->list2);
-    // A handle that somebody still holds is to be told from a table. An ordinary store in front of
-    // the end of an object's life may be left out.
+    // So that a handle that somebody still holds does not pass for a table. The store is volatile,
+    // since a compiler may leave out ordinary stores to an object whose life ends behind them.
     static_cast<volatile uint32_t&>(assay->magic) = 0;
     lq::Delete(assay);
     return 1;

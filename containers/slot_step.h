@@ -12,7 +12,8 @@ namespace lq::containers {
 constexpr uint32_t kSlotStep = 8;
 constexpr uint16_t kNoTag = 0;  // of an empty slot
 
-// Which of the slots may end a search: a bit for each that is empty or has the tag.
+// At which of the slots a search may end: a bit for each that is empty or has the tag. This one is
+// for processors without SSE2, and what the tests compare the other with.
 inline uint32_t PlainEndsInStep(const uint16_t* tags, uint16_t tag) {
     uint32_t ends = 0;
     for (uint32_t i = 0; i < kSlotStep; ++i) {

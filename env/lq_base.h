@@ -71,8 +71,8 @@ class LQ_DATA_API CLQString {
 
     char16_t* Buffer() { return text_ ? text_ : small_; }
 
-    // Projects hold hundreds of thousands of texts: the failure is a capacity that none has, and a
-    // short text, as most are, lies in the object.
+    // Projects hold hundreds of thousands of texts, so an object is kept small: a failure is marked
+    // by a capacity that no text has, and a short text, as most are, lies in the object itself.
     static constexpr uint32_t kFailed = 0xFFFFFFFF;
     static constexpr uint32_t kSmall = 11;
 

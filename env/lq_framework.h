@@ -43,7 +43,7 @@ class LQ_DATA_API AFX_CLASSINIT {
     static bool IsRegistered(const CRuntimeClass* cls);
 
     CRuntimeClass* cls_;
-    AFX_CLASSINIT* next_;  // of the others that live
+    AFX_CLASSINIT* next_;  // the chain of all living objects of this class
 };
 
 // The root of the classes with a run-time class name. `new` of a derived class yields null when

@@ -193,15 +193,15 @@ LQ_DATA_API ID FindDUTByName(const char16_t* name);
 LQ_DATA_API LQDECL* FindGVLDeclByName(const char16_t* name);
 LQ_DATA_API LQDUT* GetDutByName(const char16_t* name);
 
-// Non-zero for yes.
+// These answer non-zero for yes.
 LQ_DATA_API int IsStringType(const char16_t* typeText);
 LQ_DATA_API int IsArrayType(const char16_t* typeText);
 LQ_DATA_API int IsFBName(const char16_t* name);
 
-// 0 means acceptable. With `flag` 0 the name is whole; with 1 it is the beginning of a name, whose
-// last character is in question.
+// Whether a name is acceptable; 0 means that it is. With `flag` 0 the name is whole; with 1 it is
+// the beginning of a name, and the question is whether its last character may belong to it.
 LQ_DATA_API int CheckIdentifier(ERRHANDLER* handler, const char16_t* name, int flag);
-// Non-zero reports an error.
+// Whether the text of an initial value has an error; non-zero means that it has.
 LQ_DATA_API int CheckInitSyntax(ERRHANDLER* handler, const char16_t* text);
 // Reads the length that follows the string keyword, if one does; non-zero means accepted.
 LQ_DATA_API int CheckStringSize(Scanner* scanner, int32_t& size);

@@ -10,8 +10,9 @@ namespace lq::chars {
 
 namespace {
 
-// Where glibc looks last. What it finds there and cannot make is for want of memory; it says the
-// same as of a locale that is not there, and never tries that file again.
+// The file that the C library looks for last. When it is there and the locale cannot be made all
+// the same, memory was short. newlocale reports that just as it reports a locale that does not
+// exist, and does not try that file again in this process.
 constexpr char kUnicodeFile[] = "/usr/lib/locale/C.utf8/LC_CTYPE";
 
 locale_t MakeUnicodeLocale() noexcept {
@@ -32,7 +33,8 @@ locale_t UnicodeLocale() noexcept {
     return unicodeLocale;
 }
 
-// With the library, behind its static objects: those may ask for character classes while they go.
+// Runs when the library is unloaded, after the destructors of its static objects, which may still
+// ask for character classes.
 [[gnu::destructor(101)]] void FreeLocale() noexcept {
     if (unicodeLocale != locale_t{}) {
         freelocale(unicodeLocale);

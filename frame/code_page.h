@@ -11,7 +11,8 @@ inline constexpr uint32_t kDefaultCodePage = 1252;
 inline constexpr char16_t kUserKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\App";
 inline constexpr char16_t kMachineKey[] = u"SOFTWARE\\Veldrane\\Talmor2\\Startup\\App";
 
-// The first key that opens decides, even without the value.
+// The first of the two keys that can be opened decides; when it has no such value, the default
+// does.
 inline uint32_t ReadCodePage() {
     HKEY key = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, kUserKey, 0, KEY_READ, &key) != 0 &&

@@ -17,7 +17,8 @@ constexpr int32_t kRingSize = 50;
 
 using Name = char16_t[256];
 
-// The file of the library is named after the platform's custom, or is the program's.
+// The module has a name of its own, since its file has another: liblq_data.so, or that of the
+// program into which the library is linked.
 constinit LQ_MODULE ownModule{u"lq_data", &ownModule};
 constinit AFX_EXTENSION_MODULE extension;
 constinit HINSTANCE resourceLibrary = nullptr;
@@ -78,7 +79,7 @@ int Attach(HINSTANCE module) {
     if (!AfxInitExtensionModule(extension, module)) {
         return 0;
     }
-    new CDynLinkLibrary(extension);  // the framework's
+    new CDynLinkLibrary(extension);  // which the framework owns
     resourceLibrary = LoadResourceLibrary(module);
     return 1;
 }

@@ -1,4 +1,4 @@
-// The seed of the hash of texts.
+// The seed of the hash of texts, which is drawn when the library is loaded.
 #include <ctime>
 #include <sys/auxv.h>
 #include <sys/random.h>
@@ -18,8 +18,9 @@ uint64_t NextOf(uint64_t& number) noexcept {
     return mixed ^ mixed >> 31;
 }
 
-// For a kernel that has no random numbers yet or gives none away: those it gave to the process at
-// its start, the time, and where it put the library.
+// Stands in for random numbers when the kernel has none yet or refuses them. It mixes what others
+// can hardly know: the random bytes that the kernel gave the process at its start, the time, and
+// the address to which the library was loaded.
 uint64_t GuessNumber() noexcept {
     uint64_t number = reinterpret_cast<std::uintptr_t>(&seed);
     if (const auto* given = reinterpret_cast<const void*>(getauxval(AT_RANDOM))) {
@@ -32,7 +33,8 @@ uint64_t GuessNumber() noexcept {
     return number ^ static_cast<uint64_t>(now.tv_sec * 1'000'000'000 + now.tv_nsec);
 }
 
-// Before all static objects, which may keep texts; the loader lets nobody use the library earlier.
+// Runs before the constructors of all static objects, which may hash texts. Nobody can use the
+// library earlier.
 [[gnu::constructor(101)]] void DrawSeed() noexcept {
     if (getrandom(&seed, sizeof seed, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof seed)) {
         SetSeed(GuessNumber());

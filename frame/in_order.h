@@ -1,5 +1,5 @@
-// Tables that an enumeration indexes: each row names its enumerator, and the compiler holds the
-// rows against the enumeration's order.
+// Tables that an enumeration indexes: each row names its enumerator, and the compiler checks that
+// the rows follow the enumeration's order.
 #pragma once
 
 #include <cstddef>

@@ -8,8 +8,9 @@ namespace lq {
 namespace {
 
 constinit std::atomic<ShortageHandler> shortageHandler = nullptr;
-// In the room that the loader keeps at hand: what it would allocate for a library that is opened
-// later is not to be had when memory is short.
+// The counter lies in the thread-local storage that the loader sets aside when a thread starts. By
+// default a library that is opened later gets its storage with its first access, and that would be
+// an allocation at the very moment when memory is short.
 [[gnu::tls_model("initial-exec")]] constinit thread_local uint32_t shortages = 0;
 
 }  // namespace

@@ -1,12 +1,16 @@
-// A hash of 16-bit text that takes eight characters in a step, and one of its upper-case form.
+// A hash of 16-bit text that takes eight characters in a step, and the same of its upper-case form.
 //
-// Texts come from strangers, who must not be able to choose many that have one hash. So every step
-// multiplies two sums of a word of the text and a secret: the family NH of UMAC (Black, Halevi,
+// Texts come from strangers, who must not be able to choose many that have one hash and so make a
+// table slow. So the hash is keyed with a secret of the process. Every step takes two words of the
+// text, adds a secret to each and multiplies the sums: the family NH of UMAC (Black, Halevi,
 // Krawczyk, Krovetz, Rogaway: UMAC, Fast and Secure Message Authentication, 1999), in which two
-// texts, whoever chose them, meet for one seed of 2^64. The steps are chained as in wyhash (Wang
-// Yi, 2019): a product's halves are laid over each other and become a secret of the next step. By
-// that the best chosen pair of words meets more often: counted for words of 4 to 8 bits, for one
-// seed of 2^(0.6 bits). That leaves a flood nothing but the chance.
+// texts, whoever chose them, have one hash under one seed of 2^64. The steps are chained as in
+// wyhash (Wang Yi, 2019): the halves of the product are laid over each other and become a secret of
+// the next step.
+//
+// The chaining costs some of that certainty: counted with words of 4 to 8 bits, the best chosen
+// pair of texts has one hash under one seed of 2^(0.6 n), for words of n bits. With 64 bits that is
+// still so rare that nobody gets many texts of one hash but by chance.
 //
 // Hashes differ from process to process. They decide where something is found, never in which order
 // a caller sees it.
@@ -27,8 +31,8 @@ struct Measured {
     uint32_t hash;
 };
 
-// What the process keeps to itself; one for all libraries of a process. It is drawn when the
-// library is loaded, before its static objects and those of any module that needs it, and stays.
+// The secret of the process, one for all its libraries. It is drawn when the library is loaded,
+// before its static objects and those of any module that needs it, and stays.
 struct Seed {
     uint64_t word;
     uint64_t state;
@@ -36,8 +40,8 @@ struct Seed {
 };
 LQ_DATA_API extern Seed seed;
 
-// For tests and benchmarks, which must take the same way every time: a seed made of `number`. Only
-// while there is no hash table, no text pool and no project, and one thread.
+// Sets a seed made of `number`, for tests and benchmarks, which must take the same way every time.
+// To be called only while there are no hash tables, text pools or projects and no other threads.
 LQ_DATA_API void SetSeed(uint64_t number) noexcept;
 
 namespace detail {
@@ -50,7 +54,7 @@ inline uint64_t Load(const char16_t* text) {
     return word;
 }
 
-// Fewer than four characters, as if zeros followed.
+// Loads fewer than four characters, as if zeros followed.
 inline uint64_t LoadRest(const char16_t* text, std::size_t count) {
     char16_t characters[kStep] = {};
     for (std::size_t i = 0; i < count; ++i) {
@@ -63,7 +67,7 @@ constexpr uint64_t Everywhere(uint64_t character) {
     return character * 0x0001000100010001u;
 }
 
-// Apart, so that the way of ASCII has no call to prepare for.
+// Not inlined: the code for ASCII, which is inlined, then has no registers to save for it.
 [[gnu::noinline]] inline uint64_t AnyToUpper(uint64_t word) {
     char16_t characters[kStep];
     std::memcpy(characters, &word, sizeof word);
@@ -95,8 +99,8 @@ inline uint64_t Step(uint64_t state, uint64_t first, uint64_t second) {
     return Fold(first + seed.word, second + state);
 }
 
-// Another multiplication, or names with running numbers would crowd in a table of every fiftieth
-// process.
+// Multiplies once more. Without that, the hashes of names with running numbers crowd together under
+// one seed of fifty.
 inline uint32_t Finish(uint64_t state, std::size_t length) {
     return static_cast<uint32_t>(Fold(state, seed.length + length));
 }
@@ -132,8 +136,8 @@ inline const char16_t* EndBehind(const char16_t* at) {
     return nullptr;
 }
 
-// Hash of a text that ends in a terminator, whose length is found on the way: where a loop ends is
-// a guess for the processor, and this makes one guess of two.
+// Hash of a text that ends in a terminator, whose length is found on the way. Where a loop over a
+// text ends cannot be predicted; one pass has one such end, measuring and hashing would have two.
 template <typename Convert>
 Measured MeasureAndHash(const char16_t* text, Convert convert) {
     uint64_t state = seed.state;
@@ -168,7 +172,7 @@ inline Measured OfText(const char16_t* text) {
     return detail::MeasureAndHash(text, detail::kAsItIs);
 }
 
-// Equal for texts that differ in case only.
+// The hash of a name: equal for texts that differ in case only.
 inline uint32_t OfName(const char16_t* text, std::size_t length) {
     return detail::Hash(text, length, detail::kUpper);
 }
@@ -176,7 +180,7 @@ inline Measured OfName(const char16_t* text) {
     return detail::MeasureAndHash(text, detail::kUpper);
 }
 
-// Of a text in bytes, as UTF-8 is.
+// Hash of a text in bytes, such as UTF-8.
 inline uint32_t OfBytes(const char* bytes, std::size_t count) {
     uint64_t words[2];
     uint64_t state = seed.state;

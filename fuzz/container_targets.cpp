@@ -120,7 +120,7 @@ class HashModel {
     bool caseSensitive_;
 };
 
-// By ascending bucket, the newest first within one.
+// The table's iteration goes by ascending bucket, and within a bucket from the newest entry on.
 void RequireOrder(const HashTable& table, std::vector<HashModel::Entry> entries) {
     const auto bucketOf = [&table](const HashModel::Entry& entry) {
         return containers::HashTableAccess::HashIndex(table, entry.first.c_str());
@@ -164,7 +164,7 @@ void Hash(const uint8_t* data, size_t size) {
     constexpr uint32_t kBuckets[] = {1, 3, 233};
     Input input(data, size);
     const bool caseSensitive = input.Below(2) != 0;
-    const bool isOrdered = input.Below(2) != 0;  // or it has no buckets until its end
+    const bool isOrdered = input.Below(2) != 0;  // otherwise the buckets are first made at the end
     HashTable table(kBuckets[input.Below(3)], caseSensitive ? 1 : 0);
     HashModel model(caseSensitive);
     while (!input.IsEmpty()) {

@@ -10,8 +10,9 @@
 
 namespace lq::fuzz {
 
-// A function for lists: looks for the second element, puts a new one there, or at the end while
-// there is an even number.
+// A function for lists. A search with it finds the second element; an insertion puts the new
+// element there, and when there is no second one, behind the last of an even number of elements or
+// nowhere.
 inline int IsSecond(FLIST* list, uint32_t position, void* element, void*, int32_t) {
     return element ? position == 2 : CardinalityOfList(list) % 2 == 0;
 }
@@ -24,7 +25,7 @@ class ListModel {
     int At(uint32_t index) const { return numbers_[index - 1]; }
     void GoTo(uint32_t index) { position_ = index; }
 
-    // The index that `code` finds, 0 for none. Rewinding finds nothing and moves.
+    // The index that `code` finds, 0 for none. LC_REWIND finds none and moves the position.
     uint32_t Find(LIST_CALLBACK code, int key, uint32_t param) {
         const uint32_t found = Locate(code, key, param);
         if (found != 0 || code == LC_REWIND) {
@@ -65,7 +66,7 @@ class ListModel {
         return found;
     }
 
-    // Takes numbers in another order, or fewer of them.
+    // Takes the numbers that a sort has left: in another order, or fewer of them.
     void Take(std::vector<int> numbers) {
         position_ = numbers.size() < numbers_.size() ? 0 : static_cast<uint32_t>(numbers.size());
         numbers_ = std::move(numbers);
@@ -83,7 +84,8 @@ class ListModel {
         return first == numbers_.end() ? 0 : static_cast<uint32_t>(first - numbers_.begin() + 1);
     }
 
-    // Round the ring from behind the position; an element at the position is not looked at.
+    // Looks round the ring, from the element behind the position on. The element at the position is
+    // not looked at.
     uint32_t NextEqual(int key) const {
         for (uint32_t step = 1; step < Count() + (position_ == 0 ? 1u : 0u); ++step) {
             const uint32_t index = (position_ + step - 1) % Count() + 1;

@@ -29,7 +29,8 @@ constexpr const char16_t* kTexts[kNumbers] = {u"",   u"A",  u"AB", u"B",     u"B
                                               u"CC", u"D0", u"DD", u"E",     u"E1", u"E2",
                                               u"F",  u"FF", u"G",  u"\u00C4"};
 
-// In the same order where case does not count: an underscore comes before the letters.
+// Texts in the same order when case does not count, in which an underscore comes before the
+// letters.
 constexpr const char16_t* kMixed[kNumbers] = {u"",   u"a",  u"AB", u"b",     u"BA", u"c",
                                               u"CC", u"d_", u"DD", u"e",     u"E1", u"e2",
                                               u"F",  u"ff", u"G",  u"\u00E4"};
@@ -67,7 +68,7 @@ const Element& AnyElement(Input& input) {
     return kElements[input.Below(std::size(kElements))];
 }
 
-// Rewind, the codes 3 to 9, a function.
+// Any way to address an element: LC_REWIND, the codes 3 to 9, or a function.
 LIST_CALLBACK AnyCode(Input& input) {
     const uint32_t code = input.Below(9);
     return code == 8 ? IsSecond
@@ -95,7 +96,7 @@ std::vector<int> Resorted(const std::vector<int>& numbers, LIST_CALLBACK code) {
     return sorted.Numbers();
 }
 
-// Room for an element that is handed out: at first the value of a number.
+// Room for an element that is copied out. At first it holds the element of a number.
 class Room {
   public:
     Room(const Element& element, int number) : element_(element) {
@@ -118,7 +119,7 @@ class Room {
     char16_t bytes_[4] = {};
 };
 
-// A paired list in the model. `lead` is the list that a code asks.
+// The model of a paired list. `lead` is the list that the operation's code and column choose.
 struct PairModel {
     ListModel lists[2];
     size_t lead = 0;
@@ -168,7 +169,7 @@ struct PairModel {
         if (code == LC_EQUAL) {
             Leader().GoTo(0);
         }
-        // Without a key any pair is not less: the first one.
+        // There is no key, and every element is not less than none: the first pair is found.
         const uint32_t index = code == LC_NOT_LESS ? Leader().Find(LC_FIRST, 0, 0)
                                                    : Leader().Find(code, numbers[lead], column);
         if (index != 0) {
@@ -272,7 +273,8 @@ void PairedList(const uint8_t* data, size_t size) {
         const auto handOut = [&](auto operation, uint32_t index, const int(&pair)[2]) {
             Require(operation(assay, rooms[0].Bytes(), rooms[1].Bytes(), code, param) == index,
                     "the index of a found or removed pair");
-            // By its place both elements of a pair are handed out, by a search its partner.
+            // A pair that is addressed by its place has both elements copied out; one that is
+            // searched for has only the element of the other list copied out.
             for (const size_t side : {0u, 1u}) {
                 const bool isKept = index == 0 || (bySearch && side == model.lead);
                 Require(rooms[side].Number() == (isKept ? numbers[side] : pair[side]),

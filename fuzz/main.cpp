@@ -9,7 +9,7 @@ namespace {
 lq::fuzz::Target Find(std::string_view name) {
     for (const auto& target : lq::fuzz::kTargets) {
         if (target.name == name) {
-            lq::text_hash::SetSeed(1);  // what is found must be found again
+            lq::text_hash::SetSeed(1);  // so that an input that fails once fails again
             return target.run;
         }
     }

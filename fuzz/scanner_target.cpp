@@ -1,8 +1,9 @@
 // Any text ends, in no more tokens than characters and one. Every token's text is the source in
 // front of the scanner's position; between two of them lie only blanks and line breaks, and the
-// blanks of a token's own line are its `space`. (A text with a NUL has to end as soon; what ends
-// texts hides where its tokens lie.) And the tokens are the same wherever the text lies in the
-// reader: behind blanks, so that the end of a half falls within it.
+// blanks of a token's own line are its `space`. (Of a text with a NUL only the number of tokens is
+// checked: the NUL ends the texts of its tokens early, so that their places cannot be told.) And
+// the tokens are the same wherever the text lies in the reader: it is scanned once more behind so
+// many blanks that the end of a half falls within it.
 #include <algorithm>
 #include <memory>
 #include <string>

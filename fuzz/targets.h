@@ -36,7 +36,7 @@ inline constexpr NamedTarget kTargets[] = {
     {"member_init", MemberInit},  {"plcopen", Plcopen},
 };
 
-// A promise; broken, it ends the run.
+// Ends the run when a promise does not hold.
 inline void Require(bool holds, const char* promise) {
     if (!holds) {
         std::fprintf(stderr, "broken promise: %s\n", promise);
@@ -65,8 +65,9 @@ class Input {
         return number;
     }
     uint32_t Below(uint32_t limit) { return (uint32_t{Byte()} << 8 | Byte()) % limit; }
-    // A text without zeros: up to a zero byte. Bytes from 0x80 on begin characters below 0x8000,
-    // kAnyCharacter is in front of both bytes of any.
+    // A text from the bytes up to a zero byte. A byte below 0x80 is a character; one from 0x80 on
+    // is, without its highest bit, the upper half of a character whose lower half follows; behind
+    // kAnyCharacter both halves of any character follow. Zeros in the text become blanks.
     std::u16string Text() {
         std::u16string text = AnyText();
         std::replace(text.begin(), text.end(), u'\0', u' ');
@@ -89,7 +90,7 @@ class Input {
         }
         return text;
     }
-    // All texts that are left, as one.
+    // All texts that are left, one behind the other.
     std::u16string Rest() { return Join(&Input::Text); }
     std::u16string AnyRest() { return Join(&Input::AnyText); }
 

@@ -1,9 +1,12 @@
-// Constants, declarations and member initial values from arbitrary texts.
+// Constants, declarations, member initial values and PLCopen documents from arbitrary texts.
 #include <cmath>
 #include <cstring>
+#include <sstream>
 
 #include "cgtab/cgtab_access.h"
 #include "fuzz/targets.h"
+#include "host/model/project.h"
+#include "host/plcopen/plcopen.h"
 #include "lq_base.h"
 #include "lq_data/pouh.h"
 #include "lq_data/types.h"
@@ -12,7 +15,7 @@ namespace lq::fuzz {
 
 namespace {
 
-// The printed forms that are constants of the value's own class again. Durations, dates and times
+// Whether what a value was printed as has been read as the same value. Durations, dates and times
 // of day print as plain counts, which read as integers of that number.
 bool IsSame(const Val& value, const Val& again) {
     Val a = value;
@@ -35,7 +38,7 @@ bool IsSame(const Val& value, const Val& again) {
 
 }  // namespace
 
-// What is a constant and is printed reads back equal.
+// A constant that is printed reads back equal.
 void Value(const uint8_t* data, size_t size) {
     Input input(data, size);
     const int unsignedOnly = input.Byte() & 1;
@@ -85,7 +88,7 @@ void Declaration(const uint8_t* data, size_t size) {
     }
 }
 
-// A value is a part of the text, but for blanks.
+// A value is a part of the text when blanks do not count.
 void MemberInit(const uint8_t* data, size_t size) {
     const auto withoutBlanks = [](std::u16string text) {
         std::erase_if(text, [](char16_t c) {
@@ -101,6 +104,15 @@ void MemberInit(const uint8_t* data, size_t size) {
         Require(withoutBlanks(text).find(withoutBlanks(value)) != text.npos,
                 "a value is a part of the text");
     }
+}
+
+// A document is read, or refused with a report.
+void Plcopen(const uint8_t* data, size_t size) {
+    std::istringstream document(std::string(reinterpret_cast<const char*>(data), size));
+    host::Project project;
+    std::vector<host::Report> reports;
+    const bool whole = host::ReadPlcopen(document, "input", project, reports);
+    Require(whole || (!reports.empty() && reports.back().error), "a refusal has a reason");
 }
 
 }  // namespace lq::fuzz

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "frame/chars.h"
-#include "pouh/records.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -29,8 +29,8 @@ void* Place(void* record, const Field& field) {
     return static_cast<char*>(record) + field.offset;
 }
 
-// Most comments, addresses and initial values are empty. All empty texts are this one object, which
-// no record owns.
+// Most comments, addresses and initial values are empty. To save memory all of them are this one
+// object, which no record owns.
 CLQString emptyText;
 
 // A copy of `source`; null for null and when memory is short.

@@ -1,5 +1,5 @@
-// One engine for the attributes of all records: a record's table says which attributes it has, of
-// what kind and where; reading, writing and releasing walk that table.
+// One engine for the attributes of all records. The table of a record says which attributes it has,
+// of what kind, and where its fields are; reading, writing and releasing go through that table.
 #pragma once
 
 #include <cstddef>

@@ -1,31 +1,33 @@
-#include "pouh/convert_declaration.h"
+// One declaration of the project model to one record: its texts are checked, erroneous ones marked,
+// and its type decides which specification the record gets.
+#include <memory>
 
 #include "frame/chars.h"
 #include "lq_base.h"
 #include "pouh/attributes.h"
-#include "pouh/fill_declaration.h"
-#include "pouh/list_memory.h"
-#include "pouh/owned.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_types.h"
+#include "pouh/type_class.h"
 
 namespace lq::pouh {
 
 namespace {
 
-// The name of a return value is the function's, which the model has checked as such.
+// The name of a return value is that of its function, which the model has checked; only its length
+// counts here.
 constexpr std::size_t kMaxResultNameLength = 32;
 
-DECL_SCOPE ScopeOf(LQOBJECT& source, ListMemory& memory) {
+DECL_SCOPE ScopeOf(LQOBJECT& source) {
     switch (source.GetKind()) {
         case LQ_KIND_GVL_DECL: {
             const auto* decl = dynamic_cast<const LQGVLDECL*>(&source);
-            return memory.GetDeclScope(decl ? decl->GetClass() : nullptr);
+            return GetDeclScope(decl ? decl->GetClass() : nullptr);
         }
         case LQ_KIND_LOCAL_DECL:
             return DS_VAR;
         default: {
             const auto* decl = dynamic_cast<const LQPOUHDECL*>(&source);
-            return memory.GetDeclScope(decl ? decl->GetClass() : nullptr);
+            return GetDeclScope(decl ? decl->GetClass() : nullptr);
         }
     }
 }
@@ -59,10 +61,9 @@ bool IsBadName(const char16_t* name, TypeClass type, bool isReturn) {
     return CheckIdentifier(nullptr, name, 0) != 0;
 }
 
-Classification ClassifyDeclaredType(const char16_t* text, TypeClass& type, ListMemory& memory) {
+Classification ClassifyDeclaredType(const char16_t* text, TypeClass& type) {
     type = TypeClass::kElementary;
-    return chars::Equal(text, u"VOID") ? Classification::kRejected
-                                       : memory.ClassifyType(text, type);
+    return chars::Equal(text, u"VOID") ? Classification::kRejected : ClassifyType(text, type);
 }
 
 int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
@@ -73,8 +74,7 @@ int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
             return FillArrayDeclaration(decl, content);
         case TypeClass::kFbInstance:
             return FillFBInstDeclaration(decl, content.scope, content.name, content.typeText,
-                                         content.comment, content.word, content.comment2) &&
-                   FillFlagsInDeclaration(decl, content.set);
+                                         content.comment, 0, content.comment2);
         case TypeClass::kStructInstance:
             return FillStructDeclaration(decl, content);
         case TypeClass::kElementary:
@@ -87,7 +87,7 @@ int FillByType(DECL_TYP* decl, TypeClass type, const DeclContent& content) {
 
 // Reads, checks and stores everything but the address.
 int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* initText,
-         bool isReturn, ListMemory& memory) {
+         bool isReturn) {
     const char16_t* const declaredName = source.GetName();
     const char16_t* const declaredType = source.GetType();
     if (!declaredName || !declaredType || !initText) {
@@ -99,7 +99,7 @@ int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* ini
     }
     TypeClass type = TypeClass::kElementary;
     CheckedText typeText(declaredType);
-    const Classification classification = ClassifyDeclaredType(typeText.Get(), type, memory);
+    const Classification classification = ClassifyDeclaredType(typeText.Get(), type);
     if (classification == Classification::kUnavailable) {
         return 0;
     }
@@ -119,46 +119,40 @@ int Fill(DECL_TYP* decl, LQOBJECT& source, DECL_SCOPE scope, const char16_t* ini
                        .typeText = typeText.Get(),
                        .initValue = init.Get(),
                        .comment = source.GetDeclComment(),
-                       .word = 0,
-                       .set = 0,
                        .comment2 = source.GetDeclComment2()});
 }
 
-// Takes the address, and for an external declaration the initial value, from where they are kept.
-int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn, ListMemory& memory) {
-    const DECL_SCOPE scope = ScopeOf(source, memory);
+// A global declaration has its address itself. An external one has the address and the initial
+// value of the global that it names.
+int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn) {
+    const DECL_SCOPE scope = ScopeOf(source);
     if (source.GetKind() == LQ_KIND_GVL_DECL) {
         return StoreText(decl->address, source.GetAddress()) &&
-               Fill(decl, source, scope, source.GetInitValue(), isReturn, memory);
+               Fill(decl, source, scope, source.GetInitValue(), isReturn);
     }
     if (!IsExternal(scope)) {
-        return Fill(decl, source, scope, source.GetInitValue(), isReturn, memory);
+        return Fill(decl, source, scope, source.GetInitValue(), isReturn);
     }
-    const Owned<LQDECL> global(FindGVLDeclByName(source.GetName()));
+    const std::unique_ptr<LQDECL> global(FindGVLDeclByName(source.GetName()));
     if (!global) {
-        return Fill(decl, source, scope, u"", isReturn, memory);
+        return Fill(decl, source, scope, u"", isReturn);
     }
     return StoreText(decl->address, global->GetAddress()) &&
-           Fill(decl, source, scope, global->GetInitValue(), isReturn, memory);
+           Fill(decl, source, scope, global->GetInitValue(), isReturn);
 }
 
 }  // namespace
 
-// A check of the model that found no memory has no answer, so that what it was asked about is not
-// known to be right.
-DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn, ListMemory& memory) {
+// When memory ran short in one of the model's checks, its answer means nothing, and what was
+// checked may be wrong: the conversion then fails.
+DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn) {
     const MemoryWatch watch;
     DECL_TYP* decl = CreateDecl();
-    if (decl && (!FillFrom(decl, source, isReturn, memory) || watch.WasShort())) {
+    if (decl && (!FillFrom(decl, source, isReturn) || watch.WasShort())) {
         DestroyDecl(decl);
         return nullptr;
     }
     return decl;
-}
-
-DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn) {
-    ListMemory memory;
-    return ConvertDeclaration(source, isReturn, memory);
 }
 
 }  // namespace lq::pouh

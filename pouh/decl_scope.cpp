@@ -37,7 +37,7 @@ constexpr Keyword kKeywords[] = {
 
 constexpr unsigned kBuckets = 233;
 
-// Process-wide.
+// One table for the process.
 HashTable scopeTable(kBuckets, 1);
 bool isFilled = false;
 
@@ -51,7 +51,7 @@ bool Fill() {
     return true;
 }
 
-// The answer without the table.
+// The same answer without the table, for which memory may be too short.
 DECL_SCOPE SearchKeywords(const char16_t* text) {
     for (const Keyword& keyword : kKeywords) {
         if (lq::chars::Equal(keyword.text, text)) {

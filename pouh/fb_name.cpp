@@ -1,12 +1,13 @@
 // Which function block an instance name stands for: the POU's own declarations come before the
 // global ones.
 
+#include <memory>
+
 #include "frame/chars.h"
 #include "lq_base.h"
 #include "lq_data/pouh.h"
-#include "pouh/owned.h"
 #include "pouh/record_access.h"
-#include "pouh/records.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -41,7 +42,7 @@ bool NamesFunctionBlock(const char16_t* type) {
 }
 
 bool FindInGlobals(const char16_t* instance, CLQString& fbType) {
-    const Owned<LQDECL> global(FindGVLDeclByName(instance));
+    const std::unique_ptr<LQDECL> global(FindGVLDeclByName(instance));
     if (!global || !NamesFunctionBlock(global->GetType())) {
         return false;
     }
@@ -61,6 +62,7 @@ int FindFBName(const char16_t* instance, const char16_t* pou, CLQString* fbType)
     if (lq::pouh::FindInPou(instance, pou, *fbType)) {
         return 1;
     }
-    // An instance of the POU that memory was too short for would hide the global one.
+    // When memory ran short, the POU may have an instance of that name all the same, which would
+    // hide the global one.
     return !watch.WasShort() && lq::pouh::FindInGlobals(instance, *fbType);
 }

@@ -1,18 +1,16 @@
-// Every operation stores each part in the tree as soon as it exists, so that a shortage of memory
-// leaves nothing without an owner.
-
-#include "pouh/fill_declaration.h"
+// Filling a new declaration record. Each part is stored in the tree as soon as it exists, so that a
+// shortage of memory leaves nothing without an owner.
 
 #include "lq_data/memory.h"
 #include "pouh/attributes.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
 namespace {
 
-bool FillHead(DECL_TYP& decl, DECL_SCOPE scope, const char16_t* name, int word) {
-    decl.word = static_cast<uint16_t>(word);
+bool FillHead(DECL_TYP& decl, DECL_SCOPE scope, const char16_t* name) {
     decl.scope = scope;
     return StoreText(decl.name, name);
 }
@@ -34,9 +32,7 @@ bool FillType(DECL_TYP& decl, POUH_TYPE_KIND kind, const DeclContent& content) {
 
 template <typename Spec>
 int Fill(DECL_TYP* decl, POUH_TYPE_KIND kind, const DeclContent& content) {
-    FillFlagsInDeclaration(decl, content.set);
-    return FillHead(*decl, content.scope, content.name, content.word) &&
-           FillType<Spec>(*decl, kind, content);
+    return FillHead(*decl, content.scope, content.name) && FillType<Spec>(*decl, kind, content);
 }
 
 }  // namespace
@@ -73,14 +69,13 @@ int FillFBInstDeclaration(DECL_TYP* decl, DECL_SCOPE scope, const char16_t* name
     if (!decl) {
         return 0;
     }
-    return lq::pouh::FillHead(*decl, scope, name, word) &&
+    decl->word = static_cast<uint16_t>(word);
+    return lq::pouh::FillHead(*decl, scope, name) &&
            lq::pouh::FillType<FBINST_SPEC_TYP>(*decl, DT_FB_INSTANCE,
                                                {.scope = scope,
                                                 .name = name,
                                                 .typeText = fbType,
                                                 .initValue = nullptr,
                                                 .comment = comment,
-                                                .word = word,
-                                                .set = 0,
                                                 .comment2 = comment2});
 }

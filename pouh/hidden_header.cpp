@@ -5,10 +5,9 @@
 #include "lq_data/types.h"
 #include "lq_useradapt.h"
 #include "pouh/attributes.h"
-#include "pouh/fill_declaration.h"
-#include "pouh/lists.h"
-#include "pouh/load_declarations.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -55,8 +54,6 @@ bool AppendParameter(FLIST* list, DECL_SCOPE scope, const char16_t* name, const 
                                       .typeText = typeText,
                                       .initValue = initValue,
                                       .comment = nullptr,
-                                      .word = 0,
-                                      .set = 0,
                                       .comment2 = nullptr})) {
         DestroyDecl(decl);
         return false;
@@ -85,7 +82,7 @@ bool AppendAnswer(FLIST* list, uint32_t question) {
     const uint32_t count = reply.entries ? reply.count : 0;
     for (uint32_t i = 0; i < count; ++i) {
         const LQ_INTERFACE_ENTRY& entry = reply.entries[i];
-        // What memory has no room for is left out.
+        // A parameter that memory is too short for is left out.
         (void)AppendParameter(list, static_cast<DECL_SCOPE>(entry.scope), entry.name,
                               types.GetName(MapBitsetToType(entry.typeBits)), entry.initValue);
     }

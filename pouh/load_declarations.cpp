@@ -1,15 +1,23 @@
-#include "pouh/load_declarations.h"
+// The implicit parameters of a POU, and appending the declarations of a model object to a list.
+#include <memory>
 
 #include "pouh/attributes.h"
-#include "pouh/convert_declaration.h"
-#include "pouh/list_memory.h"
-#include "pouh/lists.h"
-#include "pouh/owned.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
 namespace {
+
+LQPOUHDECL* NewEnable(const EnableParameter& parameter) {
+    LQPOUHDECL* decl = LQPOUHDECL::CreateObject();
+    if (decl) {
+        decl->SetName(parameter.name);
+        DescribeEnable(*decl, parameter);
+    }
+    return decl;
+}
 
 bool IsParameterScope(DECL_SCOPE scope) {
     switch (scope) {
@@ -27,12 +35,18 @@ bool IsParameterScope(DECL_SCOPE scope) {
 }
 
 // The scope by the section keyword of a POU's declaration, whatever kind the object has.
-bool IsParameter(LQOBJECT& object, ListMemory& memory) {
+bool IsParameter(LQOBJECT& object) {
     const auto* decl = dynamic_cast<const LQPOUHDECL*>(&object);
-    return decl && IsParameterScope(memory.GetDeclScope(decl->GetClass()));
+    return decl && IsParameterScope(GetDeclScope(decl->GetClass()));
 }
 
 }  // namespace
+
+void DescribeEnable(LQPOUHDECL& decl, const EnableParameter& parameter) {
+    decl.SetType(u"BOOL");
+    decl.SetClass(parameter.declClass);
+    decl.SetInitValue(u"FALSE");
+}
 
 bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
     LQSELECTION* selection = owner.GetSelection();
@@ -40,18 +54,17 @@ bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
     if (!selection || !manager) {
         return true;
     }
-    ListMemory memory;
     const MemoryWatch watch;
     const int32_t count = selection->GetCount();
     for (int32_t i = 0; i < count; ++i) {
-        const Owned<LQOBJECT> source(manager->Get(selection->GetID(i)));
+        const std::unique_ptr<LQOBJECT> source(manager->Get(selection->GetID(i)));
         if (watch.WasShort()) {
-            return false;  // perhaps the model had no memory for the object
+            return false;  // the model may have had no memory for the object
         }
-        if (!source || (onlyParameters && !IsParameter(*source, memory))) {
+        if (!source || (onlyParameters && !IsParameter(*source))) {
             continue;
         }
-        if (!AddDecl(list, ConvertDeclaration(*source, false, memory), LC_LAST)) {
+        if (!AddDecl(list, ConvertDeclaration(*source, false), LC_LAST)) {
             return false;
         }
     }
@@ -59,7 +72,8 @@ bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
 }
 
 bool PrependResult(FLIST* list, LQFUN& function) {
-    const Owned<LQPOUHDECL> result(GetRetDecl(function.GetName(), function.GetResultType()));
+    const std::unique_ptr<LQPOUHDECL> result(
+        GetRetDecl(function.GetName(), function.GetResultType()));
     return result && AddDecl(list, ConvertDeclaration(*result, true), LC_FIRST);
 }
 
@@ -85,3 +99,22 @@ bool RenewHeader(POU_HEADER_TYP& header) {
 }
 
 }  // namespace lq::pouh
+
+LQPOUHDECL* GetRetDecl(const char16_t* name, const char16_t* type) {
+    LQPOUHDECL* decl = LQPOUHDECL::CreateObject();
+    if (decl) {
+        decl->SetName(name);
+        decl->SetType(type);
+        decl->SetClass(LQ_CLASS_OUTPUT);
+        decl->SetClassId(LQ_CLASS_ID_RESULT);
+    }
+    return decl;
+}
+
+LQPOUHDECL* GetEnDecl() {
+    return lq::pouh::NewEnable(lq::pouh::kEnable);
+}
+
+LQPOUHDECL* GetEnoDecl() {
+    return lq::pouh::NewEnable(lq::pouh::kEnableOut);
+}

@@ -1,10 +1,11 @@
 // Loading a POU header: its info record and its declarations.
 
+#include <memory>
+
 #include "pouh/attributes.h"
-#include "pouh/lists.h"
-#include "pouh/load_declarations.h"
-#include "pouh/owned.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -42,9 +43,9 @@ bool FillInfo(POUH_INFO_TYP& info, const LQOBJECT& pou, const LQOBJECT& header) 
     return true;
 }
 
-// One model object serves both parameters.
+// Puts both parameters in front, converted from one object of the model.
 bool PrependEnables(FLIST* list) {
-    const Owned<LQPOUHDECL> decl(LQPOUHDECL::CreateObject());
+    const std::unique_ptr<LQPOUHDECL> decl(LQPOUHDECL::CreateObject());
     if (!decl) {
         return false;
     }
@@ -124,7 +125,7 @@ int LoadPOUHeader(POU_HEADER_TYP* header, ID id, int fromDeclManager) {
     }
     if (fromDeclManager) {
         LQDECLMAN* manager = LQDECLMAN::Get();
-        const lq::pouh::Owned<LQOBJECT> object(manager ? manager->Get(id) : nullptr);
+        const std::unique_ptr<LQOBJECT> object(manager ? manager->Get(id) : nullptr);
         return object ? lq::pouh::LoadObject(*header, *object) : 0;
     }
     LQNAVIOBJECTMAN* manager = LQNAVIOBJECTMAN::Get();

@@ -1,10 +1,11 @@
 // Loading tasks from the project's resource pool: a pool of collections whose members are the
 // tasks.
 
+#include <memory>
+
 #include "pouh/attributes.h"
-#include "pouh/lists.h"
-#include "pouh/owned.h"
-#include "pouh/records.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -58,9 +59,9 @@ bool AppendPouNames(FLIST* list, LQTASK& task) {
     const int32_t count = selection && manager ? selection->GetCount() : 0;
     const MemoryWatch watch;
     for (int32_t i = 0; i < count; ++i) {
-        const Owned<LQOBJECT> pou(manager->Get(selection->GetID(i)));
+        const std::unique_ptr<LQOBJECT> pou(manager->Get(selection->GetID(i)));
         if (watch.WasShort()) {
-            return false;  // perhaps the model had no memory for the object
+            return false;  // the model may have had no memory for the object
         }
         if (pou && !AppendName(list, pou->GetName())) {
             return false;

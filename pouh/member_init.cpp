@@ -91,8 +91,8 @@ DUVMemberInit_C::~DUVMemberInit_C() {
     }
 }
 
-// The project's check of the value is asked as for every other initial value; what it answers is
-// its own affair here, since the value stays as it is written.
+// The model's check is asked about the value, as about every other initial value. Its answer is not
+// used: the value stays as it is written.
 bool DUVMemberInit_C::AppendOverloadInit(const char16_t* member, const char16_t* value) {
     (void)CheckInitSyntax(nullptr, value);
     Entry* entry = lq::New<Entry>();

@@ -1,7 +1,7 @@
 #include "pouh/record_access.h"
 
 #include "pouh/attributes.h"
-#include "pouh/records.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 

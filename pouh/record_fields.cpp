@@ -1,11 +1,11 @@
-// What each record consists of: the one place where an attribute meets its field.
+// The tables of all records: which field each attribute is.
 
 #include <cstddef>
 
 #include "lq_data/containers.h"
 #include "pouh/attributes.h"
 #include "pouh/record_access.h"
-#include "pouh/records.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
@@ -44,7 +44,7 @@ int ReleaseNames(void* list) {
 int ReleaseDeclarations(void* list) {
     FLIST* decls = static_cast<FLIST*>(list);
     void* slot = nullptr;
-    // A null element is no end.
+    // By the index and not by the declaration, as an element may be null.
     for (uint32_t at = ListGet(decls, slot, nullptr, LC_FIRST, 0); at != 0;
          at = ListGet(decls, slot, nullptr, LC_NEXT, 0)) {
         DestroyDecl(*static_cast<DECL_TYP**>(slot));
@@ -89,7 +89,7 @@ constexpr Field kDecl[] = {
     Word(POUH_DECLFLAGS, offsetof(DECL_TYP, flags)),
 };
 
-// Specification records of one shape differ in what their type text is called.
+// The specification records of one shape differ in the attribute that is their type text.
 #define LQ_TYPE_SPEC_FIELDS(typeTextFlag)                                           \
     {                                                                               \
         Text(typeTextFlag, offsetof(LQ_TYPE_SPEC, typeText)),                       \

@@ -1,5 +1,5 @@
-// The type classifier: a small recursive-descent reader over the check scanner's tokens. Keywords
-// are known by their ids only; which type names carry which id is the base library's affair.
+// The type classifier: a small recursive-descent reader over the check scanner's tokens. It knows
+// keywords by their ids only; which type names have which id is decided by the base library.
 
 #include "pouh/type_class.h"
 
@@ -86,10 +86,10 @@ bool ReadArray(CheckScan& scan) {
            scan.AtEnd();
 }
 
-// What `type` becomes counts only when the text is accepted.
+// `type` is set before the text is known to be accepted; the caller drops it when it is not.
 bool AcceptKeyword(CheckScan& scan, uint16_t id, TypeClass& type) {
     if (IsIn(id, kFirstSimple, kLastSimple)) {
-        // A subrange behind the keyword is refused like anything else.
+        // Nothing may follow, no subrange either.
         return scan.AtEnd();
     }
     switch (id) {

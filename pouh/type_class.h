@@ -3,14 +3,17 @@
 
 #include <cstdint>
 
+#include "lq_data/pouh.h"
+
 namespace lq::pouh {
 
-// The numbers are those of POUH_TYPE_KIND as far as both have them.
+// A type of a kind that declarations have too has that kind's number; the others are told apart by
+// their texts alone.
 enum class TypeClass : uint8_t {
-    kElementary = 1,
-    kString = 3,
-    kArray = 4,
-    kFbInstance = 6,
+    kElementary = DT_ELEMENTARY,
+    kString = DT_STRING,
+    kArray = DT_ARRAY,
+    kFbInstance = DT_FB_INSTANCE,
     kStructInstance = 7,
     kStructText = 8,       // the text of a structure type itself
     kOtherStructText = 9,  // the same with the second opening keyword

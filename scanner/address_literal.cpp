@@ -1,20 +1,30 @@
 // Direct addresses: %IX0.1, %QW10, %M3.
+#include <algorithm>
+#include <iterator>
+
+#include "frame/in_order.h"
 #include "scanner/recogniser.h"
 
 namespace {
 
-// Letters in the order of tagLocation and of tagSize.
-constexpr char16_t kLocations[] = u"IQM";
-constexpr char16_t kSizes[] = u"XBWDL";
+template <typename Enumeration>
+using LetterOf = lq::RowOf<Enumeration, char16_t>;
 
-// The place of `c` in `letters`, or -1.
-int32_t IndexOf(const char16_t* letters, char16_t c) {
-    for (int32_t i = 0; letters[i] != 0; ++i) {
-        if (letters[i] == c) {
-            return i;
-        }
-    }
-    return -1;
+constexpr LetterOf<tagLocation> kLocations[] = {
+    {LOC_INPUT, u'I'}, {LOC_OUTPUT, u'Q'}, {LOC_MEMORY, u'M'}};
+static_assert(lq::AreInOrder(kLocations, LOC_MEMORY));
+
+constexpr LetterOf<tagSize> kSizes[] = {
+    {SIZE_BIT, u'X'}, {SIZE_BYTE, u'B'}, {SIZE_WORD, u'W'}, {SIZE_DWORD, u'D'}, {SIZE_LWORD, u'L'}};
+static_assert(lq::AreInOrder(kSizes, SIZE_LWORD));
+
+// The row of that letter; null when there is none.
+template <typename Enumeration, std::size_t kCount>
+const LetterOf<Enumeration>* FindLetter(const LetterOf<Enumeration> (&rows)[kCount], char16_t c) {
+    const auto* const row =
+        std::find_if(std::begin(rows), std::end(rows),
+                     [c](const auto& candidate) { return candidate.value == c; });
+    return row != std::end(rows) ? row : nullptr;
 }
 
 void RemoveUnderscores(char16_t* text) {
@@ -32,13 +42,13 @@ void RemoveUnderscores(char16_t* text) {
 template <typename Cursor>
 Found Recogniser<Cursor>::DirectAddress() {
     Next();
-    const int32_t location = IndexOf(kLocations, Current());
-    if (location < 0) {
+    const auto* const location = FindLetter(kLocations, Current());
+    if (!location) {
         return Fail(SE_ADDRESS);
     }
     Next();
-    const int32_t size = IndexOf(kSizes, Current());
-    if (size >= 0) {
+    const auto* const size = FindLetter(kSizes, Current());
+    if (size) {
         Next();
     }
     for (;;) {
@@ -50,11 +60,11 @@ Found Recogniser<Cursor>::DirectAddress() {
         }
         Next();
     }
-    const int32_t lettersLength = size >= 0 ? 3 : 2;
+    const int32_t lettersLength = size ? 3 : 2;
     cursor_.CopyText(s_.valueBuf, lettersLength, 0);
     RemoveUnderscores(s_.valueBuf);
-    s_.address.location = static_cast<tagLocation>(location);
-    s_.address.size = size >= 0 ? static_cast<tagSize>(size) : SIZE_BIT;
+    s_.address.location = location->id;
+    s_.address.size = size ? size->id : SIZE_BIT;
     s_.address.text = s_.valueBuf;
     return Finish(TK_ADDRESS, &s_.address);
 }

@@ -73,7 +73,7 @@ int32_t BufferPair::GetPosition() const {
     return static_cast<int32_t>(firstPosition_ + static_cast<uint32_t>(PassedOfHalf()) - uncounted);
 }
 
-// The next slot holds a mark: either the current half is used up, or the input is.
+// NextChar has found a mark in the next slot: either the current half is used up, or the input is.
 char16_t BufferPair::PassMark() {
     if (*at_ == kEnd) {
         return kEnd;
@@ -91,7 +91,8 @@ char16_t BufferPair::PassMark() {
     }
     at_ = next;
     if (*at_ == kEnd) {
-        // The stream may hold text behind a mark of its own; a second mark keeps NextChar here.
+        // The end. A second mark behind the first keeps NextChar from moving on: what lies there is
+        // of an earlier filling, or text of the stream behind a mark of its own.
         buffer_[at_ + 1 - buffer_] = kEnd;
     }
     return *at_;
@@ -133,7 +134,6 @@ void BufferPair::Fill(int which) {
         filled += std::min(got, wanted);
     }
     first[filled] = kEnd;
-    first[std::min(filled + 1, half_ - 1)] = kEnd;
 }
 
 void BufferPair::SaveHalf(int which) {

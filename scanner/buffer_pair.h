@@ -1,17 +1,19 @@
 // The scanner's reader: a ring of two halves that are refilled in turn from a character stream.
 //
-// Each half ends in one slot that is never text. When a half was filled completely, the
-// end-of-input mark in that slot only says "go on in the other half"; anywhere else the mark is the
-// real end. So reading a character is a load and a compare, and one place decides what a mark
-// means.
+// It is the buffer pair with sentinels of Aho, Lam, Sethi and Ullman (Compilers: Principles,
+// Techniques, and Tools, 2nd edition, section 3.2). Each half ends in one slot that is never text
+// and always holds the end-of-input mark. When the half was filled completely, that mark only says
+// "go on in the other half"; a mark in front of that slot is the real end of the input. So reading
+// a character is a load and a compare with the mark, without a test for the end of the buffer, and
+// one place, PassMark, decides what a mark means.
 //
 // Runs of characters of one class are passed in one go: the mark belongs to no class, so that the
 // inner loop needs no other end.
 //
 // Characters are not copied while a token is scanned: its text is copied out once, from where it
-// began. Nearly every token lies within one half and is copied and read in place. Only when the
-// half in which a token began is overwritten before the token ends does its text move to the
-// owner's overflow block.
+// began. Nearly every token lies within one half. When a token goes on into the other half, both
+// are copied from; when it is so long that the half in which it began is filled again before the
+// token ends, its text moves to the owner's overflow block first.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +42,8 @@ class BufferPair : public CObject {
     // Unbinds the stream and moves its read position to GetPosition(); null when none is bound.
     STREAM_W* Unbind();
 
-    // Moves onto the next character and returns it; the end of input stays where it is.
+    // Moves onto the next character and returns it. At the end of the input, onto which this has
+    // moved, it stays there.
     char16_t NextChar() {
         const char16_t c = at_[1];
         if (c == Scanner::kEndOfInput) {
@@ -92,8 +95,9 @@ class BufferPair : public CObject {
     // What is read from here on belongs to no token.
     void BeginBlanks() { start_ = nullptr; }
 
-    // Short texts are copied in steps of a fixed size, which saves what a copy of an arbitrary size
-    // takes to choose its way: up to kStep - 1 characters more than asked for are read and written.
+    // Short texts are copied in steps of a fixed size, as a copy of an arbitrary size first has to
+    // find out which way of copying suits it. Up to kStep - 1 characters more than asked for are
+    // read and written.
     static constexpr int32_t kStep = lq::scanner::kReadAhead;
     static constexpr int32_t kShort = 64;
     static void CopyShort(char16_t* to, const char16_t* from, int32_t count) {
@@ -104,7 +108,7 @@ class BufferPair : public CObject {
         } while (done < count);
     }
 
-    // Copies a piece of text; wants room for another kStep characters behind it.
+    // Copies a piece of text; there must be room for another kStep characters behind it.
     static void CopyAll(char16_t* to, const char16_t* from, int32_t count) {
         if (count <= kShort) {
             CopyShort(to, from, count);
@@ -112,7 +116,7 @@ class BufferPair : public CObject {
             std::memcpy(to, from, static_cast<size_t>(count) * sizeof(char16_t));
         }
     }
-    // As much of it as there is room for; returns how much.
+    // Copies as much of it as there is room for; returns how much that is.
     static int32_t CopyPiece(char16_t* to, int32_t room, const char16_t* from, int32_t count) {
         const int32_t copied = count < room ? count : room;
         CopyAll(to, from, copied);
@@ -152,7 +156,8 @@ class BufferPair : public CObject {
 
     STREAM_W* stream_;
     Scanner* owner_ = nullptr;
-    char16_t* block_ = nullptr;  // what buffer_ lies in: one slot before it, kStep behind it
+    // What buffer_ lies in, with one more slot before it and kStep behind it.
+    char16_t* block_ = nullptr;
     char16_t* buffer_;
     char16_t endOnly_[5 + kStep];  // stands in for a block that could not be allocated
     int32_t wantedHalf_;

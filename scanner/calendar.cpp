@@ -22,8 +22,8 @@ const uint8_t* MonthLengths(uint32_t year) {
     return kMonthLength[IsLeapYear(static_cast<int32_t>(year))];
 }
 
-// The day number of January 1. The quotients count the leap days before it; 32 bits hold every
-// year up to the last.
+// The day number of January 1. The quotients count the leap days before it; all terms are modulo
+// 2^32, and the result fits for every year up to the last.
 uint32_t FirstDayOf(uint32_t year) {
     return (year - kFirstYear) * 365 - (year - 1901) / 100 + (year - 1601) / 400 +
            (year - 1969) / 4;
@@ -59,7 +59,6 @@ int IsLeapYear(int32_t year) {
 int ConvertDaysToDate(uint32_t days, uint32_t* day, uint32_t* month, uint32_t* year, int* weekday) {
     using namespace lq::scanner;
     *weekday = static_cast<int>((days % 7 + kFirstWeekday) % 7);
-    // A year is never longer than 366 days, so the estimate approaches from below.
     uint32_t y = kFirstYear;
     uint32_t rest = days;
     do {

@@ -1,4 +1,15 @@
 // Dates and day numbers (days since 1970-01-01) of the proleptic Gregorian calendar.
+//
+// The number of January 1 is 365 days for every year since 1970, and one more for every leap day
+// before it: for each year since 1970 that 4 divides, but of those that 100 divides only for each
+// that 400 divides too. Each of the three counts is one division, as POSIX has them in its formula
+// of the seconds since the Epoch (IEEE Std 1003.1, Base Definitions, "Seconds Since the Epoch").
+// The lengths of the months before give the rest.
+//
+// In the other direction the year is approached from below. No year has more than 366 days, so that
+// days / 366 years have certainly passed. What that leaves is divided again, until less than a year
+// is left; a few rounds are enough, since a round leaves a year and a five-hundredth of the days at
+// most.
 #pragma once
 
 #include <cstdint>

@@ -10,21 +10,21 @@
 namespace lq::scanner {
 
 enum CharClass : uint16_t {
-    kWord = 1,         // letters, digits, underscore: goes on an identifier
+    kWord = 1,         // letters, digits, underscore: an identifier goes on with them
     kBlank = 2,        // blank and tab
-    kCommentMark = 4,  // what a comment has to look at
-    kStringMark = 8,   // what a string has to look at
-    kDecimal = 16,     // digits, by base
+    kCommentMark = 4,  // in a comment: its text is not simply passed there
+    kStringMark = 8,   // in a string: its text is not simply passed there
+    kDecimal = 16,     // the digits of each base
     kBinary = 32,
     kOctal = 64,
     kHex = 128,
-    kIndent = 256,     // behind a line break: the break is no token of its own
-    kWordMark = 512,   // behind a word: what may belong to it in one way or another
-    kWordEnd = 1024,   // behind a word: what never belongs to it
+    kIndent = 256,     // behind a line break: the break is then no token
+    kWordMark = 512,   // behind a word: may belong to it, which a rule of its own decides
+    kWordEnd = 1024,   // behind a word: never belongs to it
     kLineEnd = 2048,   // line feed, carriage return
-    kWordLead = 4096,  // what a word begins with
+    kWordLead = 4096,  // a word begins with it
     kOperatorLead = 8192,
-    kQuote = 16384,  // what a string is between
+    kQuote = 16384,  // a string begins and ends with it
 };
 
 consteval std::array<uint16_t, 128> MakeCharClasses() {
@@ -64,7 +64,7 @@ consteval std::array<uint16_t, 128> MakeCharClasses() {
 
 inline constexpr std::array<uint16_t, 128> kCharClasses = MakeCharClasses();
 
-// None beyond ASCII.
+// Characters beyond ASCII have none of these classes.
 constexpr unsigned ClassesOf(char16_t c) {
     return chars::IsAscii(c) ? kCharClasses[c] : 0u;
 }

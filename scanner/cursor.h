@@ -1,9 +1,11 @@
-// The two ways to walk a token's characters. Every literal's rule is written once, over either.
+// The two ways to walk a token's characters. Every literal's rule is written once, as a template
+// over either of them.
 //
-// InPlace walks text that lies whole in the reader's half, its position in a register; the reader
-// moves only when a token is certain. At the end of the half it stands on a mark, which belongs to
-// no token: whatever rule stops there, the text goes on elsewhere, and the token is begun again
-// with a Ring. That moves the reader itself, which refills its halves and keeps what they lose.
+// InPlace walks text that lies whole in one half of the reader, with its position in a register;
+// the reader moves only when a token is certain. At the end of the half it stands on a mark. No
+// token has a mark in it, so that every rule stops there; the text goes on in the other half, and
+// the token is begun again with a Ring. That moves the reader itself, which refills its halves and
+// keeps the text of the token that they lose.
 #pragma once
 
 #include <cstdint>
@@ -24,10 +26,10 @@ class InPlace {
     const char16_t* At() const { return at_; }
     void Next() { ++at_; }
     void Skip(int32_t count) { at_ += count; }
-    // The character behind the current one, when it CanPeek.
+    // The character behind the current one; only when CanPeek says that it lies here.
     char16_t Peek() const { return at_[1]; }
     bool CanPeek() const { return !GoesOnBehind(at_ + 1); }
-    // Whether the current character lies elsewhere.
+    // Whether this is the end of the half, and the current character lies in the other one.
     bool IsElsewhere() const { return GoesOnBehind(at_); }
 
     // Moves onto the first character, from the current one on, that does not belong to the run;
@@ -46,23 +48,26 @@ class InPlace {
     void BeginToken() { start_ = at_; }
     void EndToken(BufferPair& reader) const { reader.MoveTo(at_); }
 
-    // The token's text; in `spare` when it is in pieces. That of a token that goes on is a
-    // beginning when it is too long, that of an ended one has then its mark.
+    // The token's text up to here, and the text of a token that has ended. Text that lies in pieces
+    // is put together in `spare`. What is too long for that is cut: a token that goes on has its
+    // beginning there, and one that has ended a mark in place of its last characters.
     std::u16string_view TextSoFar(char16_t* /*spare*/) const {
         return {start_, static_cast<size_t>(at_ - start_)};
     }
     std::u16string_view EndedText(char16_t* /*spare*/) const { return TextSoFar(nullptr); }
-    // Copies the beginning of a token that may go on; leaves room for so many more characters.
+    // Copies the token's text up to here, as far as `dest` has room for it and for `room` more
+    // characters; returns the length.
     int32_t CopySoFar(char16_t* dest, int32_t /*room*/) const {
         BufferPair::CopyAll(dest, start_, Length());
         return Length();
     }
-    // Makes the whole text of that beginning when the token has ended.
+    // Makes that copy, of so many characters, the text of the token, which has ended.
     int32_t CompleteCopy(char16_t* dest, int32_t length) const {
         dest[length] = 0;
         return length;
     }
-    // The text of an ended token without so many characters at its ends.
+    // Copies the text of a token that has ended, without its first `offset` and its last `cut`
+    // characters; returns the length.
     int32_t CopyText(char16_t* dest, int32_t offset, int32_t cut) const {
         const int32_t length = Length() - offset - cut;
         BufferPair::CopyAll(dest, start_ + offset, length);

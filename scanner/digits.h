@@ -1,5 +1,9 @@
-// Decimal digits where they lie in the reader's buffer, four at a time and without a branch for
-// each: how many there are is a guess for most numbers.
+// Numbers of their digits: integers and reals.
+//
+// Decimal digits are read where they lie in the reader's buffer, four at a time, which one 64-bit
+// word holds as four lanes. All four are tested and added up by operations on that word, without a
+// branch for each digit: how many digits a number has cannot be foreseen, so that a loop over
+// single digits ends with a mispredicted branch for most numbers.
 #pragma once
 
 #include <bit>
@@ -11,7 +15,7 @@
 namespace lq::scanner {
 
 constexpr int32_t kSurelyInRange = 9;  // digits of numbers that are all below 2^32
-constexpr int32_t kMostDigitsAt = 16;  // as many characters are read, whatever lies there
+constexpr int32_t kMostDigitsAt = 16;  // DigitsAt reads so many characters, whatever lies there
 
 // The digits of a decimal number.
 struct Digits {
@@ -48,8 +52,9 @@ inline uint32_t FourDigits(const char16_t* at, int32_t& count) {
     const uint64_t others =
         (((lanes & InEveryLane(0x7FFF)) + InEveryLane(0x7FFF - 9)) | lanes) & InEveryLane(0x8000);
     count = std::countr_zero(others) / 16;
-    // The last digit goes to the highest lane, zeros come in. The product has there, for four
-    // digits a to d: 1000 a + 100 b + 10 c + d; no lane below overflows.
+    // The last digit goes to the highest lane, and zeros come in at the lowest. In the highest lane
+    // of the product, for four digits a to d, is then 1000 a + 100 b + 10 c + d; no lane below
+    // carries into it.
     const int gap = 8 * (4 - count);
     constexpr uint64_t kWeights = 1 + (10ull << 16) + (100ull << 32) + (1000ull << 48);
     return static_cast<uint32_t>(((lanes << gap) << gap) * kWeights >> 48);
@@ -67,5 +72,16 @@ inline Digits DigitsAt(const char16_t* at) {
     }
     return digits;
 }
+
+// The real number whose digits are `whole`, a point and `fraction`, times 10^`power`, when one
+// multiplication or division of two exact doubles gives the nearest double. False for all others:
+// those with more than 15 digits, leading zeros included, or with a power beyond 22 once the point
+// is moved behind the last digit.
+bool ToDoubleExactly(const Digits& whole, const Digits& fraction, int32_t power, double& value);
+
+// The number that `length` characters of digits, with point and exponent, stand for: the nearest
+// double; infinity above the range and 0 below it. Underscores do not count. Reads the text up to
+// the first character that does not fit, and at most 2048 characters.
+double ToDouble(const char16_t* text, int32_t length);
 
 }  // namespace lq::scanner

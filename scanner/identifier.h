@@ -13,8 +13,8 @@ inline bool BeginsWithE(const char16_t* text) {
     return text[0] == u'E' || text[0] == u'e';
 }
 
-// E followed by digits and signs only, up to the first point, which there must be: the beginning of
-// texts such as E1.5.
+// Whether the text is E, then only digits and signs up to the first point: the beginning of texts
+// such as E1.5. The text must have a point.
 inline bool IsSignedDigitsAfterE(const char16_t* text) {
     if (!BeginsWithE(text) || chars::Length(text) < 4) {
         return false;
@@ -39,13 +39,14 @@ inline bool Recogniser<Cursor>::FindKeyword(int32_t length, uint16_t& id) const 
     }
     int32_t found = s_.keywordCache->Find(word, length);
     if (found < 0 && !s_.keywordCache->IsComplete()) {
-        found = s_.keywords->GetID(word);  // the cache has no room for more
+        found = s_.keywords->GetID(word);  // there are more keywords than the cache holds
     }
     id = static_cast<uint16_t>(found);
     return found >= 0;
 }
 
-// The text buffer holds its beginning, or all of it, in `length` characters.
+// Ends the word, of which `length` characters are in the text buffer: all of them, or the beginning
+// of a word that is longer than the buffer.
 template <typename Cursor>
 inline Found Recogniser<Cursor>::FinishIdentifier(int32_t length) {
     if (cursor_.IsElsewhere()) {
@@ -122,7 +123,8 @@ template <typename Cursor>
     return belongs ? Mark::kBelongs : Mark::kNothing;
 }
 
-// A sign may belong to a constant notation of the system's own: K+1, E-2.
+// Whether the sign belongs to the word: it may be part of a constant in a notation of the system's
+// own, such as K+1 or E-2.
 template <typename Cursor>
 bool Recogniser<Cursor>::SignBelongs() {
     const int32_t length = cursor_.CopySoFar(s_.valueBuf, 2);
@@ -157,7 +159,8 @@ bool Recogniser<Cursor>::BackslashBelongs() {
     return IsAddressBeginning();
 }
 
-// Of the text in the value buffer, whose case is lost.
+// Whether the text in the value buffer, which is turned to upper case, begins an address of the
+// system's own.
 template <typename Cursor>
 bool Recogniser<Cursor>::IsAddressBeginning() {
     for (char16_t* p = s_.valueBuf; *p != 0; ++p) {
@@ -166,7 +169,7 @@ bool Recogniser<Cursor>::IsAddressBeginning() {
     return IsCustomAdress(s_.valueBuf, s_.checkAccessOfCustomAddress, 1) != 0;
 }
 
-// The bit of a device address: a point and one hex digit.
+// A point and one hex digit, which name the bit of a device address.
 template <typename Cursor>
 [[gnu::noinline]] Found Recogniser<Cursor>::BitSuffix() {
     Next();

@@ -1,11 +1,14 @@
-// The scanner's short way to its keywords: they are kept under their length and three of their
-// characters, so that nearly every identifier that is no keyword meets an empty place, without a
-// hash of its whole text. The keyword table itself is asked only when there are more keywords than
-// fit. The places take memory with the first keyword: many scanners have none.
+// The scanner's short way to its keywords. They are kept under a number made of their length and
+// three of their characters, so that nearly every identifier that is no keyword meets an empty
+// place, without a hash of its whole text. The keyword table itself is asked only when there are
+// more keywords than fit. The places get their memory with the first keyword, as many scanners have
+// none.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
+#include "frame/chars.h"
 #include "lq_data/memory.h"
 
 namespace lq::scanner {
@@ -22,11 +25,35 @@ class KeywordCache {
     LQ_ALLOCATED
 
     // Room for keywords; false when memory is short for it. Before the first Add.
-    bool Reserve();
+    bool Reserve() {
+        if (!slots_) {
+            slots_ = AllocateArray<Slot>(kSlots);
+            if (!slots_) {
+                return false;
+            }
+            std::fill_n(slots_, kSlots, Slot{nullptr, kNone, 0});
+        }
+        return true;
+    }
     // `name` is the table's copy, which outlives the cache.
-    void Add(const char16_t* name, int32_t id);
+    void Add(const char16_t* name, int32_t id) {
+        const auto length = static_cast<int32_t>(chars::Length(name));
+        if (length == 0) {
+            return;  // no identifier is empty
+        }
+        if (count_ == kMostKeywords) {
+            isComplete_ = false;
+            return;
+        }
+        uint32_t place = Place(name, length);
+        while (slots_[place].length != 0) {
+            place = (place + 1) % kSlots;
+        }
+        slots_[place] = {name, id, length};
+        ++count_;
+    }
 
-    // Whether every keyword is here.
+    // Whether all keywords that were added are here.
     bool IsComplete() const { return isComplete_; }
     // The id of the keyword of that text, which is not empty; kNone when there is none here.
     int32_t Find(const char16_t* text, int32_t length) const {

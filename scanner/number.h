@@ -1,7 +1,7 @@
 // Decimal and based integers, the integer before a range, and reals.
 #pragma once
 
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 #include "scanner/recogniser.h"
 
 namespace lq::scanner {
@@ -15,7 +15,7 @@ struct Base {
 
 inline constexpr Base kBases[] = {{16, 4, kHex, 8}, {8, 3, kOctal, 11}, {2, 1, kBinary, 32}};
 
-// Leading zeros do not count.
+// The base that the number before "#" names, or null. Leading zeros do not count.
 inline const Base* FindBase(const Digits& prefix) {
     for (const Base& base : kBases) {
         if (base.base == prefix.value && !prefix.isBeyond) {
@@ -25,7 +25,8 @@ inline const Base* FindBase(const Digits& prefix) {
     return nullptr;
 }
 
-// Leading zeros count: a number of too many digits is too large whatever it is.
+// Whether the number fits 32 bits and has at most so many digits. Leading zeros count as digits
+// here.
 inline bool IsWithin(const Digits& digits, int32_t maxDigits) {
     return digits.count <= maxDigits && digits.value <= UINT32_MAX;
 }

@@ -1,4 +1,4 @@
-// The operators.
+// The operators, and the table by which the scanner knows them from their first character.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ struct Lead {
     Longer longer[2] = {};
 };
 
-// Operators of one character, which are also how the longer ones begin.
+// The operators of one character. The longer ones begin with them.
 struct OperatorOfOne {
     char16_t character;
     OPERATOR_CODE code;
@@ -32,7 +32,7 @@ inline constexpr OperatorOfOne kOperatorsOfOne[] = {
     {u'>', OP_GT},       {u':', OP_COLON},    {u'=', OP_EQ},        {u'.', OP_DOT},
 };
 
-// No operator: "(*".
+// The code of "(*", which is no operator: it begins a comment.
 inline constexpr OPERATOR_CODE kCommentBegins{};
 
 struct OperatorOfTwo {
@@ -59,7 +59,7 @@ consteval std::array<Lead, 128> MakeLeads() {
     return leads;
 }
 
-// By first character.
+// Indexed by the first character.
 inline constexpr std::array<Lead, 128> kLeads = MakeLeads();
 
 }  // namespace lq::scanner

@@ -1,5 +1,5 @@
-// GetToken, and the frame of recognition: blanks, line breaks, the first character, operators,
-// comments.
+// GetToken, and what every token needs: blanks and line breaks in front of it, and the choice of
+// its rule by its first character. And the rules of operators and comments.
 #include "scanner/recogniser.h"
 
 #include "scanner/identifier.h"
@@ -155,8 +155,10 @@ namespace {
     } else {
         token.SetValue(static_cast<const char16_t*>(valueBuf));
     }
-    // The result is written in as wide steps as its copy is read by the caller, who would have to
-    // wait for narrower ones: all is read before, and kind and line are one word to the compiler.
+    // The caller copies the result in wide steps, and a processor makes a wide load wait for narrow
+    // stores to the same place. So kind and line are written as one word: the assembler statement,
+    // which does nothing, keeps the compiler from taking the word apart. All fields are read
+    // before, so that the stores stand together.
     const char16_t* const text = textBuf;
     const char16_t* const space = spaceBuf;
     const uint64_t value = token.GetBytes();

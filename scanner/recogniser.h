@@ -1,13 +1,14 @@
 // Recognition of one token.
 //
-// A Recogniser lives for one GetToken call, or for the part of it that its cursor can walk. It
-// works on the cursor's current character, which no delivered token holds yet: Next passes it, and
-// what is not passed begins the next token. Before all is certain, only
-// texts in buffers, the time and the address are written, which a second way writes anew.
+// A Recogniser lives for one GetToken call, or for the part of it in which its cursor can walk. It
+// looks at the cursor's current character, which belongs to no delivered token yet. Next passes it,
+// and what is not passed begins the next token. Until the token is certain, a Recogniser writes
+// only the scanner's text buffers, its time and its address: when the token has to be begun again
+// with the other cursor, that one writes them anew.
 //
-// Each family of literals has a source file of its own; all of them end in Finish or Fail. Those
-// that are called often enough are inline; the others work on a copy (Apart), so that the fields of
-// this object can stay in registers.
+// Each family of literals has a source file of its own; all rules end in Finish or Fail. Rules that
+// are used often are inline. The others are called on a copy of this object (Apart): its address is
+// then not taken, and its fields can stay in registers.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +22,8 @@
 #include "scanner/digits.h"
 #include "scanner/keyword_cache.h"
 #include "scanner/operators.h"
-#include "scanner/process_state.h"
 #include "scanner/runs.h"
+#include "scanner/string_rules.h"
 
 namespace lq::scanner {
 struct Amount;
@@ -30,7 +31,7 @@ struct Amount;
 
 // What a recognised token is, besides its texts and its value, which are left in the scanner.
 struct Found {
-    TOKEN_KIND kind;  // TK_NONE: the text goes on where the cursor cannot walk; nothing is changed
+    TOKEN_KIND kind;  // TK_NONE: the text goes on where the cursor cannot walk
     int32_t line;
 };
 
@@ -78,7 +79,7 @@ class Recogniser {
     }
     // An error; the current character begins the next token.
     Found Fail(SCAN_ERROR code) { return Finish(TK_ERROR, static_cast<int32_t>(code)); }
-    // These two are for a token that is certain.
+    // These two are called when the token is certain, which means that the cursor is not elsewhere.
     Found CopyAndDeliver(TOKEN_KIND kind) {
         cursor_.CopyText(s_.textBuf, 0, 0);
         return Deliver(kind);
@@ -110,7 +111,7 @@ class Recogniser {
     Found FinishIdentifier(int32_t length);
     Found AtSignIdentifier();
     Found BitSuffix();
-    // Of the word in the text buffer.
+    // Looks the word in the text buffer up; `id` is its keyword's when it is one.
     bool FindKeyword(int32_t length, uint16_t& id) const;
     bool EndsWord(char16_t c) const;
     // Whether the host takes the current character into the word so far, which is in the text
@@ -141,7 +142,8 @@ class Recogniser {
             }
         }
     }
-    // Decimal ones, as a number. `take` is given each digit where the text is in pieces.
+    // Decimal digits, as a number. `take` is given each of them where the text may lie in pieces;
+    // of text that lies whole, which can be read again, it is not given all.
     template <typename Take>
     bool Decimal(Digits& digits, Take take) {
         if constexpr (Cursor::kIsWhole) {
@@ -174,7 +176,7 @@ class Recogniser {
 
     // --- time_literal.cpp --------------------------------------------------------------------
 
-    // The identifier so far stands before "#": continues the literal that it introduces.
+    // At "#", behind a word: goes on with the literal that the word introduces.
     Found PrefixedLiteral();
     Found FinishTime(TOKEN_KIND kind) { return Finish(kind, &s_.time); }
     Found Duration();
@@ -190,10 +192,10 @@ class Recogniser {
 
     Scanner& s_;
     Cursor cursor_;
-    uint32_t lines_ = 0;  // ended in this call
+    uint32_t lines_ = 0;  // the line breaks that were passed
 };
 
-// At the end of a source file whose members are called from others.
+// Stands at the end of a source file for each member that is called from other files.
 #define LQ_RECOGNISES(MEMBER)                                  \
     template Found Recogniser<lq::scanner::InPlace>::MEMBER(); \
     template Found Recogniser<lq::scanner::Ring>::MEMBER()

@@ -22,7 +22,7 @@ constexpr int32_t kReadAhead = 16;
 
 #ifdef __SSE2__
 
-// To one of the marks or the end of input, eight characters a step.
+// Gets to one of the marks or to the end of input, eight characters a step.
 template <char16_t... kMarks>
 const char16_t* HurryToMarks(const char16_t* at) {
     const auto isSame = [](__m128i text, char16_t c) {
@@ -48,7 +48,7 @@ const char16_t* HurryToMarks(const char16_t* at) {
 
 #endif
 
-// Words and blanks are short.
+// Words and blanks are too short to hurry through.
 struct WordRun {
     static bool Belongs(char16_t c) {
         return chars::IsAscii(c) ? Is(c, kWord) : chars::IsLetter(c);

@@ -1,4 +1,4 @@
-// The scanner's frame: its buffers, its stream, its keywords.
+// The scanner's frame: its buffers, its stream, its keywords; and its tokens.
 #include "lq_data/scanner.h"
 
 #include "frame/chars.h"
@@ -6,9 +6,13 @@
 #include "lq_data/memory.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/keyword_cache.h"
-#include "scanner/process_state.h"
+#include "scanner/string_rules.h"
 
 LQ_IMPLEMENT_DYNAMIC(Scanner, CObject, &Scanner::CreateObject)
+LQ_IMPLEMENT_DYNAMIC(Token, CObject, nullptr)
+LQ_IMPLEMENT_DYNAMIC(Address, CObject, nullptr)
+
+static_assert(sizeof(void*) <= sizeof(Token::value) && sizeof(double) == sizeof(Token::value));
 
 namespace {
 
@@ -16,10 +20,18 @@ constexpr int32_t kHalfSize = 1024;
 static_assert(kHalfSize <= Scanner::kBufferSize, "a token within one half fits the buffers");
 constexpr uint32_t kKeywordBuckets = 233;
 
-// Short texts are copied in steps. The three buffers are one block, the text buffer its first.
+// The three buffers are one block, which the text buffer begins. Each has room for the last step of
+// a copy (BufferPair::CopyShort).
 constexpr int32_t kBufferLength = Scanner::kBufferSize + BufferPair::kStep;
 
 }  // namespace
+
+void Token::Clear() {
+    kind = TK_NONE;
+    line = 0;
+    text = nullptr;
+    SetValue(uint64_t{0});
+}
 
 CObject* Scanner::CreateObject() {
     auto* scanner = new Scanner;
@@ -76,7 +88,6 @@ void Scanner::Initialize(STREAM_W& stream) {
 
 void Scanner::AssignStream(STREAM_W& stream, int line) {
     nActLine = line;
-    stringLength = 0;
     textBuf[0] = valueBuf[0] = 0;
     token.Clear();
     if (!reader) {

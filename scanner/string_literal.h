@@ -1,12 +1,11 @@
 // Character strings and their escapes.
 #pragma once
 
-#include "scanner/escapes.h"
-#include "scanner/process_state.h"
 #include "scanner/recogniser.h"
+#include "scanner/string_rules.h"
 
-// The decoded text, in the value buffer; what it has no room for is dropped. It has for all that
-// lies in one half of the reader.
+// Collects the decoded text in the value buffer. What that has no room for is dropped; text that
+// lies whole in one half of the reader always fits.
 template <typename Cursor>
 class Recogniser<Cursor>::ValueText {
   public:
@@ -66,7 +65,8 @@ inline Found Recogniser<Cursor>::String() {
     }
 }
 
-// Behind "$"; false leaves the character at fault.
+// Passes what follows "$" and stores what it stands for. False when it is no escape: the character
+// at fault is then the current one.
 template <typename Cursor>
 inline bool Recogniser<Cursor>::Escape(ValueText& value) {
     if (const lq::scanner::Escape* escape = lq::scanner::FindEscape(Current())) {

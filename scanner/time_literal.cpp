@@ -2,8 +2,9 @@
 #include <cmath>
 #include <limits>
 
+#include "frame/in_order.h"
 #include "scanner/calendar.h"
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 #include "scanner/recogniser.h"
 
 using namespace lq::scanner;
@@ -62,24 +63,25 @@ struct Unit {
     char16_t letter;
     int32_t perDay;
     double ms;
-    double limit;  // of every component but the first, which days always are
+    double limit;  // of a component that is not the first; days come first or not at all
 };
 
 // Milliseconds are "ms" or "MS".
-constexpr Unit kUnits[] = {
-    {u'd', 1, kMsPerDay, 0},
-    {u'h', 24, kMsPerHour, 23},
-    {u'm', 24 * 60, kMsPerMinute, 59},
-    {u's', 24 * 60 * 60, kMsPerSecond, 59},
-    {u'm', 24 * 60 * 60 * 1000, 1, 999},
+constexpr lq::RowOf<DurationUnit, Unit> kUnits[] = {
+    {kDays, {u'd', 1, kMsPerDay, 0}},
+    {kHours, {u'h', 24, kMsPerHour, 23}},
+    {kMinutes, {u'm', 24 * 60, kMsPerMinute, 59}},
+    {kSeconds, {u's', 24 * 60 * 60, kMsPerSecond, 59}},
+    {kMilliseconds, {u'm', 24 * 60 * 60 * 1000, 1, 999}},
 };
+static_assert(lq::AreInOrder(kUnits, kMilliseconds));
 
 void AddDays(Time& time, int32_t days) {
     time.days =
         static_cast<int32_t>(static_cast<uint32_t>(time.days) + static_cast<uint32_t>(days));
 }
 
-// The whole part, not negative, as a 32-bit number; false when it does not fit.
+// The whole part of a number that is not negative, in 32 bits; false when it does not fit.
 bool Truncate(double v, int32_t& whole) {
     if (v > 2147483647.0) {
         return false;
@@ -95,14 +97,14 @@ DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
     const bool isMs = letter == u'm' && following == (c == u'm' ? u's' : u'S');
     if (expected != kNoUnit) {
         const bool matches =
-            letter == kUnits[expected].letter && (expected != kMilliseconds || isMs);
+            letter == kUnits[expected].value.letter && (expected != kMilliseconds || isMs);
         return matches ? expected : kNoUnit;
     }
     if (isMs) {
         return kMilliseconds;
     }
     for (const DurationUnit unit : {kDays, kHours, kMinutes, kSeconds}) {
-        if (letter == kUnits[unit].letter) {
+        if (letter == kUnits[unit].value.letter) {
             return unit;
         }
     }
@@ -111,7 +113,7 @@ DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
 
 // False when the component is out of range.
 bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amount) {
-    const auto& [letter, perDay, ms, limit] = kUnits[unit];
+    const auto& [letter, perDay, ms, limit] = kUnits[unit].value;
     if (!isFirst && amount.value > limit) {
         return false;
     }
@@ -126,10 +128,6 @@ bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amo
         return true;
     }
     const auto whole = static_cast<int32_t>(amount.wrapped);
-    if (whole >= 0 && whole < perDay) {  // nearly all, and they save a division
-        time.ms += whole * ms;
-        return true;
-    }
     AddDays(time, whole / perDay);
     time.ms += whole % perDay * ms;
     return true;
@@ -230,8 +228,8 @@ inline bool Recogniser<Cursor>::PassAmount(Amount& amount) {
     return true;
 }
 
-// A run of digits, possibly empty, which counts as 0. A number beyond 32 bits wraps and loses its
-// sign.
+// A run of digits, which may be empty and then counts as 0. A number of more than 32 bits is taken
+// modulo 2^32; as a signed number, of which the sign is dropped.
 template <typename Cursor>
 inline bool Recogniser<Cursor>::Part(uint32_t& number) {
     Digits digits;

@@ -69,7 +69,8 @@ int ArrInfo::Copy(ArrInfo& dst) const {
     for (const Extent* extent = head; extent; extent = extent->next) {
         ANY_INT_32 ext[2] = {extent->lower, extent->count};
         const uint8_t before = dst.dims;
-        // A total that overflows, as it did here, is no failure of the copy.
+        // The total may overflow in the copy as it did here; only an extent that is missing is a
+        // failure.
         if (!dst.AppendExt(&ext, 1) && dst.dims == before) {
             return 0;
         }

@@ -15,7 +15,7 @@ constexpr uint32_t Bit(IEC_TYPE elementary) {
     return 1u << elementary;
 }
 
-// A type holds magnitudes up to the limit.
+// Each of the types `bits` holds magnitudes up to the limit.
 struct TypeLimit {
     uint32_t magnitude;
     uint32_t bits;
@@ -63,7 +63,7 @@ class AdapterAnswer {
     int32_t value_ = 0;
 };
 
-// The module's only state.
+// The only state of this file.
 constinit AdapterAnswer intAsBits(LQ_ASK_INT_AS_BITS);
 constinit AdapterAnswer bitsAsInt(LQ_ASK_BITS_AS_INT);
 
@@ -108,7 +108,7 @@ constexpr Family kFamilies[] = {
     {TB_ARRAY, 0, IEC_ARRAY},
 };
 
-// The types of the second numbering.
+// The types by the codes of the second numbering, which the types of variables have.
 struct VarType {
     int32_t code;
     uint32_t bits;

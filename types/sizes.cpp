@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "frame/in_order.h"
 #include "lq_data/types.h"
 
 namespace {
@@ -35,9 +36,14 @@ constexpr IEC_TYPE kSlotTypes[] = {LQ_SIZE_SLOTS(LQ_SLOT_TYPE)};
 constexpr uint32_t kDefaultSizes[] = {LQ_SIZE_SLOTS(LQ_SLOT_SIZE)};
 static_assert(std::size(kSlotTypes) == IecTypeSize::SLOT_COUNT);
 
-// By elementary type; 0 for one whose size lies in the table.
-constexpr uint32_t kFixedSizes[] = {0, 1, 2, 4, 8, 1, 2, 4, 8, 4, 8, 0, 0, 0, 0, 0, 1, 2, 4, 8};
-static_assert(std::size(kFixedSizes) == IEC_LAST_ELEMENTARY + 1);
+// Sizes that the language fixes; 0 for a type whose size lies in the table of slots.
+constexpr lq::RowOf<IEC_TYPE, uint32_t> kFixedSizes[] = {
+    {IEC_BOOL, 0},   {IEC_SINT, 1}, {IEC_INT, 2},   {IEC_DINT, 4},  {IEC_LINT, 8},
+    {IEC_USINT, 1},  {IEC_UINT, 2}, {IEC_UDINT, 4}, {IEC_ULINT, 8}, {IEC_REAL, 4},
+    {IEC_LREAL, 8},  {IEC_TIME, 0}, {IEC_DATE, 0},  {IEC_TOD, 0},   {IEC_DT, 0},
+    {IEC_STRING, 0}, {IEC_BYTE, 1}, {IEC_WORD, 2},  {IEC_DWORD, 4}, {IEC_LWORD, 8},
+};
+static_assert(lq::AreInOrder(kFixedSizes, IEC_LAST_ELEMENTARY));
 
 }  // namespace
 
@@ -72,8 +78,8 @@ int IecTypeSize::Set(IEC_TYPE id, uint32_t size) {
 }
 
 uint32_t IecTypeSize::Get(IEC_TYPE id) {
-    if (IsElementaryType(id) && kFixedSizes[id] != 0) {
-        return kFixedSizes[id];
+    if (IsElementaryType(id) && kFixedSizes[id].value != 0) {
+        return kFixedSizes[id].value;
     }
     const VAL_IDX slot = TypeToIdx(id);
     return slot == NO_SLOT ? 0 : Size[slot];

@@ -1,10 +1,11 @@
-// Typed constants: each number goes into the smallest class that holds it, by tables of limits.
+// Typed constants: each number goes into the smallest class that holds it, by tables of limits. And
+// the checked arithmetic of their integers, on sign and magnitude.
 
 #include <cstring>
-#include <iterator>
 #include <limits>
 
 #include "frame/chars.h"
+#include "frame/in_order.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
 #include "types/payload.h"
@@ -32,12 +33,16 @@ constexpr ClassLimit kNegative[] = {{128, VT_SINT}, {32768, VT_INT}, {2147483648
 constexpr ClassLimit kBitString[] = {
     {1, VT_BOOL}, {255, VT_USINT}, {65535, VT_UINT}, {kMax32, VT_UDINT}};
 
-// Payload bytes of VT_BOOL to VT_STRING.
-constexpr uint32_t kPayloadSize[] = {4, 1, 1, 4, 2, 4, 4, 8, 8, 4, 8, 12, 4, 8, 12, 0};
-static_assert(std::size(kPayloadSize) == VT_STRING + 1);
+// Bytes of the payload.
+constexpr lq::RowOf<VAL_TYPE, uint32_t> kPayloadSizes[] = {
+    {VT_BOOL, 4},  {VT_SINT, 1}, {VT_USINT, 1}, {VT_INT, 4},    {VT_UINT, 2},  {VT_DINT, 4},
+    {VT_UDINT, 4}, {VT_LINT, 8}, {VT_ULINT, 8}, {VT_REAL, 4},   {VT_LREAL, 8}, {VT_TIME, 12},
+    {VT_DATE, 4},  {VT_TOD, 8},  {VT_DT, 12},   {VT_STRING, 0},
+};
+static_assert(lq::AreInOrder(kPayloadSizes, VT_STRING));
 
 uint32_t PayloadSize(VAL_TYPE type) {
-    return type <= VT_STRING ? kPayloadSize[type] : 0;
+    return type <= VT_STRING ? kPayloadSizes[type].value : 0;
 }
 
 template <std::size_t N>
@@ -68,6 +73,30 @@ int StoreInteger(Val& v, uint32_t number) {
 }
 
 }  // namespace
+
+int AddSub32(int op, ANY_INT_32& a, ANY_INT_32 b) {
+    const bool negative = (b.sign != 0) != (op != 0);
+    int fits = 1;
+    if (negative == (a.sign != 0)) {
+        a.magnitude += b.magnitude;
+        fits = a.magnitude >= b.magnitude ? 1 : 0;
+    } else if (a.magnitude >= b.magnitude) {
+        a.magnitude -= b.magnitude;
+    } else {
+        a.magnitude = b.magnitude - a.magnitude;
+        a.sign = negative ? 1 : 0;
+    }
+    if (a.magnitude == 0) {
+        a.sign = 0;
+    }
+    return fits;
+}
+
+int Mul32(ANY_INT_32& a, ANY_INT_32 b) {
+    const uint64_t product = uint64_t{a.magnitude} * b.magnitude;
+    a.magnitude = static_cast<uint32_t>(product);
+    return product <= std::numeric_limits<uint32_t>::max() ? 1 : 0;
+}
 
 int Val::Set(ANY_INT_32 v) {
     if (v.sign == 0) {

@@ -57,7 +57,7 @@ int Val::Set(Scanner& scanner, int unsignedOnly) {
         }
     }
     if (scanner.HasLostText()) {
-        return 0;  // and with it perhaps digits
+        return 0;  // digits may be among what is lost
     }
     switch (token.kind) {
         case TK_INTEGER:

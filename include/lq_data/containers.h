@@ -118,12 +118,13 @@ inline bool IsFunction(LIST_CALLBACK callback) {
 // Position codes. LC_NOT_LESS and LC_EQUAL compare `param` bytes of LET_MEMORY elements; 0 or more
 // than the element size means the whole element.
 //
-// Nothing; the position becomes before-first.
+// Addresses no element; the position becomes before-first.
 inline const LIST_CALLBACK LC_REWIND = nullptr;
 // The element at the index `param`.
 inline const LIST_CALLBACK LC_AT_INDEX =
     reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kAtIndex);
-// The element before the current one, from before-first the last; behind the current one.
+// LC_PREV: the element before the current one; at before-first, the last element. LC_NEXT: the
+// element behind the current one; at before-first, the first element.
 inline const LIST_CALLBACK LC_PREV = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kPrev);
 inline const LIST_CALLBACK LC_NEXT = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kNext);
 inline const LIST_CALLBACK LC_FIRST = reinterpret_cast<LIST_CALLBACK>(lq::containers::Code::kFirst);
@@ -244,7 +245,7 @@ class LQ_DATA_API FLIST : public CObject {
     FLIST(const FLIST&) = delete;
     FLIST& operator=(const FLIST&) = delete;
 
-    // A list without a body; null when memory is short.
+    // Makes a list without a body; null when memory is short.
     static CObject* CreateObject();
 
     // Destroys the body if there is one and builds another. There is none afterwards when the
@@ -253,14 +254,15 @@ class LQ_DATA_API FLIST : public CObject {
     // any size. Always 0.
     virtual int Create(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
                        LIST_CALLBACK defaultCallback);
-    // Empties the list and deletes its body; always 0.
+    // Empties the list and deletes its body. The result is always 0.
     virtual int Destroy();
     // Deletes the body without a look at the elements: texts become the caller's.
     void FreeList();
 
     CGList* GetList() const { return body_; }
     uint32_t Cardinality() const;
-    // 1; 0 for an invalid list, or when there is user data and the other side is null.
+    // Copy the user data in and out. The result is 1, or 0 for an invalid list, or when there is
+    // user data and the other side is null.
     int SetUserData(const void* from);
     int GetUserData(void* to) const;
 
@@ -280,24 +282,26 @@ class LQ_DATA_API FLIST : public CObject {
     uint32_t InsertElement(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
     // Copies the found element to `out` unless that is null. A null key means the key is `out`.
     uint32_t FindElement(void* out, const void* key, LIST_CALLBACK code, int32_t param);
-    // `slot`: the found element's, or null.
+    // Finds an element without copying it: `slot` becomes where it lies, or null when none is
+    // found.
     uint32_t Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t param);
-    // `*size`: the element size; for a text its characters with the terminator, 0 for no text.
-    // Unchanged when nothing is found or elements have no size.
+    // `*size` becomes the size of the found element; for a text the number of its characters with
+    // the terminator, 0 for no text. It stays when nothing is found or elements have no size.
     uint32_t SizeOfElement(uint32_t* size, const void* key, LIST_CALLBACK code, int32_t param);
     // Overwrites the found element. A null value writes nothing; a null key equals any element.
     uint32_t WriteElement(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
     // Removes the found element, copying it to `out` unless that is null. The search begins at
     // before-first; the follower becomes current, or before-first when there is none.
     uint32_t RemoveElement(void* out, const void* key, LIST_CALLBACK code, int32_t param);
+    // Removes all elements. 1, or 0 for an invalid list.
     int Clear();
     // Walks from first to last (LC_NEXT) or back (LC_PREV) without moving the position; returns the
     // number of calls.
     uint32_t Foreach(LIST_CALLBACK direction, LIST_CALLBACK callback, int32_t param);
     // Inserts all elements by `code` into a second list and takes that one's content: LC_FIRST
-    // reverses, LC_NOT_LESS sorts, LC_EQUAL drops elements that were found already. The count; 0
-    // and no change for other codes or when memory is short. The position is the last element, or
-    // before-first when elements were dropped.
+    // reverses, LC_NOT_LESS sorts, LC_EQUAL drops elements that are there already. The result is
+    // the count; 0 and no change for other codes or when memory is short. The position is the last
+    // element, or before-first when elements were dropped.
     uint32_t Sort(LIST_CALLBACK code, int32_t param);
 
   private:
@@ -350,7 +354,7 @@ class LQ_DATA_API FLIST : public CObject {
     PLACE PlaceOfNew(const void* key, LIST_CALLBACK code, int32_t param);
     PLACE PlaceByFunction(const void* key, LIST_CALLBACK function, int32_t param);
     PLACE End() const { return {body_->head_, body_->count_ + 1}; }
-    // Of a list with a body, as all of these.
+    // These, too, are for a list with a body only.
     INSERTION Insert(const void* value, const void* key, LIST_CALLBACK code, int32_t param);
     INSERTION Link(const PLACE& place, const void* value);
     // Links a node of the pool in at that place; it becomes current.
@@ -374,19 +378,20 @@ class LQ_DATA_API FLIST : public CObject {
 // The list behind a handle. Each call does what the member function of the same purpose does; a
 // handle that is null or without a body gives 0 and nothing happens.
 
-// The list is made even when Create refuses the arguments; null when memory is short.
+// Makes a list, even when Create refuses the arguments and it gets no body. Null when memory is
+// short.
 LQ_DATA_API FLIST* CreateList(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uint32_t elementSize,
                               LIST_CALLBACK defaultCallback);
-// Destroys a list of CreateList, with or without a body; 1, 0 for null.
+// Destroys a list of CreateList, with or without a body. The result is 1, or 0 for null.
 LQ_DATA_API int DestroyList(FLIST* list);
-// Always 1.
+// The result is always 1.
 LQ_DATA_API int ClearList(FLIST* list);
 LQ_DATA_API uint32_t CardinalityOfList(FLIST* list);
 LQ_DATA_API int SetUserDataOfList(FLIST* list, const void* from);
 LQ_DATA_API int GetUserDataOfList(FLIST* list, void* to);
 LQ_DATA_API uint32_t NewElementOfList(FLIST* list, const void* value, const void* key,
                                       LIST_CALLBACK code, int32_t param);
-// The key is the value.
+// The same with the value as the key.
 LQ_DATA_API uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code,
                                          int32_t param);
 LQ_DATA_API uint32_t FindElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
@@ -410,7 +415,8 @@ LQ_DATA_API uint32_t SortElementOfList(FLIST* list, LIST_CALLBACK comparer, int3
 // These address elements by node (CGList::CNode*), which stays the same until its element is
 // removed. `list` must hold the node.
 
-// Appends; the new node is current. Null for an invalid list or when memory is short.
+// Appends an element, which becomes current, and returns its node. Null for an invalid list or when
+// memory is short.
 LQ_DATA_API void* AddListElement(FLIST* list, const void* value);
 // Inserts directly behind `afterNode` and returns the new node; the position is before-first. With
 // a null `afterNode` it is AddListElement.
@@ -447,21 +453,22 @@ struct _ASSAY {
     lq::containers::UserData userData;
 };
 
-// Null when memory is short for the table itself; its lists may be invalid (see CreateList). User
-// data may have any size.
+// Makes a table of pairs; null when memory is short for the table itself. Its lists may be invalid
+// (see CreateList). User data may have any size.
 LQ_DATA_API _ASSAY* CreateAssay(uint32_t userDataSize, LIST_ELEMENT_TYPE type1, uint32_t size1,
                                 LIST_ELEMENT_TYPE type2, uint32_t size2, LIST_CALLBACK callback);
 LQ_DATA_API int DestroyAssay(_ASSAY* assay);
-// The user data size.
+// Copy the user data in and out. The result is its size, or 0 when there is user data and the other
+// side is null.
 LQ_DATA_API uint32_t SetUserDataOfAssay(_ASSAY* assay, const void* from);
 LQ_DATA_API uint32_t GetUserDataOfAssay(_ASSAY* assay, void* to);
-// The number of pairs.
+// The result is the number of pairs.
 LQ_DATA_API uint32_t CardinalityOfAssay(_ASSAY* assay);
-// 1 and 2 select; null otherwise. Owned by the table.
+// The first list for `which` 1, the second for 2, null otherwise. It stays the table's.
 LQ_DATA_API FLIST* GetListOfAssay(_ASSAY* assay, int32_t which);
-// The index of the new pair; without memory for a text that element holds none, without memory for
-// the pair 0 and no change. LC_EQUAL inserts nothing when the searched list holds an equal
-// element; the result is then the index of that pair.
+// The result is the index of the new pair. When memory is short for a text, its element holds none;
+// when it is short for the pair, the result is 0 and nothing changes. LC_EQUAL inserts nothing when
+// the searched list holds an equal element; the result is then the index of that pair.
 LQ_DATA_API uint32_t InsertElementOfAssay(_ASSAY* assay, const void* first, const void* second,
                                           LIST_CALLBACK code, int32_t column);
 // LC_NOT_LESS overwrites the first pair. LC_EQUAL finds the pair by the searched column and
@@ -481,6 +488,6 @@ LQ_DATA_API uint32_t FindElementOfAssay(_ASSAY* assay, void* first, void* second
 LQ_DATA_API uint32_t SizeOfElementOfAssay(_ASSAY* assay, void* size1, void* size2,
                                           LIST_CALLBACK code, int32_t param);
 // Inserts all pairs into a second table by `code` (LC_FIRST; LC_NOT_LESS, LC_EQUAL or a function
-// with `param` as column) and takes that one's content. The number of pairs; 0 and the pairs as
-// they were for other codes or columns or when memory is short.
+// with `param` as column) and takes that one's content. The result is the number of pairs;
+// it is 0, and the pairs are as they were, for other codes or columns and when memory is short.
 LQ_DATA_API uint32_t SortElementOfAssay(_ASSAY* assay, LIST_CALLBACK code, int32_t param);

@@ -4,7 +4,7 @@
 
 #if defined(__GNUC__)
 #define LQ_DATA_API __attribute__((visibility("default")))
-// For what lies within a class of the interface, and is none of it.
+// Marks a member of an exported class that is not part of the interface.
 #define LQ_DATA_LOCAL __attribute__((visibility("hidden")))
 #else
 #define LQ_DATA_API

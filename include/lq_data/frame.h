@@ -26,7 +26,8 @@ enum LQ_ENTRY_REASON : uint32_t {
 // values or something of this header; no other part depends on it.
 LQ_DATA_API int LqDataEntry(HINSTANCE module, uint32_t reason, void* reserved);
 
-// While one lives, string loading consults the resource library of this library. Scopes nest.
+// As long as an object of this class lives, string loading consults the resource library of this
+// library. Such scopes may be nested.
 class LQ_DATA_API CResourceSwitch {
   public:
     CResourceSwitch();

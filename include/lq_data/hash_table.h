@@ -50,11 +50,13 @@ class LQ_DATA_API CMemBlock : public CObject {
 //
 // Memory: an insertion that gets none leaves the entries as they were.
 //
-// Chains grow long under the hash that numbers the buckets (names that end in running numbers share
-// few of its values). So no search walks them: a directory leads from a key to its newest entry,
-// and from there `older` to the others. A derived class that chains entries by hand does without
-// the directory until RemoveAll. The buckets are made when they are needed: for the order of the
-// entries, and for chaining by hand.
+// Entries are ordered by chains, one a bucket, which grow long: names that end in running numbers
+// share few values of the hash that numbers the buckets. So no search walks them: a directory
+// leads from a key to its newest entry, and from there `older` leads to the others of that key. The
+// buckets are made when they are needed: for the order of the entries, and for chaining by hand.
+//
+// A derived class may chain entries by hand (NewAssoc); the table then does without the directory
+// until RemoveAll.
 //
 // Invariants (Check verifies them):
 //  1. Every entry is in exactly one chain or in the free list. While there are no buckets, one
@@ -67,19 +69,19 @@ class LQ_DATA_API HashTable : public CMemBlock {
     LQ_DECLARE_DYNAMIC(HashTable)
   public:
     struct CAssoc {
-        CAssoc* next;     // in the chain, once there are buckets
-        char16_t* key;    // owned
-        uint32_t bucket;  // once there are buckets
+        CAssoc* next;     // the next entry of the chain, once there are buckets
+        char16_t* key;    // owned by the entry
+        uint32_t bucket;  // the index of the bucket whose chain the entry is in, once there are any
         uint32_t value;
-        uint32_t length;
-        uint32_t hash;  // of the key, for the directory
-        CAssoc* older;  // of the same key
-        CAssoc** link;  // what leads to it in the chain, unless entries are chained by hand
+        uint32_t length;  // of the key, in characters
+        uint32_t hash;    // of the key, for the directory
+        CAssoc* older;    // the next older entry of the same key, while there is a directory
+        CAssoc** link;    // the pointer that leads to the entry, while there is a directory
     };
 
-    // 233 buckets, with regard to case.
+    // A table with 233 buckets that regards case.
     HashTable();
-    // `size` buckets; 0 counts as 1.
+    // A table with `size` buckets, 0 counting as 1. `caseSensitive` non-zero regards case.
     HashTable(uint32_t size, int caseSensitive);
     ~HashTable() override;
 
@@ -101,7 +103,8 @@ class LQ_DATA_API HashTable : public CMemBlock {
     const char16_t* Insert(const char16_t* key, int32_t id) { return Insert(key, id, 0); }
     // With `allowDuplicate` non-zero an equal key is no obstacle.
     const char16_t* Insert(const char16_t* key, int32_t id, int allowDuplicate);
-    // Remove the first entry with an equal key (and that value): 1, or 0 for none.
+    // Remove the newest entry with an equal key, or the newest with that key and value. 1, or 0
+    // when there is none.
     int RemoveKey(const char16_t* key);
     int RemoveKey(const char16_t* key, int32_t id);
     void Delete(const char16_t* key) { RemoveKey(key); }
@@ -126,12 +129,20 @@ class LQ_DATA_API HashTable : public CMemBlock {
     CAssoc** GetHashTableAssoc();
 
   protected:
-    // For chaining by hand. An entry off the free list, counted; null when memory is short.
+    // For chaining by hand: a new entry, which is counted and in no chain yet; null when memory is
+    // short. The caller puts it at the head of a chain of GetHashTableAssoc, with `next` as the
+    // head before it, and must set its `bucket` to the index of that chain, which GetAssocAt gives
+    // for a key. In a new entry it is 0. An entry whose `bucket` is not set is found by its key all
+    // the same; but iteration goes on behind the bucket that the entry names, which leaves entries
+    // out or never ends, and the removal of the entry looks for it along the chain of that bucket
+    // and runs off its end.
     CAssoc* NewAssoc();
-    // The same with a copy of the key.
+    // A new entry with a copy of the key, and that value.
     CAssoc* NewAssoc(const char16_t* key, uint32_t value);
+    // Gives back an entry that the caller has taken out of its chain.
     void FreeAssoc(CAssoc* entry);
-    // The first equal entry, or null. `bucket` is the key's in any case.
+    // The newest entry with an equal key, or null. `bucket` becomes the index of the key's bucket,
+    // whether or not there is an entry.
     CAssoc* GetAssocAt(const char16_t* key, unsigned int& bucket) const;
 
   private:
@@ -139,7 +150,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
 
     static constexpr uint32_t kBlockEntries = 20;
 
-    // A key that is looked for; its text may be null.
+    // A key that is looked for, measured and hashed once. Its text may be null.
     struct KEY {
         const char16_t* text;
         uint32_t length;
@@ -181,7 +192,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
     bool CheckDirectory() const;
 
     int caseSensitive_;
-    // Asking for the order of the entries puts them there.
+    // Mutable, since asking for the order of the entries makes the buckets.
     mutable CAssoc** buckets_ = nullptr;
     mutable CAssoc* unchained_ = nullptr;  // all entries while there are no buckets
     uint32_t size_;

@@ -26,16 +26,17 @@ LQ_DATA_API void* Allocate(std::size_t bytes) noexcept;
 // Gives a block back. Null is allowed.
 LQ_DATA_API void Release(void* block) noexcept;
 
-// What is called when memory is short, before a result says so, by whatever thread asked for it.
+// What is called when memory is short, before a result says so, in the thread that asked for
+// memory.
 using ShortageHandler = void (*)() noexcept;
 
-// Sets the handler of this process, and gives the one before; null, as at first, for none. It is
-// for programs that rather end at once, as lq does, than look for a shortage in each result, where
-// it may be hard to tell from other answers. A handler that returns lets the result tell.
+// Sets the handler of this process, and returns the one before. Null means none, as at first. It is
+// for programs that end at once, as lq does, instead of looking for a shortage in each result,
+// where it may be hard to tell from other answers. When a handler returns, the result tells.
 LQ_DATA_API ShortageHandler SetShortageHandler(ShortageHandler handler) noexcept;
 
-// Counts a shortage and calls the handler. Allocate does, and so does what gets its memory
-// elsewhere, as from the system; a model of one's own should, too.
+// Counts a shortage and calls the handler. Allocate calls it, and so does what gets its memory from
+// elsewhere, as from the system. An embedder's own model should call it, too.
 LQ_DATA_API void ReportShortage() noexcept;
 
 // How many shortages this thread has met so far, modulo 2^32.

@@ -128,7 +128,7 @@ enum POUH_TYPE_KIND : uint32_t {
 // returns 0 for such an attribute.) A null `value` reads and writes nothing, but for a text, whose
 // field it empties.
 //
-// Destroy... returns 0 for null, else 1.
+// Destroy... returns 0 for null, and 1 otherwise.
 
 // POUH_REMARK, POUH_REMARKLEN.
 LQ_DATA_API POUH_COMMENT_TYP* CreatePOUHComment();
@@ -331,7 +331,7 @@ LQ_DATA_API LQPOUHDECL* GetEnoDecl();
 // non-zero fetches the object from the declaration manager (and deletes it after use) instead of
 // the object manager. The header's old records are destroyed once the object is found.
 LQ_DATA_API int LoadPOUHeader(POU_HEADER_TYP* header, ID id, int fromDeclManager);
-// The same for the POU, library function, library function block or data type of that name.
+// Does the same for the POU, library function, library function block or data type of that name.
 LQ_DATA_API int LoadPOUHeader(POU_HEADER_TYP* header, const char16_t* name);
 
 // Fills `header` with a hidden interface: "_STEP", "_ACTION", "_SFC_DEBUG" or "_SFCCB". 0 for any

@@ -43,7 +43,7 @@ class LQ_DATA_API R_FILE {
     // Block slots of a node.
     static uint16_t BlCnt() { return 15; }
 
-    // The new position; -1 and no change when it lies outside 0 to the length.
+    // Moves to a position and returns it; -1 and no change when it lies outside 0 to the length.
     int32_t Lseek(int32_t offset, int whence);
     int32_t Tell() const { return cur_.pos; }
     int Eof() const { return cur_.pos == end_.pos ? 1 : 0; }
@@ -56,10 +56,10 @@ class LQ_DATA_API R_FILE {
     uint32_t ReadAt(int32_t pos, void* buf, uint32_t n) const;
     // Writes `n` bytes, growing the file as needed; returns n, or 0 when it cannot grow.
     uint32_t Write(const void* buf, uint32_t n);
-    // Insert, then Write; 0 when the insertion failed.
+    // Opens a gap (Insert) and writes into it (Write); returns n, or 0 when the insertion failed.
     uint32_t InsWrite(const void* buf, uint32_t n);
 
-    // 0, or -1 and no change.
+    // These return 0, or -1 without a change.
     int Insert(int32_t n);     // opens a gap of unspecified content at the current position
     int Delete(int32_t n);     // removes n bytes at the current position
     int Chsize(int32_t size);  // not below the current position; growth reads as 0
@@ -131,7 +131,12 @@ class LQ_DATA_API R_FILE {
     // Releases the chunks that hold none of the first `nodeCount` nodes.
     void ReleaseChunks(uint32_t nodeCount);
 
-    // Whether n bytes at the current position are a few whole blocks, which RotateBlocks can move.
+    // Insertion and deletion in the middle move all bytes behind the gap, unless the gap is a few
+    // whole blocks: then no byte moves but pointers to blocks. To open the gap the file grows at
+    // its end, and the blocks from the gap on are rotated up, so that the new blocks come to the
+    // gap; to close it they are rotated down, so that the blocks of the gap come to the end, where
+    // the file shrinks. A rotation goes through the nodes once and carries the blocks that leave a
+    // node over into the next, which is why there may be no more of them than a node has slots.
     bool AreFewBlocks(int32_t n) const;
     void RotateBlocks(const POS_TYP& first, uint32_t count, bool up);
     void MoveUp(POS_TYP from, POS_TYP to, uint32_t count);

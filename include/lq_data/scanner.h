@@ -111,7 +111,7 @@ class LQ_DATA_API Token : public CObject {
   public:
     Token() = default;
 
-    // Kind TK_NONE, line 0, no text, value 0; `space` stays.
+    // Makes the kind TK_NONE, the line 0, the text null and the value 0; `space` stays.
     void Clear();
 
     // The value by kind. For the kinds without a value, and for the bytes behind the 16 bits of
@@ -124,8 +124,8 @@ class LQ_DATA_API Token : public CObject {
     Time* GetTime() const { return Read<Time*>(); }
 
     uint64_t GetBytes() const { return Read<uint64_t>(); }
-    // Replaces the first bytes. All are written, so that whoever copies the value next need not
-    // wait for a narrow write.
+    // Replaces the first bytes of the value. All of its bytes are written in one step, since a copy
+    // of the value would otherwise wait for the narrow write.
     template <typename T>
     void SetFirst(T v) {
         uint64_t bytes = GetBytes();
@@ -174,10 +174,11 @@ class Recogniser;
 // so that little of it may be left.
 //
 // Where the forms of literals leave room:
-// - Numbers of parts wrap at 32 bits: the first component of a duration, which
-//   alone has no limit, when it is an integer of days, hours or seconds, and the parts of dates and
-//   times of day. So T#3000000000s is a negative duration, T#4294967298s two seconds. Minutes that
-//   come first, milliseconds and fractions are doubles, and an error beyond 32 bits of days.
+// - The numbers that dates and times are made of wrap at 32 bits: the parts of dates and times of
+//   day, and the first component of a duration, which alone has no limit, when it is an integer of
+//   days, hours or seconds. So T#3000000000s is a negative duration, T#4294967298s two seconds.
+//   Minutes that come first, milliseconds and fractions are read as doubles; they are an error when
+//   they come to more than 32 bits of days.
 // - A base is read as it is written: 4294967298#1 has a bad base, though 4294967298 wraps to 2.
 // - A component of a duration that exceeds its limit ends the error in front of its unit: T#1h60m
 //   is the error T#1h60 and the identifier m.
@@ -193,13 +194,13 @@ class LQ_DATA_API Scanner : public CObject {
     LQ_DECLARE_DYNAMIC(Scanner)
   public:
     static CObject* CreateObject();
-    // Releases the stream as ReleaseStream does; does not destroy it.
+    // Releases the stream as ReleaseStream does, and does not destroy it.
     ~Scanner() override;
     Scanner(const Scanner&) = delete;
     Scanner& operator=(const Scanner&) = delete;
 
-    // Binds the scanner to its first stream. Once, before the first GetToken. The stream is not
-    // owned and must outlive its binding.
+    // Binds the scanner to its first stream. To be called once, before the first GetToken. The
+    // stream is not owned and must outlive its binding.
     void Initialize(STREAM_W& stream);
     // Binds the scanner to another stream, whose first line has the number `line`. The stream
     // before it should have been released. Keywords stay.
@@ -225,7 +226,8 @@ class LQ_DATA_API Scanner : public CObject {
     int32_t GetStreamPosition() const;
     int IsEOF() const;
 
-    // Passed on to the address check library; initially 1. Returns the previous value.
+    // Sets the flag that is passed on to the address check library, at first 1. Returns the one
+    // before.
     int SetCheckAccessOfCustomAddress(int flag);
 
     // The overflow text: the whole text of a token longer than the ring. The scanner frees it at
@@ -265,7 +267,6 @@ class LQ_DATA_API Scanner : public CObject {
     Token token;
     Address address;
     Time time;
-    int32_t stringLength = 0;
     int32_t nActLine = 0;
     BufferPair* reader = nullptr;
     HashTable* keywords = nullptr;

@@ -57,11 +57,11 @@ enum IEC_TYPE : int32_t {
     IEC_DUT_OR_FB = 64,  // "..": of either kind
 };
 
-// BOOL to LWORD.
+// Whether the type is one of BOOL to LWORD.
 constexpr bool IsElementaryType(int32_t type) {
     return type >= IEC_BOOL && type <= IEC_LWORD;
 }
-// ANY to ANY_FB.
+// Whether the type is one of ANY to ANY_FB.
 constexpr bool IsGenericType(int32_t type) {
     return type >= IEC_ANY && type <= IEC_ANY_FB;
 }
@@ -96,7 +96,7 @@ class LQ_DATA_API IecTypeConv {
     // No blanks are skipped and no user data type is looked up. IEC_NO_TYPE when there is none.
     IEC_TYPE GetId(const char16_t* text);
 
-    // The name, or the empty text.
+    // The name of the type, or the empty text when it has none.
     const char16_t* GetName(IEC_TYPE id) const;
 
     // Non-zero when `text` holds nothing but blanks.
@@ -112,7 +112,7 @@ class LQ_DATA_API IecTypeSize {
     // Index of a type's slot in the table.
     enum VAL_IDX : int32_t { NO_SLOT = -1, SLOT_COUNT = 18 };
 
-    // Copies `sizes`, when given, over the table: for every user in the process.
+    // Copies `sizes`, when given, over the table, which then holds for every user in the process.
     explicit IecTypeSize(uint32_t (*sizes)[18] = nullptr);
     ~IecTypeSize() {}
     IecTypeSize(const IecTypeSize&) = default;
@@ -126,7 +126,7 @@ class LQ_DATA_API IecTypeSize {
     // 1, or 0 and no change when `id` has no slot (its size is fixed).
     int Set(IEC_TYPE id, uint32_t size);
 
-    // 0 when `id` has no size.
+    // The size of the type; 0 when it has none.
     uint32_t Get(IEC_TYPE id);
 
     static uint32_t Size[18];
@@ -187,7 +187,7 @@ enum VAL_TYPE : uint32_t {
 // A typed constant.
 class LQ_DATA_API Val {
   public:
-    // No value.
+    // Holds no value: the class is VT_NONE.
     Val() = default;
     explicit Val(ANY_INT_32 v) { Set(v); }
     explicit Val(uint32_t v) { Set(v); }
@@ -196,13 +196,15 @@ class LQ_DATA_API Val {
     Val(const Val&) = default;
     Val& operator=(const Val&) = default;
 
-    // Store a value in the smallest class that holds it. 1, or 0 when it became VT_NONE: for a
-    // signed number, a negative magnitude above 2147483648.
+    // Stores a number in the smallest class that holds it. The result is 1, or 0 when there is none
+    // and the class is VT_NONE: for a negative number with a magnitude above 2147483648.
     int Set(ANY_INT_32 v);
-    // As a bit string: 0 and 1 give VT_BOOL. Always 1.
+    // Stores a bit string in the smallest class that holds it; 0 and 1 give VT_BOOL. The result is
+    // always 1.
     int Set(uint32_t v);
-    // A duration, date or time of day; `kind` is the token kind of the literal (TK_TIME to
-    // TK_TIME_OF_DAY; any other gives VT_NONE). `neg` negates. `t` is unchanged on return.
+    // Stores a duration, date or time of day; `kind` is the token kind of the literal (TK_TIME to
+    // TK_TIME_OF_DAY; any other gives VT_NONE and the result 0). `neg` negates. `t` is unchanged on
+    // return.
     int Set(uint16_t kind, Time& t, int neg);
 
     // Reads one constant, with an optional sign, from the scanner's next tokens. `unsignedOnly`
@@ -233,7 +235,8 @@ class LQ_DATA_API Val {
     ~Val() = default;
 
     VAL_TYPE type = VT_NONE;
-    // As VAL_TYPE says, from the first byte; the milliseconds of VT_TIME and VT_DT from the fifth.
+    // The value lies here as VAL_TYPE says, from the first byte on; the milliseconds of VT_TIME and
+    // VT_DT begin with the fifth byte.
     unsigned char payload[12] = {};
 };
 
@@ -280,9 +283,9 @@ enum TYPE_BITS : uint32_t {
 // The types that can hold an integer constant, given its sign (`neg` non-zero: negative) and
 // magnitude.
 LQ_DATA_API void DCE_GetIntConstRange(int neg, uint32_t magnitude, uint32_t* bits);
-// A real constant, given its magnitude.
+// The types that can hold a real constant, given its magnitude.
 LQ_DATA_API void DCE_GetRealConstRange(double value, uint32_t* bits);
-// A constant written in binary, octal or hexadecimal.
+// The types that can hold an integer constant that is written in binary, octal or hexadecimal.
 LQ_DATA_API void DCE_GetBOHConstRange(int32_t value, uint32_t* bits);
 
 // The set that a type stands for; 0 for a number that is no type.
@@ -291,9 +294,10 @@ LQ_DATA_API int32_t MapTypeToBitset(int type);
 LQ_DATA_API IEC_TYPE MapBitsetToType(int32_t bits);
 // The most specific single type for the whole set, or IEC_NO_TYPE.
 LQ_DATA_API IEC_TYPE MapAllBitsetToType(int32_t bits);
-// The set of a code of the second numbering of variable types; 0 for an unknown code.
+// The set of a variable type by its code in the second numbering, in which BOOL is 1, INT 2, DINT 3
+// and so on; 0 for an unknown code.
 LQ_DATA_API int32_t MapVarTypeToBitset(int32_t varType);
-// Replaces the set by its smallest member; a set without a sized member stays.
+// Replaces the set by its member with the smallest size; a set whose members have no size stays.
 LQ_DATA_API void MapBitsetToMinSize(int32_t* bits);
 
 // ---------------------------------------------------------------------------------------------

@@ -6,9 +6,8 @@
 #include "load_test_util.h"
 #include "lq_base.h"
 #include "lq_data/types.h"
-#include "pouh/convert_declaration.h"
-#include "pouh/fill_declaration.h"
-#include "pouh/records.h"
+#include "pouh/declarations.h"
+#include "pouh/record_types.h"
 
 namespace {
 

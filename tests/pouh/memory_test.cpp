@@ -7,8 +7,8 @@
 #include "host/text/utf.h"
 #include "load_test_util.h"
 #include "lq_base.h"
-#include "pouh/lists.h"
-#include "pouh/records.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 #include "tests/support/memory_jobs.h"
 #include "tests/support/test_allocator.h"
 

@@ -1,8 +1,6 @@
 // Every record's attributes: each keeps what it is given and nothing else does. Leaks are found at
 // the end of every test.
 
-#include "pouh/records.h"
-
 #include <algorithm>
 #include <type_traits>
 
@@ -11,6 +9,7 @@
 #include "lq_data/containers.h"
 #include "pouh/attributes.h"
 #include "pouh/record_access.h"
+#include "pouh/record_types.h"
 
 namespace {
 

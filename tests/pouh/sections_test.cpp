@@ -1,10 +1,9 @@
-// Section keywords, the order of the sections, and what the loaders keep of both for a list.
+// Section keywords, the order of the sections.
 #include <gtest/gtest.h>
 
 #include "load_test_util.h"
-#include "pouh/list_memory.h"
-#include "pouh/lists.h"
-#include "pouh/records.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace {
 
@@ -72,43 +71,6 @@ TEST(Sections, InOrderAndGroupsStable) {
         }
         EXPECT_EQ(order, c.order) << testing::PrintToString(c.scopes);
         DestroySymbolTable(table);
-    }
-}
-
-// Whatever was asked before, the answers are those of the functions themselves.
-TEST(Sections, AListIsAsWithoutItsMemory) {
-    LoadedProject project;
-    project.AddStructure(u"Point");
-    project.AddPouNamed(u"Motor", LQ_KIND_FUNCTION_BLOCK);
-    const std::u16string blanks28 = u"INT" + std::u16string(28, u' ');  // as long as is kept
-    const std::u16string blanks29 = u"INT" + std::u16string(29, u' ');
-    const std::u16string tooLong(40, u'V');
-    // clang-format off
-    const char16_t* const texts[] = {
-        u"INT", u"BOOL", u"Motor", u"REAL", u"STRING(5)", u"TIME", u"DINT", u"", u"INT x", u"Point",
-        u"Nobody", u"INTEGER", u"STRUCT END", u" INT", blanks28.c_str(), u"VOID", u"IN",
-        blanks29.c_str(), u"BYTE", u"ANY_INT",
-    };
-    // clang-format on
-    const char16_t* const keywords[] = {u"VAR",
-                                        nullptr,
-                                        u"VAR_INPUT",
-                                        u"Var",
-                                        u"VAR_IN",
-                                        u"",
-                                        u"VAR_GLOBAL_CONSTANT_RETAIN",
-                                        tooLong.c_str()};
-    ListMemory memory;
-    for (unsigned seed = 1, i = 0; i < 500; ++i) {
-        seed = seed * 1664525 + 1013904223;
-        // Now and then a run of one text, as lists have them.
-        const unsigned chosen = i % 3 == 0 ? i / 30 : seed >> 16;
-        const char16_t* const text = texts[chosen % std::size(texts)];
-        TypeClass expected{}, type{};
-        ASSERT_EQ(memory.ClassifyType(text, type), ClassifyType(text, expected));
-        ASSERT_EQ(type, expected) << testing::PrintToString(text);
-        const char16_t* const keyword = keywords[chosen % std::size(keywords)];
-        ASSERT_EQ(memory.GetDeclScope(keyword), GetDeclScope(keyword));
     }
 }
 

@@ -1,5 +1,5 @@
 // Numbers, strings, addresses, times and dates.
-#include "scanner/process_state.h"
+#include "scanner/string_rules.h"
 #include "tests/scanner/scan_util.h"
 
 namespace lq::test {

@@ -9,7 +9,7 @@
 #include "host/text/utf.h"
 #include "lq_base.h"
 #include "lq_data/scanner.h"
-#include "scanner/escapes.h"
+#include "scanner/string_rules.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"

@@ -1,10 +1,9 @@
 // Creation, release and attribute access of every record: the exported names over the engine of
 // attributes.h.
 
-#include "pouh/records.h"
-
 #include "lq_data/memory.h"
 #include "pouh/attributes.h"
+#include "pouh/record_types.h"
 
 namespace {
 

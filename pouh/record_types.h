@@ -1,9 +1,9 @@
 // The records behind include/lq_data/pouh.h. Only pouh/ sees their fields; everybody else goes
 // through attributes or record_access.h.
 //
-// A hundred thousand declarations are held at once, so a record holds what it says and nothing
-// else: a text is a pointer to a string object, null when there is none. The order of fields is
-// that of the interface.
+// Hundreds of thousands of declarations are held at once, so a record has its fields and nothing
+// else, and a text is a pointer to a string object, which is null when there is none. The order of
+// the fields is that of the interface.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct POUH_COMMENT_TYP {
     CLQString* remark;
 };
 
-// Every list record. The list's elements are owned with it.
+// The shape of every list record. It owns the list and what the list's elements point to.
 struct LQ_LIST_RECORD {
     FLIST* list;
 };
@@ -31,7 +31,6 @@ struct POUH_INFO_TYP {
     POUH_COMMENT_TYP* pouComment;
     POUH_COMMENT_TYP* comment;
     uint32_t headerFlag;
-    uint32_t reserved[2];  // zero
     uint32_t extraValue;
 };
 

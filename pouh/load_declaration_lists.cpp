@@ -1,17 +1,19 @@
-// Loading the parameters of a function or function block.
+// Loading lists of declarations: the parameters of a function or function block, and what any
+// object declares. The operations at the end belong to the interface and do nothing.
 
-#include "pouh/lists.h"
-#include "pouh/load_declarations.h"
-#include "pouh/owned.h"
-#include "pouh/records.h"
+#include <memory>
+
+#include "pouh/declarations.h"
+#include "pouh/record_lists.h"
+#include "pouh/record_types.h"
 
 namespace lq::pouh {
 
 namespace {
 
-// Takes the declaration over; null fails.
+// Puts the parameter in front, converted from `decl`, which this takes over. False for null.
 bool PrependOwnEnable(FLIST* list, LQPOUHDECL* decl, const EnableParameter& parameter) {
-    const Owned<LQPOUHDECL> owned(decl);
+    const std::unique_ptr<LQPOUHDECL> owned(decl);
     return owned && PrependEnable(list, *owned, parameter);
 }
 
@@ -49,4 +51,31 @@ int LoadInterface(POUH_DECL_LIST_TYP* list, LQPOU* pou) {
         return 0;
     }
     return lq::pouh::RegroupByScope(*list);
+}
+
+int LoadSelectedSymbolTable(SYMBOL_TABLE_TYP* table, ID id) {
+    LQNAVIOBJECTMAN* manager = LQNAVIOBJECTMAN::Get();
+    LQNAVIOBJECT* object = manager ? manager->Get(id) : nullptr;
+    FLIST* list = table && object ? lq::pouh::NewDeclList() : nullptr;
+    if (!list) {
+        return 0;
+    }
+    table->list = list;
+    return lq::pouh::LoadDeclarations(list, *object, false);
+}
+
+int LoadSymbolTable(SYMBOL_TABLE_TYP*) {
+    return 1;
+}
+
+int GetDecl(DECL_TYP*, LQDATADECL*) {
+    return 0;
+}
+
+int SaveDeclList(FLIST*, LQDECLLIST*) {
+    return 0;
+}
+
+int SavePOUHeader(POU_HEADER_TYP*, LQLIB*, ID*) {
+    return 0;
 }

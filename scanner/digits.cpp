@@ -1,4 +1,4 @@
-#include "scanner/number_text.h"
+#include "scanner/digits.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -22,15 +22,17 @@ constexpr int32_t kExactDigits = 15;
 // from_chars leaves a number beyond the range unset; strtod, under a locale with a decimal point,
 // says on which side of the range it lies.
 double ToDoubleBeyondRange(const char* text) {
-    // The "C" locale is the C library's own; there is nothing to free.
+    // Nothing has to be freed: the "C" locale is a constant of the C library.
     static const locale_t plain = newlocale(LC_ALL_MASK, "C", locale_t{});
-    // The second is for a system whose "C" locale cannot be made, for want of memory.
+    // Without it, for want of memory, the process's own locale has to do.
     return plain != locale_t{} ? strtod_l(text, nullptr, plain) : strtod(text, nullptr);
 }
 
 }  // namespace
 
-// Both numbers are exact in a double, so the one operation rounds as it should.
+// An integer of 15 digits and a power of ten up to 10^22 are both exact in a double, so that the
+// one operation gives the nearest double to the result (Clinger: How to Read Floating Point Numbers
+// Accurately, PLDI 1990).
 bool ToDoubleExactly(const Digits& whole, const Digits& fraction, int32_t power, double& value) {
     const int32_t digits = whole.count + fraction.count;
     power -= fraction.count;

@@ -1,11 +1,12 @@
 // One row a type: the size of its slot and its comparison. The rest follows from whether the slot
 // holds bytes or an owned text.
-#include "containers/element.h"
+#include "containers/element_format.h"
 
 #include <cstring>
 
 #include "containers/list_access.h"
 #include "frame/chars.h"
+#include "frame/in_order.h"
 
 namespace lq::containers {
 
@@ -67,28 +68,27 @@ constexpr uint32_t kPointerInInterface = 4;  // the size that callers may give f
 constexpr TypeTraits kUnsigned = kNumber<uint32_t>;
 constexpr TypeTraits kSigned = kNumber<int32_t>;
 
-// By LIST_ELEMENT_TYPE.
-constexpr TypeTraits kTraits[] = {
-    {0, CompareBytes},  // its size comes from the list
-    kUnsigned,
-    {kPointer, CompareTexts<chars::Compare>},
-    kUnsigned,
-    kUnsigned,
-    {kPointer, CompareLists},
-    {4, RankAbove},
-    kUnsigned,
-    kSigned,
-    kUnsigned,
-    kSigned,
-    kSigned,
-    kNumber<signed char>,
-    {kPointer, CompareTexts<chars::CompareNoCase>},
+constexpr RowOf<LIST_ELEMENT_TYPE, TypeTraits> kTraits[] = {
+    {LET_MEMORY, {0, CompareBytes}},  // its size comes from the list
+    {LET_UNSIGNED_1, kUnsigned},
+    {LET_STRING, {kPointer, CompareTexts<chars::Compare>}},
+    {LET_UNSIGNED_3, kUnsigned},
+    {LET_UNSIGNED_4, kUnsigned},
+    {LET_LIST, {kPointer, CompareLists}},
+    {LET_UNORDERED, {4, RankAbove}},
+    {LET_UNSIGNED_7, kUnsigned},
+    {LET_SIGNED_8, kSigned},
+    {LET_UNSIGNED_9, kUnsigned},
+    {LET_SIGNED_10, kSigned},
+    {LET_SIGNED_11, kSigned},
+    {LET_CHAR, kNumber<signed char>},
+    {LET_STRING_NOCASE, {kPointer, CompareTexts<chars::CompareNoCase>}},
 };
-static_assert(sizeof(kTraits) / sizeof(kTraits[0]) == LET_STRING_NOCASE + 1);
+static_assert(AreInOrder(kTraits, LET_STRING_NOCASE));
 constexpr TypeTraits kUnknown = {0, RankAbove};
 
 const TypeTraits& TraitsOf(LIST_ELEMENT_TYPE type) {
-    return type <= LET_STRING_NOCASE ? kTraits[type] : kUnknown;
+    return type <= LET_STRING_NOCASE ? kTraits[type].value : kUnknown;
 }
 
 bool HoldsPointer(LIST_ELEMENT_TYPE type) {

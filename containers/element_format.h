@@ -10,7 +10,7 @@ namespace lq::containers {
 
 // How elements of one type and size are handled. A slot is the element's data area in its node.
 struct ElementFormat {
-    // Most elements are words, which need no call to be copied: a walk became a third faster.
+    // Most lists hold elements of four bytes; those are copied inline, all others by a call.
     static constexpr uint32_t kWord = 4;
 
     LIST_ELEMENT_TYPE type;
@@ -20,16 +20,18 @@ struct ElementFormat {
     static bool Make(LIST_ELEMENT_TYPE type, uint32_t given, ElementFormat& format);
 
     bool IsText() const { return type == LET_STRING || type == LET_STRING_NOCASE; }
-    // What callbacks get, and what a value that equals the element looks like.
+    // The element as callbacks get it, and as values and keys are given: the text itself for the
+    // text types, otherwise the address of its bytes.
     void* Argument(void* slot) const;
-    // Below, equal to or above zero: the element against the key. Of LET_MEMORY `length` bytes; 0
-    // or more than the size means all.
+    // Below, equal to or above zero: the element against the key. Of LET_MEMORY elements the first
+    // `length` bytes are compared; 0, or more than the size, means all of them.
     int Compare(void* slot, const void* key, uint32_t length) const;
-    // Whether elements compare as numbers, and the number, else 0: the order of ranks is that of
-    // Compare.
+    // Whether elements compare as numbers. An element's rank is then its number, so that ranks have
+    // the order of Compare; elements of all other types have the rank 0.
     bool HasRank() const;
     int64_t Rank(const void* slot) const;
-    // The element size; for a text its characters with the terminator, 0 for none.
+    // The size of the element; for a text the number of its characters with the terminator, 0
+    // when there is no text.
     uint32_t Measure(void* slot) const;
     void CopyOut(void* slot, void* out) const;
     // A null value writes nothing. False when memory is short: the slot then holds no text.

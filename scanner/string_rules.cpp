@@ -1,31 +1,36 @@
-// A raw text as the text of a string literal: the inverse of how the scanner reads one.
+// The settings that string literals depend on, and a raw text as the text of a string literal: the
+// inverse of how the scanner reads one.
+#include "scanner/string_rules.h"
+
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
-#include "scanner/process_state.h"
+#include "lq_useradapt.h"
+
+namespace lq::scanner {
+
+constinit CommaFlag commaEndsString;
+
+int32_t AskNulEscape() {
+    LQ_OPTION_REPLY reply = {0, 0};
+    ProcessUserDLLMessage(nullptr, LQ_WM_USER, LQ_ASK_NUL_ESCAPE,
+                          reinterpret_cast<intptr_t>(&reply));
+    return reply.option;
+}
+
+}  // namespace lq::scanner
 
 namespace {
 
-// The letter of the two-character escape of `c`, or 0 when it has none.
+// The letter that stands for `c` behind "$", or 0 when `c` stands for itself. The literal is
+// written in single quotes, so that a double quote needs no escape.
 char16_t EscapeLetter(char16_t c) {
-    switch (c) {
-        case u'\t':
-            return u't';
-        case u'\n':
-            return u'l';
-        case u'\f':
-            return u'p';
-        case u'\r':
-            return u'r';
-        case u'$':
-        case u'\'':
-            return c;
-        default:
-            return 0;
-    }
+    const lq::scanner::Escape* const escape = c != u'"' ? lq::scanner::FindEscapeFor(c) : nullptr;
+    return escape ? escape->letter : u'\0';
 }
 
-// Controls stand as hex escapes, but for the two of the upper range that double as quotation marks
-// in code page 1252.
+// Whether a character is written as it is. The control characters U+0000 to U+001F and U+007F to
+// U+009F are written as hex escapes, except U+0091 and U+0092: a text that was taken over byte by
+// byte from code page 1252 has its single quotation marks there.
 bool IsPlain(char16_t c) {
     return c >= 0x20 && (c < 0x7F || c > 0x9F || c == 0x91 || c == 0x92);
 }
