@@ -35,37 +35,14 @@ IEC_TYPE NamedType(const char16_t* typeText) {
     return types.TypeEnd(end) ? type : IEC_NO_TYPE;
 }
 
-// What most initial values are: nothing, or digits of a number that is surely below 2^32. Read as
-// the scanner would, without it, which took 2 % off the translation of a project.
-bool ReadPlainValue(const char16_t* text, int unsignedOnly, Val& value) {
-    constexpr std::ptrdiff_t kSurelyInRange = 9;  // digits
-    uint32_t number = 0;
-    const char16_t* at = text;
-    for (; lq::chars::IsDigit(*at) && at - text < kSurelyInRange; ++at) {
-        number = number * 10 + lq::chars::HexValue(*at);
-    }
-    if (*at != 0) {
-        return false;
-    }
-    if (at == text) {
-        value.type = VT_NONE;
-        return true;
-    }
-    if (unsignedOnly) {
-        value.Set(number);
-    } else {
-        value.Set(ANY_INT_32{0, number});
-    }
-    return true;
-}
-
 // The whole text as a constant of the type; the empty text is no value.
 bool ReadInitialValue(const char16_t* text, IEC_TYPE type, Val& value) {
     const int unsignedOnly = IsBitType(type) ? 1 : 0;
     if (!lq::cgtab::HasSharedScanner()) {
-        return false;  // whatever the value: it was released, and comes back with the next set
+        return false;  // it was released, and comes back with the next set
     }
-    if (ReadPlainValue(text, unsignedOnly, value)) {
+    if (text[0] == 0) {
+        value.type = VT_NONE;
         return true;
     }
     TextScan scan(text);

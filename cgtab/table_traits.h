@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "frame/in_order.h"
 #include "lq_data/cgtab.h"
 
 namespace lq::cgtab {
@@ -28,26 +29,28 @@ struct TableTraits {
     bool IsWalked() const { return !isHashed && countsUses; }
 };
 
-// In the order of TAB_ID.
-inline constexpr TableTraits kTraits[CgTab::TAB_COUNT] = {
-    // key len unit hashed unique user nocase  index  counts
-    {0, 1, 1, false, false, true, false, false, false},   // debug records
-    {0, 1, 2, true, false, true, true, false, false},     // units
-    {0, 1, 2, true, false, true, true, false, true},      // components
-    {0, 1, 2, true, true, true, true, false, false},      // globals
-    {2, 2, 2, true, true, true, true, false, false},      // addresses
-    {1, 2, 2, true, true, true, false, true, false},      // constants
-    {0, 1, 2, true, false, true, true, false, true},      // labels
-    {0, 2, 2, false, false, true, false, true, true},     // temporaries
-    {0, 2, 2, false, false, true, false, true, true},     // other names
-    {0, 0, 0, false, false, false, false, false, false},  // array descriptors
+// clang-format off
+inline constexpr RowOf<CgTab::TAB_ID, TableTraits> kTraits[] = {
+    //                key len unit hashed unique user nocase  index  counts
+    {CgTab::TAB_DBG, {0, 1, 1, false, false, true, false, false, false}},
+    {CgTab::TAB_POU, {0, 1, 2, true, false, true, true, false, false}},
+    {CgTab::TAB_CMP, {0, 1, 2, true, false, true, true, false, true}},
+    {CgTab::TAB_GLB, {0, 1, 2, true, true, true, true, false, false}},
+    {CgTab::TAB_ADR, {2, 2, 2, true, true, true, true, false, false}},
+    {CgTab::TAB_CST, {1, 2, 2, true, true, true, false, true, false}},
+    {CgTab::TAB_LBL, {0, 1, 2, true, false, true, true, false, true}},
+    {CgTab::TAB_TMP, {0, 2, 2, false, false, true, false, true, true}},
+    {CgTab::TAB_DMM, {0, 2, 2, false, false, true, false, true, true}},
+    {CgTab::TAB_ARR, {0, 0, 0, false, false, false, false, false, false}},
 };
+// clang-format on
+static_assert(AreInOrder(kTraits, CgTab::TAB_ARR));
 
 constexpr bool IsTableId(int32_t id) {
     return id >= 0 && id < CgTab::TAB_COUNT;
 }
 constexpr const TableTraits& TraitsOf(int32_t id) {
-    return kTraits[id];
+    return kTraits[id].value;
 }
 
 // Whether an extra descriptor of 4 bytes follows the type in a line.
