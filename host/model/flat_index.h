@@ -101,7 +101,8 @@ inline uint32_t HashOfName(std::u16string_view name) {
     return text_hash::OfName(name.data(), name.size());
 }
 
-// For the standard library's tables of texts that strangers write.
+// For tables of the standard library whose keys come from a document: their author cannot choose
+// keys of one hash, which has a secret for each process.
 struct BytesHash {
     std::size_t operator()(std::string_view text) const noexcept {
         return text_hash::OfBytes(text.data(), text.size());

@@ -3,7 +3,6 @@
 #include <new>
 
 #include "frame/chars.h"
-#include "host/model/standard_blocks.h"
 #include "host/model/views.h"
 
 namespace lq::host {
@@ -84,7 +83,7 @@ Project::Project() : managers_(std::make_unique<Managers>(*this)) {
             throw std::bad_alloc();
         }
     }
-    AddStandardBlocks(*this);
+    AddStandardBlocks();
 }
 
 Project::~Project() = default;

@@ -119,7 +119,7 @@ const Reader::Step Reader::kSteps[] = {
     {"addData", nullptr, &Reader::Leave},
 };
 
-// The schema offers no other elements.
+// The schema lets no element be read that has no step.
 const Reader::Step& Reader::StepOf(const Kind& kind) {
     if (kind.step == Kind::kNotLooked) {
         const auto isNamed = [&kind](const Step& step) { return step.element == kind.name; };

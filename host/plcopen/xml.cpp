@@ -1,7 +1,6 @@
 #include "host/plcopen/xml.h"
 
 #include <algorithm>
-#include <deque>
 #include <exception>
 #include <iterator>
 #include <memory>
@@ -11,7 +10,6 @@
 
 #include <expat.h>
 
-#include "host/plcopen/xml_error.h"
 #include "host/plcopen/xml_memory.h"
 #include "host/text/message.h"
 #include "lq_data/memory.h"
@@ -20,47 +18,38 @@ namespace lq::host::plcopen {
 
 namespace {
 
-// The elements of the document that are there at a time. They go in the opposite order of their
-// coming, and what comes later takes their places and their memory.
-class ElementStack {
-  public:
-    Element& Push() {
-        if (used_ == elements_.size()) {
-            elements_.emplace_back();
-        }
-        return elements_[used_++];
-    }
-
-    // Takes `element` and all that came after it away.
-    void PopFrom(const Element& element) {
-        do {
-            Clear(elements_[--used_]);
-        } while (&elements_[used_] != &element);
-        if (elements_.size() > kMost && used_ < kMost) {
-            elements_.resize(kMost);
-        }
-    }
-
-  private:
-    static constexpr std::size_t kMost = 256;  // that stay without use, and of what size
-    static constexpr std::size_t kMostBytes = 1024;
-
-    static void Clear(Element& element) {
-        const std::size_t size =
-            element.text.capacity() + element.attributes.capacity() + element.children.capacity();
-        if (size > kMostBytes || element.ownKind || element.ownAttributes) {
-            element = {};
-            return;
-        }
-        element.kind = &kTextKind;
-        element.text.clear();
-        element.attributes.clear();
-        element.children.clear();
-    }
-
-    std::deque<Element> elements_;
-    std::size_t used_ = 0;
+// In English these are expat's own words.
+constexpr struct {
+    XML_Error error;
+    const char* text;
+} kTexts[] = {
+    {XML_ERROR_SYNTAX, Message("syntax error")},
+    {XML_ERROR_NO_ELEMENTS, Message("no element found")},
+    {XML_ERROR_INVALID_TOKEN, Message("not well-formed (invalid token)")},
+    {XML_ERROR_UNCLOSED_TOKEN, Message("unclosed token")},
+    {XML_ERROR_PARTIAL_CHAR, Message("partial character")},
+    {XML_ERROR_TAG_MISMATCH, Message("mismatched tag")},
+    {XML_ERROR_DUPLICATE_ATTRIBUTE, Message("duplicate attribute")},
+    {XML_ERROR_JUNK_AFTER_DOC_ELEMENT, Message("junk after document element")},
+    {XML_ERROR_UNDEFINED_ENTITY, Message("undefined entity")},
+    {XML_ERROR_BAD_CHAR_REF, Message("reference to invalid character number")},
+    {XML_ERROR_MISPLACED_XML_PI, Message("XML or text declaration not at start of entity")},
+    {XML_ERROR_UNKNOWN_ENCODING, Message("unknown encoding")},
+    {XML_ERROR_INCORRECT_ENCODING, Message("encoding specified in XML declaration is incorrect")},
+    {XML_ERROR_UNCLOSED_CDATA_SECTION, Message("unclosed CDATA section")},
+    {XML_ERROR_XML_DECL, Message("XML declaration not well-formed")},
+    {XML_ERROR_UNBOUND_PREFIX, Message("unbound prefix")},
 };
+
+// In the user's language, but for rare errors, which only expat has words for.
+std::string_view XmlErrorText(XML_Error error) noexcept {
+    for (const auto& row : kTexts) {
+        if (row.error == error) {
+            return Translated(row.text);
+        }
+    }
+    return XML_ErrorString(error);
+}
 
 // Of the references in a tag, as it stands in the document, the first to an entity that is not
 // predefined; empty when there is none.
@@ -207,7 +196,8 @@ class Parser {
                                    const XML_Char*, const XML_Char*) {
         RefuseDeclaration(self, name);
     }
-    // Entities and default values of attributes make much of little.
+    // A short declaration, of an entity or of an attribute's default value, can make a short
+    // document stand for gigabytes: none is accepted.
     static void RefuseDeclaration(void* self, const XML_Char* name) {
         Guarded(self, [=](Parser& parser) {
             parser.Refuse(
@@ -386,7 +376,8 @@ class Parser {
         Stop();
     }
 
-    // expat would yet finish its tag.
+    // expat still finishes the tag that it is at; the memory that its attributes would take for
+    // that is refused.
     void Stop() {
         stopped_ = true;
         memory_.End();

@@ -1,3 +1,3 @@
-#include "host/resources/english.h"
+#include "host/resources/texts.h"
 
 LQ_EXPORT_STRINGS(lq::host::kEnglish)

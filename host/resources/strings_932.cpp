@@ -1,3 +1,3 @@
-#include "host/resources/japanese.h"
+#include "host/resources/texts.h"
 
 LQ_EXPORT_STRINGS(lq::host::kJapanese)

@@ -66,7 +66,8 @@ class Blanker {
         return at == text_.npos ? text_.size() : at + mark.size();
     }
 
-    // Only one search runs to the end in vain: the time stays in proportion to the text.
+    // A search for the mark that closes all may run to the end in vain. It is the last one then:
+    // what follows has no more pairs, and the time stays in proportion to the text.
     std::size_t EndOfComment() {
         std::size_t depth = 1;
         for (std::size_t i = at_ + 2; marksPair_ && i + 1 < text_.size();) {
@@ -99,7 +100,7 @@ class Blanker {
     std::u16string_view text_;
     std::u16string code_;
     std::size_t at_ = 0;
-    bool marksPair_ = true;  // of comments
+    bool marksPair_ = true;  // no search for a comment's own closing mark was in vain
 };
 
 }  // namespace

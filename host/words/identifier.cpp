@@ -15,7 +15,7 @@ namespace {
 
 using std::u16string_view;
 
-// In order, for the search.
+// Sorted, as the binary search needs them.
 // clang-format off
 constexpr u16string_view kKeywords[] = {
     u"ACTION", u"AND", u"ANY", u"ANY16", u"ANY32", u"ANY_BIT", u"ANY_DATE", u"ANY_INT", u"ANY_NUM",

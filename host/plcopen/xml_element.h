@@ -1,7 +1,9 @@
 // A piece of an XML document: an element with its attributes and children, or a run of text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,6 +43,19 @@ struct Element {
     const Element* Child(std::string_view child) const;
     // The first child that is no text, or null.
     const Element* FirstElement() const;
+};
+
+// The elements of the document that are there at a time. They go in the opposite order of their
+// coming, and what comes later takes their places and their memory.
+class ElementStack {
+  public:
+    Element& Push();
+    // Takes `element` and all that came after it away.
+    void PopFrom(const Element& element);
+
+  private:
+    std::deque<Element> elements_;
+    std::size_t used_ = 0;
 };
 
 // "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names, long
