@@ -45,7 +45,9 @@ class LQ_DATA_API Project {
     // Of a configuration, a resource or a POU.
     ID AddVariableList(const VariableList& list);
     // Of a POU, a structure or a variable list, as `declaration.owner` says.
-    ID AddDeclaration(const Declaration& declaration);
+    // Of a global, `earlier` receives the one that has the name already, and is found by it, if
+    // any.
+    ID AddDeclaration(const Declaration& declaration, ID* earlier = nullptr);
     ID AddConfiguration(const Configuration& configuration);
     // Of a configuration.
     ID AddResource(const Resource& resource);
@@ -124,8 +126,9 @@ class LQ_DATA_API Project {
 
     struct Place {
         Sort sort;
-        IdList* siblings;  // receives the identifier; may be null
-        NameIndex* names;  // likewise
+        IdList* siblings;       // receives the identifier; may be null
+        NameIndex* names;       // likewise
+        ID* earlier = nullptr;  // receives what has the name already; may be null
     };
 
     // The function blocks of the standard, with which every library begins.

@@ -245,7 +245,9 @@ class Parser {
             elements_.PopFrom(element);
             return;
         }
-        Siblings().push_back(&element);
+        if (!offered) {
+            open_.back().element->children.push_back(&element);
+        }
         open_.push_back({&element, &kind, treatment == Treatment::kStream});
     }
 
@@ -307,7 +309,7 @@ class Parser {
         open_.pop_back();
         if (open_.empty() || open_.back().streamed) {
             handler_.End(element);
-            DropLast();
+            elements_.PopFrom(element);
         }
     }
 
@@ -317,10 +319,10 @@ class Parser {
             return;
         }
         if (!inText_) {
-            Siblings().push_back(&NewElement(Here()));
             inText_ = true;
+            textPlace_ = Here();
         }
-        Siblings().back()->text += piece;
+        text_ += piece;
     }
 
     void EndText() {
@@ -328,20 +330,20 @@ class Parser {
             return;
         }
         inText_ = false;
-        const Open& parent = open_.back();
-        const Element& text = *Siblings().back();
-        const bool blank = IsBlank(text.text);
-        if (parent.streamed && !blank) {
+        Element& parent = *open_.back().element;
+        const bool streamed = open_.back().streamed;
+        if (IsBlank(text_) && (streamed || !parent.IsXhtml())) {
+            text_.clear();
+            return;
+        }
+        Element& text = NewElement(textPlace_);
+        text.text.swap(text_);  // which is empty then, as all of a new element
+        if (streamed) {
             handler_.StrayText(text);
+            elements_.PopFrom(text);
+        } else {
+            parent.children.push_back(&text);
         }
-        if (parent.streamed || (blank && !parent.element->IsXhtml())) {
-            DropLast();
-        }
-    }
-
-    void DropLast() {
-        elements_.PopFrom(*Siblings().back());
-        Siblings().pop_back();
     }
 
     Element& NewElement(const Place& place) {
@@ -355,10 +357,6 @@ class Parser {
     Place Here() const {
         return {static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat())),
                 static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1)};
-    }
-
-    std::vector<Element*>& Siblings() {
-        return open_.empty() ? root_ : open_.back().element->children;
     }
 
     void Fault(std::string message) { Fault(std::move(message), Here()); }
@@ -412,13 +410,14 @@ class Parser {
     XmlMemory memory_;
     std::unique_ptr<XML_ParserStruct, Closer> expat_;
     ElementStack elements_;
-    std::vector<Element*> root_;
     std::vector<Open> open_;
     std::string tag_;  // that of CheckReferences
     bool typeIsElsewhere_ = false;
     int depth_ = 0;
     int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
     bool inText_ = false;
+    std::string text_;  // of the run that has not ended
+    Place textPlace_ = {};
     bool stopped_ = false;
     std::exception_ptr thrown_;
 };

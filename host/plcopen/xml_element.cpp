@@ -99,16 +99,16 @@ const Element* Element::FirstElement() const {
 
 Element& ElementStack::Push() {
     if (used_ == elements_.size()) {
-        elements_.emplace_back();
+        elements_.push_back(std::make_unique<Element>());
     }
-    return elements_[used_++];
+    return *elements_[used_++];
 }
 
 void ElementStack::PopFrom(const Element& element) {
     constexpr std::size_t kMost = 256;  // stay for elements to come
     do {
-        Clear(elements_[--used_]);
-    } while (&elements_[used_] != &element);
+        Clear(*elements_[--used_]);
+    } while (elements_[used_].get() != &element);
     if (elements_.size() > kMost && used_ < kMost) {
         elements_.resize(kMost);
     }

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,7 +22,7 @@ struct Element {
     const Kind* kind = &kTextKind;
     std::string text;  // a text's own; of an element the values of its attributes
     std::vector<Setting> attributes;
-    std::vector<Element*> children;   // blank texts are kept in XHTML only
+    std::vector<Element*> children;   // of a captured one; blank texts are kept in XHTML only
     const Element* parent = nullptr;  // null for the root
     uint32_t line = 0;                // both from 1, in the file
     uint32_t column = 0;
@@ -54,7 +53,7 @@ class ElementStack {
     void PopFrom(const Element& element);
 
   private:
-    std::deque<Element> elements_;
+    std::vector<std::unique_ptr<Element>> elements_;
     std::size_t used_ = 0;
 };
 

@@ -13,10 +13,12 @@ class Blanker {
 
     std::u16string Run() {
         while (at_ < text_.size()) {
-            const std::size_t next = std::min(text_.find_first_of(u"(/{'\"", at_), text_.size());
-            code_ += text_.substr(at_, next - at_);
-            at_ = next;
-            if (next < text_.size()) {
+            const std::size_t start = at_;
+            while (at_ < text_.size() && !MayBegin(text_[at_])) {
+                ++at_;
+            }
+            code_ += text_.substr(start, at_ - start);
+            if (at_ < text_.size()) {
                 Pass();
             }
         }
@@ -24,6 +26,11 @@ class Blanker {
     }
 
   private:
+    // Whether something that is no code may begin with the character.
+    static bool MayBegin(char16_t c) {
+        return c == u'(' || c == u'/' || c == u'{' || c == u'\'' || c == u'"';
+    }
+
     bool At(std::u16string_view mark) const { return text_.substr(at_).starts_with(mark); }
 
     // What begins with the character here, be it code or not.
