@@ -5,8 +5,6 @@
 // Names that call nothing (standard operators) may be among them; only names of POUs count in the
 // end.
 
-#include <memory>
-#include <new>
 #include <string>
 
 #include "frame/chars.h"
@@ -15,7 +13,6 @@
 #include "host/text/token_columns.h"
 #include "host/text/utf.h"
 #include "host/words/words.h"
-#include "lq_data/scanner.h"
 
 namespace lq::host::plcopen {
 
@@ -99,20 +96,25 @@ class CodeReader {
     int32_t line_ = -1;
 };
 
+// A stream of code and the scanner, which outlives it.
+struct Binding {
+    Binding(Scanner& user, STREAM_W& stream, int line) : scanner(user) {
+        scanner.AssignStream(stream, line);
+    }
+    ~Binding() { scanner.ReleaseStream(); }
+
+    Scanner& scanner;
+};
+
 // The labels, jumps and calls of IL or ST text.
 void ReadCode(Context& context, const Code& source, Language language, Pou& pou, Body& body) {
     std::u16string code;
     DecodeUtf8(source.text, code);
     code = WithoutForeignText(code);
     const auto length = static_cast<int32_t>(code.size());
-    MEMSTREAM_W stream(code.c_str(), length, length, nullptr);  // outlives its scanner
-    const std::unique_ptr<CObject> object(Scanner::CreateObject());
-    if (!object) {
-        throw std::bad_alloc();
-    }
-    auto& scanner = static_cast<Scanner&>(*object);
-    scanner.Initialize(stream);
-    scanner.SetnActLine(static_cast<int>(source.line));
+    MEMSTREAM_W stream(code.c_str(), length, length, nullptr);
+    const Binding binding(context.CodeScanner(), stream, static_cast<int>(source.line));
+    Scanner& scanner = binding.scanner;
 
     TokenColumns columns(code, source.column);
     CodeReader reader(context.project, language, pou, body);

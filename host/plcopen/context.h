@@ -1,6 +1,7 @@
 // What the parts of the reader share: the project that is filled, and the reports on the file.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,6 +11,7 @@
 #include "host/model/project.h"
 #include "host/plcopen/plcopen.h"
 #include "host/plcopen/xml_element.h"
+#include "lq_data/scanner.h"
 
 namespace lq::host::plcopen {
 
@@ -27,6 +29,9 @@ class Context {
     void Warn(const Element& where, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message);
 
+    // The scanner of all bodies, without keywords; bound to no stream. Throws std::bad_alloc.
+    Scanner& CodeScanner();
+
     Project& project;
 
   private:
@@ -36,6 +41,7 @@ class Context {
     std::u16string buffer_;
     std::string lastType_;
     Text lastTypeText_ = u"";
+    std::unique_ptr<CObject> scanner_;
 };
 
 // The attribute's value; a missing or blank one is reported as what the element lacks.
