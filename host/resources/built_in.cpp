@@ -1,6 +1,5 @@
 #include <cstring>
 
-#include "host/framework/built_in_texts.h"
 #include "host/resources/texts.h"
 
 namespace lq::host {

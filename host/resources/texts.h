@@ -1,7 +1,7 @@
 // The strings of the resource libraries: one list of ids, and a list of texts for each language.
 //
 // A new string: its id, and its text in every language. A language that lacks one does not compile.
-// A new language: its texts and another strings_*.cpp, entered in CMakeLists.txt and built_in.cpp.
+// A new language: its texts, entered in CMakeLists.txt and built_in.cpp.
 #pragma once
 
 #include <cstddef>
@@ -47,8 +47,3 @@ inline constexpr LQ_STRING_RESOURCE kJapanese[] = {
 static_assert(IsComplete(kJapanese), "a text is missing or out of order");
 
 }  // namespace lq::host
-
-// Exports the strings of a language; once in each resource library.
-#define LQ_EXPORT_STRINGS(strings)                                \
-    extern "C" LQ_DATA_API const LQ_STRING_TABLE lq_string_table; \
-    const LQ_STRING_TABLE lq_string_table = {std::size(strings), strings};
