@@ -1,5 +1,5 @@
-// The parser is libinih, which takes ":" beside "=", ends a value where a comment follows it, and
-// loses no memory when that is short; readers without its limits do not. The line reader between it
+// The parser is libinih. Readers without its limits take no ":" for "=", keep a comment as part of
+// the value before it, or lose memory when that is short. The line reader between it
 // and the file removes what the parser would stumble over. It drops lines that are longer than the
 // parser's buffer (the parser would take the rest for a line of its own), drops indentation (which
 // would continue the value before), turns a heading that is too long into one that matches nothing,
@@ -34,7 +34,7 @@ struct Reader {
     bool owesEntry = false;
 };
 
-// Reads a line of the file into `line`; an oversized one becomes `instead`, by its first character.
+// Reads a line of the file into `line`. Of one that is too long for that the rest is passed over.
 bool ReadPhysicalLine(std::FILE* file, char* line, int size, bool& isTooLong) noexcept {
     if (!std::fgets(line, size, file)) {
         return false;

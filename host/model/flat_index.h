@@ -35,8 +35,9 @@ class FlatIndex {
         AddFirst(value, hash, [](Value) { return false; });
     }
 
-    // The same for the first value that `same` holds for; one that comes later would never be
-    // found, and thousands of them make a long way. False for such a one, which is left out.
+    // The same, unless there is a value of that hash for which `same` holds: that one would be
+    // found instead, and thousands that are never found make a long way to others. False when the
+    // value was left out for it.
     template <typename Same>
     bool AddFirst(Value value, uint32_t hash, Same same) {
         if (slots_.size() * 3 <= (count_ + 1) * 4) {

@@ -38,8 +38,8 @@ class LQ_DATA_API Project {
     Text Intern(std::u16string_view text);
     Text Store(std::u16string_view text);
 
-    // Lists of identifiers are empty in what is added: the project fills them. Owners are what the
-    // comment names.
+    // Lists of identifiers are empty in what is added: the project fills them. The
+    // comment says what an object may be part of.
     ID AddPou(const Pou& pou);
     ID AddDataType(const DataType& type);
     // Of a configuration, a resource or a POU.

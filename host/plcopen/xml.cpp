@@ -87,7 +87,8 @@ class Parser {
         XML_SetElementDeclHandler(Expat(), OnElement);
         XML_SetNotationDeclHandler(Expat(), OnNotation);
         XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
-        // So that a reference to one is told. Nothing is opened: that would be a handler's work.
+        // So that expat tells of references to parameter entities. It opens nothing: that would be
+        // the work of a handler for external entities, and there is none.
         XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);
     }
 
@@ -261,7 +262,7 @@ class Parser {
 
     // Where a document type lies elsewhere, it may declare any entity: expat then leaves references
     // out of the values of attributes without a word. So each tag is looked at as it stands, in
-    // UTF-8. Within a tag, expat's own place moves meanwhile.
+    // UTF-8. Meanwhile expat's place moves within the tag: that of its beginning is `place`.
     bool CheckReferences(const Place& place) {
         tag_.clear();
         XML_SetDefaultHandlerExpand(Expat(), OnTag);
