@@ -19,7 +19,7 @@ set(headers_of_host
     useradapt/user_adapter.h
     words/words.h)
 if(LQ_DATA_HOST)
-  list(APPEND headers_of_host model/flat_index.h model/project.h model/records.h model/section.h
+  list(APPEND headers_of_host model/flat_index.h model/project.h model/objects.h model/section.h
        model/text_pool.h plcopen/plcopen.h)
 endif()
 

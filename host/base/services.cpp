@@ -5,7 +5,7 @@
 #include <climits>
 
 #include "frame/chars.h"
-#include "host/framework/config_paths.h"
+#include "host/framework/settings.h"
 #include "host/text/utf.h"
 #include "lq_base.h"
 

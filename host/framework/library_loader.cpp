@@ -5,7 +5,6 @@
 #include <cstring>
 #include <dlfcn.h>
 
-#include "host/framework/built_in_texts.h"
 #include "host/framework/extension_module.h"
 #include "host/framework/module_file.h"
 #include "host/framework/string_table.h"

@@ -4,8 +4,7 @@
 #include <iterator>
 
 #include "frame/chars.h"
-#include "host/framework/config_paths.h"
-#include "host/framework/ini_file.h"
+#include "host/framework/settings.h"
 #include "lq_framework.h"
 
 struct LQ_REGISTRY_KEY {

@@ -1,7 +1,5 @@
 #include "host/framework/string_table.h"
 
-#include "host/framework/built_in_texts.h"
-
 namespace {
 
 // The library attaches before static objects of other modules exist: constants only.

@@ -33,4 +33,12 @@ LQ_DATA_API const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept;
 LQ_DATA_API HINSTANCE GetApplicationModule() noexcept;
 LQ_DATA_API void SetApplicationStrings(const LQ_STRING_TABLE* table) noexcept;
 
+// The host layer's own texts, which need no file and are not exported.
+//
+// What the application's module has besides its own strings.
+extern const LQ_STRING_TABLE kDefaultStrings;
+// The texts of a language in a program that holds the library itself, by the resource library's file
+// name; null for none. Libraries that are found as files come first. Never to be freed.
+HINSTANCE FindBuiltIn(const char* file) noexcept;
+
 }  // namespace lq::host

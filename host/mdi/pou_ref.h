@@ -10,7 +10,7 @@ class LQ_DATA_API NamedPouRef : public CPouRef {
   public:
     explicit NamedPouRef(const char16_t* name) : name_(name) {}
 
-    void GetName(CLQString* name) const override;
+    void GetName(CLQString* name) const override { *name = name_; }
 
   private:
     CLQString name_;

@@ -35,8 +35,9 @@ class FlatIndex {
         AddFirst(value, hash, [](Value) { return false; });
     }
 
-    // The same for the first value that `same` holds for; one that comes later would never be
-    // found, and thousands of them make a long way. False for such a one, which is left out.
+    // The same, unless there is a value of that hash for which `same` holds: that one would be
+    // found instead, and thousands that are never found make a long way to others. False when the
+    // value was left out for it.
     template <typename Same>
     bool AddFirst(Value value, uint32_t hash, Same same) {
         if (slots_.size() * 3 <= (count_ + 1) * 4) {
@@ -101,7 +102,8 @@ inline uint32_t HashOfName(std::u16string_view name) {
     return text_hash::OfName(name.data(), name.size());
 }
 
-// For the standard library's tables of texts that strangers write.
+// For tables of the standard library whose keys come from a document: their author cannot choose
+// keys of one hash, which has a secret for each process.
 struct BytesHash {
     std::size_t operator()(std::string_view text) const noexcept {
         return text_hash::OfBytes(text.data(), text.size());

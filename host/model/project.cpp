@@ -3,7 +3,6 @@
 #include <new>
 
 #include "frame/chars.h"
-#include "host/model/standard_blocks.h"
 #include "host/model/views.h"
 
 namespace lq::host {
@@ -84,7 +83,7 @@ Project::Project() : managers_(std::make_unique<Managers>(*this)) {
             throw std::bad_alloc();
         }
     }
-    AddStandardBlocks(*this);
+    AddStandardBlocks();
 }
 
 Project::~Project() = default;
@@ -112,7 +111,11 @@ ID Project::Enter(std::deque<Record>& records, const Record& record, const Place
         }
         if (place.names) {
             place.names->AddFirst(id.GetNumber(), HashOfName(record.name), [&](uint32_t number) {
-                return EqualName(record.name, NameOf(ID(number)));
+                const bool isSame = EqualName(record.name, NameOf(ID(number)));
+                if (isSame && place.earlier) {
+                    *place.earlier = ID(number);
+                }
+                return isSame;
             });
         }
     } catch (...) {
@@ -163,14 +166,14 @@ IdList* Project::DeclarationsOf(ID owner) {
     return type && type->structure ? &type->members : nullptr;
 }
 
-ID Project::AddDeclaration(const Declaration& declaration) {
+ID Project::AddDeclaration(const Declaration& declaration, ID* earlier) {
     IdList* siblings = DeclarationsOf(declaration.owner);
     if (!siblings) {
         return {};
     }
     const bool global = SortOf(declaration.owner) == Sort::kVariableList;
     return Enter(declarations_, declaration,
-                 {Sort::kDeclaration, siblings, global ? &globalNames_ : nullptr});
+                 {Sort::kDeclaration, siblings, global ? &globalNames_ : nullptr, earlier});
 }
 
 ID Project::AddConfiguration(const Configuration& configuration) {

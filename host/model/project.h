@@ -17,7 +17,7 @@
 #include <memory>
 #include <string_view>
 
-#include "host/model/records.h"
+#include "host/model/objects.h"
 #include "lq_data/export.h"
 
 namespace lq::host {
@@ -38,19 +38,22 @@ class LQ_DATA_API Project {
     Text Intern(std::u16string_view text);
     Text Store(std::u16string_view text);
 
-    // The records' lists of identifiers are the project's: they come in empty.
+    // Lists of identifiers are empty in what is added: the project fills them. The
+    // comment says what an object may be part of.
     ID AddPou(const Pou& pou);
     ID AddDataType(const DataType& type);
-    // To a configuration, resource or POU.
+    // Of a configuration, a resource or a POU.
     ID AddVariableList(const VariableList& list);
-    // To a POU, a structure or a variable list, as `declaration.owner` says.
-    ID AddDeclaration(const Declaration& declaration);
+    // Of a POU, a structure or a variable list, as `declaration.owner` says.
+    // Of a global, `earlier` receives the one that has the name already, and is found by it, if
+    // any.
+    ID AddDeclaration(const Declaration& declaration, ID* earlier = nullptr);
     ID AddConfiguration(const Configuration& configuration);
-    // To a configuration.
+    // Of a configuration.
     ID AddResource(const Resource& resource);
-    // To a resource.
+    // Of a resource.
     ID AddTask(const Task& task);
-    // To a task or resource.
+    // Of a task, or of a resource where no task runs it.
     ID AddProgramInstance(const ProgramInstance& instance);
 
     // A POU under construction; null for any other identifier. Its declarations are only added.
@@ -123,9 +126,13 @@ class LQ_DATA_API Project {
 
     struct Place {
         Sort sort;
-        IdList* siblings;  // receives the identifier; may be null
-        NameIndex* names;  // likewise
+        IdList* siblings;       // receives the identifier; may be null
+        NameIndex* names;       // likewise
+        ID* earlier = nullptr;  // receives what has the name already; may be null
     };
+
+    // The function blocks of the standard, with which every library begins.
+    void AddStandardBlocks();
 
     template <typename Record>
     ID Enter(std::deque<Record>& records, const Record& record, const Place& place);

@@ -1,4 +1,4 @@
-#include "host/model/standard_blocks.h"
+// The function blocks of the standard.
 
 #include <algorithm>
 #include <string>
@@ -75,16 +75,16 @@ void AddBlock(Project& project, const Block& block, u16string_view name,
 
 }  // namespace
 
-void AddStandardBlocks(Project& project) {
+void Project::AddStandardBlocks() {
     for (const Block& block : kBlocks) {
-        AddBlock(project, block, block.name, {});
+        AddBlock(*this, block, block.name, {});
     }
     for (const Block& counter : kCounters) {
-        AddBlock(project, counter, counter.name, kPlainCounterType);
+        AddBlock(*this, counter, counter.name, kPlainCounterType);
         for (const u16string_view type : kCounterTypes) {
             std::u16string name(counter.name);
             name.append(u"_").append(type);
-            AddBlock(project, counter, name, type);
+            AddBlock(*this, counter, name, type);
         }
     }
 }

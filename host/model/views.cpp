@@ -94,7 +94,7 @@ class PouView final : public View<LQFUN, Pou> {
     HeaderView header_;
 };
 
-// A data type is its own header.
+// A data type. Asked for its header, it answers itself.
 class DataTypeView final : public View<LQDUT, DataType> {
   public:
     DataTypeView(ID id, const DataType& type)

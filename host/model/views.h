@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-#include "host/model/records.h"
+#include "host/model/objects.h"
 #include "lq_model.h"
 
 namespace lq::host {

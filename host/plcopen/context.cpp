@@ -1,5 +1,6 @@
 #include "host/plcopen/context.h"
 
+#include <new>
 #include <utility>
 
 #include "host/text/message.h"
@@ -45,6 +46,16 @@ Text Context::Store(std::string_view utf8) {
 Text Context::Documentation(const Element& element) {
     const Element* documentation = element.Child("documentation");
     return documentation ? Intern(Prose(*documentation)) : u"";
+}
+
+Scanner& Context::CodeScanner() {
+    if (!scanner_) {
+        scanner_.reset(Scanner::CreateObject());
+    }
+    if (!scanner_) {
+        throw std::bad_alloc();
+    }
+    return static_cast<Scanner&>(*scanner_);
 }
 
 void Context::Warn(const Element& where, std::string message) {

@@ -1,6 +1,7 @@
 // What the parts of the reader share: the project that is filled, and the reports on the file.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -8,8 +9,9 @@
 
 #include "host/model/flat_index.h"
 #include "host/model/project.h"
-#include "host/plcopen/element.h"
 #include "host/plcopen/plcopen.h"
+#include "host/plcopen/xml_element.h"
+#include "lq_data/scanner.h"
 
 namespace lq::host::plcopen {
 
@@ -19,13 +21,16 @@ class Context {
         : project(target), fileName_(std::move(fileName)), reports_(reports) {}
 
     Text Intern(std::string_view utf8);
-    Text InternType(std::string_view utf8);  // quick when it is the last one again
+    Text InternType(std::string_view utf8);  // the last one again is not searched
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
     // Reports of one message are grouped; of different ones the first thousand are kept.
     void Warn(const Element& where, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message);
+
+    // The scanner of all bodies, without keywords; bound to no stream. Throws std::bad_alloc.
+    Scanner& CodeScanner();
 
     Project& project;
 
@@ -36,13 +41,14 @@ class Context {
     std::u16string buffer_;
     std::string lastType_;
     Text lastTypeText_ = u"";
+    std::unique_ptr<CObject> scanner_;
 };
 
 // The attribute's value; a missing or blank one is reported as what the element lacks.
 std::string_view Required(Context& context, const Element& element, std::string_view attribute);
 
-// The name of what holds others, which is told with each of them; empty, with a report, when it is
-// so long that this would make much of little.
+// The name of what holds others. Each report on one of them tells it, so that a long name would
+// make long reports of a short document: such a name is reported, and the answer is empty.
 std::string_view HolderName(Context& context, const Element& holder, std::string_view name);
 
 }  // namespace lq::host::plcopen

@@ -33,8 +33,9 @@ struct Kind {
     Kind() = default;  // of a text, which has no name
     Kind(const Kind* parent, std::string_view expatName);
 
-    // The kind of the elements of that name below this one's. What finds no room here, in documents
-    // that are hardly PLCopen's, becomes the caller's own.
+    // The kind of the elements of that name below this one's. Only so many kinds are kept as are
+    // searched quickly, more than a PLCopen document has; one beyond them is made in `own` and
+    // lives no longer than that.
     Kind& Below(std::string_view expatName, std::unique_ptr<Kind>& own);
     const AttributeKind& Attribute(std::string_view expatName,
                                    std::unique_ptr<AttributeKinds>& own);
@@ -44,7 +45,7 @@ struct Kind {
     const Row* row = nullptr;          // null when the schema does not know the element
     Verdict verdict = Verdict::kRead;  // below its parent
 
-    // How the handler reads the elements, once it has looked.
+    // The handler's: which of its steps reads these elements, or that it has not looked yet.
     static constexpr uint8_t kNotLooked = 0xFF;
     mutable uint8_t step = kNotLooked;
 

@@ -1,11 +1,11 @@
-// The reader's operations on whole parts of a document.
+// The reader's operations on whole parts of a document, and the IEC text of types and values.
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "host/plcopen/context.h"
-#include "host/plcopen/iec_text.h"
 
 namespace lq::host::plcopen {
 
@@ -25,7 +25,13 @@ void ReadBody(Context& context, const Element& body, std::string_view name, Pou&
 void ReadTask(Context& context, const Element& task, ID resource);
 void ReadProgramInstance(Context& context, const Element& instance, ID parent);
 
-// The labels, jumps and calls of IL or ST text.
-void ReadCode(Context& context, const Code& code, Language language, Pou& pou, Body& body);
+// The type that `holder` (<type>, <baseType>, <returnType>) holds: "INT", "STRING(20)",
+// "ARRAY [1..10, -2..2] OF Pump", "INT (1..10)", "(Red, Green := 5)", "STRUCT a : INT; END_STRUCT".
+// Empty, and reported, when it holds none.
+std::string TypeText(Context& context, const Element& holder);
+
+// The value that `holder` (<initialValue>) holds: the text of a simple value as it stands,
+// "[1, 2, 3(0)]" of an array, "a := 1, p := (x := 2, y := 3)" of a structure.
+std::string InitialValueText(Context& context, const Element& holder);
 
 }  // namespace lq::host::plcopen

@@ -119,7 +119,7 @@ const Reader::Step Reader::kSteps[] = {
     {"addData", nullptr, &Reader::Leave},
 };
 
-// The schema offers no other elements.
+// The schema lets no element be read that has no step.
 const Reader::Step& Reader::StepOf(const Kind& kind) {
     if (kind.step == Kind::kNotLooked) {
         const auto isNamed = [&kind](const Step& step) { return step.element == kind.name; };
@@ -257,13 +257,12 @@ void Reader::TakeVariable(const Element& variable) {
         implicit_.push_back(*declaration);
         return;
     }
-    const ID known =
-        section_.scope == Scope::kGlobal ? project_.FindGlobal(declaration->name) : ID();
-    if (known != ID() && project_.GetDeclaration(known)->owner == owner_) {
+    ID earlier;
+    project_.AddDeclaration(*declaration, &earlier);
+    if (earlier != ID() && project_.GetDeclaration(earlier)->owner == owner_) {
         context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
                                     variable.Attribute("name")));
     }
-    project_.AddDeclaration(*declaration);
 }
 
 void Reader::TakeResultType(const Element& type) {

@@ -20,7 +20,8 @@ Verdict JudgeElement(Context& context, const Element& element);
 // Reports the attributes of the element that the table does not know.
 void JudgeAttributes(Context& context, const Element& element);
 
-// JudgeAttributes of the element, and both for all that it holds and that is read.
+// Judges the attributes of the element, then each element in it, and of those that are read again
+// the attributes and contents.
 void JudgeTree(Context& context, const Element& element);
 
 void ReportText(Context& context, const Element& text);

@@ -1,7 +1,6 @@
 #include "host/plcopen/xml.h"
 
 #include <algorithm>
-#include <deque>
 #include <exception>
 #include <iterator>
 #include <memory>
@@ -11,7 +10,6 @@
 
 #include <expat.h>
 
-#include "host/plcopen/xml_error.h"
 #include "host/plcopen/xml_memory.h"
 #include "host/text/message.h"
 #include "lq_data/memory.h"
@@ -20,47 +18,38 @@ namespace lq::host::plcopen {
 
 namespace {
 
-// The elements of the document that are there at a time. They go in the opposite order of their
-// coming, and what comes later takes their places and their memory.
-class ElementStack {
-  public:
-    Element& Push() {
-        if (used_ == elements_.size()) {
-            elements_.emplace_back();
-        }
-        return elements_[used_++];
-    }
-
-    // Takes `element` and all that came after it away.
-    void PopFrom(const Element& element) {
-        do {
-            Clear(elements_[--used_]);
-        } while (&elements_[used_] != &element);
-        if (elements_.size() > kMost && used_ < kMost) {
-            elements_.resize(kMost);
-        }
-    }
-
-  private:
-    static constexpr std::size_t kMost = 256;  // that stay without use, and of what size
-    static constexpr std::size_t kMostBytes = 1024;
-
-    static void Clear(Element& element) {
-        const std::size_t size =
-            element.text.capacity() + element.attributes.capacity() + element.children.capacity();
-        if (size > kMostBytes || element.ownKind || element.ownAttributes) {
-            element = {};
-            return;
-        }
-        element.kind = &kTextKind;
-        element.text.clear();
-        element.attributes.clear();
-        element.children.clear();
-    }
-
-    std::deque<Element> elements_;
-    std::size_t used_ = 0;
+// In English these are expat's own words.
+constexpr struct {
+    XML_Error error;
+    const char* text;
+} kTexts[] = {
+    {XML_ERROR_SYNTAX, Message("syntax error")},
+    {XML_ERROR_NO_ELEMENTS, Message("no element found")},
+    {XML_ERROR_INVALID_TOKEN, Message("not well-formed (invalid token)")},
+    {XML_ERROR_UNCLOSED_TOKEN, Message("unclosed token")},
+    {XML_ERROR_PARTIAL_CHAR, Message("partial character")},
+    {XML_ERROR_TAG_MISMATCH, Message("mismatched tag")},
+    {XML_ERROR_DUPLICATE_ATTRIBUTE, Message("duplicate attribute")},
+    {XML_ERROR_JUNK_AFTER_DOC_ELEMENT, Message("junk after document element")},
+    {XML_ERROR_UNDEFINED_ENTITY, Message("undefined entity")},
+    {XML_ERROR_BAD_CHAR_REF, Message("reference to invalid character number")},
+    {XML_ERROR_MISPLACED_XML_PI, Message("XML or text declaration not at start of entity")},
+    {XML_ERROR_UNKNOWN_ENCODING, Message("unknown encoding")},
+    {XML_ERROR_INCORRECT_ENCODING, Message("encoding specified in XML declaration is incorrect")},
+    {XML_ERROR_UNCLOSED_CDATA_SECTION, Message("unclosed CDATA section")},
+    {XML_ERROR_XML_DECL, Message("XML declaration not well-formed")},
+    {XML_ERROR_UNBOUND_PREFIX, Message("unbound prefix")},
 };
+
+// In the user's language, but for rare errors, which only expat has words for.
+std::string_view XmlErrorText(XML_Error error) noexcept {
+    for (const auto& row : kTexts) {
+        if (row.error == error) {
+            return Translated(row.text);
+        }
+    }
+    return XML_ErrorString(error);
+}
 
 // Of the references in a tag, as it stands in the document, the first to an entity that is not
 // predefined; empty when there is none.
@@ -98,7 +87,8 @@ class Parser {
         XML_SetElementDeclHandler(Expat(), OnElement);
         XML_SetNotationDeclHandler(Expat(), OnNotation);
         XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
-        // So that a reference to one is told. Nothing is opened: that would be a handler's work.
+        // So that expat tells of references to parameter entities. It opens nothing: that would be
+        // the work of a handler for external entities, and there is none.
         XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);
     }
 
@@ -207,7 +197,8 @@ class Parser {
                                    const XML_Char*, const XML_Char*) {
         RefuseDeclaration(self, name);
     }
-    // Entities and default values of attributes make much of little.
+    // A short declaration, of an entity or of an attribute's default value, can make a short
+    // document stand for gigabytes: none is accepted.
     static void RefuseDeclaration(void* self, const XML_Char* name) {
         Guarded(self, [=](Parser& parser) {
             parser.Refuse(
@@ -255,7 +246,9 @@ class Parser {
             elements_.PopFrom(element);
             return;
         }
-        Siblings().push_back(&element);
+        if (!offered) {
+            open_.back().element->children.push_back(&element);
+        }
         open_.push_back({&element, &kind, treatment == Treatment::kStream});
     }
 
@@ -269,7 +262,7 @@ class Parser {
 
     // Where a document type lies elsewhere, it may declare any entity: expat then leaves references
     // out of the values of attributes without a word. So each tag is looked at as it stands, in
-    // UTF-8. Within a tag, expat's own place moves meanwhile.
+    // UTF-8. Meanwhile expat's place moves within the tag: that of its beginning is `place`.
     bool CheckReferences(const Place& place) {
         tag_.clear();
         XML_SetDefaultHandlerExpand(Expat(), OnTag);
@@ -317,7 +310,7 @@ class Parser {
         open_.pop_back();
         if (open_.empty() || open_.back().streamed) {
             handler_.End(element);
-            DropLast();
+            elements_.PopFrom(element);
         }
     }
 
@@ -327,10 +320,10 @@ class Parser {
             return;
         }
         if (!inText_) {
-            Siblings().push_back(&NewElement(Here()));
             inText_ = true;
+            textPlace_ = Here();
         }
-        Siblings().back()->text += piece;
+        text_ += piece;
     }
 
     void EndText() {
@@ -338,20 +331,20 @@ class Parser {
             return;
         }
         inText_ = false;
-        const Open& parent = open_.back();
-        const Element& text = *Siblings().back();
-        const bool blank = IsBlank(text.text);
-        if (parent.streamed && !blank) {
+        Element& parent = *open_.back().element;
+        const bool streamed = open_.back().streamed;
+        if (IsBlank(text_) && (streamed || !parent.IsXhtml())) {
+            text_.clear();
+            return;
+        }
+        Element& text = NewElement(textPlace_);
+        text.text.swap(text_);  // which is empty then, as all of a new element
+        if (streamed) {
             handler_.StrayText(text);
+            elements_.PopFrom(text);
+        } else {
+            parent.children.push_back(&text);
         }
-        if (parent.streamed || (blank && !parent.element->IsXhtml())) {
-            DropLast();
-        }
-    }
-
-    void DropLast() {
-        elements_.PopFrom(*Siblings().back());
-        Siblings().pop_back();
     }
 
     Element& NewElement(const Place& place) {
@@ -365,10 +358,6 @@ class Parser {
     Place Here() const {
         return {static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat())),
                 static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1)};
-    }
-
-    std::vector<Element*>& Siblings() {
-        return open_.empty() ? root_ : open_.back().element->children;
     }
 
     void Fault(std::string message) { Fault(std::move(message), Here()); }
@@ -386,7 +375,8 @@ class Parser {
         Stop();
     }
 
-    // expat would yet finish its tag.
+    // expat still finishes the tag that it is at; the memory that its attributes would take for
+    // that is refused.
     void Stop() {
         stopped_ = true;
         memory_.End();
@@ -421,13 +411,14 @@ class Parser {
     XmlMemory memory_;
     std::unique_ptr<XML_ParserStruct, Closer> expat_;
     ElementStack elements_;
-    std::vector<Element*> root_;
     std::vector<Open> open_;
     std::string tag_;  // that of CheckReferences
     bool typeIsElsewhere_ = false;
     int depth_ = 0;
     int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
     bool inText_ = false;
+    std::string text_;  // of the run that has not ended
+    Place textPlace_ = {};
     bool stopped_ = false;
     std::exception_ptr thrown_;
 };

@@ -12,7 +12,7 @@
 #include <istream>
 #include <string>
 
-#include "host/plcopen/element.h"
+#include "host/plcopen/xml_element.h"
 
 namespace lq::host::plcopen {
 

@@ -1,9 +1,12 @@
 #include <cstring>
 
-#include "host/framework/built_in_texts.h"
-#include "host/resources/japanese.h"
+#include "host/resources/texts.h"
 
 namespace lq::host {
+
+constinit const LQ_STRING_TABLE kDefaultStrings = {std::size(kEnglish), kEnglish};
+
+#ifdef LQ_HOST_BUILT_IN_TEXTS
 
 namespace {
 
@@ -29,5 +32,7 @@ HINSTANCE FindBuiltIn(const char* file) noexcept {
     }
     return nullptr;
 }
+
+#endif
 
 }  // namespace lq::host

@@ -13,10 +13,12 @@ class Blanker {
 
     std::u16string Run() {
         while (at_ < text_.size()) {
-            const std::size_t next = std::min(text_.find_first_of(u"(/{'\"", at_), text_.size());
-            code_ += text_.substr(at_, next - at_);
-            at_ = next;
-            if (next < text_.size()) {
+            const std::size_t start = at_;
+            while (at_ < text_.size() && !MayBegin(text_[at_])) {
+                ++at_;
+            }
+            code_ += text_.substr(start, at_ - start);
+            if (at_ < text_.size()) {
                 Pass();
             }
         }
@@ -24,6 +26,11 @@ class Blanker {
     }
 
   private:
+    // Whether something that is no code may begin with the character.
+    static bool MayBegin(char16_t c) {
+        return c == u'(' || c == u'/' || c == u'{' || c == u'\'' || c == u'"';
+    }
+
     bool At(std::u16string_view mark) const { return text_.substr(at_).starts_with(mark); }
 
     // What begins with the character here, be it code or not.
@@ -66,7 +73,8 @@ class Blanker {
         return at == text_.npos ? text_.size() : at + mark.size();
     }
 
-    // Only one search runs to the end in vain: the time stays in proportion to the text.
+    // A search for the mark that closes all may run to the end in vain. It is the last one then:
+    // what follows has no more pairs, and the time stays in proportion to the text.
     std::size_t EndOfComment() {
         std::size_t depth = 1;
         for (std::size_t i = at_ + 2; marksPair_ && i + 1 < text_.size();) {
@@ -99,7 +107,7 @@ class Blanker {
     std::u16string_view text_;
     std::u16string code_;
     std::size_t at_ = 0;
-    bool marksPair_ = true;  // of comments
+    bool marksPair_ = true;  // no search for a comment's own closing mark was in vain
 };
 
 }  // namespace

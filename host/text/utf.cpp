@@ -86,7 +86,8 @@ bool IsLowSurrogate(char32_t c) noexcept {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
 
-// Of a unit and the one that follows it (0 at the end of the text); the length is in units.
+// The character that begins with `unit`, behind which `next` stands (0 at the end of the text). Its
+// length is in units.
 Decoded NextOfUtf16(char16_t unit, char16_t next) noexcept {
     if (IsHighSurrogate(unit) && IsLowSurrogate(next)) {
         return {0x10000u + ((unit & 0x3FFu) << 10) + (next & 0x3FFu), 2};

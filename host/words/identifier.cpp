@@ -1,6 +1,8 @@
 // Which names a project accepts.
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <iterator>
 #include <span>
 #include <string_view>
@@ -15,7 +17,7 @@ namespace {
 
 using std::u16string_view;
 
-// In order, for the search.
+// Sorted, as the binary search needs them.
 // clang-format off
 constexpr u16string_view kKeywords[] = {
     u"ACTION", u"AND", u"ANY", u"ANY16", u"ANY32", u"ANY_BIT", u"ANY_DATE", u"ANY_INT", u"ANY_NUM",
@@ -40,11 +42,23 @@ bool (*extendedIdentifiers)(const char16_t* beginning) = nullptr;
 constexpr std::size_t kLongestKeyword = 18;
 static_assert(std::ranges::max(kKeywords, {}, &u16string_view::size).size() == kLongestKeyword);
 
+// For each length, the first letters of the keywords that have it, "A" the lowest bit. Of most
+// names they tell that those are none.
+constexpr auto kFirstLetters = [] {
+    std::array<uint32_t, kLongestKeyword + 1> letters{};
+    for (const u16string_view keyword : kKeywords) {
+        letters[keyword.size()] |= 1u << (keyword.front() - u'A');
+    }
+    return letters;
+}();
+
 bool IsKeyword(u16string_view name) {
-    char16_t upper[kLongestKeyword];
-    if (name.size() > kLongestKeyword) {
+    const uint32_t letter = uint32_t{chars::ToUpper(name.front())} - u'A';
+    if (name.size() > kLongestKeyword || letter > u'Z' - u'A' ||
+        (kFirstLetters[name.size()] >> letter & 1) == 0) {
         return false;
     }
+    char16_t upper[kLongestKeyword];
     std::transform(name.begin(), name.end(), upper, chars::ToUpper);
     return std::binary_search(std::begin(kKeywords), std::end(kKeywords),
                               u16string_view(upper, name.size()));

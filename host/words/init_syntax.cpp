@@ -151,8 +151,8 @@ class InitCheck {
     int depth_ = 0;
 };
 
-// Most initial values: a few digits, perhaps with a point between them. What it gained: no scanner
-// for them, a fifth of the instructions that loading a unit's header takes.
+// Whether the text is a few digits, perhaps with a point between them. Most initial values are, and
+// need no scanner.
 bool IsPlainNumber(const char16_t* text) {
     constexpr std::size_t kMostDigits = 9;  // fits any number
     const auto passDigits = [](const char16_t* from) {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/framework/ini_file.h"
+#include "host/framework/settings.h"
 #include "lq_base.h"
 #include "lq_framework.h"
 #include "tests/host/temp_folder.h"

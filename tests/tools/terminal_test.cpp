@@ -12,6 +12,7 @@
 namespace lq::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -86,6 +87,13 @@ TEST(Terminal, ResultsComeInColumns) {
     EXPECT_THAT(terminal.Text(), HasSubstr("\r\n5         SINT   5      5     "));
     RunShell("TERM=dumb $LQ tasks $EXAMPLES/plant/plant.xml >" + terminal.Name());
     EXPECT_THAT(terminal.Text(), HasSubstr("Mixing\r\n"));  // behind which there is a column
+    // Two wide letters, and a letter with a mark on it, in any locale.
+    RunShell(
+        "sed 's/Cyclic/\u4E3B\u5E79/; s/OnStart/A\u030A/' $EXAMPLES/plant/plant.xml | "
+        "LC_ALL=C TERM=dumb $LQ tasks - >" +
+        terminal.Name());
+    EXPECT_THAT(terminal.Text(), AllOf(HasSubstr("  \u4E3B\u5E79            1  T#20ms"),
+                                       HasSubstr("  A\u030A               0  ")));
     RunShell("TERM=dumb $LQ translate $EXAMPLES/plant/plant.xml >" + terminal.Name());
     EXPECT_THAT(terminal.Text(), HasSubstr("\r\nglobals         35   1569\r\n"));
 }

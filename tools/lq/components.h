@@ -6,7 +6,7 @@
 
 #include "frame/chars.h"
 #include "host/model/flat_index.h"
-#include "host/model/records.h"
+#include "host/model/objects.h"
 #include "lq_data/pouh.h"
 
 namespace lq::tool {

@@ -1,11 +1,13 @@
 #include "tools/lq/output.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
 #include <iterator>
 #include <streambuf>
 #include <string_view>
 #include <unistd.h>
+#include <uniwidth.h>
 
 #include "tools/lq/escape.h"
 #include "tools/lq/output_file.h"
@@ -18,11 +20,11 @@ namespace {
 constexpr size_t kGap = 2;  // blanks between columns
 constexpr int kJsonIndent = 2;
 
-// Characters, not bytes: continuation bytes of UTF-8 take no room.
+// The columns that the text takes on a terminal: a wide letter two, a mark above another none,
+// whatever the process's locale is. Letters that are wide in old East Asian fonts alone take one.
 size_t Width(const std::string& text) {
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
+    return static_cast<size_t>(
+        u8_width(reinterpret_cast<const uint8_t*>(text.data()), text.size(), "UTF-8"));
 }
 
 std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,

@@ -176,23 +176,6 @@ TEST(Views, TasksFollowTheProject) {
     EXPECT_EQ(view.GetMemberCount(), 2);
 }
 
-TEST(NewDeclaration, KeepsItsOwnTexts) {
-    const std::unique_ptr<LQPOUHDECL> declaration(LQPOUHDECL::CreateObject());
-    char16_t name[] = u"EN";
-    declaration->SetName(name);
-    declaration->SetType(u"BOOL");
-    declaration->SetInitValue(u"FALSE");
-    name[0] = u'?';
-    EXPECT_EQ(u16string_view(declaration->GetName()), u"EN");
-    EXPECT_EQ(u16string_view(declaration->GetType()), u"BOOL");
-    EXPECT_EQ(u16string_view(declaration->GetInitValue()), u"FALSE");
-    for (const auto& [number, keyword] :
-         {std::pair(LQ_CLASS_INPUT, u"VAR_INPUT"), std::pair(LQ_CLASS_OUTPUT, u"VAR_OUTPUT")}) {
-        declaration->SetClass(number);
-        EXPECT_EQ(u16string_view(declaration->GetClass()), keyword);
-    }
-}
-
 TEST(CurrentProject, IsAbsentAtFirst) {
     ASSERT_EQ(GetProject(), nullptr);
     EXPECT_EQ(LQNAVIOBJECTMAN::Get(), nullptr);

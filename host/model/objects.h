@@ -36,7 +36,7 @@ constexpr ID MakeId(Sort sort, uint32_t index) {
 constexpr Sort SortOf(ID id) {
     return static_cast<Sort>(id.GetNumber() >> kSortShift);
 }
-// Of the null identifier: a number that no object has.
+// The object's index among those of its sort; for the null identifier one that no object has.
 constexpr uint32_t IndexOf(ID id) {
     return (id.GetNumber() & kMaxObjects) - 1;
 }

@@ -1,9 +1,7 @@
-// The strings of the resource libraries: one list of ids here, one text a language in the
-// language's header.
+// The strings of the resource libraries: one list of ids, and a list of texts for each language.
 //
-// A new string: its id here, its text in every language. A language that lacks one does not
-// compile. A new language: another header and strings_*.cpp, entered in CMakeLists.txt and
-// built_in.cpp.
+// A new string: its id, and its text in every language. A language that lacks one does not compile.
+// A new language: its texts, entered in CMakeLists.txt and built_in.cpp.
 #pragma once
 
 #include <cstddef>
@@ -34,9 +32,18 @@ constexpr bool IsComplete(const LQ_STRING_RESOURCE (&strings)[count]) {
     return true;
 }
 
-}  // namespace lq::host
+inline constexpr LQ_STRING_RESOURCE kEnglish[] = {
+    {6491, u"STRING"},
+    {6492, u"ARRAY"},
+    {10000, u"(64-bit value)"},
+};
+static_assert(IsComplete(kEnglish), "a text is missing or out of order");
 
-// Exports the strings of a language; once in each resource library.
-#define LQ_EXPORT_STRINGS(strings)                                \
-    extern "C" LQ_DATA_API const LQ_STRING_TABLE lq_string_table; \
-    const LQ_STRING_TABLE lq_string_table = {std::size(strings), strings};
+inline constexpr LQ_STRING_RESOURCE kJapanese[] = {
+    {6491, u"STRING"},
+    {6492, u"ARRAY"},
+    {10000, u"(64ビット値)"},
+};
+static_assert(IsComplete(kJapanese), "a text is missing or out of order");
+
+}  // namespace lq::host

@@ -1,4 +1,4 @@
-#include "host/plcopen/element.h"
+#include "host/plcopen/xml_element.h"
 
 #include <algorithm>
 
@@ -53,6 +53,21 @@ void AppendCode(const Element& element, Code& code) {
     }
 }
 
+// Empties an element for the next one, which takes over its memory, unless that is much.
+void Clear(Element& element) {
+    constexpr std::size_t kMostBytes = 1024;
+    const std::size_t size =
+        element.text.capacity() + element.attributes.capacity() + element.children.capacity();
+    if (size > kMostBytes || element.ownKind || element.ownAttributes) {
+        element = {};
+        return;
+    }
+    element.kind = &kTextKind;
+    element.text.clear();
+    element.attributes.clear();
+    element.children.clear();
+}
+
 }  // namespace
 
 std::string_view Element::Attribute(std::string_view attribute) const {
@@ -80,6 +95,23 @@ const Element* Element::FirstElement() const {
         }
     }
     return nullptr;
+}
+
+Element& ElementStack::Push() {
+    if (used_ == elements_.size()) {
+        elements_.push_back(std::make_unique<Element>());
+    }
+    return *elements_[used_++];
+}
+
+void ElementStack::PopFrom(const Element& element) {
+    constexpr std::size_t kMost = 256;  // stay for elements to come
+    do {
+        Clear(*elements_[--used_]);
+    } while (elements_[used_].get() != &element);
+    if (elements_.size() > kMost && used_ < kMost) {
+        elements_.resize(kMost);
+    }
 }
 
 std::string PathOf(const Element& element) {

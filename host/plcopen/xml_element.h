@@ -1,6 +1,7 @@
 // A piece of an XML document: an element with its attributes and children, or a run of text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,7 +22,7 @@ struct Element {
     const Kind* kind = &kTextKind;
     std::string text;  // a text's own; of an element the values of its attributes
     std::vector<Setting> attributes;
-    std::vector<Element*> children;   // blank texts are kept in XHTML only
+    std::vector<Element*> children;   // of a captured one; blank texts are kept in XHTML only
     const Element* parent = nullptr;  // null for the root
     uint32_t line = 0;                // both from 1, in the file
     uint32_t column = 0;
@@ -41,6 +42,19 @@ struct Element {
     const Element* Child(std::string_view child) const;
     // The first child that is no text, or null.
     const Element* FirstElement() const;
+};
+
+// The elements of the document that are there at a time. They go in the opposite order of their
+// coming, and what comes later takes their places and their memory.
+class ElementStack {
+  public:
+    Element& Push();
+    // Takes `element` and all that came after it away.
+    void PopFrom(const Element& element);
+
+  private:
+    std::vector<std::unique_ptr<Element>> elements_;
+    std::size_t used_ = 0;
 };
 
 // "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names, long

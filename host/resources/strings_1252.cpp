@@ -1,3 +1,0 @@
-#include "host/resources/english.h"
-
-LQ_EXPORT_STRINGS(lq::host::kEnglish)

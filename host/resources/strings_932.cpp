@@ -1,3 +1,0 @@
-#include "host/resources/japanese.h"
-
-LQ_EXPORT_STRINGS(lq::host::kJapanese)
