@@ -5,7 +5,7 @@
 #include "frame/chars.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "cgtab/shared_scanner.h"
 #include "frame/chars.h"
 #include "lq_addrcheck.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 using lq::cgtab::BehindWord;
 using lq::cgtab::DeclFault;

@@ -197,6 +197,14 @@ FLIST::PLACE FLIST::Behind(const PLACE& place) const {
     return next == body_->head_ ? PLACE{next->next, 1} : PLACE{next, place.index + 1};
 }
 
+void* FLIST::SlotBehind(void* slot) const {
+    if (!HasBody()) {
+        return nullptr;
+    }
+    CNode* const node = (slot ? static_cast<CNode*>(slot) - 1 : body_->head_)->next;
+    return node != body_->head_ ? node->Data() : nullptr;
+}
+
 uint32_t FLIST::Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t param) {
     slot = nullptr;
     const PLACE place = Seek(key, code, param);

@@ -3,7 +3,7 @@
 #include "frame/chars.h"
 #include "lq_data/hash_table.h"
 #include "lq_data/pouh.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace {
 

@@ -71,6 +71,13 @@ const char16_t* TypeTextOf(const DECL_TYP* decl) {
     return OrEmpty(ViewOf(decl).typeText);
 }
 
+const char16_t* RangeOf(const DECL_TYP* decl) {
+    const bool isSubrange = decl && decl->type && decl->type->kind == DT_SUBRANGE;
+    void* spec = nullptr;
+    GetAttrOfUnnamedType(isSubrange ? decl->type : nullptr, POUH_TYPESPEC, &spec);
+    return OrEmpty(spec ? static_cast<const SUBRANGE_SPEC_TYP*>(spec)->range : nullptr);
+}
+
 const char16_t* InitValueOf(const DECL_TYP* decl) {
     return OrEmpty(ViewOf(decl).initValue);
 }

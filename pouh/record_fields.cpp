@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "lq_data/containers.h"
+#include "lq_data/records.h"
 #include "pouh/attributes.h"
-#include "pouh/record_access.h"
 #include "pouh/record_types.h"
 
 namespace lq::pouh {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 #include "pouh/record_types.h"
 
 namespace lq::pouh {

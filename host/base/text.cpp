@@ -10,7 +10,7 @@
 #include "frame/chars.h"
 #include "host/framework/string_table.h"
 #include "lq_base.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace {
 

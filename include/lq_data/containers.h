@@ -285,6 +285,9 @@ class LQ_DATA_API FLIST : public CObject {
     // Finds an element without copying it: `slot` becomes where it lies, or null when none is
     // found.
     uint32_t Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t param);
+    // Walks without moving the position, so that any number of walks may be under way: the slot
+    // behind `slot`, the first one for null; null behind the last, and in an invalid list.
+    void* SlotBehind(void* slot) const;
     // `*size` becomes the size of the found element; for a text the number of its characters with
     // the terminator, 0 for no text. It stays when nothing is found or elements have no size.
     uint32_t SizeOfElement(uint32_t* size, const void* key, LIST_CALLBACK code, int32_t param);

@@ -1,6 +1,7 @@
 // What the model of a table set does not have: limits, array lines, lines that an image damaged.
 #include "host/mdi/pou_ref.h"
 #include "host/model/project.h"
+#include "lq_data/lines.h"
 #include "tests/cgtab/tables_util.h"
 
 namespace lq::test {
@@ -141,6 +142,31 @@ TEST(Tables, DamagedLinesAreRefused) {
     Get(*tables, CgTab::TAB_TMP, {6, 0, 0, 0, 2, 0, 'a', 0, 'b', 0});
     EXPECT_EQ(tables->Insert(u"ab", IEC_INT, {}, 1), -1);
     EXPECT_EQ(tables->Insert(u"ab", CgTab::kLabelDefinition), -1);
+}
+
+TEST(Tables, LinesOneAfterTheOther) {
+    auto tables = NewTables(2);
+    for (const char16_t* name : {u"a", u"b", u"c"}) {
+        tables->Insert(name);
+    }
+    std::string seen;
+    lq::Lines<CgTab::TAB_DMM> lines(*tables);
+    for (const auto& [pos, line] : lines) {
+        seen += Ascii(line.name) + std::to_string(pos) + " ";
+        if (pos == 14) {
+            tables->Insert(u"a");  // moves the table
+            tables->Insert(u"d");
+        }
+    }
+    EXPECT_TRUE(lines.IsWhole());
+    EXPECT_EQ(seen, "a0 b14 c28 d42 ");
+    lq::Lines<CgTab::TAB_DMM> section(*tables, {14, 42, 2});
+    EXPECT_EQ(std::distance(section.begin(), section.end()), 2);
+    Get(*tables, CgTab::TAB_DMM, {1, 0, 0, 0});
+    lq::Lines<CgTab::TAB_DMM> damaged(*tables);
+    EXPECT_EQ(std::distance(damaged.begin(), damaged.end()), 4);
+    EXPECT_FALSE(damaged.IsWhole());
+    EXPECT_EQ(damaged.begin(), damaged.end());
 }
 
 TEST(Tables, LinesWithoutRoomForTheirUserArea) {

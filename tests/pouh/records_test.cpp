@@ -1,14 +1,16 @@
 // Every record's attributes: each keeps what it is given and nothing else does. Leaks are found at
 // the end of every test.
 
+#include "lq_data/records.h"
+
 #include <algorithm>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "lq_data/containers.h"
+#include "lq_data/handles.h"
 #include "pouh/attributes.h"
-#include "pouh/record_access.h"
 #include "pouh/record_types.h"
 
 namespace {
@@ -143,6 +145,53 @@ TEST(PouhRecords, InPlace) {
     SetAttrOfPOUHComment(comment, POUH_REMARK, GetRemarkPointerOfPOUHComment(comment) + 1);
     EXPECT_EQ(std::u16string(GetRemarkPointerOfPOUHComment(comment)), u"bc");
     DestroyPOUHComment(comment);
+}
+
+// What is read of a record by views, of one that is null, too.
+TEST(PouhRecords, Views) {
+    const std::u16string longText(5000, u'x');
+    const lq::HeaderPtr header(CreatePOUHeader());
+    ASSERT_EQ(LoadPOUHiddenHeader(header.get(), u"_SFCCB"), 1);
+    FLIST* const list = lq::Declarations(header.get()).List();
+    for (const auto* const name : {u"a", longText.c_str()}) {
+        DECL_TYP* decl = CreateDecl();
+        FillFBInstDeclaration(decl, DS_VAR_INPUT, name, u"TON", u"c", 7, longText.c_str());
+        FillFlagsInDeclaration(decl, 1);
+        SetAttrOfDecl(decl, POUH_ADDRESS, u"%IX0");
+        InsertElementOfList(list, &decl, LC_LAST, 0);
+    }
+    const std::size_t count = CardinalityOfList(list);
+    FindElementOfList(list, nullptr, nullptr, LC_FIRST, 0);
+    std::u16string names;
+    std::size_t pairs = 0;
+    for (const lq::Declaration decl : lq::Header(header.get()).Declarations()) {
+        names.assign(decl.Name());
+        for (const lq::Declaration other : lq::Declarations(list)) {
+            pairs += other.Record() ? 1 : 0;
+        }
+        if (decl.Name() == u"a" || decl.Name() == longText) {
+            EXPECT_TRUE(decl.Scope() == DS_VAR_INPUT && decl.Section() == u"VAR_INPUT" &&
+                        decl.TypeKind() == DT_FB_INSTANCE && decl.TypeText() == u"TON" &&
+                        decl.Range().empty() && decl.InitialValue().empty() &&
+                        decl.Comment() == u"c" && decl.SecondComment() == longText &&
+                        decl.IsMarked() && decl.Flags() == POUH_DECL_MARK && decl.Word() == 7 &&
+                        decl.Address() == u"%IX0");
+        }
+    }
+    EXPECT_EQ(names, longText);
+    EXPECT_EQ(pairs, count * count);
+    void* slot = nullptr;
+    EXPECT_EQ(ListGet(list, slot, nullptr, LC_NEXT, 0), 2u) << "the position stayed";
+    EXPECT_EQ(lq::Header(header.get()).Kind(), PT_FUNCTION_BLOCK);
+
+    const lq::Declaration none(nullptr);
+    EXPECT_TRUE(none.Name().empty() && none.TypeKind() == 0 && none.Comment().empty() &&
+                none.Section().empty() && !none.IsMarked());
+    EXPECT_TRUE(lq::Header(nullptr).Name().empty() && lq::Header(nullptr).Declarations().empty());
+    EXPECT_TRUE(lq::Task(nullptr).Interval().empty() && lq::Task(nullptr).Units().empty());
+    for (const lq::Declaration decl : lq::Declarations(static_cast<FLIST*>(nullptr))) {
+        ADD_FAILURE() << decl.Record();
+    }
 }
 
 }  // namespace

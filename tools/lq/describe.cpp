@@ -2,7 +2,7 @@
 
 #include "host/text/utf.h"
 #include "lq_base.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace lq::tool {
 

@@ -3,7 +3,7 @@
 #include "host/text/utf.h"
 #include "lq_data/containers.h"
 #include "lq_data/pouh.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/input.h"

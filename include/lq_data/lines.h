@@ -1,0 +1,130 @@
+// The lines of a table, one after the other: position and record.
+//
+//   auto globals = lq::Lines<CgTab::TAB_GLB>(tables);
+//   for (const auto& [pos, line] : globals) ...
+//   if (!globals.IsWhole()) ...  // the table ends in what is no line: a damaged image
+//
+// Each step reads the line behind the one before, as CgTab::Read does, wherever the table stands
+// meanwhile; the loop's body may read and search the set, and append lines, which are then walked,
+// too. Texts behind pointers of a record are the set's, valid until its next read.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+#include "lq_data/cgtab.h"
+
+namespace lq {
+
+namespace detail {
+
+template <CgTab::TAB_ID kId>
+struct RecordOf;
+template <>
+struct RecordOf<CgTab::TAB_DBG> {
+    using Type = CgTab::DBG_INFO;
+};
+template <>
+struct RecordOf<CgTab::TAB_POU> {
+    using Type = CgTab::POU_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_CMP> {
+    using Type = CgTab::CMP_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_GLB> {
+    using Type = CgTab::GLB_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_ADR> {
+    using Type = CgTab::ADR_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_CST> {
+    using Type = CgTab::CstLine;
+};
+template <>
+struct RecordOf<CgTab::TAB_LBL> {
+    using Type = CgTab::LBL_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_TMP> {
+    using Type = CgTab::TMP_LINE;
+};
+template <>
+struct RecordOf<CgTab::TAB_DMM> {
+    using Type = CgTab::DMM_LINE;
+};
+
+}  // namespace detail
+
+// A line's record type.
+template <CgTab::TAB_ID kId>
+using LineRecord = typename detail::RecordOf<kId>::Type;
+
+// The lines of one of tables 0 to 8 that begin at or behind `start` and before `end`, which are
+// positions of lines: all, or the section of a unit (CgTab::POS_DSC). It is walked once.
+template <CgTab::TAB_ID kId>
+class Lines {
+  public:
+    struct Line {
+        int32_t pos;
+        LineRecord<kId> line;
+    };
+
+    class Iterator {
+      public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Line;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Line*;
+        using reference = const Line&;
+
+        Iterator() = default;
+        explicit Iterator(Lines* lines) : lines_(lines) {}
+        reference operator*() const { return lines_->current_; }
+        pointer operator->() const { return &lines_->current_; }
+        Iterator& operator++() {
+            lines_ = lines_->Step() ? lines_ : nullptr;
+            return *this;
+        }
+        void operator++(int) { ++*this; }
+        bool operator==(const Iterator& other) const { return lines_ == other.lines_; }
+
+      private:
+        Lines* lines_ = nullptr;
+    };
+
+    explicit Lines(CgTab& tables) : tables_(tables) {}
+    Lines(CgTab& tables, const CgTab::POS_DSC& section)
+        : tables_(tables), next_(section.start), end_(section.end) {}
+    Lines(const Lines&) = delete;
+    Lines& operator=(const Lines&) = delete;
+
+    Iterator begin() { return Iterator(Step() ? this : nullptr); }
+    Iterator end() { return {}; }
+
+    // Whether the walk has come, or can still come, to the end of the lines: false once something
+    // that is no line lies there, or memory was short.
+    bool IsWhole() const { return isWhole_; }
+
+  private:
+    bool Step() {
+        if (!isWhole_ || next_ >= end_ || !tables_.SetPos(kId, next_) || tables_.End(kId)) {
+            return false;
+        }
+        current_.pos = next_;
+        isWhole_ = tables_.Read(next_, current_.line, 0, nullptr) != 0;
+        return isWhole_;
+    }
+
+    CgTab& tables_;
+    int32_t next_ = 0;
+    int32_t end_ = INT32_MAX;
+    bool isWhole_ = true;
+    Line current_ = {};
+};
+
+}  // namespace lq
