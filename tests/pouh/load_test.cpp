@@ -9,6 +9,7 @@
 #include "pouh/convert_declaration.h"
 #include "pouh/fill_declaration.h"
 #include "pouh/records.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -276,36 +277,19 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
 }
 
 TEST_F(Load, DeclarationsAreCheckedAndMarked) {
-    struct {
-        const char16_t* name;
-        const char16_t* type;
-        lq::host::Section section;
-        const char16_t* init;
-        const char16_t* line;
-    } const cases[] = {
-        {u"x", u"INT", kLocal, u"5", u"1 x : 1 INT := 5"},
-        {u"x", u"STRING(4)", kInput, u"'ab'", u"2 x : 3 STRING(4) := 'ab'"},
-        {u"x", u"ARRAY [1..2] OF INT", kOutput, u"[1,2]", u"5 x : 4 ARRAY [1..2] OF INT := [1,2]"},
-        {u"x", u"Point", kLocal, u"a := 1", u"1 x : 5 Point := a := 1"},
-        {u"x", u"TON", kLocal, u"", u"1 x : 6 TON"},
-        {u"x", u"STRUCT a : INT; END_STRUCT", kLocal, u"", u"1 x : 1 STRUCT a : INT; END_STRUCT"},
-        {u"x", u"VOID", kLocal, u"", u"1 x : 1 ?VOID?"},
-        {u"x", u"Nothing", kLocal, u"", u"1 x : 1 ?Nothing?"},
-        {u"x", u"INT (1..10)", kLocal, u"", u"1 x : 1 ?INT (1..10)?"},
-        {u"x", u"INT", kLocal, u"1 +", u"1 x : 1 INT := ?1 +?"},
-        {u"1x", u"INT", kLocal, u"", u"1 ?1x? : 1 INT"},
-        // External declarations take after the global, if there is one.
-        {u"g", u"INT", kExternal, u"3", u"10 g : 1 INT := ?1 +? @%MW4"},
-        {u"h", u"INT", kExternal, u"3", u"10 h : 1 INT"},
-        {u"g", u"INT", {Scope::kExternal, false, true}, u"3", u"13 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", {Scope::kExternal, true, false}, u"3", u"19 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", {Scope::kExternal, true, true}, u"3", u"20 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", kLocal, u"3", u"1 g : 1 INT := 3"},
-    };
-    for (const auto& c : cases) {
+    for (const auto& row : lq::test::Rows("pouh/texts.rows", "declarations")) {
+        const auto has = [&row](const char* word) {
+            return row[2].find(word) != std::string::npos;
+        };
+        const lq::host::Section section = {has("external") ? Scope::kExternal
+                                           : has("input")  ? Scope::kInput
+                                           : has("output") ? Scope::kOutput
+                                                           : Scope::kLocal,
+                                           has("constant"), has("retain")};
         const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-        project_.AddVar(pou, c.name, c.type, c.section, c.init, u"%IX0.0");
-        EXPECT_EQ(Loaded(pou), Lines{c.line});
+        const auto kept = [&](size_t column) { return project_.Intern(row.Wide(column)); };
+        project_.AddVar(pou, kept(0), kept(1), section, kept(3), u"%IX0.0");
+        EXPECT_EQ(Loaded(pou), Lines{row.Wide(4)}) << row.line;
     }
     EXPECT_EQ(Loaded(globals_), Lines{u"11 g : 1 INT := 1 + @%MW4"}) << "unchecked";
 }
@@ -420,26 +404,16 @@ TEST_F(Load, FunctionBlockOfAnInstance) {
                                      {u"plain", u"INT"}}) {
         project_.AddVar(globals_, name, type, kGlobal);
     }
-    struct {
-        const char16_t* instance;
-        const char16_t* pou;
-        const char16_t* fbType;  // "before" for none
-        // clang-format off
-    } const cases[] = {
-        {u"m", u"Main", u"Motor"}, {u"M", u"main", u"Motor"}, {u"shared", u"Main", u"TON"},
-        {u"shared", u"None", u"Motor"}, {u"shared", nullptr, u"Motor"},
-        {u"number", u"Main", u"Motor"},  // the local one is no instance: on to the globals
-        {u"twice", u"Main", u"TOF"},
-        {u"other", u"Main", u"before"},  // a program is no function block
-        {u"plain", u"Main", u"before"}, {u"none", u"Main", u"before"},
-        {nullptr, u"Main", u"before"},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
+    for (const auto& row : lq::test::Rows("pouh/texts.rows", "instances")) {
         CLQString fbType(u"before");
-        EXPECT_EQ(FindFBName(c.instance, c.pou, &fbType), c.fbType != Text(u"before"));
-        EXPECT_EQ(Text(fbType.GetText()), c.fbType) << testing::PrintToString(c.instance);
+        const bool isFound = row[2] != "before";
+        EXPECT_EQ(FindFBName(row.Wide(0).c_str(), row.Wide(1).c_str(), &fbType), isFound);
+        EXPECT_EQ(fbType.GetText(), row.Wide(2)) << row.line;
     }
+    CLQString fbType;
+    EXPECT_EQ(FindFBName(u"shared", nullptr, &fbType), 1);
+    EXPECT_EQ(FindFBName(nullptr, u"Main", &fbType), 0);
+    EXPECT_EQ(Text(fbType.GetText()), u"Motor");
     project_.Asked();
     EXPECT_EQ(FindFBName(nullptr, u"Main", nullptr) + FindFBName(u"m", u"Main", nullptr), 0);
     EXPECT_EQ(project_.Asked(), u"");

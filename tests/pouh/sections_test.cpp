@@ -5,32 +5,20 @@
 #include "pouh/list_memory.h"
 #include "pouh/lists.h"
 #include "pouh/records.h"
+#include "tests/support/rows.h"
 
 namespace {
 
 using namespace lq::pouh;
 
 TEST(Sections, KeywordsExactly) {
-    // clang-format off
-    const std::pair<const char16_t*, uint32_t> cases[] = {
-        {u"VAR", 1}, {u"VAR_INPUT", 2}, {u"VAR_INPUT CONSTANT", 3}, {u"VAR_IN_EXT", 4},
-        {u"VAR_OUTPUT", 5}, {u"VAR_IN_OUT", 6}, {u"VAR_RETAIN", 7}, {u"VAR_INPUT_RETAIN", 8},
-        {u"VAR_OUTPUT_RETAIN", 9}, {u"VAR_EXTERNAL", 10}, {u"VAR_GLOBAL", 11},
-        {u"VAR_EXTERNAL_RETAIN", 13}, {u"VAR_GLOBAL_RETAIN", 14}, {u"VAR_CONSTANT", 15},
-        {u"VAR_CONSTANT_RETAIN", 16}, {u"VAR_GLOBAL_CONSTANT", 17},
-        {u"VAR_GLOBAL_CONSTANT_RETAIN", 18}, {u"VAR_EXTERNAL_CONSTANT", 19},
-        {u"VAR_EXTERNAL_CONSTANT_RETAIN", 20},
-        // Texts that are no keywords.
-        {u"VAR_INPUT_CONSTANT", 0}, {u"VAR_INPUT  CONSTANT", 0}, {u"var_input", 0},
-        {u"VAR_INPUT ", 0}, {u" VAR", 0}, {u"VA", 0}, {u"", 0}, {nullptr, 0},
-    };
-    // clang-format on
     for (int round = 0; round < 2; ++round) {
-        for (const auto& [keyword, scope] : cases) {
-            EXPECT_EQ(GetDeclScope(keyword), scope)
-                << "round " << round << ", " << testing::PrintToString(keyword);
-            EXPECT_EQ(std::u16string(KeywordOfScope(scope)), scope != 0 ? keyword : u"") << scope;
+        for (const auto& row : lq::test::Rows("pouh/texts.rows", "sections")) {
+            const auto scope = static_cast<uint32_t>(row.Number(1));
+            EXPECT_EQ(GetDeclScope(row.Wide(0).c_str()), scope) << "round " << round << row.line;
+            EXPECT_EQ(KeywordOfScope(scope), scope != 0 ? row.Wide(0) : u"") << row.line;
         }
+        EXPECT_EQ(GetDeclScope(nullptr), DS_UNKNOWN);
         LQHeadReleaseHashTable();
     }
 }
@@ -89,15 +77,11 @@ TEST(Sections, AListIsAsWithoutItsMemory) {
         u"Nobody", u"INTEGER", u"STRUCT END", u" INT", blanks28.c_str(), u"VOID", u"IN",
         blanks29.c_str(), u"BYTE", u"ANY_INT",
     };
+    const char16_t* const keywords[] = {
+        u"VAR", nullptr, u"VAR_INPUT", u"Var", u"VAR_IN", u"", u"VAR_GLOBAL_CONSTANT_RETAIN",
+        tooLong.c_str(),
+    };
     // clang-format on
-    const char16_t* const keywords[] = {u"VAR",
-                                        nullptr,
-                                        u"VAR_INPUT",
-                                        u"Var",
-                                        u"VAR_IN",
-                                        u"",
-                                        u"VAR_GLOBAL_CONSTANT_RETAIN",
-                                        tooLong.c_str()};
     ListMemory memory;
     for (unsigned seed = 1, i = 0; i < 500; ++i) {
         seed = seed * 1664525 + 1013904223;

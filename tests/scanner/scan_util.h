@@ -9,11 +9,11 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <initializer_list>
 
 #include "host/text/utf.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
+#include "tests/support/rows.h"
 
 // The tests' way to a scanner's reader.
 struct ScannerTestAccess {
@@ -186,11 +186,6 @@ inline std::string Scan(const std::u16string& text, std::vector<Place>* places =
 // How many characters a stream hands out at a time.
 inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000};
 
-struct ScanCase {
-    const char16_t* text;
-    const char* tokens;
-};
-
 // Each text must give its tokens, each at its place: from memory, from streams that hand out little
 // at a time, and at every start near the end of a small half.
 inline void CheckScan(const std::u16string& text, const std::string& tokens) {
@@ -216,9 +211,10 @@ inline void CheckScan(const std::u16string& text, const std::string& tokens) {
     }
 }
 
-inline void CheckScans(std::initializer_list<ScanCase> cases) {
-    for (const ScanCase& c : cases) {
-        CheckScan(c.text, c.tokens);
+// A table of texts and their tokens.
+inline void CheckScans(const std::string& table) {
+    for (const Row& row : Rows("scanner/tokens.rows", table)) {
+        CheckScan(row.Wide(0), row[1]);
     }
 }
 
