@@ -1,7 +1,7 @@
 // What the model of a table set does not have: limits, array lines, lines that an image damaged.
 #include "host/mdi/pou_ref.h"
-#include "host/model/project.h"
 #include "tests/cgtab/tables_util.h"
+#include "tests/host/model/model_util.h"
 
 namespace lq::test {
 namespace {
@@ -191,12 +191,8 @@ TEST(Tables, AnImageWithinATable) {
 }
 
 TEST(Tables, AUnitInTheTableIsNoRecursiveOne) {
-    host::Project project;
-    host::Pou pou;
-    pou.name = u"A";
-    host::Pou* edited = project.EditPou(project.AddPou(pou));
-    project.AddCall(*edited, u"A");
-    host::SetProject(&project);
+    host::CurrentProject project;
+    project.AddCall(*project.EditPou(project.NewPou(LQ_KIND_PROGRAM, u"A")), u"A");
     auto tables = NewTables();
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"A"), 1);
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"Z"), 0);
@@ -207,7 +203,6 @@ TEST(Tables, AUnitInTheTableIsNoRecursiveOne) {
     unit.resize(27);
     Get(*tables, CgTab::TAB_POU, unit);
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"a"), 0);
-    host::SetProject(nullptr);
 }
 
 TEST(Tables, UnitsAreNotProvided) {

@@ -15,6 +15,8 @@ namespace {
 
 using namespace lq::pouh;
 using lq::host::Scope;
+using lq::test::Row;
+using lq::test::Rows;
 using Text = std::u16string;
 
 constexpr ID kUnknown = ID(12345);
@@ -67,11 +69,11 @@ Lines Loaded(ID id, int expected = 1) {
 class Load : public testing::Test {
   protected:
     Load() {
-        project_.AddStructure(u"Point", u"c");
-        project_.AddVar(project_.FindDataType(u"Point"), u"y", u"INT", kLocal, u"1");
-        project_.AddVar(project_.FindDataType(u"Point"), u"x", u"BOOL");
-        globals_ = project_.AddGlobals();
-        project_.AddVar(globals_, u"g", u"INT", kGlobal, u"1 +", u"%MW4");
+        project_.NewDataType(u"Point", true, u"c");
+        project_.NewVar(project_.FindDataType(u"Point"), u"y", u"INT", kLocal, u"1");
+        project_.NewVar(project_.FindDataType(u"Point"), u"x", u"BOOL");
+        globals_ = project_.NewList(project_.NewConfiguration());
+        project_.NewVar(globals_, u"g", u"INT", kGlobal, u"1 +", u"%MW4");
         header_ = CreatePOUHeader();
     }
     ~Load() override { DestroyPOUHeader(header_); }
@@ -123,9 +125,9 @@ TEST_F(Load, HeadersAndInterfacesByKindAndEnoFlag) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "kind " << c.kind << " eno " << c.eno);
         const ID id = AddPou(u"F", c.kind, c.eno);
-        project_.AddVar(id, u"a", u"INT", kInput);
-        project_.AddVar(id, u"r", u"INT", kLocal);
-        project_.AddVar(id, u"q", u"INT", kOutput);
+        project_.NewVar(id, u"a", u"INT", kInput);
+        project_.NewVar(id, u"r", u"INT", kLocal);
+        project_.NewVar(id, u"q", u"INT", kOutput);
         for (const int fromDeclManager : {0, 1}) {
             EXPECT_EQ(LoadPOUHeader(header_, id, fromDeclManager), 1);
             EXPECT_EQ(Header(), c.header);
@@ -145,7 +147,7 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
     for (const Scope scope : {Scope::kLocal, Scope::kTemp, Scope::kExternal, Scope::kOutput,
                               Scope::kInOut, Scope::kInExt, Scope::kInput}) {
         for (const int flags : {0, 1, 2}) {
-            project_.AddVar(id, u"x", u"INT", {scope, flags == 1, flags == 2});
+            project_.NewVar(id, u"x", u"INT", {scope, flags == 1, flags == 2});
         }
     }
     POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
@@ -162,32 +164,15 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
 TEST_F(Load, ByName) {
     AddPou(u"Main", LQ_KIND_PROGRAM);
     AddPou(u"TOF", LQ_KIND_PROGRAM);
-    project_.AddStructure(u"Main");
-    struct {
-        const char16_t* name;
-        Text info;   // "none" for a failure
-        Text asked;  // before the declarations
-        // clang-format off
-    } const cases[] = {
-        {u"Main", u"3 Main pou header 0", u"find Main in the POUs; object Main"},
-        {u"TOF", u"3 TOF pou header 0", u"find TOF in the POUs; object TOF"},
-        {u"TON", u"2 TON Delays switching on  0",
-                               u"find TON in the POUs; library 23; library 24; object TON; "
-                               u"declaration IN; check ; declaration PT; check ; declaration Q; "
-                               u"check ; declaration ET; check "},
-        {u"Point", u"5 Point  c 0", u"find Point in the POUs; library 23; library 24; type Point; "
-                                    u"object Point; declaration y; check 1; declaration x; check "},
-        {u"None", u"none", u"find None in the POUs; library 23; library 24; type None"},
-        {u"", u"none", u"find  in the POUs; library 23; library 24; type "},
-        {nullptr, u"none", u""},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
+    project_.NewDataType(u"Main");
+    for (const Row& row : Rows("pouh/texts.rows", "headers by name")) {
         DestroyPOUHeader(std::exchange(header_, CreatePOUHeader()));
-        EXPECT_EQ(LoadPOUHeader(header_, c.name), c.info != u"none");
-        EXPECT_EQ(Info(), c.info);
-        EXPECT_EQ(project_.Asked(), c.asked);
+        EXPECT_EQ(LoadPOUHeader(header_, row.Wide(0).c_str()), row[1] != "none");
+        EXPECT_EQ(Info(), row.Wide(1));
+        EXPECT_EQ(project_.Asked(), row.Wide(2));
     }
+    EXPECT_EQ(LoadPOUHeader(header_, nullptr), 0);
+    EXPECT_EQ(project_.Asked(), u"");
     EXPECT_EQ(LoadPOUHeader(nullptr, u"Main"), 0);
     ASSERT_EQ(LoadPOUHeader(header_, u"Point"), 1);
     EXPECT_EQ(Header(), (Lines{u"1 y : 1 INT := 1", u"1 x : 1 BOOL"})) << "in the model's order";
@@ -198,8 +183,8 @@ TEST_F(Load, ByName) {
 
 TEST_F(Load, FailureKeepsOrRenewsTheOldRecords) {
     const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-    project_.AddVar(pou, u"a", u"INT");
-    const ID other = project_.AddConfigurationNamed(u"Other");
+    project_.NewVar(pou, u"a", u"INT");
+    const ID other = project_.NewConfiguration(u"Other");
     for (const bool hasManagers : {true, false}) {
         ASSERT_EQ(LoadPOUHeader(header_, pou, 0), 1);
         project_.hasManagers = hasManagers;
@@ -226,7 +211,7 @@ TEST_F(Load, FailureKeepsOrRenewsTheOldRecords) {
 // object; objects of another kind than their class.
 TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
     const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-    const ID a = project_.AddVar(pou, u"a", u"INT", kInput);
+    const ID a = project_.NewVar(pou, u"a", u"INT", kInput);
     Members members({kUnknown, a, ID()});
     Odd<LQOBJECT> head(0, nullptr, &members);
     Odd<LQOBJECT> withoutMembers(0);
@@ -277,7 +262,7 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
 }
 
 TEST_F(Load, DeclarationsAreCheckedAndMarked) {
-    for (const auto& row : lq::test::Rows("pouh/texts.rows", "declarations")) {
+    for (const Row& row : Rows("pouh/texts.rows", "declarations")) {
         const auto has = [&row](const char* word) {
             return row[2].find(word) != std::string::npos;
         };
@@ -288,7 +273,7 @@ TEST_F(Load, DeclarationsAreCheckedAndMarked) {
                                            has("constant"), has("retain")};
         const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
         const auto kept = [&](size_t column) { return project_.Intern(row.Wide(column)); };
-        project_.AddVar(pou, kept(0), kept(1), section, kept(3), u"%IX0.0");
+        project_.NewVar(pou, kept(0), kept(1), section, kept(3), u"%IX0.0");
         EXPECT_EQ(Loaded(pou), Lines{row.Wide(4)}) << row.line;
     }
     EXPECT_EQ(Loaded(globals_), Lines{u"11 g : 1 INT := 1 + @%MW4"}) << "unchecked";
@@ -396,15 +381,15 @@ TEST_F(Load, FunctionBlockOfAnInstance) {
                                      {u"number", u"INT"},
                                      {u"twice", u"INT"},
                                      {u"twice", u"TOF"}}) {
-        project_.AddVar(main, name, type);
+        project_.NewVar(main, name, type);
     }
     for (const auto& [name, type] : {std::pair(u"shared", u"Motor"),
                                      {u"number", u"Motor"},
                                      {u"other", u"Main"},
                                      {u"plain", u"INT"}}) {
-        project_.AddVar(globals_, name, type, kGlobal);
+        project_.NewVar(globals_, name, type, kGlobal);
     }
-    for (const auto& row : lq::test::Rows("pouh/texts.rows", "instances")) {
+    for (const Row& row : Rows("pouh/texts.rows", "instances")) {
         CLQString fbType(u"before");
         const bool isFound = row[2] != "before";
         EXPECT_EQ(FindFBName(row.Wide(0).c_str(), row.Wide(1).c_str(), &fbType), isFound);
@@ -424,7 +409,7 @@ TEST_F(Load, Tasks) {
     const char16_t* const names[] = {u"Fast", u"Slow", u"Fast", u"Idle"};
     ID resources[2], ids[4];
     lq::host::Resource resource;
-    resource.configuration = project_.AddConfigurationNamed(u"C");
+    resource.configuration = project_.NewConfiguration(u"C");
     for (int i = 0; i < 4; ++i) {
         resource.name = i < 2 ? u"R1" : u"R2";
         resources[i / 2] = i % 2 == 0 ? project_.AddResource(resource) : resources[i / 2];

@@ -66,8 +66,8 @@ TEST(Sections, InOrderAndGroupsStable) {
 // Whatever was asked before, the answers are those of the functions themselves.
 TEST(Sections, AListIsAsWithoutItsMemory) {
     LoadedProject project;
-    project.AddStructure(u"Point");
-    project.AddPouNamed(u"Motor", LQ_KIND_FUNCTION_BLOCK);
+    project.NewDataType(u"Point");
+    project.NewPou(LQ_KIND_FUNCTION_BLOCK, u"Motor");
     const std::u16string blanks28 = u"INT" + std::u16string(28, u' ');  // as long as is kept
     const std::u16string blanks29 = u"INT" + std::u16string(29, u' ');
     const std::u16string tooLong(40, u'V');

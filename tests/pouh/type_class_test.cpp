@@ -12,10 +12,10 @@ using namespace lq::pouh;
 class TypeClassTest : public testing::Test {
   protected:
     void SetUp() override {
-        project_.AddStructure(u"Point");
-        project_.AddStructure(u"Two words");
-        project_.AddPouNamed(u"Motor", LQ_KIND_FUNCTION_BLOCK);
-        project_.AddPouNamed(u"Main");
+        project_.NewDataType(u"Point");
+        project_.NewDataType(u"Two words");
+        project_.NewPou(LQ_KIND_FUNCTION_BLOCK, u"Motor");
+        project_.NewPou(LQ_KIND_PROGRAM, u"Main");
     }
 
     LoadedProject project_;

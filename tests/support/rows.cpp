@@ -62,7 +62,7 @@ std::vector<Row> Rows(const std::string& file, const std::string& table) {
         } else if (isWanted && !line.empty() && !line.starts_with("// ")) {
             Row& row = rows.emplace_back(Row{line, {}});
             line += ' ';
-            for (size_t at = 0, bar = 0; bar != line.npos; at = bar + 3) {
+            for (size_t at = 0, bar = 0; bar != line.npos; at = bar + 2) {
                 bar = line.find(" | ", at);
                 row.cells.push_back(Trimmed(line.substr(at, bar - at)));
             }

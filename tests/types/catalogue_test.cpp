@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/model/project.h"
 #include "host/text/utf.h"
 #include "lq_data/types.h"
+#include "tests/host/model/model_util.h"
 #include "tests/support/rows.h"
 
 namespace {
@@ -19,15 +19,11 @@ class Catalogue : public testing::Test {
   protected:
     Catalogue() {
         for (const char16_t* name : {u"Motor", u"Two Words", u"A_NAME_OF_MORE_THAN_13"}) {
-            lq::host::DataType type;
-            type.name = project_.Intern(name);
-            project_.AddDataType(type);
+            project_.NewDataType(name);
         }
-        lq::host::SetProject(&project_);
     }
-    ~Catalogue() override { lq::host::SetProject(nullptr); }
 
-    lq::host::Project project_;
+    lq::host::CurrentProject project_;
     IecTypeConv conv_;
 };
 
