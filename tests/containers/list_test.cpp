@@ -10,22 +10,21 @@
 
 #include "tests/containers/list_util.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/rows.h"
 
 namespace lq::test {
 namespace {
 
 TEST(List, CreationBySizeAndType) {
-    // clang-format off
-    const struct { uint32_t type; uint32_t size; bool made; uint32_t slot; } kCases[] = {
-        {0, 0, true, 0}, {0, 7, true, 7}, {1, 0, true, 4}, {1, 4, true, 4}, {1, 3, false, 0},
-        {3, 8, false, 0}, {2, 4, true, 8}, {2, 8, true, 8}, {2, 2, false, 0}, {5, 8, true, 8},
-        {6, 4, true, 4}, {6, 8, false, 0}, {11, 0, true, 4}, {12, 1, true, 1}, {12, 4, false, 0},
-        {13, 4, true, 8}, {13, 16, false, 0}, {14, 0, true, 0}, {14, 4, false, 0}, {99, 0, true, 0},
-    };
-    // clang-format on
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << "type " << c.type << " size " << c.size);
-        const TestList list(static_cast<LIST_ELEMENT_TYPE>(c.type), c.size);
+    for (const Row& row : Rows("containers/lists.rows", "creation")) {
+        SCOPED_TRACE(row.line);
+        const struct {
+            int64_t type, size;
+            bool made;
+            uint32_t slot;
+        } c = {row.Number(0), row.Number(1), !row[2].empty(),
+               row[2].empty() ? 0 : static_cast<uint32_t>(row.Number(2))};
+        const TestList list(static_cast<LIST_ELEMENT_TYPE>(c.type), static_cast<uint32_t>(c.size));
         ASSERT_NE(static_cast<FLIST*>(list), nullptr);
         ASSERT_EQ(list->GetList() != nullptr, c.made);
         EXPECT_EQ(InsertElementOfList(list, nullptr, LC_LAST, 0), c.made ? 1u : 0u);
@@ -244,33 +243,19 @@ void ExpectComparison(LIST_ELEMENT_TYPE type, const void* element, const void* k
 }
 
 TEST(List, ComparisonByType) {
-    const struct {
-        LIST_ELEMENT_TYPE type;
-        int32_t element;
-        int32_t key;
-        bool notLess;
-        bool equal;
-    } kCases[] = {
-        {LET_UNSIGNED_1, -1, 1, true, false}, {LET_UNSIGNED_3, 1, -1, false, false},
-        {LET_UNSIGNED_9, 5, 5, true, true},   {LET_SIGNED_8, -1, 1, false, false},
-        {LET_SIGNED_10, 1, -1, true, false},  {LET_SIGNED_11, INT32_MIN, INT32_MAX, false, false},
-        {LET_UNORDERED, 1, 1, true, false},   {LET_CHAR, 0x7F, 0x80, true, false},  // -128
-        {LET_CHAR, 0x180, 0x80, true, true},  // one byte counts
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << c.type << ": " << c.element << " " << c.key);
-        ExpectComparison(c.type, &c.element, &c.key, c.notLess, c.equal);
+    for (const Row& row : Rows("containers/lists.rows", "comparison")) {
+        SCOPED_TRACE(row.line);
+        const auto element = static_cast<int32_t>(row.Number(1));
+        const auto key = static_cast<int32_t>(row.Number(2));
+        ExpectComparison(static_cast<LIST_ELEMENT_TYPE>(row.Number(0)), &element, &key,
+                         row[3].starts_with("not less"), row[3].ends_with("equal"));
     }
     // Of memory as many bytes as are asked for, or all.
-    const struct {
-        const char* key;
-        int32_t length;
-        bool equal;
-    } kMemory[] = {{"abxy", 2, true},  {"abxy", 3, false}, {"abcx", 3, true},   {"abcx", 4, false},
-                   {"abcx", 0, false}, {"abcx", 9, false}, {"abcx", -1, false}, {"abcd", 9, true}};
-    for (const auto& c : kMemory) {
-        SCOPED_TRACE(testing::Message() << c.key << " " << c.length);
-        ExpectComparison(LET_MEMORY, "abcd", c.key, c.equal, c.equal, c.length);
+    for (const Row& row : Rows("containers/lists.rows", "memory")) {
+        SCOPED_TRACE(row.line);
+        const bool isEqual = row[2] == "equal";
+        ExpectComparison(LET_MEMORY, "abcd", row[0].c_str(), isEqual, isEqual,
+                         static_cast<int32_t>(row.Number(1)));
     }
 }
 
