@@ -76,22 +76,19 @@ TEST(RecordFile, GrowthWithoutMemoryChangesNothing) {
          [](R_FILE& f, const std::string&) { return f.Chsize(f.Filelength() + 100) == 0; }},
     };
     for (const auto& c : cases) {
-        lq::test::RunWithFailures({c.name, [&]() -> lq::test::Attempt {
-                                       const auto file = std::make_shared<R_FILE>(2);
-                                       file->Write("0123456789", 10);
-                                       return [&, file] {
-                                           const std::string before = Text(*file);
-                                           file->Lseek(3, 0);
-                                           const bool grew = c.grows(*file, data);
-                                           EXPECT_TRUE(RecordFileTestAccess::Check(*file));
-                                           if (grew) {
-                                               return Text(*file);
-                                           }
-                                           EXPECT_EQ(Text(*file), before);
-                                           EXPECT_EQ(file->Tell(), 3);
-                                           return lq::test::kShort;
-                                       };
-                                   }});
+        const auto make = [] {
+            auto file = std::make_shared<R_FILE>(2);
+            file->Write("0123456789", 10);
+            return file;
+        };
+        lq::test::RunWithFailures(c.name, make, [&](R_FILE& file) {
+            const std::string before = Text(file);
+            file.Lseek(3, 0);
+            const bool grew = c.grows(file, data);
+            EXPECT_TRUE(RecordFileTestAccess::Check(file));
+            EXPECT_TRUE(grew || (Text(file) == before && file.Tell() == 3));
+            return grew ? Text(file) : lq::test::kShort;
+        });
     }
 }
 

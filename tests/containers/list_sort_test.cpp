@@ -87,16 +87,14 @@ TEST(ListSort, TextsMoveWithTheirElements) {
 TEST(ListSort, WithoutMemoryTheOrderStays) {
     Numbers descending(3 * 255);
     std::iota(descending.rbegin(), descending.rend(), 0);
-    RunWithFailures({"sort", [&]() -> Attempt {
-                         const auto list = std::make_shared<TestList>(descending);
-                         return [=] {
-                             const Numbers before = list->All();
-                             const bool isSorted = SortElementOfList(*list, LC_EQUAL, 0) != 0;
-                             EXPECT_TRUE(ListAccess::Check(*static_cast<FLIST*>(*list)));
-                             EXPECT_TRUE(isSorted || list->All() == before);
-                             return isSorted ? testing::PrintToString(list->All()) : kShort;
-                         };
-                     }});
+    const auto make = [&] { return std::make_shared<TestList>(descending); };
+    RunWithFailures("sort", make, [](const TestList& list) {
+        const Numbers before = list.All();
+        const bool isSorted = SortElementOfList(list, LC_EQUAL, 0) != 0;
+        EXPECT_TRUE(ListAccess::Check(*static_cast<FLIST*>(list)));
+        EXPECT_TRUE(isSorted || list.All() == before);
+        return isSorted ? testing::PrintToString(list.All()) : kShort;
+    });
 }
 
 }  // namespace

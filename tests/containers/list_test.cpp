@@ -388,30 +388,29 @@ TEST(List, AWalkMayRemoveWhatItIsAt) {
 
 // Without memory for a text its element holds none; without memory for a node nothing changes.
 TEST(List, WithoutMemory) {
-    const auto numbers = []() -> Attempt {
-        const auto list = std::make_shared<TestList>(Numbers{});
-        return [=] {
-            for (int32_t number = 0; number < 40; ++number) {
-                const Numbers before = list->All();
-                if (list->Add(number, LC_FIRST) == 0) {
-                    EXPECT_EQ(list->All(), before);
-                    ClearList(*list);
-                    return kShort;
-                }
-                EXPECT_TRUE(ListAccess::Check(*(*list).operator->()));
+    const auto make = [] { return std::make_shared<TestList>(Numbers{}); };
+    RunWithFailures("list of numbers", make, [](const TestList& list) {
+        for (int32_t number = 0; number < 40; ++number) {
+            const Numbers before = list.All();
+            if (list.Add(number, LC_FIRST) == 0) {
+                EXPECT_EQ(list.All(), before);
+                ClearList(list);
+                return kShort;
             }
-            return std::to_string(CardinalityOfList(*list));
-        };
-    };
-    const auto text = []() -> Attempt {
-        const auto list = std::make_shared<TestList>(LET_STRING);
+            EXPECT_TRUE(ListAccess::Check(*list.operator->()));
+        }
+        return std::to_string(CardinalityOfList(list));
+    });
+    const auto makeText = [] {
+        auto list = std::make_shared<TestList>(LET_STRING);
         InsertElementOfList(*list, u"text", LC_LAST, 0);
-        return [=] {
-            const uint32_t at = WriteElementOfList(*list, u"other", nullptr, LC_FIRST, 0);
-            EXPECT_EQ(TextAt(*list, 1), at == 1 ? u"other" : u"(null)");
-            return at == 1 ? "other" : kShort;
-        };
+        return list;
     };
+    RunWithFailures("text", makeText, [](const TestList& list) {
+        const uint32_t at = WriteElementOfList(list, u"other", nullptr, LC_FIRST, 0);
+        EXPECT_EQ(TextAt(list, 1), at == 1 ? u"other" : u"(null)");
+        return at == 1 ? "other" : kShort;
+    });
     const auto creation = [] {
         FLIST* list = CreateList(16, LET_STRING, 0, nullptr);
         const bool made = list && list->GetList();
@@ -419,8 +418,6 @@ TEST(List, WithoutMemory) {
         EXPECT_EQ(DestroyList(list), list ? 1 : 0);
         return made ? "made" : kShort;
     };
-    RunWithFailures({"list of numbers", numbers});
-    RunWithFailures({"text", text});
     RunWithFailures({"list", [&] { return creation; }});
 }
 

@@ -141,24 +141,22 @@ TEST(ArrayExtents, MoveExchangesTheListsAndCopiesTheRest) {
 }
 
 TEST(ArrayExtents, WithoutMemoryTheExtentIsNotStored) {
-    const auto append = []() -> lq::test::Attempt {
-        const auto info = std::make_shared<ArrInfo>();
-        Append(*info, 2);
-        return [=] {
-            const std::string before = Describe(*info);
-            const int isAppended = Append(*info, 3);
-            EXPECT_TRUE(isAppended || Describe(*info) == before);
-            return isAppended ? Describe(*info) : lq::test::kShort;
-        };
+    const auto make = [] {
+        auto info = std::make_shared<ArrInfo>();
+        Fill(*info, IEC_REAL, {2});
+        return info;
     };
-    const auto copy = []() -> lq::test::Attempt {
-        const auto from = std::make_shared<ArrInfo>();
-        Fill(*from, IEC_REAL, {3, 4});
-        const auto to = std::make_shared<ArrInfo>();
-        return [=] { return from->Copy(*to) ? Describe(*to) : lq::test::kShort; };
-    };
-    lq::test::RunWithFailures({"extent", append});
-    lq::test::RunWithFailures({"copy", copy});
+    lq::test::RunWithFailures("extent", make, [](ArrInfo& info) {
+        const std::string before = Describe(info);
+        const int isAppended = Append(info, 3);
+        EXPECT_TRUE(isAppended || Describe(info) == before);
+        return isAppended ? Describe(info) : lq::test::kShort;
+    });
+    ArrInfo from;
+    Fill(from, IEC_REAL, {3, 4});
+    lq::test::RunWithFailures("copy", make, [&from](ArrInfo& to) {
+        return from.Copy(to) ? Describe(to) : lq::test::kShort;
+    });
 }
 
 }  // namespace

@@ -197,16 +197,17 @@ TEST(Literal, OwnsItsTextUntilItIsGivenUp) {
 }
 
 TEST(Literal, WithoutMemoryTheOldTextStays) {
-    lq::test::RunWithFailures({"text", []() -> lq::test::Attempt {
-                                   const auto lit = std::make_shared<Lit>();
-                                   lit->SetText(u"1");
-                                   return [=] {
-                                       const std::u16string before = lit->text;
-                                       const int set = lit->SetText(u"23");
-                                       EXPECT_EQ(lit->text, set ? u"23" : before);
-                                       return set ? "23" : lq::test::kShort;
-                                   };
-                               }});
+    const auto make = [] {
+        auto lit = std::make_shared<Lit>();
+        lit->SetText(u"1");
+        return lit;
+    };
+    lq::test::RunWithFailures("text", make, [](Lit& lit) {
+        const std::u16string before = lit.text;
+        const int set = lit.SetText(u"23");
+        EXPECT_EQ(lit.text, set ? u"23" : before);
+        return set ? "23" : lq::test::kShort;
+    });
 }
 
 TEST(ValueText, WithoutMemoryThereIsNoValue) {
