@@ -7,6 +7,7 @@
 
 #include "cgtab/record_file_test_access.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -93,28 +94,24 @@ TEST(RecordFile, GrowthWithoutMemoryChangesNothing) {
 }
 
 TEST(RecordFile, ComparesAndPassesOverTheRecord) {
-    struct {
-        const char* data;
-        uint32_t len;
-        int32_t total;
-        int nocase;
-        int sign;  // 7: the result is not written
-        int status;
-    } const cases[] = {
-        {"record", 6, 10, 0, 0, 0},     {"RECord", 6, 10, 1, 0, 0}, {"RECord", 6, 10, 0, -1, 0},
-        {"recoxx", 6, 10, 0, 1, 0},     {"zecord", 6, 6, 1, 1, 0},  {"record[", 7, 10, 1, -1, 0},
-        {"record\x9B", 7, 10, 1, 1, 0}, {"", 0, 10, 0, 7, 0},       {"", 0, 0, 0, 7, 0},
-        {"record", 6, 11, 0, 7, -1},    {"record", 6, 5, 0, 7, -1}, {"record", 6, -1, 0, 7, -1},
-    };
     for (const uint32_t blockSize : {1u, 5u, 64u}) {
         R_FILE file(blockSize);
         file.Write("..record{ab!", 12);
-        for (const auto& c : cases) {
+        for (const lq::test::Row& row : lq::test::Rows("cgtab/declarations.rows", "comparison")) {
+            const std::string data = row[0];
+            const auto total = static_cast<int32_t>(row.Number(1));
             file.Lseek(2, 0);
             int result = 7;
-            EXPECT_EQ(file.Cmp({c.data, c.len, c.total, c.nocase}, &result), c.status) << c.data;
-            EXPECT_EQ(result == 7 ? 7 : (result > 0) - (result < 0), c.sign) << c.data;
-            EXPECT_EQ(file.Tell(), c.status == 0 ? 2 + c.total : 2) << c.data;
+            EXPECT_EQ(file.Cmp({data.data(), static_cast<uint32_t>(data.size()), total,
+                                row[2] == "no case" ? 1 : 0},
+                               &result),
+                      row[3] == "refused" ? -1 : 0)
+                << row.line;
+            EXPECT_EQ(result == 7 ? row[3] == "refused" || row[3] == "passed"
+                                  : (result > 0) - (result < 0) == row.Number(3),
+                      true)
+                << row.line;
+            EXPECT_EQ(file.Tell(), row[3] == "refused" ? 2 : 2 + total) << row.line;
         }
     }
 }

@@ -155,6 +155,7 @@ TEST(List, TextsAreOwnedCopies) {
                   1u);
         EXPECT_EQ(WriteElementOfList(list, nullptr, nullptr, LC_FIRST, 0), 1u);
         EXPECT_EQ(TextAt(list, 1), u"Motor");
+        EXPECT_EQ(FindElementOfList(list, nullptr, u"zz", LC_NOT_LESS, 0), 2u) << "no text";
 
         list.Go(LC_REWIND);
         RemoveElementOfList(list, nullptr, u"", LC_AT_INDEX, 2);
@@ -176,6 +177,7 @@ TEST(List, ElementsByNode) {
     EXPECT_EQ(ListAccess::CurrentIndex(*list), 1u);
     void* c = add(3, a);
     EXPECT_EQ(ListAccess::CurrentIndex(*list), 0u);
+    EXPECT_TRUE(ListAccess::Check(*list));
     void* b = add(2, a);
     EXPECT_EQ(list.All(), (Numbers{1, 2, 3}));
     EXPECT_EQ(static_cast<CGList::CNode*>(a)->next, b);
@@ -240,6 +242,12 @@ void ExpectComparison(LIST_ELEMENT_TYPE type, const void* element, const void* k
     EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_NOT_LESS, length), notLess);
     list.Go(LC_REWIND);
     EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_EQUAL, length), equal);
+    char16_t own[8] = {};  // what is handed out is the key where there is none
+    std::memcpy(own, key, 4);
+    if (type == LET_MEMORY || type == LET_SIGNED_8) {
+        list.Go(LC_REWIND);
+        EXPECT_EQ(FindElementOfList(list, own, nullptr, LC_NOT_LESS, length), notLess);
+    }
 }
 
 TEST(List, ComparisonByType) {

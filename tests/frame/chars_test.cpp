@@ -10,7 +10,7 @@ namespace {
 using namespace lq::chars;
 
 TEST(Chars, ClassesAndCase) {
-    for (const auto& row : lq::test::Rows("frame/chars.rows", "classes")) {
+    for (const auto& row : lq::test::Rows("frame/frame.rows", "classes")) {
         SCOPED_TRACE(row.line);
         const char16_t c = row.Wide(0)[0];
         EXPECT_EQ(IsLetter(c), row[1] == "letter");
@@ -21,7 +21,7 @@ TEST(Chars, ClassesAndCase) {
 }
 
 TEST(Chars, ComparisonWithoutCase) {
-    for (const auto& row : lq::test::Rows("frame/chars.rows", "order without case")) {
+    for (const auto& row : lq::test::Rows("frame/frame.rows", "order without case")) {
         const std::u16string a = row.Wide(0), b = row.Wide(1);
         const int order = CompareNoCase(a.c_str(), b.c_str());
         EXPECT_EQ((order > 0) - (order < 0), row.Number(2)) << row.line;

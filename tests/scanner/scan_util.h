@@ -28,31 +28,20 @@ struct ScannerTestAccess {
 
 namespace lq::test {
 
-// Hands out at most `step` characters a call.
-class SlowStream : public STREAM_W {
+// Hands out at most `step` characters of the text a call.
+class SlowStream : public MEMSTREAM_W {
   public:
-    SlowStream(std::u16string text, int32_t step) : text_(std::move(text)), step_(step) {}
+    SlowStream(const std::u16string& text, int32_t step)
+        : MEMSTREAM_W(text.data(), static_cast<int32_t>(text.size()),
+                      static_cast<int32_t>(text.size()), nullptr),
+          step_(step) {}
 
-    int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR*) override {
-        const auto left = static_cast<int32_t>(text_.size()) - read_;
-        const int32_t n = std::min({count, step_, left});
-        std::copy_n(text_.data() + read_, n, buffer);
-        read_ += n;
-        return n;
+    int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR* error) override {
+        return MEMSTREAM_W::GetBlock(buffer, std::min(count, step_), error);
     }
-    int32_t PutBlock(const char16_t*, int32_t, STREAMERROR*) override { return 0; }
-    int32_t TellRead() override { return read_; }
-    int32_t TellWrite() override { return 0; }
-    int SeekRead(int32_t position, STREAMERROR*) override {
-        read_ = position;
-        return 1;
-    }
-    int SeekWrite(int32_t, STREAMERROR*) override { return 0; }
 
   private:
-    std::u16string text_;
     int32_t step_;
-    int32_t read_ = 0;
 };
 
 inline std::unique_ptr<Scanner> NewScanner() {
@@ -165,12 +154,7 @@ class TestScanner {
 
   private:
     STREAM_W& MakeStream(int32_t step) {
-        const auto size = static_cast<int32_t>(text_.size());
-        if (step == 0) {
-            streams_.push_back(std::make_unique<MEMSTREAM_W>(text_.data(), size, size, nullptr));
-        } else {
-            streams_.push_back(std::make_unique<SlowStream>(text_, step));
-        }
+        streams_.push_back(std::make_unique<SlowStream>(text_, step != 0 ? step : INT32_MAX));
         return *streams_.back();
     }
 
