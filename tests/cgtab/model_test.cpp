@@ -385,6 +385,9 @@ class Twin {
         char usr[4] = {};
         const bool here = pos == -1;
         const bool withUsr = Below(2) == 0;
+        if constexpr (std::is_same_v<Line, CgTab::CstLine>) {
+            std::fill(std::begin(line.val.payload), std::end(line.val.payload), 0xEE);
+        }
         ASSERT_EQ(set_->Read(pos, line, keep, withUsr ? usr : nullptr), 1) << index;
         EXPECT_EQ(pos, here ? -1 : PosOf(id, index + 1));
         EXPECT_EQ(Bytes(usr, sizes_[id]), withUsr ? model.usr : Bytes(sizes_[id], 0));
@@ -410,7 +413,9 @@ class Twin {
                       static_cast<uint32_t>(model.head[0] << 8 | model.head[1]));
         } else if constexpr (std::is_same_v<Line, CgTab::CstLine>) {
             EXPECT_EQ(static_cast<char>(line.val.type), model.head[0]);
-            EXPECT_EQ(std::memcmp(line.val.payload, extra.data(), extra.size() - 4), 0);
+            Bytes payload = extra.substr(0, extra.size() - 4);
+            payload.resize(sizeof(line.val.payload));
+            EXPECT_EQ(std::memcmp(line.val.payload, payload.data(), payload.size()), 0);
         } else if constexpr (std::is_same_v<Line, CgTab::LBL_LINE>) {
             EXPECT_EQ(line.info, static_cast<uint32_t>(extra[0]));
         } else if constexpr (std::is_same_v<Line, CgTab::TMP_LINE>) {

@@ -60,6 +60,11 @@ TEST(RecordFile, RefusedArgumentsChangeNothing) {
     EXPECT_EQ(file.Tell(), 8);
     EXPECT_EQ(Text(file), "0123456789");
     EXPECT_TRUE(RecordFileTestAccess::Check(file));
+    const void* piece = nullptr;
+    for (const int32_t at : {0, 1, 2, 3, 8, 9}) {
+        file.Lseek(at, 0);
+        EXPECT_EQ(file.BlRead(piece), static_cast<uint32_t>(at < 4 ? 4 - at : 10 - at)) << at;
+    }
 }
 
 // Every growth of a file whose blocks fill several nodes and chunks of nodes.

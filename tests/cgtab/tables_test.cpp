@@ -98,6 +98,11 @@ TEST(Tables, ArraysComeBackAsTheyWere) {
     at = tables->Insert(u"t", IEC_ARRAY, {.arr = {&read, 20}}, 1);
     tables->Clear(CgTab::TAB_ARR);
     EXPECT_EQ(tables->Read(at, line, 0, nullptr), 0) << "without its array";
+    ArrInfo bare;
+    array = {&bare, 5};
+    EXPECT_EQ(at = CgTabAccess::InsertArray(*tables, array), 0) << "without extents";
+    EXPECT_EQ(CgTabAccess::ReadArray(*tables, at, array), 1);
+    EXPECT_EQ(array.elemDsc, 0u);
 }
 
 // Lines that are wrong behind good ones: they give nothing, and the table is rewound.
@@ -165,6 +170,7 @@ TEST(Tables, LinesWithoutRoomForTheirUserArea) {
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "xy", 1), 7);
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "zz", 1), -1);
     EXPECT_EQ(tables->Read(pos = 0, line, 0, usr), 0) << "a name of one byte, that the area takes";
+    EXPECT_EQ(tables->Insert(CgTab::DBG_INFO{nullptr, 0}), 18) << "no data need no place";
 }
 
 // A use that cannot be counted is no reason not to find the line.

@@ -39,7 +39,12 @@ TEST(HashTable, EmptyAndNullKeys) {
     EXPECT_NE(table.Insert(u"", 1), nullptr);
     EXPECT_EQ(table.GetID(nullptr), -1);
     EXPECT_EQ(table.RemoveKey(nullptr), 0);
-    EXPECT_EQ(table.GetID(u""), 1);
+    EXPECT_EQ(table.GetPos(u"", pos), 1);
+    EXPECT_EQ(table.GetNext(nullptr, pos), -1);
+    EXPECT_EQ(pos, nullptr);
+    HashTable resized(5, 1);
+    resized.InitHashTable(0);
+    EXPECT_EQ(resized.GetHashTableSize(), 1u);
 
     // The position before the first entry outlives the entries; behind the last there is none.
     const char16_t* key = u"?";
@@ -133,8 +138,9 @@ TEST(HashTable, OrderWithoutMemoryForBuckets) {
         EXPECT_EQ(table.GetNext(u"B", pos), 22);
         table.GetPos(u"e", pos);
         EXPECT_EQ(table.GetNext(u"a", pos), -1);
-        EXPECT_EQ(table.RemoveKey(u"E", 18), 1);
-        EXPECT_EQ(OrderOf(table).find("E18"), std::string::npos);
+        EXPECT_EQ(table.RemoveKey(u"E", 11), 1);
+        EXPECT_EQ(OrderOf(table).find("e11"), std::string::npos);
+        EXPECT_EQ(AllOf(table, u"e"), (std::vector<int32_t>{25, 18, 4}));
         EXPECT_EQ(table.GetHashTableAssoc() == nullptr, &table != tables);
     }
     EXPECT_EQ(OrderOf(tables[1]), OrderOf(tables[0])) << "with memory back";

@@ -93,12 +93,12 @@ TEST_F(Frame, ChoosesTheCodePage) {
         folder_.Write("user/registry.ini", registry(row[0]));
         folder_.Write("machine/registry.ini", registry(row[1]));
         // Only this one name is there, and no other folder has a library for this module's name.
-        LQ_MODULE other{u"other"};
+        LQ_MODULE other{u"an other"};
         std::filesystem::remove_all(Path("rc"));
         folder_.Write("rc/unused", "");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "");
-        CopyEnglish("rc/other_RC_" + row[2] + ".dll");
+        CopyEnglish("rc/an other_RC_" + row[2] + ".dll");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "STRING");
     }
@@ -151,11 +151,11 @@ TEST_F(Frame, LeavesNothingWhenDetachedWithLittleMemoryToo) {
 }
 
 TEST_F(Frame, FallsBackToTheApplicationsStrings) {
-    const LQ_STRING_RESOURCE strings[] = {{6491, u"own"}, {77, u"seventy-seven"}};
+    const LQ_STRING_RESOURCE strings[] = {{6491, u"own"}, {70077, u"seventy-seven"}};
     const LQ_STRING_TABLE table{2, strings};
     SetApplicationStrings(&table);
     EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
-    EXPECT_STREQ(Utf8(GetResString(77)).c_str(), "seventy-seven");
+    EXPECT_STREQ(Utf8(GetResString(70077)).c_str(), "seventy-seven");
     EXPECT_STREQ(Utf8(GetResString(78)).c_str(), "");
     // Without a resource library the application's texts count, and behind them the English ones.
     LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);

@@ -92,7 +92,7 @@ class Registry : public testing::Test {
   protected:
     Registry() : moved_("LQ_DATA_CONFIG", folder_.GetPath().c_str()) {
         folder_.Write("user/registry.ini",
-                      "[SOFTWARE\\Firm\\App]\nNumber=1252\nHex=0x3A4\nText=ab\nMixed=12ab\n"
+                      "[SOFTWARE\\Firm\\App]\nNumber=1252\nHex=0x3A4\nText=ab\nMixed=12ab\nNone=\n"
                       "[SOFTWARE\\Empty]\n[SOFTWARE\\Last]");
         folder_.Write("machine/registry.ini", "[SOFTWARE\\Machine]\nNumber=932\n");
     }
@@ -130,6 +130,7 @@ TEST_F(Registry, ReadsValues) {
         {u"NUMBER", 8, ERROR_SUCCESS, REG_DWORD, 4, u"\x4E4\0??"sv},
         {u"Hex", 4, ERROR_SUCCESS, REG_DWORD, 4, u"\x3A4\0??"sv},
         {u"Number", 3, ERROR_MORE_DATA, REG_DWORD, 4, u"????"sv},
+        {u"None", 8, ERROR_SUCCESS, REG_SZ, 2, u"\0???"sv},
         {u"Text", 6, ERROR_SUCCESS, REG_SZ, 6, u"ab\0?"sv},
         {u"Text", 5, ERROR_MORE_DATA, REG_SZ, 6, u"????"sv},
         {u"Mixed", 8, ERROR_MORE_DATA, REG_SZ, 10, u"????"sv},

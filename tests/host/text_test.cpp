@@ -70,6 +70,8 @@ TEST(Text, Formats) {
               u"[  ab|ab  |ab|    a]");
     EXPECT_EQ(formatted(u"%s", static_cast<const char16_t*>(nullptr)), u"(null)");
     EXPECT_EQ(formatted(u"100%% %q %d", 7), u"100% %q 7");
+    const std::u16string large(5000, u'x');
+    EXPECT_EQ(formatted(u"%s", large.c_str()), large);
     EXPECT_EQ(formatted(u"%"), u"%");
     EXPECT_EQ(formatted(u""), u"");
 }

@@ -158,6 +158,11 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
         scopes += u" " + Number(decl->scope);
     }
     EXPECT_EQ(scopes, u" 2 3 4 4 4 8 6 6 6 5 5 9");
+    POUH_DECL_LIST_TYP* replaced = CreatePOUHDeclList();
+    replaced->list = ListOf(list);
+    EXPECT_EQ(LoadInterface(list, dynamic_cast<LQPOU*>(project_.GetView(id))), 1);
+    EXPECT_EQ(CardinalityOfList(ListOf(replaced)), 12u) << "and not destroyed";
+    DestroyPOUHDeclList(replaced);
     DestroyPOUHDeclList(list);
 }
 
@@ -294,6 +299,7 @@ TEST_F(Load, NameOfReturnValue) {
         {u"1x", u"INT", true, u"1x"},
         {u"1x", u"Nothing", true, u"1x"},
         {u"1x", u"STRING", true, u"?1x?"},
+        {u"1x", u"Point", true, u"?1x?"},
         {tooLong, u"STRING", true, tooLong},
     };
     for (const auto& c : cases) {
@@ -375,6 +381,7 @@ TEST_F(Load, HiddenHeaders) {
 
 TEST_F(Load, FunctionBlockOfAnInstance) {
     AddPou(u"Motor", LQ_KIND_FUNCTION_BLOCK);
+    AddPou(u"Sum", LQ_KIND_FUNCTION);
     const ID main = AddPou(u"Main", LQ_KIND_PROGRAM);
     for (const auto& [name, type] : {std::pair(u"m", u"Motor"),
                                      {u"shared", u"TON"},
@@ -386,6 +393,7 @@ TEST_F(Load, FunctionBlockOfAnInstance) {
     for (const auto& [name, type] : {std::pair(u"shared", u"Motor"),
                                      {u"number", u"Motor"},
                                      {u"other", u"Main"},
+                                     {u"sum", u"Sum"},
                                      {u"plain", u"INT"}}) {
         project_.NewVar(globals_, name, type, kGlobal);
     }

@@ -138,6 +138,13 @@ TEST(PouhMemory, Tasks) {
         return names;
     };
     RunWithFailures({"task list", [&] { return createList; }});
+    const auto make = [] { return std::shared_ptr<FLIST>(NewNameList(), DestroyList); };
+    RunWithFailures("names for a list", make, [](FLIST& list) {
+        EXPECT_EQ(LoadTaskList(&list), 1);
+        const Lines names = Names(&list);  // each is there
+        ClearList(&list);
+        return names.size() == 22 ? Joined(names) : kShort;
+    });
 }
 
 TEST(PouhMemory, RegroupingLeavesTheOldOrder) {

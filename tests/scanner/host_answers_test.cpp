@@ -23,8 +23,10 @@ class HostAnswers : public testing::Test {
             const std::u16string_view all(text);
             return a == 1 && b == 1 && all.back() >= u'0' && all.back() <= u'9' ? 1 : 0;
         };
-        host::SetExtendedIdentifiers(
-            [](const char16_t* text) { return std::u16string_view(text).back() == u'!'; });
+        host::SetExtendedIdentifiers([](const char16_t* text) {
+            const char16_t last = std::u16string_view(text).back();
+            return last == u'!' || last == u' ';
+        });
     }
     ~HostAnswers() override {
         host::GetAddressRules() = {};

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <utility>
@@ -28,7 +29,7 @@ struct ScannerTestAccess {
 
 namespace lq::test {
 
-// Hands out at most `step` characters of the text a call.
+// Hands out at most `step` characters of the text a call; where it is negative, it claims more.
 class SlowStream : public MEMSTREAM_W {
   public:
     SlowStream(const std::u16string& text, int32_t step)
@@ -37,7 +38,8 @@ class SlowStream : public MEMSTREAM_W {
           step_(step) {}
 
     int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR* error) override {
-        return MEMSTREAM_W::GetBlock(buffer, std::min(count, step_), error);
+        const int32_t got = MEMSTREAM_W::GetBlock(buffer, std::min(count, std::abs(step_)), error);
+        return step_ < 0 && got == count ? got + 9 : got;
     }
 
   private:
@@ -168,7 +170,7 @@ inline std::string Scan(const std::u16string& text, std::vector<Place>* places =
 }
 
 // How many characters a stream hands out at a time.
-inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000};
+inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000, -1000};
 
 // Each text must give its tokens, each at its place: from memory, from streams that hand out little
 // at a time, and at every start near the end of a small half.

@@ -1,4 +1,5 @@
 // Checked arithmetic, and the extents of arrays, which it counts.
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -134,7 +135,9 @@ TEST(ArrayExtents, MoveExchangesTheListsAndCopiesTheRest) {
     ArrInfo to;
     Fill(from, IEC_REAL, {3, 4});
     Fill(to, IEC_INT, {9});
+    from.total.sign = 1;
     EXPECT_EQ(from.Move(to), 1);
+    EXPECT_EQ(std::exchange(to.total.sign, 0), 1);
     EXPECT_EQ(Describe(from), "9: 9 = 12");
     EXPECT_EQ(Append(to, 7), 1);
     EXPECT_EQ(Describe(to), "9: 3 4 7 = 84");
