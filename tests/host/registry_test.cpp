@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -14,7 +15,6 @@ namespace {
 using namespace lq::host;
 using lq::test::Row;
 using lq::test::Rows;
-using namespace std::string_view_literals;
 
 // The inputs are INI lines below "[Options]"; the key asked for is "Length", the fallback 32.
 TEST(Settings, ReadsIntegers) {
@@ -119,36 +119,25 @@ TEST_F(Registry, OpensTheKeysThatExist) {
 }
 
 TEST_F(Registry, ReadsValues) {
-    const struct {
-        const char16_t* name;
-        uint32_t capacity;
-        int32_t result;
-        uint32_t type, size;
-        std::u16string_view text;  // what the buffer holds afterwards; at first u"????"
-    } cases[] = {
-        {u"Number", 4, ERROR_SUCCESS, REG_DWORD, 4, u"\x4E4\0??"sv},
-        {u"NUMBER", 8, ERROR_SUCCESS, REG_DWORD, 4, u"\x4E4\0??"sv},
-        {u"Hex", 4, ERROR_SUCCESS, REG_DWORD, 4, u"\x3A4\0??"sv},
-        {u"Number", 3, ERROR_MORE_DATA, REG_DWORD, 4, u"????"sv},
-        {u"None", 8, ERROR_SUCCESS, REG_SZ, 2, u"\0???"sv},
-        {u"Text", 6, ERROR_SUCCESS, REG_SZ, 6, u"ab\0?"sv},
-        {u"Text", 5, ERROR_MORE_DATA, REG_SZ, 6, u"????"sv},
-        {u"Mixed", 8, ERROR_MORE_DATA, REG_SZ, 10, u"????"sv},
-        {u"Missing", 8, ERROR_FILE_NOT_FOUND, 99, 8, u"????"sv},
-    };
     HKEY key = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"SOFTWARE\\Firm\\App", 0, KEY_READ, &key), 0);
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(c.name)));
+    const std::map<std::string, std::pair<int32_t, uint32_t>> results = {
+        {"number", {ERROR_SUCCESS, REG_DWORD}},
+        {"text", {ERROR_SUCCESS, REG_SZ}},
+        {"number, no room", {ERROR_MORE_DATA, REG_DWORD}},
+        {"text, no room", {ERROR_MORE_DATA, REG_SZ}},
+        {"none", {ERROR_FILE_NOT_FOUND, 99}},
+    };
+    for (const Row& row : Rows("host/settings.rows", "values")) {
+        SCOPED_TRACE(row.line);
         char16_t buffer[] = u"????";
         uint32_t type = 99;
-        uint32_t size = c.capacity;
-        EXPECT_EQ(RegQueryValueExW(key, c.name, nullptr, &type,
-                                   reinterpret_cast<unsigned char*>(buffer), &size),
-                  c.result);
-        EXPECT_EQ(type, c.type);
-        EXPECT_EQ(size, c.size);
-        EXPECT_EQ(std::u16string_view(buffer, c.text.size()), c.text);
+        auto size = static_cast<uint32_t>(row.Number(1));
+        const int32_t result = RegQueryValueExW(key, row.Wide(0).c_str(), nullptr, &type,
+                                                reinterpret_cast<unsigned char*>(buffer), &size);
+        EXPECT_EQ(std::pair(result, type), results.at(row[2]));
+        EXPECT_EQ(size, row.Number(3));
+        EXPECT_EQ(std::u16string(buffer, 4), row.Wide(4));
     }
     RegCloseKey(key);
 }

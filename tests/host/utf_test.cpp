@@ -38,45 +38,22 @@ TEST(Utf, DecodesSourcesStrictly) {
 }
 
 TEST(Utf, EncodesLoneSurrogatesAsReplacement) {
-    const std::string replacement = "\xEF\xBF\xBD";
-    const std::pair<std::u16string, std::string> cases[] = {
-        {{u'a', 0xD800}, "a" + replacement},
-        {{0xDC00, 0xD800}, replacement + replacement},
-        {{0xD800, u'a'}, replacement + "a"},
-        {{0xD800, 0xE000}, replacement + "\uE000"},
-        {{0xD800, 0xD83D, 0xDE00}, replacement + "\U0001F600"},
-    };
-    for (const auto& [text, bytes] : cases) {
-        EXPECT_EQ(EncodeUtf8(text), bytes) << testing::PrintToString(text);
+    for (const Row& row : Rows("host/texts.rows", "lone surrogates")) {
+        EXPECT_EQ(EncodeUtf8(row.Wide(0)), row[1]) << row.line;
     }
 }
 
 TEST(Utf, CopiesCutBetweenCharacters) {
-    const struct {
-        const char* bytes;
-        std::size_t size;
-        bool fits;
-        std::u16string text;
-    } cases[] = {
-        {"abc", 4, true, u"abc"},
-        {"abc", 3, false, u"ab"},
-        {"abc", 1, false, u""},
-        {"a\xF0\x9F\x98\x80", 4, true, u"a\U0001F600"},
-        {"a\xF0\x9F\x98\x80", 3, false, u"a"},
-        {"a\xFF\xE3\x81z", 8, true, u"a\uFFFD\uFFFDz"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.bytes);
+    for (const Row& row : Rows("host/texts.rows", "copies to UTF-16")) {
+        const auto size = static_cast<std::size_t>(row.Number(1));
         char16_t wide[8];
-        EXPECT_EQ(CopyUtf8ToUtf16(c.bytes, wide, c.size), c.fits);
-        EXPECT_EQ(std::u16string(wide), c.text);
+        EXPECT_EQ(CopyUtf8ToUtf16(row[0].c_str(), wide, size), row[2].empty()) << row.line;
+        EXPECT_EQ(wide, row.Wide(3)) << row.line;
     }
-    for (const auto& [text, bytes, fits] :
-         {std::tuple(u"a\u3042", "a\u3042", true), std::tuple(u"ab\u3042", "ab", false),
-          std::tuple(u"", "", true), std::tuple(u"\U0001F600a", "\U0001F600", false)}) {
+    for (const Row& row : Rows("host/texts.rows", "copies to five bytes")) {
         char narrow[5];
-        EXPECT_EQ(CopyUtf16ToUtf8(text, narrow, 5), fits);
-        EXPECT_STREQ(narrow, bytes);
+        EXPECT_EQ(CopyUtf16ToUtf8(row.Wide(0).c_str(), narrow, 5), row[1].empty()) << row.line;
+        EXPECT_EQ(narrow, row[2]) << row.line;
     }
 }
 
