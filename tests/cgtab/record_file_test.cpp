@@ -37,22 +37,18 @@ TEST(RecordFile, RefusedArgumentsChangeNothing) {
         int64_t result;
         int64_t expected;
     } cases[] = {
-        {"seek behind the end", seek(1, 2), -1},
-        {"seek before the start", seek(-1, 0), -1},
-        {"seek far ahead", seek(kMax, 1), -1},
-        {"seek far back", seek(INT32_MIN, 2), -1},
-        {"no such origin", seek(0, 3), -1},
-        {"no such origin", seek(0, -1), -1},
-        {"gap below 0", file.Insert(-1), -1},
-        {"gap too large", file.Insert(kMax - 9), -1},
-        {"delete below 0", file.Delete(-1), -1},
-        {"delete past the end", file.Delete(3), -1},
-        {"delete nothing", file.Delete(0), 0},
-        {"size below 0", file.Chsize(-1), -1},
+        // clang-format off
+        {"seek behind the end", seek(1, 2), -1}, {"seek before the start", seek(-1, 0), -1},
+        {"seek far ahead", seek(kMax, 1), -1}, {"seek far back", seek(INT32_MIN, 2), -1},
+        {"no such origin", seek(0, 3), -1}, {"no such origin", seek(0, -1), -1},
+        {"gap below 0", file.Insert(-1), -1}, {"gap too large", file.Insert(kMax - 9), -1},
+        {"delete below 0", file.Delete(-1), -1}, {"delete past the end", file.Delete(3), -1},
+        {"delete nothing", file.Delete(0), 0}, {"size below 0", file.Chsize(-1), -1},
         {"size below the position", file.Chsize(7), -1},
         {"write too much", file.Write(&byte, kMax - 7), 0},
         {"write far too much", file.Write(&byte, UINT32_MAX), 0},
         {"insert too much", file.InsWrite(&byte, UINT32_MAX), 0},
+        // clang-format on
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.result, c.expected) << c.what;

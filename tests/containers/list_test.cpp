@@ -44,7 +44,7 @@ TEST(List, CreationBySizeAndType) {
 
 // Elements of every size appended and walked over, by the handle and by the member functions.
 TEST(List, IsAppendedToAndWalkedOver) {
-    for (const uint32_t size : {0u, 1u, 2u, 4u, 5u, 8u, 24u}) {
+    for (const uint32_t size : {0u, 1u, 2u, 4u, 5u, 8u, 24u, 100u}) {
         SCOPED_TRACE(testing::Message() << "elements of " << size << " bytes");
         const TestList list(LET_MEMORY, size);
         const auto element = [size](uint32_t i) {

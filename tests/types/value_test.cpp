@@ -11,6 +11,7 @@
 #include "lq_data/types.h"
 #include "tests/support/memory_jobs.h"
 #include "tests/support/rows.h"
+#include "tests/support/test_allocator.h"
 
 namespace {
 
@@ -223,6 +224,15 @@ TEST(ValueText, WithoutMemoryThereIsNoValue) {
         };
         lq::test::RunWithFailures({"value", [&] { return read; }});
     }
+    const std::unique_ptr<CObject> object(Scanner::CreateObject());
+    Scanner& scanner = static_cast<Scanner&>(*object);
+    const auto size = static_cast<int32_t>(longReal.size());
+    MEMSTREAM_W stream(longReal.c_str(), size, size, nullptr);
+    scanner.Initialize(stream);
+    const lq::test::FailingAllocation failing(1, true);
+    Val value(1u);
+    EXPECT_EQ(value.Set(scanner, 0), 0);
+    EXPECT_EQ(value.type, VT_NONE);
 }
 
 }  // namespace
