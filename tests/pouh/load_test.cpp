@@ -49,6 +49,7 @@ struct OddPou final : Odd<LQPOU> {
     using Odd::Odd;
     LQOBJECT* GetHeader() override { return header_; }
     int GetEnoFlag() const override { return header_ ? 0 : 1; }
+    int32_t QueryValue(int32_t) const override { return -1; }
 };
 
 struct Members : LQSELECTION {
@@ -336,6 +337,9 @@ TEST_F(Load, FilledDeclarations) {
     EXPECT_EQ(*DecFlags(decl), 0);
     EXPECT_EQ(FillFlagsInDeclaration(nullptr, 1), 0);
     EXPECT_EQ(FillFBInstDeclaration(nullptr, DS_VAR, u"t", u"TON", u"", 0, u""), 0);
+    DestroyDecl(std::exchange(decl, CreateDecl()));
+    EXPECT_EQ(FillFBInstDeclaration(decl, DS_VAR, u"t", u"TON", u"", 0, nullptr), 1);
+    EXPECT_NE(static_cast<FBINST_SPEC_TYP*>(decl->type->spec)->comment2, nullptr);
     DestroyDecl(decl);
 }
 

@@ -57,6 +57,7 @@ TEST(PouhMemory, Loaders) {
     project.NewVar(pou, u"x", u"Nothing", kOutput, u"1 +");  // the last, for the check of its value
     const ID globals = project.NewList(project.NewConfiguration());
     project.NewVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
+    project.NewVar(globals, u"t", u"CTU", kGlobal);  // behind the local one
     // A function whose texts do not fit the text class itself.
     function.name = u"TheReturnValueOfThisFunctionHasALongName";
     function.resultType = u"Another long text, of no type at all, for its result";

@@ -136,6 +136,19 @@ TEST(Xml, KeepsWhatCameBeforeTheDamage) {
     }
 }
 
+// What repeats is counted; behind the thousandth complaint no new one is told.
+TEST(Xml, TellsAThousandThings) {
+    std::string document = kRoot;
+    for (int i = 0; i < 1003; ++i) {
+        document += "<u" + std::to_string(i % 1002) + "/>";
+    }
+    const ReadProject read(document + "</project>");
+    ASSERT_EQ(read.reports.size(), 1001u);
+    EXPECT_EQ(read.reports[0].more, 1u);
+    EXPECT_EQ(read.reports[999].more, 0u);
+    EXPECT_EQ(read.reports[1000].more, 1u);
+}
+
 TEST(Xml, EndsWhenNothingCanBeRead) {
     for (const auto state : {std::ios::failbit, std::ios::badbit}) {
         std::istringstream source("<project/>");
