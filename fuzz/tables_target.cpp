@@ -9,11 +9,10 @@
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
+#include "fuzz/declarations.h"
 #include "fuzz/targets.h"
 #include "host/base/streams.h"
 #include "lq_data/cgtab.h"
-#include "lq_data/containers.h"
-#include "lq_data/pouh.h"
 
 namespace lq::fuzz {
 
@@ -62,47 +61,6 @@ struct ModelLine {
                usr;
     }
 };
-
-struct DeclDeleter {
-    void operator()(DECL_TYP* decl) const { DestroyDecl(decl); }
-};
-using DeclPtr = std::unique_ptr<DECL_TYP, DeclDeleter>;
-
-// An INT.
-DeclPtr NewDecl(uint32_t scope, const Name& name, const Name& init, const Name& address) {
-    DeclPtr decl(CreateDecl());
-    SIMPLE_SPEC_TYP* spec = CreateSimpleSpec();
-    SetAttrOfSimpleSpec(spec, POUH_NAME, u"INT");
-    SetAttrOfSimpleSpec(spec, POUH_INITVALUE, init.c_str());
-    UNNAMED_TYPE_TYP* type = CreateUnnamedType();
-    const uint32_t kind = DT_ELEMENTARY;
-    SetAttrOfUnnamedType(type, POUH_TYPEKIND, &kind);
-    SetAttrOfUnnamedType(type, POUH_TYPESPEC, &spec);
-    SetAttrOfDecl(decl.get(), POUH_SCOPE, &scope);
-    SetAttrOfDecl(decl.get(), POUH_NAME, name.c_str());
-    SetAttrOfDecl(decl.get(), POUH_ADDRESS, address.c_str());
-    SetAttrOfDecl(decl.get(), POUH_TYPE, &type);
-    return decl;
-}
-
-struct HeaderDeleter {
-    void operator()(POU_HEADER_TYP* header) const { DestroyPOUHeader(header); }
-};
-using HeaderPtr = std::unique_ptr<POU_HEADER_TYP, HeaderDeleter>;
-
-// Of a unit with a local and an external variable.
-HeaderPtr NewHeader(const Name& local, const Name& external) {
-    HeaderPtr header(CreatePOUHeader());
-    POUH_DECL_LIST_TYP* record = CreatePOUHDeclList();
-    FLIST* list = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
-    for (DECL_TYP* decl : {NewDecl(DS_VAR, local, u"5", u"").release(),
-                           NewDecl(DS_VAR_EXTERNAL, external, u"", u"").release()}) {
-        InsertElementOfList(list, &decl, LC_LAST, 0);
-    }
-    SetAttrOfPOUHDeclList(record, POUH_LIST, &list);
-    SetAttrOfPOUHeader(header.get(), POUH_DECLLIST, &record);
-    return header;
-}
 
 class Twin {
   public:
@@ -343,7 +301,7 @@ class Twin {
                 Enter(CgTab::TAB_GLB, name, ByteName(name),
                       U32(address) + U32(IEC_INT) + U32(constant) + U32(1) + U32(scope), Keep);
         }
-        const DeclPtr decl = NewDecl(scope, name, init, u"%QW0");
+        const DeclPtr decl = NewDecl({scope, name, DT_ELEMENTARY, u"INT", init, u"%QW0"});
         Done(CgTab::TAB_GLB, set_->Insert(decl.get()), expected);
     }
 
@@ -353,7 +311,8 @@ class Twin {
         if (name.size() > 65 || external.size() > 65) {
             return;
         }
-        const HeaderPtr header = NewHeader(name, external);
+        const Header header({{DS_VAR, name, DT_ELEMENTARY, u"INT", u"5"},
+                             {DS_VAR_EXTERNAL, external, DT_ELEMENTARY, u"INT"}});
         const bool withValues = Below(2) == 0;
         const int sections = static_cast<int>(Below(3));
         const int32_t global = Find(CgTab::TAB_GLB, ByteName(external), 0, kMaxCount);
@@ -371,7 +330,7 @@ class Twin {
         }
         POU_LIST list;
         CgTab::POS_DSC range;
-        Require(CgTabAccess::AppendCmp(*set_, header.get(), withValues ? 4 : 0, &list, range,
+        Require(CgTabAccess::AppendCmp(*set_, header.Get(), withValues ? 4 : 0, &list, range,
                                        sections) == (global >= 0 || sections == 0),
                 "the sections of a unit");
         Require(range.start == start, "the sections of a unit");
