@@ -17,6 +17,7 @@ import queue
 import re
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import threading
@@ -54,16 +55,15 @@ def limit():
 
 
 def run(*command, seconds=None, **more):
-    """The result, or None after so many seconds. What it started ends with it."""
+    """The exit code, none after so many seconds, and what was said. What it started ends with it."""
     with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                           errors="replace", start_new_session=True, **more) as process:
         try:
-            process.stdout_text = process.communicate(timeout=seconds)[0]
+            said = process.communicate(timeout=seconds)[0]
+            return process.returncode, said
         except subprocess.TimeoutExpired:
-            os.killpg(process.pid, 9)
-            process.communicate()
-            return None
-    return process
+            os.killpg(process.pid, signal.SIGKILL)
+            return None, process.communicate()[0]
 
 
 class Copy:
@@ -71,18 +71,18 @@ class Copy:
 
     def __init__(self, place):
         self.tree, self.build, self.seconds = place, place / "build/debug", 3600
-        for path in run("git", "-C", root, "ls-files").stdout_text.split():
+        for path in run("git", "-C", root, "ls-files")[1].split():
             copied = self.tree / path
             if not copied.exists() or copied.read_bytes() != (root / path).read_bytes():
                 self.restore(path)
 
     def prepare(self):
         """Builds it, without what only a debugger reads, and ends the run where its quick tests fail."""
-        configured = run("cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
-                         "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DLQ_DATA_TESTS=ON")
-        if configured.returncode != 0 or not self.compiles("all"):
+        code, _ = run("cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
+                      "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DLQ_DATA_TESTS=ON")
+        if code != 0 or not self.compiles("all"):
             sys.exit("mutate: the tree does not build")
-        listed = run(self.build / "bin/lq_tests", "--gtest_list_tests").stdout_text
+        _, listed = run(self.build / "bin/lq_tests", "--gtest_list_tests")
         self.quick = "|".join(re.findall(r"^(\w[\w/]*)\.", listed, re.MULTILINE))
         if by := self.first_failure("*"):
             sys.exit(f"mutate: the tests do not pass as the tree is: {by}")
@@ -92,7 +92,7 @@ class Copy:
         shutil.copy(root / path, self.tree / path)  # with a new time, so that it is built again
 
     def compiles(self, target):
-        return run("cmake", "--build", self.build, "--target", target).returncode == 0
+        return run("cmake", "--build", self.build, "--target", target)[0] == 0
 
     def suites_of(self, source):
         """A filter for the quick tests of its folder, and those that replay the models."""
@@ -103,22 +103,17 @@ class Copy:
 
     def first_failure(self, chosen):
         """The first quick test that fails, in one process; None where all pass."""
-        tests = run(self.build / "bin/lq_tests", "--gtest_brief=1", f"--gtest_filter={chosen}",
-                    env=os.environ | {"GTEST_FAIL_FAST": "1"}, seconds=min(self.seconds, 300),
-                    preexec_fn=limit)
-        if not tests:
-            return "time"
-        failed = re.search(r"\[  FAILED  \] ([\w./]+)", tests.stdout_text)
-        return None if tests.returncode == 0 else failed[1] if failed else "a crash"
+        code, said = run(self.build / "bin/lq_tests", "--gtest_brief=1", f"--gtest_filter={chosen}",
+                         env=os.environ | {"GTEST_FAIL_FAST": "1"}, seconds=min(self.seconds, 300),
+                         preexec_fn=limit)
+        failed = re.search(r"\[  FAILED  \] ([\w./]+)", said)
+        return None if code == 0 else failed[1] if failed else "time" if code is None else "a crash"
 
     def first_failure_elsewhere(self):
-        tests = run("ctest", "--test-dir", self.build, "--stop-on-failure", "--output-on-failure", "-E",
-                    f"^({SLOW}|({self.quick})\\.)", seconds=self.seconds, preexec_fn=limit)
-        if not tests:
-            return "time"
-        failed = re.search(r"(?:\*{3}\w+|\(Failed\)|Test +#\d+: ([\w./-]+) [.]+\*{3})",
-                           tests.stdout_text)
-        return None if tests.returncode == 0 else failed[1] if failed and failed[1] else "another test"
+        code, said = run("ctest", "--test-dir", self.build, "--stop-on-failure", "-E",
+                         f"^({SLOW}|({self.quick})\\.)", seconds=self.seconds, preexec_fn=limit)
+        failed = re.search(r"([\w./-]+) +(?:# GetParam.*)?[.]*\*{3}", said)
+        return None if code == 0 else failed[1] if failed else "another test"
 
     def verdict(self, source, text, replacement, reason):
         original = (root / source).read_text()
