@@ -221,10 +221,12 @@ struct Calls {
     int32_t accepted = 0;                            // the element that gets `answer`
     int answer = 1;
     int atEnd = 0;
+    int32_t param = 0;  // of the last one
 };
 Calls calls;
 
-int Record(FLIST*, uint32_t position, void* element, void*, int32_t) {
+int Record(FLIST*, uint32_t position, void* element, void*, int32_t param) {
+    calls.param = param;
     const int32_t number = element ? *static_cast<int32_t*>(element) : -1;
     calls.seen.emplace_back(position, number);
     if (!element) {
@@ -325,7 +327,8 @@ TEST(List, FunctionsSearchRoundTheRing) {
         list.Go(LC_REWIND);
         list.Go(LC_AT_INDEX, c.from);
         calls = {{}, c.accepted, c.answer, 0};
-        EXPECT_EQ(list.Go(Record), c.result);
+        EXPECT_EQ(list.Go(Record, 5), c.result);
+        EXPECT_EQ(calls.param, 5);
         EXPECT_EQ(calls.seen, c.seen);
         EXPECT_EQ(ListAccess::CurrentIndex(*list),
                   c.result != 0 ? c.result : static_cast<uint32_t>(c.from));
@@ -341,7 +344,8 @@ TEST(List, FunctionsPlaceInsertions) {
     for (const auto& c : kCases) {
         const TestList list(Numbers{10, 20});
         calls = {{}, c.accepted, 1, c.atEnd};
-        EXPECT_EQ(list.Add(9, Record), c.result);
+        EXPECT_EQ(list.Add(9, Record, 5), c.result);
+        EXPECT_EQ(calls.param, 5);
         EXPECT_EQ(list.All(), c.after) << c.accepted << " " << c.atEnd;
     }
 }
