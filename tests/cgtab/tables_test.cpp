@@ -33,6 +33,18 @@ TEST(Tables, NamesThatDoNotFitTheirLengthField) {
     }
 }
 
+TEST(Tables, LongTextsAreToldApart) {
+    auto tables = NewTables();
+    int32_t end = 0;
+    for (const size_t length : {254u, 255u, 256u, 257u, 3000u}) {
+        Lit lit;
+        lit.SetText(std::u16string(length, u'7').c_str());
+        EXPECT_EQ(tables->Insert(lit), end) << length;
+        EXPECT_EQ(tables->Insert(lit), end) << length;
+        end = CgTabAccess::LengthOf(*tables, CgTab::TAB_CST);
+    }
+}
+
 TEST(Tables, WhatIsNoTable) {
     auto tables = NewTables();
     MEMSTREAM_A stream;

@@ -492,6 +492,8 @@ TEST_F(Load, Tasks) {
     EXPECT_EQ(list(), Lines{u"Idle"});
     EXPECT_EQ(LoadTask(task, u"Idle"), 1) << "behind a collection that is not there";
     EXPECT_EQ(Names(ListOf(task->pous)), Lines{u"Only"});
+    project_.instead[resources[1].GetNumber()] = nullptr;
+    EXPECT_EQ(LoadTask(task, u"Idle"), 0);
     project_.hasPools = false;
     EXPECT_EQ(list(), Lines{});
     EXPECT_EQ(LoadTask(task, u"Fast"), 0);
