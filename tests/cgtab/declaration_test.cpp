@@ -50,7 +50,7 @@ TEST(Declarations, AreEnteredOrRefusedForAReason) {
         "length", "array type", "address", "scope",     "no type of a line"};
     auto tables = NewTables();
     std::u16string name(65, u'n');  // as long as may be
-    for (const Row& row : Rows("cgtab/declarations.rows", "globals")) {
+    for (const Row& row : Rows("cgtab/tables.rows", "globals")) {
         SCOPED_TRACE(row.line);
         const auto* const kind = std::find(kKinds, std::end(kKinds), row[0]);
         const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, name, static_cast<uint32_t>(kind - kKinds),

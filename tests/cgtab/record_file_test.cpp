@@ -98,7 +98,7 @@ TEST(RecordFile, ComparesAndPassesOverTheRecord) {
     for (const uint32_t blockSize : {1u, 5u, 64u}) {
         R_FILE file(blockSize);
         file.Write("..record{ab!", 12);
-        for (const lq::test::Row& row : lq::test::Rows("cgtab/declarations.rows", "comparison")) {
+        for (const lq::test::Row& row : lq::test::Rows("cgtab/tables.rows", "comparison")) {
             const std::string data = row[0];
             const auto total = static_cast<int32_t>(row.Number(1));
             file.Lseek(2, 0);
