@@ -171,7 +171,7 @@ TEST(PouhMemory, RegroupingLeavesTheOldOrder) {
 // What has been read before memory runs out counts: the assignments up to some place.
 TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
     const std::u16string longString = u"'" + std::u16string(3000, u'x') + u"'";
-    std::vector<std::u16string> values = {u"[1,2]", longString};
+    std::vector<std::u16string> values = {u"[1,2]", longString, u"7" + longString};
     for (size_t length = 1; length < 40; ++length) {  // a comma at every place
         values.push_back(u"[" + std::u16string(length, u'1') + u",2]");
     }
