@@ -164,6 +164,8 @@ TEST(Views, PoolsListWhatTheyHold) {
     EXPECT_EQ(manager.Get(ID()), nullptr);
     EXPECT_EQ(manager.Get(ID(0xFFFFFFFF)), nullptr);
     EXPECT_EQ(FindGVLDeclByName(u"m"), nullptr);
+    const std::unique_ptr<LQOBJECT> view(LQDECLMAN::Get()->Get(member));
+    EXPECT_NE(dynamic_cast<LQPOUHDECL*>(view.get()), nullptr) << "no global";
 }
 
 // A task without programs is none to be passed over; those that come are seen.
