@@ -18,6 +18,7 @@ void Value(const uint8_t* data, size_t size);
 void Declaration(const uint8_t* data, size_t size);
 void Image(const uint8_t* data, size_t size);
 void RecordFile(const uint8_t* data, size_t size);
+void Tables(const uint8_t* data, size_t size);
 void List(const uint8_t* data, size_t size);
 void PairedList(const uint8_t* data, size_t size);
 void Hash(const uint8_t* data, size_t size);
@@ -34,6 +35,7 @@ inline constexpr NamedTarget kTargets[] = {
     {"record_file", RecordFile},  {"list", List},
     {"paired_list", PairedList},  {"hash", Hash},
     {"member_init", MemberInit},  {"plcopen", Plcopen},
+    {"tables", Tables},
 };
 
 // Ends the run when a promise does not hold.

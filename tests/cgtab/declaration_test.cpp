@@ -1,16 +1,11 @@
 // Declarations to globals and components.
 #include "tests/cgtab/tables_util.h"
+#include "tests/support/rows.h"
 
 namespace lq::test {
 namespace {
 
 using cgtab::DeclFault;
-
-CgTab::GLB_LINE ReadGlobal(CgTab& tables, int32_t pos) {
-    CgTab::GLB_LINE line = {};
-    EXPECT_EQ(tables.Read(pos, line, 0, nullptr), 1);
-    return line;
-}
 
 std::string Describe(const ArrInfo& source) {
     ArrInfo info;
@@ -24,137 +19,71 @@ std::string Describe(const ArrInfo& source) {
     return text;
 }
 
-TEST(Declarations, Globals) {
-    auto tables = NewTables();
-    // By type text and initial value; VT_STRING for no constant at all.
-    struct Case {
-        const char16_t* text;
-        const char16_t* init;
-        IEC_TYPE type;
-        const char* dsc;
-        VAL_TYPE value;
-    };
-    // clang-format off
-    const Case cases[] = {
-        {u"BOOL", u"1", IEC_BOOL, "", VT_BOOL}, {u"BOOL", u"FALSE", IEC_BOOL, "", VT_BOOL},
-        {u"WORD", u"1", IEC_WORD, "", VT_BOOL}, {u"LWORD", u"300", IEC_LWORD, "", VT_UINT},
-        {u" INT ", u"1", IEC_INT, "", VT_SINT}, {u"INT", u"300", IEC_INT, "", VT_INT},
-        {u"WORD", u"300", IEC_WORD, "", VT_UINT}, {u"INT", u"000000001", IEC_INT, "", VT_SINT},
-        {u"DINT", u"999999999", IEC_DINT, "", VT_DINT},
-        {u"DINT", u"1000000000", IEC_DINT, "", VT_DINT},
-        {u"UDINT", u"4294967295", IEC_UDINT, "", VT_UDINT}, {u"INT", u"5 ", IEC_INT, "", VT_SINT},
-        {u"INT", u"5\n", IEC_INT, "", VT_SINT}, {u"INT", u"5\u001A6", IEC_INT, "", VT_SINT},
-        {u"REAL", u"-1.5", IEC_REAL, "", VT_LREAL}, {u"TIME", u"T#1s", IEC_TIME, "", VT_TIME},
-        {u"INT", u"", IEC_INT, "", VT_NONE}, {u"STRING(20)", u"'x'", IEC_STRING, "20", VT_NONE},
-        {u"STRING[21]", u"", IEC_STRING, "21", VT_NONE},
-        {u"STRING(22]", u"", IEC_STRING, "22", VT_NONE},
-        {u"STRING(16#100)", u"", IEC_STRING, "256", VT_NONE},
-        {u"STRING(257)", u"", IEC_STRING, "32", VT_NONE},
-        {u"STRING(0)", u"", IEC_STRING, "32", VT_NONE}, {u"STRING", u"", IEC_STRING, "32", VT_NONE},
-        {u"STRING(20) x", u"", IEC_STRING, "32", VT_NONE},
-        {u"STRING(x)", u"", IEC_STRING, "32", VT_NONE},
-        {u"STRING(20", u"", IEC_STRING, "32", VT_NONE},
-        {u"MY_STRING(20)", u"", IEC_STRING, "20", VT_NONE},
-        {u"ARRAY [1..10] OF INT", u"[1,2]", IEC_ARRAY, "2:10 1+10", VT_NONE},
-        {u"ARRAY [1 .. 10, -2..2] OF REAL", u"", IEC_ARRAY, "9:50 1+10 -2+5", VT_NONE},
-        {u"ARRAY [1..10]OF ARRAY [0..1] OF BOOL", u"", IEC_ARRAY, "0:20 1+10 0+2", VT_NONE},
-        {u"ARRAY [-3..-1] OF STRING(5)", u"", IEC_ARRAY, "15:3 -3+3", VT_NONE},
-        {u"ARRAY [+1..+2] OF ANY_INT", u"", IEC_ARRAY, "35:2 1+2", VT_NONE},
-        {u"ARRAY [-0..2] OF INT", u"", IEC_ARRAY, "2:3 0+3", VT_NONE},
-        {u"ARRAY [-1..-0] OF INT", u"", IEC_ARRAY, "2:2 -1+2", VT_NONE},
-        {u"ARRAY [1..2] OF STRING(300)", u"", IEC_ARRAY, "15:2 1+2", VT_NONE},
-        {u"ARRAY [1..2] OF STRING[1.5]", u"", IEC_ARRAY, "15:2 1+2", VT_NONE},
-        {u"ARRAY [1..2] OF STRING x ]", u"", IEC_ARRAY, "15:2 1+2", VT_NONE},
-        {u"ARRAY [1..2] OF INT x", u"", IEC_ARRAY, "2:2 1+2", VT_NONE},
-        {u"ARRAY [1..2] OF INT (* c *)", u"", IEC_ARRAY, "2:2 1+2", VT_NONE},
-        {u"Motor", u"a := 1", IEC_STRUCTURE, "", VT_STRING},
-        {u"TON", u"", IEC_FUNCTION_BLOCK, "", VT_STRING},
-    };
-    // clang-format on
-    std::u16string name(65 - std::size(cases), u'n');  // the last is as long as may be
-    for (const Case& c : cases) {
-        SCOPED_TRACE(Ascii(c.text) + " " + Ascii(c.init));
-        const uint32_t kind = c.type == IEC_STRING           ? DT_STRING
-                              : c.type == IEC_ARRAY          ? DT_ARRAY
-                              : c.type == IEC_STRUCTURE      ? DT_STRUCTURE
-                              : c.type == IEC_FUNCTION_BLOCK ? DT_FB_INSTANCE
-                                                             : DT_ELEMENTARY;
-        name += u'n';
-        DeclFault fault = DeclFault::kNone;
-        const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, name, kind, c.text, c.init});
-        const int32_t at = CgTabAccess::InsertGlobal(*tables, decl.get(), fault);
-        ASSERT_GE(at, 0) << static_cast<int>(fault);
-        EXPECT_TRUE(CgTabAccess::Check(*tables));
-        const CgTab::GLB_LINE line = ReadGlobal(*tables, at);
-        EXPECT_EQ(line.type, c.type);
-        EXPECT_EQ(line.scope, unsigned{DS_VAR_GLOBAL});
-        EXPECT_EQ(line.count, 1u);
-        if (line.type == IEC_STRING) {
-            EXPECT_EQ(std::to_string(line.dsc.strLen), c.dsc);
-        } else if (line.type == IEC_ARRAY) {
-            EXPECT_EQ(Describe(*line.dsc.arr.info), c.dsc);
-        }
-        if (c.value == VT_STRING) {
-            EXPECT_EQ(line.cstLine, -1);
-            EXPECT_EQ(line.dsc.dsc, 0xFFFFFFFFu);
-        } else {
-            CgTab::CstLine constant;
-            int32_t constantPos = line.cstLine;
-            ASSERT_EQ(tables->Read(constantPos, constant, 0, nullptr), 1);
-            EXPECT_EQ(constant.val.type, c.value);
-            EXPECT_EQ(std::u16string(constant.text), c.init);
-        }
+// "STRING 20 = nothing": the type, and the class of the value, where there is a line of one.
+std::string Describe(CgTab& tables, const CgTab::GLB_LINE& line, const std::u16string& init) {
+    constexpr const char* kClasses[] = {"BOOL",  "SINT", "USINT", "INT",  "UINT",  "DINT",
+                                        "UDINT", "LINT", "ULINT", "REAL", "LREAL", "TIME"};
+    const bool isBlock = line.type == IEC_FUNCTION_BLOCK;
+    std::string text = isBlock ? "(block)" : Ascii(IecTypeConv().GetName(line.type));
+    if (line.type == IEC_STRING) {
+        text += " " + std::to_string(line.dsc.strLen);
+    } else if (line.type == IEC_ARRAY) {
+        text += " " + Describe(*line.dsc.arr.info);
+    } else if (isBlock || line.type == IEC_STRUCTURE) {
+        EXPECT_EQ(line.dsc.dsc, 0xFFFFFFFFu);
     }
+    CgTab::CstLine constant;
+    int32_t pos = line.cstLine;
+    if (pos < 0) {
+        return text;
+    }
+    EXPECT_EQ(tables.Read(pos, constant, 0, nullptr), 1);
+    EXPECT_EQ(constant.text, init);
+    return text + " = " + (constant.val.type == VT_NONE ? "nothing" : kClasses[constant.val.type]);
 }
 
-TEST(Declarations, AreRefusedForAReason) {
+TEST(Declarations, AreEnteredOrRefusedForAReason) {
+    constexpr const char* kKinds[] = {"none",  "type",      "subrange", "string",
+                                      "array", "structure", "block"};
+    constexpr const char* kFaults[] = {
+        "",       "name",       "kind",    "type name", "value",
+        "length", "array type", "address", "scope",     "no type of a line"};
     auto tables = NewTables();
-    struct Case {
-        DeclText decl;
-        DeclFault fault;
-    };
-    // clang-format off
-    std::vector<Case> cases = {
-        {{11, std::u16string(66, u'n'), DT_ELEMENTARY, u"INT"}, DeclFault::kNameTooLong},
-        {{11, u"a", DT_SUBRANGE, u"INT"}, DeclFault::kTypeKind},
-        {{11, u"a", 7, u"INT"}, DeclFault::kTypeKind},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"x"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"@x"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"1 2"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"5x"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"UDINT", u"4294967296"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"UDINT", u"00000000001"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"WORD", u"-1"}, DeclFault::kInitialValue},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"", u"QW4"}, DeclFault::kAddress},
-        {{11, u"a", DT_ELEMENTARY, u"INT", u"", u"%QW4 %QW5"}, DeclFault::kAddress},
-        {{11, u"a", DT_ELEMENTARY, u"ANY_INT"}, DeclFault::kTableType},
-        {{DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"", u"rubbish"}, DeclFault::kScope},
-        {{11, u"a", DT_ELEMENTARY, u"INTEGER"}, DeclFault::kTypeName},
-        {{11, u"a", DT_ELEMENTARY, u"INT x"}, DeclFault::kTypeName},
-    };
-    // clang-format on
-    for (const char16_t* type :
-         {u"[10..1] OF INT", u"[1..2] OF INT x y", u"[1..2] OF STRING(300) x", u"[1..2] OF INT +",
-          u"[1..2] OF Nobody", u"[--1..2] OF INT", u"[1..x] OF INT", u"[1..2;3..4] OF INT",
-          u"[1..2] OF 5", u"[1..2] INT", u"[0..4294967295] OF INT",
-          u"[-4294967295..4294967295] OF INT", u"[16#1..2] OF INT",
-          u"[1..65536, 1..65536] OF INT"}) {
-        cases.push_back(
-            {{11, u"a", DT_ARRAY, u"ARRAY " + std::u16string(type)}, DeclFault::kArrayType});
-    }
-    for (const Case& c : cases) {
-        SCOPED_TRACE(Ascii(c.decl.type.c_str()) + " " + Ascii(c.decl.init.c_str()) + " " +
-                     Ascii(c.decl.address.c_str()));
+    std::u16string name(65, u'n');  // as long as may be
+    for (const Row& row : Rows("cgtab/tables.rows", "globals")) {
+        SCOPED_TRACE(row.line);
+        const auto* const kind = std::find(kKinds, std::end(kKinds), row[0]);
+        const DeclPtr decl = NewDecl({DS_VAR_GLOBAL, name, static_cast<uint32_t>(kind - kKinds),
+                                      row.Wide(1), row.Wide(2), row.Wide(3)});
+        const int32_t before = CgTabAccess::LengthOf(*tables, CgTab::TAB_GLB);
         DeclFault fault = DeclFault::kNone;
-        const DeclPtr decl = NewDecl(c.decl);
-        EXPECT_EQ(CgTabAccess::InsertGlobal(*tables, decl.get(), fault), -1);
-        EXPECT_EQ(fault, c.fault);
+        int32_t at = CgTabAccess::InsertGlobal(*tables, decl.get(), fault);
+        EXPECT_TRUE(CgTabAccess::Check(*tables));
+        if (at < 0) {
+            EXPECT_EQ(std::string("refused: ") + kFaults[static_cast<size_t>(fault)], row[4]);
+            EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_GLB), before);
+            continue;
+        }
+        CgTab::GLB_LINE line = {};
+        ASSERT_EQ(tables->Read(at, line, 0, nullptr), 1);
+        EXPECT_EQ(Describe(*tables, line, row.Wide(2)), row[4]);
+        EXPECT_EQ(line.scope, unsigned{DS_VAR_GLOBAL});
+        EXPECT_EQ(line.count, 1u);
+        name.pop_back();
     }
+    tables = NewTables();
+    DeclFault fault = DeclFault::kNone;
+    DeclPtr decl = NewDecl({11, std::u16string(66, u'n'), DT_ELEMENTARY, u"INT"});
+    EXPECT_EQ(CgTabAccess::InsertGlobal(*tables, decl.get(), fault), -1);
+    EXPECT_EQ(fault, DeclFault::kNameTooLong);
+    decl = NewDecl({DS_VAR, u"a", DT_ELEMENTARY, u"INT", u"", u"rubbish"});
+    EXPECT_EQ(CgTabAccess::InsertGlobal(*tables, decl.get(), fault), -1);
+    EXPECT_EQ(fault, DeclFault::kScope);
     EXPECT_EQ(tables->Insert(static_cast<DECL_TYP*>(nullptr)), -1);
     EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_GLB), 0);
     std::string taken;
     for (uint32_t scope = 0; scope <= DS_VAR_EXTERNAL_CONSTANT_RETAIN; ++scope) {
-        const DeclPtr decl = NewDecl({scope, u"a", DT_ELEMENTARY, u"INT", u"", u" "});
+        decl = NewDecl({scope, u"a", DT_ELEMENTARY, u"INT", u"", u" "});
         taken += tables->Insert(decl.get()) >= 0 ? " " + std::to_string(scope) : "";
     }
     EXPECT_EQ(taken, " 10 11 13 14 17 18 19 20");

@@ -69,16 +69,16 @@ struct SetJob {
 
 void RunAll(const std::vector<SetJob>& jobs) {
     for (const SetJob& job : jobs) {
-        RunWithFailures({job.name, [&job]() -> Attempt {
-                             const std::shared_ptr<CgTab> tables = job.make();
-                             const auto goesOn = std::make_shared<bool>(false);
-                             return [=, &job] {
-                                 EXPECT_TRUE(!std::exchange(*goesOn, true) ||
-                                             CgTabAccess::Check(*tables));
-                                 const int32_t pos = job.run(*tables);
-                                 return pos < 0 ? kShort : std::to_string(pos);
-                             };
-                         }});
+        bool goesOn = false;
+        const auto make = [&] {
+            goesOn = false;
+            return std::shared_ptr<CgTab>(job.make());
+        };
+        RunWithFailures(job.name, make, [&](CgTab& tables) {
+            EXPECT_TRUE(!std::exchange(goesOn, true) || CgTabAccess::Check(tables));
+            const int32_t pos = job.run(tables);
+            return pos < 0 ? kShort : std::to_string(pos);
+        });
     }
 }
 
@@ -153,19 +153,17 @@ TEST(TablesMemory, EveryJobIsWholeOrFails) {
 TEST(TablesMemory, NoLineIsEnteredHalfWhereABlockEnds) {
     // In the line's head, its name, its extra bytes, its user area, behind it.
     for (const int32_t left : {2, 100, 246, 252, 256}) {
-        RunWithFailures(
-            {"other name", [left]() -> Attempt {
-                 const std::shared_ptr<CgTab> tables = NewTables(8);
-                 const int32_t first = 4096 - left;
-                 tables->Insert(
-                     std::u16string(static_cast<size_t>((first - 18) / 2), u'a').c_str());
-                 return [=] {
-                     const int32_t pos = tables->Insert(std::u16string(119, u'b').c_str());
-                     EXPECT_EQ(CgTabAccess::LengthOf(*tables, CgTab::TAB_DMM),
-                               first + (pos < 0 ? 0 : 256));
-                     return pos < 0 ? kShort : std::to_string(pos);
-                 };
-             }});
+        const int32_t first = 4096 - left;
+        const auto make = [first] {
+            std::shared_ptr<CgTab> tables = NewTables(8);
+            tables->Insert(std::u16string(static_cast<size_t>((first - 18) / 2), u'a').c_str());
+            return tables;
+        };
+        RunWithFailures("other name", make, [first](CgTab& tables) {
+            const int32_t pos = tables.Insert(std::u16string(119, u'b').c_str());
+            EXPECT_EQ(CgTabAccess::LengthOf(tables, CgTab::TAB_DMM), first + (pos < 0 ? 0 : 256));
+            return pos < 0 ? kShort : std::to_string(pos);
+        });
     }
     // Two lines of an array of 255 dimensions fit a block, a third crosses its end.
     std::u16string type = u"ARRAY [-70000..-70000";
@@ -236,15 +234,13 @@ TEST(TablesMemory, ImagesAreWholeOrTheirBeginnings) {
     };
     MEMSTREAM_A image;
     Fill(image, Saved(*Filled()));
-    RunWithFailures({"save", [&]() -> Attempt {
-                         const std::shared_ptr<CgTab> tables = Filled();
-                         return [&hex, &image, tables] {
-                             MEMSTREAM_A stream;
-                             const int saved = tables->Save(stream);
-                             EXPECT_TRUE(hex(image).starts_with(hex(stream)));
-                             return saved ? hex(stream) : kShort;
-                         };
-                     }});
+    const auto make = [] { return std::shared_ptr<CgTab>(Filled()); };
+    RunWithFailures("save", make, [&](CgTab& tables) {
+        MEMSTREAM_A stream;
+        const int saved = tables.Save(stream);
+        EXPECT_TRUE(hex(image).starts_with(hex(stream)));
+        return saved ? hex(stream) : kShort;
+    });
     RunWithFailures({"a new set, and restore", [&]() -> Attempt {
                          return [&] {
                              uint32_t sizes[CgTab::kUserTables] = {4, 4, 4, 4, 4, 4, 4, 4, 4};

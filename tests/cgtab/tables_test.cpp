@@ -1,8 +1,8 @@
 // What the model of a table set does not have: limits, array lines, lines that an image damaged.
 #include "host/mdi/pou_ref.h"
-#include "host/model/project.h"
 #include "lq_data/lines.h"
 #include "tests/cgtab/tables_util.h"
+#include "tests/host/model/model_util.h"
 
 namespace lq::test {
 namespace {
@@ -31,6 +31,18 @@ TEST(Tables, NamesThatDoNotFitTheirLengthField) {
         EXPECT_EQ(pos >= 0, length <= 65535);
         CgTab::DMM_LINE line;
         EXPECT_TRUE(pos < 0 || (tables->Read(pos, line, 0, nullptr) && line.name == name));
+    }
+}
+
+TEST(Tables, LongTextsAreToldApart) {
+    auto tables = NewTables();
+    int32_t end = 0;
+    for (const size_t length : {254u, 255u, 256u, 257u, 3000u}) {
+        Lit lit;
+        lit.SetText(std::u16string(length, u'7').c_str());
+        EXPECT_EQ(tables->Insert(lit), end) << length;
+        EXPECT_EQ(tables->Insert(lit), end) << length;
+        end = CgTabAccess::LengthOf(*tables, CgTab::TAB_CST);
     }
 }
 
@@ -99,6 +111,11 @@ TEST(Tables, ArraysComeBackAsTheyWere) {
     at = tables->Insert(u"t", IEC_ARRAY, {.arr = {&read, 20}}, 1);
     tables->Clear(CgTab::TAB_ARR);
     EXPECT_EQ(tables->Read(at, line, 0, nullptr), 0) << "without its array";
+    ArrInfo bare;
+    array = {&bare, 5};
+    EXPECT_EQ(at = CgTabAccess::InsertArray(*tables, array), 0) << "without extents";
+    EXPECT_EQ(CgTabAccess::ReadArray(*tables, at, array), 1);
+    EXPECT_EQ(array.elemDsc, 0u);
 }
 
 // Lines that are wrong behind good ones: they give nothing, and the table is rewound.
@@ -162,9 +179,9 @@ TEST(Tables, LinesOneAfterTheOther) {
     EXPECT_EQ(seen, "a0 b14 c28 d42 ");
     lq::Lines<CgTab::TAB_DMM> section(*tables, {14, 42, 2});
     EXPECT_EQ(std::distance(section.begin(), section.end()), 2);
-    Get(*tables, CgTab::TAB_DMM, {1, 0, 0, 0});
+    Get(*tables, CgTab::TAB_DMM, {1, 0, 0, 0});  // over the last line
     lq::Lines<CgTab::TAB_DMM> damaged(*tables);
-    EXPECT_EQ(std::distance(damaged.begin(), damaged.end()), 4);
+    EXPECT_EQ(std::distance(damaged.begin(), damaged.end()), 3);
     EXPECT_FALSE(damaged.IsWhole());
     EXPECT_EQ(damaged.begin(), damaged.end());
 }
@@ -191,6 +208,7 @@ TEST(Tables, LinesWithoutRoomForTheirUserArea) {
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "xy", 1), 7);
     EXPECT_EQ(tables->Look(CgTab::TAB_DBG, "zz", 1), -1);
     EXPECT_EQ(tables->Read(pos = 0, line, 0, usr), 0) << "a name of one byte, that the area takes";
+    EXPECT_EQ(tables->Insert(CgTab::DBG_INFO{nullptr, 0}), 18) << "no data need no place";
 }
 
 // A use that cannot be counted is no reason not to find the line.
@@ -217,12 +235,8 @@ TEST(Tables, AnImageWithinATable) {
 }
 
 TEST(Tables, AUnitInTheTableIsNoRecursiveOne) {
-    host::Project project;
-    host::Pou pou;
-    pou.name = u"A";
-    host::Pou* edited = project.EditPou(project.AddPou(pou));
-    project.AddCall(*edited, u"A");
-    host::SetProject(&project);
+    host::CurrentProject project;
+    project.AddCall(*project.EditPou(project.NewPou(LQ_KIND_PROGRAM, u"A")), u"A");
     auto tables = NewTables();
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"A"), 1);
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"Z"), 0);
@@ -233,7 +247,6 @@ TEST(Tables, AUnitInTheTableIsNoRecursiveOne) {
     unit.resize(27);
     Get(*tables, CgTab::TAB_POU, unit);
     EXPECT_EQ(CgTab_IsRecursivPOU(tables.get(), u"a"), 0);
-    host::SetProject(nullptr);
 }
 
 TEST(Tables, UnitsAreNotProvided) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/text/utf.h"
 #include "tests/containers/list_util.h"
 #include "tests/support/memory_jobs.h"
 
@@ -87,16 +88,27 @@ TEST(ListSort, TextsMoveWithTheirElements) {
 TEST(ListSort, WithoutMemoryTheOrderStays) {
     Numbers descending(3 * 255);
     std::iota(descending.rbegin(), descending.rend(), 0);
-    RunWithFailures({"sort", [&]() -> Attempt {
-                         const auto list = std::make_shared<TestList>(descending);
-                         return [=] {
-                             const Numbers before = list->All();
-                             const bool isSorted = SortElementOfList(*list, LC_EQUAL, 0) != 0;
-                             EXPECT_TRUE(ListAccess::Check(*static_cast<FLIST*>(*list)));
-                             EXPECT_TRUE(isSorted || list->All() == before);
-                             return isSorted ? testing::PrintToString(list->All()) : kShort;
-                         };
-                     }});
+    const auto make = [&] { return std::make_shared<TestList>(descending); };
+    const auto makeTexts = [] {
+        auto list = std::make_shared<TestList>(LET_STRING);
+        InsertElementOfList(*list, u"b", LC_LAST, 0);
+        InsertElementOfList(*list, u"a", LC_LAST, 0);
+        return list;
+    };
+    RunWithFailures("texts by insertion", makeTexts, [](const TestList& list) {
+        const bool isSorted = list->Sort(LC_NOT_LESS, 0) != 0;
+        EXPECT_EQ(CardinalityOfList(list), 2u);
+        EXPECT_TRUE(isSorted || TextAt(list, 1) + TextAt(list, 2) == u"ba" ||
+                    TextAt(list, 1) == u"a");
+        return isSorted ? lq::host::EncodeUtf8(TextAt(list, 1) + TextAt(list, 2)) : kShort;
+    });
+    RunWithFailures("sort", make, [](const TestList& list) {
+        const Numbers before = list.All();
+        const bool isSorted = SortElementOfList(list, LC_EQUAL, 0) != 0;
+        EXPECT_TRUE(ListAccess::Check(*static_cast<FLIST*>(list)));
+        EXPECT_TRUE(isSorted || list.All() == before);
+        return isSorted ? testing::PrintToString(list.All()) : kShort;
+    });
 }
 
 }  // namespace

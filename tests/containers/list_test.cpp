@@ -10,22 +10,21 @@
 
 #include "tests/containers/list_util.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/rows.h"
 
 namespace lq::test {
 namespace {
 
 TEST(List, CreationBySizeAndType) {
-    // clang-format off
-    const struct { uint32_t type; uint32_t size; bool made; uint32_t slot; } kCases[] = {
-        {0, 0, true, 0}, {0, 7, true, 7}, {1, 0, true, 4}, {1, 4, true, 4}, {1, 3, false, 0},
-        {3, 8, false, 0}, {2, 4, true, 8}, {2, 8, true, 8}, {2, 2, false, 0}, {5, 8, true, 8},
-        {6, 4, true, 4}, {6, 8, false, 0}, {11, 0, true, 4}, {12, 1, true, 1}, {12, 4, false, 0},
-        {13, 4, true, 8}, {13, 16, false, 0}, {14, 0, true, 0}, {14, 4, false, 0}, {99, 0, true, 0},
-    };
-    // clang-format on
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << "type " << c.type << " size " << c.size);
-        const TestList list(static_cast<LIST_ELEMENT_TYPE>(c.type), c.size);
+    for (const Row& row : Rows("containers/lists.rows", "creation")) {
+        SCOPED_TRACE(row.line);
+        const struct {
+            int64_t type, size;
+            bool made;
+            uint32_t slot;
+        } c = {row.Number(0), row.Number(1), !row[2].empty(),
+               row[2].empty() ? 0 : static_cast<uint32_t>(row.Number(2))};
+        const TestList list(static_cast<LIST_ELEMENT_TYPE>(c.type), static_cast<uint32_t>(c.size));
         ASSERT_NE(static_cast<FLIST*>(list), nullptr);
         ASSERT_EQ(list->GetList() != nullptr, c.made);
         EXPECT_EQ(InsertElementOfList(list, nullptr, LC_LAST, 0), c.made ? 1u : 0u);
@@ -45,7 +44,7 @@ TEST(List, CreationBySizeAndType) {
 
 // Elements of every size appended and walked over, by the handle and by the member functions.
 TEST(List, IsAppendedToAndWalkedOver) {
-    for (const uint32_t size : {0u, 1u, 2u, 4u, 5u, 8u, 24u}) {
+    for (const uint32_t size : {0u, 1u, 2u, 4u, 5u, 8u, 24u, 100u}) {
         SCOPED_TRACE(testing::Message() << "elements of " << size << " bytes");
         const TestList list(LET_MEMORY, size);
         const auto element = [size](uint32_t i) {
@@ -156,6 +155,7 @@ TEST(List, TextsAreOwnedCopies) {
                   1u);
         EXPECT_EQ(WriteElementOfList(list, nullptr, nullptr, LC_FIRST, 0), 1u);
         EXPECT_EQ(TextAt(list, 1), u"Motor");
+        EXPECT_EQ(FindElementOfList(list, nullptr, u"zz", LC_NOT_LESS, 0), 2u) << "no text";
 
         list.Go(LC_REWIND);
         RemoveElementOfList(list, nullptr, u"", LC_AT_INDEX, 2);
@@ -177,6 +177,7 @@ TEST(List, ElementsByNode) {
     EXPECT_EQ(ListAccess::CurrentIndex(*list), 1u);
     void* c = add(3, a);
     EXPECT_EQ(ListAccess::CurrentIndex(*list), 0u);
+    EXPECT_TRUE(ListAccess::Check(*list));
     void* b = add(2, a);
     EXPECT_EQ(list.All(), (Numbers{1, 2, 3}));
     EXPECT_EQ(static_cast<CGList::CNode*>(a)->next, b);
@@ -220,10 +221,12 @@ struct Calls {
     int32_t accepted = 0;                            // the element that gets `answer`
     int answer = 1;
     int atEnd = 0;
+    int32_t param = 0;  // of the last one
 };
 Calls calls;
 
-int Record(FLIST*, uint32_t position, void* element, void*, int32_t) {
+int Record(FLIST*, uint32_t position, void* element, void*, int32_t param) {
+    calls.param = param;
     const int32_t number = element ? *static_cast<int32_t*>(element) : -1;
     calls.seen.emplace_back(position, number);
     if (!element) {
@@ -241,36 +244,28 @@ void ExpectComparison(LIST_ELEMENT_TYPE type, const void* element, const void* k
     EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_NOT_LESS, length), notLess);
     list.Go(LC_REWIND);
     EXPECT_EQ(FindElementOfList(list, nullptr, key, LC_EQUAL, length), equal);
+    char16_t own[8] = {};  // what is handed out is the key where there is none
+    std::memcpy(own, key, 4);
+    if (type == LET_MEMORY || type == LET_SIGNED_8) {
+        list.Go(LC_REWIND);
+        EXPECT_EQ(FindElementOfList(list, own, nullptr, LC_NOT_LESS, length), notLess);
+    }
 }
 
 TEST(List, ComparisonByType) {
-    const struct {
-        LIST_ELEMENT_TYPE type;
-        int32_t element;
-        int32_t key;
-        bool notLess;
-        bool equal;
-    } kCases[] = {
-        {LET_UNSIGNED_1, -1, 1, true, false}, {LET_UNSIGNED_3, 1, -1, false, false},
-        {LET_UNSIGNED_9, 5, 5, true, true},   {LET_SIGNED_8, -1, 1, false, false},
-        {LET_SIGNED_10, 1, -1, true, false},  {LET_SIGNED_11, INT32_MIN, INT32_MAX, false, false},
-        {LET_UNORDERED, 1, 1, true, false},   {LET_CHAR, 0x7F, 0x80, true, false},  // -128
-        {LET_CHAR, 0x180, 0x80, true, true},  // one byte counts
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << c.type << ": " << c.element << " " << c.key);
-        ExpectComparison(c.type, &c.element, &c.key, c.notLess, c.equal);
+    for (const Row& row : Rows("containers/lists.rows", "comparison")) {
+        SCOPED_TRACE(row.line);
+        const auto element = static_cast<int32_t>(row.Number(1));
+        const auto key = static_cast<int32_t>(row.Number(2));
+        ExpectComparison(static_cast<LIST_ELEMENT_TYPE>(row.Number(0)), &element, &key,
+                         row[3].starts_with("not less"), row[3].ends_with("equal"));
     }
     // Of memory as many bytes as are asked for, or all.
-    const struct {
-        const char* key;
-        int32_t length;
-        bool equal;
-    } kMemory[] = {{"abxy", 2, true},  {"abxy", 3, false}, {"abcx", 3, true},   {"abcx", 4, false},
-                   {"abcx", 0, false}, {"abcx", 9, false}, {"abcx", -1, false}, {"abcd", 9, true}};
-    for (const auto& c : kMemory) {
-        SCOPED_TRACE(testing::Message() << c.key << " " << c.length);
-        ExpectComparison(LET_MEMORY, "abcd", c.key, c.equal, c.equal, c.length);
+    for (const Row& row : Rows("containers/lists.rows", "memory")) {
+        SCOPED_TRACE(row.line);
+        const bool isEqual = row[2] == "equal";
+        ExpectComparison(LET_MEMORY, "abcd", row[0].c_str(), isEqual, isEqual,
+                         static_cast<int32_t>(row.Number(1)));
     }
 }
 
@@ -332,7 +327,8 @@ TEST(List, FunctionsSearchRoundTheRing) {
         list.Go(LC_REWIND);
         list.Go(LC_AT_INDEX, c.from);
         calls = {{}, c.accepted, c.answer, 0};
-        EXPECT_EQ(list.Go(Record), c.result);
+        EXPECT_EQ(list.Go(Record, 5), c.result);
+        EXPECT_EQ(calls.param, 5);
         EXPECT_EQ(calls.seen, c.seen);
         EXPECT_EQ(ListAccess::CurrentIndex(*list),
                   c.result != 0 ? c.result : static_cast<uint32_t>(c.from));
@@ -348,7 +344,8 @@ TEST(List, FunctionsPlaceInsertions) {
     for (const auto& c : kCases) {
         const TestList list(Numbers{10, 20});
         calls = {{}, c.accepted, 1, c.atEnd};
-        EXPECT_EQ(list.Add(9, Record), c.result);
+        EXPECT_EQ(list.Add(9, Record, 5), c.result);
+        EXPECT_EQ(calls.param, 5);
         EXPECT_EQ(list.All(), c.after) << c.accepted << " " << c.atEnd;
     }
 }
@@ -403,30 +400,29 @@ TEST(List, AWalkMayRemoveWhatItIsAt) {
 
 // Without memory for a text its element holds none; without memory for a node nothing changes.
 TEST(List, WithoutMemory) {
-    const auto numbers = []() -> Attempt {
-        const auto list = std::make_shared<TestList>(Numbers{});
-        return [=] {
-            for (int32_t number = 0; number < 40; ++number) {
-                const Numbers before = list->All();
-                if (list->Add(number, LC_FIRST) == 0) {
-                    EXPECT_EQ(list->All(), before);
-                    ClearList(*list);
-                    return kShort;
-                }
-                EXPECT_TRUE(ListAccess::Check(*(*list).operator->()));
+    const auto make = [] { return std::make_shared<TestList>(Numbers{}); };
+    RunWithFailures("list of numbers", make, [](const TestList& list) {
+        for (int32_t number = 0; number < 40; ++number) {
+            const Numbers before = list.All();
+            if (list.Add(number, LC_FIRST) == 0) {
+                EXPECT_EQ(list.All(), before);
+                ClearList(list);
+                return kShort;
             }
-            return std::to_string(CardinalityOfList(*list));
-        };
-    };
-    const auto text = []() -> Attempt {
-        const auto list = std::make_shared<TestList>(LET_STRING);
+            EXPECT_TRUE(ListAccess::Check(*list.operator->()));
+        }
+        return std::to_string(CardinalityOfList(list));
+    });
+    const auto makeText = [] {
+        auto list = std::make_shared<TestList>(LET_STRING);
         InsertElementOfList(*list, u"text", LC_LAST, 0);
-        return [=] {
-            const uint32_t at = WriteElementOfList(*list, u"other", nullptr, LC_FIRST, 0);
-            EXPECT_EQ(TextAt(*list, 1), at == 1 ? u"other" : u"(null)");
-            return at == 1 ? "other" : kShort;
-        };
+        return list;
     };
+    RunWithFailures("text", makeText, [](const TestList& list) {
+        const uint32_t at = WriteElementOfList(list, u"other", nullptr, LC_FIRST, 0);
+        EXPECT_EQ(TextAt(list, 1), at == 1 ? u"other" : u"(null)");
+        return at == 1 ? "other" : kShort;
+    });
     const auto creation = [] {
         FLIST* list = CreateList(16, LET_STRING, 0, nullptr);
         const bool made = list && list->GetList();
@@ -434,8 +430,6 @@ TEST(List, WithoutMemory) {
         EXPECT_EQ(DestroyList(list), list ? 1 : 0);
         return made ? "made" : kShort;
     };
-    RunWithFailures({"list of numbers", numbers});
-    RunWithFailures({"text", text});
     RunWithFailures({"list", [&] { return creation; }});
 }
 

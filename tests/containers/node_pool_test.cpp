@@ -11,7 +11,6 @@
 namespace {
 
 using lq::containers::ListAccess;
-using lq::test::Attempt;
 using lq::test::kShort;
 using lq::test::RunWithFailures;
 
@@ -71,17 +70,15 @@ TEST(MemBlock, BlocksAreRefusedOrPointerAligned) {
 }
 
 TEST(NodePool, WithoutMemoryNothingChanges) {
-    RunWithFailures({"node", []() -> Attempt {
-                         const auto pool = std::make_shared<CGList>(0);  // blocks of one node
-                         return [=] {
-                             const uint32_t before = pool->GetCount();
-                             const CGList::CNode* node = pool->AllocListElement();
-                             EXPECT_EQ(ListAccess::BlockCount(*pool), pool->GetCount());
-                             EXPECT_EQ(pool->GetCount(), before + (node ? 1 : 0));
-                             EXPECT_TRUE(ListAccess::Check(*pool));
-                             return node ? std::to_string(pool->GetCount()) : kShort;
-                         };
-                     }});
+    const auto make = [] { return std::make_shared<CGList>(0); };  // blocks of one node
+    RunWithFailures("node", make, [](CGList& pool) {
+        const uint32_t before = pool.GetCount();
+        const CGList::CNode* node = pool.AllocListElement();
+        EXPECT_EQ(ListAccess::BlockCount(pool), pool.GetCount());
+        EXPECT_EQ(pool.GetCount(), before + (node ? 1 : 0));
+        EXPECT_TRUE(ListAccess::Check(pool));
+        return node ? std::to_string(pool.GetCount()) : kShort;
+    });
 }
 
 }  // namespace

@@ -14,7 +14,6 @@
 namespace {
 
 using lq::containers::ListAccess;
-using lq::test::Attempt;
 using lq::test::kShort;
 using lq::test::RunWithFailures;
 
@@ -151,21 +150,21 @@ std::string Describe(_ASSAY* assay) {
 }
 
 TEST(PairedList, WithoutMemoryThePairsStay) {
-    const auto sort = []() -> Attempt {
-        const std::shared_ptr<_ASSAY> assay(CreateAssay(16, LET_STRING, 0, LET_STRING, 0, nullptr),
-                                            DestroyAssay);
+    const auto make = [] {
+        std::shared_ptr<_ASSAY> assay(CreateAssay(16, LET_STRING, 0, LET_STRING, 0, nullptr),
+                                      DestroyAssay);
         for (int i = 0; i < 20; ++i) {  // as many as the nodes that a list takes at once
             InsertElementOfAssay(assay.get(), u"key", u"value", LC_LAST, 0);
         }
         InsertElementOfAssay(assay.get(), u"last", u"1", LC_LAST, 0);
-        return [=] {
-            const std::string before = Describe(assay.get());
-            const bool isSorted = SortElementOfAssay(assay.get(), LC_FIRST, 0) != 0;
-            EXPECT_TRUE(isSorted || Describe(assay.get()) == before);
-            return isSorted ? Describe(assay.get()) : kShort;
-        };
+        return assay;
     };
-    RunWithFailures({"sort", sort});
+    RunWithFailures("sort", make, [](_ASSAY& assay) {
+        const std::string before = Describe(&assay);
+        const bool isSorted = SortElementOfAssay(&assay, LC_FIRST, 0) != 0;
+        EXPECT_TRUE(isSorted || Describe(&assay) == before);
+        return isSorted ? Describe(&assay) : kShort;
+    });
     // Behind the end of the nodes at hand, too: without memory for a text its element holds none,
     // so that only what finds no node fails.
     lq::test::FailEachAllocation([](const auto& failing) {

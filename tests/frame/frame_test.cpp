@@ -11,6 +11,7 @@
 #include "lq_base.h"
 #include "lq_data/types.h"
 #include "tests/host/temp_folder.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_allocator.h"
 
 namespace {
@@ -81,37 +82,23 @@ TEST_F(Frame, IsAttachedByTheLoader) {
 }
 
 TEST_F(Frame, ChoosesTheCodePage) {
-    const struct {
-        std::string user, machine;  // registry files
-        const char* loaded;         // by the end of the file name
-    } cases[] = {
-        {"", "", "1252"},
-        {kUserKey + "CodePage=932\n", "", "932"},
-        {"", kMachineKey + "CodePage=932\n", "932"},
-        {"", kMachineKey + "CodePage=0x3A4\n", "932"},
-        {kUserKey + "CodePage=4294967295\n", "", "-1"},
-        {kUserKey + "CodePage=7\n", kMachineKey + "CodePage=932\n", "7"},
-        // The first key that opens decides.
-        {kUserKey, kMachineKey + "CodePage=932\n", "1252"},
-        {kUserKey + "Other=932\n", kMachineKey + "CodePage=932\n", "1252"},
-        // Too large for the buffer.
-        {kUserKey + "CodePage=Japanese\n", "", "1252"},
-        // Each key counts below its own root only.
-        {kMachineKey + "CodePage=932\n", "", "1252"},
-        {"", kUserKey + "CodePage=932\n", "1252"},
-    };
     const lq::test::EnvironmentVariable resources("LQ_DATA_RESOURCES", Path("rc").c_str());
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.user + "---\n" + c.machine);
-        folder_.Write("user/registry.ini", c.user);
-        folder_.Write("machine/registry.ini", c.machine);
+    // The short forms of the keys written out.
+    const auto registry = [](std::string text) {
+        text = text.starts_with("USER") ? kUserKey + text.substr(4) : text;
+        return text.starts_with("MACHINE") ? kMachineKey + text.substr(7) : text;
+    };
+    for (const lq::test::Row& row : lq::test::Rows("frame/frame.rows", "code pages")) {
+        SCOPED_TRACE(row.line);
+        folder_.Write("user/registry.ini", registry(row[0]));
+        folder_.Write("machine/registry.ini", registry(row[1]));
         // Only this one name is there, and no other folder has a library for this module's name.
-        LQ_MODULE other{u"other"};
+        LQ_MODULE other{u"an other"};
         std::filesystem::remove_all(Path("rc"));
         folder_.Write("rc/unused", "");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "");
-        CopyEnglish(std::string("rc/other_RC_") + c.loaded + ".dll");
+        CopyEnglish("rc/an other_RC_" + row[2] + ".dll");
         EXPECT_EQ(Reattach(&other), 1);
         EXPECT_EQ(LibraryText(6491), "STRING");
     }
@@ -164,11 +151,11 @@ TEST_F(Frame, LeavesNothingWhenDetachedWithLittleMemoryToo) {
 }
 
 TEST_F(Frame, FallsBackToTheApplicationsStrings) {
-    const LQ_STRING_RESOURCE strings[] = {{6491, u"own"}, {77, u"seventy-seven"}};
+    const LQ_STRING_RESOURCE strings[] = {{6491, u"own"}, {70077, u"seventy-seven"}};
     const LQ_STRING_TABLE table{2, strings};
     SetApplicationStrings(&table);
     EXPECT_STREQ(Utf8(GetResString(6491)).c_str(), "STRING");
-    EXPECT_STREQ(Utf8(GetResString(77)).c_str(), "seventy-seven");
+    EXPECT_STREQ(Utf8(GetResString(70077)).c_str(), "seventy-seven");
     EXPECT_STREQ(Utf8(GetResString(78)).c_str(), "");
     // Without a resource library the application's texts count, and behind them the English ones.
     LqDataEntry(module_, LQ_PROCESS_DETACH, nullptr);

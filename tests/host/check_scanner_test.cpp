@@ -6,6 +6,7 @@
 
 #include "lq_data/scanner.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -20,21 +21,12 @@ int Scan(Scanner& scanner, std::u16string_view text) {
 }
 
 TEST(CheckScanner, KnowsTheTypeKeywords) {
-    constexpr std::u16string_view kInOrder[] = {
-        u"SINT",          u"INT",      u"DINT",    u"LINT",        u"USINT",
-        u"UINT",          u"UDINT",    u"ULINT",   u"BOOL",        u"REAL",
-        u"LREAL",         u"BYTE",     u"WORD",    u"DWORD",       u"LWORD",
-        u"TIME",          u"DATE",     u"TOD",     u"TIME_OF_DAY", u"DT",
-        u"DATE_AND_TIME", u"ANY",      u"ANY_NUM", u"ANY_REAL",    u"ANY_INT",
-        u"ANY_BIT",       u"ANY_DATE", u"ANY16",   u"ANY32",       u"ANY_SIMPLE",
-        u"STRING",        u"ARRAY",    u"OF"};
     Scanner* scanner = GetCheckScanner();
     ASSERT_NE(scanner, nullptr);
     EXPECT_EQ(scanner->ReleaseStream(), nullptr);
     int number = 6461;
-    for (const std::u16string_view word : kInOrder) {
-        EXPECT_EQ(Scan(*scanner, word), number) << testing::PrintToString(word);
-        ++number;
+    for (const auto& row : lq::test::Rows("host/settings.rows", "type keywords in order")) {
+        EXPECT_EQ(Scan(*scanner, row.Wide(0)), number++) << row.line;
     }
     EXPECT_EQ(Scan(*scanner, u"STRUCT"), 6504);
     EXPECT_EQ(Scan(*scanner, u"UNION"), 6505);

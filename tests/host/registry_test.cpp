@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -7,11 +8,13 @@
 #include "lq_base.h"
 #include "lq_framework.h"
 #include "tests/host/temp_folder.h"
+#include "tests/support/rows.h"
 
 namespace {
 
 using namespace lq::host;
-using namespace std::string_view_literals;
+using lq::test::Row;
+using lq::test::Rows;
 
 // The inputs are INI lines below "[Options]"; the key asked for is "Length", the fallback 32.
 TEST(Settings, ReadsIntegers) {
@@ -21,28 +24,24 @@ TEST(Settings, ReadsIntegers) {
         return std::string(count, 'x') + "Length=90\nLength=80\n";
     };
     const auto blank = [](std::size_t count) { return std::string(count, ' ') + "Length=80\n"; };
-    // clang-format off
-    const struct {
+    struct Case {
         std::string lines;
-        uint32_t expected;
-    } cases[] = {
-        {"", 32}, {"Length=80\n", 80}, {"Length = 80 ; characters\n", 80}, {"Length: 80", 80},
-        {"\t  length=80\r\n", 80}, {"Other=1\n  Length=80\n", 80}, {"Length=80\nLength=90\n", 80},
-        {"Length=80\n  90\n", 80}, {"Length=0x1F\n", 31}, {"Length=0X1f\n", 31}, {"Length=0\n", 0},
-        {"Length=0x\n", 0}, {"Length=-0x1F\n", 0}, {"Length=-1\n", 0xFFFFFFFFu}, {"Length=+7\n", 7},
-        {"Length=4294967297\n", 1}, {"Length=12 metres\n", 12}, {"Length=metres\n", 0},
-        {"Length=\n", 32}, {"Length\n", 32}, {";Length=80\n#Length=80\n", 32},
-        {"[Other]\nLength=80\n", 32}, {"[Other]\n[Options]\nLength=80\n", 80},
-        // Beyond the reader's limits.
+        int64_t expected;
+    };
+    // clang-format off
+    std::vector<Case> cases = {  // beyond the reader's limits
         {"# " + longText + "Length=90\nLength=80\n", 80}, {longText + "\nLength=80\n", 80},
         {longText + "=1\nLength=80\n", 80}, {"Length=" + longText + "\n", 32},
         {"[" + longText + "]\nLength=80\n", 32}, {"[" + std::string(60, 'x') + "]\nLength=80\n", 32},
         {line(197), 80}, {line(198), 80}, {line(199), 80}, {line(200), 80}, {blank(100), 80},
     };
     // clang-format on
+    for (const Row& row : Rows("host/settings.rows", "settings")) {
+        cases.push_back({row[0], row.Number(1)});
+    }
     const lq::test::TempFolder folder;
     const lq::test::EnvironmentVariable moved("LQ_DATA_CONFIG", folder.GetPath().c_str());
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         folder.Write("user/settings.ini", "\xEF\xBB\xBF[Options]\n" + c.lines);
         EXPECT_EQ(GetPrivateProfileIntW(u"Options", u"Length", 32, GetIniName()), c.expected)
             << c.lines;
@@ -93,7 +92,7 @@ class Registry : public testing::Test {
   protected:
     Registry() : moved_("LQ_DATA_CONFIG", folder_.GetPath().c_str()) {
         folder_.Write("user/registry.ini",
-                      "[SOFTWARE\\Firm\\App]\nNumber=1252\nHex=0x3A4\nText=ab\nMixed=12ab\n"
+                      "[SOFTWARE\\Firm\\App]\nNumber=1252\nHex=0x3A4\nText=ab\nMixed=12ab\nNone=\n"
                       "[SOFTWARE\\Empty]\n[SOFTWARE\\Last]");
         folder_.Write("machine/registry.ini", "[SOFTWARE\\Machine]\nNumber=932\n");
     }
@@ -103,61 +102,42 @@ class Registry : public testing::Test {
 };
 
 TEST_F(Registry, OpensTheKeysThatExist) {
-    const struct {
-        HKEY root;
-        std::u16string path;
-        int32_t result;
-    } cases[] = {
-        {HKEY_CURRENT_USER, u"SOFTWARE\\Firm\\App", ERROR_SUCCESS},
-        {HKEY_CURRENT_USER, u"software\\firm\\APP", ERROR_SUCCESS},
-        {HKEY_CURRENT_USER, u"SOFTWARE\\Empty", ERROR_SUCCESS},
-        {HKEY_CURRENT_USER, u"SOFTWARE\\Last", ERROR_SUCCESS},
-        {HKEY_CURRENT_USER, u"SOFTWARE\\Firm", ERROR_FILE_NOT_FOUND},
-        {HKEY_CURRENT_USER, u"SOFTWARE\\Machine", ERROR_FILE_NOT_FOUND},
-        {HKEY_LOCAL_MACHINE, u"SOFTWARE\\Machine", ERROR_SUCCESS},
-        {HKEY_CURRENT_USER, u"", ERROR_FILE_NOT_FOUND},
-        {HKEY_CURRENT_USER, std::u16string(128, u'k'), ERROR_FILE_NOT_FOUND},
-        {nullptr, u"SOFTWARE\\Machine", ERROR_INVALID_HANDLE},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.path));
+    const auto open = [](HKEY root, const std::u16string& path) {
         HKEY key = HKEY_CURRENT_USER;
-        EXPECT_EQ(RegOpenKeyExW(c.root, c.path.c_str(), 0, KEY_READ, &key), c.result);
-        EXPECT_EQ(key != nullptr, c.result == ERROR_SUCCESS);
+        const int32_t result = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
+        EXPECT_EQ(key != nullptr, result == ERROR_SUCCESS);
         EXPECT_EQ(RegCloseKey(key), key ? ERROR_SUCCESS : ERROR_INVALID_HANDLE);
+        return result;
+    };
+    for (const Row& row : Rows("host/settings.rows", "keys")) {
+        const HKEY root = row[0] == "user" ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+        EXPECT_EQ(open(root, row.Wide(1)), row[2] == "open" ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND)
+            << row.line;
     }
+    EXPECT_EQ(open(HKEY_CURRENT_USER, std::u16string(128, u'k')), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(open(nullptr, u"SOFTWARE\\Machine"), ERROR_INVALID_HANDLE);
 }
 
 TEST_F(Registry, ReadsValues) {
-    const struct {
-        const char16_t* name;
-        uint32_t capacity;
-        int32_t result;
-        uint32_t type, size;
-        std::u16string_view text;  // what the buffer holds afterwards; at first u"????"
-    } cases[] = {
-        {u"Number", 4, ERROR_SUCCESS, REG_DWORD, 4, u"\x4E4\0??"sv},
-        {u"NUMBER", 8, ERROR_SUCCESS, REG_DWORD, 4, u"\x4E4\0??"sv},
-        {u"Hex", 4, ERROR_SUCCESS, REG_DWORD, 4, u"\x3A4\0??"sv},
-        {u"Number", 3, ERROR_MORE_DATA, REG_DWORD, 4, u"????"sv},
-        {u"Text", 6, ERROR_SUCCESS, REG_SZ, 6, u"ab\0?"sv},
-        {u"Text", 5, ERROR_MORE_DATA, REG_SZ, 6, u"????"sv},
-        {u"Mixed", 8, ERROR_MORE_DATA, REG_SZ, 10, u"????"sv},
-        {u"Missing", 8, ERROR_FILE_NOT_FOUND, 99, 8, u"????"sv},
-    };
     HKEY key = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"SOFTWARE\\Firm\\App", 0, KEY_READ, &key), 0);
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(c.name)));
+    const std::map<std::string, std::pair<int32_t, uint32_t>> results = {
+        {"number", {ERROR_SUCCESS, REG_DWORD}},
+        {"text", {ERROR_SUCCESS, REG_SZ}},
+        {"number, no room", {ERROR_MORE_DATA, REG_DWORD}},
+        {"text, no room", {ERROR_MORE_DATA, REG_SZ}},
+        {"none", {ERROR_FILE_NOT_FOUND, 99}},
+    };
+    for (const Row& row : Rows("host/settings.rows", "values")) {
+        SCOPED_TRACE(row.line);
         char16_t buffer[] = u"????";
         uint32_t type = 99;
-        uint32_t size = c.capacity;
-        EXPECT_EQ(RegQueryValueExW(key, c.name, nullptr, &type,
-                                   reinterpret_cast<unsigned char*>(buffer), &size),
-                  c.result);
-        EXPECT_EQ(type, c.type);
-        EXPECT_EQ(size, c.size);
-        EXPECT_EQ(std::u16string_view(buffer, c.text.size()), c.text);
+        auto size = static_cast<uint32_t>(row.Number(1));
+        const int32_t result = RegQueryValueExW(key, row.Wide(0).c_str(), nullptr, &type,
+                                                reinterpret_cast<unsigned char*>(buffer), &size);
+        EXPECT_EQ(std::pair(result, type), results.at(row[2]));
+        EXPECT_EQ(size, row.Number(3));
+        EXPECT_EQ(std::u16string(buffer, 4), row.Wide(4));
     }
     RegCloseKey(key);
 }

@@ -139,6 +139,11 @@ TEST(Streams, GoThroughAFile) {
     file.PutBlock("x", 1, nullptr);
     EXPECT_EQ(file.Close(), 0);
     EXPECT_EQ(file.GetErrno(), ENOSPC);
+    ASSERT_EQ(file.Open("/dev/full", FILESTREAM_A::WRITE), 1);
+    EXPECT_EQ(file.GetBlock(buffer, 1, nullptr), 0);
+    file.PutBlock("x", 1, nullptr);
+    EXPECT_EQ(file.Close(), 0);
+    EXPECT_EQ(file.GetErrno(), EBADF) << "the first reason";
 }
 
 }  // namespace

@@ -8,11 +8,14 @@
 #include "lq_data/types.h"
 #include "pouh/declarations.h"
 #include "pouh/record_types.h"
+#include "tests/support/rows.h"
 
 namespace {
 
 using namespace lq::pouh;
 using lq::host::Scope;
+using lq::test::Row;
+using lq::test::Rows;
 using Text = std::u16string;
 
 constexpr ID kUnknown = ID(12345);
@@ -45,6 +48,7 @@ struct OddPou final : Odd<LQPOU> {
     using Odd::Odd;
     LQOBJECT* GetHeader() override { return header_; }
     int GetEnoFlag() const override { return header_ ? 0 : 1; }
+    int32_t QueryValue(int32_t) const override { return -1; }
 };
 
 struct Members : LQSELECTION {
@@ -65,11 +69,11 @@ Lines Loaded(ID id, int expected = 1) {
 class Load : public testing::Test {
   protected:
     Load() {
-        project_.AddStructure(u"Point", u"c");
-        project_.AddVar(project_.FindDataType(u"Point"), u"y", u"INT", kLocal, u"1");
-        project_.AddVar(project_.FindDataType(u"Point"), u"x", u"BOOL");
-        globals_ = project_.AddGlobals();
-        project_.AddVar(globals_, u"g", u"INT", kGlobal, u"1 +", u"%MW4");
+        project_.NewDataType(u"Point", true, u"c");
+        project_.NewVar(project_.FindDataType(u"Point"), u"y", u"INT", kLocal, u"1");
+        project_.NewVar(project_.FindDataType(u"Point"), u"x", u"BOOL");
+        globals_ = project_.NewList(project_.NewConfiguration());
+        project_.NewVar(globals_, u"g", u"INT", kGlobal, u"1 +", u"%MW4");
         header_ = CreatePOUHeader();
     }
     ~Load() override { DestroyPOUHeader(header_); }
@@ -121,9 +125,9 @@ TEST_F(Load, HeadersAndInterfacesByKindAndEnoFlag) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "kind " << c.kind << " eno " << c.eno);
         const ID id = AddPou(u"F", c.kind, c.eno);
-        project_.AddVar(id, u"a", u"INT", kInput);
-        project_.AddVar(id, u"r", u"INT", kLocal);
-        project_.AddVar(id, u"q", u"INT", kOutput);
+        project_.NewVar(id, u"a", u"INT", kInput);
+        project_.NewVar(id, u"r", u"INT", kLocal);
+        project_.NewVar(id, u"q", u"INT", kOutput);
         for (const int fromDeclManager : {0, 1}) {
             EXPECT_EQ(LoadPOUHeader(header_, id, fromDeclManager), 1);
             EXPECT_EQ(Header(), c.header);
@@ -143,7 +147,7 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
     for (const Scope scope : {Scope::kLocal, Scope::kTemp, Scope::kExternal, Scope::kOutput,
                               Scope::kInOut, Scope::kInExt, Scope::kInput}) {
         for (const int flags : {0, 1, 2}) {
-            project_.AddVar(id, u"x", u"INT", {scope, flags == 1, flags == 2});
+            project_.NewVar(id, u"x", u"INT", {scope, flags == 1, flags == 2});
         }
     }
     POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
@@ -154,38 +158,26 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
         scopes += u" " + Number(decl->scope);
     }
     EXPECT_EQ(scopes, u" 2 3 4 4 4 8 6 6 6 5 5 9");
+    POUH_DECL_LIST_TYP* replaced = CreatePOUHDeclList();
+    replaced->list = ListOf(list);
+    EXPECT_EQ(LoadInterface(list, dynamic_cast<LQPOU*>(project_.GetView(id))), 1);
+    EXPECT_EQ(CardinalityOfList(ListOf(replaced)), 12u) << "and not destroyed";
+    DestroyPOUHDeclList(replaced);
     DestroyPOUHDeclList(list);
 }
 
 TEST_F(Load, ByName) {
     AddPou(u"Main", LQ_KIND_PROGRAM);
     AddPou(u"TOF", LQ_KIND_PROGRAM);
-    project_.AddStructure(u"Main");
-    struct {
-        const char16_t* name;
-        Text info;   // "none" for a failure
-        Text asked;  // before the declarations
-        // clang-format off
-    } const cases[] = {
-        {u"Main", u"3 Main pou header 0", u"find Main in the POUs; object Main"},
-        {u"TOF", u"3 TOF pou header 0", u"find TOF in the POUs; object TOF"},
-        {u"TON", u"2 TON Delays switching on  0",
-                               u"find TON in the POUs; library 23; library 24; object TON; "
-                               u"declaration IN; check ; declaration PT; check ; declaration Q; "
-                               u"check ; declaration ET; check "},
-        {u"Point", u"5 Point  c 0", u"find Point in the POUs; library 23; library 24; type Point; "
-                                    u"object Point; declaration y; check 1; declaration x; check "},
-        {u"None", u"none", u"find None in the POUs; library 23; library 24; type None"},
-        {u"", u"none", u"find  in the POUs; library 23; library 24; type "},
-        {nullptr, u"none", u""},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
+    project_.NewDataType(u"Main");
+    for (const Row& row : Rows("pouh/texts.rows", "headers by name")) {
         DestroyPOUHeader(std::exchange(header_, CreatePOUHeader()));
-        EXPECT_EQ(LoadPOUHeader(header_, c.name), c.info != u"none");
-        EXPECT_EQ(Info(), c.info);
-        EXPECT_EQ(project_.Asked(), c.asked);
+        EXPECT_EQ(LoadPOUHeader(header_, row.Wide(0).c_str()), row[1] != "none");
+        EXPECT_EQ(Info(), row.Wide(1));
+        EXPECT_EQ(project_.Asked(), row.Wide(2));
     }
+    EXPECT_EQ(LoadPOUHeader(header_, nullptr), 0);
+    EXPECT_EQ(project_.Asked(), u"");
     EXPECT_EQ(LoadPOUHeader(nullptr, u"Main"), 0);
     ASSERT_EQ(LoadPOUHeader(header_, u"Point"), 1);
     EXPECT_EQ(Header(), (Lines{u"1 y : 1 INT := 1", u"1 x : 1 BOOL"})) << "in the model's order";
@@ -196,8 +188,8 @@ TEST_F(Load, ByName) {
 
 TEST_F(Load, FailureKeepsOrRenewsTheOldRecords) {
     const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-    project_.AddVar(pou, u"a", u"INT");
-    const ID other = project_.AddConfigurationNamed(u"Other");
+    project_.NewVar(pou, u"a", u"INT");
+    const ID other = project_.NewConfiguration(u"Other");
     for (const bool hasManagers : {true, false}) {
         ASSERT_EQ(LoadPOUHeader(header_, pou, 0), 1);
         project_.hasManagers = hasManagers;
@@ -224,7 +216,7 @@ TEST_F(Load, FailureKeepsOrRenewsTheOldRecords) {
 // object; objects of another kind than their class.
 TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
     const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-    const ID a = project_.AddVar(pou, u"a", u"INT", kInput);
+    const ID a = project_.NewVar(pou, u"a", u"INT", kInput);
     Members members({kUnknown, a, ID()});
     Odd<LQOBJECT> head(0, nullptr, &members);
     Odd<LQOBJECT> withoutMembers(0);
@@ -275,36 +267,19 @@ TEST_F(Load, ObjectsThatAreNotAsTheyShould) {
 }
 
 TEST_F(Load, DeclarationsAreCheckedAndMarked) {
-    struct {
-        const char16_t* name;
-        const char16_t* type;
-        lq::host::Section section;
-        const char16_t* init;
-        const char16_t* line;
-    } const cases[] = {
-        {u"x", u"INT", kLocal, u"5", u"1 x : 1 INT := 5"},
-        {u"x", u"STRING(4)", kInput, u"'ab'", u"2 x : 3 STRING(4) := 'ab'"},
-        {u"x", u"ARRAY [1..2] OF INT", kOutput, u"[1,2]", u"5 x : 4 ARRAY [1..2] OF INT := [1,2]"},
-        {u"x", u"Point", kLocal, u"a := 1", u"1 x : 5 Point := a := 1"},
-        {u"x", u"TON", kLocal, u"", u"1 x : 6 TON"},
-        {u"x", u"STRUCT a : INT; END_STRUCT", kLocal, u"", u"1 x : 1 STRUCT a : INT; END_STRUCT"},
-        {u"x", u"VOID", kLocal, u"", u"1 x : 1 ?VOID?"},
-        {u"x", u"Nothing", kLocal, u"", u"1 x : 1 ?Nothing?"},
-        {u"x", u"INT (1..10)", kLocal, u"", u"1 x : 1 ?INT (1..10)?"},
-        {u"x", u"INT", kLocal, u"1 +", u"1 x : 1 INT := ?1 +?"},
-        {u"1x", u"INT", kLocal, u"", u"1 ?1x? : 1 INT"},
-        // External declarations take after the global, if there is one.
-        {u"g", u"INT", kExternal, u"3", u"10 g : 1 INT := ?1 +? @%MW4"},
-        {u"h", u"INT", kExternal, u"3", u"10 h : 1 INT"},
-        {u"g", u"INT", {Scope::kExternal, false, true}, u"3", u"13 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", {Scope::kExternal, true, false}, u"3", u"19 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", {Scope::kExternal, true, true}, u"3", u"20 g : 1 INT := ?1 +? @%MW4"},
-        {u"g", u"INT", kLocal, u"3", u"1 g : 1 INT := 3"},
-    };
-    for (const auto& c : cases) {
+    for (const Row& row : Rows("pouh/texts.rows", "declarations")) {
+        const auto has = [&row](const char* word) {
+            return row[2].find(word) != std::string::npos;
+        };
+        const lq::host::Section section = {has("external") ? Scope::kExternal
+                                           : has("input")  ? Scope::kInput
+                                           : has("output") ? Scope::kOutput
+                                                           : Scope::kLocal,
+                                           has("constant"), has("retain")};
         const ID pou = AddPou(u"Main", LQ_KIND_PROGRAM);
-        project_.AddVar(pou, c.name, c.type, c.section, c.init, u"%IX0.0");
-        EXPECT_EQ(Loaded(pou), Lines{c.line});
+        const auto kept = [&](size_t column) { return project_.Intern(row.Wide(column)); };
+        project_.NewVar(pou, kept(0), kept(1), section, kept(3), u"%IX0.0");
+        EXPECT_EQ(Loaded(pou), Lines{row.Wide(4)}) << row.line;
     }
     EXPECT_EQ(Loaded(globals_), Lines{u"11 g : 1 INT := 1 + @%MW4"}) << "unchecked";
 }
@@ -324,6 +299,7 @@ TEST_F(Load, NameOfReturnValue) {
         {u"1x", u"INT", true, u"1x"},
         {u"1x", u"Nothing", true, u"1x"},
         {u"1x", u"STRING", true, u"?1x?"},
+        {u"1x", u"Point", true, u"?1x?"},
         {tooLong, u"STRING", true, tooLong},
     };
     for (const auto& c : cases) {
@@ -360,6 +336,9 @@ TEST_F(Load, FilledDeclarations) {
     EXPECT_EQ(*DecFlags(decl), 0);
     EXPECT_EQ(FillFlagsInDeclaration(nullptr, 1), 0);
     EXPECT_EQ(FillFBInstDeclaration(nullptr, DS_VAR, u"t", u"TON", u"", 0, u""), 0);
+    DestroyDecl(std::exchange(decl, CreateDecl()));
+    EXPECT_EQ(FillFBInstDeclaration(decl, DS_VAR, u"t", u"TON", u"", 0, nullptr), 1);
+    EXPECT_NE(static_cast<FBINST_SPEC_TYP*>(decl->type->spec)->comment2, nullptr);
     DestroyDecl(decl);
 }
 
@@ -405,40 +384,32 @@ TEST_F(Load, HiddenHeaders) {
 
 TEST_F(Load, FunctionBlockOfAnInstance) {
     AddPou(u"Motor", LQ_KIND_FUNCTION_BLOCK);
+    AddPou(u"Sum", LQ_KIND_FUNCTION);
     const ID main = AddPou(u"Main", LQ_KIND_PROGRAM);
     for (const auto& [name, type] : {std::pair(u"m", u"Motor"),
                                      {u"shared", u"TON"},
                                      {u"number", u"INT"},
                                      {u"twice", u"INT"},
                                      {u"twice", u"TOF"}}) {
-        project_.AddVar(main, name, type);
+        project_.NewVar(main, name, type);
     }
     for (const auto& [name, type] : {std::pair(u"shared", u"Motor"),
                                      {u"number", u"Motor"},
                                      {u"other", u"Main"},
+                                     {u"sum", u"Sum"},
                                      {u"plain", u"INT"}}) {
-        project_.AddVar(globals_, name, type, kGlobal);
+        project_.NewVar(globals_, name, type, kGlobal);
     }
-    struct {
-        const char16_t* instance;
-        const char16_t* pou;
-        const char16_t* fbType;  // "before" for none
-        // clang-format off
-    } const cases[] = {
-        {u"m", u"Main", u"Motor"}, {u"M", u"main", u"Motor"}, {u"shared", u"Main", u"TON"},
-        {u"shared", u"None", u"Motor"}, {u"shared", nullptr, u"Motor"},
-        {u"number", u"Main", u"Motor"},  // the local one is no instance: on to the globals
-        {u"twice", u"Main", u"TOF"},
-        {u"other", u"Main", u"before"},  // a program is no function block
-        {u"plain", u"Main", u"before"}, {u"none", u"Main", u"before"},
-        {nullptr, u"Main", u"before"},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
+    for (const Row& row : Rows("pouh/texts.rows", "instances")) {
         CLQString fbType(u"before");
-        EXPECT_EQ(FindFBName(c.instance, c.pou, &fbType), c.fbType != Text(u"before"));
-        EXPECT_EQ(Text(fbType.GetText()), c.fbType) << testing::PrintToString(c.instance);
+        const bool isFound = row[2] != "before";
+        EXPECT_EQ(FindFBName(row.Wide(0).c_str(), row.Wide(1).c_str(), &fbType), isFound);
+        EXPECT_EQ(fbType.GetText(), row.Wide(2)) << row.line;
     }
+    CLQString fbType;
+    EXPECT_EQ(FindFBName(u"shared", nullptr, &fbType), 1);
+    EXPECT_EQ(FindFBName(nullptr, u"Main", &fbType), 0);
+    EXPECT_EQ(Text(fbType.GetText()), u"Motor");
     project_.Asked();
     EXPECT_EQ(FindFBName(nullptr, u"Main", nullptr) + FindFBName(u"m", u"Main", nullptr), 0);
     EXPECT_EQ(project_.Asked(), u"");
@@ -449,7 +420,7 @@ TEST_F(Load, Tasks) {
     const char16_t* const names[] = {u"Fast", u"Slow", u"Fast", u"Idle"};
     ID resources[2], ids[4];
     lq::host::Resource resource;
-    resource.configuration = project_.AddConfigurationNamed(u"C");
+    resource.configuration = project_.NewConfiguration(u"C");
     for (int i = 0; i < 4; ++i) {
         resource.name = i < 2 ? u"R1" : u"R2";
         resources[i / 2] = i % 2 == 0 ? project_.AddResource(resource) : resources[i / 2];
@@ -520,6 +491,8 @@ TEST_F(Load, Tasks) {
     EXPECT_EQ(list(), Lines{u"Idle"});
     EXPECT_EQ(LoadTask(task, u"Idle"), 1) << "behind a collection that is not there";
     EXPECT_EQ(Names(ListOf(task->pous)), Lines{u"Only"});
+    project_.instead[resources[1].GetNumber()] = nullptr;
+    EXPECT_EQ(LoadTask(task, u"Idle"), 0);
     project_.hasPools = false;
     EXPECT_EQ(list(), Lines{});
     EXPECT_EQ(LoadTask(task, u"Fast"), 0);

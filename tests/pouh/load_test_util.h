@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/model/project.h"
 #include "pouh/record_access.h"
+#include "tests/host/model/model_util.h"
 
 namespace lq::pouh {
 
@@ -15,16 +15,10 @@ std::u16string Number(int64_t number);
 
 // A project that the model answers for as long as it lives, and that keeps what the library asks of
 // the model, in order.
-class LoadedProject : public host::Project {
+class LoadedProject : public host::CurrentProject {
   public:
-    LoadedProject() {
-        host::SetProject(this);
-        current = this;
-    }
-    ~LoadedProject() {
-        current = nullptr;
-        host::SetProject(nullptr);
-    }
+    LoadedProject() { current = this; }
+    ~LoadedProject() { current = nullptr; }
 
     // What was asked since the last call: "find Main in the POUs; object Main".
     std::u16string Asked() { return std::exchange(asked, u""); }
@@ -36,46 +30,6 @@ class LoadedProject : public host::Project {
     bool hasManagers = true;
     bool hasPools = true;
     bool notesNew = false;  // new declarations keep nothing and note what they are given
-
-    ID AddPouNamed(const char16_t* name, LQ_OBJECT_KIND kind = LQ_KIND_PROGRAM) {
-        host::Pou pou;
-        pou.name = name;
-        pou.kind = kind;
-        return AddPou(pou);
-    }
-
-    ID AddStructure(const char16_t* name, const char16_t* comment = u"") {
-        host::DataType type;
-        type.name = name;
-        type.structure = true;
-        type.comment = comment;
-        return AddDataType(type);
-    }
-
-    ID AddConfigurationNamed(const char16_t* name) {
-        host::Configuration configuration;
-        configuration.name = name;
-        return AddConfiguration(configuration);
-    }
-
-    ID AddGlobals() {
-        host::VariableList list;
-        list.name = u"Globals";
-        list.parent = AddConfigurationNamed(u"Config");
-        return AddVariableList(list);
-    }
-
-    ID AddVar(ID owner, const char16_t* name, const char16_t* type, host::Section section = {},
-              const char16_t* init = u"", const char16_t* address = u"") {
-        host::Declaration declaration;
-        declaration.owner = owner;
-        declaration.name = name;
-        declaration.type = type;
-        declaration.section = section;
-        declaration.initValue = init;
-        declaration.address = address;
-        return AddDeclaration(declaration);
-    }
 };
 
 inline constexpr host::Section kLocal = {host::Scope::kLocal};

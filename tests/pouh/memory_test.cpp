@@ -48,15 +48,16 @@ TEST(PouhMemory, Loaders) {
     function.eno = true;
     function.comment = function.headerComment = u"comment";
     const ID pou = project.AddPou(function);
-    project.AddVar(pou, u"a", u"INT", kInput, u"1");
-    project.AddVar(pou, u"r", u"ARRAY [1..2] OF INT");
-    project.AddVar(pou, u"t", u"TON");
-    project.AddVar(pou, u"g", u"INT", kExternal);
+    project.NewVar(pou, u"a", u"INT", kInput, u"1");
+    project.NewVar(pou, u"r", u"ARRAY [1..2] OF INT");
+    project.NewVar(pou, u"t", u"TON");
+    project.NewVar(pou, u"g", u"INT", kExternal);
     const std::u16string longName(3000, u'n');
-    project.AddVar(pou, u"l", longName.c_str());
-    project.AddVar(pou, u"x", u"Nothing", kOutput, u"1 +");  // the last, for the check of its value
-    const ID globals = project.AddGlobals();
-    project.AddVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
+    project.NewVar(pou, u"l", longName.c_str());
+    project.NewVar(pou, u"x", u"Nothing", kOutput, u"1 +");  // the last, for the check of its value
+    const ID globals = project.NewList(project.NewConfiguration());
+    project.NewVar(globals, u"g", u"INT", kGlobal, u"7", u"%MW4");
+    project.NewVar(globals, u"t", u"CTU", kGlobal);  // behind the local one
     // A function whose texts do not fit the text class itself.
     function.name = u"TheReturnValueOfThisFunctionHasALongName";
     function.resultType = u"Another long text, of no type at all, for its result";
@@ -110,7 +111,7 @@ TEST(PouhMemory, Loaders) {
 TEST(PouhMemory, Tasks) {
     LoadedProject project;
     lq::host::Resource resource;
-    resource.configuration = project.AddConfigurationNamed(u"Config");
+    resource.configuration = project.NewConfiguration(u"Config");
     lq::host::Task source;
     source.name = u"Fast";
     source.priority = source.interval = source.event = source.comment = u"a text of its own";
@@ -118,7 +119,7 @@ TEST(PouhMemory, Tasks) {
     lq::host::ProgramInstance instance;
     instance.typeName = u"Main";
     instance.parent = project.AddTask(source);
-    project.AddPouNamed(u"Main");
+    project.NewPou(LQ_KIND_PROGRAM, u"Main");
     // Of both more than the nodes that a list takes at once.
     source.name = u"Other";
     for (int i = 0; i < 21; ++i) {
@@ -138,6 +139,13 @@ TEST(PouhMemory, Tasks) {
         return names;
     };
     RunWithFailures({"task list", [&] { return createList; }});
+    const auto make = [] { return std::shared_ptr<FLIST>(NewNameList(), DestroyList); };
+    RunWithFailures("names for a list", make, [](FLIST& list) {
+        EXPECT_EQ(LoadTaskList(&list), 1);
+        const Lines names = Names(&list);  // each is there
+        ClearList(&list);
+        return names.size() == 22 ? Joined(names) : kShort;
+    });
 }
 
 TEST(PouhMemory, RegroupingLeavesTheOldOrder) {
@@ -163,7 +171,7 @@ TEST(PouhMemory, RegroupingLeavesTheOldOrder) {
 // What has been read before memory runs out counts: the assignments up to some place.
 TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
     const std::u16string longString = u"'" + std::u16string(3000, u'x') + u"'";
-    std::vector<std::u16string> values = {u"[1,2]", longString};
+    std::vector<std::u16string> values = {u"[1,2]", longString, u"7" + longString};
     for (size_t length = 1; length < 40; ++length) {  // a comma at every place
         values.push_back(u"[" + std::u16string(length, u'1') + u",2]");
     }

@@ -95,41 +95,6 @@ TEST(PouhRecords, AttributesKeepWhatTheyAreGiven) {
     // clang-format on
 }
 
-TEST(PouhRecords, DestroyReleasesTheWholeTree) {
-    POU_HEADER_TYP* header = CreatePOUHeader();
-    POUH_INFO_TYP* info = CreatePOUHInfo();
-    SetAttrOfPOUHeader(header, POUH_INFO, &info);
-    POUH_COMMENT_TYP* comment = CreatePOUHComment();
-    SetAttrOfPOUHComment(comment, POUH_REMARK, u"remark");
-    SetAttrOfPOUHInfo(info, POUH_POUCOMMENT, &comment);
-
-    POUH_DECL_LIST_TYP* declList = CreatePOUHDeclList();
-    SetAttrOfPOUHeader(header, POUH_DECLLIST, &declList);
-    FLIST* list = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
-    SetAttrOfPOUHDeclList(declList, POUH_LIST, &list);
-
-    void* const specs[] = {CreateSimpleSpec(), CreateSubrangeSpec(), CreateStringSpec(),
-                           CreateArraySpec(),  CreateSimpleSpec(),   CreateFBInstSpec()};
-    uint32_t kind = 0;
-    for (void* spec : specs) {
-        ++kind;
-        UNNAMED_TYPE_TYP* type = CreateUnnamedType();
-        SetAttrOfUnnamedType(type, POUH_TYPEKIND, &kind);
-        SetAttrOfUnnamedType(type, POUH_TYPESPEC, &spec);
-        DECL_TYP* decl = CreateDecl();
-        SetAttrOfDecl(decl, POUH_TYPE, &type);
-        SetAttrOfDecl(decl, POUH_NAME, u"a name that needs memory of its own");
-        if (kind == DT_SUBRANGE) {
-            SetAttrOfSubrangeSpec(static_cast<SUBRANGE_SPEC_TYP*>(spec), POUH_NAME, u"INT");
-            SetAttrOfSubrangeSpec(static_cast<SUBRANGE_SPEC_TYP*>(spec), POUH_RANGE, u"1..2");
-            EXPECT_EQ(std::u16string(lq::pouh::TypeTextOf(decl)), u"INT");
-        }
-        InsertElementOfList(list, &decl, LC_LAST, 0);
-    }
-    EXPECT_EQ(CardinalityOfList(list), 6u);
-    EXPECT_EQ(DestroyPOUHeader(header), 1);
-}
-
 TEST(PouhRecords, InPlace) {
     EXPECT_EQ(DecFlags(nullptr), nullptr);
     EXPECT_EQ(lq::pouh::TypeKindOf(nullptr), 0u);
@@ -137,6 +102,14 @@ TEST(PouhRecords, InPlace) {
     DECL_TYP* decl = CreateDecl();
     decl->scope = DS_VAR;
     EXPECT_EQ(std::u16string(lq::pouh::TextOf(decl, POUH_SCOPE)), u"") << "no text";
+    decl->type = CreateUnnamedType();
+    decl->type->kind = DT_SUBRANGE;
+    SUBRANGE_SPEC_TYP* const spec = CreateSubrangeSpec();
+    decl->type->spec = spec;
+    SetAttrOfSubrangeSpec(spec, POUH_NAME, u"INT");
+    SetAttrOfSubrangeSpec(spec, POUH_RANGE, u"a range that needs memory of its own");
+    spec->comment = CreatePOUHComment();
+    EXPECT_EQ(std::u16string(lq::pouh::TypeTextOf(decl)), u"INT");
     DestroyDecl(decl);
     POUH_COMMENT_TYP* comment = CreatePOUHComment();
     EXPECT_EQ(std::u16string(GetRemarkPointerOfPOUHComment(comment)), u"");

@@ -3,17 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <initializer_list>
 
 #include "host/text/utf.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
+#include "tests/support/rows.h"
 
 // The tests' way to a scanner's reader.
 struct ScannerTestAccess {
@@ -28,31 +29,21 @@ struct ScannerTestAccess {
 
 namespace lq::test {
 
-// Hands out at most `step` characters a call.
-class SlowStream : public STREAM_W {
+// Hands out at most `step` characters of the text a call; where it is negative, it claims more.
+class SlowStream : public MEMSTREAM_W {
   public:
-    SlowStream(std::u16string text, int32_t step) : text_(std::move(text)), step_(step) {}
+    SlowStream(const std::u16string& text, int32_t step)
+        : MEMSTREAM_W(text.data(), static_cast<int32_t>(text.size()),
+                      static_cast<int32_t>(text.size()), nullptr),
+          step_(step) {}
 
-    int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR*) override {
-        const auto left = static_cast<int32_t>(text_.size()) - read_;
-        const int32_t n = std::min({count, step_, left});
-        std::copy_n(text_.data() + read_, n, buffer);
-        read_ += n;
-        return n;
+    int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR* error) override {
+        const int32_t got = MEMSTREAM_W::GetBlock(buffer, std::min(count, std::abs(step_)), error);
+        return step_ < 0 && got == count ? got + 9 : got;
     }
-    int32_t PutBlock(const char16_t*, int32_t, STREAMERROR*) override { return 0; }
-    int32_t TellRead() override { return read_; }
-    int32_t TellWrite() override { return 0; }
-    int SeekRead(int32_t position, STREAMERROR*) override {
-        read_ = position;
-        return 1;
-    }
-    int SeekWrite(int32_t, STREAMERROR*) override { return 0; }
 
   private:
-    std::u16string text_;
     int32_t step_;
-    int32_t read_ = 0;
 };
 
 inline std::unique_ptr<Scanner> NewScanner() {
@@ -165,12 +156,7 @@ class TestScanner {
 
   private:
     STREAM_W& MakeStream(int32_t step) {
-        const auto size = static_cast<int32_t>(text_.size());
-        if (step == 0) {
-            streams_.push_back(std::make_unique<MEMSTREAM_W>(text_.data(), size, size, nullptr));
-        } else {
-            streams_.push_back(std::make_unique<SlowStream>(text_, step));
-        }
+        streams_.push_back(std::make_unique<SlowStream>(text_, step != 0 ? step : INT32_MAX));
         return *streams_.back();
     }
 
@@ -184,12 +170,7 @@ inline std::string Scan(const std::u16string& text, std::vector<Place>* places =
 }
 
 // How many characters a stream hands out at a time.
-inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000};
-
-struct ScanCase {
-    const char16_t* text;
-    const char* tokens;
-};
+inline constexpr int32_t kSteps[] = {1, 2, 3, 5, 7, 13, 32, 1000, -1000};
 
 // Each text must give its tokens, each at its place: from memory, from streams that hand out little
 // at a time, and at every start near the end of a small half.
@@ -216,9 +197,10 @@ inline void CheckScan(const std::u16string& text, const std::string& tokens) {
     }
 }
 
-inline void CheckScans(std::initializer_list<ScanCase> cases) {
-    for (const ScanCase& c : cases) {
-        CheckScan(c.text, c.tokens);
+// A table of texts and their tokens.
+inline void CheckScans(const std::string& table) {
+    for (const Row& row : Rows("scanner/tokens.rows", table)) {
+        CheckScan(row.Wide(0), row[1]);
     }
 }
 

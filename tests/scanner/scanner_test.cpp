@@ -82,7 +82,8 @@ TEST(Scanner, HandsTheStreamBackAndGoesOnWithAnother) {
 // Halves of three characters, and no owner for the text of a long token.
 TEST(BufferPair, LooksAheadAndStaysAtTheEnd) {
     const std::u16string text = u"abcdefg";
-    SlowStream stream(text + u"\u001Ahi", 1000);  // whose own mark is the end
+    const std::u16string all = text + u"\u001Ahi";  // whose own mark is the end
+    SlowStream stream(all, 1000);
     BufferPair reader(stream, 4);
     EXPECT_EQ(reader.GetPosition(), -1);
     for (size_t i = 0; i < text.size(); ++i) {

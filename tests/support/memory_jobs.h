@@ -26,6 +26,15 @@ struct MemoryJob {
 // over, and the job must allocate something.
 void RunWithFailures(const MemoryJob& job);
 
+// The same of a job on one object: `make` gives a shared pointer to it, `run` the answer.
+template <typename Make, typename Run>
+void RunWithFailures(const char* name, const Make& make, const Run& run) {
+    RunWithFailures({name, [&]() -> Attempt {
+                         const auto object = make();
+                         return [&run, object] { return run(*object); };
+                     }});
+}
+
 // Releases what the library and its host keep between calls.
 void ReleaseKept();
 

@@ -67,7 +67,7 @@ std::string Describe(ArrInfo& info) {
         text += " " + std::to_string(ext[1].magnitude);
     }
     EXPECT_EQ(info.GetDim(), dims);
-    return text + " = " + std::to_string(info.total.magnitude);
+    return text + (info.total.sign ? " = -" : " = ") + std::to_string(info.total.magnitude);
 }
 
 TEST(ArrayExtents, ReadsByIndexAndOnFromThere) {
@@ -109,9 +109,10 @@ TEST(ArrayExtents, ClearKnowsThreeModes) {
     for (const int mode : {-1, 3, 0, 1}) {
         info.Clear(ArrInfo::CLEAR_END);
         Fill(info, IEC_INT, {10, 5});
+        info.total.sign = 1;
         const bool clears = mode == 0 || mode == 1;
         EXPECT_EQ(info.Clear(static_cast<ArrInfo::CLEAR_ID>(mode)), clears ? 1 : 0) << mode;
-        EXPECT_EQ(Describe(info), clears ? "-1: = 1" : "2: 10 5 = 50") << mode;
+        EXPECT_EQ(Describe(info), clears ? "-1: = 1" : "2: 10 5 = -50") << mode;
     }
 }
 
@@ -134,31 +135,30 @@ TEST(ArrayExtents, MoveExchangesTheListsAndCopiesTheRest) {
     ArrInfo to;
     Fill(from, IEC_REAL, {3, 4});
     Fill(to, IEC_INT, {9});
+    from.total.sign = 1;
     EXPECT_EQ(from.Move(to), 1);
-    EXPECT_EQ(Describe(from), "9: 9 = 12");
+    EXPECT_EQ(Describe(from), "9: 9 = -12");
     EXPECT_EQ(Append(to, 7), 1);
-    EXPECT_EQ(Describe(to), "9: 3 4 7 = 84");
+    EXPECT_EQ(Describe(to), "9: 3 4 7 = -84");
 }
 
 TEST(ArrayExtents, WithoutMemoryTheExtentIsNotStored) {
-    const auto append = []() -> lq::test::Attempt {
-        const auto info = std::make_shared<ArrInfo>();
-        Append(*info, 2);
-        return [=] {
-            const std::string before = Describe(*info);
-            const int isAppended = Append(*info, 3);
-            EXPECT_TRUE(isAppended || Describe(*info) == before);
-            return isAppended ? Describe(*info) : lq::test::kShort;
-        };
+    const auto make = [] {
+        auto info = std::make_shared<ArrInfo>();
+        Fill(*info, IEC_REAL, {2});
+        return info;
     };
-    const auto copy = []() -> lq::test::Attempt {
-        const auto from = std::make_shared<ArrInfo>();
-        Fill(*from, IEC_REAL, {3, 4});
-        const auto to = std::make_shared<ArrInfo>();
-        return [=] { return from->Copy(*to) ? Describe(*to) : lq::test::kShort; };
-    };
-    lq::test::RunWithFailures({"extent", append});
-    lq::test::RunWithFailures({"copy", copy});
+    lq::test::RunWithFailures("extent", make, [](ArrInfo& info) {
+        const std::string before = Describe(info);
+        const int isAppended = Append(info, 3);
+        EXPECT_TRUE(isAppended || Describe(info) == before);
+        return isAppended ? Describe(info) : lq::test::kShort;
+    });
+    ArrInfo from;
+    Fill(from, IEC_REAL, {3, 4});
+    lq::test::RunWithFailures("copy", make, [&from](ArrInfo& to) {
+        return from.Copy(to) ? Describe(to) : lq::test::kShort;
+    });
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 // Typed constants: from numbers, times and texts, and to them.
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -11,6 +10,8 @@
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
 #include "tests/support/memory_jobs.h"
+#include "tests/support/rows.h"
+#include "tests/support/test_allocator.h"
 
 namespace {
 
@@ -44,62 +45,31 @@ std::string TextOf(Val& v, int expectedResult = 1) {
 }
 
 // An integer takes the smallest class that holds it, a bit string the smallest unsigned one.
-TEST(ValueText, ReadsOneConstant) {
-    struct {
-        const char16_t* text;
-        int unsignedOnly;
-        VAL_TYPE type;
-        const char* printed = nullptr;  // null: as it was read
-    } const cases[] = {
-        // clang-format off
-        {u"0", 0, VT_SINT}, {u"127", 0, VT_SINT}, {u"128", 0, VT_USINT}, {u"255", 0, VT_USINT},
-        {u"256", 0, VT_INT}, {u"32767", 0, VT_INT}, {u"32768", 0, VT_UINT}, {u"65535", 0, VT_UINT},
-        {u"65536", 0, VT_DINT}, {u"2147483647", 0, VT_DINT}, {u"2147483648", 0, VT_UDINT},
-        {u"4294967295", 0, VT_UDINT}, {u"-1", 0, VT_SINT}, {u"-128", 0, VT_SINT},
-        {u"-129", 0, VT_INT}, {u"-32768", 0, VT_INT}, {u"-32769", 0, VT_DINT},
-        {u"-2147483648", 0, VT_DINT}, {u"-0", 0, VT_SINT, "0"}, {u"+5", 0, VT_SINT, "5"},
-        {u" 300 ", 0, VT_INT, "300"}, {u"16#FFFF_FFFF", 0, VT_UDINT, "4294967295"},
-        {u"-16#80", 0, VT_SINT, "-128"}, {u"0", 1, VT_BOOL, "FALSE"}, {u"1", 1, VT_BOOL, "TRUE"},
-        {u"2", 1, VT_USINT}, {u"255", 1, VT_USINT}, {u"256", 1, VT_UINT}, {u"65535", 1, VT_UINT},
-        {u"65536", 1, VT_UDINT}, {u"4294967295", 1, VT_UDINT}, {u"-1.5", 0, VT_LREAL},
-        {u"1.5", 1, VT_LREAL}, {u"TRUE", 0, VT_BOOL}, {u"FALSE", 1, VT_BOOL},
-        {u"T#1s", 0, VT_TIME, "1000"}, {u"T#-1s", 0, VT_TIME, "-1000"},
-        {u"-T#-1s", 0, VT_TIME, "1000"}, {u"D#1970-01-03", 0, VT_DATE, "172800"},
-        {u"TOD#00:00:02", 0, VT_TOD, "2000"}, {u"DT#1970-01-02-00:00:01", 0, VT_DT, "86401"},
-        // clang-format on
-    };
-    for (const auto& c : cases) {
-        const std::string text = EncodeUtf8(c.text);
-        SCOPED_TRACE(text);
-        const std::string printed = c.printed ? c.printed : text;
-        Val v;
-        EXPECT_EQ(v.Set(c.text, c.unsignedOnly), 1);
-        EXPECT_EQ(v.type, c.type);
-        EXPECT_EQ(TextOf(v), printed);
+TEST(ValueText, ReadsOneConstantAndRefusesEverythingElse) {
+    constexpr const char* kClasses[] = {"BOOL",  "SINT",  "USINT", "INT",   "UINT",
+                                        "DINT",  "UDINT", "LINT",  "ULINT", "REAL",
+                                        "LREAL", "TIME",  "DATE",  "TOD",   "DT"};
+    for (const lq::test::Row& row : lq::test::Rows("types/types.rows", "constants")) {
+        SCOPED_TRACE(row.line);
+        Val v(1u);
+        const bool isRefused = row[2].empty();
+        EXPECT_EQ(v.Set(row.Wide(0).c_str(), row[1] == "bits" ? 1 : 0), isRefused ? 0 : 1);
+        ASSERT_EQ(v.type == VT_NONE, isRefused);
+        if (isRefused) {
+            continue;
+        }
+        EXPECT_EQ(kClasses[v.type], row[2]);
+        EXPECT_EQ(TextOf(v), row[3]);
         ANY_INT_32 number{7, 9};
-        const bool isInteger = c.type >= VT_SINT && c.type <= VT_UDINT;
+        const bool isInteger = v.type >= VT_SINT && v.type <= VT_UDINT;
         EXPECT_EQ(v.Get(number), isInteger);
-        const int64_t expected = isInteger ? std::strtoll(printed.c_str(), nullptr, 10) : 9;
+        const int64_t expected = isInteger ? row.Number(3) : 9;
         EXPECT_EQ(number.sign ? -int64_t{number.magnitude} : number.magnitude, expected);
         EXPECT_EQ(number.sign, expected < 0);
     }
-}
-
-TEST(ValueText, RefusesEverythingElse) {
-    // clang-format off
-    struct { const char16_t* text; int unsignedOnly; } const cases[] = {
-        {u"", 0}, {u"  ", 0}, {u"-", 0}, {u"-5", 1}, {u"+5", 1}, {u"-TRUE", 0}, {u"+FALSE", 0},
-        {u"- -5", 0}, {u"*5", 0}, {u"(5)", 0}, {u"1 2", 0}, {u"1;", 0}, {u"true", 0}, {u"name", 0},
-        {u"'text'", 0}, {u"-2147483649", 0}, {u"-4294967295", 0}, {u"2#2", 0}, {u"1..2", 0},
-        {u"%IX1", 0}, {u"T#", 0}, {nullptr, 0},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
-        Val v(1u);
-        const std::string text = c.text ? EncodeUtf8(c.text) : "null";
-        EXPECT_EQ(v.Set(c.text, c.unsignedOnly), 0) << text;
-        EXPECT_EQ(v.type, VT_NONE) << text;
-    }
+    Val v(1u);
+    EXPECT_EQ(v.Set(nullptr, 0), 0);
+    EXPECT_EQ(v.type, VT_NONE);
 }
 
 TEST(ValueText, ReadsOnFromAScanner) {
@@ -228,16 +198,17 @@ TEST(Literal, OwnsItsTextUntilItIsGivenUp) {
 }
 
 TEST(Literal, WithoutMemoryTheOldTextStays) {
-    lq::test::RunWithFailures({"text", []() -> lq::test::Attempt {
-                                   const auto lit = std::make_shared<Lit>();
-                                   lit->SetText(u"1");
-                                   return [=] {
-                                       const std::u16string before = lit->text;
-                                       const int set = lit->SetText(u"23");
-                                       EXPECT_EQ(lit->text, set ? u"23" : before);
-                                       return set ? "23" : lq::test::kShort;
-                                   };
-                               }});
+    const auto make = [] {
+        auto lit = std::make_shared<Lit>();
+        lit->SetText(u"1");
+        return lit;
+    };
+    lq::test::RunWithFailures("text", make, [](Lit& lit) {
+        const std::u16string before = lit.text;
+        const int set = lit.SetText(u"23");
+        EXPECT_EQ(lit.text, set ? u"23" : before);
+        return set ? "23" : lq::test::kShort;
+    });
 }
 
 TEST(ValueText, WithoutMemoryThereIsNoValue) {
@@ -253,6 +224,15 @@ TEST(ValueText, WithoutMemoryThereIsNoValue) {
         };
         lq::test::RunWithFailures({"value", [&] { return read; }});
     }
+    const auto size = static_cast<int32_t>(longReal.size());
+    MEMSTREAM_W stream(longReal.c_str(), size, size, nullptr);
+    const std::unique_ptr<CObject> object(Scanner::CreateObject());
+    Scanner& scanner = static_cast<Scanner&>(*object);
+    scanner.Initialize(stream);
+    const lq::test::FailingAllocation failing(1, true);
+    Val value(1u);
+    EXPECT_EQ(value.Set(scanner, 0), 0);
+    EXPECT_EQ(value.type, VT_NONE);
 }
 
 }  // namespace

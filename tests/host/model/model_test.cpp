@@ -43,7 +43,7 @@ TEST(Project, RefusesOwnersOfTheWrongSort) {
     const std::size_t count = project.Declarations().size();
     for (const ID owner : {ID(), alias, configuration, ID(1), ID(0xFFFFFFFF), project.PouPool(),
                            MakeId(Sort::kPou, 1000)}) {
-        EXPECT_EQ(project.NewVariable(owner, u"v", u"INT"), ID()) << owner.GetNumber();
+        EXPECT_EQ(project.NewVar(owner, u"v", u"INT"), ID()) << owner.GetNumber();
     }
     EXPECT_EQ(project.Declarations().size(), count);
     EXPECT_EQ(project.NewResource(program), ID());
@@ -64,12 +64,19 @@ TEST(Project, FindsTheFirstOfEveryName) {
             const std::string number = std::to_string(i);
             const std::u16string name =
                 (again ? u"v" : u"V") + std::u16string(number.begin(), number.end());
-            const ID id = project.NewVariable(again ? local : list, project.Intern(name), u"INT");
+            const ID id = project.NewVar(again ? local : list, project.Intern(name), u"INT");
             ids.push_back(id);
             EXPECT_EQ(project.FindGlobal(name), ids[static_cast<std::size_t>(i)]) << i;
         }
     }
     EXPECT_EQ(project.FindBelow(list, u"v7"), ids[7]);
+    LQSELECTION& part = *LQNAVIOBJECTMAN::Get()->Get(list)->GetSelection();
+    for (const std::size_t first : {2995u, 2999u, 3000u, 3001u}) {
+        project.ShowPart(list, first, 3);
+        EXPECT_EQ(part.GetCount(), first < 2999 ? 3 : first < 3000 ? 1 : 0) << first;
+        EXPECT_EQ(part.GetID(0), first < 3000 ? ids[first] : ID()) << first;
+    }
+    project.ShowPart(list, 0, 3000);
     EXPECT_EQ(project.FindBelow(local, u"V7"), ids[3007]);
     for (const char16_t* none : {u"V3000", u"V", u"V29990", u""}) {
         EXPECT_EQ(project.FindGlobal(none), ID());
@@ -98,7 +105,7 @@ TEST(Project, HoldsWhatItHeldWhenMemoryIsShort) {
                 throw;
             }
             const ID list = project.NewList(project.NewConfiguration());
-            const ID global = project.NewVariable(list, u"g", u"INT");
+            const ID global = project.NewVar(list, u"g", u"INT");
             for (const bool byName : {true, false}) {
                 const std::unique_ptr<LQOBJECT> object(byName ? FindGVLDeclByName(u"G")
                                                               : LQDECLMAN::Get()->Get(global));
@@ -130,8 +137,8 @@ TEST(Project, LooksFirstAtItsOwnUnits) {
 TEST(Views, PoolsListWhatTheyHold) {
     CurrentProject project;
     const ID pou = project.NewPou(LQ_KIND_PROGRAM, u"Main");
-    const ID structure = project.NewDataType(u"S", true);
-    const ID member = project.NewVariable(structure, u"m", u"INT");
+    const ID structure = project.NewDataType(u"S");
+    const ID member = project.NewVar(structure, u"m", u"INT");
     const ID resource = project.NewResource(project.NewConfiguration());
     LQNAVIOBJECTMAN& manager = *LQNAVIOBJECTMAN::Get();
     LQCOLLECTION& pous = *manager.GetPOUPool();
@@ -157,6 +164,8 @@ TEST(Views, PoolsListWhatTheyHold) {
     EXPECT_EQ(manager.Get(ID()), nullptr);
     EXPECT_EQ(manager.Get(ID(0xFFFFFFFF)), nullptr);
     EXPECT_EQ(FindGVLDeclByName(u"m"), nullptr);
+    const std::unique_ptr<LQOBJECT> view(LQDECLMAN::Get()->Get(member));
+    EXPECT_NE(dynamic_cast<LQPOUHDECL*>(view.get()), nullptr) << "no global";
 }
 
 // A task without programs is none to be passed over; those that come are seen.

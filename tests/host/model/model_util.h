@@ -18,34 +18,37 @@ class CurrentProject : public Project {
         pou.name = name;
         return AddPou(pou);
     }
-
-    ID NewDataType(Text name, bool structure) {
+    ID NewDataType(Text name, bool structure = true, Text comment = u"") {
         DataType type;
         type.name = name;
         type.structure = structure;
+        type.comment = comment;
         return AddDataType(type);
     }
-
-    ID NewConfiguration() { return AddConfiguration({}); }
-
+    ID NewConfiguration(Text name = u"") {
+        Configuration configuration;
+        configuration.name = name;
+        return AddConfiguration(configuration);
+    }
     ID NewResource(ID configuration) {
         Resource resource;
         resource.configuration = configuration;
         return AddResource(resource);
     }
-
     ID NewList(ID parent) {
         VariableList list;
         list.parent = parent;
         return AddVariableList(list);
     }
-
-    ID NewVariable(ID owner, Text name, Text type, Section section = {}) {
+    ID NewVar(ID owner, Text name, Text type, Section section = {}, Text init = u"",
+              Text address = u"") {
         Declaration declaration;
         declaration.owner = owner;
         declaration.name = name;
         declaration.type = type;
         declaration.section = section;
+        declaration.initValue = init;
+        declaration.address = address;
         return AddDeclaration(declaration);
     }
 };

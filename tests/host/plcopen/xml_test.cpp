@@ -1,11 +1,14 @@
 // Documents that are damaged, hostile or something else, and the encodings.
 #include "host/plcopen/xml.h"
 
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include "host/plcopen/plcopen.h"
 #include "tests/host/plcopen/plcopen_util.h"
 #include "tests/host/temp_folder.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -38,79 +41,58 @@ std::string Utf16(std::u16string_view text) {
     return bytes;
 }
 
-// What is refused, where, and why; what is accepted, with the project's name. In UTF-8 with its
-// mark and without, and, unless the document says or is something else, in UTF-16.
-TEST(Xml, IsAcceptedOrRefusedWithAReason) {
-    const auto project = [](const std::string& name) {
-        return kRoot + "<contentHeader" + name + "/></project>";
+std::string Header(const std::string& attributes) {
+    return kRoot + "<contentHeader" + attributes + "/></project>";
+}
+
+// A document of the table, its short forms written out.
+std::string Document(std::string text) {
+    const std::pair<const char*, std::string> kForms[] = {
+        {"ROOT", kRoot},
+        {"DTD", "<!DOCTYPE project PUBLIC 'x' 'x.dtd'>\n"},
+        {"BLANKS", std::string(70'000, ' ')},  // more than is read at a time
     };
+    const std::size_t open = text.find('{');
+    if (open != text.npos) {
+        text.replace(open, text.size(), Header(text.substr(open + 1, text.size() - open - 2)));
+    }
+    for (const auto& [name, form] : kForms) {
+        const std::size_t at = text.find(name);
+        text = at != text.npos ? text.replace(at, std::strlen(name), form) : text;
+    }
+    return text;
+}
+
+// In UTF-8 with its mark and without, and, unless the document says or is something else, in
+// UTF-16.
+TEST(Xml, IsAcceptedOrRefusedWithAReason) {
     const auto deep = [](int depth, const std::string& tag) {
         return kRoot + Times(depth - 1, "<" + tag + ">") + Times(depth - 1, "</" + tag + ">") +
                "</project>";
     };
-    const std::string plain = project(" name='a'");
-    const std::string elsewhere = "<!DOCTYPE project PUBLIC 'x' 'x.dtd'>\n";
-    const std::string blanks(70'000, ' ');  // more than is read at a time
-    const std::string malformed = "the file is not well-formed XML: ";
-    const std::string other = "the file is no PLCopen project: its root element is ";
-    const std::string declared = "the document type declares '";
     const std::string many = "an element has more than 256 attributes";
     const std::string space = "the name of a namespace has more than 1024 bytes";
     constexpr int kMost = plcopen::kMaxDepth;
     const std::string nested = "elements are nested deeper than " + std::to_string(kMost);
-    const struct {
+    struct Case {
         std::string document;
         std::string place;  // of the refusal, or its beginning; empty when there is none
         std::string told;   // the beginning of the message, or the project's name
-    } cases[] = {
-        {"", "1:1", malformed + "no element found"},
-        {"PROGRAM P\nEND_PROGRAM", "1:1", malformed + "syntax error"},
-        {std::string("\0\1\2", 3), "1:1", malformed + "not well-formed (invalid token)"},
-        {kRoot + "\n<types>\n</typos></project>", "3:", malformed + "mismatched tag"},
-        {kRoot + "<types>", "1:", malformed + "no element found"},
-        {kRoot + "&b;</project>", "1:", malformed + "undefined entity"},
-        {"<?xml version='1.0' encoding='windows-0'?>" + plain,
-         "1:", malformed + "unknown encoding"},
-        {"<html/>", "1:1", other + "<{}html>"},
-        {"<project/>", "1:1", other + "<{}project>"},
-        {"<pou xmlns='http://www.plcopen.org/xml/tc6_0201'/>", "1:1", other + "<pou>"},
+    };
+    std::vector<Case> cases = {
         // Limits, on both sides.
-        {project(" name='a'" + Attributes(255)), "", "a"},
-        {project(" name='a'" + Attributes(256)), "1:54", many},
-        {project(" name='a' xmlns:p='" + std::string(1024, 'u') + "'"), "", "a"},
-        {project("\n name='a' xmlns:p='" + std::string(1025, 'u') + "'"), "1:54", space},
+        {Header(" name='a'" + Attributes(255)), "", "a"},
+        {Header(" name='a'" + Attributes(256)), "1:54", many},
+        {Header(" name='a' xmlns:p='" + std::string(1024, 'u') + "'"), "", "a"},
+        {Header("\n name='a' xmlns:p='" + std::string(1025, 'u') + "'"), "1:54", space},
         {deep(kMost, "types"), "", ""},
         {deep(kMost + 1, "types"), "1:", nested},
         {deep(kMost, "unknown"), "", ""},
         {deep(kMost + 1, "unknown"), "1:", nested},
-        // Document types and references.
-        {"<!DOCTYPE project>" + plain, "", "a"},
-        {"<!DOCTYPE project []>" + plain, "", "a"},
-        {"<!DOCTYPE project SYSTEM 'http://nowhere.invalid/x.dtd' [ <!-- %p; --><?p <!ENTITY?> ]>"
-         "<project xmlns='http://www.plcopen.org/xml/tc6.xsd'>"
-         "<contentHeader name='M\u00fchle &#x1F600; &amp;'/></project>",
-         "", "M\u00fchle \U0001F600 &"},
-        {elsewhere + project(" name='&#65;&amp;&#x42;&lt;&gt;&apos;&quot;'"), "", "A&B<>'\""},
-        {"<!DOCTYPE project [\n<!ENTITY e 'x'>]>" + project(" name='&e;'"), "2:", declared + "e'"},
-        {"<!DOCTYPE project [<!ENTITY e SYSTEM 'file:///etc/hosts'>]>" + plain,
-         "1:", declared + "e'"},
-        {"<!DOCTYPE project [<!ENTITY % p SYSTEM 'file:///etc/hosts'>%p;]>" + plain,
-         "1:", declared + "p'"},
-        {"<!DOCTYPE project [ <!ATTLIST v a CDATA 'x'>]>" + plain, "1:", declared + "a'"},
-        {"<!DOCTYPE project [<!ELEMENT v (#PCDATA)>]>" + plain, "1:", declared + "v'"},
-        {"<!DOCTYPE project [<!NOTATION n SYSTEM 'x'>]>" + plain, "1:", declared + "n'"},
-        {"<!DOCTYPE project [%p;]>" + project(" name='&e;'"), "1:", "the entity 'p'"},
-        {"<!DOCTYPE project SYSTEM 'x' [%p; <!ATTLIST v a CDATA 'x'>]>" + plain,
-         "1:", "the entity 'p'"},
-        {elsewhere + project(" name='Sp&f\u00fc;eed'"), "2:54", "the entity 'f\u00fc'"},
-        {elsewhere + project(blanks + " name='&amp;&e;'"), "2:54", "the entity 'e'"},
-        {elsewhere + project(" xmlns:p='u&e;'"), "2:54", "the entity 'e'"},
-        {elsewhere + project("><u name='&e;'/></contentHeader><u"), "2:69", "the entity 'e'"},
-        {elsewhere + project("/>&e;<u"), "2:70", "the entity 'e'"},
-        {project(" name='&e;'"), "1:", malformed + "undefined entity"},
-        {"<?xml version='1.0' standalone='yes'?>" + elsewhere + project(" name='&e;'"),
-         "2:", malformed + "undefined entity"},
     };
+    for (const auto& row : lq::test::Rows("host/plcopen/documents.rows", "documents")) {
+        cases.push_back({Document(row[0]), row[1], row[2]});
+    }
     for (const auto& c : cases) {
         std::vector<std::string> forms{c.document, "\xEF\xBB\xBF" + c.document};
         std::u16string wide;
@@ -152,6 +134,19 @@ TEST(Xml, KeepsWhatCameBeforeTheDamage) {
                   before + (length < whole.find("</localVars>") ? 0u : 1u))
             << length;
     }
+}
+
+// What repeats is counted; behind the thousandth complaint no new one is told.
+TEST(Xml, TellsAThousandThings) {
+    std::string document = kRoot;
+    for (int i = 0; i < 1003; ++i) {
+        document += "<u" + std::to_string(i % 1002) + "/>";
+    }
+    const ReadProject read(document + "</project>");
+    ASSERT_EQ(read.reports.size(), 1001u);
+    EXPECT_EQ(read.reports[0].more, 1u);
+    EXPECT_EQ(read.reports[999].more, 0u);
+    EXPECT_EQ(read.reports[1000].more, 1u);
 }
 
 TEST(Xml, EndsWhenNothingCanBeRead) {

@@ -1,60 +1,24 @@
 // A table set beside what it must hold: lines as plain bytes, found by walking. After every step
 // the set is sound and has the bytes of the model.
-#include <random>
+#include <cstring>
+#include <memory>
 #include <tuple>
+#include <utility>
 
-#include "tests/cgtab/tables_util.h"
+#include "cgtab/cgtab_access.h"
+#include "fuzz/declarations.h"
+#include "fuzz/table_model.h"
+#include "fuzz/targets.h"
+#include "host/base/streams.h"
+#include "lq_data/cgtab.h"
 
-namespace lq::test {
+namespace lq::fuzz {
+
 namespace {
 
-using Bytes = std::string;
-using Name = std::u16string;
-using TabId = CgTab::TAB_ID;
-
-constexpr int32_t kMaxCount = INT32_MAX;
-
-Bytes U16(uint32_t v) {
-    return {static_cast<char>(v), static_cast<char>(v >> 8)};
-}
-Bytes U32(int64_t v) {
-    return U16(static_cast<uint32_t>(v)) + U16(static_cast<uint32_t>(v >> 16));
-}
-Bytes Wide(const Name& text) {
-    return {reinterpret_cast<const char*>(text.data()), 2 * text.size()};
-}
-Bytes ByteName(const Name& name) {
-    return static_cast<char>(name.size()) + Wide(name);
-}
-Bytes WordName(const Name& name) {
-    return U16(static_cast<uint32_t>(name.size())) + Wide(name);
-}
-int32_t Field(const Bytes& bytes, size_t at) {
-    return static_cast<int32_t>(
-        cgtab::LoadU32(reinterpret_cast<const unsigned char*>(bytes.data()) + at));
-}
-bool Count(Bytes& extra, int by = 1) {
-    const size_t at = extra.size() - 4;
-    const bool counts = by < 0 || Field(extra, at) < kMaxCount;
-    extra.replace(at, 4, U32(counts ? Field(extra, at) + by : kMaxCount));
-    return counts;
-}
-
-struct ModelLine {
-    Bytes head;  // the key with the name
-    Name name;
-    Bytes extra;
-    Bytes usr;
-
-    Bytes All() const {
-        return U32(static_cast<int64_t>(head.size() + extra.size() + usr.size())) + head + extra +
-               usr;
-    }
-};
-
-class Twin {
+class Twin : TableModel {
   public:
-    explicit Twin(unsigned seed) : random_(seed) {
+    explicit Twin(Input& input) : input_(input) {
         for (uint32_t& size : sizes_) {
             size = Below(4);
         }
@@ -103,7 +67,8 @@ class Twin {
                 const CgTab::DBG_INFO info = {reinterpret_cast<const unsigned char*>(data.data()),
                                               size};
                 const Bytes head = static_cast<char>(size) + data;
-                EXPECT_EQ(set_->Look(info, nullptr), Find(CgTab::TAB_DBG, head, 0, kMaxCount));
+                Require(set_->Look(info, nullptr) == Find(CgTab::TAB_DBG, head, 0, kMaxCount),
+                        "debug records are found");
                 return Done(CgTab::TAB_DBG, set_->Insert(info),
                             Append(CgTab::TAB_DBG, {head, u"", "", ""}));
             }
@@ -125,18 +90,18 @@ class Twin {
     }
 
     void Check() {
-        EXPECT_TRUE(CgTabAccess::Check(*set_));
+        Require(CgTabAccess::Check(*set_), "a table has the bytes of the model");
         for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
             MEMSTREAM_A stream;
             set_->Put(static_cast<TabId>(id), stream);
             const Bytes bytes(reinterpret_cast<const char*>(stream.GetData()),
                               static_cast<size_t>(stream.GetSize()));
-            ASSERT_EQ(bytes, ImageOf(id)) << "table " << id;
+            Require(bytes == ImageOf(id), "a table has the bytes of the model");
         }
     }
 
   private:
-    uint32_t Below(size_t limit) { return static_cast<uint32_t>(random_() % limit); }
+    uint32_t Below(size_t limit) { return input_.Below(static_cast<uint32_t>(limit)); }
     template <typename T>
     T AnyOf(std::initializer_list<T> values) {
         return values.begin()[Below(values.size())];
@@ -149,81 +114,13 @@ class Twin {
                     letter);
     }
     Bytes AnyUsr(int id) { return Bytes(sizes_[id], static_cast<char>('x' + Below(2))); }
-    Bytes ImageOf(int id) const {
-        Bytes bytes;
-        for (const ModelLine& line : lines_[id]) {
-            bytes += line.All();
-        }
-        return bytes;
-    }
-    int32_t LengthOf(int id) const { return static_cast<int32_t>(ImageOf(id).size()); }
-    int32_t PosOf(int id, size_t index) const {
-        size_t pos = 0;
-        for (size_t i = 0; i < index; ++i) {
-            pos += lines_[id][i].All().size();
-        }
-        return static_cast<int32_t>(pos);
-    }
-    ModelLine& LineAt(int id, int32_t pos) {
-        size_t index = 0;
-        while (PosOf(id, index) != pos) {
-            ++index;
-        }
-        return lines_[id].at(index);
-    }
-
-    static Bytes Folded(int id, Bytes head) {
-        const bool folds = id == 1 || id == 2 || id == 3 || id == 4 || id == 6;
-        for (char& c : head) {
-            c = folds && c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-        }
-        return head;
-    }
-    // With an index the newest line, without one the first; -1 for none.
-    int32_t Find(int id, const Bytes& head, int32_t from, int32_t end) const {
-        int32_t found = -1;
-        for (size_t i = 0; i < lines_[id].size(); ++i) {
-            const int32_t pos = PosOf(id, i);
-            const bool isHashed = id >= 1 && id <= 6;
-            if (pos >= from && pos < end && Folded(id, lines_[id][i].head) == Folded(id, head) &&
-                (isHashed || found < 0)) {
-                found = pos;
-            }
-        }
-        return found;
-    }
-    int32_t Append(int id, ModelLine line) {
-        line.usr = Bytes(id < CgTab::kUserTables ? sizes_[id] : 0, 0);
-        lines_[id].push_back(line);
-        return PosOf(id, lines_[id].size() - 1);
-    }
-    // `meet` changes a line that is there, and tells whether that is a success.
-    template <typename Meet>
-    int32_t Enter(int id, const Name& name, const Bytes& head, const Bytes& extra, Meet meet) {
-        const int32_t pos = Find(id, head, 0, kMaxCount);
-        if (pos < 0) {
-            return Append(id, {head, name, extra, ""});
-        }
-        return meet(LineAt(id, pos).extra) ? pos : -1;
-    }
-    static bool Keep(Bytes&) { return true; }
-    int32_t EnterAddress(const Address& adr, const Name& text) {
-        const Bytes key = {static_cast<char>(adr.location), static_cast<char>(adr.size)};
-        return Enter(CgTab::TAB_ADR, text, key + WordName(text), U32(1), Keep);
-    }
-    int32_t EnterConstant(const Name& text, Val val) {
-        uint32_t size = 0;
-        const auto* payload = static_cast<const char*>(val.GetValBuf(val, size));
-        return Enter(CgTab::TAB_CST, text, static_cast<char>(val.type) + WordName(text),
-                     Bytes(payload ? payload : "", size) + U32(1), Keep);
-    }
-
     // Where there is a line, its user area is at hand.
     void Done(TabId id, int32_t got, int32_t expected) {
-        ASSERT_EQ(got, expected) << "table " << id;
+        Require(got == expected, "the position of a line");
         if (expected >= 0 && sizes_[id] != 0 && Below(2) == 0) {
             LineAt(id, expected).usr = AnyUsr(id);
-            EXPECT_EQ(set_->Write(id, LineAt(id, expected).usr.data()), 1);
+            Require(set_->Write(id, LineAt(id, expected).usr.data()) == 1,
+                    "the position of a line");
         }
     }
 
@@ -274,10 +171,12 @@ class Twin {
         const Name init = AnyOf<Name>({u"", u"5", u"300"});
         CgTab::GLB_LINE line;
         const int32_t known = Find(CgTab::TAB_GLB, ByteName(name), 0, kMaxCount);
-        EXPECT_EQ(set_->Look(name.size() > 255 ? nullptr : name.c_str(), &line, 1), known);
+        Require(set_->Look(name.size() > 255 ? nullptr : name.c_str(), &line, 1) == known,
+                "a global is found");
         if (known >= 0) {
-            EXPECT_EQ(set_->End(CgTab::TAB_GLB),
-                      known == PosOf(CgTab::TAB_GLB, lines_[CgTab::TAB_GLB].size() - 1));
+            Require(set_->End(CgTab::TAB_GLB) ==
+                        (known == PosOf(CgTab::TAB_GLB, lines_[CgTab::TAB_GLB].size() - 1)),
+                    "a global is found");
         }
         int32_t expected = -1;
         if (name.size() < 66 && scope != DS_VAR) {
@@ -316,12 +215,12 @@ class Twin {
         }
         POU_LIST list;
         CgTab::POS_DSC range;
-        EXPECT_EQ(
-            CgTabAccess::AppendCmp(*set_, header.Get(), withValues ? 4 : 0, &list, range, sections),
-            global >= 0 || sections == 0);
-        EXPECT_EQ(range.start, start);
-        EXPECT_EQ(range.end, end);
-        EXPECT_EQ(range.lines, sections == 0 ? 0 : global >= 0 ? 2 : 1);
+        Require(CgTabAccess::AppendCmp(*set_, header.Get(), withValues ? 4 : 0, &list, range,
+                                       sections) == (global >= 0 || sections == 0),
+                "the sections of a unit");
+        Require(range.start == start, "the sections of a unit");
+        Require(range.end == end, "the sections of a unit");
+        Require(range.lines == (sections == 0 ? 0 : global >= 0 ? 2 : 1), "the sections of a unit");
         if (Below(2) == 0) {
             range = {Below(2) == 0 ? 0 : start, AnyOf({kMaxCount, end, end - 1}), kMaxCount};
         }
@@ -336,11 +235,11 @@ class Twin {
 
     void ResetJumps() {
         const auto& lines = lines_[CgTab::TAB_LBL];
-        EXPECT_EQ(set_->ResetJumps(LengthOf(CgTab::TAB_LBL) + 1), 0);
-        EXPECT_EQ(set_->ResetJumps(-1), 0);
+        Require(set_->ResetJumps(LengthOf(CgTab::TAB_LBL) + 1) == 0, "jumps start anew");
+        Require(set_->ResetJumps(-1) == 0, "jumps start anew");
         if (!lines.empty()) {
             const int32_t pos = PosOf(CgTab::TAB_LBL, Below(lines.size()));
-            EXPECT_EQ(set_->ResetJumps(pos), 1);
+            Require(set_->ResetJumps(pos) == 1, "jumps start anew");
             LineAt(CgTab::TAB_LBL, pos).extra.replace(1, 4, U32(0));
             Done(CgTab::TAB_LBL, pos, pos);
         }
@@ -352,30 +251,32 @@ class Twin {
             const size_t index = Below(lines.size());
             int32_t pos = PosOf(id, index);
             lines[index].usr = AnyUsr(id);
-            EXPECT_EQ(set_->Write(id, pos, lines[index].usr.data()), 1);
-            EXPECT_EQ(pos, PosOf(id, index + 1));
+            Require(set_->Write(id, pos, lines[index].usr.data()) == 1, "user areas");
+            Require(pos == PosOf(id, index + 1), "user areas");
         }
         const Bytes wanted = AnyUsr(id);
         int rewinds = 1;
         for (size_t i = 0; sizes_[id] != 0 && i < lines.size(); ++i) {
             if (lines[i].usr == wanted) {
-                EXPECT_EQ(set_->Look(id, wanted.data(), std::exchange(rewinds, 0)), PosOf(id, i));
+                Require(set_->Look(id, wanted.data(), std::exchange(rewinds, 0)) == PosOf(id, i),
+                        "user areas");
             }
         }
-        EXPECT_EQ(set_->Look(id, wanted.data(), rewinds), -1);
+        Require(set_->Look(id, wanted.data(), rewinds) == -1, "user areas");
         Bytes areas;
         for (ModelLine& line : lines) {
             areas += line.usr;
             line.usr = AnyUsr(id);
         }
         MEMSTREAM_A out, in;
-        EXPECT_EQ(set_->PutUsr(id, out), static_cast<int32_t>(areas.size()));
-        EXPECT_TRUE(std::equal(areas.begin(), areas.end(), out.GetData(),
-                               [](char a, unsigned char b) { return a == static_cast<char>(b); }));
+        Require(set_->PutUsr(id, out) == static_cast<int32_t>(areas.size()), "user areas");
+        Require(std::equal(areas.begin(), areas.end(), out.GetData(),
+                           [](char a, unsigned char b) { return a == static_cast<char>(b); }),
+                "user areas");
         for (const ModelLine& line : lines) {
             in.PutBlock(line.usr.data(), static_cast<int32_t>(line.usr.size()), nullptr);
         }
-        EXPECT_EQ(set_->GetUsr(id, in), static_cast<int32_t>(areas.size()));
+        Require(set_->GetUsr(id, in) == static_cast<int32_t>(areas.size()), "user areas");
     }
 
     // Reads the line at `pos` and compares it; the user area of keepAtUser is at hand then.
@@ -385,50 +286,64 @@ class Twin {
         char usr[4] = {};
         const bool here = pos == -1;
         const bool withUsr = Below(2) == 0;
-        ASSERT_EQ(set_->Read(pos, line, keep, withUsr ? usr : nullptr), 1) << index;
-        EXPECT_EQ(pos, here ? -1 : PosOf(id, index + 1));
-        EXPECT_EQ(Bytes(usr, sizes_[id]), withUsr ? model.usr : Bytes(sizes_[id], 0));
+        if constexpr (std::is_same_v<Line, CgTab::CstLine>) {
+            std::fill(std::begin(line.val.payload), std::end(line.val.payload), 0xEE);
+        }
+        Require(set_->Read(pos, line, keep, withUsr ? usr : nullptr) == 1, "what a record says");
+        Require(pos == (here ? -1 : PosOf(id, index + 1)), "what a record says");
+        Require(Bytes(usr, sizes_[id]) == (withUsr ? model.usr : Bytes(sizes_[id], 0)),
+                "what a record says");
         const Bytes& extra = model.extra;
         if constexpr (requires { line.count; }) {
-            EXPECT_EQ(line.count, static_cast<uint32_t>(
-                                      Field(extra, extra.size() - (id == CgTab::TAB_GLB ? 8 : 4))));
+            Require(line.count == static_cast<uint32_t>(
+                                      Field(extra, extra.size() - (id == CgTab::TAB_GLB ? 8 : 4))),
+                    "what a record says");
         }
         if constexpr (requires { Name(line.text); }) {
-            EXPECT_EQ(line.text, model.name);
+            Require(line.text == model.name, "what a record says");
         } else if constexpr (requires { Name(line.name); }) {
             const bool isCut = std::is_array_v<decltype(line.name)>;
-            EXPECT_EQ(line.name, isCut ? model.name.substr(0, 32) : model.name);
+            Require(line.name == (isCut ? model.name.substr(0, 32) : model.name),
+                    "what a record says");
         }
         if constexpr (std::is_same_v<Line, CgTab::DBG_INFO>) {
-            EXPECT_EQ(static_cast<char>(line.len) + Bytes(line.data, line.data + line.len),
-                      model.head);
+            Require(
+                static_cast<char>(line.len) + Bytes(line.data, line.data + line.len) == model.head,
+                "what a record says");
         } else if constexpr (std::is_same_v<Line, CgTab::POU_LINE>) {
-            EXPECT_TRUE(std::equal(extra.begin(), extra.end(),
-                                   reinterpret_cast<const char*>(line.info.bytes)));
+            Require(std::equal(extra.begin(), extra.end(),
+                               reinterpret_cast<const char*>(line.info.bytes)),
+                    "what a record says");
         } else if constexpr (std::is_same_v<Line, CgTab::ADR_LINE>) {
-            EXPECT_EQ(line.location << 8 | line.size,
-                      static_cast<uint32_t>(model.head[0] << 8 | model.head[1]));
+            Require((line.location << 8 | line.size) ==
+                        static_cast<uint32_t>(model.head[0] << 8 | model.head[1]),
+                    "what a record says");
         } else if constexpr (std::is_same_v<Line, CgTab::CstLine>) {
-            EXPECT_EQ(static_cast<char>(line.val.type), model.head[0]);
-            EXPECT_EQ(std::memcmp(line.val.payload, extra.data(), extra.size() - 4), 0);
+            Require(static_cast<char>(line.val.type) == model.head[0], "what a record says");
+            Bytes payload = extra.substr(0, extra.size() - 4);
+            payload.resize(sizeof(line.val.payload));
+            Require(std::memcmp(line.val.payload, payload.data(), payload.size()) == 0,
+                    "what a record says");
         } else if constexpr (std::is_same_v<Line, CgTab::LBL_LINE>) {
-            EXPECT_EQ(line.info, static_cast<uint32_t>(extra[0]));
+            Require(line.info == static_cast<uint32_t>(extra[0]), "what a record says");
         } else if constexpr (std::is_same_v<Line, CgTab::TMP_LINE>) {
-            EXPECT_EQ(Bytes(1, static_cast<char>(line.tag)) + U32(line.type), extra.substr(0, 5));
+            Require(Bytes(1, static_cast<char>(line.tag)) + U32(line.type) == extra.substr(0, 5),
+                    "what a record says");
             if (line.type == IEC_ARRAY) {
-                EXPECT_EQ(line.dsc.arr.info->total.magnitude, 9u);
+                Require(line.dsc.arr.info->total.magnitude == 9u, "what a record says");
             } else {
-                EXPECT_EQ(line.dsc.dsc, line.type == IEC_INT ? 0u : 77u);
+                Require(line.dsc.dsc == (line.type == IEC_INT ? 0u : 77u), "what a record says");
             }
         } else if constexpr (requires { line.adrLine; }) {
             const bool isExternal = id == CgTab::TAB_CMP && line.scope == DS_VAR_EXTERNAL;
             const Bytes& own = isExternal ? LineAt(CgTab::TAB_GLB, Field(extra, 4)).extra : extra;
             const bool isLocal = id == CgTab::TAB_CMP && !isExternal;
-            EXPECT_EQ(line.scope,
-                      static_cast<uint32_t>(Field(extra, isExternal || isLocal ? 0 : 16)));
-            EXPECT_EQ(line.adrLine, isLocal ? -1 : Field(own, 0));
-            EXPECT_EQ(line.type, IEC_INT);
-            EXPECT_EQ(line.cstLine, Field(own, 8));
+            Require(
+                line.scope == static_cast<uint32_t>(Field(extra, isExternal || isLocal ? 0 : 16)),
+                "what a record says");
+            Require(line.adrLine == (isLocal ? -1 : Field(own, 0)), "what a record says");
+            Require(line.type == IEC_INT, "what a record says");
+            Require(line.cstLine == Field(own, 8), "what a record says");
         }
     }
 
@@ -436,10 +351,10 @@ class Twin {
     void ReadPair(TabId id, Line line) {
         const std::vector<ModelLine>& lines = lines_[id];
         int32_t pos = LengthOf(id);
-        EXPECT_EQ(set_->SetPos(id, pos + 1) + set_->SetPos(id, -1), 0);
-        EXPECT_EQ(set_->SetPos(id, pos) + set_->End(id), 2);
-        EXPECT_EQ(set_->Read(pos, line, 0, nullptr), 0);
-        EXPECT_EQ(pos, 0);
+        Require(set_->SetPos(id, pos + 1) + set_->SetPos(id, -1) == 0, "positions, ends and names");
+        Require(set_->SetPos(id, pos) + set_->End(id) == 2, "positions, ends and names");
+        Require(set_->Read(pos, line, 0, nullptr) == 0, "positions, ends and names");
+        Require(pos == 0, "positions, ends and names");
         if (lines.empty()) {
             return;
         }
@@ -447,8 +362,10 @@ class Twin {
         char16_t whole[300] = {};  // what records cut is read aside
         const bool isCut = id == 1 || id == 2 || id == 3 || id == 6;
         const uint32_t room = 1 + Below(299);
-        EXPECT_EQ(CgTabAccess::WholeName(*set_, id, PosOf(id, index), whole, room), isCut);
-        EXPECT_EQ(whole, isCut ? lines[index].name.substr(0, room - 1) : u"");
+        Require(CgTabAccess::WholeName(*set_, id, PosOf(id, index), whole, room) == isCut,
+                "positions, ends and names");
+        Require(whole == (isCut ? lines[index].name.substr(0, room - 1) : u""),
+                "positions, ends and names");
         set_->SetPos(id, 0);
         int keep = static_cast<int>(Below(2));
         ReadOne(id, line, index, index == 0 ? -1 : PosOf(id, index), keep);
@@ -458,13 +375,14 @@ class Twin {
         }
         // A search that fails, and may build an index, moves nothing.
         CgTab::GLB_LINE* const none = nullptr;
-        EXPECT_EQ(set_->Look(u"none", none, 0), -1);
+        Require(set_->Look(u"none", none, 0) == -1, "positions, ends and names");
         if (keep != 0 && sizes_[id] != 0 && Below(2) == 0) {
             const Bytes wanted = AnyUsr(id);
             while (++index < lines.size() && lines[index].usr != wanted) {
             }
-            EXPECT_EQ(set_->Look(id, wanted.data(), 0),
-                      index < lines.size() ? PosOf(id, index) : -1);
+            Require(
+                set_->Look(id, wanted.data(), 0) == (index < lines.size() ? PosOf(id, index) : -1),
+                "positions, ends and names");
         } else if (keep != 0 && id == CgTab::TAB_DMM && Below(2) == 0) {
             OtherName(Name(lines.back().name));
         } else if (keep != 0) {
@@ -488,7 +406,7 @@ class Twin {
         if (Below(3) == 0) {
             const auto id = AnyOf({CgTab::TAB_DBG, CgTab::TAB_CMP, CgTab::TAB_LBL, CgTab::TAB_DMM});
             lines_[id].clear();
-            EXPECT_EQ(set_->Clear(id), 1);
+            Require(set_->Clear(id) == 1, "a whole set");
             return;
         }
         const Name name = AnyName().substr(0, 255);
@@ -512,39 +430,38 @@ class Twin {
             isEmpty = lines_[id].empty() ? isEmpty : 0;
         }
         MakeSet();
-        EXPECT_EQ(set_->IsTableEmpty(), 1);
+        Require(set_->IsTableEmpty() == 1, "a whole set");
         MEMSTREAM_A stream;
         stream.PutBlock(image.data(), static_cast<int32_t>(image.size()), nullptr);
-        EXPECT_EQ(set_->Restore(stream), 1);
-        EXPECT_EQ(set_->IsTableEmpty(), isEmpty);
+        Require(set_->Restore(stream) == 1, "a whole set");
+        Require(set_->IsTableEmpty() == isEmpty, "a whole set");
         CgTab::POU_LINE line;
-        EXPECT_EQ(set_->Look(name.c_str(), &line, 0),
-                  Find(CgTab::TAB_POU, ByteName(name), 0, kMaxCount));
+        Require(set_->Look(name.c_str(), &line, 0) ==
+                    Find(CgTab::TAB_POU, ByteName(name), 0, kMaxCount),
+                "a whole set");
         ReadOn(CgTab::TAB_GLB);
     }
 
     void MakeSet() {
         int ok = 0;
         set_ = std::make_unique<CgTab>(ok, &sizes_);
-        ASSERT_EQ(ok, 1);
+        Require(ok == 1, "a set is made");
     }
 
-    std::mt19937 random_;
-    uint32_t sizes_[CgTab::kUserTables] = {};
+    Input& input_;
     std::unique_ptr<CgTab> set_;
-    std::vector<ModelLine> lines_[CgTab::TAB_COUNT];
 };
 
-TEST(Tables, HoldWhatAModelHolds) {
-    for (unsigned seed = 1; seed <= 12; ++seed) {
-        Twin twin(seed);
-        for (int step = 0; step < 300 && !testing::Test::HasFailure(); ++step) {
-            SCOPED_TRACE(testing::Message() << "seed " << seed << ", step " << step);
-            twin.Step();
-            twin.Check();
-        }
+}  // namespace
+
+void Tables(const uint8_t* data, size_t size) {
+    constexpr int kMostSteps = 400;  // each looks at all tables
+    Input input(data, size);
+    Twin twin(input);
+    for (int step = 0; step < kMostSteps && !input.IsEmpty(); ++step) {
+        twin.Step();
+        twin.Check();
     }
 }
 
-}  // namespace
-}  // namespace lq::test
+}  // namespace lq::fuzz

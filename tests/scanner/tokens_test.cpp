@@ -1,45 +1,48 @@
+// The tokens of texts: by a table, of every length, at random.
 #include <random>
 
+#include "scanner/string_rules.h"
 #include "tests/scanner/scan_util.h"
 
 namespace lq::test {
 namespace {
 
-// clang-format off
-TEST(Recogniser, OperatorsAndIdentifiers) {
-    CheckScans({
-        {u"", ""}, {u"a:=b", "ID[a] OP[:=]=45 ID[b]"}, {u"a: =b", "ID[a] OP[:]=40 OP[=]=50 ID[b]"},
-        {u"x<>y<=z<w", "ID[x] OP[<>]=23 ID[y] OP[<=]=25 ID[z] OP[<]=20 ID[w]"},
-        {u"x=>y>=z>w", "ID[x] OP[=>]=53 ID[y] OP[>=]=35 ID[z] OP[>]=30 ID[w]"},
-        {u"***", "OP[**]=11 OP[*]=10"},
-        {u"+-/&();,[]", "OP[+]=1 OP[-]=2 OP[/]=3 OP[&]=4 OP[(]=5 OP[)]=6 OP[;]=7 OP[,]=8 "
-         "OP[[]=105 OP[]]=106"},
-        {u"a.b..", "ID[a] OP[.]=60 ID[b] OP[..]=66"}, {u"_x x_ a__b", "ID[_x] ID[x_] ID[a__b]"},
-        {u"@x1 @1 @ @", "ID[@x1] ID[@1] ERR[@]=5 ERR[@]=5"}, {u"\u00E4\u00DF1", "ID[<E4><DF>1]"},
-        {u"TRUE True", "KEY[TRUE]=53 ID[True]"}, {u"{ # ?", "ERR[{]=0 ERR[#]=0 ERR[?]=0"},
-        {u"\U0001F600", "ERR[<D83D>]=0 ERR[<DE00>]=0"},
-        {u"INT#5 X_#", "ERR[INT#]=11 INT[5]=5 ERR[X_#]=11"}, {u"a\u001Ab", "ID[a]"},
-    });
+class Tokens : public testing::TestWithParam<const char*> {};
+
+TEST_P(Tokens, AreThoseOfTheTable) {
+    CheckScans(GetParam());
 }
 
-TEST(Recogniser, CommentsDoNotNest) {
-    CheckScans({
-        {u"(*a*b**)", "COM[(*a*b**)]=a*b*"}, {u"(**)x", "COM[(**)]= ID[x]"},
-        {u"(*)*)", "COM[(*)*)]=)"}, {u"(* (* *) *)", "COM[(* (* *)]= (*  OP[*]=10 OP[)]=6"},
-        {u"(*x", "ERR[(*x]=9"}, {u"(*", "ERR[(*]=9"}, {u"( *", "OP[(]=5 OP[*]=10"},
-    });
+INSTANTIATE_TEST_SUITE_P(Tables, Tokens,
+                         testing::Values("integers", "reals", "strings", "addresses", "durations",
+                                         "dates", "operators and names", "comments",
+                                         "line breaks"));
+
+TEST(Strings, OfEveryLengthWithAnEscapeAtEveryPlace) {
+    for (int length = 0; length < 80; ++length) {
+        for (int place = 0; place <= length; ++place) {
+            const std::string before(static_cast<size_t>(place), 'a');
+            const std::string behind(static_cast<size_t>(length - place), '"');
+            const std::string source = "'" + before + "$N" + behind + "'";
+            const std::u16string text = std::u16string(source.begin(), source.end()) + u" x";
+            EXPECT_EQ(Scan(text), "STR[" + source + "]=" + before + "<D><A>" + behind + " ID[x]");
+        }
+    }
 }
 
-TEST(Recogniser, LineBreaksBeforeAFirstColumn) {
-    CheckScans({
-        {u"a\nb", "ID[a] NL[<A>] ID[b]"}, {u"a\r\nb", "ID[a] NL[<D><A>] ID[b]"},
-        {u"a\n b", "ID[a] ID[b]"}, {u"a\n\nb", "ID[a] NL[<A>] NL[<A>] ID[b]"},
-        {u"a\n\r\nb", "ID[a] NL[<D><A>] ID[b]"}, {u"a\n", "ID[a]"}, {u"\rx", "ERR[<D>]=7 ID[x]"},
-        {u"a\r\r\nb", "ID[a] ERR[<D>]=7 NL[<D><A>] ID[b]"},
-    });
+TEST(Strings, ACommaEndsTheStringBehindTheCommentMarker) {
+    EXPECT_EQ(Scan(u"B_COMMENT 'ab,c'"), "ID[B_COMMENT] STR['ab]=ab OP[,]=8 ID[c] ERR[']=10");
+    EXPECT_EQ(Scan(u"B_COMMENT 'ab' 'c,d' x"),
+              "ID[B_COMMENT] STR['ab']=ab STR['c]=c OP[,]=8 ID[d] ERR[' x]=10");
+    EXPECT_EQ(Scan(u"B_COMMENT 'a,\"b,c\""), "ID[B_COMMENT] STR['a]=a OP[,]=8 STR[\"b,c\"]=b,c");
+    lq::scanner::commaEndsString.Set(true);
+    EXPECT_EQ(Scan(u"'a,b'"), "STR['a,b']=a,b") << "a new scanner resets the flag";
 }
 
-// clang-format on
+TEST(Durations, MayBeginWithAnyNumberOfZeros) {
+    TestScanner scanner(u"T#" + std::u16string(2100, u'0') + u"1.5s");
+    EXPECT_EQ(DescribeTime(*scanner->GetToken().GetTime()), "0:1500:1");
+}
 
 TEST(Recogniser, LinesAndBlanks) {
     const std::vector<Place> kPlaces = {{1, u""}, {3, u"\t"}, {3, u" "}, {5, u""},
