@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "cgtab/table.h"
+#include "lq_data/hash_table.h"
 
 int32_t CgTabAccess::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
     CgTab::DECL_ASCII d;
@@ -56,9 +57,19 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
     return true;
 }
 
-HashTable* CgTabAccess::IndexOf(CgTab& tables, CgTab::TAB_ID id) {
+uint32_t CgTabAccess::ViewIndex(CgTab& tables, CgTab::TAB_ID id,
+                                void (*take)(void* context, uint32_t slot, int32_t pos),
+                                void* context) {
     CgTab::Table* const table = tables.TableOf(id);
-    return table ? table->Index() : nullptr;
+    HashTable* const index = table ? table->Index() : nullptr;
+    HashTable::CAssoc** const chains = index ? index->GetHashTableAssoc() : nullptr;
+    const uint32_t size = chains || (index && index->IsEmpty()) ? index->GetHashTableSize() : 0;
+    for (uint32_t slot = 0; chains && slot < size; ++slot) {
+        for (const HashTable::CAssoc* entry = chains[slot]; entry; entry = entry->next) {
+            take(context, slot, static_cast<int32_t>(entry->value));
+        }
+    }
+    return size;
 }
 
 bool CgTabAccess::Check(CgTab& tables) {

@@ -16,7 +16,7 @@ std::string WordsFor(const std::string& value) {
         return "man bash zsh fish";
     }
     std::string words;
-    for (const std::string_view name : kTableNames) {
+    for (const auto& [id, name] : kTableNames) {
         words += (words.empty() ? "" : " ") + std::string(name);
     }
     return value == kTableValue ? words : "";

@@ -10,6 +10,7 @@
 #include "lq_base.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
+#include "tools/lq/input_buffer.h"
 #include "tools/lq/output_file.h"
 #include "tools/lq/tables.h"
 
@@ -75,7 +76,7 @@ class BytesStream : public STREAM_A {
 // The table lengths must add up to the whole file.
 void CheckLengths(std::string_view bytes, const std::string& path) {
     size_t at = 0;
-    for (const std::string_view table : kTableNames) {
+    for (const auto& [id, table] : kTableNames) {
         if (bytes.size() - at < 4) {
             ThrowNoImage(path, Say("it ends before the length of table {}", table));
         }
@@ -94,6 +95,11 @@ void CheckLengths(std::string_view bytes, const std::string& path) {
 }
 
 }  // namespace
+
+bool CanBeginImage(std::string_view beginning) {
+    return beginning.size() < 4 ||
+           cgtab::LoadU32(reinterpret_cast<const unsigned char*>(beginning.data())) <= kMaxProject;
+}
 
 bool IsImage(std::string_view bytes) {
     try {

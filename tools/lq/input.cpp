@@ -25,9 +25,13 @@ std::string DisplayName(const std::string& path) {
 
 std::string ReadInput(const std::string& path, uint64_t limit) {
     InputBuffer source(path, limit);
+    return ReadInput(source, path);
+}
+
+std::string ReadInput(InputBuffer& source, const std::string& path) {
     Progress progress(Say("reading {}", DisplayName(path)), source.Size());
     std::string bytes;
-    bytes.reserve(source.Size() <= limit ? source.Size() : 0);
+    bytes.reserve(source.Size() <= source.Limit() ? source.Size() : 0);
     std::vector<char> piece(kPiece);
     for (std::streamsize got = kPiece; got == kPiece;) {
         got = source.sgetn(piece.data(), kPiece);

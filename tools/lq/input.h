@@ -7,11 +7,14 @@
 
 namespace lq::tool {
 
+class InputBuffer;
+
 // The name of an input in messages: the path, or "(standard input)".
 std::string DisplayName(const std::string& path);
 
-// The whole file. Throws CommandError as an InputBuffer does.
+// The whole file, or what is left of it. Throws CommandError as an InputBuffer does.
 std::string ReadInput(const std::string& path, uint64_t limit);
+std::string ReadInput(InputBuffer& source, const std::string& path);
 
 // The text of a source file: UTF-8 with or without byte order mark, or UTF-16. Throws CommandError
 // with the place of the first byte that is no text.

@@ -63,6 +63,11 @@ void InputBuffer::CheckSize(uint64_t size) {
     }
 }
 
+std::string_view InputBuffer::Peek() {
+    sgetc();
+    return {gptr(), static_cast<std::size_t>(egptr() - gptr())};
+}
+
 // At most `size` bytes; 0 at the end.
 std::size_t InputBuffer::Read(char* to, std::size_t size) {
     ThrowFailure();

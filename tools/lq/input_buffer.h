@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <streambuf>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lq::tool {
@@ -25,8 +26,12 @@ class InputBuffer : public std::streambuf {
 
     // Of the whole file; 0 when it is not known, as of a pipe.
     uint64_t Size() const { return size_; }
+    uint64_t Limit() const { return limit_; }
 
     void ThrowFailure() const;
+
+    // What the input begins with, as much as is read at once; to be called before anything is read.
+    std::string_view Peek();
 
   protected:
     int_type underflow() override;

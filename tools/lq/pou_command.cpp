@@ -25,8 +25,8 @@ using host::Say;
 
 namespace {
 
-const std::vector<Table::Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
-                                             {"address"}, {"comment"}, {"comment2"}};
+const std::vector<Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
+                                      {"address"}, {"comment"}, {"comment2"}};
 
 Json Declarations(FLIST* decls) {
     Json rows = Json::array();

@@ -7,7 +7,6 @@
 #include "host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
 
@@ -70,6 +69,11 @@ void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, hos
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports) {
     InputBuffer bytes(path, kMaxProject);
+    ReadProject(bytes, path, project, reports);
+}
+
+void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports) {
     try {
         ReadFrom(bytes, bytes.Size(), path, project, reports);
     } catch (const CommandError&) {

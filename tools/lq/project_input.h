@@ -7,6 +7,7 @@
 
 #include "host/model/project.h"
 #include "host/plcopen/plcopen.h"
+#include "tools/lq/input_buffer.h"
 
 namespace lq::tool {
 
@@ -15,7 +16,9 @@ namespace lq::tool {
 // its end.
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports);
-// The same for a document that was read already; `path` names it.
+// The same for a document that was opened or read already; `path` names it.
+void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports);
 void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
                  std::vector<host::Report>& reports);
 

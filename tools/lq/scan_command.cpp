@@ -157,17 +157,17 @@ struct ShownToken {
     std::string value;
 };
 
-Json TokenJson(const ShownToken& token) {
-    Json json = {{"line", token.line},
-                 {"column", token.column},
-                 {"kind", kKindNames[token.kind].value},
-                 {"text", token.text}};
-    if (token.kind == TK_ERROR) {
-        json["error"] = token.value;
-    } else if (!token.value.empty()) {
-        json["value"] = token.value;
+std::string TokenJson(const ShownToken& token) {
+    std::string json = "{\"line\":" + std::to_string(token.line) +
+                       ",\"column\":" + std::to_string(token.column) + ",\"kind\":\"" +
+                       kKindNames[token.kind].value + "\",\"text\":";
+    AppendJson(json, token.text);
+    const bool isError = token.kind == TK_ERROR;
+    if (isError || !token.value.empty()) {
+        json += isError ? ",\"error\":" : ",\"value\":";
+        AppendJson(json, token.value);
     }
-    return json;
+    return json + "}";
 }
 
 // Prints tokens, each as it is found.
@@ -184,7 +184,7 @@ class TokenPrinter {
     void Take(const ShownToken& token) {
         const Place place = {name_, token.line, token.column};
         if (options_.json) {
-            PrintLine(separator_ + JsonText(TokenJson(token), -1));
+            PrintLine(separator_ + TokenJson(token));
             separator_ = ",";
         } else if (options_.errorsOnly) {
             PrintLine(ToText(place) + ": " + token.value + ": " + OneLine(token.text));

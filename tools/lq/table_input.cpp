@@ -19,13 +19,22 @@ TableInput ReadTables(const std::string& path) {
 }
 
 TableInput ReadTables(const std::string& path, host::Project& project) {
-    const std::string bytes = ReadInput(path, kMaxProject);
-    if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-        const Progress progress(Say("restoring {}", DisplayName(path)));
-        return {RestoreImage(bytes, path), false, {}, kDone};
-    }
     std::vector<host::Report> reports;
-    ReadProject(path, bytes, project, reports);
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = [&] {
+        const Progress progress(Say("reading {}", DisplayName(path)));
+        return source.Peek();
+    }();
+    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
+        ReadProject(source, path, project, reports);  // as it comes
+    } else {
+        const std::string bytes = ReadInput(source, path);
+        if (IsImage(bytes) || !LooksLikeXml(bytes)) {
+            const Progress progress(Say("restoring {}", DisplayName(path)));
+            return {RestoreImage(bytes, path), false, {}, kDone};
+        }
+        ReadProject(path, bytes, project, reports);
+    }
     Translation translation = Translate(project);
     for (const host::Report& report : reports) {
         PrintMessage(report);

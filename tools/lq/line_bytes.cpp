@@ -1,6 +1,7 @@
-#include "tools/lq/report_lines.h"
+#include "tools/lq/line_bytes.h"
 
 #include "cgtab/bytes.h"
+#include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
 #include "lq_base.h"
 
@@ -60,6 +61,7 @@ void TakeTemporary(ByteCursor& line, LineParts& parts) {
 
 std::string BytesOf(CgTab& tables, CgTab::TAB_ID id) {
     StringStream stream;
+    stream.bytes.reserve(static_cast<size_t>(CgTabAccess::LengthOf(tables, id)));
     tables.Put(id, stream);
     return std::move(stream.bytes);
 }
@@ -69,20 +71,25 @@ LineParts PartsOf(CgTab::TAB_ID id, std::string_view table, int32_t pos) {
     table.remove_prefix(static_cast<size_t>(pos));
     ByteCursor line(reinterpret_cast<const unsigned char*>(table.data()),
                     static_cast<uint32_t>(table.size()));
-    line.TakeU32();  // its length
+    const uint32_t length = line.TakeU32();
     const cgtab::TableTraits& traits = cgtab::TraitsOf(id);
     line.Take(traits.fixedKey);
-    parts.nameBytes = traits.nameLenBytes == 2   ? line.TakeU16()
-                      : traits.nameLenBytes == 1 ? line.TakeU8()
-                                                 : 0;
-    parts.nameBytes *= traits.nameUnit;
-    line.Take(parts.nameBytes);
+    const uint32_t units = traits.nameLenBytes == 2   ? line.TakeU16()
+                           : traits.nameLenBytes == 1 ? line.TakeU8()
+                                                      : 0;
+    const uint32_t bytes = units * traits.nameUnit;
+    if (const unsigned char* name = line.Take(bytes)) {
+        parts.name = {reinterpret_cast<const char*>(name), bytes};
+    }
     if (id == CgTab::TAB_CMP) {
         TakeComponent(line, parts);
     } else if (id == CgTab::TAB_GLB) {
         TakeGlobal(line, parts);
     } else if (id == CgTab::TAB_TMP) {
         TakeTemporary(line, parts);
+    }
+    if (!line.HasFailed() && length <= table.size() - 4) {
+        parts.next = pos + 4 + static_cast<int32_t>(length);
     }
     return parts;
 }
