@@ -28,33 +28,33 @@ int32_t TakePosition(ByteCursor& line) {
 }
 
 // A type and its descriptor.
-void TakeType(ByteCursor& line, LineParts& parts) {
+void TakeType(ByteCursor& line, LineLinks& links) {
     const uint32_t type = line.TakeU32();
     if (type == IEC_ARRAY) {
-        parts.array = TakePosition(line);
+        links.array = TakePosition(line);
     } else if (cgtab::HasStoredDescriptor(static_cast<IEC_TYPE>(type))) {
         line.TakeU32();
     }
 }
 
-void TakeComponent(ByteCursor& line, LineParts& parts) {
+void TakeComponent(ByteCursor& line, LineLinks& links) {
     if (cgtab::IsExternalScope(line.TakeU32())) {
-        parts.global = TakePosition(line);
+        links.global = TakePosition(line);
         return;
     }
-    TakeType(line, parts);
-    parts.constant = TakePosition(line);
+    TakeType(line, links);
+    links.constant = TakePosition(line);
 }
 
-void TakeGlobal(ByteCursor& line, LineParts& parts) {
-    parts.address = TakePosition(line);
-    TakeType(line, parts);
-    parts.constant = TakePosition(line);
+void TakeGlobal(ByteCursor& line, LineLinks& links) {
+    links.address = TakePosition(line);
+    TakeType(line, links);
+    links.constant = TakePosition(line);
 }
 
-void TakeTemporary(ByteCursor& line, LineParts& parts) {
+void TakeTemporary(ByteCursor& line, LineLinks& links) {
     line.TakeU8();  // the tag
-    TakeType(line, parts);
+    TakeType(line, links);
 }
 
 }  // namespace
@@ -66,8 +66,8 @@ std::string BytesOf(CgTab& tables, CgTab::TAB_ID id) {
     return std::move(stream.bytes);
 }
 
-LineParts PartsOf(CgTab::TAB_ID id, std::string_view table, int32_t pos) {
-    LineParts parts;
+LineHead HeadOf(CgTab::TAB_ID id, std::string_view table, int32_t pos) {
+    LineHead head;
     table.remove_prefix(static_cast<size_t>(pos));
     ByteCursor line(reinterpret_cast<const unsigned char*>(table.data()),
                     static_cast<uint32_t>(table.size()));
@@ -79,19 +79,30 @@ LineParts PartsOf(CgTab::TAB_ID id, std::string_view table, int32_t pos) {
                                                       : 0;
     const uint32_t bytes = units * traits.nameUnit;
     if (const unsigned char* name = line.Take(bytes)) {
-        parts.name = {reinterpret_cast<const char*>(name), bytes};
-    }
-    if (id == CgTab::TAB_CMP) {
-        TakeComponent(line, parts);
-    } else if (id == CgTab::TAB_GLB) {
-        TakeGlobal(line, parts);
-    } else if (id == CgTab::TAB_TMP) {
-        TakeTemporary(line, parts);
+        head.name = {reinterpret_cast<const char*>(name), bytes};
     }
     if (!line.HasFailed() && length <= table.size() - 4) {
-        parts.next = pos + 4 + static_cast<int32_t>(length);
+        head.next = pos + 4 + static_cast<int32_t>(length);
     }
-    return parts;
+    return head;
+}
+
+LineLinks LinksOf(CgTab::TAB_ID id, std::string_view table, const LineHead& head) {
+    LineLinks links;
+    const char* const behindName = head.name.data() + head.name.size();
+    if (!head.name.data()) {
+        return links;
+    }
+    ByteCursor line(reinterpret_cast<const unsigned char*>(behindName),
+                    static_cast<uint32_t>(table.data() + table.size() - behindName));
+    if (id == CgTab::TAB_CMP) {
+        TakeComponent(line, links);
+    } else if (id == CgTab::TAB_GLB) {
+        TakeGlobal(line, links);
+    } else if (id == CgTab::TAB_TMP) {
+        TakeTemporary(line, links);
+    }
+    return links;
 }
 
 }  // namespace lq::tool

@@ -10,11 +10,16 @@
 
 namespace lq::tool {
 
-// Positions of other lines are -1 for none.
-struct LineParts {
+// What stands in front of a line's own data. Where that is not there, because the line is damaged,
+// it stays as it is.
+struct LineHead {
     int32_t next = -1;      // where the line ends; -1 when it is damaged
     std::string_view name;  // the name's bytes
-    int32_t global = -1;    // that an external refers to
+};
+
+// Positions of other lines; -1 for none.
+struct LineLinks {
+    int32_t global = -1;  // that an external refers to
     int32_t address = -1;
     int32_t constant = -1;
     int32_t array = -1;
@@ -23,8 +28,8 @@ struct LineParts {
 // The bytes of a table, as in an image.
 std::string BytesOf(CgTab& tables, CgTab::TAB_ID id);
 
-// The parts of the line at `pos`, a position in `table`. What is not there, because the line is
-// damaged, stays as it is.
-LineParts PartsOf(CgTab::TAB_ID id, std::string_view table, int32_t pos);
+// Of the line at `pos`, a position in `table`.
+LineHead HeadOf(CgTab::TAB_ID id, std::string_view table, int32_t pos);
+LineLinks LinksOf(CgTab::TAB_ID id, std::string_view table, const LineHead& head);
 
 }  // namespace lq::tool

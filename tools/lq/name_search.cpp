@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "frame/chars.h"
 #include "host/text/utf.h"
+#include "lq_base.h"
 #include "tools/lq/input.h"
 #include "tools/lq/line_bytes.h"
 
@@ -24,21 +26,66 @@ bool HasText(const Cell& cell, const std::u16string& wanted) {
     return text && chars::EqualNoCase(decoded.c_str(), wanted.c_str());
 }
 
-// Whether the characters of `bytes`, up to their end or a null, can be those of `wanted`.
+char16_t CharacterAt(std::string_view bytes, size_t i) {
+    char16_t c = 0;
+    std::memcpy(&c, bytes.data() + i * sizeof(c), sizeof(c));
+    return c;
+}
+
+// Whether the characters of `bytes`, up to their end or a null, can be those of `wanted`. Names of
+// lines that follow each other begin alike more often than they end alike.
 bool CanBe(std::string_view bytes, std::u16string_view wanted) {
     const size_t length = bytes.size() / sizeof(char16_t);
-    char16_t name[64];
-    const size_t compared = std::min(wanted.size(), std::size(name));
-    char16_t behind = 0;
-    if (length < wanted.size()) {
+    if (length < wanted.size() ||
+        (length > wanted.size() && CharacterAt(bytes, wanted.size()) != 0)) {
         return false;
     }
-    if (length > wanted.size()) {
-        std::memcpy(&behind, bytes.data() + wanted.size() * sizeof(behind), sizeof(behind));
+    for (size_t i = wanted.size(); i > 0; --i) {
+        if (chars::ToUpper(CharacterAt(bytes, i - 1)) != chars::ToUpper(wanted[i - 1])) {
+            return false;
+        }
     }
-    std::memcpy(name, bytes.data(), compared * sizeof(char16_t));
-    return behind == 0 && chars::CompareNoCase(name, wanted.data(), compared) == 0;
+    return true;
 }
+
+// A stream that a table is written to: it keeps the positions of the lines that are to be looked at
+// closely, and of one that is damaged.
+class Candidates : public STREAM_A {
+  public:
+    Candidates(CgTab::TAB_ID id, std::function<bool(std::string_view)> mayHave)
+        : id_(id), mayHave_(std::move(mayHave)) {}
+
+    int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }
+    int32_t PutBlock(const void* from, int32_t count, STREAMERROR*) override {
+        pending_.append(static_cast<const char*>(from), static_cast<size_t>(count));
+        int32_t at = 0;
+        for (LineHead head = HeadOf(id_, pending_, at); head.next >= 0;
+             head = HeadOf(id_, pending_, at)) {
+            if (mayHave_(head.name)) {
+                positions_.push_back(passed_ + at);
+            }
+            at = head.next;
+        }
+        pending_.erase(0, static_cast<size_t>(at));
+        passed_ += at;
+        return count;
+    }
+
+    // To be called once, when all is written.
+    const std::vector<int32_t>& Positions() {
+        if (!pending_.empty()) {
+            positions_.push_back(passed_);
+        }
+        return positions_;
+    }
+
+  private:
+    CgTab::TAB_ID id_;
+    std::function<bool(std::string_view)> mayHave_;
+    std::string pending_;  // the beginning of a line
+    int32_t passed_ = 0;   // the bytes in front of that
+    std::vector<int32_t> positions_;
+};
 
 }  // namespace
 
@@ -53,14 +100,13 @@ NameSearch::NameSearch(const std::string& name) : whole_(DecodeArgument(name)) {
 
 std::optional<int32_t> NameSearch::Run(CgTab& tables, CgTab::TAB_ID id, RowReader& reader,
                                        const std::function<void()>& take) const {
-    const std::string bytes = BytesOf(tables, id);
-    for (int32_t pos = 0; pos < static_cast<int32_t>(bytes.size());) {
-        const LineParts parts = PartsOf(id, bytes, pos);
-        if (parts.next >= 0 && !MayHave(id, parts.name)) {
-            pos = parts.next;
-        } else if (!reader.Read(pos)) {
+    Candidates candidates(id, [&](std::string_view name) { return MayHave(id, name); });
+    tables.Put(id, candidates);
+    for (int32_t pos : candidates.Positions()) {
+        if (!reader.Read(pos)) {
             return pos;
-        } else if (Has(id, reader)) {
+        }
+        if (Has(id, reader)) {
             take();
         }
     }

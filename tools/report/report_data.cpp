@@ -225,7 +225,7 @@ class ReportWriter {
 
     // Where a link of a row leads.
     int32_t TargetOf(LinkKind kind, CgTab::TAB_ID id, const RowReader& reader,
-                     const LineParts& line, const DeclaredType* type) const {
+                     const LineLinks& line, const DeclaredType* type) const {
         switch (kind) {
             case LinkKind::kUnit:
                 return UnitOf(id, reader);
@@ -264,11 +264,13 @@ class ReportWriter {
                              : Find(units_, *name);
     }
 
-    // The parts of a line; an external has those of its global.
-    LineParts PartsWithGlobal(CgTab::TAB_ID id, const std::string& bytes, int32_t pos) const {
-        LineParts line = PartsOf(id, bytes, pos);
+    // The links of a line; an external has those of its global.
+    LineLinks LinksWithGlobal(CgTab::TAB_ID id, const std::string& bytes,
+                              const LineHead& head) const {
+        LineLinks line = LinksOf(id, bytes, head);
         if (line.global >= 0 && line.global < static_cast<int32_t>(globals_.size())) {
-            const LineParts global = PartsOf(CgTab::TAB_GLB, globals_, line.global);
+            const LineLinks global =
+                LinksOf(CgTab::TAB_GLB, globals_, HeadOf(CgTab::TAB_GLB, globals_, line.global));
             line.address = global.address;
             line.constant = global.constant;
             line.array = global.array;
@@ -321,12 +323,13 @@ class ReportWriter {
         const char* separator = R"(,"rows":[[)";
         const auto damagedAt = reader.ForEach([&] {
             const Row& row = reader.Get();
-            const LineParts parts = PartsWithGlobal(id, bytes, PositionOf(row));
+            const LineHead head = HeadOf(id, bytes, PositionOf(row));
+            const LineLinks line = LinksWithGlobal(id, bytes, head);
             const bool isVariable = typeColumn < row.size() && id != CgTab::TAB_ARR;
             const DeclaredType* type = isVariable ? NamedTypeOf(id, reader) : nullptr;
-            nameBytes.push_back(static_cast<int32_t>(parts.name.size()));
+            nameBytes.push_back(static_cast<int32_t>(head.name.size()));
             for (Link& link : links) {
-                link.at.push_back(TargetOf(link.traits.kind, id, reader, parts, type));
+                link.at.push_back(TargetOf(link.traits.kind, id, reader, line, type));
             }
             for (size_t i = 0; i < row.size(); ++i) {
                 page_.Add(i == 0 ? separator : ",");
