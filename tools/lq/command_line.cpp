@@ -10,7 +10,6 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
-#include "tools/lq/usage_fault.h"
 
 namespace lq::tool {
 

@@ -10,7 +10,6 @@
 #include "lq_base.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/output_file.h"
 #include "tools/lq/tables.h"
 
@@ -52,7 +51,7 @@ class DescriptorStream : public STREAM_A {
     std::vector<char> buffer_;
 };
 
-// Reads from memory.
+// A stream that reads bytes which lie in memory; it cannot be written to.
 class BytesStream : public STREAM_A {
   public:
     explicit BytesStream(std::string_view bytes) : bytes_(bytes) {}

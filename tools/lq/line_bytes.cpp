@@ -27,7 +27,7 @@ int32_t TakePosition(ByteCursor& line) {
     return line.HasFailed() ? -1 : pos;
 }
 
-// A type and its descriptor.
+// Takes a type and the descriptor that follows it.
 void TakeType(ByteCursor& line, LineLinks& links) {
     const uint32_t type = line.TakeU32();
     if (type == IEC_ARRAY) {

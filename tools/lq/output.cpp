@@ -19,7 +19,7 @@ constexpr size_t kGap = 2;  // blanks between columns
 constexpr int kJsonIndent = 2;
 constexpr size_t kRowsForWidths = 1000;
 
-// Characters, not bytes: continuation bytes of UTF-8 take no room.
+// Counts characters: the continuation bytes of UTF-8 take no room on a terminal.
 size_t Width(const std::string& text) {
     return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
@@ -76,8 +76,8 @@ std::string TextOf(const Json& value) {
     return value.is_string() ? OneLine(value.get<std::string>()) : value.dump();
 }
 
-// Standard output with nothing of the C library between, which would repeat for ever a write that
-// takes no bytes. On a terminal a line shows when it is whole.
+// Writes to standard output without the C library, which repeats for ever a write that takes no
+// bytes. On a terminal each line is written as soon as it is whole.
 class ResultsBuffer : public std::streambuf {
   public:
     ResultsBuffer() { setp(std::begin(bytes_), std::end(bytes_)); }
@@ -107,8 +107,8 @@ class ResultsBuffer : public std::streambuf {
     char bytes_[size_t{1} << 15];
 };
 
-// std::cout flushes what it writes to when the program ends, after the statics are gone: the buffer
-// stays.
+// std::cout flushes its buffer at the very end of the program, when static objects are destroyed
+// already. So this one is made in place and never destroyed.
 std::ostream& Results() {
     alignas(ResultsBuffer) static unsigned char place[sizeof(ResultsBuffer)];
     static auto* const buffer = new (place) ResultsBuffer;

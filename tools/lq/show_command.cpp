@@ -10,10 +10,9 @@
 #include "tools/lq/messages.h"
 #include "tools/lq/name_search.h"
 #include "tools/lq/output.h"
-#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/project_input.h"
 #include "tools/lq/suggestion.h"
-#include "tools/lq/table_input.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
 
@@ -92,7 +91,7 @@ class ComponentRows {
     std::vector<int32_t> starts_;  // of the lines in front of damage
 };
 
-// Of the row of a unit.
+// What the row of a unit says about its components.
 struct Section {
     Section(const RowReader& units, const Row& row)
         : name(std::get<std::string>(row[units.NameColumn()])),
@@ -268,7 +267,7 @@ std::unique_ptr<Output> OutputOf(const ShowOptions& options, ComponentRows* comp
     return std::make_unique<TextOutput>(components);
 }
 
-// Whether all was as it should be.
+// False when a table is damaged or a name is not found, which has become a message.
 bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const ShowOptions& options) {
     const bool hasUnits = std::ranges::find(ids, CgTab::TAB_POU) != ids.end();
     std::optional<ComponentRows> components;  // of units that are asked for by their name

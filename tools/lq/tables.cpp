@@ -18,8 +18,8 @@ namespace {
 constexpr size_t kPositionHead = 5;
 constexpr size_t kMaxDebugData = 255;
 
-// A stream that is written to and only counted, and whose bytes are seen once: the line lengths of
-// a table as it passes by.
+// A stream that keeps nothing of what is written to it: it follows the length fields of a table and
+// counts the lines.
 class LineCounter : public STREAM_A {
   public:
     int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }

@@ -6,7 +6,6 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
-#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"

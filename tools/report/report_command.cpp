@@ -1,11 +1,9 @@
 #include "host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
-#include "tools/lq/output_conflict.h"
 #include "tools/lq/output_file.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
-#include "tools/lq/table_input.h"
 #include "tools/report/report_data.h"
 #include "tools/report/report_page.h"
 
