@@ -241,7 +241,8 @@ void Print(const Table& table) {
 TablePrinter::TablePrinter(const std::string& title, std::vector<Column> columns)
     : columns_(std::move(columns)),
       widths_(columns_.size()),
-      isWaiting_(IsTerminal(Stream::kResults)) {
+      isTerminal_(IsTerminal(Stream::kResults)),
+      isWaiting_(isTerminal_) {
     if (!title.empty()) {
         PrintLine(Bold(Stream::kResults, OneLine(title)));
     }
@@ -261,7 +262,7 @@ void TablePrinter::Take(const std::vector<std::string>& cells) {
         if (waiting_.size() > kRowsForWidths) {
             End();
         }
-    } else if (IsTerminal(Stream::kResults)) {
+    } else if (isTerminal_) {
         PrintLine(Aligned(cells, widths_, columns_));
     } else {
         PrintLine(WithTabs(cells));

@@ -66,6 +66,7 @@ class TablePrinter {
     std::vector<Column> columns_;
     std::vector<size_t> widths_;
     std::vector<std::vector<std::string>> waiting_;  // the titles, and the first rows
+    const bool isTerminal_;
     bool isWaiting_;
 };
 
