@@ -14,6 +14,7 @@
 #include "bench/comparison.h"
 #include "bench/inputs.h"
 #include "bench/launcher.h"
+#include "bench/workplace.h"
 
 namespace lq::bench {
 namespace {
@@ -22,26 +23,6 @@ namespace fs = std::filesystem;
 
 constexpr int64_t kUnits = 1000;
 constexpr int64_t kGlobals[] = {1000, 10'000, 100'000};
-
-// A folder for the generated projects, removed at the end.
-class Workplace {
-  public:
-    Workplace() {
-        std::string pattern = (fs::temp_directory_path() / "lq_bench_XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
-    }
-    ~Workplace() { fs::remove_all(path_); }
-
-    fs::path operator/(const std::string& name) const { return path_ / name; }
-
-  private:
-    fs::path path_;
-};
-
-const Workplace& TheWorkplace() {
-    static const Workplace workplace;
-    return workplace;
-}
 
 fs::path ProjectFile(int64_t globals) {
     fs::path path = TheWorkplace() / (std::to_string(globals) + ".xml");

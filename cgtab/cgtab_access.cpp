@@ -57,14 +57,19 @@ bool CgTabAccess::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16
     return true;
 }
 
-uint32_t CgTabAccess::IndexSlots(CgTab& tables, CgTab::TAB_ID id) {
+uint32_t CgTabAccess::ViewIndex(CgTab& tables, CgTab::TAB_ID id,
+                                void (*take)(void* context, uint32_t slot, int32_t pos),
+                                void* context) {
     CgTab::Table* const table = tables.TableOf(id);
     const lq::cgtab::LineIndex* const index = table ? table->Index() : nullptr;
-    return index ? index->SlotCount() : 0;
-}
-
-int32_t CgTabAccess::IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n) {
-    return tables.TableOf(id)->Index()->LineAt(slot, n);
+    const uint32_t size = index ? index->SlotCount() : 0;
+    for (uint32_t slot = 0; slot < size; ++slot) {
+        int32_t pos = 0;
+        for (uint32_t n = 0; (pos = index->LineAt(slot, n)) >= 0; ++n) {
+            take(context, slot, pos);
+        }
+    }
+    return size;
 }
 
 bool CgTabAccess::Check(CgTab& tables) {

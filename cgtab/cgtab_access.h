@@ -41,12 +41,12 @@ class LQ_DATA_API CgTabAccess {
     static bool WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
                           uint32_t size);
 
-    // How many slots the index of a table has, which is built if need be; 0 when it has none or it
-    // cannot be built.
-    static uint32_t IndexSlots(CgTab& tables, CgTab::TAB_ID id);
-    // The position of the n-th line (from 0) of the text in a slot, in a table with an index; -1
-    // for no more.
-    static int32_t IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n);
+    // The index of a table, built if need be, as numbers: `take` is called for each entry, by
+    // slots, with `context`, its slot and the position of its line. The number of slots; 0 when the
+    // table has no index or it cannot be built.
+    static uint32_t ViewIndex(CgTab& tables, CgTab::TAB_ID id,
+                              void (*take)(void* context, uint32_t slot, int32_t pos),
+                              void* context);
 
     // Whether the invariants of all tables hold, whose lines were all appended: no image was read.
     static bool Check(CgTab& tables);

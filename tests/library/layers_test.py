@@ -27,6 +27,7 @@ BELOW = {
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "tools/lq": ["host/plcopen", "host/base", "cgtab", "scanner"],
+    "tools/report": ["tools/lq"],
 }
 
 

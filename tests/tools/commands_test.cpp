@@ -66,6 +66,17 @@ TEST(Tool, ImagesComeBackAsTheSameBytes) {
     }
 }
 
+TEST(Show, FindsLinesByTheirTextsToo) {
+    for (const auto& [name, table] :
+         {std::pair("%ix0.1", "addresses\n"), std::pair("array [0..2, -1..1] of int", "arrays\n"),
+          std::pair("'READY'", "constants\n"), std::pair("dosing.FINISH", "labels\n"),
+          std::pair("%X0.1", ""), std::pair("0..2, -1..1] OF INT", ""), std::pair("'rea", "")}) {
+        const std::string out =
+            RunLq("show $EXAMPLES/plant/plant.xml --find \"" + std::string(name) + "\"").out;
+        EXPECT_EQ(out.substr(0, out.find('\n') + 1), table) << name;
+    }
+}
+
 TEST(Scan, PlacesAreWhereTokensBegin) {
     const std::pair<std::string, const char*> cases[] = {
         {"\tx", "1:2"},

@@ -1,5 +1,7 @@
 // Each stream of the tool on a terminal: columns, bold text, progress.
+#include <chrono>
 #include <fcntl.h>
+#include <future>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -83,8 +85,6 @@ TEST(Terminal, EachStreamIsBoldWhereItIsATerminal) {
 
 TEST(Terminal, ResultsComeInColumns) {
     Terminal terminal;
-    EXPECT_EQ(RunShell("TERM=dumb $LQ value 5 100 >" + terminal.Name()).status, 0);
-    EXPECT_THAT(terminal.Text(), HasSubstr("\r\n5         SINT   5      5     "));
     RunShell("TERM=dumb $LQ tasks $EXAMPLES/plant/plant.xml >" + terminal.Name());
     EXPECT_THAT(terminal.Text(), HasSubstr("Mixing\r\n"));  // behind which there is a column
     // Two wide letters, and a letter with a mark on it, in any locale.
@@ -96,6 +96,24 @@ TEST(Terminal, ResultsComeInColumns) {
                                        HasSubstr("  A\u030A               0  ")));
     RunShell("TERM=dumb $LQ translate $EXAMPLES/plant/plant.xml >" + terminal.Name());
     EXPECT_THAT(terminal.Text(), HasSubstr("\r\nglobals         35   1569\r\n"));
+}
+
+TEST(Terminal, ColumnsHaveTheWidthsOfTheFirstThousandRows) {
+    for (const auto& [rows, row] : {std::pair("999", "\r\n5            SINT   5           5  "),
+                                    std::pair("1000", "\r\n5         SINT   5      5  ")}) {
+        Terminal terminal;
+        const std::string command =
+            "TERM=dumb $LQ value $(yes 5 | head -" + std::string(rows) + ") 16#FFFFFFFF >";
+        const auto run =
+            std::async(std::launch::async, [&] { RunShell(command + terminal.Name()); });
+        std::string shown;
+        while (run.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+            shown += terminal.Text();
+        }
+        shown += terminal.Text();
+        EXPECT_THAT(shown, HasSubstr(row));
+        EXPECT_THAT(shown, HasSubstr("\r\n16#FFFFFFFF  UDINT  4294967295  "));
+    }
 }
 
 TEST(Terminal, LongWorkShowsItsProgress) {

@@ -1,4 +1,5 @@
-// What the commands share: their exit statuses, and the failure that ends one.
+// What the commands share: their exit statuses, the failure that ends one, and the outputs that are
+// refused.
 #pragma once
 
 #include <stdexcept>
@@ -28,5 +29,12 @@ class CommandError : public std::runtime_error {
   private:
     std::string origin_;
 };
+
+// Throws when `output` leads to the file that `input` leads to, whatever their names; both may be
+// "-". Only ordinary files can be overwritten.
+void RefuseInputAsOutput(const std::string& input, const std::string& output);
+
+// Throws when an image and a JSON document are both to go to standard output.
+void RefuseImageWithJson(const std::string& image, bool json);
 
 }  // namespace lq::tool

@@ -10,7 +10,6 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
-#include "tools/lq/usage_fault.h"
 
 namespace lq::tool {
 
@@ -19,6 +18,8 @@ using host::Say;
 namespace {
 
 constexpr char kValueCommand[] = "value";
+constexpr char kReportCommand[] = "report";
+constexpr bool kHasReport = LQ_REPORT;
 
 // Help that begins with the example.
 class HelpFormatter : public CLI::Formatter {
@@ -63,9 +64,8 @@ void AddInput(CLI::App* command, std::string& value) {
 
 std::string TableNames() {
     std::string names;
-    for (size_t i = 0; i < std::size(kTableNames); ++i) {
-        const bool isLast = i + 1 == std::size(kTableNames);
-        names += (i == 0 ? "" : isLast ? " or " : ", ") + std::string(kTableNames[i]);
+    for (const auto& [id, name] : kTableNames) {
+        names += (id == 0 ? "" : id == CgTab::TAB_ARR ? " or " : ", ") + std::string(name);
     }
     return names;
 }
@@ -147,11 +147,14 @@ void CommandLine::AddCommands() {
         ->type_name(kNameValue);
     AddFile(command, "-s,--save", show_.save, "Writes the tables to an image again");
 
-    command = AddCommand("report", "Writes a page for the browser with the tables, linked",
-                         "lq report plant.xml -o plant.html", report_, RunReport);
-    AddInput(command, report_.input);
-    AddFile(command, "-o,--output", report_.output, "The page to write; - for standard output")
-        ->required();
+    if constexpr (kHasReport) {
+        command =
+            AddCommand(kReportCommand, "Writes a page for the browser with the tables, linked",
+                       "lq report plant.xml -o plant.html", report_, RunReport);
+        AddInput(command, report_.input);
+        AddFile(command, "-o,--output", report_.output, "The page to write; - for standard output")
+            ->required();
+    }
 
     command = AddCommand("scan", "Shows the tokens of a source text, one a line",
                          "lq scan --errors mixer.st", scan_, RunScan);
@@ -191,6 +194,9 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     const std::vector<std::string> names = CommandNames(app_);
     const std::string first = arguments.empty() ? "" : arguments.front();
     const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
+    if (!kHasReport && first == kReportCommand) {
+        throw CommandError(Say("this lq was built without its report"));
+    }
     if (!isCommand && !first.starts_with('-') && !first.empty()) {
         throw CommandError(Say("no command is called '{}'", first) +
                            DidYouMean(first, names, SeeHelp()));

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 
 namespace lq::tool {
@@ -62,5 +63,10 @@ class CommandLine {
     TasksOptions tasks_;
     TypesOptions types_;
 };
+
+// Why the arguments cannot be understood, in the tool's own words and the user's language: the
+// sentence on what the parser threw, with the help of the command that it was in. `last` is the
+// last argument. An error without a sentence keeps the parser's words.
+CommandError UsageFault(const CLI::App& app, const CLI::ParseError& error, const std::string& last);
 
 }  // namespace lq::tool

@@ -16,13 +16,13 @@ std::string WordsFor(const std::string& value) {
         return "man bash zsh fish";
     }
     std::string words;
-    for (const std::string_view name : kTableNames) {
+    for (const auto& [id, name] : kTableNames) {
         words += (words.empty() ? "" : " ") + std::string(name);
     }
     return value == kTableValue ? words : "";
 }
 
-// The text with each of the characters led by a backslash.
+// The text, with a backslash in front of each of these characters.
 std::string Escaped(const std::string& text, std::string_view characters) {
     std::string escaped;
     for (const char c : text) {
@@ -31,7 +31,7 @@ std::string Escaped(const std::string& text, std::string_view characters) {
     return escaped;
 }
 
-// A word of a script, whatever is in it.
+// Quotes a text so that the shell takes it as one word, whatever characters it has.
 std::string Quoted(const std::string& text) {
     std::string quoted = "'";
     for (const char c : text) {
@@ -56,13 +56,14 @@ std::string OptionWords(const CommandText& command) {
     return Join(words, " ");
 }
 
-// Both sides of a case that offers the words.
+// A branch of a shell's case statement: for the pattern it offers the words.
 std::string BashCase(const std::string& pattern, const std::string& words) {
     return "        " + pattern + ") mapfile -t COMPREPLY < <(compgen -W '" + words +
            "' -- \"$cur\"); return ;;\n";
 }
 
-// The values that are known, by the command and the option in front.
+// The branches that complete the value of an option: which values there are depends on the command
+// and on the option in front of the value.
 std::string BashValues(const CommandText& command, const std::string& name) {
     std::string cases;
     for (const ParameterText& option : command.options) {

@@ -16,8 +16,9 @@ class Components {
   public:
     struct Component {
         const char16_t* name;
-        const host::Declaration* source = nullptr;  // null of one that the unit has implicitly
-        const DECL_TYP* decl = nullptr;             // null when the name is no identifier
+        const host::Declaration* source =
+            nullptr;                     // null when the unit has it without declaring it
+        const DECL_TYP* decl = nullptr;  // null when the name is no identifier
         bool isEntered = false;
     };
 

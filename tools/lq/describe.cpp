@@ -1,5 +1,6 @@
 #include "tools/lq/describe.h"
 
+#include "frame/in_order.h"
 #include "host/text/utf.h"
 #include "lq_base.h"
 #include "lq_data/records.h"
@@ -10,9 +11,21 @@ using host::EncodeUtf8;
 
 namespace {
 
-constexpr const char* kValueClasses[] = {"BOOL",  "SINT", "USINT", "INT",   "UINT",  "DINT",
-                                         "UDINT", "LINT", "ULINT", "REAL",  "LREAL", "TIME",
-                                         "DATE",  "TOD",  "DT",    "STRING"};
+constexpr RowOf<VAL_TYPE, const char*> kValueClasses[] = {
+    {VT_BOOL, "BOOL"},   {VT_SINT, "SINT"}, {VT_USINT, "USINT"}, {VT_INT, "INT"},
+    {VT_UINT, "UINT"},   {VT_DINT, "DINT"}, {VT_UDINT, "UDINT"}, {VT_LINT, "LINT"},
+    {VT_ULINT, "ULINT"}, {VT_REAL, "REAL"}, {VT_LREAL, "LREAL"}, {VT_TIME, "TIME"},
+    {VT_DATE, "DATE"},   {VT_TOD, "TOD"},   {VT_DT, "DT"},       {VT_STRING, "STRING"},
+};
+static_assert(AreInOrder(kValueClasses, VT_STRING));
+
+constexpr RowOf<tagLocation, char> kLocations[] = {
+    {LOC_INPUT, 'I'}, {LOC_OUTPUT, 'Q'}, {LOC_MEMORY, 'M'}};
+static_assert(AreInOrder(kLocations, LOC_MEMORY));
+
+constexpr RowOf<tagSize, char> kSizes[] = {
+    {SIZE_BIT, 'X'}, {SIZE_BYTE, 'B'}, {SIZE_WORD, 'W'}, {SIZE_DWORD, 'D'}, {SIZE_LWORD, 'L'}};
+static_assert(AreInOrder(kSizes, SIZE_LWORD));
 
 std::string Number(ANY_INT_32 n) {
     return (n.sign ? "-" : "") + std::to_string(n.magnitude);
@@ -65,11 +78,11 @@ std::string AddressText(const CgTab::ADR_LINE& line) {
     if (line.location > LOC_MEMORY || line.size > SIZE_LWORD) {
         return "?" + digits;
     }
-    return std::string("%") + "IQM"[line.location] + "XBWDL"[line.size] + digits;
+    return std::string("%") + kLocations[line.location].value + kSizes[line.size].value + digits;
 }
 
 std::string ValueClassName(VAL_TYPE type) {
-    return type <= VT_STRING ? kValueClasses[type]
+    return type <= VT_STRING ? kValueClasses[type].value
            : type == VT_NONE ? "none"
                              : std::to_string(type);
 }

@@ -32,7 +32,7 @@ bool IsUnseen(uint32_t code) {
     return (code & 0xFFFE) == 0xFFFE || (range != std::end(kUnseen) && range->first <= code);
 }
 
-// What a text begins with.
+// The first character of a text, or its first byte where that begins no character.
 struct Front {
     std::size_t bytes = 1;
     uint32_t code = 0;
@@ -45,7 +45,8 @@ Front FrontOf(std::string_view text) {
     if (lead < 0x80) {
         return {1, lead};
     }
-    // Halves of pairs pass as three bytes.
+    // The halves of surrogate pairs, which UTF-8 does not permit, are taken as the characters of
+    // three bytes that they look like, so that they become escapes as such.
     const std::size_t bytes = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     constexpr uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
     uint32_t code = lead & (0x7Fu >> bytes);

@@ -1,4 +1,4 @@
-// Texts of strangers, made harmless for a terminal.
+// Makes texts of inputs harmless for a terminal.
 #pragma once
 
 #include <string>

@@ -51,7 +51,7 @@ class DescriptorStream : public STREAM_A {
     std::vector<char> buffer_;
 };
 
-// Reads from memory.
+// A stream that reads bytes which lie in memory; it cannot be written to.
 class BytesStream : public STREAM_A {
   public:
     explicit BytesStream(std::string_view bytes) : bytes_(bytes) {}
@@ -75,7 +75,7 @@ class BytesStream : public STREAM_A {
 // The table lengths must add up to the whole file.
 void CheckLengths(std::string_view bytes, const std::string& path) {
     size_t at = 0;
-    for (const std::string_view table : kTableNames) {
+    for (const auto& [id, table] : kTableNames) {
         if (bytes.size() - at < 4) {
             ThrowNoImage(path, Say("it ends before the length of table {}", table));
         }
@@ -94,6 +94,11 @@ void CheckLengths(std::string_view bytes, const std::string& path) {
 }
 
 }  // namespace
+
+bool CanBeginImage(std::string_view beginning) {
+    return beginning.size() < 4 ||
+           cgtab::LoadU32(reinterpret_cast<const unsigned char*>(beginning.data())) <= kMaxProject;
+}
 
 bool IsImage(std::string_view bytes) {
     try {

@@ -12,6 +12,9 @@ namespace lq::tool {
 // Writes the image to an OutputFile. Throws CommandError.
 void SaveImage(CgTab& tables, const std::string& path);
 
+// Whether an image that is not too large can begin so.
+bool CanBeginImage(std::string_view beginning);
+
 // Whether the bytes are an image: the lengths of its tables add up to all of them.
 bool IsImage(std::string_view bytes);
 

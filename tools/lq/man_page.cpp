@@ -21,7 +21,7 @@ as JSON. Messages go to standard error; those about an input begin with its name
 Sources may be UTF-8 or UTF-16.
 )";
 
-// Behind what each status means.
+// Follows the list of what each status means.
 constexpr char kStatusNotes[] = R"(.PP
 A name is looked for by \fBshow \-\-find\fR, and as the instance by \fBfb\fR: that there is none is a
 result, too. A unit that \fBpou\fR or \fBfb\fR does not find leaves them without one, and the status is 2.
@@ -56,7 +56,7 @@ of the user's file. When that has no such section, the section
 \fB[SOFTWARE\eVeldrane\eTalmor2\eStartup\eApp]\fR of the machine's file decides.
 )";
 
-// Text that is text to the formatter.
+// Escapes what the formatter would take for a command.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char c : text) {

@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "cgtab/declaration.h"
 #include "host/plcopen/plcopen.h"
+#include "lq_data/scanner.h"
 #include "tools/lq/command.h"
 
 namespace lq::tool {
@@ -36,5 +38,11 @@ void PrintMessage(const Place& place, const std::string& text);
 void PrintMessage(const host::Report& report);
 // What ended a command.
 void PrintMessage(const CommandError& error);
+
+// Why a declaration was not entered.
+std::string FaultText(cgtab::DeclFault fault);
+
+// What is wrong with the text of an error token.
+std::string ScanErrorText(int32_t error);
 
 }  // namespace lq::tool

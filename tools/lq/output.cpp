@@ -19,6 +19,7 @@ namespace {
 
 constexpr size_t kGap = 2;  // blanks between columns
 constexpr int kJsonIndent = 2;
+constexpr size_t kRowsForWidths = 1000;
 
 // The columns that the text takes on a terminal: a wide letter two, a mark above another none,
 // whatever the process's locale is. Letters that are wide in old East Asian fonts alone take one.
@@ -28,10 +29,10 @@ size_t Width(const std::string& text) {
 }
 
 std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,
-                    const std::vector<Table::Column>& columns) {
+                    const std::vector<Column>& columns) {
     std::string line;
     for (size_t i = 0; i < cells.size(); ++i) {
-        const std::string padding(widths[i] - Width(cells[i]), ' ');
+        const std::string padding(widths[i] - std::min(widths[i], Width(cells[i])), ' ');
         const bool isLast = i + 1 == cells.size();
         if (columns[i].isNumber) {
             line += padding + cells[i];
@@ -52,25 +53,33 @@ std::string WithTabs(const std::vector<std::string>& cells) {
     return line;
 }
 
-std::string Cell(const Json& value) {
+// How cells show what they hold.
+struct CellText {
+    std::string operator()(std::monostate) const { return ""; }
+    std::string operator()(const std::string& text) const { return OneLine(text); }
+    std::string operator()(int64_t number) const { return std::to_string(number); }
+    std::string operator()(bool flag) const { return flag ? "yes" : "no"; }
+};
+
+std::string TextOf(const Json& value) {
     if (value.is_null()) {
         return "";
     }
     if (value.is_boolean()) {
-        return value.get<bool>() ? "yes" : "no";
+        return CellText()(value.get<bool>());
     }
     if (value.is_array()) {
         std::string text;
         for (const auto& item : value) {
-            text += (text.empty() ? "" : " ") + Cell(item);
+            text += (text.empty() ? "" : " ") + TextOf(item);
         }
         return text;
     }
     return value.is_string() ? OneLine(value.get<std::string>()) : value.dump();
 }
 
-// Standard output with nothing of the C library between, which would repeat for ever a write that
-// takes no bytes. On a terminal a line shows when it is whole.
+// Writes to standard output without the C library, which repeats for ever a write that takes no
+// bytes. On a terminal each line is written as soon as it is whole.
 class ResultsBuffer : public std::streambuf {
   public:
     ResultsBuffer() { setp(std::begin(bytes_), std::end(bytes_)); }
@@ -100,8 +109,8 @@ class ResultsBuffer : public std::streambuf {
     char bytes_[size_t{1} << 15];
 };
 
-// std::cout flushes what it writes to when the program ends, after the statics are gone: the buffer
-// stays.
+// std::cout flushes its buffer at the very end of the program, when static objects are destroyed
+// already. So this one is made in place and never destroyed.
 std::ostream& Results() {
     alignas(ResultsBuffer) static unsigned char place[sizeof(ResultsBuffer)];
     static auto* const buffer = new (place) ResultsBuffer;
@@ -122,20 +131,22 @@ Json NewDocument() {
     return {{"schema", kJsonSchema}};
 }
 
-std::vector<std::string> CellsOf(const std::vector<Table::Column>& columns, const Json& row) {
+std::vector<std::string> CellsOf(const Row& row) {
     std::vector<std::string> cells;
-    cells.reserve(columns.size());
-    for (const Table::Column& column : columns) {
-        cells.push_back(Cell(row.at(MemberOf(column.title))));
+    cells.reserve(row.size());
+    for (const Cell& cell : row) {
+        cells.push_back(std::visit(CellText(), cell));
     }
     return cells;
 }
 
-Table TableOf(const std::string& title, const std::vector<Table::Column>& columns,
-              const Json& rows) {
+Table TableOf(const std::string& title, const std::vector<Column>& columns, const Json& rows) {
     Table table{title, columns, {}};
     for (const auto& row : rows) {
-        table.rows.push_back(CellsOf(columns, row));
+        std::vector<std::string>& cells = table.rows.emplace_back();
+        for (const Column& column : columns) {
+            cells.push_back(TextOf(row.at(MemberOf(column.title))));
+        }
     }
     return table;
 }
@@ -167,13 +178,50 @@ std::string OpenJsonPiece(int depth, const Json& object) {
     return text;
 }
 
-void PrintJsonList(int depth, size_t count, const std::function<void(size_t)>& printItem) {
-    PrintText("[");
-    for (size_t i = 0; i < count; ++i) {
-        PrintText((i == 0 ? "\n" : ",\n") + JsonIndent(depth + 1));
-        printItem(i);
+void AppendJson(std::string& out, std::string_view text) {
+    const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) {
+        return c >= ' ' && c < 0x7F && c != '"' && c != '\\';
+    });
+    if (isPlain) {
+        out.append(1, '"').append(text).append(1, '"');
+    } else {
+        out += JsonText(text, -1);
     }
-    PrintText(count == 0 ? "]" : "\n" + JsonIndent(depth) + "]");
+}
+
+JsonRows::JsonRows(const std::vector<Column>& columns, int depth)
+    : end_("\n" + JsonIndent(depth) + "}") {
+    for (const Column& column : columns) {
+        heads_.push_back((heads_.empty() ? "{\n" : ",\n") + JsonIndent(depth + 1) + '"' +
+                         MemberOf(column.title) + "\": ");
+    }
+}
+
+void JsonRows::Open(std::string& out, const Row& row) const {
+    for (size_t i = 0; i < row.size(); ++i) {
+        out += heads_[i];
+        if (const auto* text = std::get_if<std::string>(&row[i])) {
+            AppendJson(out, *text);
+        } else if (const auto* number = std::get_if<int64_t>(&row[i])) {
+            out += std::to_string(*number);
+        } else {
+            const auto* flag = std::get_if<bool>(&row[i]);
+            out += !flag ? "null" : *flag ? "true" : "false";
+        }
+    }
+}
+
+JsonList::JsonList(int depth) : depth_(depth) {
+    PrintText("[");
+}
+
+void JsonList::Next() {
+    PrintText((isEmpty_ ? "\n" : ",\n") + JsonIndent(depth_ + 1));
+    isEmpty_ = false;
+}
+
+void JsonList::End() {
+    PrintText(isEmpty_ ? "]" : "\n" + JsonIndent(depth_) + "]");
 }
 
 void PrintText(const std::string& text) {
@@ -185,37 +233,51 @@ void PrintLine(const std::string& line) {
 }
 
 void Print(const Table& table) {
-    Print(table.title, table.columns, table.rows.size(), [&](size_t i) { return table.rows[i]; });
+    TablePrinter printer(table.title, table.columns);
+    for (const std::vector<std::string>& cells : table.rows) {
+        printer.Take(cells);
+    }
+    printer.End();
 }
 
-void Print(const std::string& title, const std::vector<Table::Column>& columns, size_t count,
-           const std::function<std::vector<std::string>(size_t)>& cellsOf) {
-    std::vector<std::string> titles;
-    std::vector<size_t> widths;
-    for (const Table::Column& column : columns) {
-        titles.push_back(column.title);
-        widths.push_back(Width(column.title));
-    }
+TablePrinter::TablePrinter(const std::string& title, std::vector<Column> columns)
+    : columns_(std::move(columns)),
+      widths_(columns_.size()),
+      isTerminal_(IsTerminal(Stream::kResults)),
+      isWaiting_(isTerminal_) {
     if (!title.empty()) {
         PrintLine(Bold(Stream::kResults, OneLine(title)));
     }
-    if (!IsTerminal(Stream::kResults)) {
-        PrintLine(WithTabs(titles));
-        for (size_t i = 0; i < count; ++i) {
-            PrintLine(WithTabs(cellsOf(i)));
-        }
-        return;
+    std::vector<std::string> titles;
+    for (const Column& column : columns_) {
+        titles.push_back(column.title);
     }
-    for (size_t row = 0; row < count; ++row) {
-        const std::vector<std::string> cells = cellsOf(row);
+    Take(titles);
+}
+
+void TablePrinter::Take(const std::vector<std::string>& cells) {
+    if (isWaiting_) {
         for (size_t i = 0; i < cells.size(); ++i) {
-            widths[i] = std::max(widths[i], Width(cells[i]));
+            widths_[i] = std::max(widths_[i], Width(cells[i]));
         }
+        waiting_.push_back(cells);
+        if (waiting_.size() > kRowsForWidths) {
+            End();
+        }
+    } else if (isTerminal_) {
+        PrintLine(Aligned(cells, widths_, columns_));
+    } else {
+        PrintLine(WithTabs(cells));
     }
-    PrintLine(Bold(Stream::kResults, Aligned(titles, widths, columns)));
-    for (size_t row = 0; row < count; ++row) {
-        PrintLine(Aligned(cellsOf(row), widths, columns));
+}
+
+void TablePrinter::End() {
+    for (const std::vector<std::string>& cells : waiting_) {
+        const std::string line = Aligned(cells, widths_, columns_);
+        PrintLine(&cells == &waiting_.front() ? Bold(Stream::kResults, line) : line);
     }
+    waiting_.clear();
+    isWaiting_ = false;
 }
 
 }  // namespace lq::tool

@@ -2,8 +2,10 @@
 // anywhere else.
 #pragma once
 
-#include <functional>
+#include <cstdint>
 #include <string>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -19,12 +21,17 @@ inline constexpr int kJsonSchema = 1;
 // What every document begins with.
 Json NewDocument();
 
-struct Table {
-    struct Column {
-        std::string title;
-        bool isNumber = false;  // aligned to the right
-    };
+// A column of a table of results. In JSON its title is a member's name.
+struct Column {
+    std::string title;
+    bool isNumber = false;  // aligned to the right
+};
 
+// What a row holds in a column; nothing is null in JSON, and an empty cell.
+using Cell = std::variant<std::monostate, std::string, int64_t, bool>;
+using Row = std::vector<Cell>;  // as long as the columns
+
+struct Table {
     std::string title;  // a heading; may be empty
     std::vector<Column> columns;
     std::vector<std::vector<std::string>> rows;  // as long as `columns`
@@ -33,19 +40,35 @@ struct Table {
 // The member of a JSON object that a title names: with underlines for blanks.
 std::string MemberOf(std::string title);
 
-// The cells of a row that is a JSON object with a member a column: null leaves a cell empty, a list
-// is written with blanks between its items.
-std::vector<std::string> CellsOf(const std::vector<Table::Column>& columns, const Json& row);
+// The texts of a row.
+std::vector<std::string> CellsOf(const Row& row);
 
-// A table of such rows.
-Table TableOf(const std::string& title, const std::vector<Table::Column>& columns,
-              const Json& rows);
+// A table of rows that are JSON objects with a member a column: a list is written with blanks
+// between its items.
+Table TableOf(const std::string& title, const std::vector<Column>& columns, const Json& rows);
 
 void Print(const Table& table);
 
-// Prints a table whose rows are made when they are printed, on a terminal twice.
-void Print(const std::string& title, const std::vector<Table::Column>& columns, size_t count,
-           const std::function<std::vector<std::string>(size_t)>& cellsOf);
+// Prints a table row by row. On a terminal the first 1,000 rows are held back until they have given
+// the columns their widths; a longer cell of a later row moves what stands behind it.
+class TablePrinter {
+  public:
+    // A title that is empty is left out.
+    TablePrinter(const std::string& title, std::vector<Column> columns);
+    TablePrinter(const TablePrinter&) = delete;
+    TablePrinter& operator=(const TablePrinter&) = delete;
+
+    void Take(const std::vector<std::string>& cells);
+    // Prints what is held back; to be called behind the last row.
+    void End();
+
+  private:
+    std::vector<Column> columns_;
+    std::vector<size_t> widths_;
+    std::vector<std::vector<std::string>> waiting_;  // the titles, and the first rows
+    const bool isTerminal_;
+    bool isWaiting_;
+};
 
 // A JSON value as it is printed, on one line with an indent of -1; bytes that are no UTF-8 become
 // replacement characters.
@@ -53,15 +76,46 @@ std::string JsonText(const Json& document, int indent);
 
 void PrintJson(const Json& document);
 
+// Appends a text as it is printed in a JSON document.
+void AppendJson(std::string& out, std::string_view text);
+
 // The pieces of a document that is too large to be held as one, as PrintJson would print it. The
 // depth is how many lists and objects a value stands in.
+
+// A JSON value.
 std::string JsonPiece(int depth, const Json& value);
 // An object without its end, "}" on a line of its own.
 std::string OpenJsonPiece(int depth, const Json& object);
 // Blanks at the beginning of a line.
 std::string JsonIndent(int depth);
-// `printItem` prints an item, one deeper than the list.
-void PrintJsonList(int depth, size_t count, const std::function<void(size_t)>& printItem);
+
+// Rows as JSON objects.
+class JsonRows {
+  public:
+    JsonRows(const std::vector<Column>& columns, int depth);
+
+    // Appends the row without its end, and the end.
+    void Open(std::string& out, const Row& row) const;
+    void Close(std::string& out) const { out += end_; }
+
+  private:
+    std::vector<std::string> heads_;  // what stands in front of each value
+    std::string end_;
+};
+
+// Prints a list at that depth, whose items the caller prints, one deeper.
+class JsonList {
+  public:
+    explicit JsonList(int depth);
+
+    // To be called before each item, and behind the last.
+    void Next();
+    void End();
+
+  private:
+    int depth_;
+    bool isEmpty_ = true;
+};
 
 // The text as it stands.
 void PrintText(const std::string& text);

@@ -30,7 +30,8 @@ constexpr const char* kTemporaryPrefix = ".lq-";
 constexpr const char* kHexDigits = "0123456789abcdef";
 constexpr size_t kRandomBytes = 8;
 
-// Asked for from before the first static object on, and behind the last: what it points at stays.
+// Read by handlers that may run before the first static object is made and after the last is
+// destroyed, so it is neither; what it points at is never freed.
 constinit const char* savedNote = "";
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
@@ -57,7 +58,7 @@ void RemoveOnSignal(const char* path) {
     }
 }
 
-// Where a file is to be written: behind the links, even if there is nothing yet.
+// Follows symbolic links to the place where the file is to be written, which need not exist yet.
 std::string FollowLinks(const std::string& path) {
     std::filesystem::path target = path;
     std::error_code error;
@@ -70,8 +71,8 @@ std::string FollowLinks(const std::string& path) {
     return target.string();
 }
 
-// A new name in the folder. It is shorter than it could be, since a target's may be as long as
-// names can be, and says by its form whose it is.
+// A new name in the folder. It is not made from the target's, which may be as long as names can be
+// already. By its form the next run knows that it is a temporary file of this program.
 std::string TemporaryName(const std::string& folder) {
     unsigned char random[kRandomBytes];
     if (getentropy(random, sizeof(random)) != 0) {
@@ -123,7 +124,7 @@ void RemoveDeadTemporaries(const std::string& path) {
     closedir(folder);
 }
 
-// By which an open file without a name can be given one.
+// The path in /proc through which an open file without a name can be linked to one.
 std::string PathOf(int descriptor) {
     return "/proc/self/fd/" + std::to_string(descriptor);
 }
@@ -139,8 +140,9 @@ int OpenUnnamed(const std::string& folder) {
     return file;
 }
 
-// So that the name outlasts a loss of power, too. 0, or the system's error; none where the user may
-// not read the folder, or the file system has no such thing.
+// Syncs the folder, so that the new name outlasts a loss of power, too. 0, or the system's error.
+// That the user may not read the folder, or that the file system cannot sync it, counts as no
+// error.
 int SyncFolder(const std::string& path) {
     const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder < 0) {
@@ -171,7 +173,7 @@ int WriteAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());
         if (written == 0) {
-            return EIO;  // and so on for ever, as it seems
+            return EIO;  // a file that takes no bytes and names no error would be tried for ever
         }
         if (written < 0 && errno != EINTR) {
             return errno;
@@ -232,15 +234,15 @@ void OutputFile::CreateTemporary() {
     }
 }
 
-// Before the file is there, lest a signal comes between.
+// Registers the name before the file is created: a signal may come between the two.
 void OutputFile::NameTemporary() {
     RemoveOnSignal(nullptr);
     temporary_ = TemporaryName(folder_);
     RemoveOnSignal(temporary_.c_str());
 }
 
-// The file is the living program's from its lock on. Between its creation and that another run may
-// have taken it for a dead one's, and removed it.
+// The lock says that the program which made the file still runs. Between the creation and the lock
+// another run may have found the file without one and removed it; then it is made again.
 int OutputFile::CreateNamed() {
     for (;;) {
         NameTemporary();
@@ -263,7 +265,8 @@ int OutputFile::CreateNamed() {
     }
 }
 
-// Those of the old file, as far as the system lets the user have them; else those of a new one.
+// Gives the new file the owner and mode of the old one, as far as the user may; without an old file
+// it gets the mode that any new file has.
 void OutputFile::CopyOwnerAndMode() {
     struct stat old = {};
     mode_t mode = 0;
@@ -280,7 +283,8 @@ void OutputFile::CopyOwnerAndMode() {
     }
 }
 
-// Where a file without a name cannot be given one after all. 0, or the system's error.
+// Copies the bytes to a file with a name, for systems that made a file without a name and then
+// cannot give it one. 0, or the system's error.
 int OutputFile::CopyToNamed() {
     const int unnamed = descriptor_;
     const int named = CreateNamed();

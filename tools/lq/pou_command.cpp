@@ -12,8 +12,8 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
+#include "tools/lq/owned_records.h"
 #include "tools/lq/project_input.h"
-#include "tools/lq/records.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
 
@@ -25,8 +25,8 @@ using host::Say;
 
 namespace {
 
-const std::vector<Table::Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
-                                             {"address"}, {"comment"}, {"comment2"}};
+const std::vector<Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
+                                      {"address"}, {"comment"}, {"comment2"}};
 
 Json Declarations(FLIST* decls) {
     Json rows = Json::array();
@@ -51,7 +51,7 @@ std::string CommentText(const POUH_INFO_TYP* info, POUH_ATTRIBUTE_FLAG flag) {
     return comment ? EncodeUtf8(GetRemarkPointerOfPOUHComment(comment)) : "";
 }
 
-// Of the project, and of its library for a unit.
+// The unit or data type of that name: units are looked for in the project and in its library.
 std::vector<std::string> UnitNames(const host::Project& project, bool withTypes) {
     std::vector<std::string> names;
     for (const host::Pou& pou : project.Pous()) {

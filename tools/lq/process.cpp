@@ -47,7 +47,8 @@ void PrepareProcess() {
     std::signal(SIGXFSZ, SIG_IGN);
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) < 0) {
-            // The lowest free descriptor is this one. Opened the wrong way round.
+            // open takes the lowest free descriptor, which is this one. It is opened for the wrong
+            // direction, so that using it fails as using a closed stream does.
             open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }

@@ -19,15 +19,15 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kFirst = std::chrono::milliseconds(50);
 constexpr auto kInterval = std::chrono::milliseconds(100);
 
-// Counted from the start of the program, lest short works that follow each other are long and
-// silent.
+// The moment before something is shown counts from the start of the program: otherwise many short
+// pieces of work, one after the other, would take long without a sign.
 const Clock::time_point firstSign = Clock::now() + kFirst;
 
 constexpr char kWiper[] = "\r\x1B[K";
 
 std::atomic<Progress*> current = nullptr;
 
-// The longest beginning of the text that has no more bytes, and ends with a whole character.
+// The longest beginning of the text that has at most so many bytes and ends with a whole character.
 std::string Cut(const std::string& text, size_t bytes) {
     while (bytes > 0 && bytes < text.size() &&
            (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80) {
@@ -60,7 +60,7 @@ Progress::Progress(const std::string& what, uint64_t total) : what_(OneLine(what
     }
     try {
         thread_ = std::thread([this] { Run(); });
-    } catch (const std::system_error&) {  // work is done without it
+    } catch (const std::system_error&) {  // without a thread the work is done all the same
     }
 }
 

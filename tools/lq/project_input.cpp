@@ -6,8 +6,8 @@
 #include "host/text/message.h"
 #include "host/text/utf.h"
 #include "tools/lq/command.h"
+#include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
 
@@ -17,7 +17,7 @@ using host::Say;
 
 namespace {
 
-// Reads bytes in place.
+// A stream buffer over bytes that lie in memory.
 class BytesBuffer : public std::streambuf {
   public:
     explicit BytesBuffer(std::string_view bytes) {
@@ -70,10 +70,15 @@ void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, hos
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports) {
     InputBuffer bytes(path, kMaxProject);
+    ReadProject(bytes, path, project, reports);
+}
+
+void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports) {
     try {
         ReadFrom(bytes, bytes.Size(), path, project, reports);
     } catch (const CommandError&) {
-        bytes.ThrowFailure();  // says more
+        bytes.ThrowFailure();  // what the system said tells more than what the parser did
         throw;
     }
 }
@@ -96,6 +101,38 @@ int ReadAndReport(const std::string& path, host::Project& project) {
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {
     const ID pou = project.FindPou(instance.typeName);
     return host::EncodeUtf8(pou.GetNumber() ? project.NameOf(pou) : instance.typeName);
+}
+
+TableInput ReadTables(const std::string& path) {
+    CurrentProject current;
+    return ReadTables(path, current.project);
+}
+
+TableInput ReadTables(const std::string& path, host::Project& project) {
+    std::vector<host::Report> reports;
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = [&] {
+        const Progress progress(Say("reading {}", DisplayName(path)));
+        return source.Peek();
+    }();
+    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
+        ReadProject(source, path, project, reports);  // piece by piece, not held as a whole
+    } else {
+        const std::string bytes = ReadInput(source, path);
+        if (IsImage(bytes) || !LooksLikeXml(bytes)) {
+            const Progress progress(Say("restoring {}", DisplayName(path)));
+            return {RestoreImage(bytes, path), false, {}, kDone};
+        }
+        ReadProject(path, bytes, project, reports);
+    }
+    Translation translation = Translate(project);
+    for (const host::Report& report : reports) {
+        PrintMessage(report);
+    }
+    PrintRefusals(DisplayName(path), translation.refusals);
+    const bool isFine = reports.empty() && translation.refusals.empty();
+    return {std::move(translation.tables), true, std::move(translation.refusals),
+            isFine ? kDone : kInputHasFaults};
 }
 
 }  // namespace lq::tool

@@ -1,12 +1,16 @@
-// Projects as inputs of commands.
+// Projects and table sets as inputs of commands.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/model/project.h"
 #include "host/plcopen/plcopen.h"
+#include "lq_data/cgtab.h"
+#include "tools/lq/input.h"
+#include "tools/lq/translation.h"
 
 namespace lq::tool {
 
@@ -15,7 +19,9 @@ namespace lq::tool {
 // its end.
 void ReadProject(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports);
-// The same for a document that was read already; `path` names it.
+// The same for a document that was opened or read already; `path` names it.
+void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports);
 void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
                  std::vector<host::Report>& reports);
 
@@ -37,5 +43,18 @@ class CurrentProject {
 
     host::Project project;
 };
+
+struct TableInput {
+    std::unique_ptr<CgTab> tables;
+    bool isProject = false;
+    std::vector<Refusal> refusals;
+    int status = 0;  // an ExitStatus
+};
+
+// The input's tables: an image's, or those that a project translates to. What is wrong with the
+// project goes to standard error. Throws CommandError.
+TableInput ReadTables(const std::string& path);
+// The same; a project is read into `project` and becomes the current one.
+TableInput ReadTables(const std::string& path, host::Project& project);
 
 }  // namespace lq::tool

@@ -14,9 +14,7 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/escape.h"
-#include "tools/lq/fault_text.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/keywords.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
@@ -62,7 +60,7 @@ constexpr RowOf<tagSize, const char*> kSizeNames[] = {{SIZE_BIT, "bit"},
                                                       {SIZE_LWORD, "long word"}};
 static_assert(AreInOrder(kSizeNames, SIZE_LWORD));
 
-// What the scanner delivers of long tokens is cut, their overflow text is not.
+// The text of a token. The scanner cuts that of a long one, and keeps the whole of it apart.
 std::u16string_view WholeText(const Scanner& scanner, const Token& token) {
     if (scanner.HasLostText()) {
         throw std::bad_alloc();
@@ -98,7 +96,8 @@ std::u16string AddressDigits(std::u16string_view address) {
     return digits;
 }
 
-// The value of a token that is a text: the scanner's own, or as it would be if that were not cut.
+// The value of a token whose value is a text. For a long token it is worked out anew, because the
+// scanner's own value is cut, too.
 std::string TextValue(const Token& token, std::u16string_view whole) {
     constexpr size_t kDelimiter = 2;  // "(*"
     const bool isAddress = token.kind == TK_ADDRESS;
@@ -157,17 +156,17 @@ struct ShownToken {
     std::string value;
 };
 
-Json TokenJson(const ShownToken& token) {
-    Json json = {{"line", token.line},
-                 {"column", token.column},
-                 {"kind", kKindNames[token.kind].value},
-                 {"text", token.text}};
-    if (token.kind == TK_ERROR) {
-        json["error"] = token.value;
-    } else if (!token.value.empty()) {
-        json["value"] = token.value;
+std::string TokenJson(const ShownToken& token) {
+    std::string json = "{\"line\":" + std::to_string(token.line) +
+                       ",\"column\":" + std::to_string(token.column) + ",\"kind\":\"" +
+                       kKindNames[token.kind].value + "\",\"text\":";
+    AppendJson(json, token.text);
+    const bool isError = token.kind == TK_ERROR;
+    if (isError || !token.value.empty()) {
+        json += isError ? ",\"error\":" : ",\"value\":";
+        AppendJson(json, token.value);
     }
-    return json;
+    return json + "}";
 }
 
 // Prints tokens, each as it is found.
@@ -184,7 +183,7 @@ class TokenPrinter {
     void Take(const ShownToken& token) {
         const Place place = {name_, token.line, token.column};
         if (options_.json) {
-            PrintLine(separator_ + JsonText(TokenJson(token), -1));
+            PrintLine(separator_ + TokenJson(token));
             separator_ = ",";
         } else if (options_.errorsOnly) {
             PrintLine(ToText(place) + ": " + token.value + ": " + OneLine(token.text));

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <memory>
+#include <optional>
 
 #include "host/text/message.h"
 #include "tools/lq/command.h"
@@ -6,14 +8,13 @@
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
+#include "tools/lq/name_search.h"
 #include "tools/lq/output.h"
-#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/project_input.h"
 #include "tools/lq/suggestion.h"
-#include "tools/lq/table_input.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
-#include "tools/lq/unit_rows.h"
 
 namespace lq::tool {
 
@@ -22,17 +23,17 @@ using host::Say;
 namespace {
 
 CgTab::TAB_ID TableByName(const std::string& name) {
-    const auto* at = std::find(std::begin(kTableNames), std::end(kTableNames), name);
-    if (at != std::end(kTableNames)) {
-        return static_cast<CgTab::TAB_ID>(at - std::begin(kTableNames));
-    }
     std::string all;
-    for (const std::string_view known : kTableNames) {
+    Suggestion suggestion(name);
+    for (const auto& [id, known] : kTableNames) {
+        if (known == name) {
+            return id;
+        }
         all += (all.empty() ? "" : ", ") + std::string(known);
+        suggestion.Consider(std::string(known));
     }
     throw CommandError(Say("no table is called '{}'", name) +
-                       DidYouMean(name, {std::begin(kTableNames), std::end(kTableNames)},
-                                  Say("; the tables are {}", all)));
+                       suggestion.Text(Say("; the tables are {}", all)));
 }
 
 std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
@@ -47,72 +48,241 @@ std::vector<CgTab::TAB_ID> ChosenTables(const std::vector<std::string>& names) {
     return ids;
 }
 
-bool WithComponents(const TableRows& rows, const ShowOptions& options) {
-    return rows.id == CgTab::TAB_POU && !options.tables.empty();
+// Where rows go, those of one table after those of another.
+class Output {
+  public:
+    Output() = default;
+    virtual ~Output() = default;
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    virtual void Begin(CgTab::TAB_ID id, const RowReader& reader) = 0;
+    virtual void Take(const Row& row) = 0;
+    virtual void End() = 0;
+    // There are no more tables.
+    virtual void Finish() = 0;
+};
+
+// The components in the sections of units.
+class ComponentRows {
+  public:
+    explicit ComponentRows(CgTab& tables) : reader_(tables, CgTab::TAB_CMP) {
+        int32_t next = 0;
+        reader_.ForEach([&] {
+            starts_.push_back(next);
+            next = reader_.Next();
+        });
+    }
+
+    const std::vector<Column>& Columns() const { return reader_.Columns(); }
+
+    template <typename Take>
+    void ForEach(int64_t start, int64_t end, Take take) {
+        for (auto at = std::ranges::lower_bound(starts_, start); at != starts_.end() && *at < end;
+             ++at) {
+            int32_t pos = *at;
+            reader_.Read(pos);
+            take(reader_.Get());
+        }
+    }
+
+  private:
+    RowReader reader_;
+    std::vector<int32_t> starts_;  // of the lines in front of damage
+};
+
+// What the row of a unit says about its components.
+struct Section {
+    Section(const RowReader& units, const Row& row)
+        : name(std::get<std::string>(row[units.NameColumn()])),
+          start(std::get<int64_t>(row[units.ColumnOf("start")])),
+          end(std::get<int64_t>(row[units.ColumnOf("end")])) {}
+
+    std::string name;
+    int64_t start;
+    int64_t end;
+};
+
+// The units come with their components where `components` is not null.
+class TextOutput : public Output {
+  public:
+    explicit TextOutput(ComponentRows* components) : components_(components) {}
+
+    void Begin(CgTab::TAB_ID id, const RowReader& reader) override {
+        PrintText(separator_);
+        separator_ = "\n";
+        printer_.emplace(std::string(TableName(id)), reader.Columns());
+        units_ = id == CgTab::TAB_POU && components_ ? &reader : nullptr;
+    }
+    void Take(const Row& row) override {
+        printer_->Take(CellsOf(row));
+        if (units_) {
+            sections_.emplace_back(*units_, row);
+        }
+    }
+    void End() override {
+        printer_->End();
+        for (const Section& section : sections_) {
+            PrintText(separator_);
+            TablePrinter printer(section.name, components_->Columns());
+            components_->ForEach(section.start, section.end,
+                                 [&](const Row& row) { printer.Take(CellsOf(row)); });
+            printer.End();
+        }
+        sections_.clear();
+    }
+    void Finish() override {}
+
+  private:
+    ComponentRows* components_;
+    const char* separator_ = "";
+    std::optional<TablePrinter> printer_;
+    const RowReader* units_ = nullptr;  // null in other tables, and where components are not shown
+    std::vector<Section> sections_;
+};
+
+// One document, piece by piece.
+class JsonOutput : public Output {
+  public:
+    JsonOutput(const std::string& input, ComponentRows* components) : components_(components) {
+        Json head = NewDocument();
+        head["input"] = DisplayName(input);
+        PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"tables\": {");
+    }
+
+    void Begin(CgTab::TAB_ID id, const RowReader& reader) override {
+        PrintText((isEmpty_ ? "\n" : ",\n") + JsonIndent(kDepth) + "\"" +
+                  std::string(TableName(id)) + "\": ");
+        isEmpty_ = false;
+        list_.emplace(kDepth);
+        rows_.emplace(reader.Columns(), kDepth + 1);
+        units_ = id == CgTab::TAB_POU && components_ ? &reader : nullptr;
+    }
+    void Take(const Row& row) override {
+        list_->Next();
+        Print(*rows_, row, units_);
+    }
+    void End() override { list_->End(); }
+    void Finish() override { PrintLine((isEmpty_ ? "" : "\n" + JsonIndent(1)) + "}\n}"); }
+
+  private:
+    static constexpr int kDepth = 2;  // of a table
+
+    void Print(const JsonRows& rows, const Row& row, const RowReader* units) {
+        text_.clear();
+        rows.Open(text_, row);
+        if (units) {
+            PrintText(text_ + ",\n" + JsonIndent(kDepth + 2) + "\"components\": ");
+            PrintComponents(Section(*units, row));
+            text_.clear();
+        }
+        rows.Close(text_);
+        PrintText(text_);
+    }
+    void PrintComponents(const Section& section) {
+        const JsonRows rows(components_->Columns(), kDepth + 3);
+        JsonList list(kDepth + 2);
+        components_->ForEach(section.start, section.end, [&](const Row& row) {
+            list.Next();
+            Print(rows, row, nullptr);
+        });
+        list.End();
+    }
+
+    ComponentRows* components_;
+    bool isEmpty_ = true;
+    std::optional<JsonList> list_;
+    std::optional<JsonRows> rows_;
+    const RowReader* units_ = nullptr;  // as of TextOutput
+    std::string text_;
+};
+
+// Reads tables and hands on the rows that are to be shown.
+class Shower {
+  public:
+    Shower(CgTab& tables, const ShowOptions& options, Output& output)
+        : tables_(tables), options_(options), output_(output) {
+        if (!options.find.empty()) {
+            search_.emplace(options.find);
+        }
+    }
+
+    // Without a table that has none of the name that is looked for. False when it is damaged, which
+    // becomes a message.
+    bool Show(CgTab::TAB_ID id) {
+        RowReader reader = ReaderOf(id);
+        bool isShown = false;
+        const auto begin = [&] {
+            output_.Begin(id, reader);
+            isShown = hasShown_ = true;
+        };
+        const auto take = [&] {
+            if (!isShown) {
+                begin();
+            }
+            output_.Take(reader.Get());
+        };
+        if (!search_) {
+            begin();
+        }
+        const auto damagedAt =
+            search_ ? search_->Run(tables_, id, reader, take) : reader.ForEach(take);
+        if (isShown) {
+            output_.End();
+        }
+        return !ReportDamage(options_.input, id, damagedAt);
+    }
+
+    // False when nothing was found in any of the tables, which becomes a message.
+    bool HasShown(const std::vector<CgTab::TAB_ID>& ids) {
+        if (!hasShown_) {
+            Suggestion suggestion(options_.find);
+            for (const CgTab::TAB_ID id : ids) {
+                RowReader reader = ReaderOf(id);
+                SuggestNames(id, reader, suggestion);
+            }
+            PrintMessage(Place{DisplayName(options_.input)},
+                         Say("nothing is called '{}'", options_.find) + suggestion.Text());
+        }
+        return hasShown_;
+    }
+
+  private:
+    RowReader ReaderOf(CgTab::TAB_ID id) {
+        return {tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr};
+    }
+
+    CgTab& tables_;
+    const ShowOptions& options_;
+    Output& output_;
+    const SectionIndex sections_{SectionsOf(tables_)};
+    std::optional<NameSearch> search_;
+    bool hasShown_ = false;
+};
+
+std::unique_ptr<Output> OutputOf(const ShowOptions& options, ComponentRows* components) {
+    if (options.json) {
+        return std::make_unique<JsonOutput>(options.input, components);
+    }
+    return std::make_unique<TextOutput>(components);
 }
 
-// The rows to show, without the tables that have none of the name that is looked for. What is
-// damaged, and a name that is not found, becomes a message.
-std::vector<TableRows> ChosenRows(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids,
-                                  const ShowOptions& options, int& status) {
-    std::vector<TableRows> shown;
-    std::vector<std::string> names;
-    {
-        const Progress progress(Say("reading the tables"));
-        for (const CgTab::TAB_ID id : ids) {
-            TableRows rows = RowsOf(tables, id);
-            if (ReportDamage(options.input, rows)) {
-                status = kInputHasFaults;
-            }
-            if (id == CgTab::TAB_CMP) {
-                NameUnits(rows, SectionsOf(tables));
-            }
-            if (!options.find.empty()) {
-                AddNames(rows, names);
-                KeepNamed(rows, options.find);
-            }
-            if (options.find.empty() || !rows.rows.empty()) {
-                shown.push_back(std::move(rows));
-            }
-        }
+// False when a table is damaged or a name is not found, which has become a message.
+bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const ShowOptions& options) {
+    const bool hasUnits = std::ranges::find(ids, CgTab::TAB_POU) != ids.end();
+    std::optional<ComponentRows> components;  // of units that are asked for by their name
+    if (hasUnits && !options.tables.empty()) {
+        components.emplace(tables);
     }
-    if (shown.empty()) {
-        PrintMessage(Place{DisplayName(options.input)},
-                     Say("nothing is called '{}'", options.find) + DidYouMean(options.find, names));
-        status = kInputHasFaults;
+    const auto output = OutputOf(options, components ? &*components : nullptr);
+    Shower shower(tables, options, *output);
+    bool isFine = true;
+    for (const CgTab::TAB_ID id : ids) {
+        isFine = shower.Show(id) && isFine;
     }
-    return shown;
-}
-
-// Piece by piece: what lines share in the tables is in the document as often as they show it.
-void PrintTablesAsJson(CgTab& tables, const std::vector<TableRows>& shown,
-                       const ShowOptions& options) {
-    Json head = NewDocument();
-    head["input"] = DisplayName(options.input);
-    PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"tables\": {");
-    for (const TableRows& rows : shown) {
-        PrintText((&rows == &shown.front() ? "\n" : ",\n") + JsonIndent(2) +
-                  JsonText(kTableNames[rows.id], -1) + ": ");
-        if (WithComponents(rows, options)) {
-            PrintUnitsAsJson(tables, rows, 2);
-        } else {
-            PrintRowsAsJson(rows, 2);
-        }
-    }
-    PrintLine((shown.empty() ? "" : "\n" + JsonIndent(1)) + "}\n}");
-}
-
-void PrintTables(CgTab& tables, const std::vector<TableRows>& shown, const ShowOptions& options) {
-    for (const TableRows& rows : shown) {
-        if (&rows != &shown.front()) {
-            PrintLine("");
-        }
-        if (WithComponents(rows, options)) {
-            PrintUnits(tables, rows);
-        } else {
-            PrintRows(rows, std::string(kTableNames[rows.id]));
-        }
-    }
+    isFine = shower.HasShown(ids) && isFine;
+    output->Finish();
+    return isFine;
 }
 
 }  // namespace
@@ -132,17 +302,11 @@ int RunShow(const ShowOptions& options) {
         save();
         return status;  // the image alone
     }
-    const std::vector<TableRows> shown = ChosenRows(*tables, ids, options, status);
     if (!options.save.empty()) {
         save();
     }
     const auto progress = Progress::OfResults(Say("writing the tables"), 0);
-    if (options.json) {
-        PrintTablesAsJson(*tables, shown, options);
-    } else {
-        PrintTables(*tables, shown, options);
-    }
-    return status;
+    return ShowTables(*tables, ids, options) ? status : kInputHasFaults;
 }
 
 }  // namespace lq::tool

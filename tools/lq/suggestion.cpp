@@ -46,22 +46,32 @@ std::string SeeHelp(const std::string& command) {
     return Say("; see {}", "lq " + command + (command.empty() ? "--help" : " --help"));
 }
 
+Suggestion::Suggestion(std::string word)
+    : word_(std::move(word)), least_(std::max<size_t>(1, word_.size() / 3) + 1) {}
+
+void Suggestion::Consider(const std::string& candidate) {
+    const size_t longer = std::max(word_.size(), candidate.size());
+    if (longer - std::min(word_.size(), candidate.size()) >= least_) {
+        return;  // the lengths alone are too far apart
+    }
+    const size_t distance = Distance(word_, candidate);
+    if (distance < least_ && distance < longer) {
+        least_ = distance;
+        nearest_ = candidate;
+    }
+}
+
+std::string Suggestion::Text(const std::string& otherwise) const {
+    return nearest_.empty() ? otherwise : Say("; did you mean '{}'?", nearest_);
+}
+
 std::string DidYouMean(const std::string& word, const std::vector<std::string>& known,
                        const std::string& otherwise) {
-    size_t least = std::max<size_t>(1, word.size() / 3) + 1;
-    const std::string* nearest = nullptr;
+    Suggestion suggestion(word);
     for (const std::string& candidate : known) {
-        const size_t longer = std::max(word.size(), candidate.size());
-        if (longer - std::min(word.size(), candidate.size()) >= least) {
-            continue;  // the lengths alone are too far apart
-        }
-        const size_t distance = Distance(word, candidate);
-        if (distance < least && distance < longer) {
-            least = distance;
-            nearest = &candidate;
-        }
+        suggestion.Consider(candidate);
     }
-    return nearest ? Say("; did you mean '{}'?", *nearest) : otherwise;
+    return suggestion.Text(otherwise);
 }
 
 }  // namespace lq::tool

@@ -9,8 +9,23 @@ namespace lq::tool {
 // "; see lq --help", or "; see lq show --help" for that command.
 std::string SeeHelp(const std::string& command = "");
 
-// "; did you mean 'translate'?" for the known word that is least far from `word`, whatever the
-// case; `otherwise` when all are too far.
+// Of the words that are considered the one that is least far from a mistyped one, whatever the
+// case.
+class Suggestion {
+  public:
+    explicit Suggestion(std::string word);
+
+    void Consider(const std::string& candidate);
+    // "; did you mean 'translate'?", or `otherwise` when all are too far.
+    std::string Text(const std::string& otherwise = "") const;
+
+  private:
+    std::string word_;
+    size_t least_;
+    std::string nearest_;
+};
+
+// The same of a list.
 std::string DidYouMean(const std::string& word, const std::vector<std::string>& known,
                        const std::string& otherwise = "");
 

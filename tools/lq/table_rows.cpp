@@ -1,20 +1,17 @@
 #include "tools/lq/table_rows.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
-#include <unordered_map>
+#include <type_traits>
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
 #include "frame/chars.h"
-#include "host/model/flat_index.h"
+#include "frame/in_order.h"
 #include "host/text/message.h"
 #include "host/text/utf.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
-#include "tools/lq/tables.h"
 
 namespace lq::tool {
 
@@ -25,328 +22,198 @@ namespace {
 
 constexpr uint32_t kMaxName = 256;
 
-// The line of the source in a user area; null when it holds none.
-Json SourceLine(const unsigned char (&usr)[kUserArea]) {
-    const uint32_t line = cgtab::LoadU32(usr);
-    return line != 0 ? Json(line) : Json(nullptr);
+// A name as the table's record has it, or from the line where the record cuts it.
+template <size_t kSize>
+std::string NameOf(CgTab& tables, CgTab::TAB_ID id, int32_t pos, const char16_t (&name)[kSize]) {
+    if (chars::Length(name) + 1 < kSize) {
+        return EncodeUtf8(name);
+    }
+    char16_t whole[kMaxName] = {};
+    CgTabAccess::WholeName(tables, id, pos, whole, kMaxName);
+    return EncodeUtf8(whole);
 }
 
-std::string WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos) {
-    char16_t name[kMaxName] = {};
-    CgTabAccess::WholeName(tables, id, pos, name, kMaxName);
-    return EncodeUtf8(name);
+Cell NoneIfEmpty(std::string text) {
+    return text.empty() ? Cell() : Cell(std::move(text));
 }
 
-Json NullIfEmpty(const std::string& text) {
-    return text.empty() ? Json(nullptr) : Json(text);
-}
-
-Json AddressAt(CgTab& tables, int32_t pos) {
+Cell AddressAt(CgTab& tables, int32_t pos) {
     CgTab::ADR_LINE line;
     if (pos < 0 || !tables.Read(pos, line, 0, nullptr)) {
-        return nullptr;
+        return {};
     }
-    return NullIfEmpty(AddressText(line));
+    return NoneIfEmpty(AddressText(line));
 }
 
-Json ConstantAt(CgTab& tables, int32_t pos) {
+Cell ConstantAt(CgTab& tables, int32_t pos) {
     CgTab::CstLine line;
     if (pos < 0 || !tables.Read(pos, line, 0, nullptr)) {
-        return nullptr;
+        return {};
     }
-    return NullIfEmpty(EncodeUtf8(line.text));
+    return NoneIfEmpty(EncodeUtf8(line.text));
 }
 
-// Each describes one line. The texts of a record are the set's until its next read, so they are
-// used up before links are followed.
+template <typename... Cells>
+void Add(Row& row, Cells&&... cells) {
+    (row.emplace_back(std::forward<Cells>(cells)), ...);
+}
 
-Json RowOf(CgTab&, int32_t, const CgTab::DBG_INFO& line, const unsigned char (&)[kUserArea]) {
+// Each adds what one line shows between its position and its line of the source. The texts of a
+// record are the set's until its next read, so they are used up before links are followed.
+
+void Describe(CgTab&, int32_t, const CgTab::DBG_INFO& line, Row& row) {
     UnitPosition position;
-    if (!position.From(line)) {
-        return {{"unit", nullptr}, {"kind", nullptr}, {"line", nullptr}};
+    if (position.From(line)) {
+        Add(row, position.name, UnitKindName(position.kind), position.line);
+    } else {
+        Add(row, Cell(), Cell(), Cell());
     }
-    return {
-        {"unit", position.name}, {"kind", UnitKindName(position.kind)}, {"line", position.line}};
 }
 
-Json RowOf(CgTab& tables, int32_t pos, const CgTab::POU_LINE& line,
-           const unsigned char (&usr)[kUserArea]) {
+void Describe(CgTab& tables, int32_t pos, const CgTab::POU_LINE& line, Row& row) {
     const UnitInfo unit = UnitInfo::From(line.info);
-    return {{"name", WholeName(tables, CgTab::TAB_POU, pos)},
-            {"kind", UnitKindName(unit.kind)},
-            {"start", unit.start},
-            {"end", unit.end},
-            {"lines", unit.lines},
-            {"instances", unit.instances},
-            {"line", SourceLine(usr)}};
+    Add(row, NameOf(tables, CgTab::TAB_POU, pos, line.name), UnitKindName(unit.kind), unit.start,
+        unit.end, unit.lines, unit.instances);
 }
 
 template <typename Line>
-Json VariableRow(CgTab& tables, CgTab::TAB_ID id, int32_t pos, const Line& line,
-                 const unsigned char (&usr)[kUserArea]) {
-    const std::string type = TypeText(line.type, line.dsc);
-    return {{"name", WholeName(tables, id, pos)},
-            {"scope", ScopeText(line.scope)},
-            {"type", type},
-            {"address", AddressAt(tables, line.adrLine)},
-            {"initial", ConstantAt(tables, line.cstLine)},
-            {"count", line.count},
-            {"line", SourceLine(usr)}};
+void DescribeVariable(CgTab& tables, CgTab::TAB_ID id, int32_t pos, const Line& line, Row& row) {
+    std::string type = TypeText(line.type, line.dsc);
+    Add(row, NameOf(tables, id, pos, line.name), ScopeText(line.scope), std::move(type),
+        AddressAt(tables, line.adrLine), ConstantAt(tables, line.cstLine), line.count);
 }
 
-Json RowOf(CgTab& tables, int32_t pos, const CgTab::CMP_LINE& line,
-           const unsigned char (&usr)[kUserArea]) {
-    return VariableRow(tables, CgTab::TAB_CMP, pos, line, usr);
+void Describe(CgTab& tables, int32_t pos, const CgTab::CMP_LINE& line, Row& row) {
+    DescribeVariable(tables, CgTab::TAB_CMP, pos, line, row);
 }
 
-Json RowOf(CgTab& tables, int32_t pos, const CgTab::GLB_LINE& line,
-           const unsigned char (&usr)[kUserArea]) {
-    return VariableRow(tables, CgTab::TAB_GLB, pos, line, usr);
+void Describe(CgTab& tables, int32_t pos, const CgTab::GLB_LINE& line, Row& row) {
+    DescribeVariable(tables, CgTab::TAB_GLB, pos, line, row);
 }
 
-Json RowOf(CgTab&, int32_t, const CgTab::ADR_LINE& line, const unsigned char (&usr)[kUserArea]) {
-    return {{"address", NullIfEmpty(AddressText(line))},
-            {"count", line.count},
-            {"line", SourceLine(usr)}};
+void Describe(CgTab&, int32_t, const CgTab::ADR_LINE& line, Row& row) {
+    Add(row, NoneIfEmpty(AddressText(line)), line.count);
 }
 
-Json RowOf(CgTab&, int32_t, const CgTab::CstLine& line, const unsigned char (&usr)[kUserArea]) {
-    return {{"text", EncodeUtf8(line.text)},
-            {"class", ValueClassName(line.val.type)},
-            {"value", NullIfEmpty(ValueText(line.val))},
-            {"count", line.count},
-            {"line", SourceLine(usr)}};
+void Describe(CgTab&, int32_t, const CgTab::CstLine& line, Row& row) {
+    Add(row, EncodeUtf8(line.text), ValueClassName(line.val.type), NoneIfEmpty(ValueText(line.val)),
+        line.count);
 }
 
-Json RowOf(CgTab& tables, int32_t pos, const CgTab::LBL_LINE& line,
-           const unsigned char (&usr)[kUserArea]) {
-    return {{"name", WholeName(tables, CgTab::TAB_LBL, pos)},
-            {"defined", line.info == CgTab::kLabelDefinition},
-            {"jumps", line.count},
-            {"line", SourceLine(usr)}};
+void Describe(CgTab& tables, int32_t pos, const CgTab::LBL_LINE& line, Row& row) {
+    Add(row, NameOf(tables, CgTab::TAB_LBL, pos, line.name), line.info == CgTab::kLabelDefinition,
+        line.count);
 }
 
-Json RowOf(CgTab&, int32_t, const CgTab::TMP_LINE& line, const unsigned char (&usr)[kUserArea]) {
-    return {{"name", EncodeUtf8(line.name)},
-            {"type", TypeText(line.type, line.dsc)},
-            {"unit_kind", UnitKindName(line.tag)},
-            {"count", line.count},
-            {"line", SourceLine(usr)}};
+void Describe(CgTab&, int32_t, const CgTab::TMP_LINE& line, Row& row) {
+    Add(row, EncodeUtf8(line.name), TypeText(line.type, line.dsc), UnitKindName(line.tag),
+        line.count);
 }
 
-Json RowOf(CgTab&, int32_t, const CgTab::DMM_LINE& line, const unsigned char (&usr)[kUserArea]) {
-    return {{"name", EncodeUtf8(line.name)}, {"count", line.count}, {"line", SourceLine(usr)}};
+void Describe(CgTab&, int32_t, const CgTab::DMM_LINE& line, Row& row) {
+    Add(row, EncodeUtf8(line.name), line.count);
 }
-
-// A row of table 9, which has records of its own.
-Json ArrayRow(const CgTab::ArrDsc& array) {
-    return {{"type", ArrayText(array)}, {"elements", array.info->total.magnitude}};
-}
-
-// Members whose texts come from lines that other lines lead to.
-constexpr std::array<std::string_view, 3> kSharedMembers = {"type", "address", "initial"};
-constexpr size_t kLongText = 40;
-
-// Puts the long texts of rows where they stand once.
-class TextSharing {
-  public:
-    explicit TextSharing(TableRows& rows) : texts_(*rows.texts) {}
-
-    void Take(Json& row) {
-        for (const std::string_view member : kSharedMembers) {
-            const auto at = row.find(member);
-            if (at != row.end() && at->is_string() &&
-                at->get_ref<const std::string&>().size() > kLongText) {
-                *at = PlaceOf(std::move(at->get_ref<std::string&>()));
-            }
-        }
-    }
-
-  private:
-    size_t PlaceOf(std::string&& text) {
-        const auto known = places_.find(text);
-        if (known != places_.end()) {
-            return known->second;
-        }
-        texts_.push_back(std::move(text));
-        places_.emplace(texts_.back(), texts_.size() - 1);
-        return texts_.size() - 1;
-    }
-
-    std::deque<std::string>& texts_;
-    std::unordered_map<std::string_view, size_t, host::BytesHash> places_;  // in texts_
-};
 
 template <typename Line>
-void ReadLines(CgTab& tables, TableRows& out) {
-    const bool hasVariables = out.id == CgTab::TAB_CMP || out.id == CgTab::TAB_GLB;
-    TextSharing sharing(out);
-    const int32_t length = CgTabAccess::LengthOf(tables, out.id);
-    int32_t pos = 0;
-    while (pos < length) {
-        int32_t next = pos;
-        Line line;
-        unsigned char usr[kUserArea] = {};
-        if (!tables.Read(next, line, 0, usr)) {
-            out.damagedAt = pos;
-            return;
-        }
-        Json row = {{"pos", pos}};
-        row.update(RowOf(tables, pos, line, usr));
-        if (hasVariables || out.id == CgTab::TAB_TMP) {
-            sharing.Take(row);
-        }
-        out.rows.push_back(std::move(row));
-        pos = next;
-    }
-}
-
-void ReadArrays(CgTab& tables, TableRows& out) {
-    const int32_t length = CgTabAccess::LengthOf(tables, out.id);
-    int32_t pos = 0;
-    while (pos < length) {
-        int32_t next = pos;
-        ArrInfo info;
-        CgTab::ArrDsc array = {&info, 0};
-        if (!CgTabAccess::ReadArray(tables, next, array)) {
-            out.damagedAt = pos;
-            return;
-        }
-        Json row = {{"pos", pos}};
-        row.update(ArrayRow(array));
-        out.rows.push_back(std::move(row));
-        pos = next;
-    }
-}
-
-struct TableReading {
-    std::vector<Table::Column> columns;
-    void (*read)(CgTab& tables, TableRows& out);
-};
-
-const std::vector<Table::Column> kVariableColumns = {{"pos", true},   {"name"},      {"scope"},
-                                                     {"type"},        {"address"},   {"initial"},
-                                                     {"count", true}, {"line", true}};
-
-// In the order of TAB_ID. Columns are named as the members of the rows.
-const TableReading kReadings[CgTab::TAB_COUNT] = {
-    {{{"pos", true}, {"unit"}, {"kind"}, {"line", true}}, ReadLines<CgTab::DBG_INFO>},
-    {{{"pos", true},
-      {"name"},
-      {"kind"},
-      {"start", true},
-      {"end", true},
-      {"lines", true},
-      {"instances", true},
-      {"line", true}},
-     ReadLines<CgTab::POU_LINE>},
-    {kVariableColumns, ReadLines<CgTab::CMP_LINE>},
-    {kVariableColumns, ReadLines<CgTab::GLB_LINE>},
-    {{{"pos", true}, {"address"}, {"count", true}, {"line", true}}, ReadLines<CgTab::ADR_LINE>},
-    {{{"pos", true}, {"text"}, {"class"}, {"value"}, {"count", true}, {"line", true}},
-     ReadLines<CgTab::CstLine>},
-    {{{"pos", true}, {"name"}, {"defined"}, {"jumps", true}, {"line", true}},
-     ReadLines<CgTab::LBL_LINE>},
-    {{{"pos", true}, {"name"}, {"type"}, {"unit kind"}, {"count", true}, {"line", true}},
-     ReadLines<CgTab::TMP_LINE>},
-    {{{"pos", true}, {"name"}, {"count", true}, {"line", true}}, ReadLines<CgTab::DMM_LINE>},
-    {{{"pos", true}, {"type"}, {"elements", true}}, ReadArrays},
-};
-
-bool SameName(const Json& value, const std::u16string& name) {
-    if (!value.is_string()) {
+bool ReadLine(CgTab& tables, int32_t& pos, Row& row) {
+    int32_t next = pos;
+    Line line;
+    unsigned char usr[kUserArea] = {};
+    if (!tables.Read(next, line, 0, usr)) {
         return false;
     }
-    std::u16string text;
-    host::DecodeUtf8(value.get<std::string>(), text);
-    return chars::EqualNoCase(text.c_str(), name.c_str());
+    Describe(tables, pos, line, row);
+    if constexpr (!std::is_same_v<Line, CgTab::DBG_INFO>) {
+        const uint32_t sourceLine = cgtab::LoadU32(usr);
+        row.push_back(sourceLine != 0 ? Cell(sourceLine) : Cell());
+    }
+    pos = next;
+    return true;
 }
+
+bool ReadArray(CgTab& tables, int32_t& pos, Row& row) {
+    ArrInfo info;
+    CgTab::ArrDsc array = {&info, 0};
+    int32_t next = pos;
+    if (!CgTabAccess::ReadArray(tables, next, array)) {
+        return false;
+    }
+    Add(row, ArrayText(array), info.total.magnitude);
+    pos = next;
+    return true;
+}
+
+struct Reading {
+    const char* nameColumn;
+    const char* columns;  // behind the position, those of numbers marked
+    bool (*read)(CgTab& tables, int32_t& pos, Row& row);
+};
+
+constexpr char kNumberMark = '#';
+constexpr char kVariable[] = "name,scope,type,address,initial,#count,#line";
+
+constexpr RowOf<CgTab::TAB_ID, Reading> kReadings[] = {
+    {CgTab::TAB_DBG, {"unit", "unit,kind,#line", ReadLine<CgTab::DBG_INFO>}},
+    {CgTab::TAB_POU,
+     {"name", "name,kind,#start,#end,#lines,#instances,#line", ReadLine<CgTab::POU_LINE>}},
+    {CgTab::TAB_CMP, {"name", kVariable, ReadLine<CgTab::CMP_LINE>}},
+    {CgTab::TAB_GLB, {"name", kVariable, ReadLine<CgTab::GLB_LINE>}},
+    {CgTab::TAB_ADR, {"address", "address,#count,#line", ReadLine<CgTab::ADR_LINE>}},
+    {CgTab::TAB_CST, {"text", "text,class,value,#count,#line", ReadLine<CgTab::CstLine>}},
+    {CgTab::TAB_LBL, {"name", "name,defined,#jumps,#line", ReadLine<CgTab::LBL_LINE>}},
+    {CgTab::TAB_TMP, {"name", "name,type,unit kind,#count,#line", ReadLine<CgTab::TMP_LINE>}},
+    {CgTab::TAB_DMM, {"name", "name,#count,#line", ReadLine<CgTab::DMM_LINE>}},
+    {CgTab::TAB_ARR, {"type", "type,#elements", ReadArray}},
+};
+static_assert(AreInOrder(kReadings, CgTab::TAB_ARR));
 
 }  // namespace
 
-TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id) {
-    TableRows out;
-    out.id = id;
-    out.columns = kReadings[id].columns;
-    kReadings[id].read(tables, out);
-    return out;
-}
-
-const char* NameColumn(CgTab::TAB_ID id) {
-    switch (id) {
-        case CgTab::TAB_DBG:
-            return "unit";
-        case CgTab::TAB_ADR:
-            return "address";
-        case CgTab::TAB_CST:
-            return "text";
-        case CgTab::TAB_ARR:
-            return "type";
-        default:
-            return "name";
+RowReader::RowReader(CgTab& tables, CgTab::TAB_ID id, const SectionIndex* sections)
+    : tables_(tables), id_(id), sections_(sections) {
+    columns_.push_back({"pos", true});
+    if (sections_) {
+        columns_.push_back({"unit"});
     }
-}
-
-bool ReportDamage(const std::string& input, const TableRows& rows) {
-    if (rows.damagedAt) {
-        PrintMessage(Place{DisplayName(input)}, Say("table {}: the line at {} is damaged",
-                                                    kTableNames[rows.id], *rows.damagedAt));
+    std::string_view left = kReadings[id].value.columns;
+    while (!left.empty()) {
+        std::string_view title = left.substr(0, left.find(','));
+        left.remove_prefix(std::min(title.size() + 1, left.size()));
+        const bool isNumber = title.front() == kNumberMark;
+        title.remove_prefix(isNumber ? 1 : 0);
+        columns_.push_back({std::string(title), isNumber});
     }
-    return rows.damagedAt.has_value();
+    nameColumn_ = ColumnOf(kReadings[id].value.nameColumn);
 }
 
-void KeepNamed(TableRows& rows, const std::string& name) {
-    const std::u16string wanted = DecodeArgument(name);
-    const size_t point = wanted.find(u'.');
-    const std::u16string unit = wanted.substr(0, point);
-    const std::u16string component = point == wanted.npos ? u"" : wanted.substr(point + 1);
-    const char* member = NameColumn(rows.id);
-    Json kept = Json::array();
-    for (const Json& row : rows.rows) {
-        const bool inUnit = rows.id == CgTab::TAB_CMP && point != wanted.npos;
-        if (inUnit ? SameName(row.at("unit"), unit) && SameName(row.at("name"), component)
-                   : SameName(row.at(member), wanted)) {
-            kept.push_back(row);
-        }
+size_t RowReader::ColumnOf(std::string_view title) const {
+    const auto at = std::find_if(columns_.begin(), columns_.end(),
+                                 [title](const Column& c) { return c.title == title; });
+    return static_cast<size_t>(at - columns_.begin());
+}
+
+bool RowReader::Read(int32_t& pos) {
+    row_.clear();
+    row_.emplace_back(pos);
+    if (sections_) {
+        const UnitSection* section = sections_->At(static_cast<uint32_t>(pos));
+        row_.push_back(section ? Cell(section->unit) : Cell());
     }
-    rows.rows = std::move(kept);
+    const bool isRead = kReadings[id_].value.read(tables_, pos, row_);
+    next_ = pos;
+    return isRead;
 }
 
-void AddNames(const TableRows& rows, std::vector<std::string>& names) {
-    for (const Json& row : rows.rows) {
-        const Json& name = row.at(NameColumn(rows.id));
-        if (name.is_string()) {
-            names.push_back(name.get<std::string>());
-        }
-        if (rows.id == CgTab::TAB_CMP && row.at("unit").is_string()) {
-            names.push_back(row.at("unit").get<std::string>() + "." + name.get<std::string>());
-        }
+int32_t RowReader::End() const {
+    return CgTabAccess::LengthOf(tables_, id_);
+}
+
+bool ReportDamage(const std::string& input, CgTab::TAB_ID id, std::optional<int32_t> damagedAt) {
+    if (damagedAt) {
+        PrintMessage(Place{DisplayName(input)},
+                     Say("table {}: the line at {} is damaged", TableName(id), *damagedAt));
     }
-}
-
-bool IsShared(const std::string& member, const Json& value) {
-    return value.is_number() && std::ranges::find(kSharedMembers, member) != kSharedMembers.end();
-}
-
-Json WholeRow(const TableRows& rows, const Json& row) {
-    Json whole = row;
-    for (auto& [member, value] : whole.items()) {
-        if (IsShared(member, value)) {
-            value = (*rows.texts)[value.get<size_t>()];
-        }
-    }
-    return whole;
-}
-
-void PrintRows(const TableRows& rows, const std::string& title) {
-    Print(title, rows.columns, rows.rows.size(),
-          [&rows](size_t i) { return CellsOf(rows.columns, WholeRow(rows, rows.rows[i])); });
-}
-
-void PrintRowsAsJson(const TableRows& rows, int depth) {
-    PrintJsonList(depth, rows.rows.size(), [&rows, depth](size_t i) {
-        PrintText(JsonPiece(depth + 1, WholeRow(rows, rows.rows[i])));
-    });
+    return damagedAt.has_value();
 }
 
 }  // namespace lq::tool

@@ -1,52 +1,66 @@
 // The lines of tables as rows with their links resolved.
 #pragma once
 
-#include <deque>
-#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lq_data/cgtab.h"
 #include "tools/lq/output.h"
+#include "tools/lq/tables.h"
 
 namespace lq::tool {
 
-struct TableRows {
-    CgTab::TAB_ID id = CgTab::TAB_DBG;
-    std::vector<Table::Column> columns;
-    Json rows = Json::array();  // as CellsOf takes them, but for texts that are shared
-    // Long texts, each once: thousands of variables may have the type of one array, or the value of
-    // one constant. In a row a number where a text belongs is the place of one.
-    std::shared_ptr<std::deque<std::string>> texts = std::make_shared<std::deque<std::string>>();
-    std::optional<int32_t> damagedAt;  // where reading stopped before the end
+// Reads lines of one table, one at a time. Reading moves the tables' positions.
+class RowReader {
+  public:
+    // With `sections`, which must stay, components name the unit in whose section they lie.
+    RowReader(CgTab& tables, CgTab::TAB_ID id, const SectionIndex* sections = nullptr);
+
+    const std::vector<Column>& Columns() const { return columns_; }
+    // The number of a column; that of all when there is none of the title.
+    size_t ColumnOf(std::string_view title) const;
+    // The column by which lines are found: the address, the text of a constant, the type of an
+    // array where lines have no name.
+    size_t NameColumn() const { return nameColumn_; }
+    // That of the units, of components with `sections`; otherwise any column.
+    static constexpr size_t UnitColumn() { return 1; }
+
+    // Reads the line at `pos`, which becomes the next line's. False when it is damaged; `pos` stays
+    // and there is no row.
+    bool Read(int32_t& pos);
+    const Row& Get() const { return row_; }
+    // The position behind the line that was read last.
+    int32_t Next() const { return next_; }
+    // The name in the row; null for none.
+    const std::string* Name() const { return std::get_if<std::string>(&row_[nameColumn_]); }
+
+    // Calls `take` after each line of the table. Where reading stopped before the end.
+    template <typename Take>
+    std::optional<int32_t> ForEach(Take take) {
+        int32_t pos = 0;
+        for (const int32_t end = End(); pos < end; take()) {
+            if (!Read(pos)) {
+                return pos;
+            }
+        }
+        return std::nullopt;
+    }
+
+  private:
+    int32_t End() const;
+
+    CgTab& tables_;
+    CgTab::TAB_ID id_;
+    const SectionIndex* sections_;
+    std::vector<Column> columns_;
+    size_t nameColumn_ = 0;
+    Row row_;
+    int32_t next_ = 0;
 };
 
-// All lines of a table. Moves the tables' positions.
-TableRows RowsOf(CgTab& tables, CgTab::TAB_ID id);
-
 // Whether the table is damaged, which becomes a message on the input of that path.
-bool ReportDamage(const std::string& input, const TableRows& rows);
-
-// The column by which lines are found: the address, the text of a constant, the type of an array
-// where lines have no name.
-const char* NameColumn(CgTab::TAB_ID id);
-
-// Keeps the lines of that name, whatever the case. Of components "A.B" keeps B in the section of
-// the unit A; their rows name their units then.
-void KeepNamed(TableRows& rows, const std::string& name);
-
-// Adds what KeepNamed would find.
-void AddNames(const TableRows& rows, std::vector<std::string>& names);
-
-// Whether the member of a row is a text in `texts`.
-bool IsShared(const std::string& member, const Json& value);
-
-// A row with its texts.
-Json WholeRow(const TableRows& rows, const Json& row);
-
-// Prints the rows as a table; as a piece of a document, a list at that depth.
-void PrintRows(const TableRows& rows, const std::string& title);
-void PrintRowsAsJson(const TableRows& rows, int depth);
+bool ReportDamage(const std::string& input, CgTab::TAB_ID id, std::optional<int32_t> damagedAt);
 
 }  // namespace lq::tool

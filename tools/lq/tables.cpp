@@ -18,8 +18,8 @@ namespace {
 constexpr size_t kPositionHead = 5;
 constexpr size_t kMaxDebugData = 255;
 
-// A stream that is written to and only counted, and whose bytes are seen once: the line lengths of
-// a table as it passes by.
+// A stream that keeps nothing of what is written to it: it follows the length fields of a table and
+// counts the lines.
 class LineCounter : public STREAM_A {
   public:
     int32_t GetBlock(void*, int32_t, STREAMERROR*) override { return 0; }
@@ -104,6 +104,37 @@ TableExtent ExtentOf(CgTab& tables, CgTab::TAB_ID id) {
     LineCounter counter;
     tables.Put(id, counter);
     return {counter.lines, CgTabAccess::LengthOf(tables, id)};
+}
+
+std::vector<UnitSection> SectionsOf(CgTab& tables) {
+    std::vector<UnitSection> sections;
+    const int32_t length = CgTabAccess::LengthOf(tables, CgTab::TAB_POU);
+    for (int32_t pos = 0; pos < length;) {
+        const int32_t at = pos;
+        CgTab::POU_LINE line;
+        char16_t name[256];
+        if (!tables.Read(pos, line, 0, nullptr) ||
+            !CgTabAccess::WholeName(tables, CgTab::TAB_POU, at, name, std::size(name))) {
+            break;
+        }
+        sections.push_back({at, host::EncodeUtf8(name), UnitInfo::From(line.info)});
+    }
+    return sections;
+}
+
+SectionIndex::SectionIndex(std::vector<UnitSection> sections) : sorted_(std::move(sections)) {
+    std::erase_if(sorted_, [](const UnitSection& s) { return s.info.start >= s.info.end; });
+    std::stable_sort(
+        sorted_.begin(), sorted_.end(),
+        [](const UnitSection& a, const UnitSection& b) { return a.info.start < b.info.start; });
+}
+
+const UnitSection* SectionIndex::At(uint32_t pos) const {
+    const auto behind =
+        std::upper_bound(sorted_.begin(), sorted_.end(), pos,
+                         [](uint32_t p, const UnitSection& s) { return p < s.info.start; });
+    const UnitSection* section = behind == sorted_.begin() ? nullptr : &behind[-1];
+    return section && pos < section->info.end ? section : nullptr;
 }
 
 std::string UnitKindName(uint32_t kind) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "frame/in_order.h"
 #include "lq_data/cgtab.h"
 
 namespace lq::tool {
@@ -42,10 +43,17 @@ struct UnitPosition {
 // An empty set. Throws std::bad_alloc.
 std::unique_ptr<CgTab> NewTables();
 
-// Names as the command line and the output use them, in the order of TAB_ID.
-inline constexpr std::string_view kTableNames[CgTab::TAB_COUNT] = {
-    "debug",     "units",  "components",  "globals", "addresses",
-    "constants", "labels", "temporaries", "names",   "arrays"};
+// Names as the command line and the output use them.
+inline constexpr RowOf<CgTab::TAB_ID, std::string_view> kTableNames[] = {
+    {CgTab::TAB_DBG, "debug"},   {CgTab::TAB_POU, "units"},       {CgTab::TAB_CMP, "components"},
+    {CgTab::TAB_GLB, "globals"}, {CgTab::TAB_ADR, "addresses"},   {CgTab::TAB_CST, "constants"},
+    {CgTab::TAB_LBL, "labels"},  {CgTab::TAB_TMP, "temporaries"}, {CgTab::TAB_DMM, "names"},
+    {CgTab::TAB_ARR, "arrays"}};
+static_assert(AreInOrder(kTableNames, CgTab::TAB_ARR));
+
+constexpr std::string_view TableName(CgTab::TAB_ID id) {
+    return kTableNames[id].value;
+}
 
 // The lines of a table, by following their length fields.
 struct TableExtent {
@@ -53,6 +61,28 @@ struct TableExtent {
     int32_t bytes = 0;
 };
 TableExtent ExtentOf(CgTab& tables, CgTab::TAB_ID id);
+
+// A unit and its section of the component table.
+struct UnitSection {
+    int32_t pos = 0;  // of the unit's line
+    std::string unit;
+    UnitInfo info;
+};
+
+// The sections, in the order of the unit table.
+std::vector<UnitSection> SectionsOf(CgTab& tables);
+
+// Finds the section that a component lies in.
+class SectionIndex {
+  public:
+    explicit SectionIndex(std::vector<UnitSection> sections = {});
+
+    // Null for none.
+    const UnitSection* At(uint32_t pos) const;
+
+  private:
+    std::vector<UnitSection> sorted_;  // those with components, by their starts
+};
 
 // The words for a POUH_POU_TYPE, as "function block"; a number's decimal text when it is none.
 std::string UnitKindName(uint32_t kind);

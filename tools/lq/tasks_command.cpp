@@ -8,8 +8,8 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/input.h"
 #include "tools/lq/output.h"
+#include "tools/lq/owned_records.h"
 #include "tools/lq/project_input.h"
-#include "tools/lq/records.h"
 
 namespace lq::tool {
 

@@ -6,7 +6,6 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
-#include "tools/lq/output_conflict.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
@@ -21,10 +20,9 @@ namespace {
 Json SummaryJson(const TranslateOptions& options, Translation& translation,
                  const std::vector<host::Report>& reports) {
     Json tables = Json::array();
-    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-        const TableExtent extent = ExtentOf(*translation.tables, static_cast<CgTab::TAB_ID>(id));
-        tables.push_back(
-            {{"table", kTableNames[id]}, {"lines", extent.lines}, {"bytes", extent.bytes}});
+    for (const auto& [id, name] : kTableNames) {
+        const TableExtent extent = ExtentOf(*translation.tables, id);
+        tables.push_back({{"table", name}, {"lines", extent.lines}, {"bytes", extent.bytes}});
     }
     Json refusals = Json::array();
     for (const Refusal& refusal : translation.refusals) {
@@ -56,10 +54,10 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
 void PrintSummary(Translation& translation) {
     Table summary;
     summary.columns = {{"table"}, {"lines", true}, {"bytes", true}};
-    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-        const TableExtent extent = ExtentOf(*translation.tables, static_cast<CgTab::TAB_ID>(id));
-        summary.rows.push_back({std::string(kTableNames[id]), std::to_string(extent.lines),
-                                std::to_string(extent.bytes)});
+    for (const auto& [id, name] : kTableNames) {
+        const TableExtent extent = ExtentOf(*translation.tables, id);
+        summary.rows.push_back(
+            {std::string(name), std::to_string(extent.lines), std::to_string(extent.bytes)});
     }
     Print(summary);
     PrintLine("");

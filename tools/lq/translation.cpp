@@ -17,10 +17,9 @@
 #include "lq_data/containers.h"
 #include "pouh/record_access.h"
 #include "tools/lq/components.h"
-#include "tools/lq/fault_text.h"
 #include "tools/lq/messages.h"
+#include "tools/lq/owned_records.h"
 #include "tools/lq/progress.h"
-#include "tools/lq/records.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -32,7 +31,7 @@ using host::EncodeUtf8;
 using host::Message;
 using host::Say;
 
-// What the loader puts in front of an erroneous text, and no identifier begins with.
+// The loader puts it in front of an erroneous text; no identifier begins with it.
 constexpr char16_t kErrorMark = u'?';
 constexpr const char* kNoIdentifier = Message("the name is no identifier");
 
@@ -272,15 +271,16 @@ class Translator {
         EnterTemporaries(pou, components, kind);
     }
 
-    // Short of memory, the set skips a declaration as it skips one that it cannot hold.
+    // What is missing without another reason was skipped because memory was short: the set skips
+    // such a declaration as it skips one that it cannot hold.
     void RefuseMissing(const host::Pou& pou, const std::vector<const host::Declaration*>& missing) {
         for (const host::Declaration* source : missing) {
             Refuse(pou.name, *source, FaultText(DeclFault::kMemory));
         }
     }
 
-    // Reports the declarations that the tables had to skip, and enters the types that others use.
-    // Those that the tables could have entered, and did not.
+    // Reports the declarations that the tables had to skip, and enters the names of the types that
+    // the others use. The result are those that the tables could have entered and did not.
     std::vector<const host::Declaration*> CheckComponents(const host::Pou& pou,
                                                           Components& components) {
         std::vector<const host::Declaration*> missing;
@@ -305,7 +305,7 @@ class Translator {
         return missing;
     }
 
-    // False when the declaration is as the tables want it.
+    // Reports why a declaration was skipped; false when the tables could have entered it.
     bool RefuseSkipped(const host::Pou& pou, const host::Declaration& source,
                        const DECL_TYP* decl) {
         DeclFault fault = DeclFault::kNone;
@@ -322,8 +322,8 @@ class Translator {
         return isMissing;
     }
 
-    // Components carry a line each, and so do the constants that they brought; an implicit one has
-    // that of its unit.
+    // Gives each new component the source line of its declaration, and the constant that it brought
+    // the same. A component that a unit has without declaring it gets the line of the unit.
     void StampComponents(Components& components, uint32_t unitLine) {
         const int32_t length = CgTabAccess::LengthOf(tables_, CgTab::TAB_CMP);
         int32_t pos = stamped_[CgTab::TAB_CMP];

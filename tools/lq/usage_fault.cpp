@@ -1,9 +1,8 @@
-#include "tools/lq/usage_fault.h"
-
 #include <algorithm>
 #include <vector>
 
 #include "host/text/message.h"
+#include "tools/lq/command_line.h"
 #include "tools/lq/suggestion.h"
 
 namespace lq::tool {
@@ -43,7 +42,7 @@ bool IsEmpty(const CLI::Option& option, const std::string&) {
     return std::ranges::count(option.results(), std::string()) != 0;
 }
 
-// The sentences; arguments have positions, options have names.
+// What is said for each kind of error. An argument is known by its position, an option by its name.
 constexpr struct {
     bool (*isError)(const CLI::ParseError&);
     bool (*isOption)(const CLI::Option&, const std::string& last);

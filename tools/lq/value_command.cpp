@@ -1,16 +1,17 @@
+#include <cmath>
 #include <cstring>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 #include "host/text/message.h"
 #include "host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
-#include "tools/lq/constant_types.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/escape.h"
 #include "tools/lq/input.h"
-#include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
@@ -21,6 +22,78 @@ using host::Say;
 
 namespace {
 
+// --- The types that can hold a constant ----------------------------------------------------------
+
+struct ConstantTypes {
+    std::vector<std::string> all;
+    std::string single;    // the most specific type for all of them
+    std::string smallest;  // empty when none of them has a size of its own
+};
+
+std::string NameOf(IEC_TYPE type) {
+    return host::EncodeUtf8(IecTypeConv().GetName(type));
+}
+
+uint32_t BitsOf(IEC_TYPE type) {
+    return static_cast<uint32_t>(MapTypeToBitset(type));
+}
+
+uint32_t BitsOf(std::u16string_view text, Val value) {
+    uint32_t bits = 0;
+    ANY_INT_32 integer;
+    if (value.Get(integer)) {
+        if (text.find(u'#') != text.npos && !integer.sign) {
+            DCE_GetBOHConstRange(static_cast<int32_t>(integer.magnitude), &bits);
+        } else {
+            DCE_GetIntConstRange(integer.sign, integer.magnitude, &bits);
+        }
+        return bits;
+    }
+    switch (value.type) {
+        case VT_BOOL:
+            return BitsOf(IEC_BOOL);
+        case VT_LREAL: {
+            double number = 0.0;
+            std::memcpy(&number, value.payload, sizeof(number));
+            DCE_GetRealConstRange(std::fabs(number), &bits);
+            return bits;
+        }
+        case VT_TIME:
+            return BitsOf(IEC_TIME);
+        case VT_DATE:
+            return BitsOf(IEC_DATE);
+        case VT_TOD:
+            return BitsOf(IEC_TOD);
+        case VT_DT:
+            return BitsOf(IEC_DT);
+        default:
+            return 0;
+    }
+}
+
+std::vector<std::string> TypeNames(uint32_t bits) {
+    std::vector<std::string> names;
+    for (const IEC_TYPE_DSC* dsc = GetIecTypeDsc(); dsc != GetIecTypeDsc() + GetIecDscSize();
+         ++dsc) {
+        const bool isFirstName = NameOf(dsc->id) == host::EncodeUtf8(dsc->name);
+        if (IsElementaryType(dsc->id) && isFirstName && (BitsOf(dsc->id) & bits) != 0) {
+            names.push_back(NameOf(dsc->id));
+        }
+    }
+    return names;
+}
+
+ConstantTypes TypesOf(std::u16string_view text, const Val& value) {
+    const uint32_t bits = BitsOf(text, value);
+    auto smallest = static_cast<int32_t>(bits);
+    MapBitsetToMinSize(&smallest);
+    const bool isOne = smallest != 0 && (smallest & (smallest - 1)) == 0;
+    return {TypeNames(bits), NameOf(MapAllBitsetToType(static_cast<int32_t>(bits))),
+            isOne ? NameOf(MapBitsetToType(smallest)) : ""};
+}
+
+// --- What the command shows ----------------------------------------------------------------------
+
 std::string Join(const std::vector<std::string>& names) {
     std::string text;
     for (const std::string& name : names) {
@@ -29,8 +102,8 @@ std::string Join(const std::vector<std::string>& names) {
     return text;
 }
 
-// The payload in decimal, where the class holds one number; else its bytes are told by the text
-// form.
+// The payload as a decimal number. Where the class does not hold one number, the text form is all
+// that can be said of it.
 std::string PayloadText(const Val& value) {
     Val copy = value;
     ANY_INT_32 integer;
@@ -61,7 +134,7 @@ struct Constant {
     Place place;  // without a file for an argument
 };
 
-// One constant a line; empty lines are none.
+// Reads constants from standard input, one a line; empty lines are passed over.
 std::vector<Constant> LinesOf(const std::string& text) {
     std::vector<Constant> constants;
     std::istringstream input(text);

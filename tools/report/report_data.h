@@ -4,13 +4,14 @@
 #include <string>
 
 #include "host/model/project.h"
-#include "tools/lq/output.h"
-#include "tools/lq/table_input.h"
+#include "tools/lq/project_input.h"
+#include "tools/report/report_page.h"
 
 namespace lq::tool {
 
 // `path` names the input, `project` is what was read from it, if it is a project. What is damaged
 // becomes a message and changes the status.
-Json ReportData(const std::string& path, TableInput& input, const host::Project& project);
+void WriteReportData(const std::string& path, TableInput& input, const host::Project& project,
+                     ReportPage& page);
 
 }  // namespace lq::tool

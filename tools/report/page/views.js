@@ -35,10 +35,9 @@ function overview() {
   const lines = tables.reduce((sum, table) => sum + table.rows.length, 0);
   const bytes = tables.reduce((sum, table) => sum + table.bytes, 0);
   const rows = tables.map((table) => {
-    const index = table.index ? indexSummary(table.index) : null;
     return [make("a", { href: addressOf(table) }, table.name), formatNumber(table.rows.length),
       formatNumber(table.bytes), formatNumber(table.user * table.rows.length),
-      formatNumber(blockCount(table)), index ? formatNumber(index.longest) : "–",
+      formatNumber(blockCount(table)), table.index ? formatNumber(longestRun(table.index)) : "–",
       make("div", { className: "strip-place" }, stripOf(table))];
   });
   return [
@@ -49,8 +48,8 @@ function overview() {
       .map(([title, count]) => make("div", {}, make("dt", {}, title), make("dd", {}, formatNumber(count)))))),
     make("section", {},
       make("div", { className: "titled" }, make("h2", {}, "Tables"), legend()),
-      plainTable(["table", "lines", "bytes", "user bytes", "blocks", "longest chain", "file"],
-                 ["lines", "bytes", "user bytes", "blocks", "longest chain"], rows)),
+      plainTable(["table", "lines", "bytes", "user bytes", "blocks", "longest run", "file"],
+                 ["lines", "bytes", "user bytes", "blocks", "longest run"], rows)),
     report.tasks ? make("section", {}, make("h2", {}, "Tasks"), tasksTable()) : null,
   ];
 }
@@ -162,7 +161,7 @@ class TableView {
         table.end < table.bytes
           ? make("p", { className: "damage" }, `The line at ${table.end} is damaged.`) : null),
       make("div", { className: "drawings" }, this.file.element,
-        table.index && table.rows.length > 0 ? new ChainsDrawing(table).element : null),
+        table.index && table.rows.length > 0 ? new IndexDrawing(table).element : null),
       table.rows.length > 0 ? this.list.element
         : make("p", { className: "empty" }, "The table is empty."),
     ];

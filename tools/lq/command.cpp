@@ -1,10 +1,9 @@
-#include "tools/lq/output_conflict.h"
+#include "tools/lq/command.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/text/message.h"
-#include "tools/lq/command.h"
 #include "tools/lq/input.h"
 
 namespace lq::tool {

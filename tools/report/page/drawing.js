@@ -212,22 +212,23 @@ function legend() {
 }
 
 // --- The index ----------------------------------------------------------------------------------
+//
+// Entries lie in slots. Neighbouring slots that hold some are a run: what a search may walk through.
 
-const chainsHeight = 44;
+const slotsHeight = 44;
 
-function indexSummary(index) {
-  const longest = index.lengths.reduce((most, length) => Math.max(most, length), 0);
-  return { longest, used: index.lengths.length };
+function longestRun(index) {
+  return index.entries.reduce((most, entries) => Math.max(most, entries), 0);
 }
 
-// Chain lengths in classes that double: 1, 2, 3-4, 5-8 ...
-function chainClasses(index) {
+// Runs by how many entries they hold, in classes that double: 1, 2, 3-4, 5-8 ...
+function runClasses(index) {
   const classes = [];
-  for (const length of index.lengths) {
-    const number = Math.ceil(Math.log2(length));
-    classes[number] ??= { chains: 0, entries: 0 };
-    classes[number].chains += 1;
-    classes[number].entries += length;
+  for (const entries of index.entries) {
+    const number = Math.ceil(Math.log2(entries));
+    classes[number] ??= { runs: 0, entries: 0 };
+    classes[number].runs += 1;
+    classes[number].entries += entries;
   }
   return Array.from(classes, (entry, number) => {
     const first = number === 0 ? 1 : 2 ** (number - 1) + 1;
@@ -236,53 +237,61 @@ function chainClasses(index) {
   }).filter(Boolean);
 }
 
-class ChainsDrawing {
+class IndexDrawing {
   constructor(table) {
     this.index = table.index;
-    const { longest, used } = indexSummary(table.index);
-    this.longest = longest;
-    const text = `${formatNumber(used)} of ${plural(table.index.size, "chain")}, ` +
-      `longest ${formatNumber(longest)}`;
-    this.canvas = make("canvas", { role: "img", "aria-label": `Chain lengths along the index: ${text}` });
-    this.place = make("div", { className: "chains" }, this.canvas);
+    const used = this.index.slots.reduce((sum, slots) => sum + slots, 0);
+    const text = `${formatNumber(used)} of ${plural(this.index.size, "slot")} used, ` +
+      `longest run ${formatNumber(longestRun(this.index))}`;
+    this.canvas = make("canvas", { role: "img", "aria-label": `Used slots along the index: ${text}` });
+    this.place = make("div", { className: "slots" }, this.canvas);
     this.element = make("figure", { className: "index" },
       make("figcaption", {}, make("h2", {}, "Index"), make("p", { className: "note" }, text)),
       this.place,
       make("p", { className: "scale", "aria-hidden": "true" },
-        make("span", {}, "chain 0"), make("span", {}, String(table.index.size - 1))),
+        make("span", {}, "slot 0"), make("span", {}, String(this.index.size - 1))),
       this.classesTable());
     new ResizeObserver(() => this.draw()).observe(this.place);
   }
 
   classesTable() {
-    const classes = chainClasses(this.index);
+    const classes = runClasses(this.index);
     const most = Math.max(1, ...classes.map((entry) => entry.entries));
     return make("table", { className: "classes" },
-      make("thead", {}, make("tr", {}, ["length", "chains", "lines"].map((title) =>
+      make("thead", {}, make("tr", {}, ["length", "runs", "lines"].map((title) =>
         make("th", { scope: "col" }, title)), make("td", {}))),
       make("tbody", {}, classes.map((entry) => {
         const bar = make("i", { className: "fill-name" });
         bar.style.width = `${(100 * entry.entries) / most}%`;
         return make("tr", {}, make("th", { scope: "row" }, entry.title),
-          make("td", {}, formatNumber(entry.chains)), make("td", {}, formatNumber(entry.entries)),
+          make("td", {}, formatNumber(entry.runs)), make("td", {}, formatNumber(entry.entries)),
           make("td", { className: "gauge" }, bar));
       })));
   }
 
-  // The longest chain of every column.
+  // A row of cells, the slots. Where a column of pixels stands for many of them, what it shows is the
+  // share that is used.
   draw() {
     const width = this.place.clientWidth;
     if (width <= 0) {
       return;
     }
-    const context = prepare(this.canvas, width, chainsHeight);
+    const { size, starts, slots } = this.index;
+    const used = new Float64Array(width);  // in columns
+    starts.forEach((start, i) => {
+      const end = ((start + slots[i]) / size) * width;
+      for (let at = (start / size) * width; at < end - 1e-6;) {
+        const next = Math.min(end, Math.floor(at + 1e-6) + 1);
+        used[Math.min(width - 1, Math.floor(at + 1e-6))] += next - at;
+        at = next;
+      }
+    });
+    const context = prepare(this.canvas, width, slotsHeight);
     context.fillStyle = color("free");
-    context.fillRect(0, 0, width, chainsHeight);
+    context.fillRect(0, 0, width, slotsHeight);
     context.fillStyle = color("name");
-    this.index.buckets.forEach((bucket, i) => {
-      const x = Math.floor((bucket / this.index.size) * width);
-      const height = Math.max(2, (this.index.lengths[i] / this.longest) * (chainsHeight - 4));
-      context.fillRect(x, chainsHeight - height, 1, height);
+    used.forEach((share, x) => {
+      context.fillRect(x, slotsHeight * (1 - share), 1, slotsHeight * share);
     });
   }
 }

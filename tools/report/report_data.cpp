@@ -1,0 +1,473 @@
+#include "tools/report/report_data.h"
+
+#include <algorithm>
+#include <deque>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cgtab/cgtab_access.h"
+#include "cgtab/table_traits.h"
+#include "frame/in_order.h"
+#include "host/model/flat_index.h"
+#include "host/text/utf.h"
+#include "tools/lq/command.h"
+#include "tools/lq/input.h"
+#include "tools/lq/line_bytes.h"
+#include "tools/lq/project_input.h"
+#include "tools/lq/table_rows.h"
+#include "tools/lq/tables.h"
+
+namespace lq::tool {
+
+using host::EncodeUtf8;
+
+namespace {
+
+constexpr int32_t kNone = -1;
+
+// What a link is. The page tells the links of a table by title.
+enum class LinkKind : uint8_t {
+    kUnit,
+    kFirstComponent,
+    kGlobal,
+    kAddress,
+    kInitial,
+    kArray,
+    kTypeName,
+};
+constexpr RowOf<LinkKind, const char*> kLinkTitles[] = {
+    {LinkKind::kUnit, "unit"},
+    {LinkKind::kFirstComponent, "first component"},
+    {LinkKind::kGlobal, "global"},
+    {LinkKind::kAddress, "address"},
+    {LinkKind::kInitial, "initial value"},
+    {LinkKind::kArray, "array"},
+    {LinkKind::kTypeName, "type name"},
+};
+static_assert(AreInOrder(kLinkTitles, LinkKind::kTypeName));
+
+// Where in a row a link shows, and what it leads to.
+struct LinkTraits {
+    CgTab::TAB_ID from;
+    LinkKind kind;
+    const char* column;
+    CgTab::TAB_ID to;
+};
+constexpr LinkTraits kLinks[] = {
+    {CgTab::TAB_DBG, LinkKind::kUnit, "unit", CgTab::TAB_POU},
+    {CgTab::TAB_POU, LinkKind::kFirstComponent, "start", CgTab::TAB_CMP},
+    {CgTab::TAB_CMP, LinkKind::kUnit, "unit", CgTab::TAB_POU},
+    {CgTab::TAB_CMP, LinkKind::kGlobal, "scope", CgTab::TAB_GLB},
+    {CgTab::TAB_CMP, LinkKind::kArray, "type", CgTab::TAB_ARR},
+    {CgTab::TAB_CMP, LinkKind::kTypeName, "type", CgTab::TAB_DMM},
+    {CgTab::TAB_CMP, LinkKind::kAddress, "address", CgTab::TAB_ADR},
+    {CgTab::TAB_CMP, LinkKind::kInitial, "initial", CgTab::TAB_CST},
+    {CgTab::TAB_GLB, LinkKind::kArray, "type", CgTab::TAB_ARR},
+    {CgTab::TAB_GLB, LinkKind::kTypeName, "type", CgTab::TAB_DMM},
+    {CgTab::TAB_GLB, LinkKind::kAddress, "address", CgTab::TAB_ADR},
+    {CgTab::TAB_GLB, LinkKind::kInitial, "initial", CgTab::TAB_CST},
+    {CgTab::TAB_LBL, LinkKind::kUnit, "name", CgTab::TAB_POU},
+    {CgTab::TAB_TMP, LinkKind::kUnit, "name", CgTab::TAB_POU},
+    {CgTab::TAB_TMP, LinkKind::kArray, "type", CgTab::TAB_ARR},
+    {CgTab::TAB_TMP, LinkKind::kTypeName, "type", CgTab::TAB_DMM},
+    {CgTab::TAB_DMM, LinkKind::kUnit, "name", CgTab::TAB_POU},
+};
+
+// A link of a table with its positions, row by row.
+struct Link {
+    const LinkTraits& traits;
+    std::vector<int32_t> at;
+};
+
+using Positions = std::unordered_map<std::string, int32_t, host::BytesHash>;
+
+int32_t Find(const Positions& positions, const std::string& name) {
+    const auto at = positions.find(name);
+    return at != positions.end() ? at->second : kNone;
+}
+
+// Texts of rows that stand once: thousands of variables may have the type of one array, or the
+// value of one constant.
+class SharedTexts {
+  public:
+    static constexpr size_t kLongText = 40;
+    static constexpr std::string_view kColumns[] = {"type", "address", "initial"};
+
+    size_t PlaceOf(const std::string& text) {
+        const auto known = places_.find(text);
+        if (known != places_.end()) {
+            return known->second;
+        }
+        texts_.push_back(text);
+        return places_.emplace(texts_.back(), texts_.size() - 1).first->second;
+    }
+    const std::deque<std::string>& All() const { return texts_; }
+
+  private:
+    std::deque<std::string> texts_;
+    std::unordered_map<std::string_view, size_t, host::BytesHash> places_;  // in texts_
+};
+
+// Entries of an index that lie in neighbouring slots.
+class IndexRuns {
+  public:
+    // Entries come by their slots.
+    void Take(uint32_t slot) {
+        if (starts_.empty() || slot > end_) {
+            starts_.push_back(slot);
+            slots_.push_back(0);
+            entries_.push_back(0);
+            end_ = slot;
+        }
+        slots_.back() += slot == end_ ? 1 : 0;
+        end_ = slot + 1;
+        ++entries_.back();
+    }
+    Json ToJson(uint32_t size) const {
+        return {{"size", size}, {"starts", starts_}, {"slots", slots_}, {"entries", entries_}};
+    }
+
+  private:
+    uint32_t end_ = 0;  // the slot behind the last run
+    std::vector<uint32_t> starts_;
+    std::vector<uint32_t> slots_;
+    std::vector<uint32_t> entries_;
+};
+
+// How a declaration writes a type with a name. The variables' lines do not keep that.
+struct DeclaredType {
+    std::string text;
+    int32_t name;  // its line of table 8
+};
+
+class ReportWriter {
+  public:
+    ReportWriter(const std::string& path, TableInput& input, const host::Project& project,
+                 ReportPage& page)
+        : path_(path), input_(input), project_(project), page_(page), tables_(*input.tables) {}
+
+    void Write() {
+        std::vector<UnitSection> sections = SectionsOf(tables_);
+        for (const UnitSection& section : sections) {
+            units_.emplace(section.unit, section.pos);
+        }
+        sections_ = SectionIndex(std::move(sections));
+        if (input_.isProject) {
+            CollectDeclaredTypes();
+        }
+        globals_ = BytesOf(tables_, CgTab::TAB_GLB);
+        page_.AddOpen({{"input", DisplayName(path_)},
+                       {"version", LQ_VERSION},
+                       {"blockSize", cgtab::kBlockSize},
+                       {"nodeBlocks", R_FILE::BlCnt()},
+                       {"tasks", input_.isProject ? TasksJson() : Json(nullptr)},
+                       {"refused", RefusedJson()}});
+        for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+            page_.Add(id == 0 ? R"(,"tables":[)" : ",");
+            WriteTable(static_cast<CgTab::TAB_ID>(id));
+        }
+        page_.Add(R"(],"texts":[)");
+        for (const std::string& text : texts_.All()) {
+            page_.Add(&text == &texts_.All().front() ? "" : ",");
+            page_.AddText(text);
+        }
+        page_.Add("]}");
+    }
+
+  private:
+    // --- Types -------------------------------------------------------------------------------
+
+    // A variable by its unit, name, and line of the source.
+    static std::string KeyOf(const std::string& unit, const std::string& name, uint32_t line) {
+        return (unit.empty() ? "" : unit + ".") + name + "\n" + std::to_string(line);
+    }
+
+    void CollectDeclaredTypes() {
+        RowReader names(tables_, CgTab::TAB_DMM);
+        Positions positions;
+        names.ForEach([&] { positions.emplace(*names.Name(), PositionOf(names.Get())); });
+        for (const host::Declaration& declaration : project_.Declarations()) {
+            const host::Pou* unit = project_.GetPou(declaration.owner);
+            const ID named = NamedType(project_, declaration);
+            if (named.GetNumber()) {
+                const std::string name = EncodeUtf8(project_.NameOf(named));
+                declared_.emplace(
+                    KeyOf(unit ? EncodeUtf8(unit->name) : "", EncodeUtf8(declaration.name),
+                          declaration.line),
+                    DeclaredType{EncodeUtf8(declaration.type), Find(positions, name)});
+            }
+        }
+    }
+
+    // Of a row of variables, if its type has a name of the project's.
+    const DeclaredType* NamedTypeOf(CgTab::TAB_ID id, const RowReader& reader) const {
+        const Row& row = reader.Get();
+        const auto* line = std::get_if<int64_t>(&row.back());
+        if (declared_.empty() || !line) {
+            return nullptr;
+        }
+        const auto* unit = id == CgTab::TAB_CMP
+                               ? std::get_if<std::string>(&row[RowReader::UnitColumn()])
+                               : nullptr;
+        const auto at =
+            declared_.find(KeyOf(unit ? *unit : "", *reader.Name(), static_cast<uint32_t>(*line)));
+        return at != declared_.end() ? &at->second : nullptr;
+    }
+
+    // --- Tables ------------------------------------------------------------------------------
+
+    static int32_t PositionOf(const Row& row) {
+        return static_cast<int32_t>(std::get<int64_t>(row.front()));
+    }
+
+    // Where a link of a row leads.
+    int32_t TargetOf(LinkKind kind, CgTab::TAB_ID id, const RowReader& reader,
+                     const LineLinks& line, const DeclaredType* type) const {
+        switch (kind) {
+            case LinkKind::kUnit:
+                return UnitOf(id, reader);
+            case LinkKind::kFirstComponent:
+                return FirstComponentOf(reader);
+            case LinkKind::kGlobal:
+                return line.global;
+            case LinkKind::kAddress:
+                return line.address;
+            case LinkKind::kInitial:
+                return line.constant;
+            case LinkKind::kArray:
+                return line.array;
+            default:
+                return type ? type->name : kNone;
+        }
+    }
+
+    static int32_t FirstComponentOf(const RowReader& units) {
+        const Row& row = units.Get();
+        const int64_t start = std::get<int64_t>(row[units.ColumnOf("start")]);
+        const int64_t end = std::get<int64_t>(row[units.ColumnOf("end")]);
+        return start < end ? static_cast<int32_t>(start) : kNone;
+    }
+
+    int32_t UnitOf(CgTab::TAB_ID id, const RowReader& reader) const {
+        if (id == CgTab::TAB_CMP) {
+            const UnitSection* section =
+                sections_.At(static_cast<uint32_t>(PositionOf(reader.Get())));
+            return section ? section->pos : kNone;
+        }
+        const std::string* const name = reader.Name();
+        const bool isQualified = id == CgTab::TAB_LBL || id == CgTab::TAB_TMP;
+        return !name         ? kNone
+               : isQualified ? Find(units_, name->substr(0, name->find('.')))
+                             : Find(units_, *name);
+    }
+
+    // The links of a line; an external has those of its global.
+    LineLinks LinksWithGlobal(CgTab::TAB_ID id, const std::string& bytes,
+                              const LineHead& head) const {
+        LineLinks line = LinksOf(id, bytes, head);
+        if (line.global >= 0 && line.global < static_cast<int32_t>(globals_.size())) {
+            const LineLinks global =
+                LinksOf(CgTab::TAB_GLB, globals_, HeadOf(CgTab::TAB_GLB, globals_, line.global));
+            line.address = global.address;
+            line.constant = global.constant;
+            line.array = global.array;
+        }
+        return line;
+    }
+
+    void WriteTable(CgTab::TAB_ID id) {
+        RowReader reader(tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr);
+        const std::string bytes = BytesOf(tables_, id);
+        const cgtab::TableTraits& traits = cgtab::TraitsOf(id);
+        page_.AddOpen({{"name", TableName(id)},
+                       {"bytes", bytes.size()},
+                       {"key", traits.fixedKey + traits.nameLenBytes},
+                       {"user", traits.hasUserArea && id != CgTab::TAB_DBG ? kUserArea : 0},
+                       {"columns", ColumnsJson(reader)}});
+        std::vector<Link> links;
+        for (const LinkTraits& link : kLinks) {
+            if (link.from == id) {
+                links.push_back({link, {}});
+            }
+        }
+        const auto damagedAt = WriteRows(id, reader, bytes, links);
+        if (ReportDamage(path_, id, damagedAt)) {
+            input_.status = kInputHasFaults;
+        }
+        page_.Add(R"(,"end":)");
+        page_.AddValue(damagedAt ? *damagedAt : static_cast<int32_t>(bytes.size()));
+        page_.Add(R"(,"index":)");
+        page_.AddValue(IndexJson(id));
+        page_.Add("}");
+    }
+
+    static Json ColumnsJson(const RowReader& reader) {
+        Json columns = Json::array();
+        for (const Column& column : reader.Columns()) {
+            columns.push_back({{"title", column.title},
+                               {"isNumber", column.isNumber},
+                               {"isName", columns.size() == reader.NameColumn()}});
+        }
+        return columns;
+    }
+
+    // The rows, then what belongs to them: where their links lead, and how long their names are.
+    std::optional<int32_t> WriteRows(CgTab::TAB_ID id, RowReader& reader, const std::string& bytes,
+                                     std::vector<Link>& links) {
+        const std::vector<bool> isShared = SharedColumns(reader);
+        const size_t typeColumn = reader.ColumnOf("type");
+        std::vector<int32_t> nameBytes;
+        const char* separator = R"(,"rows":[[)";
+        const auto damagedAt = reader.ForEach([&] {
+            const Row& row = reader.Get();
+            const LineHead head = HeadOf(id, bytes, PositionOf(row));
+            const LineLinks line = LinksWithGlobal(id, bytes, head);
+            const bool isVariable = typeColumn < row.size() && id != CgTab::TAB_ARR;
+            const DeclaredType* type = isVariable ? NamedTypeOf(id, reader) : nullptr;
+            nameBytes.push_back(static_cast<int32_t>(head.name.size()));
+            for (Link& link : links) {
+                link.at.push_back(TargetOf(link.traits.kind, id, reader, line, type));
+            }
+            for (size_t i = 0; i < row.size(); ++i) {
+                page_.Add(i == 0 ? separator : ",");
+                if (type && i == typeColumn) {
+                    page_.AddText(type->text);
+                } else {
+                    WriteCell(row[i], isShared[i]);
+                }
+            }
+            separator = "],[";
+        });
+        page_.Add(nameBytes.empty() ? R"(,"rows":[])" : "]]");
+        for (const Link& link : links) {
+            page_.Add(&link == &links.front() ? R"(,"links":[)" : ",");
+            page_.AddOpen({{"title", kLinkTitles[static_cast<size_t>(link.traits.kind)].value},
+                           {"column", link.traits.column},
+                           {"table", link.traits.to}});
+            WriteNumbers("at", link.at);
+            page_.Add("}");
+        }
+        page_.Add(links.empty() ? R"(,"links":[])" : "]");
+        WriteNumbers("nameBytes", nameBytes);
+        return damagedAt;
+    }
+
+    static std::vector<bool> SharedColumns(const RowReader& reader) {
+        std::vector<bool> isShared;
+        for (const Column& column : reader.Columns()) {
+            isShared.push_back(std::ranges::find(SharedTexts::kColumns, column.title) !=
+                               std::end(SharedTexts::kColumns));
+        }
+        return isShared;
+    }
+
+    void WriteCell(const Cell& cell, bool isShared) {
+        if (const auto* number = std::get_if<int64_t>(&cell)) {
+            page_.Add(std::to_string(*number));
+        } else if (const auto* flag = std::get_if<bool>(&cell)) {
+            page_.Add(*flag ? "true" : "false");
+        } else if (const auto* text = std::get_if<std::string>(&cell); !text) {
+            page_.Add("null");
+        } else if (isShared && text->size() > SharedTexts::kLongText) {
+            page_.Add(std::to_string(texts_.PlaceOf(*text)));
+        } else {
+            page_.AddText(*text);
+        }
+    }
+
+    // A member that is a list of numbers.
+    void WriteNumbers(const std::string& name, const std::vector<int32_t>& numbers) {
+        page_.Add(",\"" + name + "\":[");
+        for (size_t i = 0; i < numbers.size(); ++i) {
+            page_.Add((i == 0 ? "" : ",") + std::to_string(numbers[i]));
+        }
+        page_.Add("]");
+    }
+
+    Json IndexJson(CgTab::TAB_ID id) {
+        IndexRuns runs;
+        const auto take = [](void* context, uint32_t slot, int32_t) {
+            static_cast<IndexRuns*>(context)->Take(slot);
+        };
+        const uint32_t size = CgTabAccess::ViewIndex(tables_, id, take, &runs);
+        return size == 0 ? Json(nullptr) : runs.ToJson(size);
+    }
+
+    // --- The project -------------------------------------------------------------------------
+
+    Json ProgramsJson(const host::IdList& instances) const {
+        Json programs = Json::array();
+        for (const ID id : instances) {
+            const host::ProgramInstance& instance = *project_.GetProgramInstance(id);
+            const std::string type = ProgramName(project_, instance);
+            programs.push_back({{"instance", EncodeUtf8(instance.name)},
+                                {"program", type},
+                                {"unit", Find(units_, type)}});
+        }
+        return programs;
+    }
+
+    // By resources; programs that no task runs come last, under none.
+    Json TasksJson() const {
+        Json tasks = Json::array();
+        for (const host::Resource& resource : project_.Resources()) {
+            const std::string name = EncodeUtf8(resource.name);
+            for (const ID id : resource.tasks) {
+                const host::Task& task = *project_.GetTask(id);
+                tasks.push_back({{"resource", name},
+                                 {"task", EncodeUtf8(task.name)},
+                                 {"priority", EncodeUtf8(task.priority)},
+                                 {"interval", EncodeUtf8(task.interval)},
+                                 {"event", EncodeUtf8(task.event)},
+                                 {"comment", EncodeUtf8(task.comment)},
+                                 {"programs", ProgramsJson(task.programs)}});
+            }
+            if (!resource.programs.empty()) {
+                tasks.push_back({{"resource", name},
+                                 {"task", nullptr},
+                                 {"priority", ""},
+                                 {"interval", ""},
+                                 {"event", ""},
+                                 {"comment", ""},
+                                 {"programs", ProgramsJson(resource.programs)}});
+            }
+        }
+        return tasks;
+    }
+
+    Json RefusedJson() const {
+        Json all = Json::array();
+        for (const Refusal& refusal : input_.refusals) {
+            all.push_back({{"line", refusal.line},
+                           {"column", refusal.column},
+                           {"list", refusal.list},
+                           {"name", refusal.name},
+                           {"type", refusal.type},
+                           {"reason", refusal.reason}});
+        }
+        return all;
+    }
+
+    const std::string& path_;
+    TableInput& input_;
+    const host::Project& project_;
+    ReportPage& page_;
+    CgTab& tables_;
+    SectionIndex sections_;
+    Positions units_;
+    std::unordered_map<std::string, DeclaredType, host::BytesHash> declared_;
+    std::string globals_;  // the bytes of table 3
+    SharedTexts texts_;
+};
+
+}  // namespace
+
+void WriteReportData(const std::string& path, TableInput& input, const host::Project& project,
+                     ReportPage& page) {
+    ReportWriter(path, input, project, page).Write();
+}
+
+}  // namespace lq::tool
