@@ -8,21 +8,6 @@ set(LQ_DATA_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/lq_data-${PROJECT_VERSION_MA
 set(LQ_DATA_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/lq_data)
 set(development DESTINATION ${LQ_DATA_CMAKE_DIR} COMPONENT development)
 
-set(headers_of_host
-    addrcheck/address_check.h
-    base/streams.h
-    framework/extension_module.h
-    framework/string_table.h
-    mdi/pou_ref.h
-    text/message.h
-    text/utf.h
-    useradapt/user_adapter.h
-    words/words.h)
-if(LQ_DATA_HOST)
-  list(APPEND headers_of_host model/flat_index.h model/project.h model/objects.h model/section.h
-       model/text_pool.h plcopen/plcopen.h)
-endif()
-
 # -- Libraries and headers ------------------------------------------------------------------------
 
 foreach(target ${LQ_DATA_LIBRARIES})
@@ -34,19 +19,19 @@ install(
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${LQ_DATA_INCLUDE_DIR})
-install(DIRECTORY include/ env/ DESTINATION ${LQ_DATA_INCLUDE_DIR} COMPONENT development)
+# Of the host layer only the headers of what is built.
+set(headers_left_out "^$")
+if(NOT LQ_DATA_HOST_BASE)
+  set(headers_left_out "/lq_data/host$")
+elseif(NOT LQ_DATA_HOST)
+  set(headers_left_out "/lq_data/host/(model|plcopen)$")
+endif()
+install(DIRECTORY include/ DESTINATION ${LQ_DATA_INCLUDE_DIR} COMPONENT development
+        REGEX ${headers_left_out} EXCLUDE)
 if(LQ_DATA_HOST_BASE)
   # The texts' libraries are looked for beside the library.
   install(TARGETS lq_data_RC_1252 lq_data_RC_932 LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
                                                          COMPONENT runtime)
-  foreach(header ${headers_of_host})
-    get_filename_component(folder ${header} DIRECTORY)
-    install(FILES host/${header} DESTINATION ${LQ_DATA_INCLUDE_DIR}/host/${folder}
-            COMPONENT development)
-  endforeach()
-  # Of the library's own: what the model's records are compared with, and what chooses the language.
-  install(FILES frame/chars.h frame/code_page.h frame/text_hash.h DESTINATION ${LQ_DATA_INCLUDE_DIR}/frame
-          COMPONENT development)
 endif()
 
 # -- CMake package --------------------------------------------------------------------------------

@@ -9,8 +9,8 @@
 #include "fuzz/declarations.h"
 #include "fuzz/table_model.h"
 #include "fuzz/targets.h"
-#include "host/base/streams.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/host/base/streams.h"
 
 namespace lq::fuzz {
 

@@ -10,9 +10,9 @@
 
 #include "cgtab/cgtab_access.h"
 #include "fuzz/declarations.h"
-#include "host/base/streams.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/base/streams.h"
 #include "lq_data/pouh.h"
 
 namespace lq::test {

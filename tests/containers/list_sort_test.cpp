@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "tests/containers/list_util.h"
 #include "tests/support/memory_jobs.h"
 

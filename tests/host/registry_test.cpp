@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "host/framework/settings.h"
-#include "lq_base.h"
-#include "lq_framework.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_framework.h"
 #include "tests/host/temp_folder.h"
 #include "tests/support/rows.h"
 

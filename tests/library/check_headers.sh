@@ -8,12 +8,12 @@ check() {  # COMPILER HEADER
   local include="#include \"$2\""
   printf '%s\n' "$include" "$include" |
     "$1" -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
-      -I include -I env -x c++ - || { echo "$2 does not compile alone with $1" && return 1; }
+      -I include -x c++ - || { echo "$2 does not compile alone with $1" && return 1; }
 }
 export -f check
 
 for compiler in g++ clang++; do
   command -v $compiler >/dev/null || continue
-  find include env -name '*.h' -printf '%P\n' |
+  find include -name '*.h' -printf '%P\n' |
     xargs -P "$(nproc)" -I {} bash -c "check $compiler {}"
 done

@@ -56,8 +56,9 @@ install_tree() {
   quietly cmake --install "$build" --prefix "$work/first"
   mv "$work/first" "$prefix"  # what was installed may be moved
   ! grep -rl "$build" "$prefix" || fail "these files know the build folder"
-  # Each header of the host layer compiles alone.
-  (cd "$prefix"/include/lq_data-* && find host frame -name '*.h' -print0 |
+  # Everything lies in one folder, and each header compiles alone.
+  ls "$prefix"/include/lq_data-* | expect lq_data
+  (cd "$prefix"/include/lq_data-* && find lq_data -name '*.h' -print0 |
     xargs -0 -P 2 -I {} c++ -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Werror -I . -include {} -x c++ /dev/null) ||
     fail "a header needs another one before it"
   "$prefix/bin/lq" fb "$project" Mixing stirring | expect TON

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 #include "tests/host/model/model_util.h"
 #include "tests/support/rows.h"

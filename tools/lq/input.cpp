@@ -8,8 +8,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"

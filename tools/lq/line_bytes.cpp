@@ -3,7 +3,7 @@
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 namespace lq::tool {
 

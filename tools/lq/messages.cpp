@@ -4,7 +4,7 @@
 #include <iostream>
 #include <unistd.h>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/escape.h"
 #include "tools/lq/output.h"
 #include "tools/lq/output_file.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "cgtab/declaration.h"
-#include "host/plcopen/plcopen.h"
+#include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/command.h"
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/chars.h"
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/input.h"
 #include "tools/lq/line_bytes.h"
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
 #include "tools/lq/input.h"
 #include "tools/lq/translation.h"
 

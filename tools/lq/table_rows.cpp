@@ -5,10 +5,10 @@
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
-#include "frame/chars.h"
 #include "frame/in_order.h"
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"

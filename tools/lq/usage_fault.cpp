@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command_line.h"
 #include "tools/lq/suggestion.h"
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/text/utf.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
-#include "lq_model.h"
 #include "tests/support/rows.h"
 
 namespace {

@@ -1,3 +1,5 @@
+// Not part of the interface: what headers of the host layer are compiled with.
+//
 // A hash of 16-bit text that takes eight characters in a step, and the same of its upper-case form.
 //
 // Texts come from strangers, who must not be able to choose many that have one hash and so make a
@@ -20,7 +22,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/export.h"
 
 namespace lq::text_hash {

@@ -1,3 +1,5 @@
+// Not part of the interface: what headers of the host layer are compiled with.
+//
 // Character classes, case and comparison of 16-bit text: the one place that decides them.
 //
 // Digits are ASCII 0 to 9. Letters, spaces and case follow one fixed Unicode locale ("C.UTF-8",

@@ -1,0 +1,32 @@
+// All of the library and, where it is installed, of the host layer and its PLCopen reader.
+#pragma once
+
+#include "lq_data/cgtab.h"
+#include "lq_data/containers.h"
+#include "lq_data/frame.h"
+#include "lq_data/handles.h"
+#include "lq_data/hash_table.h"
+#include "lq_data/lines.h"
+#include "lq_data/memory.h"
+#include "lq_data/pouh.h"
+#include "lq_data/record_file.h"
+#include "lq_data/records.h"
+#include "lq_data/scanner.h"
+#include "lq_data/types.h"
+
+#if __has_include("lq_data/host/base/streams.h")
+#include "lq_data/code_page.h"
+#include "lq_data/host/addrcheck/address_check.h"
+#include "lq_data/host/base/streams.h"
+#include "lq_data/host/framework/extension_module.h"
+#include "lq_data/host/framework/string_table.h"
+#include "lq_data/host/mdi/pou_ref.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
+#include "lq_data/host/useradapt/user_adapter.h"
+#include "lq_data/host/words/words.h"
+#endif
+#if __has_include("lq_data/host/model/project.h")
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
+#endif
