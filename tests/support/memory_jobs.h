@@ -26,7 +26,4 @@ struct MemoryJob {
 // over, and the job must allocate something.
 void RunWithFailures(const MemoryJob& job);
 
-// Releases what the library and its host keep between calls.
-void ReleaseKept();
-
 }  // namespace lq::test
