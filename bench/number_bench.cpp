@@ -8,7 +8,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/comparison.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace lq::bench {

@@ -13,7 +13,7 @@
 #include <limits>
 #include <utility>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "frame/chars.h"
 #include "frame/per_thread.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::cgtab {
 

@@ -6,10 +6,10 @@
 #include <iterator>
 #include <utility>
 
-#include "frame/chars.h"
-#include "frame/code_page.h"
 #include "frame/per_thread.h"
-#include "lq_base.h"
+#include "lq_data/code_page.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/memory.h"
 
 namespace {

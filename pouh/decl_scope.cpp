@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/pouh.h"
 #include "lq_data/records.h"
 

@@ -8,8 +8,8 @@
 #include <limits>
 
 #include "frame/per_thread.h"
+#include "lq_data/env/lq_useradapt.h"
 #include "lq_data/types.h"
-#include "lq_useradapt.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // Reads a PLCopen XML project, loads the header of one of its units and types the initial values of
 // its declarations: embed plant.xml Clamp
 #include <cstdio>
-#include <frame/code_page.h>
-#include <host/model/project.h>
-#include <host/plcopen/plcopen.h>
-#include <host/text/message.h>
-#include <host/text/utf.h>
+#include <lq_data/code_page.h>
 #include <lq_data/frame.h>
 #include <lq_data/handles.h>
+#include <lq_data/host/model/project.h>
+#include <lq_data/host/plcopen/plcopen.h>
+#include <lq_data/host/text/message.h>
+#include <lq_data/host/text/utf.h>
 #include <lq_data/records.h>
 #include <lq_data/types.h>
 #include <vector>

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "frame/per_thread.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace {

@@ -4,11 +4,11 @@
 
 #include <climits>
 
-#include "frame/chars.h"
 #include "frame/per_thread.h"
 #include "host/framework/settings.h"
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 
 namespace {
 

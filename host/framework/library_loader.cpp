@@ -5,10 +5,10 @@
 #include <cstring>
 #include <dlfcn.h>
 
-#include "host/framework/extension_module.h"
 #include "host/framework/module_file.h"
-#include "host/framework/string_table.h"
-#include "host/text/utf.h"
+#include "lq_data/host/framework/extension_module.h"
+#include "lq_data/host/framework/string_table.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/memory.h"
 
 namespace lq::host {

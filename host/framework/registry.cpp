@@ -3,9 +3,9 @@
 #include <cstring>
 #include <iterator>
 
-#include "frame/chars.h"
 #include "host/framework/settings.h"
-#include "lq_framework.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_framework.h"
 
 struct LQ_REGISTRY_KEY {
     lq::host::ConfigOwner owner;

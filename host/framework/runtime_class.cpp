@@ -2,7 +2,7 @@
 #include <atomic>
 #include <cstring>
 
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace {
 

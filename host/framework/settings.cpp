@@ -14,10 +14,10 @@
 
 #include <ini.h>
 
-#include "frame/chars.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_framework.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/memory.h"
-#include "lq_framework.h"
 
 namespace lq::host {
 

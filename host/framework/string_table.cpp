@@ -1,4 +1,4 @@
-#include "host/framework/string_table.h"
+#include "lq_data/host/framework/string_table.h"
 
 #include "frame/per_thread.h"
 

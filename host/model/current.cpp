@@ -1,8 +1,8 @@
 // The current project of each thread, and the searches by name that answer for it.
 
 #include "frame/per_thread.h"
-#include "host/model/project.h"
 #include "host/model/views.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

@@ -1,10 +1,10 @@
 // Declarations that belong to no POU: the implicit parameters that the library builds, each with
 // texts of its own. One that memory was too short for is null.
 
-#include "host/model/objects.h"
-#include "host/model/section.h"
-#include "lq_base.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/model/objects.h"
+#include "lq_data/host/model/section.h"
 
 namespace lq::host {
 

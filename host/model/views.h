@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-#include "host/model/objects.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/model/objects.h"
 
 namespace lq::host {
 

@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::host {
 

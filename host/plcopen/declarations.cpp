@@ -1,7 +1,7 @@
 // Variables, the lists that hold them, and data types.
 
 #include "host/plcopen/parts.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "host/plcopen/parts.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

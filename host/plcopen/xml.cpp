@@ -11,7 +11,7 @@
 #include <expat.h>
 
 #include "host/plcopen/xml_memory.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "lq_data/memory.h"
 
 namespace lq::host::plcopen {

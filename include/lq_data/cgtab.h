@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/export.h"
 #include "lq_data/memory.h"
 #include "lq_data/pouh.h"

@@ -2,11 +2,11 @@
 // unload_test.cpp loads and unloads it.
 #include <sstream>
 
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
-#include "host/text/utf.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/frame.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"

@@ -1,7 +1,7 @@
 #include <new>
 
-#include "host/text/utf.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "lq_data/records.h"
 #include "tools/lq/command.h"

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
-#include "lq_framework.h"
 
 struct LQ_STRING_RESOURCE {
     uint32_t id;
@@ -37,8 +37,8 @@ LQ_DATA_API void SetApplicationStrings(const LQ_STRING_TABLE* table) noexcept;
 //
 // What the application's module has besides its own strings.
 extern const LQ_STRING_TABLE kDefaultStrings;
-// The texts of a language in a program that holds the library itself, by the resource library's file
-// name; null for none. Libraries that are found as files come first. Never to be freed.
+// The texts of a language in a program that holds the library itself, by the resource library's
+// file name; null for none. Libraries that are found as files come first. Never to be freed.
 HINSTANCE FindBuiltIn(const char* file) noexcept;
 
 }  // namespace lq::host

@@ -17,8 +17,8 @@
 #include <memory>
 #include <string_view>
 
-#include "host/model/objects.h"
 #include "lq_data/export.h"
+#include "lq_data/host/model/objects.h"
 
 namespace lq::host {
 
