@@ -38,8 +38,8 @@ IEC_TYPE NamedType(const char16_t* typeText) {
 // The whole text as a constant of the type; the empty text is no value.
 bool ReadInitialValue(const char16_t* text, IEC_TYPE type, Val& value) {
     const int unsignedOnly = IsBitType(type) ? 1 : 0;
-    if (!lq::cgtab::HasSharedScanner()) {
-        return false;  // it was released, and comes back with the next set
+    if (!lq::cgtab::GetSharedScanner()) {
+        return false;
     }
     if (text[0] == 0) {
         value.type = VT_NONE;

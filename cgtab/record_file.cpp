@@ -7,7 +7,6 @@
 #include "lq_data/record_file.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <cstring>
 #include <iterator>
@@ -41,7 +40,7 @@ int CompareNoCase(const unsigned char* a, const unsigned char* b, uint32_t n) {
 
 }  // namespace
 
-constinit int R_FILE::bClosed = 1;
+constinit std::atomic<int> R_FILE::bClosed = 1;
 
 R_FILE::R_FILE(uint32_t blockSize) {
     if (blockSize == 0) {
@@ -63,13 +62,13 @@ R_FILE::R_FILE(uint32_t blockSize) {
 }
 
 R_FILE::~R_FILE() {
-    std::atomic_ref(bClosed).store(1, std::memory_order_relaxed);  // files of several threads end
+    bClosed.store(1, std::memory_order_relaxed);
     if (!IsOpen()) {
         return;
     }
     if (Lseek(0, 0) != 0 || _chsize(0, 0) != 0) {
         // Cannot happen: going to the start and shrinking need no memory.
-        std::atomic_ref(bClosed).store(0, std::memory_order_relaxed);
+        bClosed.store(0, std::memory_order_relaxed);
         return;
     }
     blockSize_ = 0;

@@ -1,5 +1,8 @@
 #include "cgtab/shared_scanner.h"
 
+#include <utility>
+
+#include "frame/per_thread.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/detail/chars.h"
 
@@ -7,9 +10,12 @@ namespace lq::cgtab {
 
 namespace {
 
-// Process-wide. Made by the first table set, released by CgTab_ReleaseTokenScanner.
-Scanner* sharedScanner = nullptr;
-STREAM_W* sharedStream = nullptr;
+struct KeptScanner : frame::PerThread {
+    Scanner* scanner = nullptr;
+    STREAM_W* stream = nullptr;
+    bool isRefused = false;  // from its release until a set is made
+};
+LQ_THREAD_LOCAL KeptScanner kept;
 
 struct Keyword {
     const char16_t* name;
@@ -17,43 +23,50 @@ struct Keyword {
 };
 constexpr Keyword kKeywords[] = {{u"OF", KW_OF}, {u"TRUE", KW_TRUE}, {u"FALSE", KW_FALSE}};
 
-void ReleaseSharedScanner() {
-    delete sharedScanner;
-    delete sharedStream;
-    sharedScanner = nullptr;
-    sharedStream = nullptr;
+void Release(frame::PerThread& part) {
+    auto& own = static_cast<KeptScanner&>(part);
+    delete std::exchange(own.scanner, nullptr);
+    delete std::exchange(own.stream, nullptr);
 }
 
-bool RegisterKeywords() {
+bool RegisterKeywords(Scanner& scanner) {
     for (const Keyword& keyword : kKeywords) {
-        if (!sharedScanner->RegisterKeyword(keyword.name, keyword.id)) {
+        if (!scanner.RegisterKeyword(keyword.name, keyword.id)) {
             return false;
         }
     }
     return true;
 }
 
-}  // namespace
-
-bool CreateSharedScanner() {
-    if (sharedScanner) {
-        return true;
-    }
+bool MakeScanner() {
     static constexpr char16_t kEmpty[] = u"";
-    sharedStream = new MEMSTREAM_W(kEmpty, 0, 0, nullptr);
-    sharedScanner = static_cast<Scanner*>(Scanner::CreateObject());
-    if (sharedStream && sharedScanner) {
-        sharedScanner->Initialize(*sharedStream);
-        if (sharedScanner->CanRead() && RegisterKeywords()) {
+    if (!frame::KeepForThread(kept, Release)) {
+        return false;
+    }
+    kept.stream = new MEMSTREAM_W(kEmpty, 0, 0, nullptr);
+    kept.scanner = static_cast<Scanner*>(Scanner::CreateObject());
+    if (kept.stream && kept.scanner) {
+        kept.scanner->Initialize(*kept.stream);
+        if (kept.scanner->CanRead() && RegisterKeywords(*kept.scanner)) {
             return true;
         }
     }
-    ReleaseSharedScanner();
+    Release(kept);
     return false;
 }
 
-bool HasSharedScanner() {
-    return sharedScanner != nullptr;
+}  // namespace
+
+bool CreateSharedScanner() {
+    kept.isRefused = false;
+    return GetSharedScanner() != nullptr;
+}
+
+Scanner* GetSharedScanner() {
+    if (!kept.scanner && !kept.isRefused) {
+        MakeScanner();
+    }
+    return kept.scanner;
 }
 
 Token NextToken(Scanner& scanner) {
@@ -64,7 +77,7 @@ Token NextToken(Scanner& scanner) {
 TextScan::TextScan(const char16_t* text)
     : stream_(text, static_cast<int32_t>(chars::Length(text)),
               static_cast<int32_t>(chars::Length(text)), nullptr),
-      scanner_(sharedScanner) {
+      scanner_(GetSharedScanner()) {
     if (scanner_) {
         scanner_->AssignStream(stream_, 0);
     }
@@ -79,5 +92,6 @@ TextScan::~TextScan() {
 }  // namespace lq::cgtab
 
 void CgTab_ReleaseTokenScanner() {
-    lq::cgtab::ReleaseSharedScanner();
+    lq::cgtab::Release(lq::cgtab::kept);
+    lq::cgtab::kept.isRefused = true;
 }

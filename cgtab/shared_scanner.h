@@ -1,4 +1,4 @@
-// The scanner that all table sets of the process share for declaration texts.
+// The scanner that all table sets of a thread share for declaration texts.
 #pragma once
 
 #include "lq_data/env/lq_base.h"
@@ -6,10 +6,12 @@
 
 namespace lq::cgtab {
 
-// Makes the shared scanner, with its keywords, when there is none. False when memory is short;
-// there is none then.
+// Makes the scanner of this thread, with its keywords, when there is none. False when memory is
+// short; there is none then.
 bool CreateSharedScanner();
-bool HasSharedScanner();
+// The scanner of this thread. A set that was made on another finds none and has it made. Null when
+// memory is short, and between CgTab_ReleaseTokenScanner and the next set that is made.
+Scanner* GetSharedScanner();
 
 // Binds the shared scanner to a text as long as it lives. One at a time.
 class TextScan {

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
+#include "frame/per_thread.h"
 #include "lq_data/code_page.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/env/lq_base.h"
@@ -22,6 +24,28 @@ using Name = char16_t[256];
 constinit LQ_MODULE ownModule{u"lq_data", &ownModule};
 constinit AFX_EXTENSION_MODULE extension;
 constinit HINSTANCE resourceLibrary = nullptr;
+
+// The last texts of a thread.
+struct Ring {
+    CLQString texts[kRingSize];
+    int32_t last = 0;
+};
+struct KeptRing : lq::frame::PerThread {
+    Ring* ring = nullptr;
+};
+LQ_THREAD_LOCAL KeptRing kept;
+
+void ReleaseRing(lq::frame::PerThread& part) {
+    lq::Delete(std::exchange(static_cast<KeptRing&>(part).ring, nullptr));
+}
+
+// Null when memory is short.
+Ring* GetRing() {
+    if (!kept.ring && lq::frame::KeepForThread(kept, ReleaseRing)) {
+        kept.ring = lq::New<Ring>();
+    }
+    return kept.ring;
+}
 
 // Copies as much of [first, last) as fits.
 void CopyName(Name& name, const char16_t* first, const char16_t* last) {
@@ -125,10 +149,12 @@ CResourceSwitch::~CResourceSwitch() {
 }
 
 const char16_t* GetResString(unsigned int id) {
-    static CLQString ring[kRingSize];
-    static int32_t index = 0;
-    index = (index + 1) % kRingSize;
-    CLQString& text = ring[index];
+    Ring* const ring = GetRing();
+    if (!ring) {
+        return u"";
+    }
+    ring->last = (ring->last + 1) % kRingSize;
+    CLQString& text = ring->texts[ring->last];
     int loaded = 0;
     {
         const CResourceSwitch libraryFirst;

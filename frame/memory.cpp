@@ -3,15 +3,14 @@
 #include <atomic>
 #include <cstdlib>
 
+#include "frame/per_thread.h"
+
 namespace lq {
 
 namespace {
 
 constinit std::atomic<ShortageHandler> shortageHandler = nullptr;
-// The counter lies in the thread-local storage that the loader sets aside when a thread starts. By
-// default a library that is opened later gets its storage with its first access, and that would be
-// an allocation at the very moment when memory is short.
-[[gnu::tls_model("initial-exec")]] constinit thread_local uint32_t shortages = 0;
+LQ_THREAD_LOCAL uint32_t shortages = 0;
 
 }  // namespace
 

@@ -1,4 +1,6 @@
-// Section keywords to scopes, through a hash table that is filled on first use.
+// Section keywords to scopes.
+
+#include <string_view>
 
 #include "lq_data/detail/chars.h"
 #include "lq_data/hash_table.h"
@@ -7,12 +9,14 @@
 
 namespace {
 
+using std::u16string_view;
+
 struct Keyword {
-    const char16_t* text;
+    u16string_view text;
     DECL_SCOPE scope;
 };
 
-// In the order of their entry into the table.
+// Constant, so that any number of threads may search it.
 constexpr Keyword kKeywords[] = {
     {u"VAR_GLOBAL", DS_VAR_GLOBAL},
     {u"VAR_GLOBAL_CONSTANT", DS_VAR_GLOBAL_CONSTANT},
@@ -35,56 +39,24 @@ constexpr Keyword kKeywords[] = {
     {u"VAR_IN_EXT", DS_VAR_IN_EXT},
 };
 
-constexpr unsigned kBuckets = 233;
+}  // namespace
 
-// One table for the process.
-HashTable scopeTable(kBuckets, 1);
-bool isFilled = false;
-
-bool Fill() {
-    for (const Keyword& keyword : kKeywords) {
-        if (!scopeTable.Insert(keyword.text, static_cast<int32_t>(keyword.scope))) {
-            scopeTable.RemoveAll();
-            return false;
-        }
-    }
-    return true;
-}
-
-// The same answer without the table, for which memory may be too short.
-DECL_SCOPE SearchKeywords(const char16_t* text) {
-    for (const Keyword& keyword : kKeywords) {
-        if (lq::chars::Equal(keyword.text, text)) {
-            return keyword.scope;
+DECL_SCOPE GetDeclScope(const char16_t* keyword) {
+    const u16string_view text(keyword ? keyword : u"", keyword ? lq::chars::Length(keyword) : 0);
+    for (const Keyword& one : kKeywords) {
+        if (one.text == text) {
+            return one.scope;
         }
     }
     return DS_UNKNOWN;
 }
 
-}  // namespace
-
-DECL_SCOPE GetDeclScope(const char16_t* keyword) {
-    if (!keyword) {
-        return DS_UNKNOWN;
-    }
-    isFilled = isFilled || Fill();
-    if (!isFilled) {
-        return SearchKeywords(keyword);
-    }
-    uint32_t scope = DS_UNKNOWN;
-    scopeTable.Lookup(keyword, scope);
-    return static_cast<DECL_SCOPE>(scope);
-}
-
-void LQHeadReleaseHashTable() {
-    scopeTable.RemoveAll();
-    isFilled = false;
-}
+void LQHeadReleaseHashTable() {}
 
 const char16_t* lq::pouh::KeywordOfScope(uint32_t scope) {
     for (const Keyword& keyword : kKeywords) {
         if (keyword.scope == scope) {
-            return keyword.text;
+            return keyword.text.data();
         }
     }
     return u"";

@@ -8,7 +8,7 @@
 
 namespace lq::scanner {
 
-constinit CommaFlag commaEndsString;
+LQ_THREAD_LOCAL CommaFlag commaEndsString;
 
 int32_t AskNulEscape() {
     LQ_OPTION_REPLY reply = {0, 0};

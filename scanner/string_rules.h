@@ -1,10 +1,11 @@
 // What stands in a string literal, beside the grammar (scanner/string_literal.h): the escapes, read
-// in both directions, and the two settings of the process that change how a literal is read.
+// in both directions, and the two settings that change how a literal is read.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
+#include <utility>
 
+#include "frame/per_thread.h"
 #include "scanner/char_classes.h"
 
 namespace lq::scanner {
@@ -43,20 +44,18 @@ inline const Escape* FindEscapeFor(char16_t stored) {
 // Whether the user adapter allows the string escape "$00"; asked anew on every call.
 int32_t AskNulEscape();
 
-// One flag for all scanners of the process. The identifier B_COMMENT sets it: the next comma inside
-// a string literal then ends that literal. That comma resets it, and so does the construction of
-// any scanner. It is atomic, so that scanners may work on several threads: which of them meets the
-// comma is then chance. Nothing else depends on the order, so relaxed access is enough.
+// One flag for all scanners of a thread. The identifier B_COMMENT sets it: the next comma inside a
+// string literal then ends that literal. That comma resets it, and so does the construction of any
+// scanner.
 class CommaFlag {
   public:
-    bool IsSet() const noexcept { return isSet_.load(std::memory_order_relaxed); }
-    void Set(bool isSet) noexcept { isSet_.store(isSet, std::memory_order_relaxed); }
-    // Resets it and tells whether it was set. When several threads call, one of them is told so.
-    bool Take() noexcept { return IsSet() && isSet_.exchange(false, std::memory_order_relaxed); }
+    void Set(bool isSet) noexcept { isSet_ = isSet; }
+    // Resets it and tells whether it was set.
+    bool Take() noexcept { return std::exchange(isSet_, false); }
 
   private:
-    std::atomic<bool> isSet_ = false;
+    bool isSet_ = false;
 };
-extern CommaFlag commaEndsString;
+LQ_THREAD_LOCAL extern CommaFlag commaEndsString;
 
 }  // namespace lq::scanner

@@ -1,5 +1,6 @@
 // The names of the IEC types. One table in the order of preference; its lengths are measured once,
-// so that a look-up compares characters only where the length agrees.
+// by whichever thread comes first, so that a look-up compares characters only where the length
+// agrees.
 
 #include <algorithm>
 #include <cstddef>
@@ -89,13 +90,13 @@ IEC_TYPE_DSC* GetIecTypeDsc() {
 }
 
 IecTypeConv::IecTypeConv() {
-    if (wMaxSize != 0) {
-        return;
-    }
-    for (IEC_TYPE_DSC& dsc : IEC_TYPE_ARR_INIT) {
-        dsc.len = static_cast<uint32_t>(lq::chars::Length(dsc.name));
-        wMaxSize = std::max(wMaxSize, dsc.len);
-    }
+    [[maybe_unused]] static const bool isMeasured = [] {
+        for (IEC_TYPE_DSC& dsc : IEC_TYPE_ARR_INIT) {
+            dsc.len = static_cast<uint32_t>(lq::chars::Length(dsc.name));
+            wMaxSize = std::max(wMaxSize, dsc.len);
+        }
+        return true;
+    }();
 }
 
 IEC_TYPE IecTypeConv::GetId(const char16_t* text, const char16_t*& end) {

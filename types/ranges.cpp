@@ -2,10 +2,12 @@
 
 #include "types/ranges.h"
 
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <limits>
 
+#include "frame/per_thread.h"
 #include "lq_data/env/lq_useradapt.h"
 #include "lq_data/types.h"
 
@@ -44,28 +46,39 @@ uint32_t TypesThatHold(const TypeLimit (&limits)[N], uint32_t magnitude) {
     return bits;
 }
 
-// A site's answer, fetched on its first use and kept.
+// The questions that this thread is asking, a bit each: the adapter may classify constants itself,
+// and while its answer is awaited it counts as 0.
+LQ_THREAD_LOCAL uint32_t asking = 0;
+
+// A site's answer, fetched on its first use and kept. Threads that need it at the same time all
+// ask; the first answer to arrive is everyone's.
 class AdapterAnswer {
   public:
-    constexpr explicit AdapterAnswer(uint32_t question) : question_(question) {}
+    constexpr AdapterAnswer(uint32_t question, uint32_t bit) : question_(question), bit_(bit) {}
 
     bool IsZero() {
-        if (!fetched_) {
-            fetched_ = true;  // first: the adapter may classify constants itself
-            value_ = ProcessUserDLLMessage(nullptr, LQ_WM_USER, question_, 0);
+        int64_t value = value_.load(std::memory_order_relaxed);
+        if (value == kNone && (asking & bit_) == 0) {
+            asking |= bit_;
+            const int32_t answer = ProcessUserDLLMessage(nullptr, LQ_WM_USER, question_, 0);
+            asking &= ~bit_;
+            if (value_.compare_exchange_strong(value, answer, std::memory_order_relaxed)) {
+                value = answer;
+            }
         }
-        return value_ == 0;
+        return value == 0 || value == kNone;
     }
 
   private:
+    static constexpr int64_t kNone = std::numeric_limits<int64_t>::min();
+
     uint32_t question_;
-    bool fetched_ = false;
-    int32_t value_ = 0;
+    uint32_t bit_;
+    std::atomic<int64_t> value_ = kNone;
 };
 
-// The only state of this file.
-constinit AdapterAnswer intAsBits(LQ_ASK_INT_AS_BITS);
-constinit AdapterAnswer bitsAsInt(LQ_ASK_BITS_AS_INT);
+constinit AdapterAnswer intAsBits(LQ_ASK_INT_AS_BITS, 1);
+constinit AdapterAnswer bitsAsInt(LQ_ASK_BITS_AS_INT, 2);
 
 // The types that are no elementary type, and their sets, in the order of preference.
 struct TypeSet {

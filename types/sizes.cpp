@@ -1,7 +1,9 @@
 // Storage sizes. Types whose size the language fixes are answered at once; the others have a slot
-// in a table that the environment may replace.
+// in a table that the environment may replace, and whose slots are atomic.
 
 #include <algorithm>
+#include <atomic>
+#include <cstddef>
 #include <iterator>
 
 #include "frame/in_order.h"
@@ -45,6 +47,17 @@ constexpr lq::RowOf<IEC_TYPE, uint32_t> kFixedSizes[] = {
 };
 static_assert(lq::AreInOrder(kFixedSizes, IEC_LAST_ELEMENTARY));
 
+// A slot of the table. No slot depends on another: relaxed access is enough.
+class Slot {
+  public:
+    explicit Slot(std::size_t index) : size_(IecTypeSize::Size[index]) {}
+    uint32_t Get() const { return size_.load(std::memory_order_relaxed); }
+    void Set(uint32_t size) { size_.store(size, std::memory_order_relaxed); }
+
+  private:
+    std::atomic_ref<uint32_t> size_;
+};
+
 }  // namespace
 
 constinit uint32_t IecTypeSize::Size[18] = {LQ_SIZE_SLOTS(LQ_SLOT_SIZE)};
@@ -54,8 +67,8 @@ constinit uint32_t IecTypeSize::Size[18] = {LQ_SIZE_SLOTS(LQ_SLOT_SIZE)};
 #undef LQ_SIZE_SLOTS
 
 IecTypeSize::IecTypeSize(uint32_t (*sizes)[18]) {
-    if (sizes) {
-        std::copy(std::begin(*sizes), std::end(*sizes), Size);
+    for (std::size_t i = 0; sizes && i < std::size(*sizes); ++i) {
+        Slot(i).Set((*sizes)[i]);
     }
 }
 
@@ -73,7 +86,7 @@ int IecTypeSize::Set(IEC_TYPE id, uint32_t size) {
     if (slot == NO_SLOT) {
         return 0;
     }
-    Size[slot] = size;
+    Slot(static_cast<std::size_t>(slot)).Set(size);
     return 1;
 }
 
@@ -82,5 +95,5 @@ uint32_t IecTypeSize::Get(IEC_TYPE id) {
         return kFixedSizes[id].value;
     }
     const VAL_IDX slot = TypeToIdx(id);
-    return slot == NO_SLOT ? 0 : Size[slot];
+    return slot == NO_SLOT ? 0 : Slot(static_cast<std::size_t>(slot)).Get();
 }

@@ -1,9 +1,11 @@
 // The check scanner is made on first use and kept: every construction of a scanner resets a flag
-// that all scanners share, so that making one per loan would disturb the others.
+// that all scanners of the thread share, so that making one per loan would disturb the others.
 #include "host/base/check_scanner.h"
 
 #include <cstdint>
+#include <utility>
 
+#include "frame/per_thread.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
@@ -29,8 +31,18 @@ constexpr Keyword kTypeKeywords[] = {
     {6504, u"STRUCT"},      {6505, u"UNION"},
 };
 
-constinit Scanner* checkScanner = nullptr;
-constinit int timesLent = 0;
+struct KeptScanner : lq::frame::PerThread {
+    Scanner* scanner = nullptr;
+    int timesLent = 0;
+};
+LQ_THREAD_LOCAL KeptScanner kept;
+
+void Release(lq::frame::PerThread& part) {
+    auto& own = static_cast<KeptScanner&>(part);
+    if (own.timesLent == 0) {
+        delete std::exchange(own.scanner, nullptr);
+    }
+}
 
 // A scanner with all keywords and no stream, or null.
 Scanner* MakeCheckScanner() {
@@ -53,23 +65,20 @@ Scanner* MakeCheckScanner() {
 }  // namespace
 
 Scanner* GetCheckScanner() {
-    ++timesLent;
-    if (!checkScanner) {
-        checkScanner = MakeCheckScanner();
+    ++kept.timesLent;
+    if (!kept.scanner && lq::frame::KeepForThread(kept, Release)) {
+        kept.scanner = MakeCheckScanner();
     }
-    return checkScanner;
+    return kept.scanner;
 }
 
 void ReleaseCheckScanner() {
-    if (timesLent > 0) {
-        --timesLent;
+    if (kept.timesLent > 0) {
+        --kept.timesLent;
     }
 }
 
 int lq::host::DestroyCheckScanner() {
-    if (timesLent == 0) {
-        delete checkScanner;
-        checkScanner = nullptr;
-    }
-    return timesLent;
+    Release(kept);
+    return kept.timesLent;
 }

@@ -1,9 +1,10 @@
 // Small services: the settings file's name and the identifier characters.
-#include <iterator>
 #include <unistd.h>
+#include <utility>
 
 #include <climits>
 
+#include "frame/per_thread.h"
 #include "host/framework/settings.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/env/lq_base.h"
@@ -23,18 +24,32 @@ bool FindSettingsFile(lq::host::PathBuffer& path) noexcept {
            GetConfigPath(ConfigOwner::kUser, kSettingsFile, path);
 }
 
+struct KeptName : lq::frame::PerThread {
+    char16_t* name = nullptr;
+};
+LQ_THREAD_LOCAL KeptName kept;
+
+void Release(lq::frame::PerThread& part) {
+    lq::Release(std::exchange(static_cast<KeptName&>(part).name, nullptr));
+}
+
 }  // namespace
 
 // Found anew on each call, so that a file that comes or moves later is seen; the same buffer each
 // time.
 const char16_t* GetIniName() {
-    static constinit char16_t name[PATH_MAX] = {};
+    if (!kept.name && lq::frame::KeepForThread(kept, Release)) {
+        kept.name = lq::AllocateArray<char16_t>(PATH_MAX);
+    }
+    if (!kept.name) {
+        return u"";
+    }
     lq::host::PathBuffer path;
     if (!FindSettingsFile(path)) {
         path[0] = 0;
     }
-    lq::host::CopyUtf8ToUtf16(path, name, std::size(name));
-    return name;
+    lq::host::CopyUtf8ToUtf16(path, kept.name, PATH_MAX);
+    return kept.name;
 }
 
 int __istcsym(char16_t c) {

@@ -1,27 +1,33 @@
 #include "lq_data/host/framework/extension_module.h"
 
+#include <atomic>
+
 namespace {
 
 // Needed before and after the life of static objects: the libraries enter it at load and leave it
-// at unload.
-constinit CDynLinkLibrary* firstLibrary = nullptr;
+// at unload, one at a time. Other threads read the chain meanwhile.
+constinit std::atomic<CDynLinkLibrary*> firstLibrary = nullptr;
 
 }  // namespace
 
 LQ_IMPLEMENT_DYNAMIC(CDynLinkLibrary, CObject, nullptr)
 
 CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& state)
-    : module(state.hModule), nextLibrary(firstLibrary) {
-    firstLibrary = this;
+    : module(state.hModule), nextLibrary(firstLibrary.load(std::memory_order_relaxed)) {
+    firstLibrary.store(this, std::memory_order_release);
 }
 
 CDynLinkLibrary::~CDynLinkLibrary() {
-    CDynLinkLibrary** link = &firstLibrary;
-    while (*link && *link != this) {
-        link = &(*link)->nextLibrary;
+    CDynLinkLibrary* before = firstLibrary.load(std::memory_order_relaxed);
+    if (before == this) {
+        firstLibrary.store(nextLibrary, std::memory_order_relaxed);
+        return;
     }
-    if (*link) {
-        *link = nextLibrary;
+    while (before && before->nextLibrary != this) {
+        before = before->nextLibrary;
+    }
+    if (before) {
+        before->nextLibrary = nextLibrary;
     }
 }
 
@@ -35,7 +41,7 @@ int AfxInitExtensionModule(AFX_EXTENSION_MODULE& state, HINSTANCE module) {
 }
 
 void AfxTermExtensionModule(AFX_EXTENSION_MODULE& state, int all) {
-    for (CDynLinkLibrary* library = firstLibrary; library;) {
+    for (CDynLinkLibrary* library = lq::host::GetFirstLibrary(); library;) {
         CDynLinkLibrary* const next = library->nextLibrary;
         if (all || library->module == state.hModule) {
             delete library;
@@ -48,7 +54,7 @@ void AfxTermExtensionModule(AFX_EXTENSION_MODULE& state, int all) {
 namespace lq::host {
 
 CDynLinkLibrary* GetFirstLibrary() noexcept {
-    return firstLibrary;
+    return firstLibrary.load(std::memory_order_acquire);
 }
 
 }  // namespace lq::host

@@ -1,12 +1,14 @@
 // The root object class and the chain of class descriptions, from which objects are made by name.
+#include <atomic>
 #include <cstring>
 
 #include "lq_data/env/lq_framework.h"
 
 namespace {
 
-// Filled during static initialisation of every module, so it must not need any itself.
-constinit const CRuntimeClass* firstClass = nullptr;
+// Filled during static initialisation of every module, so it must not need any itself. The loader
+// runs one initialisation at a time; other threads read the chain meanwhile.
+constinit std::atomic<const CRuntimeClass*> firstClass = nullptr;
 constinit AFX_CLASSINIT* firstInit = nullptr;
 
 }  // namespace
@@ -29,8 +31,8 @@ bool AFX_CLASSINIT::IsRegistered(const CRuntimeClass* cls) {
 
 AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass* cls) : cls_(cls), next_(nullptr) {
     if (!IsRegistered(cls)) {
-        cls->next = firstClass;
-        firstClass = cls;
+        cls->next = firstClass.load(std::memory_order_relaxed);
+        firstClass.store(cls, std::memory_order_release);
     }
     next_ = firstInit;
     firstInit = this;
@@ -45,11 +47,16 @@ AFX_CLASSINIT::~AFX_CLASSINIT() {
     if (IsRegistered(cls_)) {
         return;
     }
-    const CRuntimeClass** link = &firstClass;
-    while (*link != cls_) {
-        link = &const_cast<CRuntimeClass*>(*link)->next;
+    const CRuntimeClass* const first = firstClass.load(std::memory_order_relaxed);
+    if (first == cls_) {
+        firstClass.store(cls_->next, std::memory_order_relaxed);
+        return;
     }
-    *link = cls_->next;
+    const CRuntimeClass* before = first;
+    while (before->next != cls_) {
+        before = before->next;
+    }
+    const_cast<CRuntimeClass*>(before)->next = cls_->next;
 }
 
 bool CRuntimeClass::IsDerivedFrom(const CRuntimeClass* other) const {
@@ -61,7 +68,7 @@ bool CRuntimeClass::IsDerivedFrom(const CRuntimeClass* other) const {
 }
 
 const CRuntimeClass* CRuntimeClass::FromName(const char* name) {
-    const CRuntimeClass* cls = firstClass;
+    const CRuntimeClass* cls = firstClass.load(std::memory_order_acquire);
     while (cls && std::strcmp(cls->name, name) != 0) {
         cls = cls->next;
     }

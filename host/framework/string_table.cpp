@@ -1,10 +1,12 @@
 #include "lq_data/host/framework/string_table.h"
 
+#include "frame/per_thread.h"
+
 namespace {
 
 // The library attaches before static objects of other modules exist: constants only.
 constinit LQ_MODULE application;
-constinit HINSTANCE currentModule = &application;
+LQ_THREAD_LOCAL HINSTANCE currentModule = &application;
 
 }  // namespace
 

@@ -1,5 +1,6 @@
-// The model's process-wide side: the current project, and the searches by name that answer for it.
+// The current project of each thread, and the searches by name that answer for it.
 
+#include "frame/per_thread.h"
 #include "host/model/views.h"
 #include "lq_data/host/model/project.h"
 
@@ -7,7 +8,7 @@ namespace lq::host {
 
 namespace {
 
-Project* current = nullptr;  // set by SetProject
+LQ_THREAD_LOCAL Project* current = nullptr;  // set by SetProject
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include "lq_data/host/text/message.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "host/text/messages_932.h"
 
@@ -10,15 +11,19 @@ namespace {
 
 constexpr std::uint32_t kJapanese = 932;
 
-constinit std::span<const Translation> translations;  // none in English
+constinit std::atomic<bool> isJapanese = false;
 
 }  // namespace
 
 void UseLanguage(std::uint32_t codePage) noexcept {
-    translations = codePage == kJapanese ? kMessages932 : std::span<const Translation>();
+    isJapanese.store(codePage == kJapanese, std::memory_order_relaxed);
 }
 
 std::string_view Translated(std::string_view format) noexcept {
+    if (!isJapanese.load(std::memory_order_relaxed)) {
+        return format;
+    }
+    const std::span<const Translation> translations = kMessages932;
     const auto at = std::ranges::lower_bound(translations, format, {}, &Translation::english);
     return at != translations.end() && at->english == format ? at->translated : format;
 }

@@ -76,7 +76,8 @@ struct LQ_DATA_API POU_LIST {
 // does not lie before it. Tables 7 and 8 have an index that takes nothing but time off that:
 // without memory for it they are walked.
 //
-// The set belongs to one thread. All sets of the process share one scanner for declaration texts.
+// The set belongs to one thread at a time. All sets of a thread share one scanner for declaration
+// texts.
 //
 // A null name is that of no line: it is not found, and not entered. A null text of an address or a
 // literal counts as the empty one. Bytes must not be null (user areas, and debug data with a
@@ -366,8 +367,9 @@ class LQ_DATA_API CgTab {
     alignas(2) unsigned char shortBuf[256] = {};
 };
 
-// Releases the scanner that all table sets share; the next set constructed makes it again. Only
-// while no set is in use.
+// Releases the scanner that all table sets of the calling thread share; the next set constructed on
+// it makes it again. Only while no set is in use there. A thread that ends need not call it: the
+// scanner goes with the thread (lq::ReleaseThread).
 LQ_DATA_API void CgTab_ReleaseTokenScanner();
 
 // 1 when table 1 has no unit of that name and the project model reports that it calls itself.

@@ -11,6 +11,16 @@ namespace NS_LQ_DATA {
 LQ_DATA_API uint32_t GetDLLVersion();
 }  // namespace NS_LQ_DATA
 
+namespace lq {
+// Releases what the library and the host's base library keep for the calling thread: the last
+// resource texts, the scanner of declaration texts and the check scanner (unless it is lent), the
+// path of the settings file. All of it comes back when it is needed. A thread that ends does this
+// by itself, and so does the one that unloads the library or ends the process; a thread that lives
+// on without the library calls it before that is unloaded. Not while a declaration is entered or
+// read, nor while a text of those is in use.
+LQ_DATA_API void ReleaseThread() noexcept;
+}  // namespace lq
+
 // Reasons of the library entry.
 enum LQ_ENTRY_REASON : uint32_t {
     LQ_PROCESS_DETACH = 0,
@@ -26,8 +36,8 @@ enum LQ_ENTRY_REASON : uint32_t {
 // values or something of this header; no other part depends on it.
 LQ_DATA_API int LqDataEntry(HINSTANCE module, uint32_t reason, void* reserved);
 
-// As long as an object of this class lives, string loading consults the resource library of this
-// library. Such scopes may be nested.
+// As long as an object of this class lives, string loading on its thread consults the resource
+// library of this library. Such scopes may be nested.
 class LQ_DATA_API CResourceSwitch {
   public:
     CResourceSwitch();
@@ -41,5 +51,6 @@ class LQ_DATA_API CResourceSwitch {
 
 // The text of string resource `id`: of the resource library, else of the default resource module,
 // else empty, as it is when memory is short. Never null. The text stays valid during the next 49
-// calls; the 50th call after it reuses its place. One thread at a time.
+// calls of the same thread, unless that ends or calls lq::ReleaseThread; the 50th call after it
+// reuses its place.
 LQ_DATA_API const char16_t* GetResString(unsigned int id);

@@ -290,10 +290,10 @@ inline constexpr uint16_t POUH_DECL_MARK = 0x0010;
 
 // The scope of a section keyword. Case and blanks count: the constant inputs are
 // "VAR_INPUT CONSTANT", the retained ones "VAR_INPUT_RETAIN". DS_UNKNOWN for any other text and for
-// null. The first call fills a process-wide keyword table; the answer is the same when memory is
-// too short for it.
+// null.
 LQ_DATA_API DECL_SCOPE GetDeclScope(const char16_t* keyword);
-// Releases the keyword table until the next GetDeclScope.
+// Leaves nothing of the keywords' table that would be in memory when the library is unloaded. The
+// table is constant, so there is nothing to do; the next GetDeclScope answers as ever.
 LQ_DATA_API void LQHeadReleaseHashTable();
 
 // Writes the whole flag word: POUH_DECL_MARK, or 0 when `set` is 0. 1; 0 when `decl` is null.
@@ -323,7 +323,7 @@ LQ_DATA_API LQPOUHDECL* GetEnoDecl();
 // initial values do not fail a load; they are stored in the marked form that the base library
 // gives them, and a declaration whose type cannot be told is stored as DT_ELEMENTARY.
 //
-// The loaders borrow the check scanner; one thread at a time.
+// The loaders borrow the check scanner of their thread and ask the project model.
 
 // Fills `header` with the info and declarations of the object `id`, in scope order, but those of an
 // object of kind 12 in the model's order. A function gets its return value as a declaration of its

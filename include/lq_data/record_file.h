@@ -1,6 +1,7 @@
 // The record file: bytes in memory, in which the tables lie.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "lq_data/export.h"
@@ -39,7 +40,7 @@ class LQ_DATA_API R_FILE {
 
     int IsOpen() const { return blockSize_ != 0 ? 1 : 0; }
     // Whether the last destruction of any record file tore it down; 1 before the first.
-    static int IsClosed() { return bClosed; }
+    static int IsClosed() { return bClosed.load(std::memory_order_relaxed); }
     // Block slots of a node.
     static uint16_t BlCnt() { return 15; }
 
@@ -146,7 +147,7 @@ class LQ_DATA_API R_FILE {
     // Whether the invariants hold; for tests.
     bool Check() const;
 
-    static int bClosed;
+    static std::atomic<int> bClosed;  // files of several threads end
 
     uint32_t blockSize_ = 0;  // 0: not open
     int blockShift_ = -1;     // for sizes that are a power of two

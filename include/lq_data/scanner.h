@@ -162,9 +162,9 @@ template <typename Cursor>
 class Recogniser;
 
 // The scanner. Created by name or through CreateObject; one thread a scanner, and any number of
-// threads with scanners of their own. A process-wide flag (set by the identifier B_COMMENT: a comma
-// then ends the next string that has one) is shared by all scanners and reset by every
-// construction; with scanners on several threads it is chance whose string that comma ends.
+// threads with scanners of their own. A flag (set by the identifier B_COMMENT: a comma then ends
+// the next string that has one) is shared by all scanners of a thread and reset by every
+// construction on it.
 //
 // A token of kBufferSize - 1 characters and more fills `text`, which then ends in a mark in place
 // of its last characters: "..*)" in a comment, "..'" in a string in single quotes, ".." otherwise;

@@ -6,7 +6,9 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
+#include <latch>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -48,6 +50,31 @@ std::string TextOf(void* module) {
     }
     return text;
 }
+
+// A thread that uses the module and outlives it, doing what it must before.
+class Lasting {
+  public:
+    explicit Lasting(void* module)
+        : thread_([this, module] {
+              TextOf(module);
+              if (const auto release = reinterpret_cast<void (*)()>(dlsym(module, "LqRelease"))) {
+                  release();
+              }
+              used_.count_down();
+              unloaded_.wait();
+          }) {
+        used_.wait();
+    }
+    ~Lasting() {
+        unloaded_.count_down();
+        thread_.join();
+    }
+
+  private:
+    std::latch used_{1};
+    std::latch unloaded_{1};
+    std::thread thread_;
+};
 
 void CheckNothingStays(const std::string& round, const fs::path& folder) {
     for (const char* library : kLibraries) {
@@ -109,6 +136,7 @@ int main(int argc, char** argv) {
         void* const library = round.isFar ? Load(far / kLibraries[0]) : nullptr;
         void* const user = Load(module);
         const std::string text = user ? TextOf(user) : "";
+        const Lasting thread(user);
         Check(text == round.text, about + ": \"" + text + "\"");
         for (void* loaded : {user, library}) {
             if (loaded) {

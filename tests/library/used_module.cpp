@@ -1,5 +1,5 @@
-// A module that uses the library and its host layer, as an embedder's plug-in does, and tears down
-// what its user must: unload_test.cpp loads and unloads it.
+// A module that uses the library and its host layer, as an embedder's plug-in does:
+// unload_test.cpp loads and unloads it.
 #include <sstream>
 
 #include "host/base/check_scanner.h"
@@ -53,7 +53,9 @@ extern "C" LQ_DATA_API void LqUse(char (&text)[64]) {
     const bool works = DoesItsWork();
     const std::string found = works ? lq::host::EncodeUtf8(GetResString(10000)) : "";
     text[found.copy(text, sizeof text - 1)] = 0;
-    CgTab_ReleaseTokenScanner();
-    LQHeadReleaseHashTable();
-    lq::host::DestroyCheckScanner();
+}
+
+// What a thread does that used the library and stays when it goes.
+extern "C" LQ_DATA_API void LqRelease() {
+    lq::ReleaseThread();
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "lq_data/host/model/project.h"
 #include "pouh/record_access.h"
 #include "tests/host/model/model_util.h"
 

@@ -191,15 +191,6 @@ TEST(PouhMemory, MemberInitKeepsWhatItHasRead) {
     }
 }
 
-TEST(PouhMemory, ScopesNeedNone) {
-    lq::test::FailEachAllocation([](const FailingAllocation&) {
-        lq::test::ReleaseKept();
-        EXPECT_EQ(GetDeclScope(u"VAR_IN_EXT"), DS_VAR_IN_EXT);
-        EXPECT_EQ(GetDeclScope(u"VAR_X"), DS_UNKNOWN);
-        lq::test::ReleaseKept();
-    });
-}
-
 TEST(PouhMemory, TextThatCannotBeCopiedLeavesNone) {
     for (const int64_t nth : {1, 2}) {  // the text object, and what it holds
         POUH_COMMENT_TYP* comment = CreatePOUHComment();

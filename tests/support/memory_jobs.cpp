@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/base/check_scanner.h"
-#include "lq_data/cgtab.h"
 #include "lq_data/frame.h"
-#include "lq_data/pouh.h"
 #include "test_allocator.h"
 
 namespace lq::test {
@@ -29,26 +26,19 @@ bool RunOnce(const MemoryJob& job, int64_t nth, bool all, const std::string (&wh
         EXPECT_TRUE(answer == whole[0] || (failed && answer == kShort)) << answer;
         EXPECT_EQ(attempt(), whole[answer == whole[0] ? 1 : 0]) << "with memory back";
     }
-    ReleaseKept();
+    ReleaseThread();
     EXPECT_EQ(LiveBlocks(), before);
     return failed;
 }
 
 // Every test ends with as many blocks as it began with.
 class NothingIsLeftOver : public testing::EmptyTestEventListener {
-    // Each of the ring of resource texts keeps a block from its first long text on.
-    void OnTestProgramStart(const testing::UnitTest&) override {
-        constexpr unsigned kLongText = 10000;
-        for (int slot = 0; slot < 50; ++slot) {
-            GetResString(kLongText);
-        }
-    }
     void OnTestStart(const testing::TestInfo&) override {
-        ReleaseKept();
+        ReleaseThread();
         before_ = LiveBlocks();
     }
     void OnTestEnd(const testing::TestInfo&) override {
-        ReleaseKept();
+        ReleaseThread();
         EXPECT_EQ(LiveBlocks(), before_) << "blocks of the library that the test left";
     }
 
@@ -62,22 +52,16 @@ class NothingIsLeftOver : public testing::EmptyTestEventListener {
 
 }  // namespace
 
-void ReleaseKept() {
-    CgTab_ReleaseTokenScanner();
-    LQHeadReleaseHashTable();
-    lq::host::DestroyCheckScanner();
-}
-
 void RunWithFailures(const MemoryJob& job) {
     SCOPED_TRACE(job.name);
-    ReleaseKept();
+    ReleaseThread();
     std::string whole[2];
     {
         const Attempt attempt = job.start();
         whole[0] = attempt();
         whole[1] = attempt();
     }
-    ReleaseKept();
+    ReleaseThread();
     ASSERT_TRUE(whole[0] != kShort && whole[1] != kShort) << "nothing fails here";
     for (const bool all : {false, true}) {
         int64_t nth = 1;

@@ -35,7 +35,4 @@ void RunWithFailures(const char* name, const Make& make, const Run& run) {
                      }});
 }
 
-// Releases what the library and its host keep between calls.
-void ReleaseKept();
-
 }  // namespace lq::test

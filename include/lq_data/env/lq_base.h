@@ -161,12 +161,13 @@ class LQ_DATA_API STREAM_A {
     LQ_ALLOCATED
 };
 
-// The path of the environment's settings file. Valid as long as the base library is loaded.
+// The path of the environment's settings file, empty when memory is short. Valid on its thread
+// until that ends or calls lq::ReleaseThread.
 LQ_DATA_API const char16_t* GetIniName();
 
-// Lends the shared check scanner, whose keyword table holds the type keywords (ids 6461 to 6505),
-// with no stream bound; null when memory is short. Every GetCheckScanner is followed by a
-// ReleaseCheckScanner, also one that gave null.
+// Lends the check scanner of the calling thread, whose keyword table holds the type keywords (ids
+// 6461 to 6505), with no stream bound; null when memory is short. Every GetCheckScanner is followed
+// by a ReleaseCheckScanner, also one that gave null.
 LQ_DATA_API Scanner* GetCheckScanner();
 LQ_DATA_API void ReleaseCheckScanner();
 

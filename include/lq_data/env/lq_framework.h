@@ -13,7 +13,8 @@
 class CObject;
 
 // Describes a class at run time. One static object a class; the descriptions of all loaded classes
-// form one chain, so that a class can be found and its objects created by name.
+// form one chain, so that a class can be found and its objects created by name, also while another
+// thread loads a module; not while one unloads a module.
 struct LQ_DATA_API CRuntimeClass {
     const char* name;           // as written in the source
     const CRuntimeClass* base;  // null for CObject
@@ -121,8 +122,9 @@ LQ_DATA_API HINSTANCE AfxLoadLibrary(const char16_t* name);
 // and for a module that AfxLoadLibrary did not load.
 LQ_DATA_API int AfxFreeLibrary(HINSTANCE module);
 
-// The module that string loading consults: the application's own until another is set; null for
-// none. The default's application module has the English texts of the library's resources.
+// The module that string loading on the calling thread consults: the application's own until
+// another is set there; null for none. The default's application module has the English texts of
+// the library's resources.
 LQ_DATA_API HINSTANCE AfxGetResourceHandle();
 LQ_DATA_API void AfxSetResourceHandle(HINSTANCE module);
 

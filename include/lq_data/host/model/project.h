@@ -166,9 +166,11 @@ class LQ_DATA_API Project {
     std::unique_ptr<Managers> managers_;
 };
 
-// The project that LQNAVIOBJECTMAN::Get, LQDECLMAN::Get and the searches by name answer for; null,
-// as at first, for none. It stays the caller's, and must be set aside before it is destroyed. The
-// objects that came from it must be gone by then.
+// The project that LQNAVIOBJECTMAN::Get, LQDECLMAN::Get and the searches by name answer for on the
+// calling thread; null, as at first on every thread, for none. It stays the caller's, and must be
+// set aside, on each thread that set it, before it is destroyed. The objects that came from it must
+// be gone by then. Threads with a project each translate at the same time; what works for a project
+// on another thread than before sets it there.
 LQ_DATA_API void SetProject(Project* project);
 LQ_DATA_API Project* GetProject();
 
