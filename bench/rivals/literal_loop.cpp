@@ -1,4 +1,6 @@
 // Literals by hand: what the loop passes is copied and counted in as it goes by.
+#include <array>
+
 #include "bench/rivals/rivals.h"
 #include "frame/chars.h"
 #include "lq_data/scanner.h"
@@ -6,6 +8,22 @@
 namespace lq::bench {
 
 using chars::IsDigit;
+
+namespace {
+
+// The value of each character as a hex digit.
+constexpr uint8_t kNoDigit = 16;
+constexpr std::array<uint8_t, 128> kDigits = [] {
+    std::array<uint8_t, 128> digits{};
+    digits.fill(kNoDigit);
+    for (uint8_t i = 0; i < 16; ++i) {
+        digits[static_cast<std::size_t>("0123456789ABCDEF"[i])] = i;
+        digits[static_cast<std::size_t>("0123456789abcdef"[i])] = i;
+    }
+    return digits;
+}();
+
+}  // namespace
 
 RivalToken LiteralLoop::GetToken() {
     const char16_t* at = at_;
@@ -63,10 +81,7 @@ int32_t LiteralLoop::Based(char16_t*& to, uint64_t& value) {
     uint64_t number = 0;
     for (;; ++at) {
         const char16_t c = *at;
-        const uint64_t digit = IsDigit(c)               ? c - u'0'
-                               : c >= u'A' && c <= u'F' ? c - u'A' + 10u
-                               : c >= u'a' && c <= u'f' ? c - u'a' + 10u
-                                                        : 16u;
+        const uint64_t digit = c < kDigits.size() ? kDigits[c] : kNoDigit;
         if (digit < base && number <= UINT32_MAX) {
             number = number * base + digit;
         } else if (c != u'_' || at[-1] == u'#' || at[-1] == u'_') {

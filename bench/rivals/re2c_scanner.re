@@ -27,39 +27,34 @@ bool Fits(const char16_t* from, const char16_t* to, uint64_t value, int digits) 
 // As ours copies, in steps of one size.
 inline void Copy(std::u16string& to, const char16_t* from, const char16_t* end) {
     const auto length = static_cast<int32_t>(end - from);
-    if (length + kPadding > to.size()) {
+    if (__builtin_expect(length + kPadding > to.size(), 0)) {
         to.resize(2 * (length + kPadding));
     }
-    BufferPair::CopyAll(to.data(), from, length);
-    to[length] = 0;
+    char16_t* const dest = to.data();
+    BufferPair::CopyAll(dest, from, length);
+    dest[length] = 0;
 }
 
 }  // namespace
 
-inline RivalToken Re2cScanner::Deliver(int32_t kind, int32_t line, const char16_t* from,
-                                       uint64_t value) {
-    Copy(text_, from, at_);
-    return {kind, line, text_.data(), space_.data(), value};
-}
+// The end of a token; the number is its value.
+#define IS(KIND, VALUE) \
+    kind = KIND;        \
+    value = VALUE;      \
+    goto done
 
 RivalToken Re2cScanner::GetToken() {
-    const int32_t firstLine = line_;
+    int32_t line = line_;
+    const int32_t firstLine = line;
     const char16_t* marker;
     const char16_t* context;
     const char16_t* p = at_;
     const char16_t* from;
+    int32_t kind;
     uint64_t value;
+    uint64_t base;
+    int digits;
     space_[0] = 0;
-
-    const auto end = [&](TOKEN_KIND kind, uint64_t v = 0) {
-        at_ = p;
-        return Deliver(kind, line_, from, v);
-    };
-    const auto based = [&](uint64_t base, int digits) {
-        const char16_t* const first = from + (base == 16 ? 3 : 2);
-        const uint64_t v = ValueOf(first, p, base);
-        return Fits(first, p, v, digits) ? end(TK_BASED_INTEGER, v) : end(TK_ERROR, SE_BASED);
-    };
 
     for (;;) {
         from = p;
@@ -88,109 +83,124 @@ RivalToken Re2cScanner::GetToken() {
         day     = digits "-" digits "-" digits;
         address = "%" [IQM] [XBWDL]? digits ("." digits)*;
 
-        "\x00"                              { --p; return end(TK_EOF); }
+        "\x00"                              { --p; IS(TK_EOF, 0); }
         [ \t]+                              {
             Copy(space_, from, p);
             continue;
         }
         "\r"? "\n" / (any \ [ \t\r])        {
-            ++line_;
-            at_ = p;
-            return Deliver(TK_NEWLINE, firstLine, from);
+            line_ = line + 1;
+            line = firstLine;
+            kind = TK_NEWLINE;
+            value = 0;
+            goto copy;
         }
-        "\r"? "\n"                          { ++line_; space_[0] = 0; continue; }
-        "\r"                                { return end(TK_ERROR, SE_LINE_END); }
+        "\r"? "\n"                          { ++line; space_[0] = 0; continue; }
+        "\r"                                { IS(TK_ERROR, SE_LINE_END); }
 
-        word                                { return end(TK_IDENTIFIER); }
-        "@"                                 { return end(TK_ERROR, SE_IDENTIFIER); }
-        word "#"                            { return end(TK_ERROR, SE_TIME); }
+        word                                { IS(TK_IDENTIFIER, 0); }
+        "@"                                 { IS(TK_ERROR, SE_IDENTIFIER); }
+        word "#"                            { IS(TK_ERROR, SE_TIME); }
         time    = ("TIME" | "time" | "T" | "t") "#" "-"?;
         date    = ("DATE" | "date" | "D" | "d") "#";
         tod     = ("TIME_OF_DAY" | "time_of_day" | "TOD" | "tod") "#";
         both    = ("DATE_AND_TIME" | "date_and_time" | "DT" | "dt") "#";
-        time part ("_"? part)*              { return end(TK_TIME); }
-        time (part "_"?)* (digits ("." digits?)?)?      { return end(TK_ERROR, SE_TIME); }
-        date day                            { return end(TK_DATE); }
-        date (digits ("-" (digits "-"?)?)?)?            { return end(TK_ERROR, SE_DATE); }
-        tod clock                           { return end(TK_TIME_OF_DAY); }
-        tod (digits (":" (digits ":"?)?)?)? { return end(TK_ERROR, SE_TIME_OF_DAY); }
-        both day "-" clock                  { return end(TK_DATE_AND_TIME); }
-        both (digits ("-" (digits "-"?)?)?)?            { return end(TK_ERROR, SE_DATE_AND_TIME); }
+        time part ("_"? part)*              { IS(TK_TIME, 0); }
+        time (part "_"?)* (digits ("." digits?)?)?      { IS(TK_ERROR, SE_TIME); }
+        date day                            { IS(TK_DATE, 0); }
+        date (digits ("-" (digits "-"?)?)?)?            { IS(TK_ERROR, SE_DATE); }
+        tod clock                           { IS(TK_TIME_OF_DAY, 0); }
+        tod (digits (":" (digits ":"?)?)?)? { IS(TK_ERROR, SE_TIME_OF_DAY); }
+        both day "-" clock                  { IS(TK_DATE_AND_TIME, 0); }
+        both (digits ("-" (digits "-"?)?)?)?            { IS(TK_ERROR, SE_DATE_AND_TIME); }
 
         digits                              {
             value = ValueOf(from, p, 10);
-            return Fits(from, p, value, 10) ? end(TK_INTEGER, value) : end(TK_ERROR, SE_DECIMAL);
+            kind = Fits(from, p, value, 10) ? TK_INTEGER : TK_ERROR;
+            goto done;
         }
-        digits ".."                         { return end(TK_RANGE_START, ValueOf(from, p - 2, 10)); }
-        digits "." digits power?            { return end(TK_REAL); }
-        digits "." power                    { return end(TK_REAL); }
-        "2#" [01] ("_"? [01])*              { return based(2, 32); }
-        "8#" [0-7] ("_"? [0-7])*            { return based(8, 11); }
-        "16#" hex ("_"? hex)*               { return based(16, 8); }
-        digits ("_" | "#")                  { return end(TK_ERROR, SE_DECIMAL); }
+        digits ".."                         { IS(TK_RANGE_START, ValueOf(from, p - 2, 10)); }
+        digits "." digits power?            { IS(TK_REAL, 0); }
+        digits "." power                    { IS(TK_REAL, 0); }
+        "2#" [01] ("_"? [01])*              { base = 2; digits = 32; goto based; }
+        "8#" [0-7] ("_"? [0-7])*            { base = 8; digits = 11; goto based; }
+        "16#" hex ("_"? hex)*               { base = 16; digits = 8; goto based; }
+        digits ("_" | "#")                  { IS(TK_ERROR, SE_DECIMAL); }
         digits ("." | "." digits "_" | "." digits? [eE] [-+]?)
-                                            { return end(TK_ERROR, SE_REAL); }
+                                            { IS(TK_ERROR, SE_REAL); }
 
-        address                             { return end(TK_ADDRESS); }
-        "%" ([IQM] [XBWDL]?)?                { return end(TK_ERROR, SE_ADDRESS); }
-        address [._]                        { return end(TK_ERROR, SE_ADDRESS); }
+        address                             { IS(TK_ADDRESS, 0); }
+        "%" ([IQM] [XBWDL]?)?                { IS(TK_ERROR, SE_ADDRESS); }
+        address [._]                        { IS(TK_ERROR, SE_ADDRESS); }
 
         [']                                 { goto single; }
         ["]                                 { goto pair; }
         "(*"                                { goto comment; }
 
-        "+"  { return end(TK_OPERATOR, OP_PLUS); }
-        "-"  { return end(TK_OPERATOR, OP_MINUS); }
-        "/"  { return end(TK_OPERATOR, OP_DIV); }
-        "&"  { return end(TK_OPERATOR, OP_AMPERSAND); }
-        "("  { return end(TK_OPERATOR, OP_LPAREN); }
-        ")"  { return end(TK_OPERATOR, OP_RPAREN); }
-        ";"  { return end(TK_OPERATOR, OP_SEMICOLON); }
-        ","  { return end(TK_OPERATOR, OP_COMMA); }
-        "["  { return end(TK_OPERATOR, OP_LBRACKET); }
-        "]"  { return end(TK_OPERATOR, OP_RBRACKET); }
-        "*"  { return end(TK_OPERATOR, OP_MUL); }
-        "**" { return end(TK_OPERATOR, OP_POWER); }
-        "<"  { return end(TK_OPERATOR, OP_LT); }
-        "<>" { return end(TK_OPERATOR, OP_NE); }
-        "<=" { return end(TK_OPERATOR, OP_LE); }
-        ">"  { return end(TK_OPERATOR, OP_GT); }
-        ">=" { return end(TK_OPERATOR, OP_GE); }
-        ":"  { return end(TK_OPERATOR, OP_COLON); }
-        ":=" { return end(TK_OPERATOR, OP_ASSIGN); }
-        "="  { return end(TK_OPERATOR, OP_EQ); }
-        "=>" { return end(TK_OPERATOR, OP_ARROW); }
-        "."  { return end(TK_OPERATOR, OP_DOT); }
-        ".." { return end(TK_OPERATOR, OP_RANGE); }
+        "+"  { IS(TK_OPERATOR, OP_PLUS); }
+        "-"  { IS(TK_OPERATOR, OP_MINUS); }
+        "/"  { IS(TK_OPERATOR, OP_DIV); }
+        "&"  { IS(TK_OPERATOR, OP_AMPERSAND); }
+        "("  { IS(TK_OPERATOR, OP_LPAREN); }
+        ")"  { IS(TK_OPERATOR, OP_RPAREN); }
+        ";"  { IS(TK_OPERATOR, OP_SEMICOLON); }
+        ","  { IS(TK_OPERATOR, OP_COMMA); }
+        "["  { IS(TK_OPERATOR, OP_LBRACKET); }
+        "]"  { IS(TK_OPERATOR, OP_RBRACKET); }
+        "*"  { IS(TK_OPERATOR, OP_MUL); }
+        "**" { IS(TK_OPERATOR, OP_POWER); }
+        "<"  { IS(TK_OPERATOR, OP_LT); }
+        "<>" { IS(TK_OPERATOR, OP_NE); }
+        "<=" { IS(TK_OPERATOR, OP_LE); }
+        ">"  { IS(TK_OPERATOR, OP_GT); }
+        ">=" { IS(TK_OPERATOR, OP_GE); }
+        ":"  { IS(TK_OPERATOR, OP_COLON); }
+        ":=" { IS(TK_OPERATOR, OP_ASSIGN); }
+        "="  { IS(TK_OPERATOR, OP_EQ); }
+        "=>" { IS(TK_OPERATOR, OP_ARROW); }
+        "."  { IS(TK_OPERATOR, OP_DOT); }
+        ".." { IS(TK_OPERATOR, OP_RANGE); }
 
-        *                                   { return end(TK_ERROR, SE_NO_TOKEN); }
+        *                                   { IS(TK_ERROR, SE_NO_TOKEN); }
         */
 
     // What may have line breaks in it.
     single:
         /*!re2c
-        [']                                 { return end(TK_STRING); }
-        "\n"                                { ++line_; goto single; }
+        [']                                 { IS(TK_STRING, 0); }
+        "\n"                                { ++line; goto single; }
         (any \ ['$\n])+ | escape            { goto single; }
-        "$" hex?                            { return end(TK_ERROR, SE_STRING); }
-        *                                   { --p; return end(TK_ERROR, SE_STRING); }
+        "$" hex?                            { IS(TK_ERROR, SE_STRING); }
+        *                                   { --p; IS(TK_ERROR, SE_STRING); }
         */
     pair:
         /*!re2c
-        ["]                                 { return end(TK_STRING); }
-        "\n"                                { ++line_; goto pair; }
+        ["]                                 { IS(TK_STRING, 0); }
+        "\n"                                { ++line; goto pair; }
         (any \ ["$\n])+ | escape            { goto pair; }
-        "$" hex?                            { return end(TK_ERROR, SE_STRING); }
-        *                                   { --p; return end(TK_ERROR, SE_STRING); }
+        "$" hex?                            { IS(TK_ERROR, SE_STRING); }
+        *                                   { --p; IS(TK_ERROR, SE_STRING); }
         */
     comment:
         /*!re2c
-        "*" ")"                             { return end(TK_COMMENT); }
-        "\n"                                { ++line_; goto comment; }
+        "*" ")"                             { IS(TK_COMMENT, 0); }
+        "\n"                                { ++line; goto comment; }
         (any \ [*\n])+ | "*"                { goto comment; }
-        *                                   { --p; return end(TK_ERROR, SE_COMMENT); }
+        *                                   { --p; IS(TK_ERROR, SE_COMMENT); }
         */
     }
+
+based: {
+    const char16_t* const first = from + (base == 16 ? 3 : 2);
+    value = ValueOf(first, p, base);
+    kind = Fits(first, p, value, digits) ? TK_BASED_INTEGER : TK_ERROR;
+}
+done:
+    line_ = line;
+copy:
+    at_ = p;
+    Copy(text_, from, p);
+    return {kind, line, text_.data(), space_.data(), value};
 }
 
 }  // namespace lq::bench

@@ -49,8 +49,6 @@ class Re2cScanner {
     RivalToken GetToken();
 
   private:
-    RivalToken Deliver(int32_t kind, int32_t line, const char16_t* from, uint64_t value = 0);
-
     const char16_t* at_;
     int32_t line_ = 0;
     std::u16string text_ = std::u16string(kBuffer, u'\0');
