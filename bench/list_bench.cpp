@@ -120,6 +120,7 @@ void Walk(benchmark::State& state) {
     WalkAll(state, [&] { return WalkedSum<kWay>(list.get()); });
 }
 
+template <bool kBySlot>
 void WalkCursor(benchmark::State& state) {
     Cursor cursor;
     for (uint32_t i = 0; i < kCount; ++i) {
@@ -128,9 +129,16 @@ void WalkCursor(benchmark::State& state) {
     WalkAll(state, [&] {
         cursor.Rewind();
         uint32_t sum = 0;
-        uint32_t value = 0;
-        while (cursor.Step(&value) != 0) {
-            sum += value;
+        if constexpr (kBySlot) {
+            void* slot = nullptr;
+            while (cursor.StepToSlot(slot) != 0) {
+                sum += *static_cast<const uint32_t*>(slot);
+            }
+        } else {
+            uint32_t value = 0;
+            while (cursor.Step(&value) != 0) {
+                sum += value;
+            }
         }
         return sum;
     });
@@ -178,10 +186,11 @@ const bool kRegistered = [] {
     };
     constexpr Row kRows[] = {
         {"append", Append, "std::list", AppendStd, 1.0},
-        {"walk by code 5", Walk<Way::kByNext>, "exported cursor", WalkCursor, 1.3},
+        {"walk by code 5", Walk<Way::kByNext>, "exported cursor", WalkCursor<false>, 1.3},
         {"walk by code 5", Walk<Way::kByNext>, "std::list", WalkStd, 0.0},
-        {"walk to slots by code 5", Walk<Way::kBySlot>, "exported cursor", WalkCursor, 1.3},
-        {"index by code 3, forward", Walk<Way::kByIndex>, "exported cursor", WalkCursor, 0.0},
+        {"walk to slots by code 5", Walk<Way::kBySlot>, "exported cursor", WalkCursor<true>, 1.3},
+        {"index by code 3, forward", Walk<Way::kByIndex>, "exported cursor", WalkCursor<false>,
+         0.0},
         {"sort", Sort, "std::list", SortStd, 4.0},
     };
     std::string last;

@@ -47,4 +47,15 @@ uint32_t Cursor::Step(uint32_t* out) {
     return ++index_;
 }
 
+uint32_t Cursor::StepToSlot(void*& slot) {
+    Node* const next = current_->next;
+    if (next == head_) {
+        slot = nullptr;
+        return 0;
+    }
+    current_ = next;
+    slot = &next->value;
+    return ++index_;
+}
+
 }  // namespace lq::bench

@@ -95,6 +95,8 @@ class Cursor {
     void Rewind();
     // The next element's index, 0 behind the last; copies the element to `out`.
     uint32_t Step(uint32_t* out);
+    // The same; `slot` becomes where the element lies.
+    uint32_t StepToSlot(void*& slot);
 
   private:
     struct Node {
