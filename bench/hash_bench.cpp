@@ -11,7 +11,7 @@
 
 #include "bench/comparison.h"
 #include "bench/inputs.h"
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/hash_table.h"
 
 namespace lq::bench {

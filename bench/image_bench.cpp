@@ -7,8 +7,8 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/comparison.h"
-#include "lq_base.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/env/lq_base.h"
 
 namespace lq::bench {
 namespace {

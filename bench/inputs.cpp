@@ -9,8 +9,8 @@
 #include <sstream>
 #include <string_view>
 
-#include "frame/chars.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::bench {
 

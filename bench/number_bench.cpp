@@ -10,7 +10,7 @@
 
 #include "bench/comparison.h"
 #include "bench/rivals/rivals.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace lq::bench {

@@ -9,7 +9,7 @@
 #include "bench/comparison.h"
 #include "bench/inputs.h"
 #include "bench/rivals/rivals.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/keywords.h"
 

@@ -12,9 +12,9 @@
 #include "bench/declared_global.h"
 #include "bench/inputs.h"
 #include "cgtab/cgtab_access.h"
-#include "host/base/streams.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/base/streams.h"
 
 namespace lq::bench {
 namespace {

@@ -2,9 +2,9 @@
 #include "cgtab/declaration.h"
 #include "cgtab/pou_list.h"
 #include "cgtab/table.h"
-#include "frame/chars.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
+#include "lq_data/detail/chars.h"
 #include "pouh/record_access.h"
 
 namespace {

@@ -2,8 +2,8 @@
 #include "cgtab/declaration.h"
 
 #include "cgtab/shared_scanner.h"
-#include "frame/chars.h"
-#include "lq_addrcheck.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_addrcheck.h"
 #include "pouh/record_access.h"
 
 using lq::cgtab::BehindWord;

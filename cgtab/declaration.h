@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "cgtab/line.h"
-#include "lq_base.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/env/lq_base.h"
 
 namespace lq::cgtab {
 

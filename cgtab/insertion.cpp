@@ -3,7 +3,7 @@
 #include "cgtab/search_text.h"
 #include "cgtab/table.h"
 #include "lq_data/cgtab.h"
-#include "lq_mdi.h"
+#include "lq_data/env/lq_mdi.h"
 
 using lq::cgtab::ByteWriter;
 

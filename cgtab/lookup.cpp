@@ -1,7 +1,7 @@
 // Finding lines by what they say.
 #include "cgtab/table.h"
 #include "lq_data/cgtab.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
 
 int32_t CgTab::Look(TAB_ID id, const void* data, int rewind) {
     Table* const table = TableOf(id);

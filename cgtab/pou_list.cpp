@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "frame/chars.h"
-#include "frame/text_hash.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/detail/text_hash.h"
 
 // Iterative: chains may be long.
 POU_LIST::~POU_LIST() {

@@ -14,7 +14,7 @@
 #include <limits>
 #include <utility>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 namespace {
 

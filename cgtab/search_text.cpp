@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "cgtab/table_traits.h"
-#include "frame/chars.h"
 #include "frame/in_order.h"
-#include "frame/text_hash.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/detail/text_hash.h"
 
 namespace lq::cgtab {
 

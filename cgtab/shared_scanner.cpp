@@ -1,7 +1,7 @@
 #include "cgtab/shared_scanner.h"
 
-#include "frame/chars.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::cgtab {
 

@@ -1,7 +1,7 @@
 // The scanner that all table sets of the process share for declaration texts.
 #pragma once
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace lq::cgtab {

@@ -5,7 +5,7 @@
 #include "cgtab/line_index.h"
 #include "cgtab/search_text.h"
 #include "cgtab/table.h"
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 using lq::cgtab::LineIndex;
 using lq::cgtab::SearchText;

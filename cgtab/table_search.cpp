@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "cgtab/table.h"
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 using lq::cgtab::LoadU32;
 

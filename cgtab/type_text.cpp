@@ -1,8 +1,8 @@
 // The texts of string types, array types and direct addresses.
 #include "cgtab/declaration.h"
 #include "cgtab/shared_scanner.h"
-#include "frame/chars.h"
-#include "lq_framework.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace lq::cgtab {
 

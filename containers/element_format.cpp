@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "containers/list_access.h"
-#include "frame/chars.h"
 #include "frame/in_order.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::containers {
 

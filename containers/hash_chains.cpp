@@ -9,7 +9,7 @@
 #include <array>
 
 #include "containers/hash_table_access.h"
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/hash_table.h"
 
 namespace {

@@ -17,8 +17,8 @@
 #include <cstring>
 
 #include "containers/slot_step.h"
-#include "frame/chars.h"
-#include "frame/text_hash.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/detail/text_hash.h"
 #include "lq_data/hash_table.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 LQ_IMPLEMENT_DYNAMIC(CMemBlock, CObject, &CMemBlock::CreateObject)
 LQ_IMPLEMENT_DYNAMIC(HashTable, CMemBlock, &HashTable::CreateObject)

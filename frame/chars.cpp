@@ -1,4 +1,4 @@
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 #include <locale.h>
 #include <unistd.h>

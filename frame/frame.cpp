@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "frame/chars.h"
-#include "frame/code_page.h"
-#include "lq_base.h"
+#include "lq_data/code_page.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/memory.h"
 
 namespace {

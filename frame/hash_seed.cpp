@@ -3,7 +3,7 @@
 #include <sys/auxv.h>
 #include <sys/random.h>
 
-#include "frame/text_hash.h"
+#include "lq_data/detail/text_hash.h"
 
 namespace lq::text_hash {
 

@@ -6,10 +6,10 @@
 
 #include "cgtab/record_file_test_access.h"
 #include "containers/hash_table_access.h"
-#include "frame/chars.h"
 #include "fuzz/targets.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::fuzz {
 

@@ -1,8 +1,8 @@
 // An arbitrary image is restored, read, searched, added to and saved.
 #include "cgtab/cgtab_access.h"
 #include "fuzz/targets.h"
-#include "host/base/streams.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/host/base/streams.h"
 
 namespace lq::fuzz {
 

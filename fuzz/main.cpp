@@ -1,8 +1,8 @@
 // One target as a program of the fuzzer; LQ_FUZZ_TARGET is its name.
 #include <string_view>
 
-#include "frame/text_hash.h"
 #include "fuzz/targets.h"
+#include "lq_data/detail/text_hash.h"
 
 namespace {
 

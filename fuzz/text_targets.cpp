@@ -5,9 +5,9 @@
 
 #include "cgtab/cgtab_access.h"
 #include "fuzz/targets.h"
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/pouh.h"
 #include "lq_data/types.h"
 

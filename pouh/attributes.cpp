@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "pouh/record_types.h"
 
 namespace lq::pouh {

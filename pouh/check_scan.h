@@ -1,8 +1,8 @@
 // The check scanner on one text, borrowed for the length of a scope.
 #pragma once
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace lq::pouh {

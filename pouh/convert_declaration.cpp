@@ -2,8 +2,8 @@
 // and its type decides which specification the record gets.
 #include <memory>
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "pouh/attributes.h"
 #include "pouh/declarations.h"
 #include "pouh/record_types.h"

@@ -1,6 +1,6 @@
 // Section keywords to scopes, through a hash table that is filled on first use.
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/hash_table.h"
 #include "lq_data/pouh.h"
 #include "pouh/record_access.h"

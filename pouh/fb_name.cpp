@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/pouh.h"
 #include "pouh/record_access.h"
 #include "pouh/record_types.h"

@@ -1,9 +1,9 @@
 // The interfaces of the POUs that sequential function charts use behind the scenes. The user
 // adapter may replace all but one of them.
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_useradapt.h"
 #include "lq_data/types.h"
-#include "lq_useradapt.h"
 #include "pouh/attributes.h"
 #include "pouh/declarations.h"
 #include "pouh/record_lists.h"

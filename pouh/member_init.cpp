@@ -2,10 +2,10 @@
 //
 // A comma ends a value only when an identifier follows, so that an array value keeps its commas.
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_model.h"
 #include "lq_data/pouh.h"
-#include "lq_model.h"
 #include "pouh/check_scan.h"
 
 struct DUVMemberInit_C::Entry {

@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/pouh.h"
 
 struct POUH_COMMENT_TYP {

@@ -3,7 +3,7 @@
 
 #include "pouh/type_class.h"
 
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
 #include "pouh/check_scan.h"
 
 namespace lq::pouh {

@@ -19,9 +19,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/scanner.h"
-#include "lq_framework.h"
 #include "scanner/runs.h"
 
 class BufferPair : public CObject {

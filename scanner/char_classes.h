@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/scanner.h"
 
 namespace lq::scanner {

@@ -7,7 +7,7 @@
 #include <locale.h>
 #include <stdlib.h>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::scanner {
 

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::scanner {
 

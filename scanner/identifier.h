@@ -2,9 +2,9 @@
 // inside them.
 #pragma once
 
-#include "lq_addrcheck.h"
+#include "lq_data/env/lq_addrcheck.h"
+#include "lq_data/env/lq_model.h"
 #include "lq_data/hash_table.h"
-#include "lq_model.h"
 #include "scanner/recogniser.h"
 
 namespace lq::scanner {

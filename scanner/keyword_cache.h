@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/memory.h"
 
 namespace lq::scanner {

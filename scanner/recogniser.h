@@ -14,7 +14,7 @@
 #include <cstdint>
 #include <iterator>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 #include "scanner/char_classes.h"

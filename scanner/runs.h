@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/scanner.h"
 #include "scanner/char_classes.h"
 

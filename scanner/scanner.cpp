@@ -1,7 +1,7 @@
 // The scanner's frame: its buffers, its stream, its keywords; and its tokens.
 #include "lq_data/scanner.h"
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/hash_table.h"
 #include "lq_data/memory.h"
 #include "scanner/buffer_pair.h"

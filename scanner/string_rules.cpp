@@ -2,9 +2,9 @@
 // inverse of how the scanner reads one.
 #include "scanner/string_rules.h"
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_useradapt.h"
 #include "lq_data/scanner.h"
-#include "lq_useradapt.h"
 
 namespace lq::scanner {
 

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_model.h"
 #include "lq_data/frame.h"
 #include "lq_data/types.h"
-#include "lq_model.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <limits>
 
+#include "lq_data/env/lq_useradapt.h"
 #include "lq_data/types.h"
-#include "lq_useradapt.h"
 
 namespace {
 

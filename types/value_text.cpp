@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/frame.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"

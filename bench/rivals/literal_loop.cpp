@@ -2,7 +2,7 @@
 #include <array>
 
 #include "bench/rivals/rivals.h"
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/scanner.h"
 
 namespace lq::bench {

@@ -2,14 +2,14 @@
 // its declarations: embed plant.xml Clamp
 #include <algorithm>
 #include <cstdio>
-#include <frame/code_page.h>
-#include <host/model/project.h>
-#include <host/plcopen/plcopen.h>
-#include <host/text/message.h>
-#include <host/text/utf.h>
 #include <iterator>
+#include <lq_data/code_page.h>
 #include <lq_data/containers.h>
 #include <lq_data/frame.h>
+#include <lq_data/host/model/project.h>
+#include <lq_data/host/plcopen/plcopen.h>
+#include <lq_data/host/text/message.h>
+#include <lq_data/host/text/utf.h>
 #include <lq_data/pouh.h>
 #include <lq_data/types.h>
 #include <string_view>

@@ -1,6 +1,6 @@
 // Tells what a constant is, and whether a variable of type INT can take it.
 #include <cstdio>
-#include <host/text/utf.h>
+#include <lq_data/host/text/utf.h>
 #include <lq_data/types.h>
 #include <string>
 

@@ -1,8 +1,8 @@
 // Scans a text: every token with its line, and what is wrong with a malformed one.
 #include <cstdio>
-#include <host/text/utf.h>
 #include <iterator>
-#include <lq_base.h>
+#include <lq_data/env/lq_base.h>
+#include <lq_data/host/text/utf.h>
 #include <lq_data/scanner.h>
 #include <memory>
 

@@ -1,9 +1,9 @@
 // Fills the tables, saves them, restores them into another set, and reads them back.
 #include <cstdio>
 #include <cstring>
-#include <host/base/streams.h>
-#include <host/text/utf.h>
 #include <lq_data/cgtab.h>
+#include <lq_data/host/base/streams.h>
+#include <lq_data/host/text/utf.h>
 #include <lq_data/pouh.h>
 
 using lq::host::EncodeUtf8;

@@ -1,7 +1,7 @@
 // The embedder's own project model: one list of global variables. Whatever a model does not have,
 // the library answers with nothing.
 #include <iterator>
-#include <lq_model.h>
+#include <lq_data/env/lq_model.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "host/addrcheck/address_check.h"
+#include "lq_data/host/addrcheck/address_check.h"
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <cerrno>
 
 #include "host/base/stream_buffer.h"
-#include "host/base/streams.h"
+#include "lq_data/host/base/streams.h"
 
 using lq::host::Moved;
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
 namespace {

@@ -4,10 +4,10 @@
 
 #include <climits>
 
-#include "frame/chars.h"
 #include "host/framework/config_paths.h"
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 
 namespace {
 

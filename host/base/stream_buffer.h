@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 namespace lq::host {
 

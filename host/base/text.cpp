@@ -7,9 +7,9 @@
 #include <iterator>
 #include <utility>
 
-#include "frame/chars.h"
-#include "host/framework/string_table.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/framework/string_table.h"
 #include "pouh/record_access.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <iterator>
 
-#include "frame/chars.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "host/base/stream_buffer.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 using lq::host::Moved;
 using lq::host::Report;

@@ -3,7 +3,7 @@
 // resource libraries that are found as files come first.
 #pragma once
 
-#include "host/framework/string_table.h"
+#include "lq_data/host/framework/string_table.h"
 
 namespace lq::host {
 

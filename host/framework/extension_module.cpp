@@ -1,4 +1,4 @@
-#include "host/framework/extension_module.h"
+#include "lq_data/host/framework/extension_module.h"
 
 namespace {
 

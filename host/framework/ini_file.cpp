@@ -12,8 +12,8 @@
 
 #include <ini.h>
 
-#include "frame/chars.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/memory.h"
 
 namespace lq::host {

@@ -6,10 +6,10 @@
 #include <dlfcn.h>
 
 #include "host/framework/built_in_texts.h"
-#include "host/framework/extension_module.h"
 #include "host/framework/module_file.h"
-#include "host/framework/string_table.h"
-#include "host/text/utf.h"
+#include "lq_data/host/framework/extension_module.h"
+#include "lq_data/host/framework/string_table.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/memory.h"
 
 namespace lq::host {

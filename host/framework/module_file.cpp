@@ -8,7 +8,7 @@
 #include <link.h>
 #include <unistd.h>
 
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::host {
 

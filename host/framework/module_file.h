@@ -5,7 +5,7 @@
 
 #include <climits>
 
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace lq::host {
 

@@ -3,10 +3,10 @@
 #include <cstring>
 #include <iterator>
 
-#include "frame/chars.h"
 #include "host/framework/config_paths.h"
 #include "host/framework/ini_file.h"
-#include "lq_framework.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_framework.h"
 
 struct LQ_REGISTRY_KEY {
     lq::host::ConfigOwner owner;

@@ -1,7 +1,7 @@
 // The root object class and the chain of class descriptions, from which objects are made by name.
 #include <cstring>
 
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Integers of a settings file.
 #include "host/framework/ini_file.h"
 #include "host/framework/module_file.h"
-#include "host/text/utf.h"
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
+#include "lq_data/host/text/utf.h"
 
 uint32_t GetPrivateProfileIntW(const char16_t* section, const char16_t* key, int32_t fallback,
                                const char16_t* file) {

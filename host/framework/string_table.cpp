@@ -1,4 +1,4 @@
-#include "host/framework/string_table.h"
+#include "lq_data/host/framework/string_table.h"
 
 #include "host/framework/built_in_texts.h"
 

@@ -1,4 +1,4 @@
-#include "host/mdi/pou_ref.h"
+#include "lq_data/host/mdi/pou_ref.h"
 
 namespace lq::host {
 

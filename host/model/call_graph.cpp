@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/chars.h"
-#include "host/model/project.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

@@ -1,7 +1,7 @@
 // The model's process-wide side: the current project, and the searches by name that answer for it.
 
-#include "host/model/project.h"
 #include "host/model/views.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

@@ -2,9 +2,9 @@
 // texts of its own. One that memory was too short for is null.
 
 #include "host/model/records.h"
-#include "host/model/section.h"
-#include "lq_base.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/model/section.h"
 
 namespace lq::host {
 

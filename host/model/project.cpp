@@ -1,10 +1,10 @@
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 
 #include <new>
 
-#include "frame/chars.h"
 #include "host/model/standard_blocks.h"
 #include "host/model/views.h"
+#include "lq_data/detail/chars.h"
 
 namespace lq::host {
 

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/model/section.h"
-#include "host/model/text_pool.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/model/section.h"
+#include "lq_data/host/model/text_pool.h"
 
 namespace lq::host {
 

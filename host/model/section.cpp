@@ -1,4 +1,4 @@
-#include "host/model/section.h"
+#include "lq_data/host/model/section.h"
 
 #include <cstddef>
 #include <iterator>

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

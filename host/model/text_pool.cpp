@@ -1,4 +1,4 @@
-#include "host/model/text_pool.h"
+#include "lq_data/host/model/text_pool.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

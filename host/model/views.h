@@ -6,7 +6,7 @@
 #include <cstddef>
 
 #include "host/model/records.h"
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
 
 namespace lq::host {
 

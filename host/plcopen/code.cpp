@@ -6,12 +6,12 @@
 #include <new>
 #include <string>
 
-#include "frame/chars.h"
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
 #include "host/text/token_columns.h"
-#include "host/text/utf.h"
-#include "host/words/words.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/utf.h"
+#include "lq_data/host/words/words.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::plcopen {

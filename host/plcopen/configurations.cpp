@@ -1,7 +1,7 @@
 #include <string>
 
 #include "host/plcopen/parts.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

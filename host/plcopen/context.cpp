@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::host {
 

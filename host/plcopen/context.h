@@ -6,10 +6,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/model/flat_index.h"
-#include "host/model/project.h"
 #include "host/plcopen/element.h"
-#include "host/plcopen/plcopen.h"
+#include "lq_data/host/model/flat_index.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
 
 namespace lq::host::plcopen {
 

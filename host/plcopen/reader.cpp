@@ -10,12 +10,12 @@
 #include <system_error>
 #include <vector>
 
-#include "frame/chars.h"
 #include "host/plcopen/context.h"
 #include "host/plcopen/parts.h"
 #include "host/plcopen/schema.h"
 #include "host/plcopen/xml.h"
-#include "host/text/message.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host {
 

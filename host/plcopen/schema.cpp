@@ -4,7 +4,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

@@ -1,7 +1,7 @@
 #include <utility>
 
 #include "host/plcopen/iec_text.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

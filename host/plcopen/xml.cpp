@@ -13,7 +13,7 @@
 
 #include "host/plcopen/xml_error.h"
 #include "host/plcopen/xml_memory.h"
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "lq_data/memory.h"
 
 namespace lq::host::plcopen {

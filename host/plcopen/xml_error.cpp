@@ -1,6 +1,6 @@
 #include "host/plcopen/xml_error.h"
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host::plcopen {
 

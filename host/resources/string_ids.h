@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <iterator>
 
-#include "host/framework/string_table.h"
+#include "lq_data/host/framework/string_table.h"
 
 namespace lq::host {
 

@@ -1,4 +1,4 @@
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 #include <algorithm>
 

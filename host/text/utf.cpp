@@ -1,9 +1,9 @@
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host {
 

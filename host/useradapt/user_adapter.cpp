@@ -1,4 +1,4 @@
-#include "host/useradapt/user_adapter.h"
+#include "lq_data/host/useradapt/user_adapter.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "frame/chars.h"
-#include "host/words/words.h"
-#include "lq_model.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::host {
 

@@ -7,9 +7,9 @@
 //
 // The values themselves are not judged: whether they fit the type is a later stage's question.
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_model.h"
 #include "lq_data/scanner.h"
-#include "lq_model.h"
 
 namespace lq::host {
 

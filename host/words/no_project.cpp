@@ -1,7 +1,7 @@
 // The answers of a model without units, types and lists: nothing has a name. Each is weak, so that
 // an embedder's own takes its place; LQNAVIOBJECTMAN::Get and LQDECLMAN::Get are always theirs.
 
-#include "lq_model.h"
+#include "lq_data/env/lq_model.h"
 
 [[gnu::weak]] LQPOUHDECL* LQPOUHDECL::CreateObject() {
     return nullptr;

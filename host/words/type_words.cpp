@@ -1,8 +1,8 @@
 // The leading word of a type text, and the length behind the string keyword.
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_model.h"
 #include "lq_data/scanner.h"
-#include "lq_model.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
 #include "lq_data/hash_table.h"
 #include "lq_data/memory.h"
-#include "lq_framework.h"
 
 class FLIST;
 

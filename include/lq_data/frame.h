@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
-#include "lq_framework.h"
 
 namespace NS_LQ_DATA {
 // Version of the interface: 65536.

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
 #include "lq_data/memory.h"
-#include "lq_framework.h"
 
 namespace lq::containers {
 struct HashTableAccess;  // the tests' way to the private parts of hash tables

@@ -32,9 +32,9 @@
 
 #include <cstdint>
 
+#include "lq_data/env/lq_model.h"
 #include "lq_data/export.h"
 #include "lq_data/memory.h"
-#include "lq_model.h"
 
 class CLQString;
 class FLIST;

@@ -51,8 +51,8 @@ class LQ_DATA_API R_FILE {
 
     // Copies at most `n` bytes to `buf` and passes over them; returns how many.
     uint32_t Read(void* buf, uint32_t n);
-    // Copies at most `n` bytes at `pos`, the current position staying; returns how many, 0 outside 0
-    // to the length.
+    // Copies at most `n` bytes at `pos`, the current position staying; returns how many, 0 outside
+    // 0 to the length.
     uint32_t ReadAt(int32_t pos, void* buf, uint32_t n) const;
     // Writes `n` bytes, growing the file as needed; returns n, or 0 when it cannot grow.
     uint32_t Write(const void* buf, uint32_t n);

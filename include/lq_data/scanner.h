@@ -6,10 +6,10 @@
 
 #include <cstdint>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
 #include "lq_data/types.h"
-#include "lq_framework.h"
 
 class HashTable;
 

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
 #include "lq_data/memory.h"
-#include "lq_framework.h"
 
 class CLQString;
 class Scanner;

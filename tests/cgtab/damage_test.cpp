@@ -16,7 +16,8 @@ using Image = std::vector<unsigned char>;
 void Try(const Image& image) {
     ResetLargestAllocation();
     fuzz::Image(image.data(), image.size());
-    // The streams of the test double their buffers; the scanner of declarations has buffers of 16 KB.
+    // The streams of the test double their buffers; the scanner of declarations has buffers of 16
+    // KB.
     EXPECT_LE(LargestAllocation(), std::max(size_t{16384}, 4 * image.size() + 8192));
 }
 

@@ -1,6 +1,6 @@
 // What the model of a table set does not have: limits, array lines, lines that an image damaged.
-#include "host/mdi/pou_ref.h"
-#include "host/model/project.h"
+#include "lq_data/host/mdi/pou_ref.h"
+#include "lq_data/host/model/project.h"
 #include "tests/cgtab/tables_util.h"
 
 namespace lq::test {

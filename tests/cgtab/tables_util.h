@@ -9,9 +9,9 @@
 #include <gtest/gtest.h>
 
 #include "cgtab/cgtab_access.h"
-#include "host/base/streams.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/base/streams.h"
 #include "lq_data/pouh.h"
 
 namespace lq::test {

@@ -11,8 +11,8 @@
 
 #include "containers/hash_table_access.h"
 #include "containers/slot_step.h"
-#include "frame/chars.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/utf.h"
 #include "tests/support/memory_jobs.h"
 #include "tests/support/test_allocator.h"
 

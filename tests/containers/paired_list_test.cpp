@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "containers/list_access.h"
-#include "host/text/utf.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/text/utf.h"
 #include "tests/support/memory_jobs.h"
 #include "tests/support/test_allocator.h"
 

@@ -1,4 +1,4 @@
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "frame/text_hash.h"
+#include "lq_data/detail/text_hash.h"
 
 #include <algorithm>
 #include <array>

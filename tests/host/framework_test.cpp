@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include "host/framework/extension_module.h"
-#include "host/framework/string_table.h"
-#include "host/text/utf.h"
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
+#include "lq_data/host/framework/extension_module.h"
+#include "lq_data/host/framework/string_table.h"
+#include "lq_data/host/text/utf.h"
 #include "tests/host/temp_folder.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "host/framework/ini_file.h"
-#include "lq_base.h"
-#include "lq_framework.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_framework.h"
 #include "tests/host/temp_folder.h"
 
 namespace {

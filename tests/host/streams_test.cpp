@@ -1,4 +1,4 @@
-#include "host/base/streams.h"
+#include "lq_data/host/base/streams.h"
 
 #include <cerrno>
 #include <string>

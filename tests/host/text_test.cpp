@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/pouh.h"
 #include "tests/support/test_allocator.h"
 

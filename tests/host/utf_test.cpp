@@ -1,4 +1,4 @@
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 
 #include <string>
 

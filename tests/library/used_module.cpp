@@ -3,11 +3,11 @@
 #include <sstream>
 
 #include "host/base/check_scanner.h"
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
-#include "host/text/utf.h"
 #include "lq_data/cgtab.h"
 #include "lq_data/frame.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"

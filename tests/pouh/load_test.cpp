@@ -2,9 +2,9 @@
 // they make of a model that answers otherwise than the host's.
 #include <gtest/gtest.h>
 
-#include "host/useradapt/user_adapter.h"
 #include "load_test_util.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/useradapt/user_adapter.h"
 #include "lq_data/types.h"
 #include "pouh/declarations.h"
 #include "pouh/record_types.h"

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 #include "pouh/record_access.h"
 
 namespace lq::pouh {

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/text/utf.h"
 #include "load_test_util.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 #include "pouh/record_lists.h"
 #include "pouh/record_types.h"
 #include "tests/support/memory_jobs.h"

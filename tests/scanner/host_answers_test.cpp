@@ -1,9 +1,9 @@
 // What the outside checks make of identifiers and numbers, and the option for NUL in strings.
 #include <numeric>
 
-#include "host/addrcheck/address_check.h"
-#include "host/useradapt/user_adapter.h"
-#include "host/words/words.h"
+#include "lq_data/host/addrcheck/address_check.h"
+#include "lq_data/host/useradapt/user_adapter.h"
+#include "lq_data/host/words/words.h"
 #include "tests/scanner/scan_util.h"
 #include "tests/support/memory_jobs.h"
 

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
 #include "scanner/buffer_pair.h"
 

@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lq_base.h"
 #include "lq_data/containers.h"
+#include "lq_data/env/lq_base.h"
 #include "lq_data/record_file.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"

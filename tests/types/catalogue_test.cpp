@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/model/project.h"
-#include "host/text/utf.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 
 namespace {

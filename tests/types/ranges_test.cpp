@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/useradapt/user_adapter.h"
+#include "lq_data/host/useradapt/user_adapter.h"
 #include "lq_data/types.h"
 
 namespace {

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
 #include "tests/support/memory_jobs.h"

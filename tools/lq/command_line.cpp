@@ -4,7 +4,7 @@
 #include <cstring>
 #include <memory>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/generate.h"
 #include "tools/lq/output.h"

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "frame/chars.h"
-#include "host/model/flat_index.h"
 #include "host/model/records.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/model/flat_index.h"
 #include "lq_data/pouh.h"
 
 namespace lq::tool {

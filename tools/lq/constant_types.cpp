@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::tool {
 

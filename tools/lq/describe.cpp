@@ -1,7 +1,7 @@
 #include "tools/lq/describe.h"
 
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/utf.h"
 #include "pouh/record_access.h"
 
 namespace lq::tool {

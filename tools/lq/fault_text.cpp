@@ -1,6 +1,6 @@
 #include "tools/lq/fault_text.h"
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::tool {
 

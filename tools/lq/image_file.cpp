@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "cgtab/bytes.h"
-#include "host/text/message.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/output_file.h"

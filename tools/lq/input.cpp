@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input_buffer.h"
 #include "tools/lq/messages.h"

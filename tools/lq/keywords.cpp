@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/words/words.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::tool {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "frame/code_page.h"
-#include "host/text/message.h"
+#include "lq_data/code_page.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/command_line.h"
 #include "tools/lq/messages.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/plcopen/plcopen.h"
+#include "lq_data/host/plcopen/plcopen.h"
 #include "tools/lq/command.h"
 
 namespace lq::tool {

@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 

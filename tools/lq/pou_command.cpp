@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "pouh/record_access.h"
 #include "tools/lq/command.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unistd.h>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "lq_data/memory.h"
 #include "tools/lq/command.h"
 #include "tools/lq/output_file.h"

@@ -3,8 +3,8 @@
 #include <istream>
 #include <streambuf>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/input_buffer.h"

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
 
 namespace lq::tool {
 

@@ -1,4 +1,4 @@
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/output_conflict.h"

@@ -4,8 +4,8 @@
 
 #include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
-#include "host/model/flat_index.h"
-#include "host/text/utf.h"
+#include "lq_data/host/model/flat_index.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/project_input.h"

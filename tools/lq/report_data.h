@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 #include "tools/lq/output.h"
 #include "tools/lq/table_input.h"
 

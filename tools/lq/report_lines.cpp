@@ -2,7 +2,7 @@
 
 #include "cgtab/bytes.h"
 #include "cgtab/table_traits.h"
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 namespace lq::tool {
 

@@ -2,12 +2,12 @@
 #include <new>
 #include <string_view>
 
-#include "frame/chars.h"
 #include "frame/in_order.h"
-#include "host/text/message.h"
 #include "host/text/token_columns.h"
-#include "host/text/utf.h"
-#include "lq_base.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
 #include "scanner/string_rules.h"
 #include "tools/lq/command.h"

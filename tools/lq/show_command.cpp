@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/image_file.h"

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <cstdlib>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::tool {
 

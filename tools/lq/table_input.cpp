@@ -1,6 +1,6 @@
 #include "tools/lq/table_input.h"
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/model/project.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/host/model/project.h"
 #include "tools/lq/translation.h"
 
 namespace lq::tool {

@@ -5,7 +5,7 @@
 
 #include "cgtab/bytes.h"
 #include "cgtab/cgtab_access.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 
 namespace lq::tool {

@@ -1,7 +1,7 @@
 #include <new>
 
-#include "host/text/utf.h"
 #include "lq_data/containers.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "pouh/record_access.h"
 #include "tools/lq/command.h"

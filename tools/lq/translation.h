@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "host/model/project.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::tool {
 

@@ -1,4 +1,4 @@
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cgtab/cgtab_access.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/utf.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "host/text/message.h"
+#include "lq_data/host/text/message.h"
 #include "tools/lq/suggestion.h"
 
 namespace lq::tool {

@@ -1,8 +1,8 @@
 #include <cstring>
 #include <sstream>
 
-#include "host/text/message.h"
-#include "host/text/utf.h"
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "host/model/project.h"
+#include "lq_data/host/model/project.h"
 
 namespace lq::host {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/project.h"
-#include "host/plcopen/plcopen.h"
-#include "host/text/utf.h"
+#include "lq_data/host/model/project.h"
+#include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/host/text/utf.h"
 
 namespace lq::host {
 

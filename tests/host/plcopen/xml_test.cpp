@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/plcopen/plcopen.h"
+#include "lq_data/host/plcopen/plcopen.h"
 #include "tests/host/plcopen/plcopen_util.h"
 #include "tests/host/temp_folder.h"
 

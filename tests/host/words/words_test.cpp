@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/chars.h"
-#include "host/text/utf.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
-#include "lq_model.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // written.
 #pragma once
 
-#include "lq_addrcheck.h"
+#include "lq_data/env/lq_addrcheck.h"
 
 namespace lq::host {
 

@@ -20,7 +20,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/chars.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/export.h"
 
 namespace lq::text_hash {

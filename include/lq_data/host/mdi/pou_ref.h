@@ -1,8 +1,8 @@
 // A POU reference by name, for callers without an editor.
 #pragma once
 
-#include "lq_base.h"
-#include "lq_mdi.h"
+#include "lq_data/env/lq_base.h"
+#include "lq_data/env/lq_mdi.h"
 
 namespace lq::host {
 

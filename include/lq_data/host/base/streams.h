@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "lq_base.h"
+#include "lq_data/env/lq_base.h"
 
 // Over a growing buffer of its own. Positions are in bytes, below 2^31.
 class LQ_DATA_API MEMSTREAM_A : public STREAM_A {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "lq_useradapt.h"
+#include "lq_data/env/lq_useradapt.h"
 
 namespace lq::host {
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/model/flat_index.h"
 #include "lq_data/export.h"
+#include "lq_data/host/model/flat_index.h"
 
 namespace lq::host {
 

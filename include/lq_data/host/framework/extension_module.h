@@ -1,7 +1,7 @@
 // The extension libraries of the application.
 #pragma once
 
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace lq::host {
 

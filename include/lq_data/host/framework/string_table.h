@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
+#include "lq_data/env/lq_framework.h"
 #include "lq_data/export.h"
-#include "lq_framework.h"
 
 struct LQ_STRING_RESOURCE {
     uint32_t id;

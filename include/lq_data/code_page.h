@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "lq_framework.h"
+#include "lq_data/env/lq_framework.h"
 
 namespace lq::frame {
 

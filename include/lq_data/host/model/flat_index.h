@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/text_hash.h"
+#include "lq_data/detail/text_hash.h"
 
 namespace lq::host {
 
