@@ -1,5 +1,6 @@
-// Literals alone, beside the bare conversion of the same digits: the text cut out already, 8-bit,
-// nothing around it.
+// Literals alone. Integers, based integers and durations beside a hand-written loop that delivers
+// the same tokens; all others beside the bare conversion of the same digits: the text cut out
+// already, 8-bit, nothing around it.
 #include <charconv>
 #include <cstdlib>
 #include <memory>
@@ -8,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/comparison.h"
+#include "bench/rivals/rivals.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/scanner.h"
 
@@ -120,41 +122,55 @@ struct Family {
     TOKEN_KIND kind;
     std::string (*make)(uint32_t number);
     const char* rival;
-    void (*convert)(const std::string& text);
+    void (*convert)(const std::string& text);  // null: the loop delivers the tokens
 };
 
 constexpr Family kFamilies[] = {
+    {"integers", TK_INTEGER, Decimal, "loop", nullptr},
     {"integers", TK_INTEGER, Decimal, "from_chars",
      [](const std::string& t) { FromChars<uint32_t>(t, 0, 10); }},
+    {"based integers", TK_BASED_INTEGER, Based, "loop", nullptr},
     {"based integers", TK_BASED_INTEGER, Based, "from_chars",
      [](const std::string& t) { FromChars<uint32_t>(t, 3, 16); }},
     {"short reals", TK_REAL, Real, "from_chars", FromCharsDouble},
     {"long reals", TK_REAL, LongReal, "from_chars", FromCharsDouble},
     {"long reals", TK_REAL, LongReal, "strtod",
      [](const std::string& t) { benchmark::DoNotOptimize(std::strtod(t.c_str(), nullptr)); }},
+    {"durations", TK_TIME, Duration, "loop", nullptr},
     {"durations", TK_TIME, Duration, "from_chars", Components},
     {"times of day", TK_TIME_OF_DAY, Clock, "from_chars", Components},
     {"strings", TK_STRING, Quoted, "plain loop", Unquote},
 };
 
-void ScanLiterals(benchmark::State& state, const Family& family) {
+std::u16string LiteralText(const Family& family) {
     std::u16string text;
     for (const std::string& literal : MakeLiterals(family.make)) {
         text.append(literal.begin(), literal.end());
         text += u' ';
     }
+    return text;
+}
+
+// `get` gives the next token.
+template <typename Get>
+int CountTokens(TOKEN_KIND kind, Get get) {
+    int seen = 0;
+    for (auto token = get(); token.kind == kind; token = get()) {
+        benchmark::DoNotOptimize(token);
+        ++seen;
+    }
+    return seen;
+}
+
+void ScanLiterals(benchmark::State& state, const Family& family) {
+    const std::u16string text = LiteralText(family);
     const auto length = static_cast<int32_t>(text.size());
     const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
     int seen = 0;
     for (auto _ : state) {
         MEMSTREAM_W stream(text.data(), length, length, nullptr);
         scanner->AssignStream(stream, 1);
-        seen = 0;
-        for (Token token = scanner->GetToken(); token.kind == family.kind;
-             token = scanner->GetToken()) {
-            benchmark::DoNotOptimize(token);
-            ++seen;
-        }
+        seen = CountTokens(family.kind, [&] { return scanner->GetToken(); });
         scanner->ReleaseStream();
     }
     if (seen != kCount) {
@@ -163,7 +179,57 @@ void ScanLiterals(benchmark::State& state, const Family& family) {
     state.SetItemsProcessed(state.iterations() * kCount);
 }
 
+bool IsSame(const Token& ours, const RivalToken& rival) {
+    if (ours.kind != rival.kind || ours.line != rival.line ||
+        std::u16string_view(ours.text) != rival.text ||
+        std::u16string_view(ours.space) != rival.space) {
+        return false;
+    }
+    if (ours.kind != TK_TIME) {
+        return ours.GetNumber() == rival.value;
+    }
+    const Time& time = *ours.GetTime();
+    const auto& loops = *reinterpret_cast<const RivalTime*>(rival.value);
+    return time.days == loops.days && time.sign == loops.sign && !(time.ms < loops.ms) &&
+           !(time.ms > loops.ms);
+}
+
+bool DeliverTheSame(const std::u16string& text) {
+    const auto length = static_cast<int32_t>(text.size());
+    MEMSTREAM_W stream(text.data(), length, length, nullptr);
+    const std::unique_ptr<Scanner> scanner(static_cast<Scanner*>(Scanner::CreateObject()));
+    scanner->AssignStream(stream, 1);
+    LiteralLoop loop(text);
+    for (;;) {
+        const Token ours = scanner->GetToken();
+        const RivalToken rival = loop.GetToken();
+        if (ours.kind == TK_EOF && rival.kind == TK_EOF) {
+            return true;
+        }
+        if (!IsSame(ours, rival)) {
+            return false;
+        }
+    }
+}
+
+void LoopOverLiterals(benchmark::State& state, const Family& family) {
+    const std::u16string text = LiteralText(family);
+    int seen = 0;
+    for (auto _ : state) {
+        LiteralLoop loop(text);
+        seen = CountTokens(family.kind, [&] { return loop.GetToken(); });
+    }
+    if (seen != kCount || !DeliverTheSame(text)) {
+        state.SkipWithError("the loop delivers other tokens");
+    }
+    state.SetItemsProcessed(state.iterations() * kCount);
+}
+
 void ConvertLiterals(benchmark::State& state, const Family& family) {
+    if (!family.convert) {
+        LoopOverLiterals(state, family);
+        return;
+    }
     const Literals literals = MakeLiterals(family.make);
     for (auto _ : state) {
         for (const std::string& literal : literals) {
@@ -175,15 +241,20 @@ void ConvertLiterals(benchmark::State& state, const Family& family) {
 
 const bool kRegistered = [] {
     std::string last;
+    bool hasLoop = false;
     for (const Family& family : kFamilies) {
         const std::string ours = std::string("literals/") + family.name + "/lq_data";
         const std::string rival = std::string("literals/") + family.name + "/" + family.rival;
         if (ours != last) {
             benchmark::RegisterBenchmark(ours.c_str(), ScanLiterals, family);
+            hasLoop = !family.convert;
         }
         last = ours;
         benchmark::RegisterBenchmark(rival.c_str(), ConvertLiterals, family);
-        Compare({std::string(family.name) + " alone, a literal", ours, rival, 2.0});
+        Compare({std::string(family.name) + " alone, a literal", ours, rival,
+                 !family.convert ? 1.3
+                 : hasLoop       ? 0.0
+                                 : 2.0});
     }
     return true;
 }();

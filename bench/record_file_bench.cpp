@@ -1,4 +1,5 @@
-// The record file with the tables' block size, beside containers of bytes.
+// The record file with the tables' block size, beside containers of bytes and of blocks.
+#include <array>
 #include <deque>
 #include <memory>
 #include <vector>
@@ -15,13 +16,25 @@ constexpr uint32_t kBlockSize = 4096;
 constexpr std::size_t kSize = 64 << 20;
 constexpr int32_t kMiddle = kSize / 2;
 
+using Block = std::array<unsigned char, kBlockSize>;
+
+const Block& Filling() {
+    static const Block block = [] {
+        Block filled;
+        filled.fill(0x5A);
+        return filled;
+    }();
+    return block;
+}
 const unsigned char* Bytes() {
-    static const std::vector<unsigned char> bytes(kBlockSize, 0x5A);
-    return bytes.data();
+    return Filling().data();
 }
 
 void AppendTo(R_FILE& file, uint32_t piece) {
     file.Write(Bytes(), piece);
+}
+void AppendTo(std::deque<Block>& blocks, uint32_t) {
+    blocks.push_back(Filling());
 }
 template <typename Container>
 void AppendTo(Container& bytes, uint32_t piece) {
@@ -141,7 +154,13 @@ const bool kRegistered = [] {
         const auto vector =
             add(base + "vector", [=](auto& s) { Append(s, piece, std::make_unique<Vector>); });
         const std::string work = "append 64 MiB, " + std::to_string(piece) + " bytes";
-        Compare({work, ours, deque, 1.0});
+        if (piece == kBlockSize) {
+            Compare({work, ours,
+                     add(base + "deque of blocks",
+                         [=](auto& s) { Append(s, piece, std::make_unique<std::deque<Block>>); }),
+                     1.1});
+        }
+        Compare({work, ours, deque, piece == kBlockSize ? 0.0 : 1.0});
         Compare({work, ours, vector});
     }
     const auto read = add("file/read/lq_data", ReadBlocks);

@@ -206,12 +206,7 @@ void* FLIST::SlotBehind(void* slot) const {
 }
 
 uint32_t FLIST::Find(void*& slot, const void* key, LIST_CALLBACK code, int32_t param) {
-    slot = nullptr;
-    const PLACE place = Seek(key, code, param);
-    if (place.node) {
-        slot = place.node->Data();
-    }
-    return place.index;
+    return ListAccess::SetSlot(Seek(key, code, param), slot);
 }
 
 uint32_t FLIST::FindElement(void* out, const void* key, LIST_CALLBACK code, int32_t param) {

@@ -43,16 +43,25 @@ struct ListAccess {
     // are most of all calls, are decided first and done inline.
     static uint32_t InsertElement(FLIST& list, const void* value, const void* key,
                                   LIST_CALLBACK code, int32_t param) {
-        return (code == LC_LAST ? Link(list, list.End(), value)
-                                : list.Insert(value, key, code, param))
-            .index;
+        if (code != LC_LAST) [[unlikely]] {
+            return list.Insert(value, key, code, param).index;
+        }
+        return Link(list, list.End(), value).index;
     }
     static uint32_t FindElement(FLIST& list, void* out, const void* key, LIST_CALLBACK code,
                                 int32_t param) {
-        if (code != LC_NEXT) {
+        if (code != LC_NEXT) [[unlikely]] {
             return list.FindAndCopy(out, key, code, param);
         }
         return CopyFound(list, list.Step(), out);
+    }
+    // FLIST::Find, likewise.
+    static uint32_t Find(FLIST& list, void*& slot, const void* key, LIST_CALLBACK code,
+                         int32_t param) {
+        if (code != LC_NEXT) [[unlikely]] {
+            return list.Find(slot, key, code, param);
+        }
+        return SetSlot(list.Step(), slot);
     }
 
     // A free node of the pool with zero data, counted; null when memory is short.
@@ -60,13 +69,19 @@ struct ListAccess {
     // Puts a new element in front of the node at `place`, at its index.
     static INSERTION Link(FLIST& list, FLIST::PLACE place, const void* value) {
         const CGList& body = *list.body_;
-        return body.free_ && body.elementSize_ == ElementFormat::kWord
-                   ? LinkAs<true>(list, place, value)
-                   : LinkAny(list, place, value);
+        if (!body.free_ || body.elementSize_ != ElementFormat::kWord) [[unlikely]] {
+            return LinkAny(list, place, value);
+        }
+        return LinkAs<true>(list, place, value);
+    }
+    // `slot` becomes where what was found lies, if something was, else null. Returns its index.
+    static uint32_t SetSlot(FLIST::PLACE place, void*& slot) {
+        slot = place.node ? place.node->Data() : nullptr;
+        return place.index;
     }
     // Copies what was found, if something was, to `out` unless that is null. Returns its index.
     static uint32_t CopyFound(const FLIST& list, FLIST::PLACE place, void* out) {
-        if (list.body_->elementSize_ != ElementFormat::kWord) {
+        if (list.body_->elementSize_ != ElementFormat::kWord) [[unlikely]] {
             return CopyAny(list, place, out);
         }
         if (place.node && out) {

@@ -33,7 +33,7 @@ double ToDoubleBeyondRange(const char* text) {
 // An integer of 15 digits and a power of ten up to 10^22 are both exact in a double, so that the
 // one operation gives the nearest double to the result (Clinger: How to Read Floating Point Numbers
 // Accurately, PLDI 1990).
-bool ToDoubleExactly(const Digits& whole, const Digits& fraction, int32_t power, double& value) {
+bool ToDoubleExactly(Digits whole, Digits fraction, int32_t power, double& value) {
     const int32_t digits = whole.count + fraction.count;
     power -= fraction.count;
     if (FLT_EVAL_METHOD != 0 || digits == 0 || digits > kExactDigits || power > kLargestPower ||

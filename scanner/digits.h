@@ -17,7 +17,8 @@ namespace lq::scanner {
 constexpr int32_t kSurelyInRange = 9;  // digits of numbers that are all below 2^32
 constexpr int32_t kMostDigitsAt = 16;  // DigitsAt reads so many characters, whatever lies there
 
-// The digits of a decimal number.
+// The digits of a decimal number. Functions that are not inline take them by value, so that they
+// can stay in registers.
 struct Digits {
     uint64_t value = 0;     // modulo 2^64
     int32_t count = 0;      // leading zeros included
@@ -65,7 +66,10 @@ inline uint32_t FourDigits(const char16_t* at, int32_t& count) {
 // The leading digits of a text; when there are kMostDigitsAt, more may follow.
 inline Digits DigitsAt(const char16_t* at) {
     Digits digits;
-    for (int32_t count = 4; count == 4 && digits.count < kMostDigitsAt;) {
+    int32_t count;
+    digits.value = detail::FourDigits(at, count);
+    digits.count = count;
+    while (count == 4 && digits.count < kMostDigitsAt) {
         const uint32_t four = detail::FourDigits(at + digits.count, count);
         digits.value = digits.value * detail::kPowerOfTen[count] + four;
         digits.count += count;
@@ -77,7 +81,7 @@ inline Digits DigitsAt(const char16_t* at) {
 // multiplication or division of two exact doubles gives the nearest double. False for all others:
 // those with more than 15 digits, leading zeros included, or with a power beyond 22 once the point
 // is moved behind the last digit.
-bool ToDoubleExactly(const Digits& whole, const Digits& fraction, int32_t power, double& value);
+bool ToDoubleExactly(Digits whole, Digits fraction, int32_t power, double& value);
 
 // The number that `length` characters of digits, with point and exponent, stand for: the nearest
 // double; infinity above the range and 0 below it. Underscores do not count. Reads the text up to

@@ -80,7 +80,7 @@ inline Found Recogniser<Cursor>::BasedNumber(const Digits& prefix) {
 }
 
 template <typename Cursor>
-[[gnu::noinline, gnu::flatten]] Found Recogniser<Cursor>::RangeOrReal(const Digits& whole) {
+[[gnu::noinline, gnu::flatten]] Found Recogniser<Cursor>::RangeOrReal(Digits whole) {
     Next();
     if (At(u'.')) {
         Next();

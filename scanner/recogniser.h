@@ -164,7 +164,7 @@ class Recogniser {
 
     Found Number();
     Found BasedNumber(const Digits& prefix);
-    Found RangeOrReal(const Digits& whole);
+    Found RangeOrReal(Digits whole);
 
     // --- string_literal.h, address_literal.cpp -----------------------------------------------
 

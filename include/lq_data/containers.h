@@ -362,9 +362,11 @@ class LQ_DATA_API FLIST : public CObject {
     INSERTION Link(const PLACE& place, const void* value);
     // Links a node of the pool in at that place; it becomes current.
     PLACE Enter(CNode* node, const PLACE& place) const {
-        node->prev = place.node->prev;
+        CNode* const before = place.node->prev;
+        node->prev = before;
+        before->next = node;
         node->next = place.node;
-        node->prev->next = node->next->prev = node;
+        place.node->prev = node;
         ++body_->count_;
         SetPosition({node, place.index});
         return {node, place.index};

@@ -91,7 +91,7 @@ TEST(List, InvalidHandlesGiveZero) {
         const uint32_t kResults[] = {
             InsertElementOfList(list, &value, LC_LAST, 0),
             FindElementOfList(list, &value, nullptr, LC_FIRST, 0),
-            ListGet(list, slot, nullptr, LC_FIRST, 0),
+            ListGet(list, slot, nullptr, LC_NEXT, 0),
             WriteElementOfList(list, &value, nullptr, LC_FIRST, 0),
             RemoveElementOfList(list, &value, nullptr, LC_FIRST, 0),
             SizeOfElementOfList(list, nullptr, nullptr, LC_FIRST, 0),
