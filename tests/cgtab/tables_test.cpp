@@ -1,6 +1,5 @@
 // What the model of a table set does not have: limits, array lines, lines that an image damaged.
 #include "lq_data/host/mdi/pou_ref.h"
-#include "lq_data/host/model/project.h"
 #include "lq_data/lines.h"
 #include "tests/cgtab/tables_util.h"
 #include "tests/host/model/model_util.h"

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "lq_data/host/model/project.h"
 #include "pouh/record_access.h"
 #include "tests/host/model/model_util.h"
 

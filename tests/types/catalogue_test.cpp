@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "lq_data/host/model/project.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/types.h"
 #include "tests/host/model/model_util.h"

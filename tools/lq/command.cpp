@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include "lq_data/host/text/message.h"
-#include "tools/lq/command.h"
 #include "tools/lq/input.h"
 
 namespace lq::tool {

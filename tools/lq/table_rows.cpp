@@ -7,7 +7,6 @@
 #include "cgtab/cgtab_access.h"
 #include "frame/in_order.h"
 #include "lq_data/detail/chars.h"
-#include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/describe.h"

@@ -4,9 +4,7 @@
 #include <string>
 
 #include "lq_data/host/model/project.h"
-#include "tools/lq/output.h"
 #include "tools/lq/project_input.h"
-#include "tools/lq/table_input.h"
 #include "tools/report/report_page.h"
 
 namespace lq::tool {

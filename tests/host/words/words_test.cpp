@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "lq_data/detail/chars.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
