@@ -10,7 +10,7 @@ namespace lq {
 namespace {
 
 constinit std::atomic<ShortageHandler> shortageHandler = nullptr;
-LQ_THREAD_LOCAL uint32_t shortages = 0;
+LQ_THREAD_LOCAL uint64_t shortages = 0;
 
 }  // namespace
 
@@ -38,7 +38,7 @@ void ReportShortage() noexcept {
 }
 
 uint32_t CountShortages() noexcept {
-    return shortages;
+    return static_cast<uint32_t>(shortages);
 }
 
 }  // namespace lq

@@ -7,7 +7,9 @@
 // when a thread starts. By default a library that is opened later gets its storage with its first
 // access: that would be an allocation at any moment, and one that ends the process when it fails.
 // The loader has some hundred bytes to spare for all libraries that are opened later, so such
-// variables are small. They have no destructors: those would keep the library loaded.
+// variables are small, and it gets these bytes back from a library only when no gaps lie between
+// those of its neighbours: each variable takes a multiple of 8 bytes. They have no destructors:
+// those would keep the library loaded.
 #define LQ_THREAD_LOCAL [[gnu::tls_model("initial-exec")]] constinit thread_local
 
 namespace lq::frame {

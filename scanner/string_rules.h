@@ -47,7 +47,7 @@ int32_t AskNulEscape();
 // One flag for all scanners of a thread. The identifier B_COMMENT sets it: the next comma inside a
 // string literal then ends that literal. That comma resets it, and so does the construction of any
 // scanner.
-class CommaFlag {
+class alignas(8) CommaFlag {
   public:
     void Set(bool isSet) noexcept { isSet_ = isSet; }
     // Resets it and tells whether it was set.

@@ -48,13 +48,13 @@ uint32_t TypesThatHold(const TypeLimit (&limits)[N], uint32_t magnitude) {
 
 // The questions that this thread is asking, a bit each: the adapter may classify constants itself,
 // and while its answer is awaited it counts as 0.
-LQ_THREAD_LOCAL uint32_t asking = 0;
+LQ_THREAD_LOCAL uint64_t asking = 0;
 
 // A site's answer, fetched on its first use and kept. Threads that need it at the same time all
 // ask; the first answer to arrive is everyone's.
 class AdapterAnswer {
   public:
-    constexpr AdapterAnswer(uint32_t question, uint32_t bit) : question_(question), bit_(bit) {}
+    constexpr AdapterAnswer(uint32_t question, uint64_t bit) : question_(question), bit_(bit) {}
 
     bool IsZero() {
         int64_t value = value_.load(std::memory_order_relaxed);
@@ -73,7 +73,7 @@ class AdapterAnswer {
     static constexpr int64_t kNone = std::numeric_limits<int64_t>::min();
 
     uint32_t question_;
-    uint32_t bit_;
+    uint64_t bit_;
     std::atomic<int64_t> value_ = kNone;
 };
 
