@@ -20,7 +20,7 @@ set(headers_of_host
     words/words.h)
 if(LQ_DATA_HOST)
   list(APPEND headers_of_host model/flat_index.h model/project.h model/records.h model/section.h
-       model/text_pool.h plcopen/plcopen.h)
+       model/text_pool.h model/translation_source.h plcopen/plcopen.h)
 endif()
 
 # -- Libraries and headers ------------------------------------------------------------------------
@@ -99,8 +99,9 @@ else()
   install_pc(lq_data "" "${about}" -Wl,--start-group -llq_data ${host_libraries} -Wl,--end-group
              ${others})
 endif()
+install_pc(lq_data_translate lq_data "${about}: a project to tables" -llq_translate)
 if(LQ_DATA_HOST)
-  install_pc(lq_data_host lq_data "${about}: its host layer" ${host_libraries})
+  install_pc(lq_data_host lq_data_translate "${about}: its host layer" ${host_libraries})
 endif()
 
 # -- Tool -----------------------------------------------------------------------------------------

@@ -67,14 +67,14 @@ struct LQ_DATA_API POU_LIST {
 // line's user area: the Write without a position then writes there.
 //
 // Indexes. Building one leaves its table's position where it was, and it finds its lines by what
-// stands in them. One of tables 1 to 6 that cannot be built is dropped, so that every search for its
-// lines gives -1 rather than miss some: while memory is short, and always when an image holds a
+// stands in them. One of tables 1 to 6 that cannot be built is dropped, so that every search for
+// its lines gives -1 rather than miss some: while memory is short, and always when an image holds a
 // global, an address or a constant twice. A line that is longer than the rest of its table ends the
 // table for the index, as it does for every reader. A line that is appended behind such a one is
 // found only as long as the index stays. Tables 0, 7 and 8 are searched line by line: once that
 // comes to such a line, a search gives -1, and so does every insertion into 7 and 8 of a name that
-// does not lie before it. Tables 7 and 8 have an index that takes nothing but time off that: without
-// memory for it they are walked.
+// does not lie before it. Tables 7 and 8 have an index that takes nothing but time off that:
+// without memory for it they are walked.
 //
 // The set belongs to one thread. All sets of the process share one scanner for declaration texts.
 //
@@ -309,7 +309,8 @@ class LQ_DATA_API CgTab {
     int32_t MarkPouDeleted(int32_t pos, uint16_t attr, int flag);
 
   private:
-    friend class CgTabAccess;
+    friend class CgTabAccess;    // the tests'
+    friend class CgTabCompiler;  // cgtab_compiler.h
 
     struct LookTyp;
     struct Line;

@@ -1,0 +1,108 @@
+// What a compiler calls beside the set's own operations.
+#include <algorithm>
+#include <cstring>
+
+#include "cgtab/cgtab_access.h"
+#include "cgtab/declaration.h"
+#include "cgtab/line_index.h"
+#include "cgtab/table.h"
+#include "lq_data/cgtab_compiler.h"
+
+int32_t CgTabCompiler::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const int32_t pos = tables.Insert(decl, d);
+    fault = d.fault;
+    return pos;
+}
+
+bool CgTabCompiler::Decode(CgTab& tables, const DECL_TYP* decl, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const bool decoded = tables.GetDecl(decl, d);
+    fault = d.fault;
+    return decoded;
+}
+
+bool CgTabCompiler::DecodeType(CgTab& tables, const DECL_TYP* decl, IEC_TYPE& type,
+                               CgTab::TYP_DSC& dsc, DeclFault& fault) {
+    CgTab::DECL_ASCII d;
+    const bool decoded = tables.GetDecl(decl, d);
+    fault = d.fault;
+    type = d.type;
+    dsc = d.dsc;
+    return decoded;
+}
+
+int CgTabCompiler::AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list,
+                             CgTab::POS_DSC& range, int count) {
+    return tables.AppendCmp(header, attr, list, range, count);
+}
+
+int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
+                                  const CgTab::POU_INFO& info) {
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_POU);
+    if (!table || !name) {
+        return -1;
+    }
+    CgTab::Line line(CgTab::TAB_POU, name);
+    lq::cgtab::ByteWriter<sizeof(info.bytes)> extra;
+    extra.PutBytes(info.bytes, sizeof(info.bytes));
+    line.SetExtra(extra);
+    uint32_t length = 0;
+    int nocase = 0;
+    return CgTab::Table::TransLookDcr(line.look, length, nocase) ? table->AppendLine(line) : -1;
+}
+
+int32_t CgTabCompiler::LengthOf(const CgTab& tables, CgTab::TAB_ID id) {
+    const R_FILE* file = tables.handle_(id);
+    return file ? file->Filelength() : 0;
+}
+
+uint32_t CgTabCompiler::UserAreaOf(const CgTab& tables, CgTab::TAB_ID id) {
+    const CgTab::Table* const table = tables.TableOf(id);
+    return table ? table->UsrLen_() : 0;
+}
+
+bool CgTabCompiler::WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
+                              uint32_t size) {
+    CgTab::LineBuffer buf;
+    CgTab::LineBody body;
+    CgTab::Table* const table = tables.TableOf(id);
+    const bool isNamed = id == CgTab::TAB_POU || id == CgTab::TAB_CMP || id == CgTab::TAB_GLB ||
+                         id == CgTab::TAB_LBL;
+    if (!table || !isNamed || size == 0 || pos < 0 || !table->ReadLine(pos, buf, 0) ||
+        !table->SplitLine(buf, body)) {
+        return false;
+    }
+    const uint32_t length = std::min(body.nameLength, size - 1);
+    std::memcpy(name, body.name, length * sizeof(char16_t));
+    name[length] = 0;
+    return true;
+}
+
+uint32_t CgTabCompiler::IndexSlots(CgTab& tables, CgTab::TAB_ID id) {
+    CgTab::Table* const table = tables.TableOf(id);
+    const lq::cgtab::LineIndex* const index = table ? table->Index() : nullptr;
+    return index ? index->SlotCount() : 0;
+}
+
+int32_t CgTabCompiler::IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n) {
+    return tables.TableOf(id)->Index()->LineAt(slot, n);
+}
+
+bool CgTabAccess::Check(CgTab& tables) {
+    for (int32_t id = 0; id < CgTab::TAB_COUNT; ++id) {
+        CgTab::Table* const table = tables.TableOf(static_cast<CgTab::TAB_ID>(id));
+        if (!table || !table->Check()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int CgTabCompiler::ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array) {
+    return tables.Read(pos, array);
+}
+
+int32_t CgTabCompiler::InsertArray(CgTab& tables, const CgTab::ArrDsc& array) {
+    return tables.Insert(array);
+}

@@ -1,0 +1,89 @@
+// What a compiler does with a table set beside the operations of CgTab: it enters units with their
+// components, asks why a declaration is refused, and sees whole names, lengths and array lines.
+#pragma once
+
+#include <cstdint>
+
+#include "lq_data/cgtab.h"
+#include "lq_data/export.h"
+#include "lq_data/pouh.h"
+#include "lq_data/types.h"
+
+namespace lq {
+
+// Why a declaration could not be decoded or entered.
+enum class DeclFault : uint8_t {
+    kNone,
+    kNameTooLong,   // 66 characters and more
+    kTypeKind,      // not a kind that the tables hold
+    kTypeName,      // names no type
+    kInitialValue,  // does not read as one constant
+    kStringLength,
+    kArrayType,    // does not read as an array type
+    kAddress,      // does not read as one direct address
+    kScope,        // not a section of globals
+    kTableType,    // a type that no line can hold
+    kTextTooLong,  // for the length field of its line
+    kMemory,       // or a table that cannot take the line
+};
+
+}  // namespace lq
+
+// The layers above the set, such as lq::Translate, are built with these alone. They obey the rules
+// of CgTab: they move the current positions of the tables they use, and a record's texts and array
+// descriptions are valid until the set's next operation.
+class LQ_DATA_API CgTabCompiler {
+  public:
+    using DeclFault = lq::DeclFault;
+
+    // Enters a global as CgTab::Insert(DECL_TYP*) does; `fault` says why it failed.
+    static int32_t InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault);
+
+    // Whether a declaration can be decoded, and why not. The set's array description is used up.
+    static bool Decode(CgTab& tables, const DECL_TYP* decl, DeclFault& fault);
+
+    // The type of a declaration that can be decoded, with its descriptor; the array description
+    // that it points at is valid until the set's next operation.
+    static bool DecodeType(CgTab& tables, const DECL_TYP* decl, IEC_TYPE& type, CgTab::TYP_DSC& dsc,
+                           DeclFault& fault);
+
+    // Enters the components of a unit as `count` sections of table 2. `range` receives the first
+    // section: its start, its end and its number of lines. Bits of `attr`: 0x1 the interface only,
+    // 0x4 initial values as constants, 0x80 record instances of structures and function blocks in
+    // `list`, 0x100 sections become their retained forms. `list` must not be null; its first entry
+    // gives each section the member initialisations of one instance record. 1 when every
+    // declaration that could be decoded was entered; 0 when an external has no global (the
+    // sections stay), or when a step failed (they are gone).
+    static int AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list,
+                         CgTab::POS_DSC& range, int count);
+
+    // Appends the line of a unit, also when there is one of that name: from then on a search finds
+    // the new one. The position; -1 when the name has more than 255 characters or is null, or
+    // memory is short.
+    static int32_t InsertUnit(CgTab& tables, const char16_t* name, const CgTab::POU_INFO& info);
+
+    // The length of a table in bytes; 0 when it is not there.
+    static int32_t LengthOf(const CgTab& tables, CgTab::TAB_ID id);
+
+    // The size of the user areas of a table, as the set was made; 0 when it has none.
+    static uint32_t UserAreaOf(const CgTab& tables, CgTab::TAB_ID id);
+
+    // The whole name of the line at `pos` of tables 1, 2, 3 or 6, whose records cut it: at most
+    // `size` - 1 characters and a terminator. False when there is no line.
+    static bool WholeName(CgTab& tables, CgTab::TAB_ID id, int32_t pos, char16_t* name,
+                          uint32_t size);
+
+    // How many slots the index of a table has, which is built if need be; 0 when it has none or it
+    // cannot be built. For who shows how an index is filled.
+    static uint32_t IndexSlots(CgTab& tables, CgTab::TAB_ID id);
+    // The position of the n-th line (from 0) of the text in a slot, in a table with an index; -1
+    // for no more.
+    static int32_t IndexedLine(CgTab& tables, CgTab::TAB_ID id, uint32_t slot, uint32_t n);
+
+    // An array line at `pos`, which moves to the next one: 1, or 0 as CgTab::Read; table 9 is read
+    // at positions only. The description in `array` belongs to the set.
+    static int ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array);
+    // The position of the line of such an array, found or appended; -1 when it is none that a line
+    // can hold, or memory is short.
+    static int32_t InsertArray(CgTab& tables, const CgTab::ArrDsc& array);
+};
