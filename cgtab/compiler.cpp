@@ -6,6 +6,7 @@
 #include "cgtab/declaration.h"
 #include "cgtab/line_index.h"
 #include "cgtab/table.h"
+#include "frame/chars.h"
 #include "lq_data/cgtab_compiler.h"
 
 int32_t CgTabCompiler::InsertGlobal(CgTab& tables, DECL_TYP* decl, DeclFault& fault) {
@@ -50,6 +51,91 @@ int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
     uint32_t length = 0;
     int nocase = 0;
     return CgTab::Table::TransLookDcr(line.look, length, nocase) ? table->AppendLine(line) : -1;
+}
+
+bool CgTabCompiler::ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info) {
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_POU);
+    CgTab::LineBuffer buf;
+    CgTab::LineBody body;
+    int32_t next = pos;
+    if (!table || pos < 0 || !table->ReadLine(next, buf, 0) || !table->SplitLine(buf, body) ||
+        !body.extra.Take(sizeof(info.bytes))) {
+        return false;
+    }
+    return table->Overwrite(pos, 1 + 2 * body.nameLength, info.bytes, sizeof(info.bytes));
+}
+
+bool CgTabCompiler::ResetLabels(CgTab& tables, const char16_t* prefix) {
+    constexpr unsigned char kUnused[1 + 4] = {};  // no definition, no use
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_LBL);
+    const auto count = static_cast<uint32_t>(lq::chars::Length(prefix));
+    const lq::MemoryWatch watch;
+    CgTab::LineBuffer buf;
+    char16_t name[0x100];  // a length of one byte
+    for (int32_t pos = 0, next = 0; table && table->ReadLine(next, buf, 0); pos = next) {
+        CgTab::LineBody body;
+        if (!table->SplitLine(buf, body) || body.nameLength < count ||
+            body.extra.Take(sizeof(kUnused)) == nullptr) {
+            continue;
+        }
+        std::memcpy(name, body.name, 2 * count);
+        if (lq::chars::CompareNoCase(name, prefix, count) == 0 &&
+            !table->Overwrite(pos, 1 + 2 * body.nameLength, kUnused, sizeof(kUnused))) {
+            return false;
+        }
+    }
+    return table && !watch.WasShort();
+}
+
+int32_t CgTabCompiler::FindTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type, bool& fits,
+                                     uint32_t& tagOffset) {
+    const auto hasDescriptor = [](IEC_TYPE of) {
+        return of == IEC_ARRAY || lq::cgtab::HasStoredDescriptor(of);
+    };
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_TMP);
+    CgTab::LookTyp look(CgTab::TAB_TMP, name);
+    const int32_t pos = table && name ? table->LookLine(look, 0) : -1;
+    CgTab::LineBuffer buf;
+    CgTab::LineBody body;
+    int32_t next = pos;
+    fits = pos == -1;
+    if (pos >= 0 && table->ReadLine(next, buf, 0) && table->SplitLine(buf, body)) {
+        tagOffset = 2 + 2 * body.nameLength;
+        body.extra.TakeU8();
+        fits = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32())) == hasDescriptor(type);
+    }
+    return pos;
+}
+
+bool CgTabCompiler::CanReplaceTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type) {
+    bool fits = false;
+    uint32_t tagOffset = 0;
+    FindTemporary(tables, name, type, fits, tagOffset);
+    return fits;
+}
+
+int32_t CgTabCompiler::ReplaceTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type,
+                                        const CgTab::TYP_DSC& dsc, unsigned char tag) {
+    bool fits = false;
+    uint32_t tagOffset = 0;
+    const int32_t pos = FindTemporary(tables, name, type, fits, tagOffset);
+    if (pos < 0 || !fits) {
+        return fits ? tables.Insert(name, type, dsc, tag) : -1;
+    }
+    lq::cgtab::ByteWriter<1 + 4 + 4> bytes;
+    bytes.PutU8(tag);
+    bytes.PutI32(type);
+    if (type == IEC_ARRAY) {
+        const int32_t arrayPos = tables.Insert(dsc.arr);
+        if (arrayPos < 0) {
+            return -1;
+        }
+        bytes.PutI32(arrayPos);
+    } else if (lq::cgtab::HasStoredDescriptor(type)) {
+        bytes.PutU32(dsc.dsc);
+    }
+    CgTab::Table& table = *tables.TableOf(CgTab::TAB_TMP);
+    return table.Overwrite(pos, tagOffset, bytes.Data(), bytes.Size()) ? pos : -1;
 }
 
 int32_t CgTabCompiler::LengthOf(const CgTab& tables, CgTab::TAB_ID id) {

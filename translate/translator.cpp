@@ -77,6 +77,13 @@ void Translator::Run() {
     }
 }
 
+void Translator::RunAnew(ID unit) {
+    isAnew_ = true;
+    if (EnterUnit(unit)) {
+        (void)HasMemory();
+    }
+}
+
 bool Translator::HasMemory() {
     return !watch_.WasShort() || EndShort();
 }
@@ -207,6 +214,13 @@ void Translator::FillAreas(CgTab::TAB_ID id, const LineOrigin& origin) {
     }
 }
 
+void Translator::FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& origin) {
+    if (areaSizes_[id] != 0 && pos >= 0 && pos < filled_[id]) {
+        (void)FillArea(id, pos, origin);
+    }
+    FillAreas(id, origin);
+}
+
 bool Translator::FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin) {
     std::memset(area_, 0, areaSizes_[id]);
     client_->FillUserArea(id, origin, area_, areaSizes_[id]);
@@ -219,5 +233,12 @@ lq::TranslationResult lq::Translate(TranslationSource& source, CgTab& tables,
                                     TranslationClient* client) {
     TranslationResult result;
     Translator(source, tables, client, result).Run();
+    return result;
+}
+
+lq::TranslationResult lq::TranslateUnit(TranslationSource& source, CgTab& tables,
+                                        TranslationClient* client, ID unit) {
+    TranslationResult result;
+    Translator(source, tables, client, result).RunAnew(unit);
     return result;
 }

@@ -18,6 +18,7 @@ class Translator final : private MarkTaker {
     Translator& operator=(const Translator&) = delete;
 
     void Run();
+    void RunAnew(ID unit);
 
   private:
     // What is entered at the moment.
@@ -28,6 +29,7 @@ class Translator final : private MarkTaker {
         POU_HEADER_TYP* header = nullptr;
         uint32_t kind = PT_OTHER;
         translate::Components components;  // of the header
+        int32_t line = -1;                 // in table 1, of one that is entered anew
     };
     // A declaration, and whose it is.
     struct Variable {
@@ -51,6 +53,8 @@ class Translator final : private MarkTaker {
     bool EnterTypesOfMembers(ID type);
     bool EnterUnit(ID id);
     bool EnterLoadedUnit(Unit& unit);
+    bool MakeReady(Unit& unit);
+    bool HasRoom();
     bool EnterDebugRecord(const Unit& unit);
     bool EnterComponents(Unit& unit);
     bool NoteEntered(Unit& unit, int32_t start);
@@ -60,7 +64,9 @@ class Translator final : private MarkTaker {
 
     void CheckComponent(Unit& unit, uint32_t index);
     bool IsRefused(const Variable& variable, const DECL_TYP* source, const DECL_TYP* decl);
-    void EnterTemporary(Unit& unit, uint32_t index);
+    // Whether the declaration at that index is one, and its type.
+    bool IsTemporary(Unit& unit, uint32_t index, IEC_TYPE& type, CgTab::TYP_DSC& dsc);
+    void EnterTemporary(Unit& unit, uint32_t index, IEC_TYPE type, const CgTab::TYP_DSC& dsc);
     void EnterTypeName(const Variable& variable, const char16_t* typeText);
     void Take(const SourceMark& mark) override;
 
@@ -88,9 +94,12 @@ class Translator final : private MarkTaker {
 
     // Fills the user areas of the lines that a table has got since the last time.
     void FillAreas(CgTab::TAB_ID id, const LineOrigin& origin);
+    // That of a line that may have been there before.
+    void FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& origin);
     // The area of the line at `pos`, which moves to the next one. False when memory is short.
     bool FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin);
 
+    const char16_t* QualifyTemporary(Unit& unit, uint32_t index);
     // "Unit.Body.Name", in `text_`.
     const char16_t* Qualify(const char16_t* unit, const char16_t* body, const char16_t* name);
 
@@ -107,6 +116,7 @@ class Translator final : private MarkTaker {
     unsigned char* area_ = nullptr;
 
     const Unit* unit_ = nullptr;  // whose marks are taken
+    bool isAnew_ = false;         // the unit may be in the set
     CLQString text_;
     CLQString lastType_;  // the last of EnterTypeName, and the object that it names
     ID lastNamed_;

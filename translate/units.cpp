@@ -53,13 +53,53 @@ bool Translator::EnterUnit(ID id) {
 }
 
 bool Translator::EnterLoadedUnit(Unit& unit) {
-    if (!EnterDebugRecord(unit) || !EnterComponents(unit) || !EnterTemporaries(unit)) {
+    const int32_t count = unit.declarations ? unit.declarations->GetCount() : 0;
+    if (!unit.components.Take(unit.header, static_cast<uint32_t>(std::max(count, 0)))) {
+        return EndShort();
+    }
+    if ((isAnew_ && !MakeReady(unit)) || !EnterDebugRecord(unit) || !EnterComponents(unit) ||
+        !EnterTemporaries(unit)) {
         return false;
     }
     unit_ = &unit;
     source_.GiveMarks(unit.origin.object, *this);
     unit_ = nullptr;
     return HasMemory();
+}
+
+// Looks for what the set has of the unit, and takes back its labels, when all that comes can be
+// entered.
+bool Translator::MakeReady(Unit& unit) {
+    unit.line = tables_.Look(unit.name, static_cast<CgTab::POU_LINE*>(nullptr), 0);
+    bool isPossible = HasRoom();
+    for (uint32_t i = 0; i < unit.components.AllDeclared().Count() && isPossible; ++i) {
+        IEC_TYPE type = IEC_NO_TYPE;
+        CgTab::TYP_DSC dsc = {};
+        isPossible = !IsTemporary(unit, i, type, dsc) ||
+                     CgTabCompiler::CanReplaceTemporary(tables_, QualifyTemporary(unit, i), type);
+    }
+    if (!HasMemory()) {
+        return false;
+    }
+    if (!isPossible) {
+        out_.outcome = TranslationOutcome::kProject;
+        return false;
+    }
+    text_ = unit.name;
+    text_ += u".";
+    return CgTabCompiler::ResetLabels(tables_, text_) ? HasMemory() : EndShort();
+}
+
+bool Translator::HasRoom() {
+    constexpr int64_t kSurelyFine = 64 * 1024;
+    int64_t used = 0;
+    CgTab::POU_LINE line;
+    for (int32_t pos = 0; tables_.Read(pos, line, 0, nullptr);) {
+        const UnitInfo info = UnitInfo::From(line.info);
+        used += int64_t{info.end} - info.start;
+    }
+    const int64_t abandoned = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP) - used;
+    return abandoned <= kSurelyFine || abandoned < used / 2;
 }
 
 bool Translator::EnterDebugRecord(const Unit& unit) {
@@ -70,6 +110,9 @@ bool Translator::EnterDebugRecord(const Unit& unit) {
         return true;
     }
     const CgTab::DBG_INFO record = {data, static_cast<uint8_t>(std::min(length, kMaxDebugData))};
+    if (isAnew_ && tables_.Look(record, nullptr) >= 0) {
+        return true;
+    }
     if (tables_.Insert(record) < 0) {
         return EndShort();
     }
@@ -80,10 +123,6 @@ bool Translator::EnterDebugRecord(const Unit& unit) {
 // --- Components ----------------------------------------------------------------------------------
 
 bool Translator::EnterComponents(Unit& unit) {
-    const int32_t count = unit.declarations ? unit.declarations->GetCount() : 0;
-    if (!unit.components.Take(unit.header, static_cast<uint32_t>(std::max(count, 0)))) {
-        return EndShort();
-    }
     POU_LIST instances;
     CgTab::POS_DSC range = {};
     const int isEntered =
@@ -222,12 +261,15 @@ bool Translator::EnterUnitLine(const Unit& unit, const CgTab::POS_DSC& range,
     for (const POU_LIST* entry = &instances; entry; entry = entry->next) {
         info.instances += entry->count;
     }
-    if (CgTabCompiler::InsertUnit(tables_, unit.name, info.ToInfo()) < 0) {
+    const bool isEntered = unit.line >= 0
+                               ? CgTabCompiler::ReplaceUnit(tables_, unit.line, info.ToInfo())
+                               : CgTabCompiler::InsertUnit(tables_, unit.name, info.ToInfo()) >= 0;
+    if (!isEntered) {
         Refuse(unit.origin, RefusalReason::kUnitName);
         return HasMemory();
     }
     ++out_.units;
-    FillAreas(CgTab::TAB_POU, unit.origin);
+    FillAreaAnew(CgTab::TAB_POU, unit.line, unit.origin);
     return HasMemory();
 }
 
@@ -235,33 +277,46 @@ bool Translator::EnterUnitLine(const Unit& unit, const CgTab::POS_DSC& range,
 
 bool Translator::EnterTemporaries(Unit& unit) {
     for (uint32_t i = 0; i < unit.components.AllDeclared().Count(); ++i) {
-        const Declared& declared = unit.components.AllDeclared()[i];
-        uint32_t scope = 0;
-        GetAttrOfDecl(declared.decl, POUH_SCOPE, &scope);
-        if (declared.component != 0 && scope == DS_VAR &&
-            unit.components.Of(declared).source == static_cast<int32_t>(i) &&
-            source_.IsTemporary(unit.declarations->GetID(static_cast<int32_t>(i)))) {
-            EnterTemporary(unit, i);
+        IEC_TYPE type = IEC_NO_TYPE;
+        CgTab::TYP_DSC dsc = {};
+        if (IsTemporary(unit, i, type, dsc)) {
+            EnterTemporary(unit, i, type, dsc);
         }
     }
     return HasMemory();
 }
 
-void Translator::EnterTemporary(Unit& unit, uint32_t index) {
+bool Translator::IsTemporary(Unit& unit, uint32_t index, IEC_TYPE& type, CgTab::TYP_DSC& dsc) {
     const Declared& declared = unit.components.AllDeclared()[index];
-    const DECL_TYP* const decl = unit.components.Of(declared).decl;
-    IEC_TYPE type = IEC_NO_TYPE;
-    CgTab::TYP_DSC dsc = {};
-    DeclFault fault = DeclFault::kNone;
-    if (!decl || !CgTabCompiler::DecodeType(tables_, decl, type, dsc, fault)) {
-        return;  // as a component it has been refused
+    uint32_t scope = 0;
+    GetAttrOfDecl(declared.decl, POUH_SCOPE, &scope);
+    if (declared.component == 0 || scope != DS_VAR ||
+        unit.components.Of(declared).source != static_cast<int32_t>(index) ||
+        !source_.IsTemporary(unit.declarations->GetID(static_cast<int32_t>(index)))) {
+        return false;
     }
+    const DECL_TYP* const decl = unit.components.Of(declared).decl;
+    DeclFault fault = DeclFault::kNone;
+    // If not, it is refused as a component.
+    return decl && CgTabCompiler::DecodeType(tables_, decl, type, dsc, fault);
+}
+
+const char16_t* Translator::QualifyTemporary(Unit& unit, uint32_t index) {
+    const Declared& declared = unit.components.AllDeclared()[index];
+    return Qualify(unit.name, u"", pouh::TextOf(declared.decl, POUH_NAME));
+}
+
+void Translator::EnterTemporary(Unit& unit, uint32_t index, IEC_TYPE type,
+                                const CgTab::TYP_DSC& dsc) {
     const Variable variable = VariableAt(unit, index);
-    const char16_t* const name = Qualify(unit.name, u"", pouh::TextOf(declared.decl, POUH_NAME));
-    if (tables_.Insert(name, type, dsc, static_cast<unsigned char>(unit.kind)) < 0) {
+    const char16_t* const name = QualifyTemporary(unit, index);
+    const auto tag = static_cast<unsigned char>(unit.kind);
+    const int32_t pos = isAnew_ ? CgTabCompiler::ReplaceTemporary(tables_, name, type, dsc, tag)
+                                : tables_.Insert(name, type, dsc, tag);
+    if (pos < 0) {
         Refuse(variable, RefusalReason::kTemporary, POUH_NAME);
     }
-    FillAreas(CgTab::TAB_TMP, variable.origin);
+    FillAreaAnew(CgTab::TAB_TMP, isAnew_ ? pos : -1, variable.origin);
 }
 
 void Translator::Take(const SourceMark& mark) {
@@ -269,7 +324,8 @@ void Translator::Take(const SourceMark& mark) {
         return;
     }
     const char16_t* const name = Qualify(unit_->name, mark.body, mark.name);
-    if (tables_.Insert(name, mark.isDefinition ? CgTab::kLabelDefinition : 0) < 0) {
+    const int32_t pos = tables_.Insert(name, mark.isDefinition ? CgTab::kLabelDefinition : 0);
+    if (pos < 0) {
         const bool isLong = text_.GetLength() >= static_cast<int32_t>(kMaxName);
         Refuse({.owner = unit_->origin.object,
                 .object = {},
@@ -278,7 +334,8 @@ void Translator::Take(const SourceMark& mark) {
                 .place = mark.place,
                 .mark = mark.name});
     }
-    FillAreas(CgTab::TAB_LBL, {unit_->origin.object, mark.place});
+    FillAreaAnew(CgTab::TAB_LBL, isAnew_ && mark.isDefinition ? pos : -1,
+                 {unit_->origin.object, mark.place});
 }
 
 const char16_t* Translator::Qualify(const char16_t* unit, const char16_t* body,

@@ -62,6 +62,21 @@ class LQ_DATA_API CgTabCompiler {
     // memory is short.
     static int32_t InsertUnit(CgTab& tables, const char16_t* name, const CgTab::POU_INFO& info);
 
+    // For a unit that is entered once more:
+
+    // Makes the line of a unit at `pos` say `info`. False when there is no such line, or memory is
+    // short.
+    static bool ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info);
+    // Makes the lines of all labels whose names begin with `prefix`, whatever its case, those of
+    // references that nobody uses. False when memory is short.
+    static bool ResetLabels(CgTab& tables, const char16_t* prefix);
+    // Enters a temporary as CgTab::Insert does, but one that is there gets the type, too, and is
+    // not counted. -1 also when it is there with a type whose line has another size.
+    static int32_t ReplaceTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type,
+                                    const CgTab::TYP_DSC& dsc, unsigned char tag);
+    // Whether ReplaceTemporary can, but for memory.
+    static bool CanReplaceTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type);
+
     // The length of a table in bytes; 0 when it is not there.
     static int32_t LengthOf(const CgTab& tables, CgTab::TAB_ID id);
 
@@ -83,7 +98,12 @@ class LQ_DATA_API CgTabCompiler {
     // An array line at `pos`, which moves to the next one: 1, or 0 as CgTab::Read; table 9 is read
     // at positions only. The description in `array` belongs to the set.
     static int ReadArray(CgTab& tables, int32_t& pos, CgTab::ArrDsc& array);
-    // The position of the line of such an array, found or appended; -1 when it is none that a line
-    // can hold, or memory is short.
+    // Appends the line of an array, also when there is an equal one: its position; -1 when a line
+    // cannot hold it, or memory is short.
     static int32_t InsertArray(CgTab& tables, const CgTab::ArrDsc& array);
+
+  private:
+    // The line of a temporary, and whether a type fits in it: `tag` receives where its tag is.
+    LQ_DATA_LOCAL static int32_t FindTemporary(CgTab& tables, const char16_t* name, IEC_TYPE type,
+                                               bool& fits, uint32_t& tagOffset);
 };

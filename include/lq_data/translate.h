@@ -174,6 +174,7 @@ enum class TranslationOutcome : uint8_t {
     kDone,
     kCancelled,  // by the client
     kNoMemory,   // of the library's or the model's, even if it was got over
+    kProject,    // of TranslateUnit: the project is to be translated, into a new set
 };
 
 // What a translation did. Unless it is done, the tables hold what was entered until it ended, of
@@ -224,5 +225,28 @@ class LQ_DATA_API TranslationResult {
 // `client` may be null. One thread at a time: the model's checks and the set's scanner are shared.
 LQ_DATA_API TranslationResult Translate(TranslationSource& source, CgTab& tables,
                                         TranslationClient* client);
+
+// Enters a unit once more, after an edit, into a set that Translate or TranslateUnit filled; a unit
+// that the set does not have is entered for the first time. Nothing else of the project is looked
+// at, no index is built anew. What becomes of what the set had of the unit:
+//
+//   - its section of table 2 is abandoned: the lines stay where they are, and the unit's line,
+//   which
+//     stays as well, names the new section, whose components begin with a use count of 0;
+//   - its labels are reset and entered again: a name that the unit no longer has stays, as that of
+//   a
+//     reference that nobody uses. Its temporaries get their new types, and those that it no longer
+//     has stay; they are not counted again;
+//   - addresses, constants, globals and other names are found again, with the use counts that they
+//     have; but a name of a type counts each time;
+//   - the lines of its arrays are abandoned and appended anew; its debug record is appended when it
+//     says something new.
+//
+// So the set grows. The outcome is kProject, and nothing has been changed, when as much as half of
+// the sections in use has been abandoned, and more than 64 KB; and when a temporary gets a type
+// with a descriptor (of a string, an array, a structure or function block) that had one without, or
+// the other way round. After any other outcome than that and kDone the set is in doubt.
+LQ_DATA_API TranslationResult TranslateUnit(TranslationSource& source, CgTab& tables,
+                                            TranslationClient* client, ID unit);
 
 }  // namespace lq
