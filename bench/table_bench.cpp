@@ -11,8 +11,8 @@
 #include "bench/comparison.h"
 #include "bench/declared_global.h"
 #include "bench/inputs.h"
-#include "cgtab/cgtab_access.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/containers.h"
 #include "lq_data/host/base/streams.h"
 
@@ -103,7 +103,7 @@ void IndexBytes(benchmark::State& state, std::size_t count) {
     for (auto _ : state) {
         constexpr double kSlotBytes = 8;
         const auto pass = [](void*, uint32_t, int32_t) {};
-        const uint32_t slots = CgTabAccess::ViewIndex(*tables, CgTab::TAB_GLB, pass, nullptr);
+        const uint32_t slots = CgTabCompiler::ViewIndex(*tables, CgTab::TAB_GLB, pass, nullptr);
         state.counters["bytes"] = slots * kSlotBytes / static_cast<double>(count);
     }
 }
@@ -125,7 +125,7 @@ void LookUpComponents(benchmark::State& state, std::size_t count) {
     std::vector<CgTab::POS_DSC> units(count);
     for (CgTab::POS_DSC& unit : units) {
         POU_LIST instances;
-        CgTabAccess::AppendCmp(*tables, header, 0, &instances, unit, 1);
+        CgTabCompiler::AppendCmp(*tables, header, 0, &instances, unit, 1);
     }
     std::shuffle(units.begin(), units.end(), std::mt19937(1));
     std::size_t i = 0;

@@ -5,25 +5,12 @@
 
 #include "cgtab/line.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/env/lq_base.h"
 
 namespace lq::cgtab {
 
-// Why a declaration could not be decoded or entered.
-enum class DeclFault : uint8_t {
-    kNone,
-    kNameTooLong,
-    kTypeKind,      // not a kind that the tables hold
-    kTypeName,      // names no type
-    kInitialValue,  // does not read as one constant
-    kStringLength,
-    kArrayType,    // does not read as an array type
-    kAddress,      // does not read as one direct address
-    kScope,        // not a section of globals
-    kTableType,    // a type that no line can hold
-    kTextTooLong,  // for the length field of its line
-    kMemory,       // or a table that cannot take the line
-};
+using lq::DeclFault;
 
 // The texts that the string and array types are read from begin behind the leading word.
 const char16_t* BehindWord(const char16_t* text);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "lq_data/export.h"
 #include "lq_data/memory.h"
 
 namespace lq::cgtab {
@@ -23,7 +24,7 @@ class LineIndex {
     };
 
     LineIndex() = default;
-    ~LineIndex();
+    LQ_DATA_API ~LineIndex();
     LineIndex(const LineIndex&) = delete;
     LineIndex& operator=(const LineIndex&) = delete;
 
@@ -32,7 +33,7 @@ class LineIndex {
     template <typename IsIts>
     Slot* Find(uint32_t hash, IsIts isIts);
     // Enters the first line of a text. False when memory is short.
-    bool Insert(uint32_t hash, int32_t pos);
+    LQ_DATA_API bool Insert(uint32_t hash, int32_t pos);
     // Enters a further line of a text, which lies behind those before. False when memory is short.
     bool Append(Slot& slot, int32_t pos);
     // The last of a text's lines between `start` and `end` (exclusive), or -1.

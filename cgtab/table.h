@@ -80,6 +80,9 @@ class LQ_DATA_LOCAL CgTab::Table {
     // Exchanges `byte` with the one at `offset` behind the length field of a line; the table then
     // stands at the line.
     bool ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte);
+    // Writes bytes over those at `offset` behind the length field of a line, which has them; the
+    // table then stands at the line.
+    bool Overwrite(int32_t linePos, uint32_t offset, const void* bytes, uint32_t count);
 
     // --- Searching ---------------------------------------------------------------------------
 

@@ -108,3 +108,10 @@ bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& 
     return file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
            file_.Write(&replacement, 1) == 1 && file_.Lseek(linePos, 0) == linePos;
 }
+
+bool CgTab::Table::Overwrite(int32_t linePos, uint32_t offset, const void* bytes, uint32_t count) {
+    const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
+    ResUsr_();
+    return file_.Lseek(at, 0) == at && file_.Write(bytes, count) == count &&
+           file_.Lseek(linePos, 0) == linePos;
+}

@@ -84,8 +84,9 @@ else()
   install_pc(lq_data "" "${about}" -Wl,--start-group -llq_data ${host_libraries} -Wl,--end-group
              ${others})
 endif()
+install_pc(lq_data_translate lq_data "${about}: a project to tables" -llq_translate)
 if(LQ_DATA_HOST)
-  install_pc(lq_data_host lq_data "${about}: its host layer" ${host_libraries})
+  install_pc(lq_data_host lq_data_translate "${about}: its host layer" ${host_libraries})
 endif()
 
 # -- Tool -----------------------------------------------------------------------------------------

@@ -64,9 +64,11 @@ bool LoadDeclarations(FLIST* list, LQOBJECT& owner, bool onlyParameters) {
         if (!source || (onlyParameters && !IsParameter(*source))) {
             continue;
         }
-        if (!AddDecl(list, ConvertDeclaration(*source, false), LC_LAST)) {
+        DECL_TYP* const decl = ConvertDeclaration(*source, false);
+        if (!AddDecl(list, decl, LC_LAST)) {
             return false;
         }
+        decl->place = static_cast<uint32_t>(i) + 1;
     }
     return true;
 }
@@ -99,6 +101,10 @@ bool RenewHeader(POU_HEADER_TYP& header) {
 }
 
 }  // namespace lq::pouh
+
+DECL_TYP* LoadDecl(LQOBJECT* source) {
+    return source ? lq::pouh::ConvertDeclaration(*source, false) : nullptr;
+}
 
 LQPOUHDECL* GetRetDecl(const char16_t* name, const char16_t* type) {
     LQPOUHDECL* decl = LQPOUHDECL::CreateObject();

@@ -89,6 +89,10 @@ const char16_t* GetRemarkPointerOfPOUHComment(const POUH_COMMENT_TYP* record) {
     return record->remark ? record->remark->GetText() : u"";
 }
 
+int32_t GetIndexOfDecl(const DECL_TYP* record) {
+    return record ? static_cast<int32_t>(record->place) - 1 : -1;
+}
+
 uint16_t* DecFlags(DECL_TYP* record) {
     return record ? &record->flags : nullptr;
 }

@@ -46,6 +46,7 @@ struct DECL_TYP {
     UNNAMED_TYPE_TYP* type;
     uint16_t word;
     uint16_t flags;
+    uint32_t place;  // among its owner's declarations, from 1; 0 for none
 };
 
 struct UNNAMED_TYPE_TYP {

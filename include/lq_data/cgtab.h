@@ -310,7 +310,8 @@ class LQ_DATA_API CgTab {
     int32_t MarkPouDeleted(int32_t pos, uint16_t attr, int flag);
 
   private:
-    friend class CgTabAccess;
+    friend class CgTabAccess;    // the tests'
+    friend class CgTabCompiler;  // cgtab_compiler.h
 
     struct LookTyp;
     struct Line;

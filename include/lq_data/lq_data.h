@@ -2,6 +2,7 @@
 #pragma once
 
 #include "lq_data/cgtab.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/containers.h"
 #include "lq_data/frame.h"
 #include "lq_data/handles.h"
@@ -12,6 +13,7 @@
 #include "lq_data/record_file.h"
 #include "lq_data/records.h"
 #include "lq_data/scanner.h"
+#include "lq_data/translate.h"
 #include "lq_data/types.h"
 
 #if __has_include("lq_data/host/base/streams.h")
@@ -28,5 +30,6 @@
 #endif
 #if __has_include("lq_data/host/model/project.h")
 #include "lq_data/host/model/project.h"
+#include "lq_data/host/model/translation_source.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #endif

@@ -194,6 +194,10 @@ LQ_DATA_API DECL_TYP* CreateDecl();
 LQ_DATA_API int DestroyDecl(DECL_TYP* record);
 LQ_DATA_API int GetAttrOfDecl(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag, void* value);
 LQ_DATA_API int SetAttrOfDecl(DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag, const void* value);
+// Which of its owner's declarations a loader made the record from: the index in the selection of
+// the object that holds them. -1 for a parameter that no declaration stands for (the result of a
+// function, EN, ENO), a record that no loader of a list made, and null.
+LQ_DATA_API int32_t GetIndexOfDecl(const DECL_TYP* record);
 // The flag word (POUH_DECLFLAGS) in place; null for null.
 LQ_DATA_API uint16_t* DecFlags(DECL_TYP* record);
 
@@ -347,6 +351,11 @@ LQ_DATA_API int LoadInterface(POUH_DECL_LIST_TYP* list, LQPOU* pou);
 // null. The list that it held before is replaced and not destroyed; it stays when the model does
 // not know the object.
 LQ_DATA_API int LoadSelectedSymbolTable(SYMBOL_TABLE_TYP* table, ID id);
+
+// A new record of one declaration, an object that LQDECLMAN::Get made; both are the caller's. For
+// who goes through a long list without holding the records of all. Null for null, and when memory
+// is short.
+LQ_DATA_API DECL_TYP* LoadDecl(LQOBJECT* source);
 
 // Returns 1 and does nothing.
 LQ_DATA_API int LoadSymbolTable(SYMBOL_TABLE_TYP* table);

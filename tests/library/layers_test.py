@@ -16,6 +16,7 @@ BELOW = {
     "scanner": ["frame"],
     "pouh": ["frame"],
     "cgtab": ["pouh"],
+    "translate": ["cgtab"],
     "host/framework": ["frame", "host/text"],
     "host/text": ["include"],
     "host/resources": ["host/framework"],
@@ -26,7 +27,7 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
-    "tools/lq": ["host/plcopen", "host/base", "cgtab", "scanner"],
+    "tools/lq": ["host/plcopen", "host/base", "translate", "scanner"],
     "tools/report": ["tools/lq"],
 }
 

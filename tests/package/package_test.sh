@@ -97,9 +97,21 @@ own_model() {
   check_flags "$work-$case/compile_commands.json" own_model/main.cpp
   ! grep BUILD_SHARED_LIBS "$work-$case/CMakeCache.txt" || fail "the parent's choice was changed"
   quietly cmake --build "$work-$case"
-  "$work-$case/own_model" | expect 'Running: type 0, constant at 0
-Speed: type 2, constant at 25
-Level: type 9, constant at 48'
+  "$work-$case/own_model" "$work-$case/own.lqt" | expect '5 of 5 declarations, 1 units'
+  # The host's model of the same project gives the same tables.
+  cat >"$work-$case/own.xml" <<'END'
+<project xmlns="http://www.plcopen.org/xml/tc6_0201"><types><dataTypes/><pous>
+<pou name="Main" pouType="program"><interface><externalVars>
+<variable name="Speed"><type><INT/></type></variable></externalVars><localVars>
+<variable name="Peaks"><type><array><dimension lower="1" upper="3"/><baseType><REAL/></baseType></array></type></variable>
+</localVars></interface></pou></pous></types><instances><configurations><configuration name="C"><globalVars>
+<variable name="Running"><type><BOOL/></type><initialValue><simpleValue value="FALSE"/></initialValue></variable>
+<variable name="Speed"><type><INT/></type><initialValue><simpleValue value="1500"/></initialValue></variable>
+<variable name="Level"><type><REAL/></type><initialValue><simpleValue value="0.75"/></initialValue></variable>
+</globalVars></configuration></configurations></instances></project>
+END
+  quietly "$build/bin/lq" translate "$work-$case/own.xml" -o "$work-$case/host.lqt"
+  cmp "$work-$case/own.lqt" "$work-$case/host.lqt" || fail "the models' tables differ"
   quietly cmake --install "$work-$case" --prefix "$work-$case/prefix"
   [ ! -e "$work-$case/prefix" ] || fail "a subproject installs"
 }

@@ -1,8 +1,8 @@
 #include "tools/lq/line_bytes.h"
 
 #include "cgtab/bytes.h"
-#include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/env/lq_base.h"
 
 namespace lq::tool {
@@ -61,7 +61,7 @@ void TakeTemporary(ByteCursor& line, LineLinks& links) {
 
 std::string BytesOf(CgTab& tables, CgTab::TAB_ID id) {
     StringStream stream;
-    stream.bytes.reserve(static_cast<size_t>(CgTabAccess::LengthOf(tables, id)));
+    stream.bytes.reserve(static_cast<size_t>(CgTabCompiler::LengthOf(tables, id)));
     tables.Put(id, stream);
     return std::move(stream.bytes);
 }

@@ -4,8 +4,8 @@
 #include <type_traits>
 
 #include "cgtab/bytes.h"
-#include "cgtab/cgtab_access.h"
 #include "frame/in_order.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
@@ -29,7 +29,7 @@ std::string NameOf(CgTab& tables, CgTab::TAB_ID id, int32_t pos, const char16_t 
         return EncodeUtf8(name);
     }
     char16_t whole[kMaxName] = {};
-    CgTabAccess::WholeName(tables, id, pos, whole, kMaxName);
+    CgTabCompiler::WholeName(tables, id, pos, whole, kMaxName);
     return EncodeUtf8(whole);
 }
 
@@ -135,7 +135,7 @@ bool ReadArray(CgTab& tables, int32_t& pos, Row& row) {
     ArrInfo info;
     CgTab::ArrDsc array = {&info, 0};
     int32_t next = pos;
-    if (!CgTabAccess::ReadArray(tables, next, array)) {
+    if (!CgTabCompiler::ReadArray(tables, next, array)) {
         return false;
     }
     Add(row, ArrayText(array), info.total.magnitude);
@@ -205,7 +205,7 @@ bool RowReader::Read(int32_t& pos) {
 }
 
 int32_t RowReader::End() const {
-    return CgTabAccess::LengthOf(tables_, id_);
+    return CgTabCompiler::LengthOf(tables_, id_);
 }
 
 bool ReportDamage(const std::string& input, CgTab::TAB_ID id, std::optional<int32_t> damagedAt) {

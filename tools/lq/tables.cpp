@@ -4,7 +4,7 @@
 #include <new>
 
 #include "cgtab/bytes.h"
-#include "cgtab/cgtab_access.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 
@@ -103,18 +103,18 @@ std::unique_ptr<CgTab> NewTables() {
 TableExtent ExtentOf(CgTab& tables, CgTab::TAB_ID id) {
     LineCounter counter;
     tables.Put(id, counter);
-    return {counter.lines, CgTabAccess::LengthOf(tables, id)};
+    return {counter.lines, CgTabCompiler::LengthOf(tables, id)};
 }
 
 std::vector<UnitSection> SectionsOf(CgTab& tables) {
     std::vector<UnitSection> sections;
-    const int32_t length = CgTabAccess::LengthOf(tables, CgTab::TAB_POU);
+    const int32_t length = CgTabCompiler::LengthOf(tables, CgTab::TAB_POU);
     for (int32_t pos = 0; pos < length;) {
         const int32_t at = pos;
         CgTab::POU_LINE line;
         char16_t name[256];
         if (!tables.Read(pos, line, 0, nullptr) ||
-            !CgTabAccess::WholeName(tables, CgTab::TAB_POU, at, name, std::size(name))) {
+            !CgTabCompiler::WholeName(tables, CgTab::TAB_POU, at, name, std::size(name))) {
             break;
         }
         sections.push_back({at, host::EncodeUtf8(name), UnitInfo::From(line.info)});

@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cgtab/cgtab_access.h"
 #include "cgtab/table_traits.h"
 #include "frame/in_order.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
@@ -392,7 +392,7 @@ class ReportWriter {
         const auto take = [](void* context, uint32_t slot, int32_t) {
             static_cast<IndexRuns*>(context)->Take(slot);
         };
-        const uint32_t size = CgTabAccess::ViewIndex(tables_, id, take, &runs);
+        const uint32_t size = CgTabCompiler::ViewIndex(tables_, id, take, &runs);
         return size == 0 ? Json(nullptr) : runs.ToJson(size);
     }
 

@@ -1,0 +1,413 @@
+// lq::Translate on projects of the host's model. What it enters, byte for byte, the tests of the
+// tool show, and the package's that a model of one's own gets the same.
+#include "lq_data/translate.h"
+
+#include <map>
+
+#include "lq_data/cgtab_compiler.h"
+#include "lq_data/host/model/translation_source.h"
+#include "tests/cgtab/tables_util.h"
+#include "tests/pouh/load_test_util.h"
+#include "tests/support/memory_jobs.h"
+
+namespace lq::test {
+namespace {
+
+using pouh::kExternal;
+using pouh::kInput;
+using pouh::kLocal;
+using pouh::LoadedProject;
+
+constexpr host::Section kTemp = {host::Scope::kTemp};
+
+// Declarations get the lines 1, 2 ... in the order of their entry, behind those of the standard
+// blocks, and columns ten times as far.
+class SmallProject : public LoadedProject {
+  public:
+    SmallProject() : list(AddGlobals()), unit(AddPouNamed(u"Unit")) {}
+
+    void Declare(ID owner, const char16_t* name, const char16_t* type,
+                 host::Section section = kLocal, const char16_t* init = u"",
+                 const char16_t* address = u"") {
+        host::Declaration declaration;
+        declaration.owner = owner;
+        declaration.name = name;
+        declaration.type = type;
+        declaration.section = section;
+        declaration.initValue = init;
+        declaration.address = address;
+        declaration.line = Line() + 1;
+        declaration.column = declaration.line * 10;
+        AddDeclaration(declaration);
+    }
+
+    // Of the last declaration.
+    uint32_t Line() const { return static_cast<uint32_t>(Declarations().size() - standard_); }
+
+    void AddBody(const std::vector<host::Mark>& labels) {
+        host::Body& body = EditPou(unit)->bodies.emplace_back();
+        body.name = u"Act";
+        body.labels = labels;
+    }
+
+    const ID list;
+    const ID unit;
+
+  private:
+    const size_t standard_ = Declarations().size();
+};
+
+// A bit of everything: each table gets a line.
+class WholeProject : public SmallProject {
+  public:
+    WholeProject() {
+        AddVar(AddStructure(u"Point"), u"x", u"Point");
+        Declare(list, u"Speed", u"INT", pouh::kGlobal, u"1500", u"%QW4");
+        Declare(list, u"Points", u"ARRAY [1..3] OF Point", pouh::kGlobal);
+        Declare(unit, u"Inner", u"REAL", kLocal, u"0.5");
+        Declare(unit, u"Half", u"REAL", kInput, u"0.5");
+        Declare(unit, u"Short", u"ARRAY [0..9] OF INT", kTemp);
+        Declare(unit, u"Speed", u"INT", kExternal);
+        Declare(unit, u"A_name_of_more_than_thirty_two_characters", u"Point");
+        AddBody({{u"L1", 30}});
+        EditPou(unit)->bodies.back().jumps.push_back({u"L1", 40});
+    }
+};
+
+// Fills user areas with the line's place and as many bytes as there are, and keeps who asked.
+class Client : public TranslationClient {
+  public:
+    bool GoesOn(uint32_t declarations) override { return declarations < cancelAt; }
+    void FillUserArea(CgTab::TAB_ID table, const LineOrigin& origin, unsigned char* area,
+                      uint32_t size) override {
+        EXPECT_EQ(Hex(area, size), Hex(std::vector<unsigned char>(size).data(), size));
+        std::fill(area, area + size, static_cast<unsigned char>(origin.place.line));
+        lines[table] += std::to_string(origin.place.line) + " ";
+    }
+    uint32_t FillDebugRecord(const LineOrigin&, const char16_t* name, uint32_t kind,
+                             unsigned char* data) override {
+        data[0] = static_cast<unsigned char>(name[0]);
+        data[1] = static_cast<unsigned char>(kind);
+        return 2;
+    }
+
+    uint32_t cancelAt = UINT32_MAX;
+    std::map<int, std::string> lines;  // of each table's user areas
+};
+
+std::string Row(const std::u16string& name, RefusalReason reason, DeclFault fault,
+                POUH_ATTRIBUTE_FLAG attribute, SourcePlace place) {
+    std::string row = Ascii(name.c_str());
+    for (const unsigned number : {static_cast<unsigned>(reason), static_cast<unsigned>(fault),
+                                  unsigned{attribute}, place.line, place.column}) {
+        row += " " + std::to_string(number);
+    }
+    return row + "\n";
+}
+
+TEST(Translate, RefusesWithReasonAttributeAndPlace) {
+    using enum RefusalReason;
+    using Fault = DeclFault;
+    const std::u16string longName(256, u'n');
+    SmallProject project;
+    const ID units[] = {project.unit, project.AddPouNamed(longName.c_str()), ID(7)};
+    const struct {
+        ID owner;
+        const char16_t* name;
+        const char16_t* type;
+        host::Section section;
+        RefusalReason reason;
+        DeclFault fault;
+        POUH_ATTRIBUTE_FLAG attribute;
+        const char16_t* init = u"";
+        const char16_t* address = u"";
+    } declared[] = {
+        {project.list, u"1x", u"INT", pouh::kGlobal, kNoIdentifier, Fault::kNone, POUH_NAME},
+        {project.list, u"FINE", u"INT", pouh::kGlobal, kGlobalTwice, Fault::kNone, POUH_NAME},
+        {project.list, u"a", u"Nothing", pouh::kGlobal, kDeclaration, Fault::kTypeName, POUH_TYPE},
+        {project.list, u"b", u"INT", pouh::kGlobal, kDeclaration, Fault::kInitialValue,
+         POUH_INITVALUE, u"1 2"},
+        {project.list, u"c", u"INT", pouh::kGlobal, kDeclaration, Fault::kAddress, POUH_ADDRESS,
+         u"", u"QW4"},
+        {project.list, u"d", u"ANY_INT", pouh::kGlobal, kDeclaration, Fault::kTableType, POUH_TYPE},
+        {project.unit, u"2x", u"INT", kTemp, kNoIdentifier, Fault::kNone, POUH_NAME},
+        {project.unit, u"2X", u"INT", kTemp, kComponentTwice, Fault::kNone, POUH_NAME},
+        {project.unit, u"local", u"INT", kInput, kComponentTwice, Fault::kNone, POUH_NAME},
+        {project.unit, u"Missing", u"INT", kExternal, kNoGlobal, Fault::kNone, POUH_NAME},
+        {project.unit, u"e", u"Nothing", kTemp, kDeclaration, Fault::kTypeName, POUH_TYPE},
+    };
+    project.Declare(project.list, u"Fine", u"INT", pouh::kGlobal, u"1");
+    project.Declare(project.unit, u"Local", u"INT");
+    std::string expected;
+    for (const auto& d : declared) {
+        project.Declare(d.owner, d.name, d.type, d.section, d.init, d.address);
+        expected +=
+            Row(d.name, d.reason, d.fault, d.attribute, {project.Line(), project.Line() * 10});
+    }
+    project.AddBody({{u"L1", 30, 300},
+                     {u"l1", 31, 310},
+                     {&longName[9], 32, 320}});  // too long behind "Unit.Act."
+    expected += Row(u"Unit/l1", kLabelTwice, Fault::kNone, POUH_NAME, {31, 310});
+    expected += Row(u"Unit/" + longName.substr(9), kLabelName, Fault::kNone, POUH_NAME, {32, 320});
+    expected += Row(longName + u"/", kUnitName, Fault::kNone, POUH_DECLLIST, {});
+    expected += Row(u"/", kUnit, Fault::kNone, POUH_DECLLIST, {});  // the model has no such object
+
+    struct Source : host::ProjectSource {
+        using ProjectSource::ProjectSource;
+        const LQSELECTION* GetUnits() override { return &units; }
+        IdSelection units;
+    } source(project);
+    source.units = IdSelection(units, 3);
+    const auto tables = NewTables();
+    const TranslationResult result = Translate(source, *tables, nullptr);
+    std::string refused;
+    for (const TranslationRefusal& refusal : result) {
+        const std::u16string name = refusal.object != ID()
+                                        ? project.NameOf(refusal.object)
+                                        : std::u16string(project.NameOf(refusal.owner)) + u"/" +
+                                              (refusal.mark ? refusal.mark : u"");
+        refused += Row(name, refusal.reason, refusal.fault, refusal.attribute, refusal.place);
+    }
+    EXPECT_EQ(refused, expected);
+    EXPECT_EQ(result.outcome, TranslationOutcome::kDone);
+    EXPECT_EQ(result.declarations, 13u);
+    EXPECT_EQ(result.entered, 2u);
+    EXPECT_EQ(result.units, 1u);
+}
+
+// Areas of every size, and none; lines that were there before keep theirs.
+TEST(Translate, FillsTheUserAreasOfNewLines) {
+    WholeProject project;
+    host::ProjectSource source(project);
+    uint32_t sizes[CgTab::kUserTables] = {1, 2, 3, 4, 5, 6, 7, 0, 9};
+    int ok = 0;
+    CgTab tables(ok, &sizes);
+    CgTab bare(ok, nullptr);
+    Lit before;
+    ASSERT_TRUE(before.SetText(u"77") && before.val.Set(before.text, 0));
+    tables.Insert(before);
+    bare.Insert(before);
+    Client client;
+    const TranslationResult result = Translate(source, tables, &client);
+    EXPECT_EQ(result.GetRefusalCount(), 0u);
+    EXPECT_EQ(result.entered, 7u);
+    const std::map<int, std::string> lines = {
+        {CgTab::TAB_DBG, "0 "},   {CgTab::TAB_POU, "0 "},   {CgTab::TAB_CMP, "5 7 4 6 8 "},
+        {CgTab::TAB_GLB, "2 3 "}, {CgTab::TAB_ADR, "2 3 "}, {CgTab::TAB_CST, "2 3 5 "},
+        {CgTab::TAB_LBL, "30 "},  {CgTab::TAB_DMM, "3 "}};
+    EXPECT_EQ(client.lines, lines);
+
+    // The bytes are there, and nothing else depends on them.
+    MEMSTREAM_A areas;
+    EXPECT_EQ(tables.PutUsr(CgTab::TAB_CST, areas), 4 * 6);
+    EXPECT_EQ(Hex(areas.GetData(), 24),
+              "00 00 00 00 00 00 02 02 02 02 02 02 03 03 03 03 03 03 "
+              "05 05 05 05 05 05");
+    struct Debug : TranslationClient {
+        uint32_t FillDebugRecord(const LineOrigin& origin, const char16_t* name, uint32_t kind,
+                                 unsigned char* data) override {
+            return Client().FillDebugRecord(origin, name, kind, data);
+        }
+    } debug;
+    EXPECT_EQ(Translate(source, bare, &debug).entered, 7u);
+    for (const CgTab::TAB_ID id : {CgTab::TAB_TMP, CgTab::TAB_ARR}) {
+        EXPECT_EQ(ImageOf(tables, id), ImageOf(bare, id));
+    }
+    CgTab::POU_LINE unit;
+    ASSERT_EQ(bare.Look(u"UNIT", &unit, 0), 0);
+    const UnitInfo info = UnitInfo::From(unit.info);
+    EXPECT_EQ(info.start, 0u);
+    EXPECT_EQ(static_cast<int32_t>(info.end), CgTabCompiler::LengthOf(bare, CgTab::TAB_CMP));
+    EXPECT_EQ(info.lines, 5u);
+    EXPECT_EQ(info.kind, PT_PROGRAM);
+    EXPECT_EQ(info.instances, 1u);
+}
+
+TEST(Translate, EndsWhenTheClientSaysSo) {
+    WholeProject project;
+    host::ProjectSource source(project);
+    for (const uint32_t at : {1u, 2u, 5u}) {
+        const auto tables = NewTables();
+        Client client;
+        client.cancelAt = at;
+        const TranslationResult result = Translate(source, *tables, &client);
+        EXPECT_EQ(result.outcome, TranslationOutcome::kCancelled);
+        EXPECT_EQ(result.declarations, at);
+        EXPECT_EQ(result.units, 0u);
+    }
+}
+
+// What a set says of a unit, without positions: its components, labels and temporaries.
+std::string Said(CgTab& tables, const char16_t* name) {
+    std::string said;
+    CgTab::POU_LINE unit;
+    CgTab::CMP_LINE component;
+    CgTab::LBL_LINE label;
+    CgTab::TMP_LINE temporary;
+    if (tables.Look(name, &unit, 0) < 0) {
+        return said;
+    }
+    const UnitInfo info = UnitInfo::From(unit.info);
+    const auto add = [&said](const char16_t* text, auto... numbers) {
+        said += Ascii(text);
+        ((said += " " + std::to_string(numbers)), ...);
+    };
+    uint32_t line = 0;
+    add(u"", info.lines, info.kind, info.instances, info.end - info.start);
+    for (auto pos = static_cast<int32_t>(info.start); pos < static_cast<int32_t>(info.end);) {
+        EXPECT_TRUE(tables.Read(pos, component, 0, &line));
+        CgTab::CstLine constant;
+        int32_t at = component.cstLine;
+        const bool hasValue = at >= 0 && tables.Read(at, constant, 0, nullptr);
+        add(component.name, component.scope, int{component.type}, component.count, line);
+        add(hasValue ? constant.text : u"");
+    }
+    for (int32_t pos = 0; tables.Read(pos, label, 0, &line);) {
+        const bool isIts = std::u16string_view(label.name).starts_with(name);
+        if (isIts && (label.count != 0 || label.info != 0)) {
+            add(label.name, label.info, label.count, line);
+        }
+    }
+    for (int32_t pos = 0; tables.Read(pos, temporary, 0, &line);) {
+        if (std::u16string_view(temporary.name).starts_with(name)) {
+            add(temporary.name, int{temporary.type}, temporary.count, line);
+        }
+    }
+    return said;
+}
+
+std::unique_ptr<CgTab> Translated(host::Project& project) {
+    auto tables = NewTables(4);
+    host::ProjectSource source(project);
+    Client client;
+    EXPECT_EQ(Translate(source, *tables, &client).outcome, TranslationOutcome::kDone);
+    return tables;
+}
+
+int64_t SizeOf(const CgTab& tables) {
+    int64_t size = 0;
+    for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
+        size += CgTabCompiler::LengthOf(tables, static_cast<CgTab::TAB_ID>(id));
+    }
+    return size;
+}
+
+TEST(TranslateUnit, SaysWhatAFreshSetSays) {
+    WholeProject project;
+    project.Declare(project.AddPouNamed(u"Other"), u"Half", u"REAL", kLocal, u"0.5");
+    auto tables = Translated(project);
+    host::ProjectSource source(project);
+    const std::string other = Said(*tables, u"Other");
+    const auto enter = [&](ID unit) {
+        Client client;
+        const TranslationResult result = TranslateUnit(source, *tables, &client, unit);
+        EXPECT_EQ(result.GetRefusalCount(), 0u);
+        EXPECT_TRUE(CgTabAccess::Check(*tables));
+        return result.outcome;
+    };
+    const int32_t pos = tables->Look(u"Unit", static_cast<CgTab::POU_LINE*>(nullptr), 0);
+    const std::string before = Said(*tables, u"Unit");
+    EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
+    EXPECT_EQ(Said(*tables, u"Unit"), before) << "without an edit";
+
+    // Others in the place of the declarations, of the temporary's type and of the labels.
+    host::Pou& unit = *project.EditPou(project.unit);
+    unit.declarations.clear();
+    unit.bodies.clear();
+    project.Declare(project.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
+    project.Declare(project.unit, u"Third", u"INT", kLocal, u"33");
+    project.Declare(project.unit, u"inner", u"WORD");
+    project.AddBody({{u"L2", 50}});
+    unit.bodies.back().jumps.assign(3, {u"L2", 51});
+    EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
+    const auto fresh = Translated(project);
+    EXPECT_EQ(Said(*tables, u"Unit"), Said(*fresh, u"Unit"));
+    EXPECT_EQ(tables->Look(u"Unit", static_cast<CgTab::POU_LINE*>(nullptr), 0), pos);
+    EXPECT_EQ(Said(*tables, u"Other"), other);
+    for (const CgTab::TAB_ID id : {CgTab::TAB_DBG, CgTab::TAB_GLB, CgTab::TAB_ADR}) {
+        EXPECT_EQ(ImageOf(*tables, id), ImageOf(*fresh, id));
+    }
+
+    // A type of another size has no room in the temporary's line: nothing is changed.
+    const std::string now = Said(*tables, u"Unit");
+    unit.declarations.clear();
+    project.Declare(project.unit, u"Short", u"REAL", kTemp);
+    const int64_t size = SizeOf(*tables);
+    EXPECT_EQ(enter(project.unit), TranslationOutcome::kProject);
+    EXPECT_EQ(Said(*tables, u"Unit"), now);
+    EXPECT_EQ(SizeOf(*tables), size);
+
+    // A unit that the set does not have yet.
+    const ID added = project.AddPouNamed(u"Added");
+    project.Declare(added, u"x", u"INT");
+    EXPECT_EQ(enter(added), TranslationOutcome::kDone);
+    EXPECT_EQ(Said(*tables, u"Added"), Said(*Translated(project), u"Added"));
+}
+
+TEST(TranslateUnit, NeverMakesASetTwiceAsLargeAsAFreshOne) {
+    SmallProject project;
+    for (int i = 0; i < 500; ++i) {
+        const std::u16string name = u"V" + pouh::Number(i);
+        project.Declare(project.unit, project.Intern(name),
+                        i % 3 ? u"INT" : u"ARRAY [0..9] OF INT");
+        project.Declare(project.list, project.Intern(u"G" + name), u"INT", pouh::kGlobal);
+    }
+    host::ProjectSource source(project);
+    auto tables = Translated(project);
+    const int64_t fresh = SizeOf(*tables);
+    int32_t renewed = 0;
+    for (int i = 0; i < 200; ++i) {
+        if (TranslateUnit(source, *tables, nullptr, project.unit).outcome ==
+            TranslationOutcome::kProject) {
+            tables = Translated(project);
+            ++renewed;
+        }
+        ASSERT_LT(SizeOf(*tables), 2 * fresh + 128 * 1024);
+    }
+    EXPECT_GT(renewed, 10);
+    EXPECT_LT(renewed, 100);
+}
+
+TEST(Translate, TellsWantOfMemory) {
+    WholeProject project;
+    project.Declare(project.list, u"1x", u"INT", pouh::kGlobal);
+    project.Declare(project.unit, u"2x", u"INT");
+    project.AddBody({{u"L1", 1}});
+    RunWithFailures({"translate", [&project] {
+                         return [&project]() -> std::string {
+                             int ok = 0;
+                             uint32_t sizes[CgTab::kUserTables] = {0, 4, 4, 4, 4, 4, 4, 4, 4};
+                             CgTab tables(ok, &sizes);
+                             host::ProjectSource source(project);
+                             Client client;
+                             if (!ok) {
+                                 return kShort;
+                             }
+                             const TranslationResult result = Translate(source, tables, &client);
+                             MEMSTREAM_A image;
+                             if (result.outcome != TranslationOutcome::kDone ||
+                                 !tables.Save(image)) {
+                                 return kShort;
+                             }
+                             return std::to_string(result.GetRefusalCount()) + ": " +
+                                    Hex(image.GetData(), static_cast<size_t>(image.GetSize()));
+                         };
+                     }});
+    // On the same set: what failed is whole the next time.
+    RunWithFailures({"translate a unit", [&project]() -> Attempt {
+                         const std::shared_ptr<CgTab> tables = Translated(project);
+                         return [&project, tables]() -> std::string {
+                             host::ProjectSource source(project);
+                             Client client;
+                             EXPECT_TRUE(CgTabAccess::Check(*tables));
+                             const TranslationResult result =
+                                 TranslateUnit(source, *tables, &client, project.unit);
+                             return result.outcome == TranslationOutcome::kDone
+                                        ? std::to_string(result.GetRefusalCount())
+                                        : kShort;
+                         };
+                     }});
+}
+
+}  // namespace
+}  // namespace lq::test
