@@ -20,7 +20,7 @@ set(headers_of_host
     words/words.h)
 if(LQ_DATA_HOST)
   list(APPEND headers_of_host model/flat_index.h model/project.h model/objects.h model/section.h
-       model/text_pool.h plcopen/plcopen.h)
+       model/text_pool.h plcopen/plcopen.h symbols/symbols.h)
 endif()
 
 # -- Libraries and headers ------------------------------------------------------------------------
@@ -83,7 +83,7 @@ set(about "Data and model library of a programming environment for IEC 61131-3")
 set(host_libraries)
 set(others)
 if(LQ_DATA_HOST)
-  set(host_libraries -llq_host_plcopen -llq_host_model -llq_host_base)
+  set(host_libraries -llq_host_plcopen -llq_host_symbols -llq_host_model -llq_host_base)
   set(others -lexpat -linih -ldl)
 elseif(LQ_DATA_HOST_BASE)
   set(host_libraries -llq_host_words -llq_host_base)
@@ -100,7 +100,8 @@ else()
              ${others})
 endif()
 if(LQ_DATA_HOST)
-  install_pc(lq_data_host lq_data "${about}: its host layer" ${host_libraries})
+  # Programs that do not call the library themselves need it, too, since the host layer does.
+  install_pc(lq_data_host lq_data "${about}: its host layer" -Wl,--no-as-needed ${host_libraries})
 endif()
 
 # -- Tool -----------------------------------------------------------------------------------------
