@@ -1,5 +1,6 @@
 #include "tools/lq/project_input.h"
 
+#include <algorithm>
 #include <istream>
 #include <streambuf>
 
@@ -10,6 +11,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/suggestion.h"
 
 namespace lq::tool {
 
@@ -96,6 +98,51 @@ int ReadAndReport(const std::string& path, host::Project& project) {
         PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
+}
+
+int ReadAndReport(const std::vector<std::string>& projects,
+                  const std::vector<std::string>& libraries, bool checkLibraries,
+                  host::Project& project) {
+    std::vector<std::string> inputs = projects;
+    inputs.insert(inputs.end(), libraries.begin(), libraries.end());
+    RefuseInputTwice(inputs);
+    int status = kDone;
+    for (const std::string& path : projects) {
+        status = std::max(status, ReadAndReport(path, project));
+    }
+    for (const std::string& path : libraries) {
+        std::vector<host::Report> reports;
+        InputBuffer source(path, kMaxProject);
+        const std::string_view beginning = source.Peek();
+        if (CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
+            throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
+        }
+        ReadProject(source, path, project, reports);
+        project.CountAsLibrary();
+        for (const host::Report& report : reports) {
+            if (checkLibraries) {
+                PrintMessage(report);
+                status = kInputHasFaults;
+            }
+        }
+    }
+    return status;
+}
+
+std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes) {
+    Suggestion nearest(name);
+    for (const host::Pou& pou : project.Pous()) {
+        nearest.Consider(host::EncodeUtf8(pou.name));
+    }
+    for (const host::DataType& type : project.DataTypes()) {
+        if (withTypes) {
+            nearest.Consider(host::EncodeUtf8(type.name));
+        }
+    }
+    return Say(withTypes ? host::Message("no unit or data type is called '{}'")
+                         : host::Message("no unit is called '{}'"),
+               name) +
+           nearest.Text();
 }
 
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {
