@@ -59,6 +59,7 @@ void Expansion::Run(const Symbol& variable, Scope scope) {
 
 Expansion::Target Expansion::Resolve(u16string_view text) const {
     Target target;
+    ID first;
     for (std::size_t depth = 0; depth < kMostDepth; ++depth) {
         target.text = text;
         target.type = ReadTypeText(text);
@@ -80,9 +81,14 @@ Expansion::Target Expansion::Resolve(u16string_view text) const {
             target.unexpanded = Unexpanded::kUnknownType;
             return target;
         }
+        if (id == first) {
+            target.unexpanded = Unexpanded::kRecursive;
+            return target;
+        }
+        first = first == ID() ? id : first;
         text = type->baseType;
     }
-    target.unexpanded = Unexpanded::kRecursive;
+    target.unexpanded = Unexpanded::kDepth;
     return target;
 }
 
@@ -90,8 +96,9 @@ Expansion::Target Expansion::Resolve(u16string_view text) const {
 Expansion::Target Expansion::Innermost(u16string_view text) const {
     Target target = Resolve(text);
     for (std::size_t depth = 0; target.type.kind == Kind::kArray; ++depth) {
-        if (depth == kMostDepth) {
-            target.unexpanded = Unexpanded::kRecursive;
+        const bool isSame = target.type.rest.data() == text.data();  // it leads to itself
+        if (isSame || depth == kMostDepth) {
+            target.unexpanded = isSame ? Unexpanded::kRecursive : Unexpanded::kDepth;
             return target;
         }
         target = Resolve(target.type.rest);
@@ -125,6 +132,9 @@ Unexpanded Expansion::Obstacle(const Item& item, const Target& target) const {
 void Expansion::Visit(Item item) {
     const Target target = Resolve(item.symbol.type);
     const bool isArray = target.type.kind == Kind::kArray;
+    if (isArray && target.type.rest.empty()) {
+        return Take(item, target, Unexpanded::kBounds);
+    }
     const Target inner = isArray ? Innermost(target.type.rest) : target;
     const bool isElementary = inner.type.kind == Kind::kElementary;
     if (isElementary || inner.unexpanded != Unexpanded::kNone) {

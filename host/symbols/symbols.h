@@ -18,12 +18,12 @@ enum class Unexpanded : uint8_t {
     kUnknownType,  // no data type and no function block has the type's name
     kRecursive,    // the type contains itself
     kReference,    // an in-out or external variable: the members are those of another one
-    kBounds,       // the array's bounds are not whole numbers, or out of order
-    kElements,     // an array of more than kMostElements elements
-    kDepth,        // in more than kMostDepth types and arrays
-    kMembers,      // the variable has had kMostMembers members
-    kNameless,     // a structure without a name
-    kEmpty,        // the type has no members
+    kBounds,  // the array's bounds are not whole numbers in their order, or it has no element type
+    kElements,  // an array of more than kMostElements elements
+    kDepth,     // in more than kMostDepth types and arrays
+    kMembers,   // the variable has had kMostMembers members
+    kNameless,  // a structure without a name
+    kEmpty,     // the type has no members
 };
 
 inline constexpr std::size_t kMostElements = 1000;

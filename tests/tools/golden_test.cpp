@@ -66,6 +66,8 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"pou_structure.txt", "pou plant.xml Recipe", 0},
         Golden{"tasks.txt", "tasks plant.xml", 0}, Golden{"symbols.txt", "symbols plant.xml", 0},
         Golden{"symbols_expanded.txt", "symbols symbols.xml --expand 2>/dev/null", 1},
+        Golden{"symbols_cells.txt",
+               "symbols cells.xml -e | cut -f 1,11 | LC_ALL=C sort | uniq -c | tr -s ' '", 0},
         Golden{"symbols_name.csv",
                "symbols symbols.xml --csv --bom --no-formulas -d ';' -s name 2>/dev/null", 1},
         Golden{"symbols_address.txt",
@@ -135,7 +137,8 @@ constexpr const char* kComplaints[] = {
     "symbols plant.xml --csv -d ::", "symbols plant.xml --csv -d '\"'", "symbols plant.xml --sort size",
     "symbols plant.xml --unit Mixin", "symbols plant.xml empty.xml --unit Mixin",
     "symbols plant.xml -l pumps.xml --unit pump", "symbols plant.xml ./plant.xml",
-    "symbols plant.xml -l plant.xml", "symbols plant.xml -l plant.lqt", "symbols plant.xml -l missing.xml",
+    "symbols plant.xml -l plant.xml", "symbols plant.xml -l plant.lqt", "symbols plant.lqt",
+    "symbols nothing", "symbols plant.xml -l missing.xml",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
     "symbols symbols.xml --expand 2>/dev/null | cut -f11 | LC_ALL=C sort -u",
 };

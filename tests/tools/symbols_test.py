@@ -31,7 +31,7 @@ def type_of(holder):
     kind = holder[0]
     name, base = tag(kind), child(kind, "baseType")
     if name == "derived":
-        return kind.get("name")
+        return kind.get("name").strip()
     if name.lower() in ("string", "wstring"):
         return name.upper() + (f"({kind.get('length')})" if kind.get("length") else "")
     if name == "array":

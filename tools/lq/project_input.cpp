@@ -1,6 +1,5 @@
 #include "tools/lq/project_input.h"
 
-#include <algorithm>
 #include <istream>
 #include <streambuf>
 
@@ -67,6 +66,17 @@ void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, hos
     host::SetProject(&project);
 }
 
+void ReadNoImage(const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports) {
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = source.Peek();
+    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
+    if (beginning.size() >= kLength && CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
+        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
+    }
+    ReadProject(source, path, project, reports);
+}
+
 }  // namespace
 
 void ReadProject(const std::string& path, host::Project& project,
@@ -107,23 +117,19 @@ int ReadAndReport(const std::vector<std::string>& projects,
     inputs.insert(inputs.end(), libraries.begin(), libraries.end());
     RefuseInputTwice(inputs);
     int status = kDone;
-    for (const std::string& path : projects) {
-        status = std::max(status, ReadAndReport(path, project));
-    }
-    for (const std::string& path : libraries) {
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        const bool isLibrary = i >= projects.size();
         std::vector<host::Report> reports;
-        InputBuffer source(path, kMaxProject);
-        const std::string_view beginning = source.Peek();
-        if (CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
-            throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
+        ReadNoImage(inputs[i], project, reports);
+        if (isLibrary) {
+            project.CountAsLibrary();
         }
-        ReadProject(source, path, project, reports);
-        project.CountAsLibrary();
+        if (isLibrary && !checkLibraries) {
+            continue;
+        }
         for (const host::Report& report : reports) {
-            if (checkLibraries) {
-                PrintMessage(report);
-                status = kInputHasFaults;
-            }
+            PrintMessage(report);
+            status = kInputHasFaults;
         }
     }
     return status;

@@ -30,8 +30,7 @@ void ReadProject(const std::string& path, std::string_view bytes, host::Project&
 int ReadAndReport(const std::string& path, host::Project& project);
 
 // The same for a project in several files, and libraries, whose reports are left out unless
-// `checkLibraries`. Throws CommandError for a file that is given twice and a library that is an
-// image.
+// `checkLibraries`. Throws CommandError for a file that is given twice and an image.
 int ReadAndReport(const std::vector<std::string>& projects,
                   const std::vector<std::string>& libraries, bool checkLibraries,
                   host::Project& project);

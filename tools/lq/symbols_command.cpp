@@ -51,7 +51,8 @@ std::string ReasonText(const Symbol& symbol) {
         case Unexpanded::kReference:
             return Say("it stands for a variable that is declared elsewhere");
         case Unexpanded::kBounds:
-            return Say("the bounds of the array are no whole numbers in their order");
+            return Say(
+                "the array type does not read as whole numbers in order and an element type");
         case Unexpanded::kElements:
             return Say("the array has more than {} elements", host::kMostElements);
         case Unexpanded::kDepth:
