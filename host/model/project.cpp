@@ -1,5 +1,6 @@
 #include "lq_data/host/model/project.h"
 
+#include <algorithm>
 #include <new>
 
 #include "host/model/views.h"
@@ -176,6 +177,41 @@ ID Project::AddDeclaration(const Declaration& declaration, ID* earlier) {
                  {Sort::kDeclaration, siblings, global ? &globalNames_ : nullptr, earlier});
 }
 
+ID Project::AddAside(const Declaration& declaration) {
+    return DeclarationsOf(declaration.owner)
+               ? Enter(declarations_, declaration, {Sort::kDeclaration, nullptr, nullptr})
+               : ID();
+}
+
+void Project::Adopt(ID declaration) {
+    const Declaration* record = GetDeclaration(declaration);
+    if (IdList* siblings = record ? DeclarationsOf(record->owner) : nullptr) {
+        siblings->push_back(declaration);
+    }
+}
+
+void Project::BeginFile(const SourceFile& file) {
+    FileBeginning beginning{file, {}};
+    const auto mark = [&](Sort sort, const auto& records) {
+        beginning.first[static_cast<std::size_t>(sort)] = static_cast<uint32_t>(records.size());
+    };
+    mark(Sort::kDeclaration, declarations_);
+    mark(Sort::kPou, pous_);
+    mark(Sort::kDataType, dataTypes_);
+    mark(Sort::kVariableList, variableLists_);
+    mark(Sort::kConfiguration, configurations_);
+    mark(Sort::kResource, resources_);
+    mark(Sort::kTask, tasks_);
+    mark(Sort::kProgramInstance, programInstances_);
+    files_.push_back(beginning);
+}
+
+void Project::CountAsLibrary() {
+    if (!files_.empty()) {
+        files_.back().file.isLibrary = true;
+    }
+}
+
 ID Project::AddConfiguration(const Configuration& configuration) {
     return Enter(configurations_, configuration, {Sort::kConfiguration, nullptr, nullptr});
 }
@@ -307,6 +343,17 @@ Text Project::NameOf(ID id) const {
 
 uint32_t Project::LineOf(ID id) const {
     return WithRecord(*this, id, [](const auto& record) { return record.line; });
+}
+
+const SourceFile* Project::FileOf(ID id) const {
+    if (SortOf(id) == Sort::kNone || SortOf(id) >= Sort::kPool) {
+        return nullptr;
+    }
+    const auto sort = static_cast<std::size_t>(SortOf(id));
+    const auto next = std::upper_bound(
+        files_.begin(), files_.end(), IndexOf(id),
+        [sort](uint32_t index, const FileBeginning& file) { return index < file.first[sort]; });
+    return next == files_.begin() ? nullptr : &(next - 1)->file;
 }
 
 const IdList& Project::Below(ID id) const {

@@ -48,6 +48,18 @@ Section NearestSection(Section section) {
     return Find(section) ? section : Section{section.scope};
 }
 
+std::u16string WrittenSection(Section section) {
+    const unsigned marks = section.marks;
+    // Persistent variables count as retained ones; that is no mark of theirs.
+    const bool isRetained = section.retain && (marks & kMarkPersistent) == 0;
+    std::u16string text = section.scope == Scope::kTemp ? u"VAR_TEMP" : Find({section.scope});
+    text += section.constant || (marks & kMarkConstant) != 0 ? u" CONSTANT" : u"";
+    text += isRetained || (marks & kMarkRetain) != 0 ? u" RETAIN" : u"";
+    text += (marks & kMarkNonRetain) != 0 ? u" NON_RETAIN" : u"";
+    text += (marks & kMarkPersistent) != 0 ? u" PERSISTENT" : u"";
+    return text;
+}
+
 const char16_t* KeywordOf(Section section) {
     return Find(NearestSection(section));
 }

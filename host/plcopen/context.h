@@ -20,6 +20,8 @@ class Context {
     Context(Project& target, std::string fileName, std::vector<Report>& reports)
         : project(target), fileName_(std::move(fileName)), reports_(reports) {}
 
+    void BeginFile() { project.BeginFile({Intern(fileName_)}); }
+
     Text Intern(std::string_view utf8);
     Text InternType(std::string_view utf8);  // the last one again is not searched
     Text Store(std::string_view utf8);

@@ -38,6 +38,7 @@ const char* Settings(bool constant, bool retain) {
 
 Section ReadSection(Context& context, const Element& list) {
     Section section;
+    unsigned marks = 0;
     for (const auto& row : kLists) {
         if (row.list == list.Name()) {
             section.scope = row.scope;
@@ -45,24 +46,30 @@ Section ReadSection(Context& context, const Element& list) {
     }
     section.constant = IsSet(context, list, "constant");
     section.retain = IsSet(context, list, "retain");
-    if (IsSet(context, list, "nonretain") && section.retain) {
+    const bool isNonRetain = IsSet(context, list, "nonretain");
+    if (isNonRetain && section.retain) {
         context.Warn(list,
                      Say("<{}> is retain and nonretain: it was read as nonretain", list.Name()));
         section.retain = false;
     }
+    marks |= section.constant ? kMarkConstant : 0u;
+    marks |= section.retain ? kMarkRetain : 0u;
+    marks |= isNonRetain ? kMarkNonRetain : 0u;
     if (IsSet(context, list, "persistent")) {
+        marks |= kMarkPersistent;
         context.Warn(list,
                      Say("<{}> is persistent, which has no section keyword: it was read as retain",
                          list.Name()));
         section.retain = true;
     }
-    const Section nearest = NearestSection(section);
+    Section nearest = NearestSection(section);
     if (nearest != section) {
         context.Warn(list, Say("<{}> with {} has no section keyword: it was read without {}",
                                list.Name(), Settings(section.constant, section.retain),
                                Settings(section.constant && !nearest.constant,
                                         section.retain && !nearest.retain)));
     }
+    nearest.marks = static_cast<uint8_t>(marks);
     return nearest;
 }
 

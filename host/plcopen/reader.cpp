@@ -81,7 +81,7 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
-    std::vector<Declaration> implicit_;  // EN and ENO of the open POU
+    IdList implicit_;  // EN and ENO of the open POU
 };
 
 // ORDER: elements that are streamed, then parts that are read as a whole.
@@ -234,12 +234,11 @@ bool Reader::IsImplicit(const Declaration& declaration) const {
 }
 
 void Reader::CloseInterface(const Element&) {
-    if (implicit_.size() == 2 && implicit_[0].section.scope != implicit_[1].section.scope) {
+    const auto scope = [this](ID id) { return project_.GetDeclaration(id)->section.scope; };
+    if (implicit_.size() == 2 && scope(implicit_[0]) != scope(implicit_[1])) {
         project_.EditPou(pou_)->eno = true;
     } else {
-        for (const Declaration& declaration : implicit_) {
-            project_.AddDeclaration(declaration);
-        }
+        std::ranges::for_each(implicit_, [this](ID id) { project_.Adopt(id); });
     }
     implicit_.clear();
 }
@@ -254,7 +253,7 @@ void Reader::TakeVariable(const Element& variable) {
         return;
     }
     if (owner_ == pou_ && IsImplicit(*declaration)) {
-        implicit_.push_back(*declaration);
+        implicit_.push_back(project_.AddAside(*declaration));
         return;
     }
     ID earlier;
@@ -294,6 +293,7 @@ void Reader::TakeDocumentation(const Element& documentation) {
 }
 
 bool Read(std::istream& source, Context& context) {
+    context.BeginFile();
     Reader reader(context);
     XmlFault fault;
     if (ParseXml(source, reader, fault)) {

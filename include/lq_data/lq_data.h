@@ -32,4 +32,5 @@
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/model/translation_source.h"
 #include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/host/symbols/symbols.h"
 #endif

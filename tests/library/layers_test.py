@@ -27,7 +27,8 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
-    "tools/lq": ["host/plcopen", "host/base", "translate", "scanner"],
+    "host/symbols": ["host/model", "frame"],
+    "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
     "tools/report": ["tools/lq"],
 }
 

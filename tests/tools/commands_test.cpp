@@ -25,7 +25,8 @@ TEST(Tool, AnInputIsNotOverwritten) {
          {"translate p.xml -o p.xml", "translate p.xml -o folder/../p.xml",
           "translate p.xml -o soft.xml", "translate soft.xml -o hard.xml",
           "translate - -o p.xml <p.xml", "translate p.xml -o - 1<>p.xml", "report p.xml -o p.xml",
-          "report hard.xml -o soft.xml", "show p.xml --save soft.xml"}) {
+          "report hard.xml -o soft.xml", "symbols p.xml -o soft.xml",
+          "show p.xml --save soft.xml"}) {
         WriteFile(folder + "/p.xml", project);
         const Outcome outcome =
             RunShell("ln -sf p.xml soft.xml; ln -f p.xml hard.xml; \"$LQ\" " + script);
@@ -135,8 +136,8 @@ TEST(Help, EveryCommandHasAnExampleThatWorks) {
     EXPECT_THAT(RunLq("--version").out, MatchesRegex("lq [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     WriteFile(TestFolder() + "/plant.xml", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
     WriteFile(TestFolder() + "/mixer.st", "Ready := TRUE;");
-    for (const std::string command :
-         {"translate", "show", "report", "scan", "value", "pou", "fb", "tasks", "types"}) {
+    for (const std::string command : {"translate", "show", "report", "scan", "value", "pou", "fb",
+                                      "tasks", "symbols", "types"}) {
         const Outcome outcome = RunLq(command + " --help");
         EXPECT_EQ(outcome.status, 0);
         const std::string start = "Example:\n  lq ";
@@ -160,6 +161,7 @@ TEST(Manual, BashCompletes) {
         {"lq show -t co", "components constants "},
         {"lq show plant.lqt --s", "--save "},
         {"lq translate -o p", " "},
+        {"lq symbols p --sort a", "address "},
         {"lq translate p", " "},
     };
     for (const auto& [words, expected] : cases) {

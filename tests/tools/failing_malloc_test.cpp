@@ -161,6 +161,8 @@ const Job kJobs[] = {
     {"PouOfNone", {"pou", "plant.xml", "Clmp"}}, {"Fb", {"fb", "plant.xml", "Mixing", "stirring"}},
     {"FbOfNone", {"fb", "plant.xml", "Mixing", "stiring"}}, {"Tasks", {"tasks", "plant.xml"}},
     {"TasksJson", {"tasks", "plant.xml", "--json"}},
+    {"Symbols", {"symbols", "plant.xml", "-e", "--csv", "-s", "name", "-o", "out"}},
+    {"SymbolsJson", {"symbols", "plant.xml", "-u", "Clamp", "--json"}},
     {"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
     {"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
     {"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"},

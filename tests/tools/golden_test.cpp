@@ -64,7 +64,22 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"pou_function.json", "pou plant.xml Clamp --json", 0},
         Golden{"pou_interface.txt", "pou plant.xml Dosing --interface", 0},
         Golden{"pou_structure.txt", "pou plant.xml Recipe", 0},
-        Golden{"tasks.txt", "tasks plant.xml", 0},
+        Golden{"tasks.txt", "tasks plant.xml", 0}, Golden{"symbols.txt", "symbols plant.xml", 0},
+        Golden{"symbols_expanded.txt", "symbols symbols.xml --expand 2>/dev/null", 1},
+        Golden{"symbols_cells.txt",
+               "symbols cells.xml -e | cut -f 1,11 | LC_ALL=C sort | uniq -c | tr -s ' '", 0},
+        Golden{"symbols_name.csv",
+               "symbols symbols.xml --csv --bom --no-formulas -d ';' -s name 2>/dev/null", 1},
+        Golden{"symbols_address.txt",
+               "symbols symbols.xml --located --sort address -o list 2>/dev/null; s=$?; cat list; "
+               "rm list; exit $s",
+               1},
+        Golden{"symbols_located.json",
+               "symbols pumps.xml symbols.xml --located --expand -u drive --json", 1},
+        Golden{"symbols_library.txt",
+               "symbols symbols.xml -l pumps.xml -e -u main 2>/dev/null | grep unknown", 0},
+        Golden{"symbols_libraries.txt", "symbols plant.xml -l pumps.xml --check-libraries -u Clamp",
+               1},
         Golden{"fb.txt", "fb plant.xml Mixing stirring", 0}, Golden{"types.txt", "types", 0},
         Golden{"value.txt",
                "value 0 255 -5 300 16#FF 1.5 TRUE T#1h30m D#2024-02-29 "
@@ -118,6 +133,14 @@ constexpr const char* kComplaints[] = {
     "translate - <folder", "scan - <&-", "translate - <&-", "translate /dev/tty", "types >&-",
     "translate plant.xml -o - >&-", "scan mark.st", "scan last.st",
     "show damaged.lqt", "translate refused.xml >/dev/null", "tasks - <refused.xml >/dev/null",
+    "symbols plant.xml --csv --json", "symbols plant.xml --bom", "symbols plant.xml --csv -d ''",
+    "symbols plant.xml --csv -d ::", "symbols plant.xml --csv -d '\"'", "symbols plant.xml --sort size",
+    "symbols plant.xml --unit Mixin", "symbols plant.xml empty.xml --unit Mixin",
+    "symbols plant.xml -l pumps.xml --unit pump", "symbols plant.xml ./plant.xml",
+    "symbols plant.xml -l plant.xml", "symbols plant.xml -l plant.lqt", "symbols plant.lqt",
+    "symbols nothing", "symbols plant.xml -l missing.xml",
+    "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
+    "symbols symbols.xml --expand 2>/dev/null | cut -f11 | LC_ALL=C sort -u",
 };
 // clang-format on
 

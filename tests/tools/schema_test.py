@@ -39,6 +39,9 @@ CASES = [
     (["fb", plant, "Mixing", "nothing"], "", 1),
     (["tasks", plant], "", 0),
     (["tasks", "-"], faulty, 1),
+    (["symbols", plant], "", 0),
+    (["symbols", plant, "--expand", "--sort", "name"], "", 0),
+    (["symbols", "-", "--located"], faulty, 1),
     (["types"], "", 0),
 ]
 

@@ -29,6 +29,21 @@ void RefuseInputAsOutput(const std::string& input, const std::string& output) {
     }
 }
 
+void RefuseInputTwice(const std::vector<std::string>& inputs) {
+    for (auto input = inputs.begin(); input != inputs.end(); ++input) {
+        struct stat info = {};
+        const bool isFile = IsOrdinaryFile(*input, STDIN_FILENO, info);
+        for (auto earlier = inputs.begin(); earlier != input; ++earlier) {
+            struct stat other = {};
+            const bool isSameFile = isFile && IsOrdinaryFile(*earlier, STDIN_FILENO, other) &&
+                                    info.st_dev == other.st_dev && info.st_ino == other.st_ino;
+            if (*input == *earlier || isSameFile) {
+                throw CommandError(Say("{}: is given twice", DisplayName(*input)));
+            }
+        }
+    }
+}
+
 void RefuseImageWithJson(const std::string& image, bool json) {
     if (json && image == "-") {
         throw CommandError(

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lq::tool {
 
@@ -33,6 +34,9 @@ class CommandError : public std::runtime_error {
 // Throws when `output` leads to the file that `input` leads to, whatever their names; both may be
 // "-". Only ordinary files can be overwritten.
 void RefuseInputAsOutput(const std::string& input, const std::string& output);
+
+// Throws when two inputs are the same file, whatever their names, or both standard input.
+void RefuseInputTwice(const std::vector<std::string>& inputs);
 
 // Throws when an image and a JSON document are both to go to standard output.
 void RefuseImageWithJson(const std::string& image, bool json);

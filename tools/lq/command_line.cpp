@@ -42,12 +42,13 @@ class HelpFormatter : public CLI::Formatter {
     }
 };
 
-// A name of a file is never empty.
-CLI::Option* AddFile(CLI::App* command, const char* name, std::string& value,
-                     const char* description) {
-    return command->add_option(name, value, description)
-        ->type_name(kFileValue)
-        ->check([](const std::string& file) { return std::string(file.empty() ? "empty" : ""); });
+CLI::Option* NeverEmpty(CLI::Option* option) {
+    return option->check([](const std::string& text) { return text.empty() ? "empty" : ""; });
+}
+
+template <typename Value>  // a text, or a list of them
+CLI::Option* AddFile(CLI::App* command, const char* name, Value& value, const char* description) {
+    return NeverEmpty(command->add_option(name, value, description)->type_name(kFileValue));
 }
 
 void AddName(CLI::App* command, const char* name, std::string& value, const char* description) {
@@ -187,7 +188,40 @@ void CommandLine::AddCommands() {
                          "lq tasks plant.xml", tasks_, RunTasks);
     AddProject(command, tasks_.project);
 
+    AddSymbols();
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
+}
+
+void CommandLine::AddSymbols() {
+    CLI::App* command =
+        AddCommand("symbols", "Lists the variables that a project declares, with their addresses",
+                   "lq symbols plant.xml --located --sort address", symbols_, RunSymbols);
+    AddFile(command, "project", symbols_.projects,
+            "The project file; several are one project; - for standard input")
+        ->required();
+    AddFile(command, "-l,--library", symbols_.libraries,
+            "A file whose units and types are known, and not listed; may be repeated")
+        ->allow_extra_args(false);
+    command->add_flag("--check-libraries", symbols_.checkLibraries,
+                      "Reports what is wrong with the libraries, too");
+    command->add_flag("--located", symbols_.located, "Only what has an address");
+    NeverEmpty(command->add_option("-u,--unit", symbols_.unit, "Only the variables of this unit")
+                   ->type_name(kNameValue));
+    NeverEmpty(command
+                   ->add_option("-s,--sort", symbols_.sort,
+                                "By " + std::string(kSymbolOrders) + ", not as in the project")
+                   ->type_name(kOrderValue));
+    command->add_flag("-e,--expand", symbols_.expand,
+                      "Lists the members of structures and instances in their place");
+    command->add_flag("--csv", symbols_.csv, "Prints the result as CSV");
+    NeverEmpty(command
+                   ->add_option("-d,--delimiter", symbols_.delimiter,
+                                "What stands between the cells of CSV, in place of a comma")
+                   ->type_name(kCharacterValue));
+    command->add_flag("--no-formulas", symbols_.noFormulas,
+                      "Puts an apostrophe before cells of CSV that a spreadsheet would calculate");
+    command->add_flag("--bom", symbols_.mark, "Begins CSV with a byte order mark");
+    AddFile(command, "-o,--output", symbols_.output, "The file to write; - for standard output");
 }
 
 std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {

@@ -18,6 +18,8 @@ inline constexpr char kFileValue[] = "FILE";
 inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
+inline constexpr char kOrderValue[] = "ORDER";
+inline constexpr char kCharacterValue[] = "CHARACTER";
 
 // Of all commands, each with what it means.
 inline constexpr struct {
@@ -48,6 +50,7 @@ class CommandLine {
     CLI::App* AddCommand(const char* name, const char* description, const char* example,
                          Options& options, int (*run)(const Options&));
     void AddCommands();
+    void AddSymbols();
 
     CLI::App app_;
     std::string generated_;  // what to generate
@@ -61,6 +64,7 @@ class CommandLine {
     PouOptions pou_;
     FbOptions fb_;
     TasksOptions tasks_;
+    SymbolsOptions symbols_;
     TypesOptions types_;
 };
 

@@ -64,6 +64,23 @@ struct TasksOptions {
 };
 int RunTasks(const TasksOptions& options);
 
+struct SymbolsOptions {
+    std::vector<std::string> projects;  // one project in several files
+    std::vector<std::string> libraries;
+    bool checkLibraries = false;
+    std::string unit;
+    std::string sort;
+    std::string delimiter;
+    std::string output;  // empty: standard output
+    bool located = false;
+    bool expand = false;
+    bool csv = false;
+    bool noFormulas = false;
+    bool mark = false;
+    bool json = false;
+};
+int RunSymbols(const SymbolsOptions& options);
+
 struct TypesOptions {
     bool json = false;
 };

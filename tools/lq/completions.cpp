@@ -15,6 +15,9 @@ std::string WordsFor(const std::string& value) {
     if (value == kKindValue) {
         return "man bash zsh fish";
     }
+    if (value == kOrderValue) {
+        return "name address";
+    }
     std::string words;
     for (const auto& [id, name] : kTableNames) {
         words += (words.empty() ? "" : " ") + std::string(name);

@@ -12,6 +12,9 @@ class CommandLine;
 
 inline constexpr const char* kGeneratedKinds = host::Message("man, bash, zsh or fish");
 
+// What symbols are sorted by.
+inline constexpr const char* kSymbolOrders = host::Message("name or address");
+
 // The man page or a shell's completion script. Throws CommandError for another kind.
 std::string Generate(const CommandLine& commandLine, const std::string& kind);
 

@@ -95,7 +95,7 @@ std::string ItemsOf(const CommandText& command) {
 std::string SectionOf(const CommandText& command) {
     std::string title = "lq " + command.name;
     for (const ParameterText& argument : command.arguments) {
-        title += " " + argument.names.front();
+        title += " " + argument.names.front() + (argument.isRepeatable ? "..." : "");
     }
     return ".SS " + Escaped(title) + "\n" + Escaped(command.description) + ".\n" +
            ItemsOf(command) + ".PP\nExample:\n.PP\n.EX\n    " + Escaped(command.example) +

@@ -1,6 +1,7 @@
 #include "tools/lq/output.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <iostream>
 #include <iterator>
@@ -10,7 +11,6 @@
 #include <uniwidth.h>
 
 #include "tools/lq/escape.h"
-#include "tools/lq/output_file.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
@@ -84,11 +84,15 @@ class ResultsBuffer : public std::streambuf {
   public:
     ResultsBuffer() { setp(std::begin(bytes_), std::end(bytes_)); }
 
+    int Error() const { return error_; }
+
   protected:
     int sync() override {
         const std::string_view bytes(pbase(), static_cast<size_t>(pptr() - pbase()));
         setp(std::begin(bytes_), std::end(bytes_));
-        return WriteAll(STDOUT_FILENO, bytes) == 0 ? 0 : -1;
+        const int error = WriteAll(STDOUT_FILENO, bytes);
+        error_ = error_ == 0 ? error : error_;
+        return error == 0 ? 0 : -1;
     }
     int_type overflow(int_type c) override {
         if (sync() != 0) {
@@ -106,16 +110,21 @@ class ResultsBuffer : public std::streambuf {
 
   private:
     const bool isTerminal_ = IsTerminal(Stream::kResults);
+    int error_ = 0;  // the first
     char bytes_[size_t{1} << 15];
 };
 
 // std::cout flushes its buffer at the very end of the program, when static objects are destroyed
 // already. So this one is made in place and never destroyed.
-std::ostream& Results() {
+ResultsBuffer& Buffer() {
     alignas(ResultsBuffer) static unsigned char place[sizeof(ResultsBuffer)];
     static auto* const buffer = new (place) ResultsBuffer;
-    if (std::cout.rdbuf() != buffer) {
-        std::cout.rdbuf(buffer);
+    return *buffer;
+}
+
+std::ostream& Results() {
+    if (std::cout.rdbuf() != &Buffer()) {
+        std::cout.rdbuf(&Buffer());
     }
     return std::cout;
 }
@@ -222,6 +231,19 @@ void JsonList::Next() {
 
 void JsonList::End() {
     PrintText(isEmpty_ ? "]" : "\n" + JsonIndent(depth_) + "]");
+}
+
+ResultsFile::ResultsFile(const std::string& path) : file_(path) {
+    if (file_.Descriptor() != STDOUT_FILENO && dup2(file_.Descriptor(), STDOUT_FILENO) < 0) {
+        CannotWrite(file_.Name(), errno);
+    }
+}
+
+void ResultsFile::Finish() {
+    if (!Results().flush()) {
+        CannotWrite(file_.Name(), Buffer().Error());
+    }
+    file_.Finish();
 }
 
 void PrintText(const std::string& text) {

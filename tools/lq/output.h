@@ -10,6 +10,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/lq/output_file.h"
+
 namespace lq::tool {
 
 using Json = nlohmann::ordered_json;
@@ -115,6 +117,19 @@ class JsonList {
   private:
     int depth_;
     bool isEmpty_ = true;
+};
+
+// Takes the results in place of standard output, from its beginning to the end of the program. Both
+// throw CommandError.
+class ResultsFile {
+  public:
+    explicit ResultsFile(const std::string& path);
+
+    // All is printed.
+    void Finish();
+
+  private:
+    OutputFile file_;
 };
 
 // The text as it stands.

@@ -52,26 +52,9 @@ std::string CommentText(const POUH_INFO_TYP* info, POUH_ATTRIBUTE_FLAG flag) {
 }
 
 // The unit or data type of that name: units are looked for in the project and in its library.
-std::vector<std::string> UnitNames(const host::Project& project, bool withTypes) {
-    std::vector<std::string> names;
-    for (const host::Pou& pou : project.Pous()) {
-        names.push_back(EncodeUtf8(pou.name));
-    }
-    for (const host::DataType& type : project.DataTypes()) {
-        if (withTypes) {
-            names.push_back(EncodeUtf8(type.name));
-        }
-    }
-    return names;
-}
-
-[[noreturn]] void NoSuchUnit(const std::string& input, const host::Project& project,
-                             const std::string& name, bool withTypes) {
-    throw InputError({DisplayName(input)},
-                     Say(withTypes ? Message("no unit or data type is called '{}'")
-                                   : Message("no unit is called '{}'"),
-                         name) +
-                         DidYouMean(name, UnitNames(project, withTypes)));
+[[noreturn]] void NoUnit(const std::string& input, const host::Project& project,
+                         const std::string& name, bool withTypes) {
+    throw InputError({DisplayName(input)}, NoSuchUnit(project, name, withTypes));
 }
 
 // The declarations that may be instances for the unit: its own and the global ones.
@@ -92,7 +75,7 @@ std::vector<std::string> InstanceNames(const host::Project& project, const char1
 Json HeaderOf(const host::Project& project, const PouOptions& options, const std::u16string& name) {
     const HeaderPtr header(CreatePOUHeader());
     if (!header || !LoadPOUHeader(header.get(), name.c_str())) {
-        NoSuchUnit(options.project, project, options.name, true);
+        NoUnit(options.project, project, options.name, true);
     }
     POUH_INFO_TYP* info = nullptr;
     uint32_t kind = PT_OTHER;
@@ -111,7 +94,7 @@ Json InterfaceOf(const host::Project& project, const PouOptions& options,
     LQNAVIOBJECT* object = LQNAVIOBJECTMAN::Get()->Get(FindPOUByName(name.c_str()));
     auto* pou = dynamic_cast<LQPOU*>(object);
     if (!pou) {
-        NoSuchUnit(options.project, project, options.name, false);
+        NoUnit(options.project, project, options.name, false);
     }
     const DeclListPtr list(CreatePOUHDeclList());
     if (!list || !LoadInterface(list.get(), pou)) {
@@ -154,7 +137,7 @@ int RunFb(const FbOptions& options) {
     const std::u16string pou = DecodeArgument(options.pou);
     const std::u16string instance = DecodeArgument(options.instance);
     if (!FindPOUByName(pou.c_str()).GetNumber()) {
-        NoSuchUnit(options.project, current.project, options.pou, false);
+        NoUnit(options.project, current.project, options.pou, false);
     }
     CLQString type;
     const bool found = FindFBName(instance.c_str(), pou.c_str(), &type) != 0;

@@ -10,6 +10,7 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/suggestion.h"
 
 namespace lq::tool {
 
@@ -65,6 +66,17 @@ void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, hos
     host::SetProject(&project);
 }
 
+void ReadNoImage(const std::string& path, host::Project& project,
+                 std::vector<host::Report>& reports) {
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = source.Peek();
+    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
+    if (beginning.size() >= kLength && CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
+        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
+    }
+    ReadProject(source, path, project, reports);
+}
+
 }  // namespace
 
 void ReadProject(const std::string& path, host::Project& project,
@@ -96,6 +108,47 @@ int ReadAndReport(const std::string& path, host::Project& project) {
         PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
+}
+
+int ReadAndReport(const std::vector<std::string>& projects,
+                  const std::vector<std::string>& libraries, bool checkLibraries,
+                  host::Project& project) {
+    std::vector<std::string> inputs = projects;
+    inputs.insert(inputs.end(), libraries.begin(), libraries.end());
+    RefuseInputTwice(inputs);
+    int status = kDone;
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        const bool isLibrary = i >= projects.size();
+        std::vector<host::Report> reports;
+        ReadNoImage(inputs[i], project, reports);
+        if (isLibrary) {
+            project.CountAsLibrary();
+        }
+        if (isLibrary && !checkLibraries) {
+            continue;
+        }
+        for (const host::Report& report : reports) {
+            PrintMessage(report);
+            status = kInputHasFaults;
+        }
+    }
+    return status;
+}
+
+std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes) {
+    Suggestion nearest(name);
+    for (const host::Pou& pou : project.Pous()) {
+        nearest.Consider(host::EncodeUtf8(pou.name));
+    }
+    for (const host::DataType& type : project.DataTypes()) {
+        if (withTypes) {
+            nearest.Consider(host::EncodeUtf8(type.name));
+        }
+    }
+    return Say(withTypes ? host::Message("no unit or data type is called '{}'")
+                         : host::Message("no unit is called '{}'"),
+               name) +
+           nearest.Text();
 }
 
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {

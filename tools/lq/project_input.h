@@ -29,6 +29,15 @@ void ReadProject(const std::string& path, std::string_view bytes, host::Project&
 // result is the exit status so far.
 int ReadAndReport(const std::string& path, host::Project& project);
 
+// The same for a project in several files, and libraries, whose reports are left out unless
+// `checkLibraries`. Throws CommandError for a file that is given twice and an image.
+int ReadAndReport(const std::vector<std::string>& projects,
+                  const std::vector<std::string>& libraries, bool checkLibraries,
+                  host::Project& project);
+
+// "no unit is called 'Mixin'; did you mean 'Mixing'?"
+std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes);
+
 // The program that an instance runs: its name as the unit spells it, or as the instance does when
 // the project has no such unit.
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance);

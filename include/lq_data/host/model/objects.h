@@ -55,6 +55,12 @@ enum ModelKind : int32_t {
 
 using IdList = std::vector<ID>;
 
+// A file that a project was read from.
+struct SourceFile {
+    Text name = u"";         // as messages call it
+    bool isLibrary = false;  // what it has is known, and not the project's own
+};
+
 // A variable or a structure's member. A large project has a hundred thousand of them.
 struct Declaration {
     Text name = u"";

@@ -64,6 +64,17 @@ class LQ_DATA_API Project {
 
     void SetName(Text name) { name_ = name; }
 
+    // What is added from now on comes from this file. A library's names are to come behind those
+    // of the project, which are found then where both have one.
+    void BeginFile(const SourceFile& file);
+    // The file that was begun last is a library.
+    void CountAsLibrary();
+
+    // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
+    // a POU. Adopt makes it the last of its owner's.
+    ID AddAside(const Declaration& declaration);
+    void Adopt(ID declaration);
+
     // -- Reading ----------------------------------------------------------------------------------
 
     Text Name() const { return name_; }
@@ -102,6 +113,10 @@ class LQ_DATA_API Project {
     // The line of any object; 0 when there is none or it is not known.
     uint32_t LineOf(ID id) const;
 
+    // The file that an object came from; null for the standard's blocks, and where no file was
+    // begun.
+    const SourceFile* FileOf(ID id) const;
+
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
 
@@ -124,6 +139,13 @@ class LQ_DATA_API Project {
     // Identifiers' numbers by name.
     using NameIndex = FlatIndex<uint32_t>;
 
+    // Files follow each other, and so do their objects: of each sort it is enough to know the
+    // first.
+    struct FileBeginning {
+        SourceFile file;
+        std::array<uint32_t, static_cast<std::size_t>(Sort::kCount)> first;
+    };
+
     struct Place {
         Sort sort;
         IdList* siblings;       // receives the identifier; may be null
@@ -143,6 +165,7 @@ class LQ_DATA_API Project {
 
     TextPool texts_;
     Text name_ = u"";
+    std::vector<FileBeginning> files_;
 
     std::deque<Declaration> declarations_;
     std::deque<Pou> pous_;

@@ -33,6 +33,9 @@ LQ_DATA_API std::string ToText(const Report& report);
 // and the project holds what was read until then. Throws nothing; when even the report finds no
 // memory, there is none.
 //
+// What it holds comes from a file of that name (Project::FileOf). Several documents make one
+// project, libraries last (Project::CountAsLibrary, to be called behind each).
+//
 // Limits: no declarations in the document type, no entities but those that XML predefines, nothing
 // outside the document; 256 nested elements, 256 attributes of an element, 1,024 bytes of a
 // namespace's name; 1,024 bytes of the name of what holds others (POUs, actions, data types, lists
