@@ -61,6 +61,23 @@ unsigned GroupOfSlot(const void* slot) {
     return GroupOf(decl ? decl->scope : DS_UNKNOWN);
 }
 
+// Whether the declarations are in scope order already. The list then stands in front of its first
+// element, as a new one does.
+bool IsInGroups(FLIST* list) {
+    unsigned before = 0;
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(list, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(list, slot, nullptr, LC_NEXT, 0)) {
+        const unsigned group = GroupOfSlot(slot);
+        if (group < before) {
+            return false;
+        }
+        before = group;
+    }
+    ListGet(list, slot, nullptr, LC_REWIND, 0);
+    return true;
+}
+
 // Inserts the declarations of `from` into `to`, which is empty, group by group. `to` gets one empty
 // element a group first, as a marker; a declaration then goes directly behind the last element of
 // its group, and the markers are removed in the end. So one pass is enough, whatever the number of
@@ -124,7 +141,7 @@ bool AppendName(FLIST* list, const char16_t* name) {
 }
 
 int RegroupByScope(LQ_LIST_RECORD& record) {
-    if (CardinalityOfList(record.list) < 2) {
+    if (CardinalityOfList(record.list) < 2 || IsInGroups(record.list)) {
         return 1;
     }
     FLIST* grouped = NewDeclList();
