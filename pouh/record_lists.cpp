@@ -45,16 +45,7 @@ constexpr ScopeGroup kGroups[] = {
     {DS_VAR_CONSTANT_RETAIN, 13},
 };
 static_assert(std::ranges::is_sorted(kGroups, {}, &ScopeGroup::group));
-constexpr unsigned kGroupCount = std::end(kGroups)[-1].group + 2;
-
-unsigned GroupOf(uint32_t scope) {
-    for (const ScopeGroup& entry : kGroups) {
-        if (entry.scope == scope) {
-            return entry.group;
-        }
-    }
-    return kGroupCount - 1;
-}
+static_assert(std::end(kGroups)[-1].group + 2 == kScopeGroups);
 
 unsigned GroupOfSlot(const void* slot) {
     const DECL_TYP* decl = *static_cast<DECL_TYP* const*>(slot);
@@ -83,9 +74,9 @@ bool IsInGroups(FLIST* list) {
 // its group, and the markers are removed in the end. So one pass is enough, whatever the number of
 // groups, and the declarations of a group keep their order. False when memory is short.
 bool CopyInGroups(FLIST* from, FLIST* to) {
-    void* markers[kGroupCount];
-    void* last[kGroupCount];
-    for (unsigned group = 0; group < kGroupCount; ++group) {
+    void* markers[kScopeGroups];
+    void* last[kScopeGroups];
+    for (unsigned group = 0; group < kScopeGroups; ++group) {
         markers[group] = last[group] = AddListElement(to, nullptr);
         if (!markers[group]) {
             return false;
@@ -106,6 +97,15 @@ bool CopyInGroups(FLIST* from, FLIST* to) {
 }
 
 }  // namespace
+
+unsigned GroupOf(uint32_t scope) {
+    for (const ScopeGroup& entry : kGroups) {
+        if (entry.scope == scope) {
+            return entry.group;
+        }
+    }
+    return kScopeGroups - 1;
+}
 
 FLIST* NewDeclList() {
     return Usable(CreateList(0, LET_MEMORY, sizeof(DECL_TYP*), nullptr));
