@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "lq_data/export.h"
 #include "lq_data/pouh.h"
 
 namespace lq::pouh {
@@ -34,10 +35,10 @@ class LQ_DATA_API HeaderParts {
   private:
     static constexpr uint32_t kMaxImplicit = 3;  // the result, EN and ENO
 
-    bool TakeImplicit(LQPOU& pou);
-    bool Sort(bool byScope);
-    unsigned GroupAt(uint32_t place, bool byScope) const;
-    DECL_TYP* DeclarationAt(uint32_t place);
+    LQ_DATA_LOCAL bool TakeImplicit(LQPOU& pou);
+    LQ_DATA_LOCAL bool Sort(bool byScope);
+    LQ_DATA_LOCAL unsigned GroupAt(uint32_t place, bool byScope) const;
+    LQ_DATA_LOCAL DECL_TYP* DeclarationAt(uint32_t place);
 
     POU_HEADER_TYP* header_ = nullptr;
     LQOBJECT* owner_ = nullptr;  // of the declarations
