@@ -19,7 +19,7 @@ int32_t CgTab::Insert(const DBG_INFO& info) {
     }
     Line line(TAB_DBG, info.len != 0 ? info.data : nullptr);
     line.look.AddKey(info.len);
-    line.look.flags |= LookTyp::kLengthInKey;
+    line.look.isComplete = true;
     return table->AppendLine(line);
 }
 

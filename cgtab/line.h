@@ -11,20 +11,8 @@
 // A search key. `name` has `keylen` fixed bytes in front of it in the line; the name length field
 // is appended to them when the key is completed.
 struct CgTab::LookTyp {
-    static constexpr uint8_t kWideLength = 1;   // the name length field is two bytes
-    static constexpr uint8_t kIgnoreCase = 2;   // of ASCII letters
-    static constexpr uint8_t kLengthInKey = 4;  // the name length field is part of `key` already
-
     // The key of a table's line by name, without its fixed bytes.
-    LookTyp(TAB_ID id, const void* text) : name(text) {
-        const lq::cgtab::TableTraits& traits = lq::cgtab::TraitsOf(id);
-        if (traits.nameLenBytes == 2) {
-            flags |= kWideLength;
-        }
-        if (traits.ignoresCase) {
-            flags |= kIgnoreCase;
-        }
-    }
+    LookTyp(TAB_ID id, const void* text) : traits(lq::cgtab::TraitsOf(id)), name(text) {}
 
     void AddKey(uint32_t byte) { key[keylen++] = static_cast<unsigned char>(byte); }
 
@@ -34,16 +22,17 @@ struct CgTab::LookTyp {
             return 0;
         }
         const uint32_t last = key[keylen - 1];
-        return flags & kWideLength ? last << 8 | key[keylen - 2] : last;
+        return traits.nameLenBytes == 2 ? last << 8 | key[keylen - 2] : last;
     }
 
+    const lq::cgtab::TableTraits& traits;
     unsigned char key[6] = {};
+    bool isComplete = false;  // the name length field is part of `key`
+    bool isAbsent = false;    // the name was looked for in an index and is not there
     uint32_t keylen = 0;
-    uint8_t flags = 0;
-    const void* name;  // terminated text, or bytes in the debug table; null for none
-    // Of a name that was looked for in an index and is not there.
-    bool isAbsent = false;
-    uint32_t hash = 0;
+    const void* name;   // terminated text, or bytes in the debug table; null for none
+    uint32_t hash = 0;  // of the search text: of a name known when the key is complete, of other
+                        // texts when they are absent
 };
 
 // A line to append.
@@ -88,7 +77,7 @@ struct CgTab::LineHead {
     uint32_t nameLength;         // in units of the table
 };
 
-// Holds one line, or knows where it lies; copies of up to 64 bytes need no memory.
+// Holds one line, or knows where it lies; short ones need no memory.
 class CgTab::LineBuffer {
   public:
     LineBuffer() = default;
@@ -124,7 +113,7 @@ class CgTab::LineBuffer {
     bool hasUser = false;  // the line's user area was read with it
 
   private:
-    static constexpr uint32_t kInline = 64;
+    static constexpr uint32_t kInline = 256;
 
     unsigned char inline_[kInline];
     unsigned char* long_ = nullptr;

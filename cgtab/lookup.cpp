@@ -17,7 +17,7 @@ int32_t CgTab::Look(TAB_ID id, const void* data, int rewind) {
 int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
     LookTyp look(TAB_DBG, info.data);
     look.AddKey(info.len);
-    look.flags |= LookTyp::kLengthInKey;
+    look.isComplete = true;
     Table* const table = TableOf(TAB_DBG);
     const int32_t pos = table ? table->LookLine(look, 0) : -1;
     DBG_INFO line;

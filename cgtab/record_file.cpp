@@ -127,20 +127,13 @@ int32_t R_FILE::Lseek(int32_t offset, int whence) {
     if (!IsOpen() || whence < 0 || whence > 2) {
         return -1;
     }
-    const int32_t bases[] = {0, cur_.pos, end_.pos};
-    const int64_t target = int64_t{bases[whence]} + offset;
+    const int32_t base = whence == 0 ? 0 : whence == 1 ? cur_.pos : end_.pos;
+    const int64_t target = int64_t{base} + offset;
     if (target < 0 || target > end_.pos) {
         return -1;
     }
-    const auto pos = static_cast<int32_t>(target);
-    const int64_t inBlock = target - cur_.pos + cur_.off;
-    if (inBlock >= 0 && inBlock < blockSize_) {  // most stay there: no division for them
-        cur_.pos = pos;
-        cur_.off = static_cast<uint32_t>(inBlock);
-    } else {
-        cur_ = Locate(pos);
-    }
-    return pos;
+    cur_ = At(static_cast<int32_t>(target));
+    return cur_.pos;
 }
 
 uint32_t R_FILE::Read(void* buf, uint32_t n) {
@@ -176,7 +169,7 @@ uint32_t R_FILE::Peek(int32_t pos, const void*& p) const {
         p = nullptr;
         return 0;
     }
-    const POS_TYP at = Locate(pos);
+    const POS_TYP at = At(pos);
     p = BytesAt(at);
     return std::min(RoomAt(at), static_cast<uint32_t>(end_.pos - pos));
 }

@@ -50,13 +50,6 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t (&to)[kMaxPrefi
     return length;
 }
 
-void SearchText::Take(int32_t id, const char16_t* text, uint32_t length) {
-    text_ = text;
-    length_ = length;
-    hash_ = TraitsOf(id).caseSensitiveIndex ? text_hash::OfText(text, length)
-                                            : text_hash::OfName(text, length);
-}
-
 bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, uint32_t length) {
     char16_t prefix[kMaxPrefix];
     const int32_t prefixLength = PutPrefix(id, key, prefix);
@@ -78,15 +71,7 @@ bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, ui
         std::memcpy(text + inFront, name, length * sizeof(char16_t));
     }
     text[needed - 1] = 0;
-    Take(id, text, static_cast<uint32_t>(chars::Length(text)));
-    return true;
-}
-
-bool SearchText::Form(int32_t id, const unsigned char* key, const char16_t* name, uint32_t length) {
-    if (TraitsOf(id).fixedKey != 0) {
-        return Form(id, key, static_cast<const void*>(name), length);
-    }
-    Take(id, name, length);
+    Take(text, Measure(TraitsOf(id), text));
     return true;
 }
 

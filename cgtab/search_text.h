@@ -4,13 +4,20 @@
 
 #include <cstdint>
 
+#include "cgtab/table_traits.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/text_hash.h"
 #include "lq_data/memory.h"
 
 namespace lq::cgtab {
 
 // Characters of the longest prefix.
 inline constexpr int32_t kMaxPrefix = 6;
+
+// The length and the hash of a text, as the index of a table with these traits compares.
+inline text_hash::Measured Measure(const TableTraits& traits, const char16_t* text) {
+    return traits.caseSensitiveIndex ? text_hash::OfText(text) : text_hash::OfName(text);
+}
 
 // Writes what stands in front of the name in the search text of a line of table `id`, from its
 // fixed key bytes, to `to`: its length, or -1 when the bytes mean nothing.
@@ -27,9 +34,12 @@ class SearchText {
     // characters in UTF-16LE, of which it takes those before a terminator. False for an address
     // that has no text, and when memory is short.
     bool Form(int32_t id, const unsigned char* key, const void* name, uint32_t length);
-    // The same from a name of `length` characters that ends in a terminator and outlives this:
-    // without a prefix it is the text itself.
-    bool Form(int32_t id, const unsigned char* key, const char16_t* name, uint32_t length);
+    // Takes a name that ends in a terminator, was measured and outlives this.
+    void Take(const char16_t* name, const text_hash::Measured& measured) {
+        text_ = name;
+        length_ = static_cast<uint32_t>(measured.length);
+        hash_ = measured.hash;
+    }
 
     const char16_t* Get() const { return text_; }
     uint32_t Length() const { return length_; }
@@ -38,8 +48,6 @@ class SearchText {
 
   private:
     static constexpr uint32_t kInline = 80;
-
-    void Take(int32_t id, const char16_t* text, uint32_t length);
 
     char16_t inline_[kInline];
     char16_t* long_ = nullptr;

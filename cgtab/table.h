@@ -135,9 +135,9 @@ class LQ_DATA_LOCAL CgTab::Table {
     // Whether the index has that line, as the first of its name.
     bool IsIndexed(int32_t pos) const;
     bool ReadHead(int32_t pos, LineHead& head) const;
+    bool FormText(const LookTyp& look, lq::cgtab::SearchText& text) const;
     bool FormText(int32_t pos, const LineHead& head, lq::cgtab::SearchText& text) const;
     bool HasText(int32_t pos, const lq::cgtab::SearchText& text) const;
-    bool IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count) const;
     bool HasName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length) const;
 
     TAB_ID id_;
@@ -150,6 +150,23 @@ class LQ_DATA_LOCAL CgTab::Table {
     int32_t indexEnd_ = 0;
     int32_t walkFrom_ = 0;
 };
+
+inline CgTab::Table* CgTab::TableOf(TAB_ID id) const {
+    return tables && lq::cgtab::IsTableId(id) ? tables + id : nullptr;
+}
+
+inline bool CgTab::Table::SplitLine(const LineBuffer& buf, LineBody& body) const {
+    const lq::cgtab::TableTraits& traits = Traits();
+    const uint32_t usrLen = buf.hasUser ? usrLen_ : 0;
+    body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
+    body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;
+    body.key = body.extra.Take(traits.fixedKey);
+    if (traits.nameLenBytes != 0) {
+        body.nameLength = traits.nameLenBytes == 1 ? body.extra.TakeU8() : body.extra.TakeU16();
+        body.name = body.extra.Take(body.nameLength * traits.nameUnit);
+    }
+    return !body.extra.HasFailed();
+}
 
 template <typename Transfer>
 int32_t CgTab::Table::WalkUserAreas(Transfer transfer) {

@@ -10,6 +10,24 @@
 using lq::cgtab::LineIndex;
 using lq::cgtab::SearchText;
 
+namespace {
+
+// Whether `count` characters, as they lie in a line, are these.
+bool IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count, bool caseCounts) {
+    if (std::memcmp(bytes, text, count * sizeof(char16_t)) == 0) {
+        return true;
+    }
+    bool isSame = !caseCounts;
+    for (uint32_t i = 0; isSame && i < count; ++i) {
+        char16_t c = 0;
+        std::memcpy(&c, bytes + i * sizeof(c), sizeof(c));
+        isSame = lq::chars::ToUpper(c) == lq::chars::ToUpper(text[i]);
+    }
+    return isSame;
+}
+
+}  // namespace
+
 // False when the file ends before the name.
 bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     const lq::cgtab::TableTraits& traits = Traits();
@@ -35,40 +53,30 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     return true;
 }
 
-// Whether `count` characters, as they lie in a line, are these by the rule of the table's index.
-bool CgTab::Table::IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count) const {
-    if (std::memcmp(bytes, text, count * sizeof(char16_t)) == 0) {
-        return true;
-    }
-    bool isSame = !Traits().caseSensitiveIndex;
-    for (uint32_t i = 0; isSame && i < count; ++i) {
-        char16_t c = 0;
-        std::memcpy(&c, bytes + i * sizeof(c), sizeof(c));
-        isSame = lq::chars::ToUpper(c) == lq::chars::ToUpper(text[i]);
-    }
-    return isSame;
-}
-
-// Whether the first `length` characters of a line's name are these.
-bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* name,
-                           uint32_t length) const {
-    if (head.nameAt + length * sizeof(char16_t) <= head.read) {
-        return IsSame(head.Name(), name, length);
-    }
+// Whether the first `length` characters of a line's name are these, by the rule of the table's
+// index. Most names lie in one piece.
+inline bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* name,
+                                  uint32_t length) const {
     constexpr uint32_t kPiece = 64;
     unsigned char piece[kPiece * sizeof(char16_t)];
+    const unsigned char* bytes = head.Name();
+    uint32_t count = std::min(length, (head.read - head.nameAt) / 2);
     auto at = pos + static_cast<int32_t>(head.nameAt);
-    while (length != 0) {
-        const uint32_t count = std::min(length, kPiece);
-        const auto bytes = static_cast<uint32_t>(count * sizeof(char16_t));
-        if (file_.ReadAt(at, piece, bytes) != bytes || !IsSame(piece, name, count)) {
+    while (IsSame(bytes, name, count, Traits().caseSensitiveIndex)) {
+        length -= count;
+        if (length == 0) {
+            return true;
+        }
+        at += static_cast<int32_t>(count * sizeof(char16_t));
+        name += count;
+        count = std::min(length, kPiece);
+        bytes = piece;
+        const auto size = static_cast<uint32_t>(count * sizeof(char16_t));
+        if (file_.ReadAt(at, piece, size) != size) {
             return false;
         }
-        at += static_cast<int32_t>(bytes);
-        name += count;
-        length -= count;
     }
-    return true;
+    return false;
 }
 
 // Whether the line at `pos` has the search text, as far as it can be read, whatever its length
@@ -76,15 +84,18 @@ bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* na
 // ends at a terminator, as its text does.
 bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
     LineHead head;
-    char16_t prefix[lq::cgtab::kMaxPrefix];
     if (!ReadHead(pos, head)) {
         return false;
     }
-    const int32_t prefixLength = lq::cgtab::PutPrefix(id_, head.Key(), prefix);
-    const auto inFront = static_cast<uint32_t>(prefixLength);
-    if (prefixLength < 0 || text.Length() < inFront ||
-        !std::equal(prefix, prefix + prefixLength, text.Get())) {
-        return false;
+    uint32_t inFront = 0;
+    if (Traits().fixedKey != 0) {
+        char16_t prefix[lq::cgtab::kMaxPrefix];
+        const int32_t prefixLength = lq::cgtab::PutPrefix(id_, head.Key(), prefix);
+        inFront = static_cast<uint32_t>(prefixLength);
+        if (prefixLength < 0 || text.Length() < inFront ||
+            !std::equal(prefix, prefix + prefixLength, text.Get())) {
+            return false;
+        }
     }
     const uint32_t length = text.Length() - inFront;
     if (head.nameLength != length) {
@@ -100,8 +111,7 @@ bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
 
 int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
     SearchText text;
-    if (!Index() ||
-        !text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength())) {
+    if (!Index() || !FormText(look, text)) {
         return kSearchFailed;
     }
     const LineIndex::Slot* const slot =
@@ -129,7 +139,7 @@ int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
 int32_t CgTab::Table::LookName(const LookTyp& look, uint32_t len, int inc) {
     SearchText text;
     int32_t from = 0;
-    if (Index() && text.Form(id_, look.key, static_cast<const char16_t*>(look.name), len)) {
+    if (Index() && FormText(look, text)) {
         const LineIndex::Slot* const slot =
             index_->Find(text.Hash(), [&](int32_t pos) { return HasText(pos, text); });
         if (slot) {
@@ -148,6 +158,16 @@ bool CgTab::Table::EnterText(const SearchText& text, int32_t pos) {
         return index_->Insert(text.Hash(), pos);
     }
     return !IsTableHashed() || (!Traits().isUnique && index_->Append(*slot, pos));
+}
+
+// The search text of a complete key: without fixed bytes it is the name itself.
+bool CgTab::Table::FormText(const LookTyp& look, SearchText& text) const {
+    const uint32_t length = look.NameLength();
+    if (Traits().fixedKey != 0) {
+        return text.Form(id_, look.key, look.name, length);
+    }
+    text.Take(static_cast<const char16_t*>(look.name), {length, look.hash});
+    return true;
 }
 
 // The search text of the line at `pos`, which is a whole one.
@@ -248,9 +268,7 @@ bool CgTab::Table::EnterIndex(const Line& line, int32_t pos) {
         return index_->Insert(look.hash, pos);
     }
     SearchText text;
-    const bool entered =
-        text.Form(id_, look.key, static_cast<const char16_t*>(look.name), look.NameLength()) &&
-        EnterText(text, pos);
+    const bool entered = FormText(look, text) && EnterText(text, pos);
     if (IsTableHashed()) {
         return entered;
     }

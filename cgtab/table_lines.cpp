@@ -1,5 +1,6 @@
 // A table's lines: read and taken apart, appended, changed in place. What a line claims is checked
 // against what is there before it is used: images may come from anywhere.
+#include <algorithm>
 #include <limits>
 
 #include "cgtab/table.h"
@@ -52,19 +53,6 @@ bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
     return true;
 }
 
-bool CgTab::Table::SplitLine(const LineBuffer& buf, LineBody& body) const {
-    const lq::cgtab::TableTraits& traits = Traits();
-    const uint32_t usrLen = buf.hasUser ? usrLen_ : 0;
-    body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
-    body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;
-    body.key = body.extra.Take(traits.fixedKey);
-    if (traits.nameLenBytes != 0) {
-        body.nameLength = traits.nameLenBytes == 1 ? body.extra.TakeU8() : body.extra.TakeU16();
-        body.name = body.extra.Take(body.nameLength * traits.nameUnit);
-    }
-    return !body.extra.HasFailed();
-}
-
 int32_t CgTab::Table::AppendLine(Line& line) {
     ResUsr_();
     const int32_t pos = file_.Lseek(0, 2);
@@ -76,21 +64,23 @@ int32_t CgTab::Table::AppendLine(Line& line) {
         return -1;
     }
     line.total = static_cast<uint32_t>(total);
-    lq::cgtab::ByteWriter<4 + sizeof(look.key)> head;
-    head.PutU32(line.total);
-    head.PutBytes(look.key, look.keylen);
-    const int32_t end = pos + 4 + static_cast<int32_t>(line.total);
-    const auto write = [this](const void* bytes, uint32_t count) {
-        return count == 0 || file_.Write(bytes, count) == count;
-    };
-    const bool whole = write(head.Data(), head.Size()) && write(look.name, nameBytes) &&
-                       write(line.extra, line.extralen) && file_.Chsize(end) == 0;
-    if (!whole || !EnterIndex(line, pos)) {
+    LineBuffer buf;
+    unsigned char* const bytes = buf.Resize(line.total + 4);
+    if (!bytes) {
+        return -1;
+    }
+    lq::cgtab::StoreU32(bytes, line.total);
+    unsigned char* at = std::copy_n(look.key, look.keylen, bytes + 4);
+    at = std::copy_n(static_cast<const unsigned char*>(look.name), nameBytes, at);
+    at = std::copy_n(line.extra, line.extralen, at);
+    std::fill_n(at, usrLen_, uint8_t{0});
+    if (file_.Write(bytes, buf.Size()) != buf.Size() || !EnterIndex(line, pos)) {
         file_.Lseek(pos, 0);
         file_.Chsize(pos);
         return -1;
     }
     if (usrLen_ != 0) {
+        file_.Lseek(-static_cast<int32_t>(usrLen_), 1);
         SetUsr_(pos);
     }
     return pos;

@@ -2,30 +2,36 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cgtab/search_text.h"
 #include "cgtab/table.h"
 #include "lq_data/detail/chars.h"
 
 using lq::cgtab::LoadU32;
 
 bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
-    nocase = look.flags & LookTyp::kIgnoreCase;
-    if (look.flags & LookTyp::kLengthInKey) {
+    const bool isWide = look.traits.nameLenBytes == 2;
+    nocase = look.traits.ignoresCase ? 1 : 0;
+    if (look.isComplete) {
         len = look.NameLength();
         return true;
     }
     len = 0;
     if (look.name) {
-        const size_t length = lq::chars::Length(static_cast<const char16_t*>(look.name));
-        if (length > (look.flags & LookTyp::kWideLength ? 0xFFFF : 0xFF)) {
+        const auto* const text = static_cast<const char16_t*>(look.name);
+        const lq::text_hash::Measured name =
+            look.traits.fixedKey != 0 ? lq::text_hash::Measured{lq::chars::Length(text), 0}
+                                      : lq::cgtab::Measure(look.traits, text);
+        if (name.length > (isWide ? 0xFFFF : 0xFF)) {
             return false;
         }
-        len = static_cast<uint32_t>(length);
+        look.hash = name.hash;
+        len = static_cast<uint32_t>(name.length);
         look.AddKey(len & 0xFF);
-        if (look.flags & LookTyp::kWideLength) {
+        if (isWide) {
             look.AddKey(len >> 8);
         }
     }
-    look.flags |= LookTyp::kLengthInKey;
+    look.isComplete = true;
     return true;
 }
 

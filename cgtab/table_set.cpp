@@ -38,10 +38,6 @@ void CgTab::CgTabClose() {
     longBuf = nullptr;
 }
 
-CgTab::Table* CgTab::TableOf(TAB_ID id) const {
-    return tables && lq::cgtab::IsTableId(id) ? tables + id : nullptr;
-}
-
 R_FILE* CgTab::handle_(TAB_ID id) const {
     Table* const table = TableOf(id);
     return table ? &table->File() : nullptr;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "lq_data/detail/chars.h"
+#include "lq_data/memory.h"
 #include "pouh/record_types.h"
 
 namespace lq::pouh {
@@ -30,30 +31,28 @@ void* Place(void* record, const Field& field) {
 }
 
 // Most comments, addresses and initial values are empty. To save memory all of them are this one
-// object, which no record owns.
-CLQString emptyText;
+// text, which no record owns.
+constexpr char16_t kEmptyText[] = u"";
 
 // A copy of `source`; null for null and when memory is short.
-CLQString* NewText(const char16_t* source) {
-    if (source && *source == 0) {
-        return &emptyText;
+const char16_t* NewText(const char16_t* source) {
+    if (!source || *source == 0) {
+        return source ? kEmptyText : nullptr;
     }
-    CLQString* text = source ? new CLQString(source) : nullptr;
-    if (text && text->HasFailed()) {
-        delete text;
-        return nullptr;
-    }
-    return text;
+    const std::size_t size = chars::Length(source) + 1;
+    auto* const text = lq::AllocateArray<char16_t>(size);
+    return text ? static_cast<char16_t*>(std::memcpy(text, source, size * sizeof(char16_t)))
+                : nullptr;
 }
 
-void ReleaseText(CLQString* text) {
-    if (text != &emptyText) {
-        delete text;
+void ReleaseText(const char16_t* text) {
+    if (text != kEmptyText) {
+        lq::Release(const_cast<char16_t*>(text));
     }
 }
 
-const CLQString* TextAt(const void* place) {
-    return *static_cast<CLQString* const*>(place);
+const char16_t* TextAt(const void* place) {
+    return *static_cast<const char16_t* const*>(place);
 }
 
 void Store(const void* place, FieldKind kind, void* value) {
@@ -71,14 +70,13 @@ void Store(const void* place, FieldKind kind, void* value) {
             std::memcpy(value, place, sizeof(void*));
             return;
         case FieldKind::kText:
-            if (const CLQString* text = TextAt(place)) {
-                const std::size_t charCount = chars::Length(text->GetText()) + 1;
-                std::memcpy(value, text->GetText(), charCount * sizeof(char16_t));
+            if (const char16_t* text = TextAt(place)) {
+                std::memcpy(value, text, (chars::Length(text) + 1) * sizeof(char16_t));
             }
             return;
         case FieldKind::kTextLength: {
-            const CLQString* text = TextAt(place);
-            const int32_t charCount = text ? text->GetLength() : 0;
+            const char16_t* text = TextAt(place);
+            const auto charCount = static_cast<int32_t>(text ? chars::Length(text) : 0);
             std::memcpy(value, &charCount, sizeof(charCount));
             return;
         }
@@ -128,7 +126,7 @@ int SetAttribute(void* record, std::span<const Field> fields, POUH_ATTRIBUTE_FLA
     }
     void* place = Place(record, *field);
     if (field->kind == FieldKind::kText) {
-        StoreText(*static_cast<CLQString**>(place), static_cast<const char16_t*>(value));
+        StoreText(*static_cast<const char16_t**>(place), static_cast<const char16_t*>(value));
     } else if (value) {
         Load(place, field->kind, value);
     }
@@ -141,15 +139,14 @@ const char16_t* FindText(const void* record, std::span<const Field> fields,
     if (!field || field->kind != FieldKind::kText) {
         return nullptr;
     }
-    const CLQString* text = TextAt(Place(record, *field));
-    return text ? text->GetText() : nullptr;
+    return TextAt(Place(record, *field));
 }
 
 void ReleaseFields(void* record, std::span<const Field> fields) {
     for (const Field& field : fields) {
         void* place = Place(record, field);
         if (field.kind == FieldKind::kText) {
-            ReleaseText(*static_cast<CLQString**>(place));
+            ReleaseText(*static_cast<const char16_t**>(place));
         } else if (field.release) {
             void* subtree = nullptr;
             std::memcpy(&subtree, place, sizeof(subtree));
@@ -160,8 +157,8 @@ void ReleaseFields(void* record, std::span<const Field> fields) {
     }
 }
 
-bool StoreText(CLQString*& field, const char16_t* source) {
-    CLQString* copy = NewText(source);
+bool StoreText(const char16_t*& field, const char16_t* source) {
+    const char16_t* copy = NewText(source);
     ReleaseText(field);
     field = copy;
     return copy || !source;

@@ -15,8 +15,8 @@ enum class FieldKind : uint8_t {
     kReadOnlyNumber,  // uint32_t
     kWord,            // uint16_t
     kRecord,          // a pointer
-    kText,            // CLQString*
-    kTextLength,      // of a CLQString*
+    kText,            // const char16_t*
+    kTextLength,      // of a const char16_t*
 };
 
 struct Field {
@@ -42,7 +42,7 @@ void ReleaseFields(void* record, std::span<const Field> fields);
 
 // Replaces a record's text by a copy of `source`, which may be the old text; null for none. False
 // when memory is short: there is no text then.
-bool StoreText(CLQString*& field, const char16_t* source);
+bool StoreText(const char16_t*& field, const char16_t* source);
 
 // Stores a new comment record with that text in the field of its holder; false when memory is
 // short.

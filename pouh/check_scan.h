@@ -11,7 +11,9 @@ class CheckScan {
   public:
     // `text` must outlive the scan.
     explicit CheckScan(const char16_t* text)
-        : stream_(text, LengthOf(text), LengthOf(text), nullptr), scanner_(GetCheckScanner()) {
+        : CheckScan(text, static_cast<int32_t>(chars::Length(text))) {}
+    CheckScan(const char16_t* text, int32_t length)
+        : stream_(text, length, length, nullptr), scanner_(GetCheckScanner()) {
         if (scanner_) {
             scanner_->AssignStream(stream_, 0);
         }
@@ -49,10 +51,6 @@ class CheckScan {
     Scanner& GetScanner() { return *scanner_; }
 
   private:
-    static int32_t LengthOf(const char16_t* text) {
-        return static_cast<int32_t>(chars::Length(text));
-    }
-
     MEMSTREAM_W stream_;
     Scanner* scanner_;
 };

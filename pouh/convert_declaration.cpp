@@ -17,21 +17,6 @@ namespace {
 // counts here.
 constexpr std::size_t kMaxResultNameLength = 32;
 
-DECL_SCOPE ScopeOf(LQOBJECT& source) {
-    switch (source.GetKind()) {
-        case LQ_KIND_GVL_DECL: {
-            const auto* decl = dynamic_cast<const LQGVLDECL*>(&source);
-            return GetDeclScope(decl ? decl->GetClass() : nullptr);
-        }
-        case LQ_KIND_LOCAL_DECL:
-            return DS_VAR;
-        default: {
-            const auto* decl = dynamic_cast<const LQPOUHDECL*>(&source);
-            return GetDeclScope(decl ? decl->GetClass() : nullptr);
-        }
-    }
-}
-
 bool IsExternal(DECL_SCOPE scope) {
     return scope == DS_VAR_EXTERNAL || scope == DS_VAR_EXTERNAL_CONSTANT ||
            scope == DS_VAR_EXTERNAL_RETAIN || scope == DS_VAR_EXTERNAL_CONSTANT_RETAIN;
@@ -142,6 +127,21 @@ int FillFrom(DECL_TYP* decl, LQOBJECT& source, bool isReturn) {
 }
 
 }  // namespace
+
+DECL_SCOPE ScopeOf(LQOBJECT& source) {
+    switch (source.GetKind()) {
+        case LQ_KIND_GVL_DECL: {
+            const auto* decl = dynamic_cast<const LQGVLDECL*>(&source);
+            return GetDeclScope(decl ? decl->GetClass() : nullptr);
+        }
+        case LQ_KIND_LOCAL_DECL:
+            return DS_VAR;
+        default: {
+            const auto* decl = dynamic_cast<const LQPOUHDECL*>(&source);
+            return GetDeclScope(decl ? decl->GetClass() : nullptr);
+        }
+    }
+}
 
 // When memory ran short in one of the model's checks, its answer means nothing, and what was
 // checked may be wrong: the conversion then fails.

@@ -32,6 +32,9 @@ int FillStructDeclaration(DECL_TYP* decl, const DeclContent& content);
 // own. An object that is no declaration of a POU or global list has an unknown scope.
 DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn);
 
+// The scope of a declaration of the model; that of an object that is none is unknown.
+DECL_SCOPE ScopeOf(LQOBJECT& source);
+
 // --- load_declarations.cpp: what the loaders of headers, interfaces and symbol tables share ----
 
 // EN and ENO, the parameters that a POU with the ENO flag has beside its own.
@@ -59,5 +62,23 @@ bool PrependEnable(FLIST* list, LQPOUHDECL& decl, const EnableParameter& paramet
 // Destroys the records of `header` and gives it new ones, with an empty list. False when memory is
 // short: those that were made are kept.
 bool RenewHeader(POU_HEADER_TYP& header);
+// The same for its declaration list alone.
+bool RenewDeclarations(POU_HEADER_TYP& header);
+
+// --- load_header.cpp: what loading a header at once and in parts share -------------------------
+
+// What the declarations of a header are loaded from.
+struct HeaderSource {
+    LQPOU* pou = nullptr;       // null for a data type
+    LQOBJECT* owner = nullptr;  // of the declarations; null when there is none
+};
+
+// Renews the records of `header` and fills its info. There is no owner when the object has no
+// header to load or memory is short.
+HeaderSource OpenHeader(POU_HEADER_TYP& header, LQOBJECT& object);
+
+// Puts what a POU has without declaring it in front of the list: a function its result, what has
+// the ENO flag and is no program EN and ENO. False when the model or memory has none to give.
+bool PrependUndeclared(FLIST* list, LQPOU& pou);
 
 }  // namespace lq::pouh

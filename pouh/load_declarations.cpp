@@ -90,10 +90,14 @@ bool PrependEnable(FLIST* list, LQPOUHDECL& decl, const EnableParameter& paramet
 
 bool RenewHeader(POU_HEADER_TYP& header) {
     DestroyPOUHInfo(header.info);
-    DestroyPOUHDeclList(header.declList);
     header.info = CreatePOUHInfo();
+    return RenewDeclarations(header) && header.info;
+}
+
+bool RenewDeclarations(POU_HEADER_TYP& header) {
+    DestroyPOUHDeclList(header.declList);
     header.declList = CreatePOUHDeclList();
-    if (!header.info || !header.declList) {
+    if (!header.declList) {
         return false;
     }
     header.declList->list = NewDeclList();

@@ -58,42 +58,6 @@ bool PrependEnables(FLIST* list) {
     return true;
 }
 
-int LoadPou(POU_HEADER_TYP& header, LQPOU& pou) {
-    LQOBJECT* source = pou.GetHeader();
-    if (!source) {
-        return 0;
-    }
-    // A header without its comments is still a header.
-    (void)FillInfo(*header.info, pou, *source);
-    FLIST* list = header.declList->list;
-    if (!LoadDeclarations(list, *source, false)) {
-        return 0;
-    }
-    const int32_t kind = pou.GetKind();
-    if (kind == LQ_KIND_FUNCTION) {
-        auto* function = dynamic_cast<LQFUN*>(&pou);
-        if (!function || !PrependResult(list, *function)) {
-            return 0;
-        }
-    }
-    if (kind != LQ_KIND_PROGRAM && pou.GetEnoFlag() && !PrependEnables(list)) {
-        return 0;
-    }
-    return RegroupByScope(*header.declList);
-}
-
-int LoadObject(POU_HEADER_TYP& header, LQOBJECT& object) {
-    if (!RenewHeader(header)) {
-        return 0;
-    }
-    if (object.GetKind() == LQ_KIND_DUT) {
-        (void)FillInfo(*header.info, object, object);
-        return LoadDeclarations(header.declList->list, object, false);
-    }
-    auto* pou = dynamic_cast<LQPOU*>(&object);
-    return pou ? LoadPou(header, *pou) : 0;
-}
-
 // The POU of that name, in the project or its libraries, or the data type.
 ID FindHeaderObject(LQNAVIOBJECTMAN& manager, const char16_t* name) {
     ID id;
@@ -113,6 +77,47 @@ ID FindHeaderObject(LQNAVIOBJECTMAN& manager, const char16_t* name) {
         }
     }
     return id;
+}
+
+}  // namespace
+
+HeaderSource OpenHeader(POU_HEADER_TYP& header, LQOBJECT& object) {
+    if (!RenewHeader(header)) {
+        return {};
+    }
+    const bool isType = object.GetKind() == LQ_KIND_DUT;
+    auto* const pou = isType ? nullptr : dynamic_cast<LQPOU*>(&object);
+    LQOBJECT* const owner = isType ? &object : pou ? pou->GetHeader() : nullptr;
+    if (owner) {
+        // A header without its comments is still a header.
+        (void)FillInfo(*header.info, object, *owner);
+    }
+    return {pou, owner};
+}
+
+bool PrependUndeclared(FLIST* list, LQPOU& pou) {
+    const int32_t kind = pou.GetKind();
+    if (kind == LQ_KIND_FUNCTION) {
+        auto* function = dynamic_cast<LQFUN*>(&pou);
+        if (!function || !PrependResult(list, *function)) {
+            return false;
+        }
+    }
+    return kind == LQ_KIND_PROGRAM || !pou.GetEnoFlag() || PrependEnables(list);
+}
+
+namespace {
+
+int LoadObject(POU_HEADER_TYP& header, LQOBJECT& object) {
+    const HeaderSource source = OpenHeader(header, object);
+    if (!source.owner || !LoadDeclarations(header.declList->list, *source.owner, false)) {
+        return 0;
+    }
+    if (!source.pou) {
+        return 1;
+    }
+    return PrependUndeclared(header.declList->list, *source.pou) ? RegroupByScope(*header.declList)
+                                                                 : 0;
 }
 
 }  // namespace

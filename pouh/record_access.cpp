@@ -20,17 +20,21 @@ FLIST* List(const Record* record) {
 
 // The fields that every specification has, wherever its record keeps them.
 struct SpecView {
-    const CLQString* typeText = nullptr;
-    const CLQString* initValue = nullptr;
+    const char16_t* typeText = nullptr;
+    const char16_t* initValue = nullptr;
     const POUH_COMMENT_TYP* comment = nullptr;
     const POUH_COMMENT_TYP* comment2 = nullptr;
 };
 
+// The specification record of a type; null for one whose kind has none.
+const void* SpecOf(const UNNAMED_TYPE_TYP& type) {
+    return FieldsOf(&type).size() > 1 ? type.spec : nullptr;
+}
+
 SpecView ViewOf(const DECL_TYP* decl) {
     const UNNAMED_TYPE_TYP* type = decl ? decl->type : nullptr;
-    void* spec = nullptr;
-    GetAttrOfUnnamedType(type, POUH_TYPESPEC, &spec);
-    if (!type || !spec) {
+    const void* spec = type ? SpecOf(*type) : nullptr;
+    if (!spec) {
         return {};
     }
     if (type->kind == DT_SUBRANGE) {
@@ -41,8 +45,8 @@ SpecView ViewOf(const DECL_TYP* decl) {
     return {s->typeText, s->initValue, s->comment, s->comment2};
 }
 
-const char16_t* OrEmpty(const CLQString* text) {
-    return text ? text->GetText() : u"";
+const char16_t* OrEmpty(const char16_t* text) {
+    return text ? text : u"";
 }
 
 }  // namespace
@@ -72,9 +76,8 @@ const char16_t* TypeTextOf(const DECL_TYP* decl) {
 }
 
 const char16_t* RangeOf(const DECL_TYP* decl) {
-    const bool isSubrange = decl && decl->type && decl->type->kind == DT_SUBRANGE;
-    void* spec = nullptr;
-    GetAttrOfUnnamedType(isSubrange ? decl->type : nullptr, POUH_TYPESPEC, &spec);
+    const bool isSubrange = TypeKindOf(decl) == DT_SUBRANGE;
+    const void* const spec = isSubrange ? decl->type->spec : nullptr;
     return OrEmpty(spec ? static_cast<const SUBRANGE_SPEC_TYP*>(spec)->range : nullptr);
 }
 

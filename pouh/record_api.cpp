@@ -86,7 +86,7 @@ int SetAttrOfPOUHComment(POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag,
 }
 
 const char16_t* GetRemarkPointerOfPOUHComment(const POUH_COMMENT_TYP* record) {
-    return record->remark ? record->remark->GetText() : u"";
+    return record->remark ? record->remark : u"";
 }
 
 int32_t GetIndexOfDecl(const DECL_TYP* record) {

@@ -45,20 +45,28 @@ constexpr ScopeGroup kGroups[] = {
     {DS_VAR_CONSTANT_RETAIN, 13},
 };
 static_assert(std::ranges::is_sorted(kGroups, {}, &ScopeGroup::group));
-constexpr unsigned kGroupCount = std::end(kGroups)[-1].group + 2;
-
-unsigned GroupOf(uint32_t scope) {
-    for (const ScopeGroup& entry : kGroups) {
-        if (entry.scope == scope) {
-            return entry.group;
-        }
-    }
-    return kGroupCount - 1;
-}
+static_assert(std::end(kGroups)[-1].group + 2 == kScopeGroups);
 
 unsigned GroupOfSlot(const void* slot) {
     const DECL_TYP* decl = *static_cast<DECL_TYP* const*>(slot);
     return GroupOf(decl ? decl->scope : DS_UNKNOWN);
+}
+
+// Whether the declarations are in scope order already. The list then stands in front of its first
+// element, as a new one does.
+bool IsInGroups(FLIST* list) {
+    unsigned before = 0;
+    void* slot = nullptr;
+    for (uint32_t at = ListGet(list, slot, nullptr, LC_FIRST, 0); at != 0;
+         at = ListGet(list, slot, nullptr, LC_NEXT, 0)) {
+        const unsigned group = GroupOfSlot(slot);
+        if (group < before) {
+            return false;
+        }
+        before = group;
+    }
+    ListGet(list, slot, nullptr, LC_REWIND, 0);
+    return true;
 }
 
 // Inserts the declarations of `from` into `to`, which is empty, group by group. `to` gets one empty
@@ -66,9 +74,9 @@ unsigned GroupOfSlot(const void* slot) {
 // its group, and the markers are removed in the end. So one pass is enough, whatever the number of
 // groups, and the declarations of a group keep their order. False when memory is short.
 bool CopyInGroups(FLIST* from, FLIST* to) {
-    void* markers[kGroupCount];
-    void* last[kGroupCount];
-    for (unsigned group = 0; group < kGroupCount; ++group) {
+    void* markers[kScopeGroups];
+    void* last[kScopeGroups];
+    for (unsigned group = 0; group < kScopeGroups; ++group) {
         markers[group] = last[group] = AddListElement(to, nullptr);
         if (!markers[group]) {
             return false;
@@ -89,6 +97,15 @@ bool CopyInGroups(FLIST* from, FLIST* to) {
 }
 
 }  // namespace
+
+unsigned GroupOf(uint32_t scope) {
+    for (const ScopeGroup& entry : kGroups) {
+        if (entry.scope == scope) {
+            return entry.group;
+        }
+    }
+    return kScopeGroups - 1;
+}
 
 FLIST* NewDeclList() {
     return Usable(CreateList(0, LET_MEMORY, sizeof(DECL_TYP*), nullptr));
@@ -124,7 +141,7 @@ bool AppendName(FLIST* list, const char16_t* name) {
 }
 
 int RegroupByScope(LQ_LIST_RECORD& record) {
-    if (CardinalityOfList(record.list) < 2) {
+    if (CardinalityOfList(record.list) < 2 || IsInGroups(record.list)) {
         return 1;
     }
     FLIST* grouped = NewDeclList();

@@ -2,8 +2,8 @@
 // through attributes or record_access.h.
 //
 // Hundreds of thousands of declarations are held at once, so a record has its fields and nothing
-// else, and a text is a pointer to a string object, which is null when there is none. The order of
-// the fields is that of the interface.
+// else, and a text is a terminated copy of just its size, null when there is none. The order of the
+// fields is that of the interface.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 #include "lq_data/pouh.h"
 
 struct POUH_COMMENT_TYP {
-    CLQString* remark;
+    const char16_t* remark;
 };
 
 // The shape of every list record. It owns the list and what the list's elements point to.
@@ -25,8 +25,8 @@ struct TASK_LIST_TYP : LQ_LIST_RECORD {};
 struct TASK_POU_LIST_TYP : LQ_LIST_RECORD {};
 
 struct POUH_INFO_TYP {
-    CLQString* infoText;
-    CLQString* name;
+    const char16_t* infoText;
+    const char16_t* name;
     uint32_t pouType;
     POUH_COMMENT_TYP* pouComment;
     POUH_COMMENT_TYP* comment;
@@ -41,8 +41,8 @@ struct POU_HEADER_TYP {
 
 struct DECL_TYP {
     uint32_t scope;  // DECL_SCOPE
-    CLQString* name;
-    CLQString* address;
+    const char16_t* name;
+    const char16_t* address;
     UNNAMED_TYPE_TYP* type;
     uint16_t word;
     uint16_t flags;
@@ -56,8 +56,8 @@ struct UNNAMED_TYPE_TYP {
 
 // Every specification but that of a subrange, so that one destruction serves all.
 struct LQ_TYPE_SPEC {
-    CLQString* typeText;
-    CLQString* initValue;
+    const char16_t* typeText;
+    const char16_t* initValue;
     POUH_COMMENT_TYP* comment;
     POUH_COMMENT_TYP* comment2;
 };
@@ -67,19 +67,19 @@ struct STRING_SPEC_TYP : LQ_TYPE_SPEC {};
 struct ARRAY_SPEC_TYP : LQ_TYPE_SPEC {};
 
 struct SUBRANGE_SPEC_TYP {
-    CLQString* name;
-    CLQString* range;
-    CLQString* initValue;
+    const char16_t* name;
+    const char16_t* range;
+    const char16_t* initValue;
     POUH_COMMENT_TYP* comment;
     uint32_t comment2;  // read and never written
 };
 
 struct TASK_INFO_TYP {
-    CLQString* name;
-    CLQString* event;
-    CLQString* interval;
-    CLQString* priority;
-    CLQString* comment;
+    const char16_t* name;
+    const char16_t* event;
+    const char16_t* interval;
+    const char16_t* priority;
+    const char16_t* comment;
 };
 
 struct TASK_TYP {

@@ -102,6 +102,13 @@ class LQ_DATA_API R_FILE {
 
     // Splits a position, 0 to the length, into node, slot and offset.
     POS_TYP Locate(int32_t pos) const;
+    // The same; most are in the block of the current position, and need no division.
+    POS_TYP At(int32_t pos) const {
+        const int64_t inBlock = int64_t{pos} - cur_.pos + cur_.off;
+        return inBlock >= 0 && inBlock < blockSize_
+                   ? POS_TYP{pos, cur_.node, cur_.idx, static_cast<uint32_t>(inBlock)}
+                   : Locate(pos);
+    }
     // The node of that number, counted from 0 along the ring.
     NODE* FindNode(uint32_t number) const;
     uint32_t BlockNumber(const POS_TYP& p) const {

@@ -7,6 +7,7 @@
 #include "lq_data/host/useradapt/user_adapter.h"
 #include "lq_data/types.h"
 #include "pouh/declarations.h"
+#include "pouh/header_parts.h"
 #include "pouh/record_types.h"
 #include "tests/support/rows.h"
 
@@ -97,6 +98,30 @@ class Load : public testing::Test {
                            TextOf(info->comment, POUH_REMARK) + u" " + Number(info->headerFlag);
     }
     Lines Header() const { return DescribeAll(ListOf(header_)); }
+    // What a header says whose declarations are loaded in parts; each names its source.
+    Lines InParts(ID id, uint32_t most) {
+        HeaderParts parts;
+        EXPECT_EQ(parts.Open(header_, id), 1);
+        EXPECT_EQ(Header(), Lines{});
+        Lines all;
+        while (!parts.AtEnd()) {
+            EXPECT_EQ(parts.LoadNext(most), 1);
+            const Lines part = Header();
+            EXPECT_LE(part.size(), most);
+            for (uint32_t i = 0; i < part.size(); ++i) {
+                const int32_t index = parts.SourceOf(i);
+                const auto& declared = project_.GetPou(id)->declarations;
+                const Text name =
+                    index < 0
+                        ? u""
+                        : project_.GetDeclaration(declared.at(static_cast<size_t>(index)))->name;
+                EXPECT_NE(part[i].find(name.empty() ? u" : 1 " : u" " + name + u" : "), Text::npos)
+                    << i;
+                all.push_back(part[i]);
+            }
+        }
+        return all;
+    }
 
     LoadedProject project_;
     ID globals_;
@@ -131,6 +156,10 @@ TEST_F(Load, HeadersAndInterfacesByKindAndEnoFlag) {
         for (const int fromDeclManager : {0, 1}) {
             EXPECT_EQ(LoadPOUHeader(header_, id, fromDeclManager), 1);
             EXPECT_EQ(Header(), c.header);
+            EXPECT_EQ(Info(), c.info);
+        }
+        for (const uint32_t most : {1u, 3u, 100u}) {
+            EXPECT_EQ(InParts(id, most), c.header) << most;
             EXPECT_EQ(Info(), c.info);
         }
         const bool hasInterface = c.kind != LQ_KIND_PROGRAM;
