@@ -379,13 +379,6 @@ const IdList& Project::Below(ID id) const {
     }
 }
 
-void Project::ShowPart(ID list, std::size_t first, std::size_t most) {
-    LQNAVIOBJECT* view = SortOf(list) == Sort::kVariableList ? GetView(list) : nullptr;
-    if (view) {
-        ShowPartOfList(*view, first, most);
-    }
-}
-
 LQNAVIOBJECT* Project::GetView(ID id) const {
     if (SortOf(id) >= Sort::kCount) {
         return nullptr;

@@ -12,25 +12,13 @@ class Selection final : public LQSELECTION {
   public:
     explicit Selection(const IdList& ids) : ids_(ids) {}
 
-    int32_t GetCount() const override {
-        const std::size_t behind = ids_.size() - std::min(first_, ids_.size());
-        return static_cast<int32_t>(std::min(behind, most_));
-    }
+    int32_t GetCount() const override { return static_cast<int32_t>(ids_.size()); }
     ID GetID(int32_t index) const override {
-        return index >= 0 && index < GetCount() ? ids_[first_ + static_cast<std::size_t>(index)]
-                                                : ID();
-    }
-
-    // From now on only `most` identifiers from index `first` on.
-    void ShowPart(std::size_t first, std::size_t most) {
-        first_ = first;
-        most_ = most;
+        return index >= 0 && index < GetCount() ? ids_[static_cast<std::size_t>(index)] : ID();
     }
 
   private:
     const IdList& ids_;
-    std::size_t first_ = 0;
-    std::size_t most_ = static_cast<std::size_t>(-1);
 };
 
 // What every view answers. `Record` has a name and a comment.
@@ -118,7 +106,6 @@ class VariableListView final : public View<LQNAVIOBJECT, VariableList> {
 
     LQSELECTION* GetSelection() override { return &declarations_; }
     int32_t GetMemberCount() const override { return declarations_.GetCount(); }
-    void ShowPart(std::size_t first, std::size_t most) { declarations_.ShowPart(first, most); }
 
   private:
     Selection declarations_;
@@ -212,10 +199,6 @@ class PoolView final : public LQCOLLECTION {
 };
 
 }  // namespace
-
-void ShowPartOfList(LQNAVIOBJECT& list, std::size_t first, std::size_t most) {
-    static_cast<VariableListView&>(list).ShowPart(first, most);
-}
 
 LQNAVIOBJECT* NewView(const Project& project, ID id) {
     if (const Pou* pou = project.GetPou(id)) {

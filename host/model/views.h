@@ -5,8 +5,10 @@
 
 #include <cstddef>
 
+#include "host/model/records.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/model/objects.h"
+#include "lq_model.h"
 
 namespace lq::host {
 
@@ -15,9 +17,6 @@ class Project;
 // A new view of an object with a place in the project's tree; null when there is no such object or
 // memory is short. Owned by the caller; not to be used after its project.
 LQNAVIOBJECT* NewView(const Project& project, ID id);
-
-// Restricts what the view of a variable list selects; see Project::ShowPart.
-void ShowPartOfList(LQNAVIOBJECT& list, std::size_t first, std::size_t most);
 
 // A new view of a declaration: an LQGVLDECL for one of a variable list (kind 51), else an
 // LQPOUHDECL.

@@ -124,10 +124,6 @@ class LQ_DATA_API Project {
     ID LibraryPool() const { return MakeId(Sort::kPool, 1); }
     ID ResourcePool() const { return MakeId(Sort::kPool, 2); }
 
-    // Lets the library see only `most` declarations of a variable list, from index `first` on: a
-    // list of a hundred thousand can so be loaded in parts. (0, -1) shows all again.
-    void ShowPart(ID list, std::size_t first, std::size_t most);
-
     // The object that LQNAVIOBJECTMAN::Get answers; null when there is none.
     LQNAVIOBJECT* GetView(ID id) const;
     Managers& GetManagers() const { return *managers_; }
