@@ -69,7 +69,7 @@ class WholeProject : public SmallProject {
         Declare(unit, u"Short", u"ARRAY [0..9] OF INT", kTemp);
         Declare(unit, u"Speed", u"INT", kExternal);
         Declare(unit, u"A_name_of_more_than_thirty_two_characters", u"Point");
-        AddBody({{u"L1", 30}});
+        AddBody({{u"L1", 30}, {u"Gone", 31}});
         EditPou(unit)->bodies.back().jumps.push_back({u"L1", 40});
     }
 };
@@ -110,7 +110,9 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     using Fault = DeclFault;
     const std::u16string longName(256, u'n');
     SmallProject project;
-    const ID units[] = {project.unit, project.AddPouNamed(longName.c_str()), ID(7)};
+    const std::u16string longText = u"'" + std::u16string(70'000, u'x') + u"'";
+    const ID units[] = {project.unit, project.AddPouNamed(longName.c_str()), ID(7),
+                        project.AddPouNamed(u"Full")};
     const struct {
         ID owner;
         const char16_t* name;
@@ -151,13 +153,16 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     expected += Row(u"Unit/" + longName.substr(9), kLabelName, Fault::kNone, POUH_NAME, {32, 320});
     expected += Row(longName + u"/", kUnitName, Fault::kNone, POUH_DECLLIST, {});
     expected += Row(u"/", kUnit, Fault::kNone, POUH_DECLLIST, {});  // the model has no such object
+    project.Declare(units[3], u"fine", u"INT");
+    project.Declare(units[3], u"large", u"STRING(9)", kLocal, longText.c_str());
+    expected += Row(u"Full/", kComponents, Fault::kNone, POUH_DECLLIST, {});
 
     struct Source : host::ProjectSource {
         using ProjectSource::ProjectSource;
         const LQSELECTION* GetUnits() override { return &units; }
         IdSelection units;
     } source(project);
-    source.units = IdSelection(units, 3);
+    source.units = IdSelection(units, 4);
     const auto tables = NewTables();
     const TranslationResult result = Translate(source, *tables, nullptr);
     std::string refused;
@@ -170,9 +175,9 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     }
     EXPECT_EQ(refused, expected);
     EXPECT_EQ(result.outcome, TranslationOutcome::kDone);
-    EXPECT_EQ(result.declarations, 13u);
+    EXPECT_EQ(result.declarations, 15u);
     EXPECT_EQ(result.entered, 2u);
-    EXPECT_EQ(result.units, 1u);
+    EXPECT_EQ(result.units, 2u);
 }
 
 // Areas of every size, and none; lines that were there before keep theirs.
@@ -192,9 +197,9 @@ TEST(Translate, FillsTheUserAreasOfNewLines) {
     EXPECT_EQ(result.GetRefusalCount(), 0u);
     EXPECT_EQ(result.entered, 7u);
     const std::map<int, std::string> lines = {
-        {CgTab::TAB_DBG, "0 "},   {CgTab::TAB_POU, "0 "},   {CgTab::TAB_CMP, "5 7 4 6 8 "},
-        {CgTab::TAB_GLB, "2 3 "}, {CgTab::TAB_ADR, "2 3 "}, {CgTab::TAB_CST, "2 3 5 "},
-        {CgTab::TAB_LBL, "30 "},  {CgTab::TAB_DMM, "3 "}};
+        {CgTab::TAB_DBG, "0 "},     {CgTab::TAB_POU, "0 "},   {CgTab::TAB_CMP, "5 7 4 6 8 "},
+        {CgTab::TAB_GLB, "2 3 "},   {CgTab::TAB_ADR, "2 3 "}, {CgTab::TAB_CST, "2 3 5 "},
+        {CgTab::TAB_LBL, "30 31 "}, {CgTab::TAB_DMM, "3 "}};
     EXPECT_EQ(client.lines, lines);
 
     // The bytes are there, and nothing else depends on them.
@@ -317,7 +322,7 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     project.Declare(project.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
     project.Declare(project.unit, u"Third", u"INT", kLocal, u"33");
     project.Declare(project.unit, u"inner", u"WORD");
-    project.AddBody({{u"L2", 50}});
+    project.AddBody({{u"L1", 52}, {u"L2", 50}});
     unit.bodies.back().jumps.assign(3, {u"L2", 51});
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
     const auto fresh = Translated(project);
