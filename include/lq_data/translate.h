@@ -212,9 +212,8 @@ class LQ_DATA_API TranslationResult {
 // Enters what the source selects into a set, which may hold lines already:
 //
 //   - each global with its address, constant and array lines;
-//   - for each unit its components, as one section of table 2, and its line in table 1, the
-//   POU_INFO
-//     of which is a UnitInfo; a debug record, if the client has one;
+//   - for each unit its components, as one section of table 2, and its line in table 1, whose
+//     POU_INFO is a UnitInfo; a debug record, if the client has one;
 //   - the marks of its bodies, under the unit's and the body's name ("Unit.Body.Label"), and its
 //     temporaries under the unit's ("Unit.x");
 //   - the names of user types and of function block types that what was entered, or a member of the
@@ -230,15 +229,13 @@ LQ_DATA_API TranslationResult Translate(TranslationSource& source, CgTab& tables
 // that the set does not have is entered for the first time. Nothing else of the project is looked
 // at, no index is built anew. What becomes of what the set had of the unit:
 //
-//   - its section of table 2 is abandoned: the lines stay where they are, and the unit's line,
-//   which
-//     stays as well, names the new section, whose components begin with a use count of 0;
-//   - its labels are reset and entered again: a name that the unit no longer has stays, as that of
-//   a
-//     reference that nobody uses. Its temporaries get their new types, and those that it no longer
-//     has stay; they are not counted again;
-//   - addresses, constants, globals and other names are found again, with the use counts that they
-//     have; but a name of a type counts each time;
+//   - its section of table 2 is abandoned: the lines stay where they are. The unit's line stays as
+//     well and names the new section, whose components begin with a use count of 0;
+//   - its labels are reset and entered again: one that the unit no longer has stays, as a reference
+//     that nobody uses. Its temporaries get their new types, and those that it no longer has stay;
+//     they are not counted again;
+//   - addresses, constants, globals and other names are found again, with the use counts and user
+//     areas that they have; but a name of a type counts each time;
 //   - the lines of its arrays are abandoned and appended anew; its debug record is appended when it
 //     says something new.
 //
