@@ -3,12 +3,8 @@
 // own (new_declaration.cpp).
 #pragma once
 
-#include <cstddef>
-
-#include "host/model/records.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/model/objects.h"
-#include "lq_model.h"
 
 namespace lq::host {
 
