@@ -178,7 +178,7 @@ ID Project::AddDeclaration(const Declaration& declaration, ID* earlier) {
 }
 
 ID Project::AddAside(const Declaration& declaration) {
-    return DeclarationsOf(declaration.owner)
+    return DeclarationsOf(declaration.owner) || GetConfiguration(declaration.owner)
                ? Enter(declarations_, declaration, {Sort::kDeclaration, nullptr, nullptr})
                : ID();
 }

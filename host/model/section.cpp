@@ -26,8 +26,9 @@ constexpr RowOf<Scope, Keywords> kKeywords[] = {
     {Scope::kGlobal,
      {{u"VAR_GLOBAL", u"VAR_GLOBAL_CONSTANT", u"VAR_GLOBAL_RETAIN",
        u"VAR_GLOBAL_CONSTANT_RETAIN"}}},
+    {Scope::kConfig, {{u"VAR_CONFIG", nullptr, nullptr, nullptr}}},
 };
-static_assert(AreInOrder(kKeywords, Scope::kGlobal));
+static_assert(AreInOrder(kKeywords, Scope::kConfig));
 
 const char16_t* Find(Section section) {
     const Keywords& keywords = kKeywords[static_cast<std::size_t>(section.scope)].value;

@@ -76,7 +76,9 @@ Section ReadSection(Context& context, const Element& list) {
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
                                         Section section) {
     Declaration declaration;
-    const std::string_view name = Required(context, variable, "name");
+    const bool isPath = section.scope == Scope::kConfig;
+    const std::string_view name =
+        Required(context, variable, isPath ? "instancePathAndName" : "name");
     declaration.name = section.scope == Scope::kGlobal ? context.Store(name) : context.Intern(name);
     if (*declaration.name == 0) {
         return {};

@@ -9,7 +9,8 @@
 
 namespace lq::host::plcopen {
 
-// A variable of an interface, a list or a structure. Nothing, with a report, when it has no name.
+// A variable of an interface, a list or a structure, or what a configuration says of one. Nothing,
+// with a report, when it has no name.
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
                                         Section section);
 

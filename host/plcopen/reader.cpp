@@ -59,6 +59,7 @@ class Reader final : public ElementHandler {
     void TakeHeader(const Element& header);
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
     void TakeVariable(const Element& variable);
+    void TakeConfigVariable(const Element& variable);
     void TakeResultType(const Element& type);
     void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
     void TakeNamedBody(const Element& part);
@@ -99,6 +100,7 @@ const Reader::Step Reader::kSteps[] = {
     {"inOutVars", &Reader::OpenVariables, &Reader::Leave},
     {"externalVars", &Reader::OpenVariables, &Reader::Leave},
     {"globalVars", &Reader::OpenVariables, &Reader::Leave},
+    {"configVars", &Reader::Enter, &Reader::Leave},
     {"actions", &Reader::Enter, &Reader::Leave},
     {"transitions", &Reader::Enter, &Reader::Leave},
     {"instances", &Reader::Enter, &Reader::Leave},
@@ -109,6 +111,7 @@ const Reader::Step Reader::kSteps[] = {
     {"contentHeader", nullptr, &Reader::TakeHeader},
     {"dataType", nullptr, &Reader::TakeDataType},
     {"variable", nullptr, &Reader::TakeVariable},
+    {"configVariable", nullptr, &Reader::TakeConfigVariable},
     {"returnType", nullptr, &Reader::TakeResultType},
     {"body", nullptr, &Reader::TakeBody},
     {"action", nullptr, &Reader::TakeNamedBody},
@@ -261,6 +264,13 @@ void Reader::TakeVariable(const Element& variable) {
     if (earlier != ID() && project_.GetDeclaration(earlier)->owner == owner_) {
         context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
                                     variable.Attribute("name")));
+    }
+}
+
+void Reader::TakeConfigVariable(const Element& variable) {
+    if (const auto declaration =
+            ReadVariable(context_, variable, configuration_, {Scope::kConfig})) {
+        project_.AddAside(*declaration);
     }
 }
 

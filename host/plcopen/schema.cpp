@@ -66,6 +66,9 @@ constexpr Row kRows[] = {
     {"inOutVars", kListAttributes, kList},
     {"externalVars", kListAttributes, kList},
     {"globalVars", "name constant retain nonretain persistent nonpersistent", kList},
+    {"configVars", "-name", "configVariable addData !documentation"},
+    {"configVariable", "instancePathAndName address -globalId",
+     "type initialValue addData documentation"},
     {"variable", "name address -globalId", "type initialValue addData documentation"},
 
     {"returnType", "", kTypes},
@@ -135,7 +138,7 @@ constexpr Row kRows[] = {
     {"instances", "", "configurations"},
     {"configurations", "", "configuration"},
     {"configuration", "name -globalId",
-     "resource globalVars !accessVars !configVars addData documentation"},
+     "resource globalVars !accessVars configVars addData documentation"},
     {"resource", "name -globalId", "task globalVars pouInstance addData documentation"},
     {"task", "name single interval priority -globalId", "pouInstance addData documentation"},
     {"pouInstance", "name typeName type -globalId", "addData documentation"},

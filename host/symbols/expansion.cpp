@@ -18,7 +18,7 @@ bool IsMember(Scope scope) {
 }
 
 bool IsReference(Scope scope) {
-    return scope == Scope::kInOut || scope == Scope::kExternal;
+    return scope == Scope::kInOut || scope == Scope::kExternal || scope == Scope::kConfig;
 }
 
 uint64_t CountOf(const std::vector<Bounds>& bounds) {

@@ -11,7 +11,7 @@ import xml.etree.ElementTree as ET
 
 COLUMNS = "path name section type address initial comment file line column".split()
 SECTIONS = {"localVars": "VAR", "tempVars": "VAR_TEMP", "inputVars": "VAR_INPUT", "outputVars": "VAR_OUTPUT",
-            "inOutVars": "VAR_IN_OUT", "externalVars": "VAR_EXTERNAL", "globalVars": "VAR_GLOBAL"}
+            "inOutVars": "VAR_IN_OUT", "externalVars": "VAR_EXTERNAL", "globalVars": "VAR_GLOBAL", "configVars": "VAR_CONFIG"}
 MARKS = {"constant": " CONSTANT", "retain": " RETAIN", "nonretain": " NON_RETAIN", "persistent": " PERSISTENT"}
 
 
@@ -65,11 +65,12 @@ def recount(root, file):
         if name in ("pou", "configuration", "resource"):
             path = path + [element.get("name")]
         for variable in element if name in SECTIONS else []:
-            if tag(variable) != "variable":
+            title = variable.get("name", variable.get("instancePathAndName"))
+            if tag(variable) not in ("variable", "configVariable") or title is None:
                 continue
             marks = "".join(text for mark, text in MARKS.items() if element.get(mark) in ("true", "1"))
             initial, comment = child(variable, "initialValue"), child(variable, "documentation")
-            rows.append([".".join(path), variable.get("name").strip(), SECTIONS[name] + marks,
+            rows.append([".".join(path), title.strip(), SECTIONS[name] + marks,
                          type_of(child(variable, "type")), (variable.get("address") or "").strip(),
                          "" if initial is None else value_of(initial),
                          " ".join("".join(comment.itertext()).split()) if comment is not None else "", file])
@@ -97,7 +98,7 @@ def check(lq, path):
         row[6] = " ".join(row[6].split())
         found += [f"{row} is {other}"] if row[:8] != other else []
         place = lines[int(row[8]) - 1][int(row[9]) - 1:]
-        found += [f"{row} begins not so: {place}"] if not re.match(r"<(\w+:)?variable\b", place) else []
+        found += [f"{row} begins not so: {place}"] if not re.match(r"<(\w+:)?(configV|v)ariable\b", place) else []
     found += [f"{len(rows)} rows are {len(expected)}"] if len(rows) != len(expected) else []
     for structure in [e for e in root.iter() if tag(e) == "struct"]:
         structure.clear()  # its members are no variables

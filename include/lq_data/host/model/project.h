@@ -71,7 +71,8 @@ class LQ_DATA_API Project {
     void CountAsLibrary();
 
     // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
-    // a POU. Adopt makes it the last of its owner's.
+    // a POU, or what a configuration says of a variable of one (VAR_CONFIG), with the path of the
+    // instance for a name. Adopt makes it the last of its owner's, if that has declarations.
     ID AddAside(const Declaration& declaration);
     void Adopt(ID declaration);
 

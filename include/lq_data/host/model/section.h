@@ -8,7 +8,17 @@
 
 namespace lq::host {
 
-enum class Scope : uint8_t { kLocal, kTemp, kInput, kInExt, kOutput, kInOut, kExternal, kGlobal };
+enum class Scope : uint8_t {
+    kLocal,
+    kTemp,
+    kInput,
+    kInExt,
+    kOutput,
+    kInOut,
+    kExternal,
+    kGlobal,
+    kConfig
+};
 
 // What a declaration may say of its section beyond the keyword that it is given.
 inline constexpr unsigned kMarkConstant = 1;

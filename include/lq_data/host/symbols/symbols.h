@@ -17,7 +17,7 @@ enum class Unexpanded : uint8_t {
     kNone,
     kUnknownType,  // no data type and no function block has the type's name
     kRecursive,    // the type contains itself
-    kReference,    // an in-out or external variable: the members are those of another one
+    kReference,    // in-out, external or configured: the members are those of another variable
     kBounds,  // the array's bounds are not whole numbers in their order, or it has no element type
     kElements,  // an array of more than kMostElements elements
     kDepth,     // in more than kMostDepth types and arrays
@@ -33,8 +33,9 @@ inline constexpr std::size_t kMostMembers = 100'000;
 // A variable, or with SymbolOptions::expand a member of one. The texts hold as long as the call
 // that they are handed to.
 struct Symbol {
-    std::u16string_view path;     // the unit, the configuration, or "Configuration.Resource"
-    std::u16string_view name;     // of a member with what it is in: "mixers[2].Speed"
+    std::u16string_view path;  // the unit, the configuration, or "Configuration.Resource"
+    std::u16string_view name;  // in VAR_CONFIG the instance's path; of a member with what it is in:
+                               // "mixers[2].Speed"
     std::u16string_view section;  // as WrittenSection has it; a structure's members have its own
     std::u16string_view type;     // as it was declared
     // As it was declared. Of a member the one of its own declaration, and where a located structure
@@ -72,9 +73,9 @@ struct SymbolOptions {
 using TakeSymbol = std::function<void(const Symbol&)>;
 
 // Hands each variable to `take`: those of POUs, their implicit parameters EN and ENO too, and of
-// global variable lists. Members of data types are none, and a function's result is none. What
-// libraries and the standard declare is left out. An expansion does not tell EN and ENO of
-// instances.
+// global variable lists, and what configurations say of variables (VAR_CONFIG). Members of data
+// types are none, and a function's result is none. What libraries and the standard declare is left
+// out. An expansion does not tell EN and ENO of instances.
 
 // Throws std::bad_alloc, and what `take` throws.
 LQ_DATA_API void ForEachSymbol(const Project& project, const SymbolOptions& options,
