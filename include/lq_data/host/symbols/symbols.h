@@ -36,8 +36,9 @@ struct Symbol {
     std::u16string_view path;  // the unit, the configuration, or "Configuration.Resource"
     std::u16string_view name;  // in VAR_CONFIG the instance's path; of a member with what it is in:
                                // "mixers[2].Speed"
-    std::u16string_view section;  // as WrittenSection has it; a structure's members have its own
-    std::u16string_view type;     // as it was declared
+    std::u16string_view
+        section;  // as WrittenSection has it; members of structures have the variable's
+    std::u16string_view type;  // as it was declared
     // As it was declared. Of a member the one of its own declaration, and where a located structure
     // begins and the sizes agree, that of the structure: what follows lies where each target puts
     // it, and has no address here.
