@@ -24,7 +24,7 @@ constexpr host::Section kTemp = {host::Scope::kTemp};
 // blocks, and columns ten times as far.
 class SmallProject : public LoadedProject {
   public:
-    SmallProject() : list(AddGlobals()), unit(AddPouNamed(u"Unit")) {}
+    SmallProject() : list(NewGlobals()), unit(NewPou(LQ_KIND_PROGRAM, u"Unit")) {}
 
     void Declare(ID owner, const char16_t* name, const char16_t* type,
                  host::Section section = kLocal, const char16_t* init = u"",
@@ -54,6 +54,13 @@ class SmallProject : public LoadedProject {
     const ID unit;
 
   private:
+    ID NewGlobals() {
+        host::VariableList globals;
+        globals.name = u"Globals";
+        globals.parent = NewConfiguration(u"Config");
+        return AddVariableList(globals);
+    }
+
     const size_t standard_ = Declarations().size();
 };
 
@@ -61,7 +68,7 @@ class SmallProject : public LoadedProject {
 class WholeProject : public SmallProject {
   public:
     WholeProject() {
-        AddVar(AddStructure(u"Point"), u"x", u"Point");
+        NewVar(NewDataType(u"Point"), u"x", u"Point");
         Declare(list, u"Speed", u"INT", pouh::kGlobal, u"1500", u"%QW4");
         Declare(list, u"Points", u"ARRAY [1..3] OF Point", pouh::kGlobal);
         Declare(unit, u"Inner", u"REAL", kLocal, u"0.5");
@@ -111,8 +118,8 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     const std::u16string longName(256, u'n');
     SmallProject project;
     const std::u16string longText = u"'" + std::u16string(70'000, u'x') + u"'";
-    const ID units[] = {project.unit, project.AddPouNamed(longName.c_str()), ID(7),
-                        project.AddPouNamed(u"Full")};
+    const ID units[] = {project.unit, project.NewPou(LQ_KIND_PROGRAM, longName.c_str()), ID(7),
+                        project.NewPou(LQ_KIND_PROGRAM, u"Full")};
     const struct {
         ID owner;
         const char16_t* name;
@@ -299,7 +306,7 @@ int64_t SizeOf(const CgTab& tables) {
 
 TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     WholeProject project;
-    project.Declare(project.AddPouNamed(u"Other"), u"Half", u"REAL", kLocal, u"0.5");
+    project.Declare(project.NewPou(LQ_KIND_PROGRAM, u"Other"), u"Half", u"REAL", kLocal, u"0.5");
     auto tables = Translated(project);
     host::ProjectSource source(project);
     const std::string other = Said(*tables, u"Other");
@@ -343,7 +350,7 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     EXPECT_EQ(SizeOf(*tables), size);
 
     // A unit that the set does not have yet.
-    const ID added = project.AddPouNamed(u"Added");
+    const ID added = project.NewPou(LQ_KIND_PROGRAM, u"Added");
     project.Declare(added, u"x", u"INT");
     EXPECT_EQ(enter(added), TranslationOutcome::kDone);
     EXPECT_EQ(Said(*tables, u"Added"), Said(*Translated(project), u"Added"));
