@@ -115,7 +115,7 @@ class Copy:
         if by := self.is_whole and self.first_failure_elsewhere():
             return by
         self.seconds = 60 + 5 * (time.monotonic() - started)
-        self.tests, self.programs = self.digest("bin/lq_tests"), self.digest("bin/*", "lib/*")
+        self.programs = self.digest()
         return None
 
     def restore(self, path):
@@ -125,9 +125,9 @@ class Copy:
     def compiles(self, target):
         return run("cmake", "--build", self.build, "--target", target)[0] == 0
 
-    def digest(self, *patterns):
+    def digest(self):
         return [hashlib.sha256(path.read_bytes()).digest()
-                for one in patterns for path in sorted(self.build.glob(one)) if path.is_file()]
+                for path in sorted(self.build.glob("[bl]i[nb]/*")) if path.is_file()]
 
     def suites_of(self, source):
         """A filter for the quick tests of its folder, and those that replay the models."""
@@ -159,13 +159,12 @@ class Copy:
         if not source.startswith("tools/"):
             if not self.compiles("lq_tests"):
                 return "broken", None
-            if self.digest("bin/lq_tests") != self.tests:
-                chosen = self.suites_of(source)
-                by = self.first_failure(chosen) or self.first_failure(f"-{chosen}")
+            chosen = self.suites_of(source)
+            by = self.first_failure(chosen) or self.first_failure(f"-{chosen}")
         if not by:
             if not self.is_whole:
                 return "late", None
-            if not self.compiles("all") or (told.random and self.digest("bin/*", "lib/*") == self.programs):
+            if not self.compiles("all") or (told.random and self.digest() == self.programs):
                 return "broken", None
             by = self.first_failure_elsewhere()
         return ("killed" if by else "expected" if reason else "survived"), by
@@ -178,7 +177,7 @@ class Faults:
         self.faults = random_faults.faults(root, told.seed, pattern) if told.random else faults()
         self.left = told.random or sys.maxsize
         self.lock, self.late, self.survivors, self.wrong = threading.Lock(), [], [], None
-        self.counts = dict.fromkeys(("killed", "survived", "expected", "broken"), 0)
+        self.counts = dict.fromkeys(("killed", "survived", "expected", "broken", "late"), 0)
 
     def take(self, may_be_late):
         with self.lock:
@@ -189,11 +188,10 @@ class Faults:
 
     def judged(self, fault, verdict, by, seconds):
         source, text, replacement, reason = fault
-        if verdict == "late":
-            return self.late.append(fault)
         text, replacement = (str(one).replace("\n", "⏎") for one in (text, replacement))
         with self.lock:
             self.counts[verdict] += 1
+            self.late += [fault] if verdict == "late" else []
             self.left = max(self.left, 0) + 1 if verdict == "broken" else self.left
             if verdict == "survived":
                 self.survivors.append(f"@ {source}\n- {text}\n+ {replacement}")
@@ -216,7 +214,8 @@ def plant(copy, planted):
 
 def check():
     unfit = [(source, text) for source, text, replacement, _ in faults()
-             if replacement is None or not (root / source).exists() or (root / source).read_text().count(text) != 1]
+             if replacement is None or not (root / source).exists()
+             or (root / source).read_text().count(text) != 1]
     for source, text in unfit:
         print(f"mutate: {source} does not have this once: {text}", file=sys.stderr)
     sys.exit(1 if unfit else 0)
