@@ -54,6 +54,13 @@ TEST(PairedList, SizesWalkThePairs) {
     };
     EXPECT_EQ(SizeOfElementOfAssay(assay, nullptr, &size2, isSeven, 0), 3u);
     DestroyAssay(assay);
+    // Sorting keeps the sizes.
+    assay = CreateAssay(0, LET_MEMORY, 3, LET_MEMORY, 5, nullptr);
+    InsertElementOfAssay(assay, "abc", "defgh", LC_LAST, 0);
+    EXPECT_EQ(SortElementOfAssay(assay, LC_FIRST, 0), 1u);
+    EXPECT_EQ(SizeOfElementOfAssay(assay, &size1, &size2, LC_FIRST, 0), 1u);
+    EXPECT_EQ(size1 * 10 + size2, 35u);
+    DestroyAssay(assay);
 }
 
 TEST(PairedList, InvalidTables) {

@@ -79,6 +79,9 @@ TEST(Settings, AreWhereTheEnvironmentSays) {
     const lq::test::EnvironmentVariable homeVariable("HOME", home.c_str());
     for (const char* moved : {"", static_cast<const char*>(nullptr)}) {
         const lq::test::EnvironmentVariable notMoved("LQ_DATA_CONFIG", moved);
+        lq::host::PathBuffer machine = "";
+        EXPECT_TRUE(GetConfigPath(lq::host::ConfigOwner::kMachine, "file", machine));
+        EXPECT_STREQ(machine, "/etc/lq_data/file");
         for (const std::string config : {"", "etc"}) {
             const lq::test::EnvironmentVariable variable(
                 "XDG_CONFIG_HOME", config.empty() ? "" : (home + "/" + config).c_str());

@@ -98,6 +98,7 @@ TEST(Streams, GrowOnTheHeap) {
         EXPECT_EQ(error, STREAM_END);
     });
     MEMSTREAM_A bytes;
+    EXPECT_EQ(HEAPSTREAM_W().PutBlock(u"a", 0, nullptr), 0);
     EXPECT_EQ(bytes.PutBlock("abcde", 5, nullptr), 5);
     EXPECT_EQ(bytes.SeekRead(5, nullptr), 1);
     bytes.Truncate(9);
@@ -115,6 +116,7 @@ TEST(Streams, GoThroughAFile) {
     const lq::test::TempFolder folder;
     const std::string path = folder.GetPath() / "image";
     FILESTREAM_A file;
+    EXPECT_EQ(file.GetErrno(), 0);
     ASSERT_EQ(file.Open(path.c_str(), FILESTREAM_A::WRITE), 1);
     EXPECT_EQ(file.PutBlock("a\0b", 3, nullptr), 3);
     EXPECT_EQ(file.Close(), 1);

@@ -17,6 +17,7 @@ class HostAnswers : public testing::Test {
     HostAnswers() {
         host::GetAddressRules().isCustomAddress = [](const char16_t* text, int access, int flag) {
             lastAccess = access;
+            lastLength = std::u16string_view(text).size();
             return flag == 1 && text[0] == u'X' && text[1] >= u'0' && text[1] <= u'9' ? 1 : 0;
         };
         host::GetAddressRules().isOwnConstant = [](const char16_t* text, int a, int b) {
@@ -35,6 +36,7 @@ class HostAnswers : public testing::Test {
     }
 
     static inline int lastAccess = -1;
+    static inline std::size_t lastLength = 0;
 };
 
 TEST_F(HostAnswers, ExtendWhatBelongsToAnIdentifier) {
@@ -49,6 +51,10 @@ TEST_F(HostAnswers, AreGivenTheAccessFlag) {
         EXPECT_EQ(lastAccess, flag);
         EXPECT_EQ(scanner->SetCheckAccessOfCustomAddress(1), flag);
     }
+    // As much of the word as there is room for.
+    TestScanner scanner(u"x1" + std::u16string(3000, u'a') + u"\\");
+    scanner->GetToken();
+    EXPECT_EQ(lastLength, Scanner::kBufferSize - 1u);
 }
 
 // Texts that are looked at while they grow beyond the ring stay whole. Behind 67 blanks the point

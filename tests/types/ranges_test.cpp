@@ -49,6 +49,19 @@ TEST(Ranges, TheSiteIsAskedOnce) {
     lq::host::GetUserAdapterAnswers() = {};
 }
 
+// In a process of its own, which has not asked yet.
+TEST(RangesDeathTest, TheSiteChooses) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto tell = [] {
+        lq::host::GetUserAdapterAnswers() = {1, 1, 0};
+        uint32_t sets[2] = {};
+        DCE_GetIntConstRange(0, 300, &sets[0]);
+        DCE_GetBOHConstRange(300, &sets[1]);
+        std::_Exit(sets[0] == 0xE01DC && sets[1] == 0xE0000 ? 0 : 1);
+    };
+    EXPECT_EXIT(tell(), testing::ExitedWithCode(0), "");
+}
+
 TEST(Ranges, RealConstants) {
     for (const Row& row : Rows("types/types.rows", "reals")) {
         uint32_t bits = 0;
