@@ -112,6 +112,8 @@ TEST(ArrayExtents, ClearKnowsThreeModes) {
         info.total.sign = 1;
         const bool clears = mode == 0 || mode == 1;
         EXPECT_EQ(info.Clear(static_cast<ArrInfo::CLEAR_ID>(mode)), clears ? 1 : 0) << mode;
+        ANY_INT_32 ext[2] = {};
+        EXPECT_EQ(info.GetExt(&ext, 0), clears ? 0 : 1) << mode;
         EXPECT_EQ(Describe(info), clears ? "-1: = 1" : "2: 10 5 = -50") << mode;
     }
 }
@@ -120,7 +122,7 @@ TEST(ArrayExtents, CopyIsIndependentAndRecomputesTheTotal) {
     ArrInfo from;
     ArrInfo to;
     Fill(from, IEC_REAL, {3});
-    Append(from, 4, 0);
+    EXPECT_EQ(Append(from, 4, 0), 1);
     Fill(to, IEC_INT, {9, 9, 9});
     EXPECT_EQ(Describe(from), "9: 3 4 = 3");
     EXPECT_EQ(from.Copy(to), 1);

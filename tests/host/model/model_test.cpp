@@ -46,6 +46,8 @@ TEST(Project, RefusesOwnersOfTheWrongSort) {
         EXPECT_EQ(project.NewVar(owner, u"v", u"INT"), ID()) << owner.GetNumber();
     }
     EXPECT_EQ(project.Declarations().size(), count);
+    const auto behind = static_cast<uint32_t>(project.Pous().size());
+    EXPECT_EQ(project.FindBelow(MakeId(Sort::kPou, behind), u"v"), ID());
     EXPECT_EQ(project.NewResource(program), ID());
     EXPECT_EQ(project.AddTask({}), ID());
     EXPECT_EQ(project.AddProgramInstance({}), ID());
