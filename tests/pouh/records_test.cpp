@@ -110,6 +110,7 @@ TEST(PouhRecords, InPlace) {
     SetAttrOfSubrangeSpec(spec, POUH_RANGE, u"a range that needs memory of its own");
     spec->comment = CreatePOUHComment();
     EXPECT_EQ(std::u16string(lq::pouh::TypeTextOf(decl)), u"INT");
+    EXPECT_EQ(lq::Declaration(decl).Range(), u"a range that needs memory of its own");
     DestroyDecl(decl);
     POUH_COMMENT_TYP* comment = CreatePOUHComment();
     EXPECT_EQ(std::u16string(GetRemarkPointerOfPOUHComment(comment)), u"");
