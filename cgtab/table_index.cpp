@@ -38,12 +38,12 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
         head.read = file_.ReadAt(pos, head.copy, sizeof(head.copy));
         head.bytes = head.copy;
     }
-    __builtin_prefetch(head.bytes + 64);  // most lines end in the next line of the cache
     const uint32_t lengthAt = 4u + traits.fixedKey;
     head.nameAt = lengthAt + traits.nameLenBytes;
     if (head.read < head.nameAt) {
         return false;
     }
+    __builtin_prefetch(head.bytes + 64);  // most lines end in the next line of the cache
     head.length = lq::cgtab::LoadU32(head.bytes);
     const unsigned char* const field = head.bytes + lengthAt;
     head.nameLength = field[0];
