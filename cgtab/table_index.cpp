@@ -43,7 +43,9 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     if (head.read < head.nameAt) {
         return false;
     }
-    __builtin_prefetch(head.bytes + 64);  // most lines end in the next line of the cache
+    if (head.read > 64) {
+        __builtin_prefetch(head.bytes + 64);  // most lines end in the next line of the cache
+    }
     head.length = lq::cgtab::LoadU32(head.bytes);
     const unsigned char* const field = head.bytes + lengthAt;
     head.nameLength = field[0];
