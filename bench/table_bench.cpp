@@ -112,8 +112,8 @@ void IndexBytes(benchmark::State& state, std::size_t count) {
 void LookUpComponents(benchmark::State& state, std::size_t count) {
     const auto tables = NewTables();
     POU_HEADER_TYP* const header = CreatePOUHeader();
-    POUH_DECL_LIST_TYP* record = nullptr;
-    GetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
+    POUH_DECL_LIST_TYP* const record = CreatePOUHDeclList();
+    SetAttrOfPOUHeader(header, POUH_DECLLIST, &record);
     FLIST* decls = CreateList(0, LET_MEMORY, sizeof(void*), nullptr);
     SetAttrOfPOUHDeclList(record, POUH_LIST, &decls);
     const std::vector<Text> names = Names(4);
