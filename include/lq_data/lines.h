@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <tuple>
 
 #include "lq_data/cgtab.h"
 
@@ -19,50 +20,17 @@ namespace lq {
 
 namespace detail {
 
-template <CgTab::TAB_ID kId>
-struct RecordOf;
-template <>
-struct RecordOf<CgTab::TAB_DBG> {
-    using Type = CgTab::DBG_INFO;
-};
-template <>
-struct RecordOf<CgTab::TAB_POU> {
-    using Type = CgTab::POU_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_CMP> {
-    using Type = CgTab::CMP_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_GLB> {
-    using Type = CgTab::GLB_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_ADR> {
-    using Type = CgTab::ADR_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_CST> {
-    using Type = CgTab::CstLine;
-};
-template <>
-struct RecordOf<CgTab::TAB_LBL> {
-    using Type = CgTab::LBL_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_TMP> {
-    using Type = CgTab::TMP_LINE;
-};
-template <>
-struct RecordOf<CgTab::TAB_DMM> {
-    using Type = CgTab::DMM_LINE;
-};
+// In the order of TAB_ID.
+using LineRecords =
+    std::tuple<CgTab::DBG_INFO, CgTab::POU_LINE, CgTab::CMP_LINE, CgTab::GLB_LINE, CgTab::ADR_LINE,
+               CgTab::CstLine, CgTab::LBL_LINE, CgTab::TMP_LINE, CgTab::DMM_LINE>;
+static_assert(std::tuple_size_v<LineRecords> == CgTab::kUserTables);
 
 }  // namespace detail
 
 // A line's record type.
 template <CgTab::TAB_ID kId>
-using LineRecord = typename detail::RecordOf<kId>::Type;
+using LineRecord = std::tuple_element_t<kId, detail::LineRecords>;
 
 // The lines of one of tables 0 to 8 that begin at or behind `start` and before `end`, which are
 // positions of lines: all, or the section of a unit (CgTab::POS_DSC). It is walked once.

@@ -1,10 +1,11 @@
 #include <memory>
 
 #include "lq_data/containers.h"
+#include "lq_data/handles.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"
@@ -12,7 +13,6 @@
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/output.h"
-#include "tools/lq/owned_records.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
@@ -30,17 +30,14 @@ const std::vector<Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"i
 
 Json Declarations(FLIST* decls) {
     Json rows = Json::array();
-    for (const DECL_TYP* decl = pouh::DeclAt(decls, LC_FIRST); decl;
-         decl = pouh::DeclAt(decls, LC_NEXT)) {
-        uint32_t scope = DS_UNKNOWN;
-        GetAttrOfDecl(decl, POUH_SCOPE, &scope);
-        rows.push_back({{"scope", ScopeText(scope)},
-                        {"name", EncodeUtf8(pouh::TextOf(decl, POUH_NAME))},
-                        {"type", EncodeUtf8(pouh::TypeTextOf(decl))},
-                        {"initial", EncodeUtf8(pouh::InitValueOf(decl))},
-                        {"address", EncodeUtf8(pouh::TextOf(decl, POUH_ADDRESS))},
-                        {"comment", EncodeUtf8(pouh::CommentOf(decl, POUH_COMMENT))},
-                        {"comment2", EncodeUtf8(pouh::CommentOf(decl, POUH_COMMENT2))}});
+    for (const Declaration decl : lq::Declarations(decls)) {
+        rows.push_back({{"scope", ScopeText(decl.Scope())},
+                        {"name", EncodeUtf8(decl.Name())},
+                        {"type", EncodeUtf8(decl.TypeText())},
+                        {"initial", EncodeUtf8(decl.InitialValue())},
+                        {"address", EncodeUtf8(decl.Address())},
+                        {"comment", EncodeUtf8(decl.Comment())},
+                        {"comment2", EncodeUtf8(decl.SecondComment())}});
     }
     return rows;
 }

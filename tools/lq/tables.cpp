@@ -52,18 +52,6 @@ class LineCounter : public STREAM_A {
 
 }  // namespace
 
-UnitInfo UnitInfo::From(const CgTab::POU_INFO& info) {
-    const unsigned char* p = info.bytes;
-    return {LoadU32(p), LoadU32(p + 4), LoadU32(p + 8), LoadU32(p + 12), LoadU32(p + 16)};
-}
-
-void UnitInfo::To(unsigned char* bytes) const {
-    for (const uint32_t number : {start, end, lines, kind, instances}) {
-        StoreU32(bytes, number);
-        bytes += 4;
-    }
-}
-
 bool UnitPosition::From(const CgTab::DBG_INFO& info) {
     if (info.len < kPositionHead) {
         return false;

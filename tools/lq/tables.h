@@ -9,24 +9,13 @@
 
 #include "frame/in_order.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/translate.h"
 
 namespace lq::tool {
 
 // The user areas of tables 1 to 8 hold the line of the source that first entered the line, 32 bits
 // little-endian; 0 where there is none. Table 0 has no user area.
 inline constexpr uint32_t kUserArea = 4;
-
-// The 20 bytes of a unit: five numbers of 32 bits, little-endian.
-struct UnitInfo {
-    uint32_t start = 0;  // its section of table 2
-    uint32_t end = 0;
-    uint32_t lines = 0;
-    uint32_t kind = 0;       // POUH_POU_TYPE
-    uint32_t instances = 0;  // structures and function blocks declared in it
-
-    static UnitInfo From(const CgTab::POU_INFO& info);
-    void To(unsigned char* bytes) const;
-};
 
 // A debug record: the source position of a unit. 32 bits of line, one byte of POUH_POU_TYPE, the
 // name in UTF-8, cut to the 250 bytes that are left.

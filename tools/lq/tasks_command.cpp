@@ -1,6 +1,7 @@
 #include <new>
 
 #include "lq_data/containers.h"
+#include "lq_data/handles.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/pouh.h"
 #include "lq_data/records.h"
@@ -8,7 +9,6 @@
 #include "tools/lq/commands.h"
 #include "tools/lq/input.h"
 #include "tools/lq/output.h"
-#include "tools/lq/owned_records.h"
 #include "tools/lq/project_input.h"
 
 namespace lq::tool {

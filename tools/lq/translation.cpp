@@ -9,7 +9,6 @@
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/messages.h"
-#include "tools/lq/owned_records.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/tables.h"
 
