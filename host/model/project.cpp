@@ -356,6 +356,11 @@ const SourceFile* Project::FileOf(ID id) const {
     return next == files_.begin() ? nullptr : &(next - 1)->file;
 }
 
+bool Project::IsOfLibrary(ID id) const {
+    const SourceFile* file = FileOf(id);
+    return file && file->isLibrary;
+}
+
 const IdList& Project::Below(ID id) const {
     const IdList* const pools[kPoolCount] = {&projectPous_, &libraryPous_, &resourceIds_};
     const uint32_t index = IndexOf(id);

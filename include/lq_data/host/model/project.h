@@ -117,6 +117,7 @@ class LQ_DATA_API Project {
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
     const SourceFile* FileOf(ID id) const;
+    bool IsOfLibrary(ID id) const;
 
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
