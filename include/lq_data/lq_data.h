@@ -24,6 +24,7 @@
 #include "lq_data/host/framework/string_table.h"
 #include "lq_data/host/mdi/pou_ref.h"
 #include "lq_data/host/text/message.h"
+#include "lq_data/host/text/report.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/useradapt/user_adapter.h"
 #include "lq_data/host/words/words.h"

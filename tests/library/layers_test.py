@@ -25,7 +25,7 @@ BELOW = {
     "host/useradapt": ["include", "env"],
     "host/base": ["host/framework", "frame", "pouh"],
     "host/words": ["include", "env", "frame"],
-    "host/model": ["include", "env", "frame"],
+    "host/model": ["include", "env", "frame", "host/text", "host/words"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/symbols": ["host/model", "frame"],
     "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
