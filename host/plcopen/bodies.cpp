@@ -9,8 +9,8 @@
 
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
-#include "host/text/token_columns.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/words/words.h"
 
