@@ -1,4 +1,5 @@
-// All of the library and, where it is installed, of the host layer and its PLCopen reader.
+// All of the library and, where it is installed, of the host layer and its PLCopen reader; but for
+// foreign_begin.h and foreign_end.h, which names.h explains.
 #pragma once
 
 #include "lq_data/cgtab.h"
@@ -10,6 +11,7 @@
 #include "lq_data/line_bytes.h"
 #include "lq_data/lines.h"
 #include "lq_data/memory.h"
+#include "lq_data/names.h"
 #include "lq_data/pouh.h"
 #include "lq_data/record_file.h"
 #include "lq_data/records.h"
