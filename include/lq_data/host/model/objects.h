@@ -68,8 +68,8 @@ struct Declaration {
     Text initValue = u"";
     Text address = u"";
     Text comment = u"";
-    Text comment2 = u"";
-    ID owner;  // the POU, data type or variable list
+    Text comment2 = u"";  // of VAR_ACCESS the path that the name gives access to
+    ID owner;             // the POU, data type or variable list
     uint32_t line = 0;
     uint32_t column = 0;
     Section section;
@@ -93,6 +93,8 @@ struct Body {
     Text name = u"";  // of the action or transition; empty for the POU's own
     Language language = Language::kNone;
     uint32_t line = 0;
+    uint32_t column = 0;
+    uint32_t code = 0;  // the project's; 0 when none is kept (Project::CodeOf)
     std::vector<Mark> labels;
     std::vector<Mark> jumps;
 };
@@ -120,6 +122,7 @@ struct DataType {
     Text initValue = u"";
     Text comment = u"";
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList members;  // of a structure
 };
 
@@ -129,6 +132,7 @@ struct VariableList {
     Text comment = u"";
     ID parent;  // the configuration, resource or POU
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList declarations;
 };
 
@@ -136,6 +140,7 @@ struct Configuration {
     Text name = u"";
     Text comment = u"";
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList resources;
 };
 
@@ -144,6 +149,7 @@ struct Resource {
     Text comment = u"";
     ID configuration;
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList tasks;
     IdList programs;  // instances without a task
 };
@@ -156,6 +162,7 @@ struct Task {
     Text comment = u"";
     ID resource;
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList programs;  // instances
 };
 
@@ -165,6 +172,7 @@ struct ProgramInstance {
     Text comment = u"";
     ID parent;  // the task or resource
     uint32_t line = 0;
+    uint32_t column = 0;
 };
 
 }  // namespace lq::host
