@@ -43,7 +43,7 @@ class LQ_DATA_API Project {
     // comment says what an object may be part of.
     ID AddPou(const Pou& pou);
     ID AddDataType(const DataType& type);
-    // Of a configuration, a resource or a POU.
+    // Of a configuration, a resource or a POU; of nothing where the null identifier is its parent.
     ID AddVariableList(const VariableList& list);
     // Of a POU, a structure or a variable list, as `declaration.owner` says.
     // Of a global, `earlier` receives the one that has the name already, and is found by it, if
