@@ -386,15 +386,21 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
     EXPECT_EQ(Said(*tables, u"Unit"), before) << "without an edit";
 
-    // Others in the place of the declarations, of the temporary's type and of the labels.
-    host::Pou& unit = *project.EditPou(project.unit);
-    unit.declarations.clear();
-    unit.bodies.clear();
-    project.Declare(project.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
-    project.Declare(project.unit, u"Third", u"INT", kLocal, u"33");
-    project.Declare(project.unit, u"inner", u"WORD");
-    project.AddBody({{u"L1", 52}, {u"L2", 50}});
-    unit.bodies.back().jumps.assign(3, {u"L2", 51});
+    // Read anew: others in the place of the declarations, of the temporary's type and of the
+    // labels.
+    const auto replace = [&project](auto fill) {
+        SmallProject read;
+        fill(read);
+        EXPECT_TRUE(project.ReplacePou(project.unit, read, read.unit));
+    };
+    replace([](SmallProject& read) {
+        read.Declare(read.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
+        read.Declare(read.unit, u"Third", u"INT", kLocal, u"33");
+        read.Declare(read.unit, u"inner", u"WORD");
+        read.AddBody({{u"L1", 52}, {u"L2", 50}});
+        read.EditPou(read.unit)->bodies.back().jumps.assign(3, {u"L2", 51});
+    });
+    host::SetProject(&project);
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
     const auto fresh = Translated(project);
     EXPECT_EQ(Said(*tables, u"Unit"), Said(*fresh, u"Unit"));
@@ -406,8 +412,8 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
 
     // A type of another size has no room in the temporary's line: nothing is changed.
     const std::string now = Said(*tables, u"Unit");
-    unit.declarations.clear();
-    project.Declare(project.unit, u"Short", u"REAL", kTemp);
+    replace([](SmallProject& read) { read.Declare(read.unit, u"Short", u"REAL", kTemp); });
+    host::SetProject(&project);
     const int64_t size = SizeOf(*tables);
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kProject);
     EXPECT_EQ(Said(*tables, u"Unit"), now);
