@@ -27,8 +27,9 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
+    "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
+    "tools/lq": ["host/plcopen", "host/diff", "host/symbols", "host/base", "translate", "scanner"],
     "tools/report": ["tools/lq"],
 }
 
