@@ -1,5 +1,8 @@
 // Variables, the lists that hold them, and data types.
 
+#include <utility>
+
+#include "host/model/reading.h"
 #include "host/plcopen/parts.h"
 #include "lq_data/host/text/message.h"
 
@@ -17,6 +20,16 @@ constexpr struct {
     {"globalVars", Scope::kGlobal},
 };
 
+constexpr struct {
+    std::string_view attribute;
+    unsigned mark;
+} kMarks[] = {
+    {"constant", kMarkConstant},
+    {"retain", kMarkRetain},
+    {"nonretain", kMarkNonRetain},
+    {"persistent", kMarkPersistent},
+};
+
 bool IsSet(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value == "true" || value == "1") {
@@ -30,47 +43,26 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
     return false;
 }
 
-const char* Settings(bool constant, bool retain) {
-    return !constant ? "retain" : retain ? "constant retain" : "constant";
-}
-
 }  // namespace
 
 Section ReadSection(Context& context, const Element& list) {
-    Section section;
-    unsigned marks = 0;
+    Scope scope = Scope::kLocal;
     for (const auto& row : kLists) {
         if (row.list == list.Name()) {
-            section.scope = row.scope;
+            scope = row.scope;
         }
     }
-    section.constant = IsSet(context, list, "constant");
-    section.retain = IsSet(context, list, "retain");
-    const bool isNonRetain = IsSet(context, list, "nonretain");
-    if (isNonRetain && section.retain) {
-        context.Warn(list,
-                     Say("<{}> is retain and nonretain: it was read as nonretain", list.Name()));
-        section.retain = false;
+    unsigned marks = 0;
+    for (const auto& row : kMarks) {
+        marks |= IsSet(context, list, row.attribute) ? row.mark : 0u;
     }
-    marks |= section.constant ? kMarkConstant : 0u;
-    marks |= section.retain ? kMarkRetain : 0u;
-    marks |= isNonRetain ? kMarkNonRetain : 0u;
-    if (IsSet(context, list, "persistent")) {
-        marks |= kMarkPersistent;
-        context.Warn(list,
-                     Say("<{}> is persistent, which has no section keyword: it was read as retain",
-                         list.Name()));
-        section.retain = true;
+    std::vector<std::string> faults;
+    const std::string name = "<" + std::string(list.Name()) + ">";
+    const Section section = SectionOf(scope, marks, name, faults);
+    for (std::string& fault : faults) {
+        context.Warn(list, std::move(fault));
     }
-    Section nearest = NearestSection(section);
-    if (nearest != section) {
-        context.Warn(list, Say("<{}> with {} has no section keyword: it was read without {}",
-                               list.Name(), Settings(section.constant, section.retain),
-                               Settings(section.constant && !nearest.constant,
-                                        section.retain && !nearest.retain)));
-    }
-    nearest.marks = static_cast<uint8_t>(marks);
-    return nearest;
+    return section;
 }
 
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,

@@ -3,13 +3,11 @@
 // in memory at a time.
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
-#include <new>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "host/model/reading.h"
 #include "host/plcopen/context.h"
 #include "host/plcopen/parts.h"
 #include "host/plcopen/schema.h"
@@ -313,40 +311,13 @@ bool Read(std::istream& source, Context& context) {
     return false;
 }
 
-// Runs `read`, which returns success; what it throws becomes a report.
-template <typename Function>
-bool Contained(const std::string& fileName, std::vector<Report>& reports, Function read) noexcept {
-    const char* reason = Message("memory is short");
-    try {
-        return read();
-    } catch (const std::bad_alloc&) {
-    } catch (...) {
-        reason = Message("the file cannot be read");
-    }
-    try {
-        reports.push_back({fileName, 0, 0, {}, Say(reason), 0, true});
-    } catch (...) {  // no memory for the report either
-    }
-    return false;
-}
-
-// Why the path cannot be read as a file; empty when it can.
-std::string Obstacle(const std::string& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        return Say("there is no such file");
-    }
-    return std::filesystem::is_directory(status) ? Say("this is a folder, not a file") : "";
-}
-
 }  // namespace
 
 }  // namespace plcopen
 
 bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& project,
                  std::vector<Report>& reports) noexcept {
-    return plcopen::Contained(fileName, reports, [&] {
+    return Contained(fileName, reports, [&] {
         plcopen::Context context(project, fileName, reports);
         return plcopen::Read(source, context);
     });
@@ -354,18 +325,13 @@ bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& pro
 
 bool ReadPlcopenFile(const std::string& path, Project& project,
                      std::vector<Report>& reports) noexcept {
-    return plcopen::Contained(path, reports, [&] {
-        plcopen::Context context(project, path, reports);
-        std::string obstacle = plcopen::Obstacle(path);
+    return Contained(path, reports, [&] {
         std::ifstream source;
-        if (obstacle.empty()) {
-            source.open(path, std::ios::binary);
-            obstacle = source ? "" : Say("the file cannot be opened");
-        }
-        if (!obstacle.empty()) {
-            context.Fail(0, 0, obstacle);
+        ReportList list(path, reports);
+        if (!OpenSource(source, list)) {
             return false;
         }
+        plcopen::Context context(project, path, reports);
         return plcopen::Read(source, context);
     });
 }
