@@ -117,6 +117,8 @@ constexpr Translation kTable[] = {
      "配列型が上下限と既知の要素型として読めません"},
     {"the array type does not read as whole numbers in order and an element type",
      "配列型を、正しい順の整数の上下限と要素の型として解釈できません"},
+    {"the attribute direction of <{}> is neither readOnly nor readWrite",
+     "<{}>の属性「direction」はreadOnlyでもreadWriteでもありません"},
     {"the attribute {} of <{}> is neither true nor false: it was read as false",
      "<{2}>の属性「{1}」はtrueでもfalseでもありません: falseとして読みました"},
     {"the comment does not end", "コメントが閉じていません"},
