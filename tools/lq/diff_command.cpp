@@ -66,6 +66,7 @@ constexpr RowOf<Aspect, const char*> kAspects[] = {
     {Aspect::kInterfaceComment, "interface comment"},
     {Aspect::kEnable, "EN/ENO"},
     {Aspect::kLanguage, "language"},
+    {Aspect::kCode, "code"},
     {Aspect::kCondition, "condition"},
     {Aspect::kPriority, "priority"},
     {Aspect::kInterval, "interval"},
@@ -196,6 +197,7 @@ struct Side {
     explicit Side(const std::string& file) : path(file) {}
 
     void Read() {
+        project.KeepCode();
         std::vector<host::Report> reports;
         tables = ReadImageOrProject(path, project, reports);
         for (const host::Report& report : reports) {
