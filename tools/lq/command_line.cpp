@@ -218,7 +218,7 @@ void CommandLine::AddCommands() {
     AddSymbols();
 
     command = AddCommand("diff", "Tells what is different between two projects",
-                         "lq diff plant-1.0.xml plant.xml", diff_, RunDiff);
+                         "lq diff old.xml plant.xml", diff_, RunDiff);
     AddFile(command, "old", diff_.before, "A project or an image; - for standard input")
         ->required();
     AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")

@@ -167,11 +167,10 @@ class JsonOutput final : public Output {
             const bool isThere = difference.change !=
                                  (side == &difference.before ? Change::kAdded : Change::kRemoved);
             const auto number = [](uint32_t n) { return n == 0 ? Cell() : Cell(int64_t{n}); };
-            const auto text = [isThere](std::u16string_view t) {
-                return isThere ? Cell(EncodeUtf8(t)) : Cell();
-            };
-            row.insert(row.end(), {text(side->text), text(side->file), number(side->line),
-                                   number(side->column)});
+            row.push_back(isThere ? Cell(EncodeUtf8(side->text)) : Cell());
+            row.push_back(side->file.empty() ? Cell() : Cell(EncodeUtf8(side->file)));
+            row.push_back(number(side->line));
+            row.push_back(number(side->column));
         }
         list_->Next();
         text_.clear();
