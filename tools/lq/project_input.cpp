@@ -174,7 +174,7 @@ TableInput ReadTables(const std::string& path, host::Project& project) {
         const std::string bytes = ReadInput(source, path);
         if (IsImage(bytes) || !LooksLikeXml(bytes)) {
             const Progress progress(Say("restoring {}", DisplayName(path)));
-            return {RestoreImage(bytes, path), false, {}, kDone};
+            return {RestoreImage(bytes, path), false, {}, kDone, {}};
         }
         ReadProject(path, bytes, project, reports);
     }
@@ -185,7 +185,7 @@ TableInput ReadTables(const std::string& path, host::Project& project) {
     PrintRefusals(DisplayName(path), translation.refusals);
     const bool isFine = reports.empty() && translation.refusals.empty();
     return {std::move(translation.tables), true, std::move(translation.refusals),
-            isFine ? kDone : kInputHasFaults};
+            isFine ? kDone : kInputHasFaults, std::move(reports)};
 }
 
 }  // namespace lq::tool

@@ -290,7 +290,7 @@ bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const Show
 int RunShow(const ShowOptions& options) {
     RefuseImageWithJson(options.save, options.json);
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
-    auto [tables, isProject, refusals, status] = ReadTables(options.input);
+    auto [tables, isProject, refusals, status, reports] = ReadTables(options.input);
     if (isProject) {  // an image may be saved in its own place
         RefuseInputAsOutput(options.input, options.save);
     }

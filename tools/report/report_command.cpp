@@ -18,7 +18,9 @@ int RunReport(const ReportOptions& options) {
     const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     ReportPage page(file);
-    WriteReportData(options.input, input, current.project, page);
+    WriteReportTables(options.input, input, current.project, page);
+    page.EndTables();
+    WriteReportProject(options.input, input, current.project, page);
     page.Finish();
     file.Finish();
     return input.status;
