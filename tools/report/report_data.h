@@ -17,7 +17,7 @@ void WriteReportTables(const std::string& path, TableInput& input, const host::P
 
 // What the engineer wrote: units, types, lists, tasks and symbols of the project, and what was said
 // of it. Of an image there are only its tables.
-void WriteReportProject(const std::string& path, TableInput& input, const host::Project& project,
-                        ReportPage& page);
+void WriteReportProject(const ProjectFiles& files, const TableInput& input,
+                        const host::Project& project, ReportPage& page);
 
 }  // namespace lq::tool

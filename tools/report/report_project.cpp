@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cgtab/table_traits.h"
 #include "lq_data/host/symbols/symbols.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/line_bytes.h"
 #include "tools/lq/input.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
@@ -337,7 +337,7 @@ class ProjectWriter {
 };
 
 // What the reader and the translation had to say.
-Json MessagesJson(const std::string& path, const TableInput& input, FileNames& files) {
+Json MessagesJson(const TableInput& input, FileNames& files) {
     Json messages = Json::array();
     for (const host::Report& report : input.reports) {
         messages.push_back({{"by", "reader"},
@@ -353,7 +353,7 @@ Json MessagesJson(const std::string& path, const TableInput& input, FileNames& f
         const char* const dot = refusal.list.empty() || refusal.name.empty() ? "" : ".";
         messages.push_back({{"by", "tables"},
                             {"severity", "error"},
-                            {"file", files.Shown(DisplayName(path))},
+                            {"file", files.Shown(refusal.file)},
                             {"line", refusal.line},
                             {"column", refusal.column},
                             {"object", refusal.list + dot + refusal.name},
@@ -374,18 +374,26 @@ Json TablesJson(CgTab& tables) {
 
 }  // namespace
 
-void WriteReportProject(const std::string& path, TableInput& input, const host::Project& project,
-                        ReportPage& page) {
-    FileNames files;
-    page.AddOpen({{"input", files.Shown(DisplayName(path))},
+void WriteReportProject(const ProjectFiles& files, const TableInput& input,
+                        const host::Project& project, ReportPage& page) {
+    FileNames names;
+    const auto shown = [&names](const std::vector<std::string>& paths) {
+        Json all = Json::array();
+        for (const std::string& path : paths) {
+            all.push_back(names.Shown(DisplayName(path)));
+        }
+        return all;
+    };
+    page.AddOpen({{"files", shown(files.projects)},
+                  {"libraries", shown(files.libraries)},
                   {"version", LQ_VERSION},
-                  {"blockSize", cgtab::kBlockSize},
+                  {"blockSize", kTableBlockSize},
                   {"nodeBlocks", R_FILE::BlCnt()},
                   {"tables", TablesJson(*input.tables)},
-                  {"messages", MessagesJson(path, input, files)}});
+                  {"messages", MessagesJson(input, names)}});
     page.Add(R"(,"project":)");
     if (input.isProject) {
-        ProjectWriter(project, files, page).Write();
+        ProjectWriter(project, names, page).Write();
     } else {
         page.AddValue(nullptr);
     }

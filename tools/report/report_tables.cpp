@@ -5,11 +5,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cgtab/table_traits.h"
-#include "frame/in_order.h"
 #include "lq_data/cgtab_compiler.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/line_bytes.h"
 #include "tools/lq/command.h"
 #include "tools/lq/line_bytes.h"
 #include "tools/lq/project_input.h"
@@ -252,11 +252,10 @@ class TablesWriter {
     void WriteTable(CgTab::TAB_ID id) {
         RowReader reader(tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr);
         const std::string bytes = BytesOf(tables_, id);
-        const cgtab::TableTraits& traits = cgtab::TraitsOf(id);
         page_.AddOpen({{"name", TableName(id)},
                        {"bytes", bytes.size()},
-                       {"key", traits.fixedKey + traits.nameLenBytes},
-                       {"user", traits.hasUserArea && id != CgTab::TAB_DBG ? kUserArea : 0},
+                       {"key", BytesBeforeName(id)},
+                       {"user", CgTabCompiler::UserAreaOf(tables_, id)},
                        {"columns", ColumnsJson(reader)}});
         std::vector<Link> links;
         for (const LinkTraits& link : kLinks) {

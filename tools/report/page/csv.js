@@ -25,7 +25,7 @@ function csvOf(list, rows, isHarmless) {
 function exportCsv(list, isHarmless) {
   const text = csvOf(list, list.shownRows, isHarmless);
   const link = make("a", { href: URL.createObjectURL(new Blob([text], { type: "text/csv" })),
-                           download: `${report.input.replace(/\.[^.]*$/, "")}-${list.name}.csv` });
+                           download: `${report.files[0].replace(/\.[^.]*$/, "")}-${list.name}.csv` });
   link.click();
   setTimeout(() => URL.revokeObjectURL(link.href), 10_000);
 }

@@ -45,7 +45,7 @@ function open(route, key, isList) {
     : isList || route.view === "tables" ? route.view : "project";
   fill(table ? table.content : name === "tables" ? tablesView() : projectView(), table !== null);
   showViews(name);
-  document.title = `${route.table?.name ?? name} – ${report.input} – lq report`;
+  document.title = `${route.table?.name ?? name} – ${report.files[0]} – lq report`;
   // A filter that is typed changes the address, not the view.
   return { table, name, key: () => (list ? addressOfRow(route.view, -1, list.settings) : key) };
 }
@@ -74,7 +74,7 @@ function close() {
   }
 }
 
-document.getElementById("input").textContent = report.input;
+document.getElementById("input").textContent = shown([...report.files, ...report.libraries].join(", "));
 document.getElementById("skip").addEventListener("click", (event) => {
   event.preventDefault();  // the address is the view's
   document.getElementById("content").focus();

@@ -120,7 +120,7 @@ function projectView(isWhole = false) {
     ...["units", "types", "lists", "tasks"].filter(isThere).map((view) =>
       [lowerCase(listTitles[view]), countOf(view), view])];
   return [
-    make("header", { className: "title" }, make("h1", {}, project.name || report.input),
+    make("header", { className: "title" }, make("h1", {}, project.name || report.files[0]),
       make("dl", { className: "facts" }, counts.map(([title, count, view]) => make("div", {},
         make("dt", {}, title),
         make("dd", {}, make("a", { href: "#" + view }, formatNumber(count))))))),

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "lq_data/export.h"
+#include "lq_data/host/model/code.h"
 #include "lq_data/host/model/objects.h"
 
 namespace lq::host {
@@ -42,7 +43,7 @@ class LQ_DATA_API Project {
     // comment says what an object may be part of.
     ID AddPou(const Pou& pou);
     ID AddDataType(const DataType& type);
-    // Of a configuration, a resource or a POU.
+    // Of a configuration, a resource or a POU; of nothing where the null identifier is its parent.
     ID AddVariableList(const VariableList& list);
     // Of a POU, a structure or a variable list, as `declaration.owner` says.
     // Of a global, `earlier` receives the one that has the name already, and is found by it, if
@@ -58,11 +59,31 @@ class LQ_DATA_API Project {
 
     // A POU under construction; null for any other identifier. Its declarations are only added.
     Pou* EditPou(ID pou);
+    // Makes a POU what `read` is, a POU of the same name and kind of another project, into which a
+    // unit was read anew or built: result type, comments, place, declarations, bodies and calls;
+    // then lq::TranslateUnit enters it. False, with no change, when there are no such two.
+    //
+    //   - The POU keeps its identifier, and so do its declarations whose names it had before,
+    //     without regard to case, and had once. Others get identifiers that replacements of this
+    //     POU left, then new ones.
+    //   - The identifier of a declaration that it no longer has names an empty one without an owner
+    //     until it is given out again. References to the records stay valid, those to their texts,
+    //     too; but not iterators of the POU's lists, nor views of declarations that are gone.
+    //   - So the project grows only where the POU has more declarations than ever before, and by
+    //     texts that it did not have: those that are no longer used stay until it is destroyed.
+    //   - Variable lists of the POU stay as they are: their globals are the whole project's.
+    bool ReplacePou(ID pou, const Project& from, ID read);
     // The comment of any object but a pool; false when there is no such object.
     bool SetComment(ID object, Text comment);
     void AddCall(Pou& pou, Text callee);
 
     void SetName(Text name) { name_ = name; }
+
+    // Bodies that are read from now on are kept with their code, 24 bytes a token.
+    void KeepCode() { keepsCode_ = true; }
+    bool KeepsCode() const { return keepsCode_; }
+    // The body's, to be filled. Stays where it is.
+    BodyCode& EditCode(Body& body);
 
     // What is added from now on comes from this file. A library's names are to come behind those
     // of the project, which are found then where both have one.
@@ -71,8 +92,9 @@ class LQ_DATA_API Project {
     void CountAsLibrary();
 
     // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
-    // a POU, or what a configuration says of a variable of one (VAR_CONFIG), with the path of the
-    // instance for a name. Adopt makes it the last of its owner's, if that has declarations.
+    // a POU, what a configuration says of a variable of one (VAR_CONFIG), with the path of the
+    // instance for a name, or a way to one from outside (VAR_ACCESS), of a configuration or POU.
+    // Adopt makes it the last of its owner's, if that has declarations.
     ID AddAside(const Declaration& declaration);
     void Adopt(ID declaration);
 
@@ -80,7 +102,8 @@ class LQ_DATA_API Project {
 
     Text Name() const { return name_; }
 
-    // All objects of a sort, in the order of their entry; the library's POUs come first.
+    // All objects of a sort, in the order of their entry; the library's POUs come first. A
+    // declaration without an owner is one that ReplacePou has removed.
     const std::deque<Pou>& Pous() const { return pous_; }
     const std::deque<DataType>& DataTypes() const { return dataTypes_; }
     const std::deque<VariableList>& VariableLists() const { return variableLists_; }
@@ -111,12 +134,17 @@ class LQ_DATA_API Project {
 
     // The name of any object; empty when there is none. A program instance answers its own.
     Text NameOf(ID id) const;
-    // The line of any object; 0 when there is none or it is not known.
+    // The line and column of any object; 0 when there is none or it is not known.
     uint32_t LineOf(ID id) const;
+    uint32_t ColumnOf(ID id) const;
+
+    // The code of a body; null when none was kept.
+    const BodyCode* CodeOf(const Body& body) const;
 
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
     const SourceFile* FileOf(ID id) const;
+    bool IsOfLibrary(ID id) const;
 
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
@@ -172,6 +200,9 @@ class LQ_DATA_API Project {
     std::deque<Resource> resources_;
     std::deque<Task> tasks_;
     std::deque<ProgramInstance> programInstances_;
+
+    bool keepsCode_ = false;
+    std::deque<BodyCode> codes_;
 
     IdList projectPous_;
     IdList libraryPous_;
