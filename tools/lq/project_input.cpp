@@ -202,7 +202,7 @@ TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
     if (files.projects.size() == 1 && files.libraries.empty()) {
         if (auto tables = ReadImageOrProject(files.projects.front(), project, reports)) {
-            return {std::move(tables), false, {}, kDone};
+            return {std::move(tables), false, {}, kDone, {}};
         }
     } else {
         ReadProject(files, project, reports);
@@ -210,8 +210,9 @@ TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     Translation translation = Translate(project);
     const int status = Report(reports);
     PrintRefusals(translation.refusals);
+    const bool isWhole = translation.refusals.empty();
     return {std::move(translation.tables), true, std::move(translation.refusals),
-            translation.refusals.empty() ? status : kInputHasFaults};
+            isWhole ? status : kInputHasFaults, std::move(reports)};
 }
 
 }  // namespace lq::tool

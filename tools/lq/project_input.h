@@ -65,6 +65,7 @@ struct TableInput {
     bool isProject = false;
     std::vector<Refusal> refusals;
     int status = 0;  // an ExitStatus
+    std::vector<host::Report> reports;
 };
 
 // The input's tables: an image's, or those that a project translates to, which is read into
