@@ -38,6 +38,13 @@ int CgTabCompiler::AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t att
     return tables.AppendCmp(header, attr, list, range, count);
 }
 
+void CgTabCompiler::TakeBackComponents(CgTab& tables, int32_t start) {
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_CMP);
+    if (table && start >= 0 && start < table->Length()) {
+        table->TruncateTo(start);
+    }
+}
+
 int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
                                   const CgTab::POU_INFO& info) {
     CgTab::Table* const table = tables.TableOf(CgTab::TAB_POU);

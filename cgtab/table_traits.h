@@ -6,13 +6,13 @@
 
 #include <cstdint>
 
-#include "frame/in_order.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/in_order.h"
+#include "lq_data/line_bytes.h"
 
 namespace lq::cgtab {
 
-// Of the tables' files.
-inline constexpr uint32_t kBlockSize = 4096;
+inline constexpr uint32_t kBlockSize = kTableBlockSize;
 
 struct TableTraits {
     uint8_t fixedKey;      // key bytes in front of the name length field

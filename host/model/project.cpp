@@ -178,8 +178,10 @@ ID Project::AddDeclaration(const Declaration& declaration, ID* earlier) {
 }
 
 ID Project::AddAside(const Declaration& declaration) {
+    Pou* const pou = EditPou(declaration.owner);
     return DeclarationsOf(declaration.owner) || GetConfiguration(declaration.owner)
-               ? Enter(declarations_, declaration, {Sort::kDeclaration, nullptr, nullptr})
+               ? Enter(declarations_, declaration,
+                       {Sort::kDeclaration, pou ? &pou->implicit : nullptr, nullptr})
                : ID();
 }
 
@@ -187,6 +189,9 @@ void Project::Adopt(ID declaration) {
     const Declaration* record = GetDeclaration(declaration);
     if (IdList* siblings = record ? DeclarationsOf(record->owner) : nullptr) {
         siblings->push_back(declaration);
+        if (Pou* const pou = EditPou(record->owner)) {
+            std::erase_if(pou->implicit, [=](ID id) { return id == declaration; });
+        }
     }
 }
 
@@ -349,11 +354,19 @@ const SourceFile* Project::FileOf(ID id) const {
     if (SortOf(id) == Sort::kNone || SortOf(id) >= Sort::kPool) {
         return nullptr;
     }
-    const auto sort = static_cast<std::size_t>(SortOf(id));
+    // What replaced a declaration may have been entered behind the objects of other files.
+    const Declaration* const declaration = GetDeclaration(id);
+    const ID entered = declaration && declaration->owner != ID() ? declaration->owner : id;
+    const auto sort = static_cast<std::size_t>(SortOf(entered));
     const auto next = std::upper_bound(
-        files_.begin(), files_.end(), IndexOf(id),
+        files_.begin(), files_.end(), IndexOf(entered),
         [sort](uint32_t index, const FileBeginning& file) { return index < file.first[sort]; });
     return next == files_.begin() ? nullptr : &(next - 1)->file;
+}
+
+bool Project::IsOfLibrary(ID id) const {
+    const SourceFile* file = FileOf(id);
+    return file && file->isLibrary;
 }
 
 const IdList& Project::Below(ID id) const {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 
 namespace lq::host {
 

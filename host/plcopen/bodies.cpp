@@ -6,7 +6,7 @@
 #include "host/model/code_reader.h"
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
-#include "host/text/token_columns.h"
+#include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
 
 namespace lq::host::plcopen {

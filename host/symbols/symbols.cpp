@@ -67,8 +67,9 @@ bool Walk::IsWanted(uint32_t index) const {
     const ID holder = HolderOf(declaration);
     const Pou* pou = project_.GetPou(holder);
     const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
-    return SortOf(holder) != Sort::kDataType && !(pou && pou->isStandard) &&
-           !(file && file->isLibrary) && (options_.unit == ID() || options_.unit == holder) &&
+    return declaration.owner != ID() && SortOf(holder) != Sort::kDataType &&
+           !(pou && pou->isStandard) && !(file && file->isLibrary) &&
+           (options_.unit == ID() || options_.unit == holder) &&
            (!options_.located || options_.expand || *declaration.address);
 }
 

@@ -1,4 +1,6 @@
 // The code-generation tables: the set of ten tables, kept in record files.
+//
+// Owns the global names CgTab; for translation units with another owner: names.h.
 #pragma once
 
 #include <cstdint>

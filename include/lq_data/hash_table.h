@@ -1,6 +1,8 @@
 // The hash table of 16-bit texts, and the allocator of its entries.
 //
 // Nothing here is locked; an object is used by one thread at a time.
+//
+// Owns the global names HashTable; for translation units with another owner: names.h.
 #pragma once
 
 #include <cstddef>

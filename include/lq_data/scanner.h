@@ -2,6 +2,9 @@
 //
 // Text is 16-bit characters from a STREAM_W. U+001A ends the input wherever it stands. Malformed
 // text comes back as a token of kind TK_ERROR; no operation fails otherwise.
+//
+// Owns the global names Token, Scanner, Address and BufferPair; for translation units with another
+// owner: names.h.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,8 @@
 // IEC data types and constant values: the type catalogue, typed constants and their checked
 // arithmetic, classification of constants by the types that can hold them, and array extents.
+//
+// Owns the global names Time, Val, Lit and ArrInfo; for translation units with another owner:
+// names.h.
 #pragma once
 
 #include <cstdint>

@@ -106,18 +106,16 @@ class Load : public testing::Test {
         Lines all;
         while (!parts.AtEnd()) {
             EXPECT_EQ(parts.LoadNext(most), 1);
-            const Lines part = Header();
-            EXPECT_LE(part.size(), most);
-            for (uint32_t i = 0; i < part.size(); ++i) {
-                const int32_t index = parts.SourceOf(i);
+            EXPECT_LE(Header().size(), most);
+            for (const lq::Declaration decl : lq::Declarations(header_)) {
+                const int32_t index = GetIndexOfDecl(decl.Record());
                 const auto& declared = project_.GetPou(id)->declarations;
-                const Text name =
-                    index < 0
-                        ? u""
-                        : project_.GetDeclaration(declared.at(static_cast<size_t>(index)))->name;
-                EXPECT_NE(part[i].find(name.empty() ? u" : 1 " : u" " + name + u" : "), Text::npos)
-                    << i;
-                all.push_back(part[i]);
+                if (index >= 0) {
+                    EXPECT_EQ(
+                        decl.Name(),
+                        project_.GetDeclaration(declared.at(static_cast<size_t>(index)))->name);
+                }
+                all.push_back(Describe(decl.Record()));
             }
         }
         return all;

@@ -87,8 +87,7 @@ void PrintMessage(const CommandError& error) {
     PrintLineOf(error.Origin(), error.what());
 }
 
-std::string FaultText(cgtab::DeclFault fault) {
-    using cgtab::DeclFault;
+std::string FaultText(DeclFault fault) {
     switch (fault) {
         case DeclFault::kNone:
             break;

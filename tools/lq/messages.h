@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cgtab/declaration.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/command.h"
@@ -40,7 +40,7 @@ void PrintMessage(const host::Report& report);
 void PrintMessage(const CommandError& error);
 
 // Why a declaration was not entered.
-std::string FaultText(cgtab::DeclFault fault);
+std::string FaultText(DeclFault fault);
 
 // What is wrong with the text of an error token.
 std::string ScanErrorText(int32_t error);

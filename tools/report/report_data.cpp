@@ -8,11 +8,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cgtab/table_traits.h"
-#include "frame/in_order.h"
 #include "lq_data/cgtab_compiler.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/line_bytes.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/line_bytes.h"
@@ -161,7 +161,7 @@ class ReportWriter {
         globals_ = BytesOf(tables_, CgTab::TAB_GLB);
         page_.AddOpen({{"input", DisplayName(path_)},
                        {"version", LQ_VERSION},
-                       {"blockSize", cgtab::kBlockSize},
+                       {"blockSize", kTableBlockSize},
                        {"nodeBlocks", R_FILE::BlCnt()},
                        {"tasks", input_.isProject ? TasksJson() : Json(nullptr)},
                        {"refused", RefusedJson()}});
@@ -281,11 +281,10 @@ class ReportWriter {
     void WriteTable(CgTab::TAB_ID id) {
         RowReader reader(tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr);
         const std::string bytes = BytesOf(tables_, id);
-        const cgtab::TableTraits& traits = cgtab::TraitsOf(id);
         page_.AddOpen({{"name", TableName(id)},
                        {"bytes", bytes.size()},
-                       {"key", traits.fixedKey + traits.nameLenBytes},
-                       {"user", traits.hasUserArea && id != CgTab::TAB_DBG ? kUserArea : 0},
+                       {"key", BytesBeforeName(id)},
+                       {"user", CgTabCompiler::UserAreaOf(tables_, id)},
                        {"columns", ColumnsJson(reader)}});
         std::vector<Link> links;
         for (const LinkTraits& link : kLinks) {

@@ -3,6 +3,10 @@
 // the registry, and integers of a settings file.
 //
 // Declared here, defined by the embedding environment (host/ holds the default).
+//
+// No translation unit can include it, or what includes it, together with another framework's header
+// that declares CObject, CRuntimeClass, HINSTANCE, HKEY, HWND, REG_SZ, ERROR_SUCCESS or functions
+// such as AfxLoadLibrary and RegCloseKey, or defines macros of these names.
 #pragma once
 
 #include <cstddef>

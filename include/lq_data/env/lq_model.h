@@ -10,6 +10,8 @@
 // caller, who deletes them.
 //
 // An embedder's own model overrides what it has; everything else answers "nothing".
+//
+// Owns the global names ID; for translation units with another owner: names.h.
 #pragma once
 
 #include <cstdint>

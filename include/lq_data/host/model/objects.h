@@ -111,6 +111,8 @@ struct Pou {
     std::vector<Body> bodies;
     std::vector<Text> calls;    // names that the bodies call, each once
     FlatIndex<Text> callIndex;  // of these
+    IdList implicit;            // declarations aside: EN and ENO
+    IdList spare;               // of declarations that were removed
 };
 
 struct DataType {

@@ -58,6 +58,20 @@ class LQ_DATA_API Project {
 
     // A POU under construction; null for any other identifier. Its declarations are only added.
     Pou* EditPou(ID pou);
+    // Makes a POU what `read` is, a POU of the same name and kind of another project, into which a
+    // unit was read anew or built: result type, comments, place, declarations, bodies and calls;
+    // then lq::TranslateUnit enters it. False, with no change, when there are no such two.
+    //
+    //   - The POU keeps its identifier, and so do its declarations whose names it had before,
+    //     without regard to case, and had once. Others get identifiers that replacements of this
+    //     POU left, then new ones.
+    //   - The identifier of a declaration that it no longer has names an empty one without an owner
+    //     until it is given out again. References to the records stay valid, those to their texts,
+    //     too; but not iterators of the POU's lists, nor views of declarations that are gone.
+    //   - So the project grows only where the POU has more declarations than ever before, and by
+    //     texts that it did not have: those that are no longer used stay until it is destroyed.
+    //   - Variable lists of the POU stay as they are: their globals are the whole project's.
+    bool ReplacePou(ID pou, const Project& from, ID read);
     // The comment of any object but a pool; false when there is no such object.
     bool SetComment(ID object, Text comment);
     void AddCall(Pou& pou, Text callee);
@@ -80,7 +94,8 @@ class LQ_DATA_API Project {
 
     Text Name() const { return name_; }
 
-    // All objects of a sort, in the order of their entry; the library's POUs come first.
+    // All objects of a sort, in the order of their entry; the library's POUs come first. A
+    // declaration without an owner is one that ReplacePou has removed.
     const std::deque<Pou>& Pous() const { return pous_; }
     const std::deque<DataType>& DataTypes() const { return dataTypes_; }
     const std::deque<VariableList>& VariableLists() const { return variableLists_; }
@@ -117,6 +132,7 @@ class LQ_DATA_API Project {
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
     const SourceFile* FileOf(ID id) const;
+    bool IsOfLibrary(ID id) const;
 
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
