@@ -12,6 +12,8 @@ struct ProjectFiles {
     std::vector<std::string> others;     // that go with the only one of `projects`
     std::vector<std::string> libraries;  // known, and not the project's own
     bool checkLibraries = false;         // what is wrong with them is reported, too
+    std::vector<std::string> endings;    // of files in folders, beside the usual ones
+    std::string encoding;                // of texts: a name of kCodePages; empty for what they tell
 };
 
 struct TranslateOptions {

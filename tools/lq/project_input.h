@@ -15,7 +15,11 @@
 
 namespace lq::tool {
 
-// Reads a project, piece by piece, into `project`, which becomes the current one. What the reader
+// Reads one file, a document or a text, as ReadProject does.
+void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
+              std::vector<host::Report>& reports);
+
+// Reads a project, file by file, into `project`, which becomes the current one. What the reader
 // has to say is added to `reports`, of libraries only where that is asked for. Throws CommandError
 // for a document that was not read to its end, a file that is given twice, and an image.
 void ReadProject(const ProjectFiles& files, host::Project& project,
