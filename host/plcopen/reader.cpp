@@ -57,6 +57,7 @@ class Reader final : public ElementHandler {
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
     void TakeVariable(const Element& variable);
     void TakeConfigVariable(const Element& variable);
+    void TakeAccessVariable(const Element& variable);
     void TakeResultType(const Element& type);
     void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
     void TakeNamedBody(const Element& part);
@@ -97,6 +98,7 @@ const Reader::Step Reader::kSteps[] = {
     {"externalVars", &Reader::OpenVariables, &Reader::Leave},
     {"globalVars", &Reader::OpenVariables, &Reader::Leave},
     {"configVars", &Reader::Enter, &Reader::Leave},
+    {"accessVars", &Reader::Enter, &Reader::Leave},
     {"actions", &Reader::Enter, &Reader::Leave},
     {"transitions", &Reader::Enter, &Reader::Leave},
     {"instances", &Reader::Enter, &Reader::Leave},
@@ -108,6 +110,7 @@ const Reader::Step Reader::kSteps[] = {
     {"dataType", nullptr, &Reader::TakeDataType},
     {"variable", nullptr, &Reader::TakeVariable},
     {"configVariable", nullptr, &Reader::TakeConfigVariable},
+    {"accessVariable", nullptr, &Reader::TakeAccessVariable},
     {"returnType", nullptr, &Reader::TakeResultType},
     {"body", nullptr, &Reader::TakeBody},
     {"action", nullptr, &Reader::TakeNamedBody},
@@ -197,6 +200,7 @@ bool Reader::OpenVariables(const Element& element) {
     const std::string_view name = HolderName(context_, element, Trim(element.Attribute("name")));
     list.name = name.empty() ? project_.NameOf(list.parent) : context_.Intern(name);
     list.line = element.line;
+    list.column = element.column;
     owner_ = project_.AddVariableList(list);
     return true;
 }
@@ -205,6 +209,7 @@ bool Reader::OpenConfiguration(const Element& element) {
     Configuration configuration;
     configuration.name = context_.Intern(NameOf(element));
     configuration.line = element.line;
+    configuration.column = element.column;
     configuration_ = project_.AddConfiguration(configuration);
     return true;
 }
@@ -214,6 +219,7 @@ bool Reader::OpenResource(const Element& element) {
     resource.name = context_.Intern(NameOf(element));
     resource.configuration = configuration_;
     resource.line = element.line;
+    resource.column = element.column;
     resource_ = project_.AddResource(resource);
     return true;
 }
@@ -243,6 +249,13 @@ void Reader::TakeVariable(const Element& variable) {
 void Reader::TakeConfigVariable(const Element& variable) {
     if (const auto declaration =
             ReadVariable(context_, variable, configuration_, {Scope::kConfig})) {
+        project_.AddAside(*declaration);
+    }
+}
+
+void Reader::TakeAccessVariable(const Element& variable) {
+    const ID owner = pou_ != ID() ? pou_ : configuration_;
+    if (const auto declaration = ReadVariable(context_, variable, owner, {Scope::kAccess})) {
         project_.AddAside(*declaration);
     }
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "lq_data/export.h"
 
@@ -24,6 +26,10 @@ LQ_DATA_API std::size_t EndOfPragma(std::u16string_view text, std::size_t at,
 //   where all marks of the text from there on are in pairs; where they are not, a comment ends at
 //   the first closing mark, as it does for the scanner. One that is not closed runs to the end.
 // - A string ends with its line at the latest; one that is not closed there is blank with its mark.
-LQ_DATA_API std::u16string WithoutForeignText(std::u16string_view text);
+//
+// `pragmas` receives where pragmas stand, if that is asked for.
+using TextSpans = std::vector<std::pair<std::size_t, std::size_t>>;  // beginnings and ends
+LQ_DATA_API std::u16string WithoutForeignText(std::u16string_view text,
+                                              TextSpans* pragmas = nullptr);
 
 }  // namespace lq::host

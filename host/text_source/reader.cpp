@@ -113,8 +113,6 @@ class Reader {
         isStray_ = false;
         if (word == Word::kVarGlobal) {
             ReadSection(context_, {}, nullptr);
-        } else if (word == Word::kVarConfig || word == Word::kVarAccess) {
-            LeaveSection(context_, Message("{} has no place in the project and was left out"));
         } else {
             LeaveSection(context_, Message("{} belongs to no unit and was left out"));
         }

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "lq_data/export.h"
+#include "lq_data/host/model/code.h"
 #include "lq_data/host/model/objects.h"
 
 namespace lq::host {
@@ -78,6 +79,12 @@ class LQ_DATA_API Project {
 
     void SetName(Text name) { name_ = name; }
 
+    // Bodies that are read from now on are kept with their code, 24 bytes a token.
+    void KeepCode() { keepsCode_ = true; }
+    bool KeepsCode() const { return keepsCode_; }
+    // The body's, to be filled. Stays where it is.
+    BodyCode& EditCode(Body& body);
+
     // What is added from now on comes from this file. A library's names are to come behind those
     // of the project, which are found then where both have one.
     void BeginFile(const SourceFile& file);
@@ -85,8 +92,9 @@ class LQ_DATA_API Project {
     void CountAsLibrary();
 
     // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
-    // a POU, or what a configuration says of a variable of one (VAR_CONFIG), with the path of the
-    // instance for a name. Adopt makes it the last of its owner's, if that has declarations.
+    // a POU, what a configuration says of a variable of one (VAR_CONFIG), with the path of the
+    // instance for a name, or a way to one from outside (VAR_ACCESS), of a configuration or POU.
+    // Adopt makes it the last of its owner's, if that has declarations.
     ID AddAside(const Declaration& declaration);
     void Adopt(ID declaration);
 
@@ -126,8 +134,12 @@ class LQ_DATA_API Project {
 
     // The name of any object; empty when there is none. A program instance answers its own.
     Text NameOf(ID id) const;
-    // The line of any object; 0 when there is none or it is not known.
+    // The line and column of any object; 0 when there is none or it is not known.
     uint32_t LineOf(ID id) const;
+    uint32_t ColumnOf(ID id) const;
+
+    // The code of a body; null when none was kept.
+    const BodyCode* CodeOf(const Body& body) const;
 
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
@@ -188,6 +200,9 @@ class LQ_DATA_API Project {
     std::deque<Resource> resources_;
     std::deque<Task> tasks_;
     std::deque<ProgramInstance> programInstances_;
+
+    bool keepsCode_ = false;
+    std::deque<BodyCode> codes_;
 
     IdList projectPous_;
     IdList libraryPous_;
