@@ -133,6 +133,9 @@ void Cursor::PassForeign(const Foreign& foreign) {
         openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
         Warn(begin, Say(kOpen[passed.kind]));
     }
+    if (passed.kind == Foreign::kPragma && keepsPragmas_) {
+        pragmas_.emplace_back(begin, passed.end);
+    }
     if (passed.kind == Foreign::kPragma && !comments_.empty() &&
         comments_.back().reach + 1 >= begin.line) {
         comments_.back().reach = spot_.line;

@@ -135,6 +135,7 @@ class TypeBlockReader {
         Project& project = context_.project;
         type.name = project.Intern(cursor_.TextOf(name_));
         type.line = name_.spot.line;
+        type.column = cursor_.ColumnOf(name_.spot);
         type.comment = comment;
         if (project.FindDataType(type.name) != ID()) {
             cursor_.Warn(name_,

@@ -94,6 +94,8 @@ enum class Word : uint8_t {
     kReference,
     kRisingEdge,
     kFallingEdge,
+    kReadOnly,
+    kReadWrite,
     kExtends,
     kImplements,
     kUsing,

@@ -30,7 +30,7 @@ BELOW = {
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "host/text_source": ["host/model", "host/words", "host/text", "frame", "scanner"],
+    "host/text_source": ["host/model", "host/words", "host/text", "frame"],
     "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/base", "translate"],
     "tools/report": ["tools/lq"],
 }

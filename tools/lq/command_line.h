@@ -19,6 +19,8 @@ inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
 inline constexpr char kOrderValue[] = "ORDER";
+inline constexpr char kEndingValue[] = "ENDING";
+inline constexpr char kEncodingValue[] = "ENCODING";
 inline constexpr char kCharacterValue[] = "CHARACTER";
 
 // Of all commands, each with what it means.
