@@ -31,6 +31,15 @@ namespace {
     _exit(kCannotWork);
 }
 
+// The progress line goes before the program does.
+void EndByUser(int signal) {
+    RemoveUnfinishedFile();
+    const std::string_view wiper = Progress::Wiper();
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, wiper.data(), wiper.size());
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+}
+
 void EndWhenMemoryIsShort() {
     std::set_new_handler(EndWithoutMemory);
     SetShortageHandler(EndWithoutMemory);
@@ -45,6 +54,11 @@ void EndWhenMemoryIsShort() {
 void PrepareProcess() {
     std::signal(SIGPIPE, SIG_DFL);
     std::signal(SIGXFSZ, SIG_IGN);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        if (std::signal(signal, EndByUser) == SIG_IGN) {
+            std::signal(signal, SIG_IGN);  // a job in the background
+        }
+    }
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) < 0) {
             // open takes the lowest free descriptor, which is this one. It is opened for the wrong
