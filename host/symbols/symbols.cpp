@@ -68,9 +68,8 @@ bool Walk::IsWanted(uint32_t index) const {
     const Pou* pou = project_.GetPou(holder);
     const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
     return declaration.owner != ID() && SortOf(holder) != Sort::kDataType &&
-           declaration.section.scope != Scope::kAccess &&
-           !(pou && pou->isStandard) && !(file && file->isLibrary) &&
-           (options_.unit == ID() || options_.unit == holder) &&
+           declaration.section.scope != Scope::kAccess && !(pou && pou->isStandard) &&
+           !(file && file->isLibrary) && (options_.unit == ID() || options_.unit == holder) &&
            (!options_.located || options_.expand || *declaration.address);
 }
 
