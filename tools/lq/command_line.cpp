@@ -10,6 +10,7 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr char kValueCommand[] = "value";
 constexpr char kReportCommand[] = "report";
+constexpr char kHelpCommand[] = "help";
 constexpr bool kHasReport = LQ_REPORT;
 
 // Help that begins with the example.
@@ -26,12 +28,31 @@ class HelpFormatter : public CLI::Formatter {
   public:
     std::string make_help(const CLI::App* app, std::string name,
                           CLI::AppFormatMode mode) const override {
-        return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
-               make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
-               make_subcommands(app, mode) + ExitStatuses();
+        return Wrapped("Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
+                       make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
+                       make_subcommands(app, mode) + ExitStatuses());
     }
 
   private:
+    static constexpr size_t kColumns = 80;
+
+    // Lines that are longer are broken between words, and go on in the column of descriptions.
+    std::string Wrapped(const std::string& text) const {
+        std::string wrapped;
+        size_t start = 0;  // of the line
+        for (const char c : text) {
+            wrapped += c;
+            start = c == '\n' ? wrapped.size() : start;
+            const size_t blank = wrapped.rfind(' ');
+            if (wrapped.size() - start > kColumns && blank != wrapped.npos &&
+                blank > start + get_column_width()) {
+                wrapped.replace(blank, 1, "\n" + std::string(get_column_width(), ' '));
+                start = blank + 1;
+            }
+        }
+        return wrapped;
+    }
+
     static std::string ExitStatuses() {
         std::string text = "\nExit status:\n";
         for (const auto& [status, meaning] : kExitStatuses) {
@@ -120,9 +141,12 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     std::vector<std::string> constants;
     std::vector<std::string> others;
     bool isBehindMark = false;
+    bool isColor = false;  // the next one is that option's value
     for (const std::string& argument : arguments) {
         const bool isCommand = &argument == &arguments.front();
-        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h";
+        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h" ||
+                              argument == "-q" || isColor;
+        isColor = argument == "--color";
         if (!isBehindMark && argument == "--") {
             isBehindMark = true;
         } else if (isCommand || (isOption && !isBehindMark)) {
@@ -133,6 +157,15 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     }
     arguments = std::move(others);
     return constants;
+}
+
+// What "help show" asks for is what "show --help" does.
+void TurnHelp(std::vector<std::string>& arguments) {
+    if (!arguments.empty() && arguments.front() == kHelpCommand) {
+        arguments.erase(arguments.begin());
+        const bool isNamed = !arguments.empty() && !arguments.front().starts_with('-');
+        arguments.insert(arguments.begin() + (isNamed ? 1 : 0), "--help");
+    }
 }
 
 std::vector<std::string> CommandNames(const CLI::App& app) {
@@ -166,6 +199,7 @@ CLI::App* CommandLine::AddCommand(const char* name, const char* description, con
     if constexpr (requires { options.json; }) {
         command->add_flag("--json", options.json, "Prints the result as JSON");
     }
+    AddManners(command);
     command->callback(
         [this, &options, run] { chosen_ = [&options, run] { return run(options); }; });
     return command;
@@ -189,7 +223,7 @@ void CommandLine::AddCommands() {
         ->add_option("-f,--find", show_.find,
                      "Only the lines of this name; A.B is the component B of the unit A")
         ->type_name(kNameValue);
-    AddFile(command, "-s,--save", show_.save, "Writes the tables to an image again");
+    AddFile(command, "-s,--save,-o,--output", show_.save, "Writes the tables to an image again");
 
     if constexpr (kHasReport) {
         command =
@@ -242,6 +276,46 @@ void CommandLine::AddCommands() {
     AddReading(command, diff_.reading);
 
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
+    AddHelp();
+}
+
+// Every command has them.
+void CommandLine::AddManners(CLI::App* command) {
+    command->add_flag("-q,--quiet", isQuiet_,
+                      "Prints no messages on the input: the exit status tells of them");
+    NeverEmpty(
+        command
+            ->add_option("--color", color_,
+                         "Prints titles in bold: auto, that is on terminals, always or never")
+            ->type_name(kWhenValue));
+}
+
+void CommandLine::UseManners(const std::string& command) const {
+    struct Named {
+        std::string_view name;
+        Color color;
+    };
+    constexpr Named kColors[] = {{"", Color::kAuto},
+                                 {"auto", Color::kAuto},
+                                 {"always", Color::kAlways},
+                                 {"never", Color::kNever}};
+    const auto* const color = std::ranges::find(kColors, color_, &Named::name);
+    if (color == std::end(kColors)) {
+        throw CommandError(command + ": " +
+                           Say("the option '{}' cannot have the value '{}'", "--color", color_) +
+                           SeeHelp(command));
+    }
+    UseColor(color->color);
+    if (isQuiet_) {
+        BeQuiet();
+    }
+}
+
+void CommandLine::AddHelp() {
+    CLI::App* command = app_.add_subcommand(kHelpCommand, "Explains a command");
+    command->footer("lq help show");
+    command->add_option("command", topic_, "The command; none for all of them")
+        ->type_name(kCommandValue);
 }
 
 void CommandLine::AddSymbols() {
@@ -271,6 +345,7 @@ void CommandLine::AddSymbols() {
 
 std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     const std::vector<std::string> names = CommandNames(app_);
+    TurnHelp(arguments);
     const std::string first = arguments.empty() ? "" : arguments.front();
     const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
     if (!kHasReport && first == kReportCommand) {
@@ -309,6 +384,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     if (!chosen_) {
         throw CommandError(Say("no command was given") + SeeHelp());
     }
+    UseManners(first);
     return chosen_;
 }
 
