@@ -28,14 +28,17 @@
 #include "lq_data/host/framework/string_table.h"
 #include "lq_data/host/mdi/pou_ref.h"
 #include "lq_data/host/text/message.h"
+#include "lq_data/host/text/report.h"
 #include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/useradapt/user_adapter.h"
 #include "lq_data/host/words/words.h"
 #endif
 #if __has_include("lq_data/host/model/project.h")
+#include "lq_data/host/diff/diff.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/model/translation_source.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/host/symbols/symbols.h"
+#include "lq_data/host/text_source/text_source.h"
 #endif

@@ -187,6 +187,70 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     EXPECT_EQ(result.units, 2u);
 }
 
+// The header of so long a unit is loaded in parts; what it becomes is what AppendCmp makes of the
+// whole one, and a name is declared twice across the parts, too.
+TEST(Translate, ALongUnit) {
+    SmallProject project, fine;
+    std::vector<uint32_t> refused;
+    const host::Section sections[] = {kLocal, kInput, kTemp, pouh::kOutput};
+    for (int i = 0; i < 4000; ++i) {
+        const bool isTwice = i % 500 == 499;
+        const bool isBad = i % 700 == 600;
+        const int number = isTwice ? i / 2 - 1 : i;
+        const char16_t* const name = project.Intern((isBad     ? u"1x"
+                                                     : isTwice ? u"v"
+                                                               : u"V") +
+                                                    pouh::Number(number));
+        const host::Section section = sections[number % 7 % 4];
+        const char16_t* const type = i % 10 == 0   ? u"ARRAY [0..9] OF INT"
+                                     : i % 10 == 1 ? u"TON"
+                                                   : u"INT";
+        const char16_t* const init = i % 10 > 1 ? project.Intern(pouh::Number(i % 99)) : u"";
+        project.Declare(project.unit, name, type, section, init);
+        if (isBad || isTwice) {
+            refused.push_back(project.Line());
+        } else {
+            fine.Declare(fine.unit, name, type, section, init);
+        }
+    }
+    ASSERT_EQ(refused.size(), 13u);
+    SetProject(&fine);
+    const auto expected = NewTables();
+    POU_HEADER_TYP* header = CreatePOUHeader();
+    POU_LIST instances;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(LoadPOUHeader(header, fine.unit, 0), 1);
+    EXPECT_EQ(CgTabCompiler::AppendCmp(*expected, header, 0x84, &instances, range, 1), 1);
+    DestroyPOUHeader(header);
+    SetProject(&project);
+    for (const bool isTooLong : {false, true}) {
+        if (isTooLong) {
+            const std::u16string text = u"'" + std::u16string(70'000, u'x') + u"'";
+            project.Declare(project.unit, u"large", u"STRING(9)", kLocal, project.Intern(text));
+            refused.push_back(0);  // the unit's components
+        }
+        const auto tables = NewTables();
+        host::ProjectSource source(project);
+        const TranslationResult result = Translate(source, *tables, nullptr);
+        std::vector<uint32_t> lines;
+        for (const TranslationRefusal& refusal : result) {
+            lines.push_back(refusal.place.line);
+        }
+        EXPECT_EQ(lines, refused);
+        EXPECT_EQ(result.entered, isTooLong ? 0u : 3987u);
+        EXPECT_TRUE(ImageOf(*tables, CgTab::TAB_CMP) ==
+                    (isTooLong ? "" : ImageOf(*expected, CgTab::TAB_CMP)));
+        for (const CgTab::TAB_ID id : {CgTab::TAB_CST, CgTab::TAB_ARR}) {
+            EXPECT_TRUE(ImageOf(*tables, id).starts_with(ImageOf(*expected, id))) << id;
+        }
+        CgTab::POU_LINE unit;
+        ASSERT_EQ(tables->Look(u"Unit", &unit, 0), 0);
+        const UnitInfo info = UnitInfo::From(unit.info);
+        EXPECT_EQ(info.lines, isTooLong ? 0u : 3987u);
+        EXPECT_EQ(info.instances, 400u);
+    }
+}
+
 // Areas of every size, and none; lines that were there before keep theirs.
 TEST(Translate, FillsTheUserAreasOfNewLines) {
     WholeProject project;

@@ -55,12 +55,39 @@ void AddName(CLI::App* command, const char* name, std::string& value, const char
     command->add_option(name, value, description)->type_name(kNameValue)->required();
 }
 
-void AddProject(CLI::App* command, std::string& value) {
-    AddFile(command, "project", value, "The project file; - for standard input")->required();
+void AddLibraries(CLI::App* command, ProjectFiles& files) {
+    AddFile(command, "-l,--library", files.libraries,
+            "A file whose units and types are known, and not the project's; may be repeated")
+        ->allow_extra_args(false);
+    command->add_flag("--check-libraries", files.checkLibraries,
+                      "Reports what is wrong with the libraries, too");
 }
 
-void AddInput(CLI::App* command, std::string& value) {
-    AddFile(command, "input", value, "An image or a project; - for standard input")->required();
+void AddProject(CLI::App* command, ProjectFiles& files) {
+    AddFile(command, "project", files.projects,
+            "The project file; several are one project; - for standard input")
+        ->required();
+    AddLibraries(command, files);
+}
+
+// Of a command that has further arguments.
+void AddOneProject(CLI::App* command, ProjectFiles& files) {
+    const auto take = [&files](const std::string& path) { files.projects = {path}; };
+    NeverEmpty(command
+                   ->add_option_function<std::string>("project", take,
+                                                      "The project file; - for standard input")
+                   ->type_name(kFileValue)
+                   ->required());
+    AddFile(command, "-w,--with", files.others, "A further file of the project; may be repeated")
+        ->allow_extra_args(false);
+    AddLibraries(command, files);
+}
+
+void AddInput(CLI::App* command, ProjectFiles& files) {
+    AddFile(command, "input", files.projects,
+            "A project, several files are one; or an image; - for standard input")
+        ->required();
+    AddLibraries(command, files);
 }
 
 std::string TableNames() {
@@ -131,13 +158,13 @@ CLI::App* CommandLine::AddCommand(const char* name, const char* description, con
 void CommandLine::AddCommands() {
     CLI::App* command = AddCommand("translate", "Fills the tables from a PLCopen XML project",
                                    "lq translate plant.xml -o plant.lqt", translate_, RunTranslate);
-    AddProject(command, translate_.project);
+    AddProject(command, translate_.files);
     AddFile(command, "-o,--output", translate_.output,
             "The image of the tables to write; - for standard output");
 
     command = AddCommand("show", "Shows the tables of an image or a project",
                          "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
-    AddInput(command, show_.input);
+    AddInput(command, show_.files);
     command
         ->add_option("-t,--table", show_.tables, "A table: " + TableNames() + "; may be repeated")
         ->type_name(kTableValue)
@@ -152,7 +179,7 @@ void CommandLine::AddCommands() {
         command =
             AddCommand(kReportCommand, "Writes a page for the browser with the tables, linked",
                        "lq report plant.xml -o plant.html", report_, RunReport);
-        AddInput(command, report_.input);
+        AddInput(command, report_.files);
         AddFile(command, "-o,--output", report_.output, "The page to write; - for standard output")
             ->required();
     }
@@ -174,21 +201,29 @@ void CommandLine::AddCommands() {
 
     command = AddCommand("pou", "Shows the header of a unit or data type",
                          "lq pou plant.xml Dosing --interface", pou_, RunPou);
-    AddProject(command, pou_.project);
+    AddOneProject(command, pou_.files);
     AddName(command, "name", pou_.name, "The unit or data type");
     command->add_flag("-i,--interface", pou_.interfaceOnly, "Only its parameters");
 
     command = AddCommand("fb", "Tells of which function block an instance is",
                          "lq fb plant.xml Mixing stirring", fb_, RunFb);
-    AddProject(command, fb_.project);
+    AddOneProject(command, fb_.files);
     AddName(command, "pou", fb_.pou, "The unit that uses the instance");
     AddName(command, "instance", fb_.instance, "The instance, the unit's or a global one");
 
     command = AddCommand("tasks", "Shows the tasks of a project and their programs",
                          "lq tasks plant.xml", tasks_, RunTasks);
-    AddProject(command, tasks_.project);
+    AddProject(command, tasks_.files);
 
     AddSymbols();
+
+    command = AddCommand("diff", "Tells what is different between two projects",
+                         "lq diff old.xml plant.xml", diff_, RunDiff);
+    AddFile(command, "old", diff_.before, "A project or an image; - for standard input")
+        ->required();
+    AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
+        ->required();
+
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
 }
 
@@ -196,14 +231,7 @@ void CommandLine::AddSymbols() {
     CLI::App* command =
         AddCommand("symbols", "Lists the variables that a project declares, with their addresses",
                    "lq symbols plant.xml --located --sort address", symbols_, RunSymbols);
-    AddFile(command, "project", symbols_.projects,
-            "The project file; several are one project; - for standard input")
-        ->required();
-    AddFile(command, "-l,--library", symbols_.libraries,
-            "A file whose units and types are known, and not listed; may be repeated")
-        ->allow_extra_args(false);
-    command->add_flag("--check-libraries", symbols_.checkLibraries,
-                      "Reports what is wrong with the libraries, too");
+    AddProject(command, symbols_.files);
     command->add_flag("--located", symbols_.located, "Only what has an address");
     NeverEmpty(command->add_option("-u,--unit", symbols_.unit, "Only the variables of this unit")
                    ->type_name(kNameValue));

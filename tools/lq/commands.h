@@ -6,15 +6,23 @@
 
 namespace lq::tool {
 
+// What a project is read from.
+struct ProjectFiles {
+    std::vector<std::string> projects;   // one project, in several files
+    std::vector<std::string> others;     // that go with the only one of `projects`
+    std::vector<std::string> libraries;  // known, and not the project's own
+    bool checkLibraries = false;         // what is wrong with them is reported, too
+};
+
 struct TranslateOptions {
-    std::string project;
+    ProjectFiles files;
     std::string output;  // empty: the tables are not kept
     bool json = false;
 };
 int RunTranslate(const TranslateOptions& options);
 
 struct ShowOptions {
-    std::string input;  // an image or a project
+    ProjectFiles files;  // or one image
     std::vector<std::string> tables;
     std::string find;
     std::string save;  // writes the restored tables as an image again
@@ -23,7 +31,7 @@ struct ShowOptions {
 int RunShow(const ShowOptions& options);
 
 struct ReportOptions {
-    std::string input;  // as of show
+    ProjectFiles files;  // as of show
     std::string output;
 };
 int RunReport(const ReportOptions& options);
@@ -43,7 +51,7 @@ struct ValueOptions {
 int RunValue(const ValueOptions& options);
 
 struct PouOptions {
-    std::string project;
+    ProjectFiles files;
     std::string name;
     bool interfaceOnly = false;
     bool json = false;
@@ -51,7 +59,7 @@ struct PouOptions {
 int RunPou(const PouOptions& options);
 
 struct FbOptions {
-    std::string project;
+    ProjectFiles files;
     std::string pou;
     std::string instance;
     bool json = false;
@@ -59,15 +67,13 @@ struct FbOptions {
 int RunFb(const FbOptions& options);
 
 struct TasksOptions {
-    std::string project;
+    ProjectFiles files;
     bool json = false;
 };
 int RunTasks(const TasksOptions& options);
 
 struct SymbolsOptions {
-    std::vector<std::string> projects;  // one project in several files
-    std::vector<std::string> libraries;
-    bool checkLibraries = false;
+    ProjectFiles files;
     std::string unit;
     std::string sort;
     std::string delimiter;
@@ -80,6 +86,13 @@ struct SymbolsOptions {
     bool json = false;
 };
 int RunSymbols(const SymbolsOptions& options);
+
+struct DiffOptions {
+    std::string before;  // each an image or a project
+    std::string after;
+    bool json = false;
+};
+int RunDiff(const DiffOptions& options);
 
 struct TypesOptions {
     bool json = false;

@@ -1,5 +1,6 @@
 #include "tools/lq/project_input.h"
 
+#include <algorithm>
 #include <istream>
 #include <streambuf>
 
@@ -66,6 +67,17 @@ void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, hos
     host::SetProject(&project);
 }
 
+// What the system said of the file tells more than what the parser did.
+void ReadFrom(InputBuffer& bytes, const std::string& path, host::Project& project,
+              std::vector<host::Report>& reports) {
+    try {
+        ReadFrom(bytes, bytes.Size(), path, project, reports);
+    } catch (const CommandError&) {
+        bytes.ThrowFailure();
+        throw;
+    }
+}
+
 void ReadNoImage(const std::string& path, host::Project& project,
                  std::vector<host::Report>& reports) {
     InputBuffer source(path, kMaxProject);
@@ -74,68 +86,97 @@ void ReadNoImage(const std::string& path, host::Project& project,
     if (beginning.size() >= kLength && CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
         throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
     }
-    ReadProject(source, path, project, reports);
+    ReadFrom(source, path, project, reports);
 }
 
-}  // namespace
-
-void ReadProject(const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    InputBuffer bytes(path, kMaxProject);
-    ReadProject(bytes, path, project, reports);
+// Libraries last: what both have is the project's.
+std::vector<std::string> AllOf(const ProjectFiles& files) {
+    std::vector<std::string> all = files.projects;
+    all.insert(all.end(), files.others.begin(), files.others.end());
+    all.insert(all.end(), files.libraries.begin(), files.libraries.end());
+    return all;
 }
 
-void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    try {
-        ReadFrom(bytes, bytes.Size(), path, project, reports);
-    } catch (const CommandError&) {
-        bytes.ThrowFailure();  // what the system said tells more than what the parser did
-        throw;
-    }
-}
-
-void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    BytesBuffer buffer(bytes);
-    ReadFrom(buffer, bytes.size(), path, project, reports);
-}
-
-int ReadAndReport(const std::string& path, host::Project& project) {
-    std::vector<host::Report> reports;
-    ReadProject(path, project, reports);
+int Report(const std::vector<host::Report>& reports) {
     for (const host::Report& report : reports) {
         PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
 }
 
-int ReadAndReport(const std::vector<std::string>& projects,
-                  const std::vector<std::string>& libraries, bool checkLibraries,
-                  host::Project& project) {
-    std::vector<std::string> inputs = projects;
-    inputs.insert(inputs.end(), libraries.begin(), libraries.end());
-    RefuseInputTwice(inputs);
-    int status = kDone;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const bool isLibrary = i >= projects.size();
-        std::vector<host::Report> reports;
-        ReadNoImage(inputs[i], project, reports);
-        if (isLibrary) {
-            project.CountAsLibrary();
-        }
-        if (isLibrary && !checkLibraries) {
-            continue;
-        }
-        for (const host::Report& report : reports) {
-            PrintMessage(report);
-            status = kInputHasFaults;
-        }
+}  // namespace
+
+std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project& project,
+                                          std::vector<host::Report>& reports) {
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = [&] {
+        const Progress progress(Say("reading {}", DisplayName(path)));
+        return source.Peek();
+    }();
+    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
+        ReadFrom(source, path, project, reports);  // piece by piece, not held as a whole
+        return nullptr;
     }
-    return status;
+    const std::string bytes = ReadInput(source, path);
+    if (IsImage(bytes) || !LooksLikeXml(bytes)) {
+        const Progress progress(Say("restoring {}", DisplayName(path)));
+        return RestoreImage(bytes, path);
+    }
+    BytesBuffer buffer(bytes);
+    ReadFrom(buffer, bytes.size(), path, project, reports);
+    return nullptr;
 }
 
-std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes) {
+void ReadProject(const ProjectFiles& files, host::Project& project,
+                 std::vector<host::Report>& reports) {
+    const std::vector<std::string> all = AllOf(files);
+    RefuseInputTwice(all);
+    const std::size_t own = all.size() - files.libraries.size();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        std::vector<host::Report> reportsOfLibrary;
+        const bool isSilent = i >= own && !files.checkLibraries;
+        ReadNoImage(all[i], project, isSilent ? reportsOfLibrary : reports);
+        if (i >= own) {
+            project.CountAsLibrary();
+        }
+    }
+}
+
+int ReadAndReport(const ProjectFiles& files, host::Project& project) {
+    std::vector<host::Report> reports;
+    ReadProject(files, project, reports);
+    return Report(reports);
+}
+
+void RefuseInputAsOutput(const ProjectFiles& files, const std::string& output) {
+    for (const std::string& path : AllOf(files)) {
+        RefuseInputAsOutput(path, output);
+    }
+}
+
+Place WholeOf(const ProjectFiles& files) {
+    const bool isOne = files.projects.size() + files.others.size() == 1;
+    return {isOne ? DisplayName(files.projects.front()) : "lq"};
+}
+
+void NameFiles(const ProjectFiles& files, Json& document) {
+    document["files"] = Json::array();
+    document["libraries"] = Json::array();
+    for (const auto* list : {&files.projects, &files.others, &files.libraries}) {
+        Json& member = document[list == &files.libraries ? "libraries" : "files"];
+        for (const std::string& path : *list) {
+            member.push_back(DisplayName(path));
+        }
+    }
+}
+
+std::string FileNameOf(const host::Project& project, ID id) {
+    const host::SourceFile* file = project.FileOf(id);
+    return file ? host::EncodeUtf8(file->name) : "";
+}
+
+void ThrowNoUnit(const ProjectFiles& files, const host::Project& project, const std::string& name,
+                 bool withTypes) {
     Suggestion nearest(name);
     for (const host::Pou& pou : project.Pous()) {
         nearest.Consider(host::EncodeUtf8(pou.name));
@@ -145,10 +186,11 @@ std::string NoSuchUnit(const host::Project& project, const std::string& name, bo
             nearest.Consider(host::EncodeUtf8(type.name));
         }
     }
-    return Say(withTypes ? host::Message("no unit or data type is called '{}'")
-                         : host::Message("no unit is called '{}'"),
-               name) +
-           nearest.Text();
+    throw InputError(WholeOf(files),
+                     Say(withTypes ? host::Message("no unit or data type is called '{}'")
+                                   : host::Message("no unit is called '{}'"),
+                         name) +
+                         nearest.Text());
 }
 
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {
@@ -156,36 +198,21 @@ std::string ProgramName(const host::Project& project, const host::ProgramInstanc
     return host::EncodeUtf8(pou.GetNumber() ? project.NameOf(pou) : instance.typeName);
 }
 
-TableInput ReadTables(const std::string& path) {
-    CurrentProject current;
-    return ReadTables(path, current.project);
-}
-
-TableInput ReadTables(const std::string& path, host::Project& project) {
+TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
-    InputBuffer source(path, kMaxProject);
-    const std::string_view beginning = [&] {
-        const Progress progress(Say("reading {}", DisplayName(path)));
-        return source.Peek();
-    }();
-    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
-        ReadProject(source, path, project, reports);  // piece by piece, not held as a whole
-    } else {
-        const std::string bytes = ReadInput(source, path);
-        if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-            const Progress progress(Say("restoring {}", DisplayName(path)));
-            return {RestoreImage(bytes, path), false, {}, kDone};
+    if (files.projects.size() == 1 && files.libraries.empty()) {
+        if (auto tables = ReadImageOrProject(files.projects.front(), project, reports)) {
+            return {std::move(tables), false, {}, kDone, {}};
         }
-        ReadProject(path, bytes, project, reports);
+    } else {
+        ReadProject(files, project, reports);
     }
     Translation translation = Translate(project);
-    for (const host::Report& report : reports) {
-        PrintMessage(report);
-    }
-    PrintRefusals(DisplayName(path), translation.refusals);
-    const bool isFine = reports.empty() && translation.refusals.empty();
+    const int status = Report(reports);
+    PrintRefusals(translation.refusals);
+    const bool isWhole = translation.refusals.empty();
     return {std::move(translation.tables), true, std::move(translation.refusals),
-            isFine ? kDone : kInputHasFaults};
+            isWhole ? status : kInputHasFaults, std::move(reports)};
 }
 
 }  // namespace lq::tool

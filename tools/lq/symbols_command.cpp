@@ -210,11 +210,7 @@ ID UnitOf(const SymbolsOptions& options, const host::Project& project) {
                          Say("the unit '{}' is a library's and not listed", options.unit));
     }
     if (unit == ID()) {
-        const std::string text = NoSuchUnit(project, options.unit, false);
-        if (options.projects.size() == 1) {
-            throw InputError({DisplayName(options.projects.front())}, text);
-        }
-        throw CommandError(text);
+        ThrowNoUnit(options.files, project, options.unit, false);
     }
     return unit;
 }
@@ -251,15 +247,10 @@ int RunSymbols(const SymbolsOptions& options) {
     what.order = OrderOf(options.sort);
     what.located = options.located;
     what.expand = options.expand;
-    for (const auto* inputs : {&options.projects, &options.libraries}) {
-        for (const std::string& input : *inputs) {
-            RefuseInputAsOutput(input, options.output);
-        }
-    }
+    RefuseInputAsOutput(options.files, options.output);
     // As for a translation: the process ends with the command.
     static host::Project& project = *new host::Project;
-    const int status =
-        ReadAndReport(options.projects, options.libraries, options.checkLibraries, project);
+    const int status = ReadAndReport(options.files, project);
     what.unit = UnitOf(options, project);
     std::optional<ResultsFile> file;
     if (!options.output.empty()) {

@@ -74,10 +74,14 @@ void PrintTasks(Json rows, const Json& others) {
 
 int RunTasks(const TasksOptions& options) {
     CurrentProject current;
-    const int status = ReadAndReport(options.project, current.project);
+    const int status = ReadAndReport(options.files, current.project);
     Json tasks = Json::array();
     Json others = Json::array();  // programs that no task runs
-    for (const host::Resource& resource : current.project.Resources()) {
+    for (const ID resourceId : current.project.Below(current.project.ResourcePool())) {
+        if (current.project.IsOfLibrary(resourceId)) {
+            continue;
+        }
+        const host::Resource& resource = *current.project.GetResource(resourceId);
         const std::string name = EncodeUtf8(resource.name);
         for (const ID id : resource.tasks) {
             Json row = {{"resource", name}};

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "lq_data/export.h"
+#include "lq_data/host/model/code.h"
 #include "lq_data/host/model/objects.h"
 
 namespace lq::host {
@@ -45,7 +46,7 @@ class LQ_DATA_API Project {
     ID AddPou(const Pou& pou);
     // A data type.
     ID AddDataType(const DataType& type);
-    // Of a configuration, a resource or a POU.
+    // Of a configuration, a resource or a POU; of nothing where the null identifier is its parent.
     ID AddVariableList(const VariableList& list);
     // Of a POU, a structure or a variable list, as `declaration.owner` says.
     // Of a global, `earlier` receives the one that has the name already, and is found by it, if
@@ -84,6 +85,12 @@ class LQ_DATA_API Project {
     // Names the project.
     void SetName(Text name) { name_ = name; }
 
+    // Bodies that are read from now on are kept with their code, 24 bytes a token.
+    void KeepCode() { keepsCode_ = true; }
+    bool KeepsCode() const { return keepsCode_; }
+    // The body's, to be filled. Stays where it is.
+    BodyCode& EditCode(Body& body);
+
     // What is added from now on comes from this file. A library's names are to come behind those
     // of the project, which are found then where both have one.
     void BeginFile(const SourceFile& file);
@@ -91,8 +98,8 @@ class LQ_DATA_API Project {
     void CountAsLibrary();
 
     // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
-    // a POU, or what a configuration says of a variable of one (VAR_CONFIG), with the path of the
-    // instance for a name.
+    // a POU, what a configuration says of a variable of one (VAR_CONFIG), with the path of the
+    // instance for a name, or a way to one from outside (VAR_ACCESS), of a configuration or POU.
     ID AddAside(const Declaration& declaration);
     // Makes a declaration that was added aside the last of its owner's, if that has declarations.
     void Adopt(ID declaration);
@@ -149,12 +156,17 @@ class LQ_DATA_API Project {
 
     // The name of any object; empty when there is none. A program instance answers its own.
     Text NameOf(ID id) const;
-    // The line of any object; 0 when there is none or it is not known.
+    // The line and column of any object; 0 when there is none or it is not known.
     uint32_t LineOf(ID id) const;
+    uint32_t ColumnOf(ID id) const;
+
+    // The code of a body; null when none was kept.
+    const BodyCode* CodeOf(const Body& body) const;
 
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
     const SourceFile* FileOf(ID id) const;
+    bool IsOfLibrary(ID id) const;
 
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
@@ -214,6 +226,9 @@ class LQ_DATA_API Project {
     std::deque<Resource> resources_;
     std::deque<Task> tasks_;
     std::deque<ProgramInstance> programInstances_;
+
+    bool keepsCode_ = false;
+    std::deque<BodyCode> codes_;
 
     IdList projectPous_;
     IdList libraryPous_;
