@@ -45,6 +45,8 @@ long_project() {  # CHARACTERS
 END
 }
 
+is_static() { grep -q '^BUILD_SHARED_LIBS:BOOL=OFF' "$build/CMakeCache.txt"; }
+
 # Says something only when the command fails.
 quietly() {
   local said
@@ -122,7 +124,7 @@ own_model() {
   [ ! -e "$work/prefix" ] || fail "a subproject installs"
 
   quietly cmake -S "$source" -B "$work/library" -G Ninja -DLQ_DATA_HOST=OFF -DLQ_DATA_HOST_BASE=ON \
-    -DCMAKE_BUILD_TYPE=Release "-DBUILD_SHARED_LIBS=$(sed -n 's/^BUILD_SHARED_LIBS:BOOL=//p' "$build/CMakeCache.txt")" "${launcher[@]}"
+    -DCMAKE_BUILD_TYPE=Release "-DBUILD_SHARED_LIBS=$(is_static && echo OFF || echo ON)" "${launcher[@]}"
   quietly cmake --build "$work/library"
   quietly cmake --install "$work/library" --prefix "$work/prefix"
   quietly cmake -S "$example" -B "$work/installed" -DCMAKE_PREFIX_PATH="$work/prefix"
@@ -168,8 +170,8 @@ check_package() {  # FILE
   if [[ $name = liblq-data[0-9]* ]]; then
     ! find "$tree" -type f -o -type l | grep -vE "\.so\.[0-9]|/lq_data-[0-9]+/|/$name(/|$)" ||
       fail "these are in the way of another version"
-    find "$tree" -name 'liblq_*.so.?' -printf '%f\n' | sort | expect "$(
-      dpkg-deb -I "$1" shlibs 2>/dev/null | sed -E 's/^(\S+) (\S+) .*/\1.so.\2/' | sort)"
+    is_static || find "$tree" -name 'liblq_*.so.?' -printf '%f\n' | sort | expect "$(
+      dpkg-deb -I "$1" shlibs | sed -E 's/^(\S+) (\S+) .*/\1.so.\2/' | sort)"
   fi
 }
 
@@ -195,7 +197,7 @@ debian() {
   "$prefix/bin/lq" fb "$project" Mixing stirring | expect TON
   find_package
   case=pkg_config pkg_config
-  if command -v lintian >/dev/null; then
+  if ! is_static && command -v lintian >/dev/null; then
     quietly lintian --allow-root --fail-on error,warning "${packages[@]}"
   fi
 }

@@ -32,6 +32,7 @@ class Project;
 // Pragmas are passed over. Bytes are read as a source file's (DecodeSource).
 LQ_DATA_API bool ReadText(std::istream& source, const std::string& fileName, Project& project,
                           std::vector<Report>& reports) noexcept;
+// The same for a text in memory.
 LQ_DATA_API bool ReadText(std::u16string_view text, const std::string& fileName, Project& project,
                           std::vector<Report>& reports) noexcept;
 
