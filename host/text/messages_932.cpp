@@ -39,6 +39,7 @@ constexpr Translation kTable[] = {
     {"an element has more than {} attributes", "1つの要素の属性が{}個を超えています"},
     {"attribute '{}' of <{}> is not known and was left out",
      "<{2}>の属性「{1}」は未知の属性なので除外しました"},
+    {"counting uses", "使用箇所を数えています"},
     {"decoding {}", "{}の文字コードを変換しています"},
     {"duplicate attribute", "属性が重複しています"},
     {"elements are nested deeper than {}", "要素の入れ子が{}段を超えています"},

@@ -29,7 +29,8 @@ BELOW = {
     "host/model": ["include", "env", "frame", "host/text", "host/words"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate"],
+    "host/uses": ["host/model", "host/words", "frame"],
+    "tools/lq": ["host/plcopen", "host/symbols", "host/uses", "host/base", "translate"],
     "tools/report": ["tools/lq"],
 }
 

@@ -96,6 +96,13 @@ INSTANTIATE_TEST_SUITE_P(
                0},
         Golden{"show_files.txt", "show twice.xml refused.xml -l library.xml -t globals 2>&1", 1},
         Golden{"tasks_files.txt", "tasks plant.xml twice.xml -l library.xml", 0},
+        Golden{"uses.txt", "uses plant.xml mixing.STIRRING && $LQ uses plant.xml total", 0},
+        Golden{"uses.json", "uses twice.xml Controller.Start --with plant.xml --json", 0},
+        Golden{"uses_symbols.txt", "symbols plant.xml --uses -u Dosing -s name | cut -f 2,11", 0},
+        Golden{"uses_counts.txt",
+               "translate plant.xml --uses -o new.lqt >/dev/null && $LQ show new.lqt -f Start && "
+               "$LQ show new.lqt -f valve; rm new.lqt",
+               0},
         Golden{"fb_files.txt", "fb plant.xml main own -w pumps.xml", 1},
         Golden{"empty.txt", "translate empty.xml", 1}, Golden{"scan.txt", "scan tokens.st", 1},
         Golden{"scan.json", "scan tokens.st --json", 1},
@@ -149,6 +156,7 @@ constexpr const char* kComplaints[] = {
     "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
+    "uses plant.xml lites", "uses plant.xml plant.start", "uses plant.lqt x", "uses plant.xml", "uses missing.xml x",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
     "symbols symbols.xml --expand 2>/dev/null | cut -f11 | LC_ALL=C sort -u",
 };

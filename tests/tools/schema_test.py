@@ -42,6 +42,8 @@ CASES = [
     (["symbols", plant], "", 0),
     (["symbols", plant, "--expand", "--sort", "name"], "", 0),
     (["symbols", "-", "--located"], faulty, 1),
+    (["symbols", plant, "--uses"], "", 0),
+    (["uses", plant, "Clamp"], "", 0),
     (["types"], "", 0),
 ]
 

@@ -65,6 +65,7 @@ class CommandLine {
     FbOptions fb_;
     TasksOptions tasks_;
     SymbolsOptions symbols_;
+    UsesOptions uses_;
     TypesOptions types_;
 };
 

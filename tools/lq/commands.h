@@ -17,6 +17,7 @@ struct ProjectFiles {
 struct TranslateOptions {
     ProjectFiles files;
     std::string output;  // empty: the tables are not kept
+    bool uses = false;   // are counted
     bool json = false;
 };
 int RunTranslate(const TranslateOptions& options);
@@ -80,12 +81,20 @@ struct SymbolsOptions {
     std::string output;  // empty: standard output
     bool located = false;
     bool expand = false;
+    bool uses = false;  // are counted
     bool csv = false;
     bool noFormulas = false;
     bool mark = false;
     bool json = false;
 };
 int RunSymbols(const SymbolsOptions& options);
+
+struct UsesOptions {
+    ProjectFiles files;
+    std::string name;
+    bool json = false;
+};
+int RunUses(const UsesOptions& options);
 
 struct TypesOptions {
     bool json = false;
