@@ -63,6 +63,7 @@ constexpr Translation kTable[] = {
     {"cannot be opened: {}", "開けません: {}"},
     {"cells were cut to fit the terminal; behind '| cat' they are whole",
      "端末の幅に合わせてセルを切り詰めました。「| cat」を付けると全体を表示します"},
+    {"counting uses", "使用箇所を数えています"},
     {"decoding {}", "{}の文字コードを変換しています"},
     {"duplicate attribute", "属性が重複しています"},
     {"elements are nested deeper than {}", "要素の入れ子が{}段を超えています"},

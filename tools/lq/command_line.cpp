@@ -22,6 +22,7 @@ constexpr char kValueCommand[] = "value";
 constexpr char kReportCommand[] = "report";
 constexpr char kHelpCommand[] = "help";
 constexpr bool kHasReport = LQ_REPORT;
+constexpr char kCountsUses[] = "Counts how often variables are used in bodies and values";
 
 // Help that begins with the example.
 class HelpFormatter : public CLI::Formatter {
@@ -211,6 +212,7 @@ void CommandLine::AddCommands() {
     AddProject(command, translate_.files);
     AddFile(command, "-o,--output", translate_.output,
             "The image of the tables to write; - for standard output");
+    command->add_flag("--uses", translate_.uses, kCountsUses);
 
     command = AddCommand("show", "Shows the tables of an image or a project",
                          "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
@@ -275,6 +277,12 @@ void CommandLine::AddCommands() {
         ->required();
     AddReading(command, diff_.reading);
 
+    command = AddCommand("uses", "Shows where a name is used, and what is done with it there",
+                         "lq uses plant.xml Mixing.litres", uses_, RunUses);
+    AddOneProject(command, uses_.files);
+    AddName(command, "name", uses_.name,
+            "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
+
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
     AddHelp();
 }
@@ -332,6 +340,7 @@ void CommandLine::AddSymbols() {
                    ->type_name(kOrderValue));
     command->add_flag("-e,--expand", symbols_.expand,
                       "Lists the members of structures and instances in their place");
+    command->add_flag("--uses", symbols_.uses, kCountsUses);
     command->add_flag("--csv", symbols_.csv, "Prints the result as CSV");
     NeverEmpty(command
                    ->add_option("-d,--delimiter", symbols_.delimiter,

@@ -76,6 +76,7 @@ class CommandLine {
     TasksOptions tasks_;
     SymbolsOptions symbols_;
     DiffOptions diff_;
+    UsesOptions uses_;
     TypesOptions types_;
 };
 
