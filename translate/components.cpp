@@ -89,7 +89,7 @@ bool Components::AddRecord(DECL_TYP* decl) {
         declared.isVar = scope == DS_VAR;
     }
     const bool isKept = !IsMarked(name) && !At(number).isTaken;
-    if (!part_.Append({decl, index, number, isKept})) {
+    if (!part_.Append({decl, index, number, scope, isKept})) {
         return false;
     }
     if (isKept) {

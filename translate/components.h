@@ -45,7 +45,8 @@ struct PartRecord {
     DECL_TYP* decl;
     int32_t index;       // of its declaration, or below 0
     uint32_t component;  // its number; 0 of a global of the unit whose name is no identifier
-    bool isKept;         // in the header
+    uint32_t scope;
+    bool isKept;  // in the header
 };
 
 // The declarations come in parts, whose records go with the next one. What stays takes some 50

@@ -114,6 +114,9 @@ class Translator final : private MarkTaker {
     void FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& origin);
     // The area of the line at `pos`, which moves to the next one. False when memory is short.
     bool FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin);
+    // The area at which the table stands.
+    bool FillAreaHere(CgTab::TAB_ID id, const LineOrigin& origin);
+    const void* MakeArea(CgTab::TAB_ID id, const LineOrigin& origin);
 
     // "Unit.Body.Name", in `text_`.
     const char16_t* Qualify(const char16_t* unit, const char16_t* body, const char16_t* name);
