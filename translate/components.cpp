@@ -38,6 +38,11 @@ bool IsExternalScope(uint32_t scope) {
 }
 
 bool Components::Open(const LQSELECTION* declarations) {
+    DestroyDropped();
+    names_.Clear();
+    components_.Clear();
+    texts_.Clear();
+    entered_.Clear();
     declarations_ = declarations;
     manager_ = LQDECLMAN::Get();
     const int32_t count = declarations ? declarations->GetCount() : 0;

@@ -58,7 +58,7 @@ class Components {
     Components(const Components&) = delete;
     Components& operator=(const Components&) = delete;
 
-    // For a unit with these declarations, which may be null. Once. False when memory is short.
+    // For the next unit, with these declarations, which may be null. False when memory is short.
     bool Open(const LQSELECTION* declarations);
     // The next part. Takes the declarations with erroneous names, which the loader has marked, and
     // those whose name was declared before out of the header and keeps them until the next part.

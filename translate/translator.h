@@ -29,13 +29,13 @@ class Translator final : private MarkTaker {
     using Record = std::unique_ptr<DECL_TYP, DeclDeleter>;
     // What is entered at the moment.
     struct Unit {
-        LineOrigin origin;
+        translate::Components& components;
+        LineOrigin origin = {};
         const char16_t* name = u"";
         const LQSELECTION* declarations = nullptr;
         POU_HEADER_TYP* header = nullptr;
-        pouh::HeaderParts parts;  // of the header
+        pouh::HeaderParts parts{};  // of the header
         uint32_t kind = PT_OTHER;
-        translate::Components components;
         CgTab::POS_DSC range = {};  // their section of table 2
         uint32_t instances = 0;     // structures and function blocks among them
         bool isTakenBack = false;   // the table could not hold the section
@@ -133,8 +133,9 @@ class Translator final : private MarkTaker {
     uint32_t areaSizes_[CgTab::kUserTables];
     unsigned char* area_ = nullptr;
 
-    const Unit* unit_ = nullptr;  // whose marks are taken
-    bool isAnew_ = false;         // the unit may be in the set
+    translate::Components components_;  // of the unit; its room is used again
+    const Unit* unit_ = nullptr;        // whose marks are taken
+    bool isAnew_ = false;               // the unit may be in the set
     CLQString text_;
     CLQString lastType_;  // the last of NamedType, and the object that it names
     ID lastNamed_;

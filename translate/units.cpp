@@ -35,7 +35,7 @@ const char16_t* NameOf(const DECL_TYP* decl) {
 
 bool Translator::EnterUnit(ID id) {
     const std::unique_ptr<POU_HEADER_TYP, HeaderDeleter> header(CreatePOUHeader());
-    Unit unit;
+    Unit unit = {components_};
     unit.origin = {id, source_.GetPlace(id)};
     LQOBJECT* const object = ObjectOf(id);
     if (!header || !object || !unit.parts.Open(header.get(), id) || !unit.parts.LoadNext(kPart)) {
