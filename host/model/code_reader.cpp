@@ -28,7 +28,49 @@ bool CodeToken::Is(uint16_t code) const {
     return kind == TK_OPERATOR && operation == code;
 }
 
+void CodeReader::BeginPiece(BodyPiece piece) {
+    if (code_) {
+        piece.first = static_cast<uint32_t>(code_->tokens.size());
+        code_->pieces.push_back(piece);
+        hasPiece_ = true;
+    }
+}
+
+void CodeReader::KeepToken(const CodeToken& token) {
+    if (!hasPiece_) {
+        BeginPiece({il_ ? PieceRole::kIl : PieceRole::kSt, token.line, token.column});
+    }
+    code_->tokens.push_back({project_.Intern(token.text), token.line, token.column, token.operation,
+                             static_cast<uint8_t>(token.kind)});
+}
+
+void CodeReader::TakePragma(std::u16string_view text, uint32_t line, uint32_t column) {
+    const auto isWord = [](char16_t c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || chars::IsDigit(c) ||
+               c == u'_' || c >= 0x80;
+    };
+    for (std::size_t at = 0; code_ && at < text.size();) {
+        std::size_t end = at;
+        while (end < text.size() && isWord(text[end])) {
+            ++end;
+        }
+        if (end > at && !chars::IsDigit(text[at])) {
+            code_->pragmaWords.push_back(
+                {project_.Intern(text.substr(at, end - at)), line, column, 0, TK_IDENTIFIER});
+        }
+        end += end == at ? 1 : 0;
+        for (; at < end; ++at) {
+            const bool isSecondHalf = text[at] >= 0xDC00 && text[at] <= 0xDFFF;
+            line += text[at] == u'\n' ? 1 : 0;
+            column = text[at] == u'\n' ? 1 : column + (isSecondHalf ? 0 : 1);
+        }
+    }
+}
+
 void CodeReader::Take(const CodeToken& token) {
+    if (code_) {
+        KeepToken(token);
+    }
     if (il_ && token.line != line_) {
         EndLine();
         line_ = token.line;

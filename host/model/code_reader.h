@@ -29,7 +29,18 @@ class LQ_DATA_API CodeReader {
   public:
     // `body` need not belong to `pou` yet.
     CodeReader(Project& project, Language language, Pou& pou, Body& body)
-        : project_(project), il_(language == Language::kIl), pou_(pou), body_(body) {}
+        : project_(project),
+          il_(language == Language::kIl),
+          pou_(pou),
+          body_(body),
+          code_(project.KeepsCode() ? &project.EditCode(body) : nullptr) {}
+
+    // Where the project keeps code, the tokens are this piece of it; without it they are one of
+    // text. To be called before the first token.
+    void BeginPiece(BodyPiece piece);
+
+    // A pragma, braces and all, that stands anywhere in the text: its words are kept with the code.
+    void TakePragma(std::u16string_view text, uint32_t line, uint32_t column);
 
     // Every token but line breaks and comments.
     void Take(const CodeToken& token);
@@ -40,11 +51,14 @@ class LQ_DATA_API CodeReader {
   private:
     void Keep(std::u16string_view name, bool isInstruction);
     void EndName(bool called);
+    void KeepToken(const CodeToken& token);
 
     Project& project_;
     const bool il_;
     Pou& pou_;
     Body& body_;
+    BodyCode* const code_;  // null when none is kept
+    bool hasPiece_ = false;
     std::u16string name_;  // the last token, when it is a name, else empty
     uint32_t nameColumn_ = 0;
     bool isInstruction_ = false;  // it is the first of an IL line

@@ -150,7 +150,7 @@ ID Project::AddDataType(const DataType& type) {
 }
 
 ID Project::AddVariableList(const VariableList& list) {
-    if (!GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
+    if (list.parent != ID() && !GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
         return {};
     }
     return Enter(variableLists_, list, {Sort::kVariableList, nullptr, nullptr});
@@ -266,6 +266,14 @@ void Project::AddCall(Pou& pou, Text callee) {
     }
 }
 
+BodyCode& Project::EditCode(Body& body) {
+    if (body.code == 0) {
+        codes_.emplace_back();
+        body.code = static_cast<uint32_t>(codes_.size());
+    }
+    return codes_[body.code - 1];
+}
+
 // -- Reading --------------------------------------------------------------------------------------
 
 const Pou* Project::GetPou(ID id) const {
@@ -348,6 +356,14 @@ Text Project::NameOf(ID id) const {
 
 uint32_t Project::LineOf(ID id) const {
     return WithRecord(*this, id, [](const auto& record) { return record.line; });
+}
+
+uint32_t Project::ColumnOf(ID id) const {
+    return WithRecord(*this, id, [](const auto& record) { return record.column; });
+}
+
+const BodyCode* Project::CodeOf(const Body& body) const {
+    return body.code != 0 ? &codes_[body.code - 1] : nullptr;
 }
 
 const SourceFile* Project::FileOf(ID id) const {

@@ -55,11 +55,7 @@ ProjectSource::ProjectSource(const Project& project)
       units_(Own(project, project.Below(project.PouPool()))) {}
 
 SourcePlace ProjectSource::GetPlace(ID id) {
-    if (const Declaration* const declaration = project_.GetDeclaration(id)) {
-        return {declaration->line, declaration->column};
-    }
-    const Pou* const pou = project_.GetPou(id);
-    return pou ? SourcePlace{pou->line, pou->column} : SourcePlace{project_.LineOf(id), 0};
+    return {project_.LineOf(id), project_.ColumnOf(id)};
 }
 
 bool ProjectSource::IsTemporary(ID declaration) {

@@ -43,6 +43,16 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
     return false;
 }
 
+uint8_t DirectionOf(Context& context, const Element& access) {
+    const std::string_view direction = Trim(access.Attribute("direction"));
+    if (direction != "readOnly" && direction != "readWrite" && !direction.empty()) {
+        context.Warn(access, Say("the attribute direction of <{}> is neither readOnly nor "
+                                 "readWrite",
+                                 access.Name()));
+    }
+    return direction == "readOnly" ? kMarkReadOnly : direction == "readWrite" ? kMarkReadWrite : 0;
+}
+
 }  // namespace
 
 Section ReadSection(Context& context, const Element& list) {
@@ -68,9 +78,12 @@ Section ReadSection(Context& context, const Element& list) {
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
                                         Section section) {
     Declaration declaration;
+    const bool isAccess = section.scope == Scope::kAccess;
     const bool isPath = section.scope == Scope::kConfig;
-    const std::string_view name =
-        Required(context, variable, isPath ? "instancePathAndName" : "name");
+    const std::string_view name = Required(context, variable,
+                                           isAccess ? "alias"
+                                           : isPath ? "instancePathAndName"
+                                                    : "name");
     declaration.name = section.scope == Scope::kGlobal ? context.Store(name) : context.Intern(name);
     if (*declaration.name == 0) {
         return {};
@@ -85,6 +98,10 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     }
     declaration.address = context.Intern(Trim(variable.Attribute("address")));
     declaration.comment = context.Documentation(variable);
+    if (isAccess) {
+        declaration.comment2 = context.Intern(Required(context, variable, "instancePathAndName"));
+        section.marks = DirectionOf(context, variable);
+    }
     declaration.owner = owner;
     declaration.line = variable.line;
     declaration.column = variable.column;
@@ -103,6 +120,7 @@ void ReadDataType(Context& context, const Element& dataType) {
                                    dataType.Attribute("name")));
     }
     type.line = dataType.line;
+    type.column = dataType.column;
     type.comment = context.Documentation(dataType);
     const Element* base = dataType.Child("baseType");
     const Element* structure = base ? base->Child("struct") : nullptr;

@@ -37,6 +37,11 @@ constexpr Translation kTable[] = {
     {"additional data '{}' is not read", "追加データ「{}」は読みません"},
     {"an argument is no UTF-8 text", "UTF-8のテキストではない引数があります"},
     {"an element has more than {} attributes", "1つの要素の属性が{}個を超えています"},
+    {"an image keeps no comments, members of types, names of the types of variables, calls, "
+     "configurations and tasks: these are not compared",
+     "イメージには、コメント、データ型のメンバー、変数のデータ型名、呼び出し、コンフィギュレーショ"
+     "ン、"
+     "タスクがありません: これらは比較しません"},
     {"attribute '{}' of <{}> is not known and was left out",
      "<{2}>の属性「{1}」は未知の属性なので除外しました"},
     {"decoding {}", "{}の文字コードを変換しています"},
@@ -117,6 +122,8 @@ constexpr Translation kTable[] = {
      "配列型が上下限と既知の要素型として読めません"},
     {"the array type does not read as whole numbers in order and an element type",
      "配列型を、正しい順の整数の上下限と要素の型として解釈できません"},
+    {"the attribute direction of <{}> is neither readOnly nor readWrite",
+     "<{}>の属性「direction」はreadOnlyでもreadWriteでもありません"},
     {"the attribute {} of <{}> is neither true nor false: it was read as false",
      "<{2}>の属性「{1}」はtrueでもfalseでもありません: falseとして読みました"},
     {"the comment does not end", "コメントが閉じていません"},

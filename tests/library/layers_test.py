@@ -28,8 +28,10 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame", "host/text", "host/words"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
+    "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate"],
+    "host/text_source": ["host/model", "host/words", "host/text", "frame", "scanner"],
+    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/base", "translate"],
     "tools/report": ["tools/lq"],
 }
 

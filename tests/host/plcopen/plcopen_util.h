@@ -13,7 +13,10 @@
 namespace lq::host {
 
 struct ReadProject {
-    explicit ReadProject(const std::string& document) {
+    ReadProject() = default;
+    explicit ReadProject(const std::string& document) { Read(document); }
+
+    void Read(const std::string& document) {
         std::istringstream source(document);
         complete = ReadPlcopen(source, "test.xml", project, reports);
     }
