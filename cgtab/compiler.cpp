@@ -56,8 +56,7 @@ int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
     extra.PutBytes(info.bytes, sizeof(info.bytes));
     line.SetExtra(extra);
     uint32_t length = 0;
-    int nocase = 0;
-    return CgTab::Table::TransLookDcr(line.look, length, nocase) ? table->AppendLine(line) : -1;
+    return CgTab::Table::TransLookDcr(line.look, length) ? table->AppendLine(line) : -1;
 }
 
 bool CgTabCompiler::ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info) {

@@ -87,7 +87,7 @@ class LQ_DATA_LOCAL CgTab::Table {
     // --- Searching ---------------------------------------------------------------------------
 
     // Completes a key. False when the name is too long for its length field.
-    static bool TransLookDcr(LookTyp& look, uint32_t& len, int& nocase);
+    static bool TransLookDcr(LookTyp& look, uint32_t& len);
     // The first line in the range, in a table with an index the newest; -1 when there is none, or
     // kSearchFailed. A use is counted with `inc` non-zero, where uses are counted.
     int32_t LookLine(POS_DSC range, LookTyp& look, int inc);
@@ -121,7 +121,7 @@ class LQ_DATA_LOCAL CgTab::Table {
   private:
     // What the length field at the current position says, if the table has as many bytes.
     bool ReadLength(uint32_t& length);
-    int32_t WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int nocase, int inc);
+    int32_t WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int inc);
     void PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_DSC& range);
     bool CountUse(int32_t pos, int inc);
 

@@ -149,7 +149,7 @@ int32_t CgTab::Table::LookName(const LookTyp& look, uint32_t len, int inc) {
         }
         from = walkFrom_;
     }
-    return WalkLines({from, Length(), INT32_MAX}, look, len, 0, inc);
+    return WalkLines({from, Length(), INT32_MAX}, look, len, inc);
 }
 
 // False when memory is short, or when a text that is to be unique is there already.

@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "cgtab/line_index.h"
+#include "frame/growing.h"
 #include "lq_data/cgtab_compiler.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/pouh.h"
-#include "translate/growing.h"
 
 namespace lq::translate {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "lq_data/detail/chars.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace lq {
 

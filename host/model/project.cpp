@@ -150,7 +150,7 @@ ID Project::AddDataType(const DataType& type) {
 }
 
 ID Project::AddVariableList(const VariableList& list) {
-    if (!GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
+    if (list.parent != ID() && !GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
         return {};
     }
     return Enter(variableLists_, list, {Sort::kVariableList, nullptr, nullptr});

@@ -1,7 +1,10 @@
 #include "host/model/reading.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
+
+#include "lq_data/detail/chars.h"
 
 namespace lq::host {
 
@@ -59,6 +62,30 @@ Section SectionOf(Scope scope, unsigned marks, std::string_view list,
     }
     nearest.marks = static_cast<uint8_t>(marks);
     return nearest;
+}
+
+bool EnoPair::Take(Project& project, const Declaration& declaration) {
+    const Pou* const pou = project.GetPou(declaration.owner);
+    const Scope scope = declaration.section.scope;
+    const bool isPlain = !*declaration.comment && !*declaration.initValue && !*declaration.address;
+    const bool isOne = isPlain && pou && pou->kind != LQ_KIND_PROGRAM &&
+                       chars::EqualNoCase(declaration.type, u"BOOL") &&
+                       ((scope == Scope::kInput && chars::EqualNoCase(declaration.name, u"EN")) ||
+                        (scope == Scope::kOutput && chars::EqualNoCase(declaration.name, u"ENO")));
+    if (isOne) {
+        taken_.push_back(project.AddAside(declaration));
+    }
+    return isOne;
+}
+
+void EnoPair::Close(Project& project, ID pou) {
+    const auto scope = [&project](ID id) { return project.GetDeclaration(id)->section.scope; };
+    if (taken_.size() == 2 && scope(taken_[0]) != scope(taken_[1])) {
+        project.EditPou(pou)->eno = true;
+    } else {
+        std::ranges::for_each(taken_, [&project](ID id) { project.Adopt(id); });
+    }
+    taken_.clear();
 }
 
 }  // namespace lq::host

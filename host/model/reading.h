@@ -9,6 +9,7 @@
 
 #include "host/model/report_list.h"
 #include "lq_data/export.h"
+#include "lq_data/host/model/project.h"
 #include "lq_data/host/model/section.h"
 #include "lq_data/host/text/message.h"
 
@@ -38,5 +39,20 @@ LQ_DATA_API bool OpenSource(std::ifstream& source, ReportList& reports);
 // no keyword is added to `faults`, a sentence each; `list` is what they call it.
 LQ_DATA_API Section SectionOf(Scope scope, unsigned marks, std::string_view list,
                               std::vector<std::string>& faults);
+
+// The implicit parameters EN and ENO of a unit. No source has a mark for them: a function or
+// function block that declares both has them. One with a comment, value or address of its own is a
+// declaration, so that these are kept.
+class LQ_DATA_API EnoPair {
+  public:
+    // True when the declaration may be one of the pair, and was taken; to be asked for each of the
+    // unit's.
+    bool Take(Project& project, const Declaration& declaration);
+    // Behind the unit's last one.
+    void Close(Project& project, ID pou);
+
+  private:
+    IdList taken_;
+};
 
 }  // namespace lq::host

@@ -12,7 +12,6 @@
 #include "host/plcopen/parts.h"
 #include "host/plcopen/schema.h"
 #include "host/plcopen/xml.h"
-#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/message.h"
 
 namespace lq::host {
@@ -50,7 +49,7 @@ class Reader final : public ElementHandler {
     bool OpenResource(const Element& resource);
 
     void Leave(const Element&) {}
-    void CloseInterface(const Element&);
+    void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
     void CloseResource(const Element&) { resource_ = {}; }
 
@@ -69,7 +68,6 @@ class Reader final : public ElementHandler {
     std::string_view NameOf(const Element& holder) {
         return HolderName(context_, holder, Required(context_, holder, "name"));
     }
-    bool IsImplicit(const Declaration& declaration) const;
 
     Context& context_;
     Project& project_;
@@ -81,7 +79,7 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
-    IdList implicit_;  // EN and ENO of the open POU
+    EnoPair eno_;  // of the open POU
 };
 
 // ORDER: elements that are streamed, then parts that are read as a whole.
@@ -228,28 +226,6 @@ bool Reader::OpenResource(const Element& element) {
 
 // -- Parts ----------------------------------------------------------------------------------------
 
-// The format has no mark for the implicit parameters EN and ENO: a function or function block that
-// declares both has them. One with a comment, value or address of its own is a declaration, so that
-// these are kept.
-bool Reader::IsImplicit(const Declaration& declaration) const {
-    const Scope scope = declaration.section.scope;
-    const bool isPlain = !*declaration.comment && !*declaration.initValue && !*declaration.address;
-    return isPlain && project_.GetPou(pou_)->kind != LQ_KIND_PROGRAM &&
-           chars::EqualNoCase(declaration.type, u"BOOL") &&
-           ((scope == Scope::kInput && chars::EqualNoCase(declaration.name, u"EN")) ||
-            (scope == Scope::kOutput && chars::EqualNoCase(declaration.name, u"ENO")));
-}
-
-void Reader::CloseInterface(const Element&) {
-    const auto scope = [this](ID id) { return project_.GetDeclaration(id)->section.scope; };
-    if (implicit_.size() == 2 && scope(implicit_[0]) != scope(implicit_[1])) {
-        project_.EditPou(pou_)->eno = true;
-    } else {
-        std::ranges::for_each(implicit_, [this](ID id) { project_.Adopt(id); });
-    }
-    implicit_.clear();
-}
-
 void Reader::TakeHeader(const Element& header) {
     project_.SetName(context_.Intern(Trim(header.Attribute("name"))));
 }
@@ -259,8 +235,7 @@ void Reader::TakeVariable(const Element& variable) {
     if (!declaration) {
         return;
     }
-    if (owner_ == pou_ && IsImplicit(*declaration)) {
-        implicit_.push_back(project_.AddAside(*declaration));
+    if (owner_ == pou_ && eno_.Take(project_, *declaration)) {
         return;
     }
     ID earlier;

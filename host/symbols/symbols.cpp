@@ -87,8 +87,10 @@ void Walk::Tell(uint32_t index) {
         section_ = declaration.section;
         sectionText_ = WrittenSection(section_);
     }
-    const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
+    const ID id = MakeId(Sort::kDeclaration, index);
+    const SourceFile* file = project_.FileOf(id);
     Symbol symbol;
+    symbol.declaration = id;
     symbol.path = PathOf(declaration);
     symbol.name = declaration.name;
     symbol.section = sectionText_;
@@ -99,7 +101,6 @@ void Walk::Tell(uint32_t index) {
     symbol.file = file ? file->name : u"";
     symbol.line = declaration.line;
     symbol.column = declaration.column;
-    symbol.declaration = MakeId(Sort::kDeclaration, index);
     if (options_.expand) {
         expansion_.Run(symbol, section_.scope);
     } else {

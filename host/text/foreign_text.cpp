@@ -119,13 +119,16 @@ class Blanker {
 
 }  // namespace
 
-std::size_t EndOfPragma(std::u16string_view text, std::size_t at) {
+std::size_t EndOfPragma(std::u16string_view text, std::size_t at, bool* isOpen) {
     std::size_t open = 0;
     while ((at = text.find_first_of(u"{}", at)) < text.size()) {
         open = text[at++] == u'{' ? open + 1 : open - 1;
         if (open == 0) {
             return at;
         }
+    }
+    if (isOpen) {
+        *isOpen = true;
     }
     return text.size();
 }

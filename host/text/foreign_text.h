@@ -14,8 +14,9 @@ namespace lq::host {
 // The position behind the pragma whose first brace stands at `at`. A pragma ends where as many
 // braces are closed as were opened: "{{ if (x) { f(); } }}" is one. Every brace counts, also one
 // within a string or comment of the pragma: what language it is written in is not known. A pragma
-// that is not closed runs to the end of the text.
-LQ_DATA_API std::size_t EndOfPragma(std::u16string_view text, std::size_t at);
+// that is not closed runs to the end of the text, which `isOpen` tells, if it is not null.
+LQ_DATA_API std::size_t EndOfPragma(std::u16string_view text, std::size_t at,
+                                    bool* isOpen = nullptr);
 
 // The text with a blank for each character that is no code: pragmas, comments, and what strings
 // hold. Line breaks stay, so that lines and columns are those of the text. What is left contains

@@ -28,9 +28,12 @@ BELOW = {
     "host/words": ["include", "env", "frame"],
     "host/model": ["include", "env", "frame", "host/text", "host/words"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
+    "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
     "host/uses": ["host/model", "host/words", "frame"],
-    "tools/lq": ["host/plcopen", "host/symbols", "host/uses", "host/base", "translate"],
+    "host/text_source": ["host/model", "host/words", "host/text", "frame", "scanner"],
+    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses", "host/base",
+                 "translate"],
     "tools/report": ["tools/lq"],
 }
 

@@ -165,6 +165,8 @@ const Job kJobs[] = {
     {"Uses", {"uses", "plant.xml", "litres"}},
     {"TranslateUses", {"translate", "plant.xml", "--uses"}},
     {"SymbolsJson", {"symbols", "plant.xml", "-u", "Clamp", "--json"}},
+    {"Diff", {"diff", "plant.xml", "-"}, "<project><types/></project>"},
+    {"DiffJson", {"diff", "-", "plant.lqt", "--json"}, "<project><types/></project>"},
     {"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
     {"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
     {"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"},

@@ -44,6 +44,9 @@ CASES = [
     (["symbols", "-", "--located"], faulty, 1),
     (["symbols", plant, "--uses"], "", 0),
     (["uses", plant, "Clamp"], "", 0),
+    (["diff", plant, "-"], faulty, 1),
+    (["diff", "-", plant], faulty, 1),
+    (["diff", plant, plant], "", 0),
     (["types"], "", 0),
 ]
 

@@ -223,6 +223,14 @@ void CommandLine::AddCommands() {
     AddOneProject(command, uses_.files);
     AddName(command, "name", uses_.name,
             "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
+
+    command = AddCommand("diff", "Tells what is different between two projects",
+                         "lq diff old.xml plant.xml", diff_, RunDiff);
+    AddFile(command, "old", diff_.before, "A project or an image; - for standard input")
+        ->required();
+    AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
+        ->required();
+
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
 }
 

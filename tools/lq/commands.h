@@ -96,6 +96,13 @@ struct UsesOptions {
 };
 int RunUses(const UsesOptions& options);
 
+struct DiffOptions {
+    std::string before;  // each an image or a project
+    std::string after;
+    bool json = false;
+};
+int RunDiff(const DiffOptions& options);
+
 struct TypesOptions {
     bool json = false;
 };

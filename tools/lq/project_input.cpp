@@ -89,7 +89,23 @@ void ReadNoImage(const std::string& path, host::Project& project,
     ReadFrom(source, path, project, reports);
 }
 
-// The tables of what is read as an image; null for what begins as a project does, which is read.
+// Libraries last: what both have is the project's.
+std::vector<std::string> AllOf(const ProjectFiles& files) {
+    std::vector<std::string> all = files.projects;
+    all.insert(all.end(), files.others.begin(), files.others.end());
+    all.insert(all.end(), files.libraries.begin(), files.libraries.end());
+    return all;
+}
+
+int Report(const std::vector<host::Report>& reports) {
+    for (const host::Report& report : reports) {
+        PrintMessage(report);
+    }
+    return reports.empty() ? kDone : kInputHasFaults;
+}
+
+}  // namespace
+
 std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project& project,
                                           std::vector<host::Report>& reports) {
     InputBuffer source(path, kMaxProject);
@@ -110,23 +126,6 @@ std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project
     ReadFrom(buffer, bytes.size(), path, project, reports);
     return nullptr;
 }
-
-// Libraries last: what both have is the project's.
-std::vector<std::string> AllOf(const ProjectFiles& files) {
-    std::vector<std::string> all = files.projects;
-    all.insert(all.end(), files.others.begin(), files.others.end());
-    all.insert(all.end(), files.libraries.begin(), files.libraries.end());
-    return all;
-}
-
-int Report(const std::vector<host::Report>& reports) {
-    for (const host::Report& report : reports) {
-        PrintMessage(report);
-    }
-    return reports.empty() ? kDone : kInputHasFaults;
-}
-
-}  // namespace
 
 void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports) {
@@ -203,7 +202,7 @@ TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
     if (files.projects.size() == 1 && files.libraries.empty()) {
         if (auto tables = ReadImageOrProject(files.projects.front(), project, reports)) {
-            return {std::move(tables), false, {}, kDone};
+            return {std::move(tables), false, {}, kDone, {}};
         }
     } else {
         ReadProject(files, project, reports);
@@ -211,8 +210,9 @@ TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     Translation translation = Translate(project);
     const int status = Report(reports);
     PrintRefusals(translation.refusals);
+    const bool isWhole = translation.refusals.empty();
     return {std::move(translation.tables), true, std::move(translation.refusals),
-            translation.refusals.empty() ? status : kInputHasFaults};
+            isWhole ? status : kInputHasFaults, std::move(reports)};
 }
 
 }  // namespace lq::tool

@@ -132,7 +132,7 @@ struct DataType {
 struct VariableList {
     Text name = u"";
     Text comment = u"";
-    ID parent;  // the configuration, resource or POU
+    ID parent;  // the configuration, resource or POU; null for one outside of all
     uint32_t line = 0;
     uint32_t column = 0;
     IdList declarations;
