@@ -26,7 +26,7 @@ class Reader final : public ElementHandler {
 
     Treatment Start(const Element& element) override;
     void End(const Element& element) override;
-    void StrayText(const Element& text) override { ReportText(context_, text); }
+    void StrayText(const Element& text) override;
     std::string Refusal() const override { return refusal_; }
 
   private:
@@ -41,17 +41,23 @@ class Reader final : public ElementHandler {
     };
     static const Step kSteps[];
     static const Step& StepOf(const Kind& kind);
+    static bool IsData(const Element& element) { return element.Name() == "data"; }
+    Treatment Open(const Element& element);
+    Treatment StartOfData(const Element& element);
+    void EndOfData(const Element& data);
 
     bool Enter(const Element&) { return true; }
     bool OpenPou(const Element& pou);
     bool OpenVariables(const Element& list);
     bool OpenConfiguration(const Element& configuration);
     bool OpenResource(const Element& resource);
+    bool OpenData(const Element&);
 
     void Leave(const Element&) {}
     void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
     void CloseResource(const Element&) { resource_ = {}; }
+    void CloseConfiguration(const Element&) { configuration_ = {}; }
 
     void TakeHeader(const Element& header);
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
@@ -79,7 +85,12 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
-    EnoPair eno_;  // of the open POU
+    struct Data {
+        bool isRead = false;  // something of it, or
+        bool isLeft = false;  // left out
+    };
+    std::vector<Data> data_;  // additional data, each in what the one before it holds
+    EnoPair eno_;             // of the open POU
 };
 
 // ORDER: elements that are streamed, then parts that are read as a whole.
@@ -103,8 +114,10 @@ const Reader::Step Reader::kSteps[] = {
     {"transitions", &Reader::Enter, &Reader::Leave},
     {"instances", &Reader::Enter, &Reader::Leave},
     {"configurations", &Reader::Enter, &Reader::Leave},
-    {"configuration", &Reader::OpenConfiguration, &Reader::Leave},
+    {"configuration", &Reader::OpenConfiguration, &Reader::CloseConfiguration},
     {"resource", &Reader::OpenResource, &Reader::CloseResource},
+    {"addData", &Reader::Enter, &Reader::Leave},
+    {"data", &Reader::OpenData, &Reader::Leave},
 
     {"contentHeader", nullptr, &Reader::TakeHeader},
     {"dataType", nullptr, &Reader::TakeDataType},
@@ -118,7 +131,6 @@ const Reader::Step Reader::kSteps[] = {
     {"task", nullptr, &Reader::TakeTask},
     {"pouInstance", nullptr, &Reader::TakeInstance},
     {"documentation", nullptr, &Reader::TakeDocumentation},
-    {"addData", nullptr, &Reader::Leave},
 };
 
 // The schema lets no element be read that has no step.
@@ -131,13 +143,17 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 }
 
 Treatment Reader::Start(const Element& element) {
-    if (!element.parent && element.Name() != "project") {
+    if (!element.parent && element.Name() != "project" && element.Name() != "pou") {
         refusal_ = Say("the file is no PLCopen project: its root element is <{}>", element.Name());
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
         return Treatment::kSkip;
     }
+    return element.parent && IsData(*element.parent) ? StartOfData(element) : Open(element);
+}
+
+Treatment Reader::Open(const Element& element) {
     const Step& step = StepOf(*element.kind);
     if (!step.open) {
         return Treatment::kCapture;
@@ -147,11 +163,49 @@ Treatment Reader::Start(const Element& element) {
 }
 
 void Reader::End(const Element& element) {
+    if (IsData(element)) {
+        EndOfData(element);
+        return;
+    }
     const Step& step = StepOf(*element.kind);
     if (!step.open) {
         JudgeTree(context_, element);
     }
     (this->*step.close)(element);
+}
+
+// Text in additional data is the producer's, as all that is not known there.
+void Reader::StrayText(const Element& text) {
+    if (IsData(*text.parent)) {
+        data_.back().isLeft = true;
+    } else {
+        ReportText(context_, text);
+    }
+}
+
+// -- Additional data ------------------------------------------------------------------------------
+
+bool Reader::OpenData(const Element&) {
+    data_.emplace_back();
+    return true;
+}
+
+// Producers keep there what the format has no place for: lists of global variables, units and types
+// of a project, configuration or resource. What is theirs alone is left out.
+Treatment Reader::StartOfData(const Element& element) {
+    const std::string_view name = element.Name();
+    const std::string_view holder = element.parent->parent->parent->Name();
+    const bool isRead = (name == "globalVars" || name == "pou" || name == "dataType") &&
+                        (holder == "project" || holder == "configuration" || holder == "resource");
+    (isRead ? data_.back().isRead : data_.back().isLeft) = true;
+    return isRead ? Open(element) : Treatment::kSkip;
+}
+
+void Reader::EndOfData(const Element& data) {
+    if (data_.back().isLeft || !data_.back().isRead) {
+        JudgeData(context_, data);
+    }
+    data_.pop_back();
 }
 
 // -- Beginnings and ends --------------------------------------------------------------------------

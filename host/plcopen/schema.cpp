@@ -178,14 +178,6 @@ bool IsOpaque(const Element& element) {
     return element.kind->row && element.kind->row->children == "*";
 }
 
-// Additional data is some producer's own. One that its producer allows to be discarded is passed
-// over, any other is reported by its name.
-void JudgeData(Context& context, const Element& data) {
-    if (data.Attribute("handleUnknown") != "discard") {
-        context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
-    }
-}
-
 }  // namespace
 
 const Row* FindRow(const Kind* parent, string_view name) {
@@ -233,6 +225,12 @@ void JudgeAttributes(Context& context, const Element& element) {
             context.Warn(element, Say("attribute '{}' of <{}> is not known and was left out",
                                       setting.kind->name, element.Name()));
         }
+    }
+}
+
+void JudgeData(Context& context, const Element& data) {
+    if (data.Attribute("handleUnknown") != "discard") {
+        context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
     }
 }
 
