@@ -3,8 +3,10 @@
 // in memory at a time.
 
 #include <algorithm>
+#include <charconv>
 #include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "host/model/reading.h"
@@ -48,6 +50,7 @@ class Reader final : public ElementHandler {
 
     bool Enter(const Element&) { return true; }
     bool OpenPou(const Element& pou);
+    bool OpenNamespace(const Element& space);
     bool OpenVariables(const Element& list);
     bool OpenConfiguration(const Element& configuration);
     bool OpenResource(const Element& resource);
@@ -56,23 +59,42 @@ class Reader final : public ElementHandler {
     void Leave(const Element&) {}
     void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
-    void CloseResource(const Element&) { resource_ = {}; }
+    void CloseIecUnit(const Element& unit) {
+        CloseInterface(unit);
+        ClosePou(unit);
+    }
+    void CloseResource(const Element&) {
+        resource_ = {};
+        tasks_ = {};
+    }
     void CloseConfiguration(const Element&) { configuration_ = {}; }
 
     void TakeHeader(const Element& header);
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
+    void CheckOrder(const Element& variable);
     void TakeVariable(const Element& variable);
     void TakeConfigVariable(const Element& variable);
     void TakeAccessVariable(const Element& variable);
     void TakeResultType(const Element& type);
     void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
     void TakeNamedBody(const Element& part);
-    void TakeTask(const Element& task) { ReadTask(context_, task, resource_); }
+    void TakeIecBody(const Element& body) {
+        ReadIecBody(context_, body, {}, *project_.EditPou(pou_));
+    }
+    void TakeIecAction(const Element& action);
+    void TakeTask(const Element& task);
+    void TakeIecInstance(const Element& instance);
     void TakeInstance(const Element& pou) { ReadProgramInstance(context_, pou, resource_); }
     void TakeDocumentation(const Element& documentation);
 
     std::string_view NameOf(const Element& holder) {
         return HolderName(context_, holder, Required(context_, holder, "name"));
+    }
+
+    auto IsTask(Text name) const {
+        return [this, name](uint32_t number) {
+            return chars::EqualNoCase(project_.NameOf(ID(number)), name);
+        };
     }
 
     Context& context_;
@@ -85,6 +107,8 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
+    uint32_t lastParameter_ = 0;  // of the open POU
+    FlatIndex<uint32_t> tasks_;   // of the resource, by name: the numbers of their identifiers
     struct Data {
         bool isRead = false;  // something of it, or
         bool isLeft = false;  // left out
@@ -100,6 +124,12 @@ const Reader::Step Reader::kSteps[] = {
     {"dataTypes", &Reader::Enter, &Reader::Leave},
     {"pous", &Reader::Enter, &Reader::Leave},
     {"pou", &Reader::OpenPou, &Reader::ClosePou},
+    {"iec:GlobalNamespace", &Reader::Enter, &Reader::Leave},
+    {"iec:NamespaceDecl", &Reader::OpenNamespace, &Reader::Leave},
+    {"iec:Program", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:FunctionBlock", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:Function", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:Parameters", &Reader::Enter, &Reader::Leave},
     {"interface", &Reader::Enter, &Reader::CloseInterface},
     {"localVars", &Reader::OpenVariables, &Reader::Leave},
     {"tempVars", &Reader::OpenVariables, &Reader::Leave},
@@ -131,6 +161,9 @@ const Reader::Step Reader::kSteps[] = {
     {"task", nullptr, &Reader::TakeTask},
     {"pouInstance", nullptr, &Reader::TakeInstance},
     {"documentation", nullptr, &Reader::TakeDocumentation},
+    {"iec:MainBody", nullptr, &Reader::TakeIecBody},
+    {"iec:Action", nullptr, &Reader::TakeIecAction},
+    {"iec:ProgramInstance", nullptr, &Reader::TakeIecInstance},
 };
 
 // The schema lets no element be read that has no step.
@@ -202,7 +235,10 @@ Treatment Reader::StartOfData(const Element& element) {
 }
 
 void Reader::EndOfData(const Element& data) {
-    if (data_.back().isLeft || !data_.back().isRead) {
+    if (data_.back().isRead && data_.back().isLeft) {
+        context_.Warn(data, Say("of additional data '{}' a part is not read",
+                                Shortened(data.Attribute("name"))));
+    } else if (!data_.back().isRead) {
         JudgeData(context_, data);
     }
     data_.pop_back();
@@ -218,8 +254,12 @@ bool Reader::OpenPou(const Element& element) {
         {"program", LQ_KIND_PROGRAM},
         {"functionBlock", LQ_KIND_FUNCTION_BLOCK},
         {"function", LQ_KIND_FUNCTION},
+        {"iec:Program", LQ_KIND_PROGRAM},
+        {"iec:FunctionBlock", LQ_KIND_FUNCTION_BLOCK},
+        {"iec:Function", LQ_KIND_FUNCTION},
     };
-    const std::string_view type = element.Attribute("pouType");
+    const bool isPlcopen = element.Name() == "pou";
+    const std::string_view type = isPlcopen ? element.Attribute("pouType") : element.Name();
     for (const auto& row : kKinds) {
         if (row.type != type) {
             continue;
@@ -237,10 +277,17 @@ bool Reader::OpenPou(const Element& element) {
                                        element.Attribute("name")));
         }
         pou_ = project_.AddPou(pou);
+        lastParameter_ = 0;
         return true;
     }
     context_.Warn(element, Say("the POU type '{}' is not known: the POU was left out", type));
     return false;
+}
+
+bool Reader::OpenNamespace(const Element& element) {
+    context_.Warn(element, Say("what namespace '{}' holds was read without it",
+                               Shortened(element.Attribute("name"))));
+    return true;
 }
 
 bool Reader::OpenVariables(const Element& element) {
@@ -284,7 +331,22 @@ void Reader::TakeHeader(const Element& header) {
     project_.SetName(context_.Intern(Trim(header.Attribute("name"))));
 }
 
+// IEC 61131-10 numbers parameters across their sections.
+void Reader::CheckOrder(const Element& variable) {
+    const std::string_view text = Trim(variable.Attribute("orderWithinParamSet"));
+    uint32_t number = 0;
+    if (std::from_chars(text.data(), text.data() + text.size(), number).ec != std::errc()) {
+        return;
+    }
+    if (number < lastParameter_) {
+        context_.Warn(variable, Say("parameters are read in the order of the document, which is "
+                                    "not that of their numbers"));
+    }
+    lastParameter_ = number;
+}
+
 void Reader::TakeVariable(const Element& variable) {
+    CheckOrder(variable);
     const auto declaration = ReadVariable(context_, variable, owner_, section_);
     if (!declaration) {
         return;
@@ -325,11 +387,42 @@ void Reader::TakeNamedBody(const Element& part) {
     }
 }
 
+void Reader::TakeIecAction(const Element& action) {
+    const std::string_view name = NameOf(action);
+    if (const Element* body = action.Child("iec:Body")) {
+        ReadIecBody(context_, *body, name, *project_.EditPou(pou_));
+    }
+}
+
+void Reader::TakeTask(const Element& task) {
+    ReadTask(context_, task, resource_);
+    const Resource* resource = project_.GetResource(resource_);
+    if (resource && !resource->tasks.empty()) {
+        const ID id = resource->tasks.back();
+        tasks_.AddFirst(id.GetNumber(), HashOfName(project_.NameOf(id)),
+                        IsTask(project_.NameOf(id)));
+    }
+}
+
+// The instance names its task.
+void Reader::TakeIecInstance(const Element& instance) {
+    const Text name = context_.Intern(Trim(instance.Attribute("associatedTaskName")));
+    const ID task = ID(tasks_.Find(HashOfName(name), IsTask(name)));
+    if (*name && task == ID()) {
+        context_.Warn(instance, Say("no task is called '{}': '{}' runs without one",
+                                    Shortened(instance.Attribute("associatedTaskName")),
+                                    Shortened(instance.Attribute("name"))));
+    }
+    ReadProgramInstance(context_, instance, task == ID() ? resource_ : task);
+}
+
 void Reader::TakeDocumentation(const Element& documentation) {
     const std::string_view parent = documentation.parent->Name();
     const Text text = context_.Intern(Prose(documentation));
-    if (parent == "pou" || parent == "configuration" || parent == "resource") {
-        const ID owner = parent == "pou" ? pou_ : parent == "resource" ? resource_ : configuration_;
+    const bool isUnit = parent == "pou" || parent == "iec:Program" ||
+                        parent == "iec:FunctionBlock" || parent == "iec:Function";
+    if (isUnit || parent == "configuration" || parent == "resource") {
+        const ID owner = isUnit ? pou_ : parent == "resource" ? resource_ : configuration_;
         project_.SetComment(owner, text);
     } else if (parent == "interface") {
         project_.EditPou(pou_)->headerComment = text;

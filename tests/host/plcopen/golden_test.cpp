@@ -244,7 +244,7 @@ TEST_P(Documents, BecomeModels) {
 INSTANTIATE_TEST_SUITE_P(Golden, Documents,
                          testing::Values("plant", "units", "types", "sections", "values",
                                          "intervals", "configurations", "unknown", "drawings", "il",
-                                         "st", "calls", "names", "added", "unit"),
+                                         "st", "calls", "names", "added", "unit", "iec10"),
                          [](const auto& document) { return std::string(document.param); });
 
 TEST(Code, IsKeptWhereItIsAskedFor) {
