@@ -43,7 +43,7 @@ class ConfigurationReader {
             const Word word = cursor_.Peek().word;
             if (word == Word::kTask) {
                 ReadTask();
-            } else if (word == Word::kProgram && !IsConfigured()) {
+            } else if (word == Word::kProgram && !IsUnit()) {
                 ReadInstance();
             } else if (word == Word::kResource && end == Word::kEndConfiguration) {
                 ReadResource();
@@ -62,11 +62,11 @@ class ConfigurationReader {
         EndResource();
     }
 
-    // A unit behind a configuration that has no end: "PROGRAM name" without a ":" or a task.
-    bool IsConfigured() {
-        std::size_t name = IsMark(cursor_.Peek(1).word) ? 2 : 1;
+    // A unit behind a configuration that has no end: "PROGRAM name" for a line of its own.
+    bool IsUnit() {
+        const std::size_t name = IsMark(cursor_.Peek(1).word) ? 2 : 1;
         const Piece& behind = cursor_.Peek(name + 1);
-        return !behind.Is(OP_COLON) && behind.word != Word::kWith;
+        return behind.isFirst && !behind.Is(OP_COLON) && behind.word != Word::kWith;
     }
 
     void ReadConfiguredSection(Word word, Word end) {

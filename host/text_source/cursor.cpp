@@ -150,6 +150,10 @@ void Cursor::PassForeign(const Foreign& foreign) {
     comments_.push_back({begin, passed.end, spot_.line, spot_.line, Trimmed(line).empty()});
 }
 
+void Cursor::ForgetPragmas(uint32_t before) {
+    std::erase_if(pragmas_, [before](const auto& pragma) { return pragma.first.at < before; });
+}
+
 uint32_t Cursor::ColumnOf(const Spot& spot) const {
     const std::u16string_view line = text_.substr(spot.lineBegin, spot.at - spot.lineBegin);
     const auto isSecondHalf = [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; };

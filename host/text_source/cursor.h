@@ -79,7 +79,7 @@ class Cursor {
     // Of those that were passed since they were forgotten last: where each begins and ends.
     const std::vector<std::pair<Spot, uint32_t>>& Pragmas() const { return pragmas_; }
     void KeepPragmas() { keepsPragmas_ = true; }
-    void ForgetPragmas() { pragmas_.clear(); }
+    void ForgetPragmas(uint32_t before);  // those that begin before that position
 
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }

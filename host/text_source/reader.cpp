@@ -57,7 +57,11 @@ class Reader {
     // False where a word is no beginning of anything. Behind a unit the next one may stand on the
     // same line.
     bool ReadHeader(Word word) {
-        const bool isFrame = word == Word::kInterface && cursor_.Peek().isFirst;
+        // Nothing but a frame, or a type whose sign is missing, can be meant here.
+        const bool isFrame =
+            cursor_.Peek().isFirst &&
+            (word == Word::kInterface || (word == Word::kType && cursor_.IsName(cursor_.Peek(1)) &&
+                                          !IsEnd(cursor_.Peek(1).word)));
         const bool isBehindUnit = !isStray_ || cursor_.Peek().spot.line == attributeLine_;
         if (!IsAtHeader(context_, isBehindUnit) && !isFrame) {
             return false;

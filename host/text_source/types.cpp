@@ -42,11 +42,14 @@ class TypeBlockReader {
         }
         comment_ = cursor_.CommentBefore(name_);
         TakeBase();
-        if (!cursor_.Peek().Is(OP_COLON)) {
+        if (cursor_.Peek().Is(OP_COLON)) {
+            cursor_.Take();
+        } else if (cursor_.Peek().word == Word::kStruct) {  // its members are not lost
+            WarnMissing(context_, cursor_.EndOf(cursor_.Last()), ":");
+        } else {
             Refuse();
             return;
         }
-        cursor_.Take();
         if (cursor_.Peek().word == Word::kStruct) {
             ReadStructure();
         } else if (cursor_.Peek().word == Word::kUnion) {

@@ -66,7 +66,13 @@ class UnitReader {
         pou.line = word_.spot.line;
         pou.column = cursor_.ColumnOf(word_.spot);
         TakeParents();
-        if (cursor_.Peek().Is(OP_COLON)) {
+        const Piece& next = cursor_.Peek();
+        if (next.Is(OP_COLON)) {
+            cursor_.Take();
+            TakeResult(pou);
+        } else if (word_.word == Word::kFunction && cursor_.IsName(next) && !next.isFirst &&
+                   !IsSection(next.word) && IsSection(cursor_.Peek(1).word)) {
+            WarnMissing(context_, cursor_.EndOf(name_), ":");
             TakeResult(pou);
         } else if (IsForward()) {
             return;
@@ -77,7 +83,6 @@ class UnitReader {
                          Say("the name of POU '{}' is taken: the first one is used", Name()));
         }
         pou_ = project_.AddPou(pou);
-        cursor_.ForgetPragmas();
         ReadParts();
         eno_.Close(project_, pou_);
     }
@@ -103,7 +108,6 @@ class UnitReader {
     }
 
     void TakeResult(Pou& pou) {
-        cursor_.Take();
         Spec spec;
         if (!ReadType(context_, spec)) {
             cursor_.Warn(cursor_.Peek(), Say("the type of '{}' cannot be read", Name()));
@@ -187,6 +191,7 @@ class UnitReader {
 
     void ReadCode() {
         if (!reader_) {
+            cursor_.ForgetPragmas(cursor_.Last().end);
             body_.language = LanguageHere(context_);
             body_.line = cursor_.Peek().spot.line;
             body_.column = cursor_.ColumnOf(cursor_.Peek().spot);
@@ -216,7 +221,7 @@ class UnitReader {
             reader_->TakePragma(cursor_.TextBetween(spot.at, end), spot.line,
                                 cursor_.ColumnOf(spot));
         }
-        cursor_.ForgetPragmas();
+        cursor_.ForgetPragmas(cursor_.Last().end);
     }
 
     void EndBody() {

@@ -31,7 +31,9 @@ BELOW = {
     "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
     "host/text_source": ["host/model", "host/words", "host/text", "frame"],
-    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/base", "translate"],
+    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses",
+                 "host/base", "translate"],
+    "host/uses": ["host/model", "host/words", "frame"],
     "tools/report": ["tools/lq"],
 }
 

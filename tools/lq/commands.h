@@ -19,6 +19,7 @@ struct ProjectFiles {
 struct TranslateOptions {
     ProjectFiles files;
     std::string output;  // empty: the tables are not kept
+    bool uses = false;   // are counted
     bool json = false;
 };
 int RunTranslate(const TranslateOptions& options);
@@ -82,6 +83,7 @@ struct SymbolsOptions {
     std::string output;  // empty: standard output
     bool located = false;
     bool expand = false;
+    bool uses = false;  // are counted
     bool csv = false;
     bool noFormulas = false;
     bool mark = false;
@@ -96,6 +98,12 @@ struct DiffOptions {
     bool json = false;
 };
 int RunDiff(const DiffOptions& options);
+struct UsesOptions {
+    ProjectFiles files;
+    std::string name;
+    bool json = false;
+};
+int RunUses(const UsesOptions& options);
 
 struct TypesOptions {
     bool json = false;

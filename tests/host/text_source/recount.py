@@ -10,10 +10,11 @@ import subprocess
 import sys
 
 COMMENT = re.compile(r"""('(?:\$.|[^'$\n])*'|"(?:\$.|[^"$\n])*")|\(\*.*?\*\)|/\*.*?\*/|//[^\n]*|\{[^}]*\}""", re.S)
-UNIT = re.compile(r"\b(PROGRAM|FUNCTION_BLOCK|FUNCTION|CONFIGURATION|RESOURCE|END_RESOURCE|TYPE)\b\s*"
+UNIT = re.compile(r"\b(PROGRAM|FUNCTION_BLOCK|FUNCTION|CONFIGURATION|RESOURCE|TYPE)\b\s*"
                   r"(?:(?:PUBLIC|INTERNAL|ABSTRACT|FINAL)\s+)?(\w*)", re.I)
 SECTION = re.compile(r"^\s*(VAR(?:_[A-Z_]+)?)\b((?:[ \t]+(?:CONSTANT|RETAIN|NON_RETAIN|PERSISTENT)\b)*)(.*)$",
                      re.S | re.I)
+ENDS = ["END_PROGRAM", "END_FUNCTION", "END_FUNCTION_BLOCK", "END_CONFIGURATION", "END_RESOURCE"]
 MARKS = ["CONSTANT", "RETAIN", "NON_RETAIN", "PERSISTENT"]
 
 
@@ -50,8 +51,8 @@ def declarations(body):
 def counted(text):
     code = COMMENT.sub(lambda found: found.group(1) or re.sub(r"[^\n]", " ", found.group(0)), text)
     hidden = re.sub(r"""'(?:\$.|[^'$\n])*'|"(?:\$.|[^"$\n])*\"""", lambda s: "'" * len(s.group()), code)
-    unit, rows, at = "", [], 0
-    for found in re.finditer(r"^\s*VAR(_\w+)?\b|\bEND_FUNCTION_BLOCK\b|" + UNIT.pattern, hidden, re.M | re.I):
+    holders, rows, at = [], [], 0
+    for found in re.finditer(r"(?<![\w.#])VAR(_\w+)?\b|\bEND_\w+\b|" + UNIT.pattern, hidden, re.I):
         if found.start() < at:
             continue
         word = found.group().strip().upper()
@@ -60,10 +61,14 @@ def counted(text):
             section = SECTION.match(code[found.start():end])
             marks = [mark for mark in MARKS if mark in section.group(2).upper().split()]
             for row in declarations(section.group(3)):
-                rows.append((unit, " ".join([section.group(1).upper(), *marks]), *row))
+                rows.append((holders[-1] if holders else "", " ".join([section.group(1).upper(), *marks]), *row))
             at = end + len("END_VAR")
-        elif found.group(2) and found.group(2).upper() != "TYPE":
-            unit = found.group(3)
+        elif word.startswith("END_"):
+            holders = holders[:-1] if word in ENDS else holders
+        elif word.startswith("PROGRAM") and re.match(r"\s*(WITH\b|:)", hidden[found.end():]):
+            pass  # an instance
+        elif found.group(2).upper() != "TYPE":
+            holders.append(found.group(3))
     return rows
 
 
