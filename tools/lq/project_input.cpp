@@ -106,6 +106,17 @@ int Report(const std::vector<host::Report>& reports) {
 
 }  // namespace
 
+// Whether the bytes begin with some that are letters, and not XML: an image has lengths there.
+bool LooksLikeText(std::string_view bytes) {
+    constexpr std::size_t kEnough = 16;
+    const auto isText = [](char c) {
+        return (c >= ' ' && c <= '~') || c == '\t' || c == '\n' || c == '\r';
+    };
+    const std::string_view beginning = bytes.substr(0, kEnough);
+    return beginning.size() == kEnough && std::ranges::all_of(beginning, isText) &&
+           !LooksLikeXml(bytes);
+}
+
 std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project& project,
                                           std::vector<host::Report>& reports) {
     InputBuffer source(path, kMaxProject);
@@ -118,6 +129,10 @@ std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project
         return nullptr;
     }
     const std::string bytes = ReadInput(source, path);
+    if (LooksLikeText(bytes)) {
+        throw CommandError(
+            Say("{}: is neither a project nor an image of tables", DisplayName(path)));
+    }
     if (IsImage(bytes) || !LooksLikeXml(bytes)) {
         const Progress progress(Say("restoring {}", DisplayName(path)));
         return RestoreImage(bytes, path);
