@@ -58,21 +58,23 @@ Scanner& Context::CodeScanner() {
     return static_cast<Scanner&>(*scanner_);
 }
 
-void Context::Warn(const Element& where, std::string message) {
+void Context::Warn(const Element& where, uint16_t code, std::string message) {
     constexpr std::size_t kMost = 1000;
     if (byMessage_.size() >= kMost && !byMessage_.contains(message)) {
         message = Say("there is more to report, which is not told");
+        code = kMoreReports;
     }
     const auto [known, isNew] = byMessage_.emplace(message, reports_.size());
     if (!isNew) {
         ++reports_[known->second].more;
         return;
     }
-    reports_.push_back({fileName_, where.line, where.column, PathOf(where), std::move(message)});
+    reports_.push_back(
+        {fileName_, where.line, where.column, PathOf(where), std::move(message), 0, false, code});
 }
 
 void Context::Fail(uint32_t line, uint32_t column, std::string message) {
-    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true});
+    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true, kUnreadable});
 }
 
 std::string_view HolderName(Context& context, const Element& holder, std::string_view name) {
@@ -80,15 +82,16 @@ std::string_view HolderName(Context& context, const Element& holder, std::string
     if (name.size() <= kMost) {
         return name;
     }
-    context.Warn(holder, Say("the name of <{}> has more than {} bytes and was left out",
-                             holder.Name(), kMost));
+    context.Warn(
+        holder, kNameBeyondLimit,
+        Say("the name of <{}> has more than {} bytes and was left out", holder.Name(), kMost));
     return {};
 }
 
 std::string_view Required(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value.empty()) {
-        context.Warn(element, Say("<{}> has no {}", element.Name(), attribute));
+        context.Warn(element, kMissingAttribute, Say("<{}> has no {}", element.Name(), attribute));
     }
     return value;
 }

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/plcopen/report_codes.h"
 #include "host/plcopen/xml_element.h"
 #include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/model/project.h"
@@ -28,7 +29,8 @@ class Context {
     Text Documentation(const Element& element);  // of its child of that name
 
     // Reports of one message are grouped; of different ones the first thousand are kept.
-    void Warn(const Element& where, std::string message);
+    // The code says which check it is.
+    void Warn(const Element& where, uint16_t code, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message);
 
     // The scanner of all bodies, without keywords; bound to no stream. Throws std::bad_alloc.

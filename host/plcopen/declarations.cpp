@@ -23,7 +23,7 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
         return true;
     }
     if (!value.empty() && value != "false" && value != "0") {
-        context.Warn(element,
+        context.Warn(element, kBadAttribute,
                      Say("the attribute {} of <{}> is neither true nor false: it was read as false",
                          attribute, element.Name()));
     }
@@ -48,7 +48,7 @@ Section ReadSection(Context& context, const Element& list) {
     section.retain = IsSet(context, list, "retain");
     const bool isNonRetain = IsSet(context, list, "nonretain");
     if (isNonRetain && section.retain) {
-        context.Warn(list,
+        context.Warn(list, kBadAttribute,
                      Say("<{}> is retain and nonretain: it was read as nonretain", list.Name()));
         section.retain = false;
     }
@@ -57,17 +57,18 @@ Section ReadSection(Context& context, const Element& list) {
     marks |= isNonRetain ? kMarkNonRetain : 0u;
     if (IsSet(context, list, "persistent")) {
         marks |= kMarkPersistent;
-        context.Warn(list,
+        context.Warn(list, kSectionNarrowed,
                      Say("<{}> is persistent, which has no section keyword: it was read as retain",
                          list.Name()));
         section.retain = true;
     }
     Section nearest = NearestSection(section);
     if (nearest != section) {
-        context.Warn(list, Say("<{}> with {} has no section keyword: it was read without {}",
-                               list.Name(), Settings(section.constant, section.retain),
-                               Settings(section.constant && !nearest.constant,
-                                        section.retain && !nearest.retain)));
+        context.Warn(list, kSectionNarrowed,
+                     Say("<{}> with {} has no section keyword: it was read without {}", list.Name(),
+                         Settings(section.constant, section.retain),
+                         Settings(section.constant && !nearest.constant,
+                                  section.retain && !nearest.retain)));
     }
     nearest.marks = static_cast<uint8_t>(marks);
     return nearest;
@@ -86,7 +87,7 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     if (const Element* type = variable.Child("type")) {
         declaration.type = context.InternType(TypeText(context, *type));
     } else {
-        context.Warn(variable, Say("<{}> has no type", variable.Name()));
+        context.Warn(variable, kMissingElement, Say("<{}> has no type", variable.Name()));
     }
     if (const Element* value = variable.Child("initialValue")) {
         declaration.initValue = context.Intern(InitialValueText(context, *value));
@@ -107,8 +108,9 @@ void ReadDataType(Context& context, const Element& dataType) {
         return;
     }
     if (context.project.FindDataType(type.name) != ID()) {
-        context.Warn(dataType, Say("the name of data type '{}' is taken: the first one is used",
-                                   dataType.Attribute("name")));
+        context.Warn(dataType, kDuplicateUnit,
+                     Say("the name of data type '{}' is taken: the first one is used",
+                         dataType.Attribute("name")));
     }
     type.line = dataType.line;
     type.comment = context.Documentation(dataType);
@@ -116,7 +118,7 @@ void ReadDataType(Context& context, const Element& dataType) {
     const Element* structure = base ? base->Child("struct") : nullptr;
     type.structure = structure != nullptr;
     if (!base) {
-        context.Warn(dataType, Say("<{}> has no base type", dataType.Name()));
+        context.Warn(dataType, kMissingElement, Say("<{}> has no base type", dataType.Name()));
     } else if (!structure) {
         type.baseType = context.Intern(TypeText(context, *base));
     }

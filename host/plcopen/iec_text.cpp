@@ -20,7 +20,7 @@ void AppendItem(std::string& list, std::string_view separator, std::string_view 
 std::string BaseType(Context& context, const Element& element) {
     const Element* base = element.Child("baseType");
     if (!base) {
-        context.Warn(element, Say("<{}> has no base type", element.Name()));
+        context.Warn(element, kMissingElement, Say("<{}> has no base type", element.Name()));
         return {};
     }
     return TypeText(context, *base);
@@ -45,7 +45,7 @@ std::string ArrayText(Context& context, const Element& array) {
         }
     }
     if (dimensions.empty()) {
-        context.Warn(array, Say("<{}> has no dimension", array.Name()));
+        context.Warn(array, kMissingElement, Say("<{}> has no dimension", array.Name()));
     }
     return "ARRAY [" + dimensions + "] OF " + BaseType(context, array);
 }
@@ -53,7 +53,7 @@ std::string ArrayText(Context& context, const Element& array) {
 std::string SubrangeText(Context& context, const Element& subrange) {
     const Element* range = subrange.Child("range");
     if (!range) {
-        context.Warn(subrange, Say("<{}> has no range", subrange.Name()));
+        context.Warn(subrange, kMissingElement, Say("<{}> has no range", subrange.Name()));
     }
     const std::string bounds = range ? " (" + Bounds(context, *range) + ")" : std::string();
     return BaseType(context, subrange) + bounds;
@@ -136,7 +136,7 @@ std::string ValueText(Context& context, const Element& holder) {
 std::string TypeText(Context& context, const Element& holder) {
     const Element* type = holder.FirstElement();
     if (!type || type->Name() == "addData") {
-        context.Warn(holder, Say("<{}> holds no type", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no type", holder.Name()));
         return {};
     }
     const std::string_view name = type->Name();
@@ -171,7 +171,7 @@ std::string TypeText(Context& context, const Element& holder) {
 std::string InitialValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
     if (!value) {
-        context.Warn(holder, Say("<{}> holds no value", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no value", holder.Name()));
         return {};
     }
     const std::string_view name = value->Name();

@@ -180,13 +180,15 @@ bool Reader::OpenPou(const Element& element) {
             return false;
         }
         if (project_.FindPou(pou.name) != ID()) {
-            context_.Warn(element, Say("the name of POU '{}' is taken: the first one is used",
-                                       element.Attribute("name")));
+            context_.Warn(element, kDuplicateUnit,
+                          Say("the name of POU '{}' is taken: the first one is used",
+                              element.Attribute("name")));
         }
         pou_ = project_.AddPou(pou);
         return true;
     }
-    context_.Warn(element, Say("the POU type '{}' is not known: the POU was left out", type));
+    context_.Warn(element, kUnitLeftOut,
+                  Say("the POU type '{}' is not known: the POU was left out", type));
     return false;
 }
 
@@ -262,8 +264,9 @@ void Reader::TakeVariable(const Element& variable) {
     ID earlier;
     project_.AddDeclaration(*declaration, &earlier);
     if (earlier != ID() && project_.GetDeclaration(earlier)->owner == owner_) {
-        context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
-                                    variable.Attribute("name")));
+        context_.Warn(variable, kDuplicateGlobal,
+                      Say("the name of global '{}' is taken: the first one is used",
+                          variable.Attribute("name")));
     }
 }
 
@@ -296,7 +299,7 @@ void Reader::TakeDocumentation(const Element& documentation) {
     } else if (parent == "globalVars") {
         project_.SetComment(owner_, text);
     } else {
-        context_.Warn(documentation,
+        context_.Warn(documentation, kNotKept,
                       Say("<{}> in <{}> has no place in the project and was left out",
                           documentation.Name(), parent));
     }
@@ -324,7 +327,7 @@ bool Contained(const std::string& fileName, std::vector<Report>& reports, Functi
         reason = Message("the file cannot be read");
     }
     try {
-        reports.push_back({fileName, 0, 0, {}, Say(reason), 0, true});
+        reports.push_back({fileName, 0, 0, {}, Say(reason), 0, true, plcopen::kUnreadable});
     } catch (...) {  // no memory for the report either
     }
     return false;

@@ -28,7 +28,8 @@ BELOW = {
     "host/model": ["include", "env", "frame"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "tools/lq": ["host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
+    "host/check": ["host/plcopen", "host/symbols"],
+    "tools/lq": ["host/check", "host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
     "tools/report": ["tools/lq"],
 }
 

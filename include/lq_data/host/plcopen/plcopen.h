@@ -22,6 +22,7 @@ struct Report {
     std::string message;  // a sentence without a full stop
     uint32_t more = 0;    // further places
     bool error = false;   // the file was not read to its end
+    uint16_t code = 0;    // of the check that this is (host/check/check.h); it never changes
 };
 
 // "plant.xml:12:5: project/types: <thing> in <types> is not known and was left out (and 2 more)".
