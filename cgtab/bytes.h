@@ -1,24 +1,15 @@
-// Little-endian fields at any place, and a cursor that never passes the end of what it reads.
+// Little-endian fields: a writer, and a cursor that never passes the end of what it reads.
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
 
+#include "lq_data/line_bytes.h"
+
 namespace lq::cgtab {
 
-static_assert(std::endian::native == std::endian::little,
-              "numbers and names go into lines and images as they lie in memory");
-
-inline void StoreU32(unsigned char* to, uint32_t v) {
-    std::memcpy(to, &v, sizeof(v));
-}
-
-inline uint32_t LoadU32(const unsigned char* from) {
-    uint32_t v = 0;
-    std::memcpy(&v, from, sizeof(v));
-    return v;
-}
+using lq::LoadU32;
+using lq::StoreU32;
 
 // Appends fields to a buffer of fixed size, which the caller has made large enough.
 template <uint32_t Capacity>

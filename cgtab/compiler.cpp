@@ -38,6 +38,13 @@ int CgTabCompiler::AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t att
     return tables.AppendCmp(header, attr, list, range, count);
 }
 
+void CgTabCompiler::TakeBackComponents(CgTab& tables, int32_t start) {
+    CgTab::Table* const table = tables.TableOf(CgTab::TAB_CMP);
+    if (table && start >= 0 && start < table->Length()) {
+        table->TruncateTo(start);
+    }
+}
+
 int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
                                   const CgTab::POU_INFO& info) {
     CgTab::Table* const table = tables.TableOf(CgTab::TAB_POU);
@@ -49,8 +56,7 @@ int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
     extra.PutBytes(info.bytes, sizeof(info.bytes));
     line.SetExtra(extra);
     uint32_t length = 0;
-    int nocase = 0;
-    return CgTab::Table::TransLookDcr(line.look, length, nocase) ? table->AppendLine(line) : -1;
+    return CgTab::Table::TransLookDcr(line.look, length) ? table->AppendLine(line) : -1;
 }
 
 bool CgTabCompiler::ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info) {

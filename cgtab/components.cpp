@@ -137,8 +137,7 @@ bool CgTab::ComponentWalk::AppendComponent(DECL_ASCII& d) {
     Line line(TAB_CMP, d.name);
     line.SetExtra(extra);
     uint32_t length = 0;
-    int nocase = 0;
-    return Table::TransLookDcr(line.look, length, nocase) && table.AppendLine(line) >= 0;
+    return Table::TransLookDcr(line.look, length) && table.AppendLine(line) >= 0;
 }
 
 // The type and its descriptor.

@@ -1,17 +1,28 @@
 #include "cgtab/line_index.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
 
 namespace lq::cgtab {
 
 LineIndex::~LineIndex() {
-    for (uint32_t i = 0; i < listCount_; ++i) {
-        lq::Release(lists_[i]);
+    for (const Lines& list : lists_) {
+        lq::Release(list.at);
     }
-    lq::Release(lists_);
     lq::Release(slots_);
+}
+
+void LineIndex::Clear() {
+    for (const Lines& list : lists_) {
+        lq::Release(list.at);
+    }
+    lists_.Clear();
+    if (capacity_ > kFirstCapacity) {
+        lq::Release(slots_);
+        slots_ = nullptr;
+        capacity_ = 0;
+    }
+    std::fill_n(slots_, capacity_, Slot{0, kFree});
+    texts_ = lines_ = 0;
 }
 
 // The place of a text that is not there yet.
@@ -54,55 +65,25 @@ bool LineIndex::Insert(uint32_t hash, int32_t pos) {
     return true;
 }
 
-LineIndex::Lines* LineIndex::NewLines(uint32_t capacity) {
-    const size_t size = offsetof(Lines, at) + capacity * sizeof(int32_t);
-    auto* const list = static_cast<Lines*>(lq::Allocate(size));
-    if (list) {
-        list->count = 0;
-        list->capacity = capacity;
-    }
-    return list;
-}
-
-// Moves the only line of a text into a list.
-bool LineIndex::MakeList(Slot& slot) {
-    if (listCount_ == listCapacity_) {
-        const uint32_t capacity = std::max(kFirstCapacity, 2 * listCapacity_);
-        auto** const lists = lq::AllocateArray<Lines*>(capacity);
-        if (!lists) {
-            return false;
-        }
-        std::copy_n(lists_, listCount_, lists);
-        lq::Release(lists_);
-        lists_ = lists;
-        listCapacity_ = capacity;
-    }
-    Lines* const list = NewLines(2);
-    if (!list) {
-        return false;
-    }
-    list->at[list->count++] = slot.at;
-    lists_[listCount_] = list;
-    slot.at = ~static_cast<int32_t>(listCount_++);
-    return true;
-}
-
+// A text's second line makes a list of them.
 bool LineIndex::Append(Slot& slot, int32_t pos) {
-    if (slot.at >= 0 && !MakeList(slot)) {
-        return false;
-    }
-    Lines*& list = lists_[~slot.at];
-    if (list->count == list->capacity) {
-        Lines* const larger = NewLines(2 * list->capacity);
-        if (!larger) {
+    if (slot.at >= 0) {
+        Lines list = {};
+        if (!Enlarge(list.at, 0, list.capacity, 2)) {
             return false;
         }
-        std::copy_n(list->at, list->count, larger->at);
-        larger->count = list->count;
-        lq::Release(list);
-        list = larger;
+        list.at[list.count++] = slot.at;
+        if (!lists_.Append(list)) {
+            lq::Release(list.at);
+            return false;
+        }
+        slot.at = ~static_cast<int32_t>(lists_.Count() - 1);
     }
-    list->at[list->count++] = pos;
+    Lines& list = lists_[~static_cast<uint32_t>(slot.at)];
+    if (list.count == list.capacity && !Enlarge(list.at, list.count, list.capacity, 0)) {
+        return false;
+    }
+    list.at[list.count++] = pos;
     ++lines_;
     return true;
 }
@@ -122,8 +103,7 @@ int32_t LineIndex::LineAt(uint32_t slot, uint32_t n) const {
     if (at >= 0) {
         return n == 0 ? at : -1;
     }
-    const Lines* const list = at == kFree ? nullptr : lists_[~at];
-    return list && n < list->count ? list->at[n] : -1;
+    return at != kFree && n < LinesOf(slots_[slot]).count ? LinesOf(slots_[slot]).at[n] : -1;
 }
 
 }  // namespace lq::cgtab

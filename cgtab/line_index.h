@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "frame/growing.h"
 #include "lq_data/export.h"
 #include "lq_data/memory.h"
 
@@ -32,6 +33,8 @@ class LineIndex {
     // null. It is asked for one line of each text with that hash.
     template <typename IsIts>
     Slot* Find(uint32_t hash, IsIts isIts);
+    // As new; keeps the slots when they are few.
+    LQ_DATA_API void Clear();
     // Enters the first line of a text. False when memory is short.
     LQ_DATA_API bool Insert(uint32_t hash, int32_t pos);
     // Enters a further line of a text, which lies behind those before. False when memory is short.
@@ -51,27 +54,23 @@ class LineIndex {
     static constexpr uint32_t kFirstCapacity = 16;
 
     struct Lines {
+        int32_t* at;
         uint32_t count;
         uint32_t capacity;
-        int32_t at[1];  // `capacity` of them
     };
 
-    static Lines* NewLines(uint32_t capacity);
-    const Lines& LinesOf(const Slot& slot) const { return *lists_[~slot.at]; }
+    const Lines& LinesOf(const Slot& slot) const { return lists_[~static_cast<uint32_t>(slot.at)]; }
     int32_t Last(const Slot& slot) const {
         return slot.at >= 0 ? slot.at : LinesOf(slot).at[LinesOf(slot).count - 1];
     }
     bool Grow();
-    bool MakeList(Slot& slot);
     Slot* FreeSlot(uint32_t hash);
 
     Slot* slots_ = nullptr;
     uint32_t capacity_ = 0;  // a power of two, or 0
     uint32_t texts_ = 0;
     uint32_t lines_ = 0;
-    Lines** lists_ = nullptr;
-    uint32_t listCount_ = 0;
-    uint32_t listCapacity_ = 0;
+    Growing<Lines> lists_;
 };
 
 template <typename IsIts>

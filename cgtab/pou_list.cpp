@@ -68,31 +68,23 @@ POU_LIST* InstanceRecorder::WalkTo(const char16_t* typeName) {
 }
 
 bool InstanceRecorder::IndexEntry(POU_LIST* entry) {
-    if (count_ == capacity_) {
-        const uint32_t capacity = std::max(4 * kWalks, 2 * capacity_);
-        auto** const entries = lq::AllocateArray<POU_LIST*>(capacity);
-        if (!entries) {
-            return false;
-        }
-        std::copy_n(entries_, count_, entries);
-        lq::Release(entries_);
-        entries_ = entries;
-        capacity_ = capacity;
+    if (!entries_.Append(entry)) {
+        return false;
     }
-    entries_[count_++] = entry;
     const char16_t* const name = NameOf(*entry);
     const uint32_t hash = text_hash::OfName(name).hash;
-    return Find(hash, name) || index_.Insert(hash, static_cast<int32_t>(count_ - 1));
+    return Find(hash, name) || index_.Insert(hash, static_cast<int32_t>(entries_.Count() - 1));
 }
 
 // Of entries with one name the first, as by walking.
 const LineIndex::Slot* InstanceRecorder::Find(uint32_t hash, const char16_t* name) {
-    return index_.Find(
-        hash, [&](int32_t number) { return chars::EqualNoCase(NameOf(*entries_[number]), name); });
+    return index_.Find(hash, [&](int32_t number) {
+        return chars::EqualNoCase(NameOf(*entries_[static_cast<uint32_t>(number)]), name);
+    });
 }
 
 bool InstanceRecorder::IndexChain() {
-    for (POU_LIST* entry = count_ == 0 ? &list_ : nullptr; entry; entry = entry->next) {
+    for (POU_LIST* entry = entries_.Count() == 0 ? &list_ : nullptr; entry; entry = entry->next) {
         if (!IndexEntry(entry)) {
             return false;
         }
@@ -110,7 +102,7 @@ POU_LIST* InstanceRecorder::EntryOf(const char16_t* typeName) {
     }
     const LineIndex::Slot* const slot = Find(text_hash::OfName(typeName).hash, typeName);
     if (slot) {
-        return entries_[slot->at];
+        return entries_[static_cast<uint32_t>(slot->at)];
     }
     POU_LIST* const entry = NewEntry(typeName);
     if (entry && !IndexEntry(entry)) {
@@ -118,7 +110,7 @@ POU_LIST* InstanceRecorder::EntryOf(const char16_t* typeName) {
         return nullptr;
     }
     if (entry) {
-        entries_[count_ - 2]->next = entry;
+        entries_[entries_.Count() - 2]->next = entry;
     }
     return entry;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "cgtab/line_index.h"
+#include "frame/growing.h"
 #include "lq_data/cgtab.h"
 
 namespace lq::cgtab {
@@ -27,7 +28,6 @@ struct NewInstance {
 class InstanceRecorder {
   public:
     explicit InstanceRecorder(POU_LIST& list) : list_(list) {}
-    ~InstanceRecorder() { lq::Release(entries_); }
     InstanceRecorder(const InstanceRecorder&) = delete;
     InstanceRecorder& operator=(const InstanceRecorder&) = delete;
 
@@ -49,9 +49,7 @@ class InstanceRecorder {
     uint32_t walks_ = 0;
     // The chain's entries by their types' names, numbered as they are in `entries_`.
     LineIndex index_;
-    POU_LIST** entries_ = nullptr;
-    uint32_t count_ = 0;
-    uint32_t capacity_ = 0;
+    Growing<POU_LIST*> entries_;
 };
 
 }  // namespace lq::cgtab

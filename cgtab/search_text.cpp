@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "cgtab/table_traits.h"
-#include "frame/in_order.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/detail/text_hash.h"
 
 namespace lq::cgtab {

@@ -8,9 +8,8 @@
 
 using lq::cgtab::LoadU32;
 
-bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
+bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len) {
     const bool isWide = look.traits.nameLenBytes == 2;
-    nocase = look.traits.ignoresCase ? 1 : 0;
     if (look.isComplete) {
         len = look.NameLength();
         return true;
@@ -37,15 +36,14 @@ bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len, int& nocase) {
 
 int32_t CgTab::Table::LookLine(POS_DSC range, LookTyp& look, int inc) {
     uint32_t len = 0;
-    int nocase = 0;
-    if (!TransLookDcr(look, len, nocase)) {
+    if (!TransLookDcr(look, len)) {
         return kSearchFailed;
     }
     const int32_t before = file_.Tell();
     range.end = std::min(range.end, Length());
     const int32_t found = IsTableHashed()       ? LookIndex(range, look, inc)
                           : Traits().IsWalked() ? LookName(look, len, inc)
-                                                : WalkLines(range, look, len, nocase, inc);
+                                                : WalkLines(range, look, len, inc);
     if (file_.Tell() != before) {
         ResUsr_();
     }
@@ -81,14 +79,11 @@ void CgTab::Table::PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_D
     }
 }
 
-int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int nocase,
-                                int inc) {
+int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int inc) {
     const uint32_t headSize = 4 + look.keylen;
     const uint32_t nameBytes = look.name ? len * Traits().nameUnit : 0;
     for (; range.start < range.end && range.lines >= 1; --range.lines) {
-        if (!nocase) {
-            PassOtherLines(look, nameBytes, range);
-        }
+        PassOtherLines(look, nameBytes, range);
         const int32_t pos = range.start;
         unsigned char head[4 + sizeof(look.key)];
         if (file_.Lseek(pos, 0) != pos || file_.Read(head, headSize) != headSize) {
@@ -102,7 +97,7 @@ int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len
         int differs = std::memcmp(head + 4, look.key, look.keylen);
         if (differs == 0 && look.name) {
             const auto rest = static_cast<int32_t>(length - look.keylen);
-            if (file_.Cmp({look.name, nameBytes, rest, nocase}, &differs) != 0) {
+            if (file_.Cmp({look.name, nameBytes, rest, 0}, &differs) != 0) {
                 return kSearchFailed;
             }
         }

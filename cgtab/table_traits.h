@@ -6,13 +6,13 @@
 
 #include <cstdint>
 
-#include "frame/in_order.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/in_order.h"
+#include "lq_data/line_bytes.h"
 
 namespace lq::cgtab {
 
-// Of the tables' files.
-inline constexpr uint32_t kBlockSize = 4096;
+inline constexpr uint32_t kBlockSize = kTableBlockSize;
 
 struct TableTraits {
     uint8_t fixedKey;      // key bytes in front of the name length field
@@ -21,7 +21,6 @@ struct TableTraits {
     bool isHashed;         // found through an index alone
     bool isUnique;         // one entry a search text in that index
     bool hasUserArea;
-    bool ignoresCase;  // names compare without regard to ASCII letter case
     bool caseSensitiveIndex;
     bool countsUses;  // a lookup may count: the count ends the extra bytes
 
@@ -31,17 +30,17 @@ struct TableTraits {
 
 // clang-format off
 inline constexpr RowOf<CgTab::TAB_ID, TableTraits> kTraits[] = {
-    //                key len unit hashed unique user nocase  index  counts
-    {CgTab::TAB_DBG, {0, 1, 1, false, false, true, false, false, false}},
-    {CgTab::TAB_POU, {0, 1, 2, true, false, true, true, false, false}},
-    {CgTab::TAB_CMP, {0, 1, 2, true, false, true, true, false, true}},
-    {CgTab::TAB_GLB, {0, 1, 2, true, true, true, true, false, false}},
-    {CgTab::TAB_ADR, {2, 2, 2, true, true, true, true, false, false}},
-    {CgTab::TAB_CST, {1, 2, 2, true, true, true, false, true, false}},
-    {CgTab::TAB_LBL, {0, 1, 2, true, false, true, true, false, true}},
-    {CgTab::TAB_TMP, {0, 2, 2, false, false, true, false, true, true}},
-    {CgTab::TAB_DMM, {0, 2, 2, false, false, true, false, true, true}},
-    {CgTab::TAB_ARR, {0, 0, 0, false, false, false, false, false, false}},
+    //                key len unit hashed unique user   case   counts
+    {CgTab::TAB_DBG, {0, 1, 1, false, false, true, false, false}},
+    {CgTab::TAB_POU, {0, 1, 2, true, false, true, false, false}},
+    {CgTab::TAB_CMP, {0, 1, 2, true, false, true, false, true}},
+    {CgTab::TAB_GLB, {0, 1, 2, true, true, true, false, false}},
+    {CgTab::TAB_ADR, {2, 2, 2, true, true, true, false, false}},
+    {CgTab::TAB_CST, {1, 2, 2, true, true, true, true, false}},
+    {CgTab::TAB_LBL, {0, 1, 2, true, false, true, false, true}},
+    {CgTab::TAB_TMP, {0, 2, 2, false, false, true, true, true}},
+    {CgTab::TAB_DMM, {0, 2, 2, false, false, true, true, true}},
+    {CgTab::TAB_ARR, {0, 0, 0, false, false, false, false, false}},
 };
 // clang-format on
 static_assert(AreInOrder(kTraits, CgTab::TAB_ARR));

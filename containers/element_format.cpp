@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "containers/list_access.h"
-#include "frame/in_order.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/detail/in_order.h"
 
 namespace lq::containers {
 

@@ -1,6 +1,7 @@
 // From the declarations of the project model to declaration records: what the loaders are made of.
 #pragma once
 
+#include "lq_data/export.h"
 #include "lq_data/pouh.h"
 
 namespace lq::pouh {
@@ -33,7 +34,7 @@ int FillStructDeclaration(DECL_TYP* decl, const DeclContent& content);
 DECL_TYP* ConvertDeclaration(LQOBJECT& source, bool isReturn);
 
 // The scope of a declaration of the model; that of an object that is none is unknown.
-DECL_SCOPE ScopeOf(LQOBJECT& source);
+LQ_DATA_API DECL_SCOPE ScopeOf(LQOBJECT& source);
 
 // --- load_declarations.cpp: what the loaders of headers, interfaces and symbol tables share ----
 
@@ -65,7 +66,7 @@ bool RenewHeader(POU_HEADER_TYP& header);
 // The same for its declaration list alone.
 bool RenewDeclarations(POU_HEADER_TYP& header);
 
-// --- load_header.cpp: what loading a header at once and in parts share -------------------------
+// --- load_header.cpp: what loading a header at once and in parts shares ------------------------
 
 // What the declarations of a header are loaded from.
 struct HeaderSource {
@@ -76,6 +77,9 @@ struct HeaderSource {
 // Renews the records of `header` and fills its info. There is no owner when the object has no
 // header to load or memory is short.
 HeaderSource OpenHeader(POU_HEADER_TYP& header, LQOBJECT& object);
+
+// Loads all its declarations into the header that was opened. False when memory is short.
+bool LoadWhole(POU_HEADER_TYP& header, const HeaderSource& source);
 
 // Puts what a POU has without declaring it in front of the list: a function its result, what has
 // the ENO flag and is no program EN and ENO. False when the model or memory has none to give.

@@ -6,7 +6,7 @@
 #include "lq_data/detail/chars.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/pouh.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 #include "pouh/record_types.h"
 
 namespace lq::pouh {
@@ -15,10 +15,9 @@ namespace {
 
 // The specification record of the function block instance of that name, or null.
 void* FindInstance(FLIST* list, const char16_t* name) {
-    for (DECL_TYP* decl = DeclAt(list, LC_FIRST); decl; decl = DeclAt(list, LC_NEXT)) {
-        if (TypeKindOf(decl) == DT_FB_INSTANCE &&
-            chars::EqualNoCase(TextOf(decl, POUH_NAME), name)) {
-            return decl->type->spec;
+    for (const Declaration decl : Declarations(list)) {
+        if (decl.TypeKind() == DT_FB_INSTANCE && chars::EqualNoCase(decl.Name().data(), name)) {
+            return decl.Record()->type->spec;
         }
     }
     return nullptr;

@@ -106,18 +106,18 @@ bool PrependUndeclared(FLIST* list, LQPOU& pou) {
     return kind == LQ_KIND_PROGRAM || !pou.GetEnoFlag() || PrependEnables(list);
 }
 
+bool LoadWhole(POU_HEADER_TYP& header, const HeaderSource& source) {
+    FLIST* const list = header.declList->list;
+    return LoadDeclarations(list, *source.owner, false) &&
+           (!source.pou ||
+            (PrependUndeclared(list, *source.pou) && RegroupByScope(*header.declList) != 0));
+}
+
 namespace {
 
 int LoadObject(POU_HEADER_TYP& header, LQOBJECT& object) {
     const HeaderSource source = OpenHeader(header, object);
-    if (!source.owner || !LoadDeclarations(header.declList->list, *source.owner, false)) {
-        return 0;
-    }
-    if (!source.pou) {
-        return 1;
-    }
-    return PrependUndeclared(header.declList->list, *source.pou) ? RegroupByScope(*header.declList)
-                                                                 : 0;
+    return source.owner && LoadWhole(header, source) ? 1 : 0;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The records behind include/lq_data/pouh.h. Only pouh/ sees their fields; everybody else goes
-// through attributes or record_access.h.
+// through attributes or lq_data/records.h.
 //
 // Hundreds of thousands of declarations are held at once, so a record has its fields and nothing
 // else, and a text is a terminated copy of just its size, null when there is none. The order of the

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 #include "scanner/recogniser.h"
 
 namespace {

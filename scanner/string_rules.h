@@ -1,45 +1,14 @@
-// What stands in a string literal, beside the grammar (scanner/string_literal.h): the escapes, read
-// in both directions, and the two settings that change how a literal is read.
+// What stands in a string literal, beside the grammar (scanner/string_literal.h) and the escapes
+// (lq_data/string_escapes.h): the two settings that change how a literal is read.
 #pragma once
 
 #include <cstdint>
 #include <utility>
 
 #include "frame/per_thread.h"
-#include "scanner/char_classes.h"
+#include "lq_data/string_escapes.h"
 
 namespace lq::scanner {
-
-// "$" and a character: what the literal then holds.
-struct Escape {
-    char16_t letter;     // the character behind "$"; of a letter the lower case
-    char16_t stored[2];  // one character, or two when the second is not 0
-};
-inline constexpr Escape kEscapes[] = {
-    {u'$', {u'$', 0}},      {u'\'', {u'\'', 0}}, {u'"', {u'"', 0}},  {u'l', {u'\n', 0}},
-    {u'n', {u'\r', u'\n'}}, {u'p', {u'\f', 0}},  {u'r', {u'\r', 0}}, {u't', {u'\t', 0}},
-};
-
-// The escape that `c` makes behind "$"; null when it makes none (two hex digits are no entry here).
-inline const Escape* FindEscape(char16_t c) {
-    const char16_t lower = ToLowerAscii(c);
-    for (const Escape& escape : kEscapes) {
-        if (escape.letter == lower) {
-            return &escape;
-        }
-    }
-    return nullptr;
-}
-
-// The escape for one character of a text; null when it has none.
-inline const Escape* FindEscapeFor(char16_t stored) {
-    for (const Escape& escape : kEscapes) {
-        if (escape.stored[0] == stored && escape.stored[1] == 0) {
-            return &escape;
-        }
-    }
-    return nullptr;
-}
 
 // Whether the user adapter allows the string escape "$00"; asked anew on every call.
 int32_t AskNulEscape();

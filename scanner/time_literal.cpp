@@ -2,7 +2,7 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 #include "scanner/calendar.h"
 #include "scanner/digits.h"
 #include "scanner/recogniser.h"

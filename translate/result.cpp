@@ -1,9 +1,9 @@
 // What a translation leaves its caller.
 #include <cstring>
 #include <new>
-#include <type_traits>
 #include <utility>
 
+#include "frame/growing.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/memory.h"
 #include "lq_data/translate.h"
@@ -42,20 +42,8 @@ TranslationResult::~TranslationResult() {
 }
 
 bool TranslationResult::Add(const TranslationRefusal& refusal) {
-    static_assert(std::is_trivially_copyable_v<TranslationRefusal>);
-    if (count_ == capacity_) {
-        const uint32_t room = capacity_ * 2 + 8;
-        void* const block =
-            room > capacity_ ? Allocate(room * sizeof(TranslationRefusal)) : nullptr;
-        if (!block) {
-            return false;
-        }
-        if (count_ != 0) {
-            std::memcpy(block, refusals_, count_ * sizeof(TranslationRefusal));
-        }
-        Release(refusals_);
-        refusals_ = static_cast<TranslationRefusal*>(block);
-        capacity_ = room;
+    if (count_ == capacity_ && !Enlarge(refusals_, count_, capacity_, 8)) {
+        return false;
     }
     char16_t* mark = nullptr;
     if (refusal.mark) {

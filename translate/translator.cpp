@@ -7,15 +7,11 @@
 #include <string_view>
 
 #include "lq_data/detail/chars.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 namespace lq {
 
 namespace {
-
-struct DeclDeleter {
-    void operator()(DECL_TYP* decl) const { DestroyDecl(decl); }
-};
 
 POUH_ATTRIBUTE_FLAG AttributeOf(DeclFault fault) {
     switch (fault) {
@@ -115,7 +111,7 @@ bool Translator::EnterGlobal(ID list, ID id) {
     if (!object) {
         return HasMemory();
     }
-    const std::unique_ptr<DECL_TYP, DeclDeleter> decl(LoadDecl(object.get()));
+    const Record decl(LoadDecl(object.get()));
     if (!decl) {
         return EndShort();
     }
@@ -130,7 +126,10 @@ bool Translator::EnterGlobal(ID list, ID id) {
     const int32_t before = CgTabCompiler::LengthOf(tables_, CgTab::TAB_GLB);
     DeclFault fault = DeclFault::kNone;
     const int32_t pos = CgTabCompiler::InsertGlobal(tables_, decl.get(), fault);
-    for (const CgTab::TAB_ID table : {CgTab::TAB_GLB, CgTab::TAB_ADR, CgTab::TAB_CST}) {
+    if (pos >= before && areaSizes_[CgTab::TAB_GLB] != 0) {
+        (void)FillAreaHere(CgTab::TAB_GLB, variable.origin);
+    }
+    for (const CgTab::TAB_ID table : {CgTab::TAB_ADR, CgTab::TAB_CST}) {
         FillAreas(table, variable.origin);
     }
     if (pos < 0) {
@@ -139,7 +138,7 @@ bool Translator::EnterGlobal(ID list, ID id) {
         Refuse(variable, RefusalReason::kGlobalTwice, POUH_NAME);
     } else {
         ++out_.entered;
-        EnterTypeName(variable, object->GetType());
+        EnterTypeName(variable, NamedType(object->GetType()));
     }
     return HasMemory();
 }
@@ -151,21 +150,25 @@ bool Translator::EnterTypesOfMembers(ID type) {
     return ForEach(object ? object->GetSelection() : nullptr, [this, type](ID id) {
         const std::unique_ptr<LQOBJECT> member(NewDeclaration(id));
         if (member) {
-            EnterTypeName(VariableOf(type, id), member->GetType());
+            EnterTypeName(VariableOf(type, id), NamedType(member->GetType()));
         }
         return HasMemory();
     });
 }
 
 // Neighbours often have one type.
-void Translator::EnterTypeName(const Variable& variable, const char16_t* typeText) {
+ID Translator::NamedType(const char16_t* typeText) {
     if (!chars::Equal(typeText, lastType_)) {
         lastType_ = typeText;
         const char16_t* const name = TypeNameIn(lastType_);
         lastNamed_ = FindDUTByName(name);
         lastNamed_ = lastNamed_ != ID() ? lastNamed_ : FindPOUByName(name);
     }
-    const LQOBJECT* const named = lastNamed_ != ID() ? ObjectOf(lastNamed_) : nullptr;
+    return lastNamed_;
+}
+
+void Translator::EnterTypeName(const Variable& variable, ID type) {
+    const LQOBJECT* const named = type != ID() ? ObjectOf(type) : nullptr;
     if (!named) {
         return;
     }
@@ -222,9 +225,17 @@ void Translator::FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& o
 }
 
 bool Translator::FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin) {
+    return tables_.Write(id, pos, MakeArea(id, origin)) != 0;
+}
+
+bool Translator::FillAreaHere(CgTab::TAB_ID id, const LineOrigin& origin) {
+    return tables_.Write(id, MakeArea(id, origin)) != 0;
+}
+
+const void* Translator::MakeArea(CgTab::TAB_ID id, const LineOrigin& origin) {
     std::memset(area_, 0, areaSizes_[id]);
     client_->FillUserArea(id, origin, area_, areaSizes_[id]);
-    return tables_.Write(id, pos, area_) != 0;
+    return area_;
 }
 
 }  // namespace lq

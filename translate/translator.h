@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "lq_data/env/lq_base.h"
 #include "lq_data/translate.h"
+#include "pouh/header_parts.h"
 #include "translate/components.h"
 
 namespace lq {
@@ -21,15 +23,23 @@ class Translator final : private MarkTaker {
     void RunAnew(ID unit);
 
   private:
+    struct DeclDeleter {
+        void operator()(DECL_TYP* decl) const { DestroyDecl(decl); }
+    };
+    using Record = std::unique_ptr<DECL_TYP, DeclDeleter>;
     // What is entered at the moment.
     struct Unit {
-        LineOrigin origin;
+        translate::Components& components;
+        LineOrigin origin = {};
         const char16_t* name = u"";
         const LQSELECTION* declarations = nullptr;
         POU_HEADER_TYP* header = nullptr;
+        pouh::HeaderParts parts{};  // of the header
         uint32_t kind = PT_OTHER;
-        translate::Components components;  // of the header
-        int32_t line = -1;                 // in table 1, of one that is entered anew
+        CgTab::POS_DSC range = {};  // their section of table 2
+        uint32_t instances = 0;     // structures and function blocks among them
+        bool isTakenBack = false;   // the table could not hold the section
+        int32_t line = -1;          // in table 1, of one that is entered anew
     };
     // A declaration, and whose it is.
     struct Variable {
@@ -57,17 +67,23 @@ class Translator final : private MarkTaker {
     bool HasRoom();
     bool EnterDebugRecord(const Unit& unit);
     bool EnterComponents(Unit& unit);
-    bool NoteEntered(Unit& unit, int32_t start);
+    bool EnterParts(Unit& unit);
+    bool EnterPart(Unit& unit);
+    bool NoteEntered(Unit& unit, const CgTab::POS_DSC& range);
+    void NotePart(Unit& unit);
+    bool FillComponentAreas(Unit& unit);
     bool CheckComponents(Unit& unit);
-    bool EnterUnitLine(const Unit& unit, const CgTab::POS_DSC& range, const POU_LIST& instances);
+    bool EnterUnitLine(const Unit& unit);
     bool EnterTemporaries(Unit& unit);
 
     void CheckComponent(Unit& unit, uint32_t index);
-    bool IsRefused(const Variable& variable, const DECL_TYP* source, const DECL_TYP* decl);
-    // Whether the declaration at that index is one, and its type.
-    bool IsTemporary(Unit& unit, uint32_t index, IEC_TYPE& type, CgTab::TYP_DSC& dsc);
-    void EnterTemporary(Unit& unit, uint32_t index, IEC_TYPE type, const CgTab::TYP_DSC& dsc);
-    void EnterTypeName(const Variable& variable, const char16_t* typeText);
+    // The record of the temporary at that index, if it can be entered, or null; `type` and `dsc`
+    // receive its type.
+    Record LoadTemporary(Unit& unit, uint32_t index, IEC_TYPE& type, CgTab::TYP_DSC& dsc);
+    void EnterTemporary(Unit& unit, uint32_t index);
+    // The user type or function block that a type text names, if only for the elements of an array.
+    ID NamedType(const char16_t* typeText);
+    void EnterTypeName(const Variable& variable, ID type);
     void Take(const SourceMark& mark) override;
 
     // Counts a declaration; false when the translation ends with it.
@@ -98,8 +114,10 @@ class Translator final : private MarkTaker {
     void FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& origin);
     // The area of the line at `pos`, which moves to the next one. False when memory is short.
     bool FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin);
+    // The area at which the table stands.
+    bool FillAreaHere(CgTab::TAB_ID id, const LineOrigin& origin);
+    const void* MakeArea(CgTab::TAB_ID id, const LineOrigin& origin);
 
-    const char16_t* QualifyTemporary(Unit& unit, uint32_t index);
     // "Unit.Body.Name", in `text_`.
     const char16_t* Qualify(const char16_t* unit, const char16_t* body, const char16_t* name);
 
@@ -115,10 +133,11 @@ class Translator final : private MarkTaker {
     uint32_t areaSizes_[CgTab::kUserTables];
     unsigned char* area_ = nullptr;
 
-    const Unit* unit_ = nullptr;  // whose marks are taken
-    bool isAnew_ = false;         // the unit may be in the set
+    translate::Components components_;  // of the unit; its room is used again
+    const Unit* unit_ = nullptr;        // whose marks are taken
+    bool isAnew_ = false;               // the unit may be in the set
     CLQString text_;
-    CLQString lastType_;  // the last of EnterTypeName, and the object that it names
+    CLQString lastType_;  // the last of NamedType, and the object that it names
     ID lastNamed_;
 };
 

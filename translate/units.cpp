@@ -2,49 +2,48 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include "lq_data/detail/chars.h"
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
+#include "pouh/declarations.h"
 #include "translate/translator.h"
 
 namespace lq {
 
 using translate::Component;
 using translate::Declared;
+using translate::PartRecord;
 
 namespace {
 
 constexpr uint16_t kComponentAttributes = 0x4 | 0x80;  // initial values; recorded instances
 constexpr uint32_t kMaxName = 256;                     // with its terminator
+// How many declarations of a unit are loaded at a time: their records take several times the memory
+// of their lines. Most units have fewer.
+constexpr uint32_t kPart = 1024;
 
 struct HeaderDeleter {
     void operator()(POU_HEADER_TYP* header) const { DestroyPOUHeader(header); }
 };
 
-// The declarations of which LoadPOUHeader makes records.
-const LQSELECTION* DeclarationsOf(LQOBJECT& object) {
-    if (object.GetKind() == LQ_KIND_DUT) {
-        return object.GetSelection();
-    }
-    auto* const pou = dynamic_cast<LQPOU*>(&object);
-    LQOBJECT* const header = pou ? pou->GetHeader() : nullptr;
-    return header ? header->GetSelection() : nullptr;
+const char16_t* NameOf(const DECL_TYP* decl) {
+    return pouh::TextOf(decl, POUH_NAME);
 }
 
 }  // namespace
 
 bool Translator::EnterUnit(ID id) {
-    // The components refer to the records of the header and are gone before it.
     const std::unique_ptr<POU_HEADER_TYP, HeaderDeleter> header(CreatePOUHeader());
-    Unit unit;
+    Unit unit = {components_};
     unit.origin = {id, source_.GetPlace(id)};
     LQOBJECT* const object = ObjectOf(id);
-    if (!header || !object || !LoadPOUHeader(header.get(), id, 0)) {
+    if (!header || !object || !unit.parts.Open(header.get(), id) || !unit.parts.LoadNext(kPart)) {
         Refuse(unit.origin, RefusalReason::kUnit);
         return HasMemory();
     }
     unit.name = object->GetName();
-    unit.declarations = DeclarationsOf(*object);
+    unit.declarations = unit.parts.Declarations();
     unit.header = header.get();
     POUH_INFO_TYP* info = nullptr;
     GetAttrOfPOUHeader(unit.header, POUH_INFO, &info);
@@ -53,8 +52,7 @@ bool Translator::EnterUnit(ID id) {
 }
 
 bool Translator::EnterLoadedUnit(Unit& unit) {
-    const int32_t count = unit.declarations ? unit.declarations->GetCount() : 0;
-    if (!unit.components.Take(unit.header, static_cast<uint32_t>(std::max(count, 0)))) {
+    if (!unit.components.Open(unit.declarations) || !unit.components.TakePart(unit.header)) {
         return EndShort();
     }
     if ((isAnew_ && !MakeReady(unit)) || !EnterDebugRecord(unit) || !EnterComponents(unit) ||
@@ -73,10 +71,16 @@ bool Translator::MakeReady(Unit& unit) {
     unit.line = tables_.Look(unit.name, static_cast<CgTab::POU_LINE*>(nullptr), 0);
     bool isPossible = HasRoom();
     for (uint32_t i = 0; i < unit.components.AllDeclared().Count() && isPossible; ++i) {
+        const ID id = unit.declarations->GetID(static_cast<int32_t>(i));
+        const std::unique_ptr<LQOBJECT> object(NewDeclaration(id));
+        if (!object || pouh::ScopeOf(*object) != DS_VAR || !source_.IsTemporary(id)) {
+            continue;
+        }
         IEC_TYPE type = IEC_NO_TYPE;
         CgTab::TYP_DSC dsc = {};
-        isPossible = !IsTemporary(unit, i, type, dsc) ||
-                     CgTabCompiler::CanReplaceTemporary(tables_, QualifyTemporary(unit, i), type);
+        const Record record = LoadTemporary(unit, i, type, dsc);
+        isPossible = !record || CgTabCompiler::CanReplaceTemporary(
+                                    tables_, Qualify(unit.name, u"", object->GetName()), type);
     }
     if (!HasMemory()) {
         return false;
@@ -123,17 +127,17 @@ bool Translator::EnterDebugRecord(const Unit& unit) {
 // --- Components ----------------------------------------------------------------------------------
 
 bool Translator::EnterComponents(Unit& unit) {
-    POU_LIST instances;
-    CgTab::POS_DSC range = {};
-    const int isEntered =
-        CgTabCompiler::AppendCmp(tables_, unit.header, kComponentAttributes, &instances, range, 1);
-    if (!HasMemory() || !NoteEntered(unit, range.start) || !CheckComponents(unit)) {
+    const int32_t start = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
+    unit.range = {start, start, 0};
+    if (!EnterParts(unit)) {
+        CgTabCompiler::TakeBackComponents(tables_, start);
         return false;
     }
-    const int32_t length = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
-    if (!isEntered && length == range.start && range.lines > 0) {
+    if (!FillComponentAreas(unit) || !CheckComponents(unit)) {
+        return false;
+    }
+    if (unit.isTakenBack) {
         Refuse(unit.origin, RefusalReason::kComponents);
-        range = {range.start, range.start, 0};
     } else {
         // What the set skipped without a fault that shows, as it skips what it cannot hold.
         for (uint32_t i = 0; i < unit.components.AllDeclared().Count(); ++i) {
@@ -142,53 +146,130 @@ bool Translator::EnterComponents(Unit& unit) {
             }
         }
     }
-    return EnterUnitLine(unit, range, instances);
+    return EnterUnitLine(unit);
 }
 
-// The section has the lines of the kept components in their order, but for those that were
-// skipped. Components have an area each, and so do the constants that they brought, each for the
-// first that uses it; that of an implicit one is its unit's.
-bool Translator::NoteEntered(Unit& unit, int32_t start) {
-    const int32_t length = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
-    uint32_t at = 0;
-    for (int32_t pos = start; pos < length;) {
-        CgTab::CMP_LINE line;
-        int32_t next = pos;
-        if (!tables_.Read(next, line, 0, nullptr)) {
+// The first one has been loaded.
+bool Translator::EnterParts(Unit& unit) {
+    for (;;) {
+        if (!EnterPart(unit)) {
+            return false;
+        }
+        NotePart(unit);
+        if (!HasMemory() || unit.parts.AtEnd()) {
+            return out_.outcome == TranslationOutcome::kDone;
+        }
+        if (!unit.parts.LoadNext(kPart) || !unit.components.TakePart(unit.header)) {
             return EndShort();
         }
-        char16_t whole[kMaxName];
-        const char16_t* name = line.name;
-        if (chars::Length(name) + 1 == std::size(line.name)) {
-            CgTabCompiler::WholeName(tables_, CgTab::TAB_CMP, pos, whole, kMaxName);
-            name = whole;
+    }
+}
+
+// When the table cannot hold one part, none is entered.
+bool Translator::EnterPart(Unit& unit) {
+    if (unit.isTakenBack) {
+        return true;
+    }
+    POU_LIST instances;
+    CgTab::POS_DSC range = {};
+    const int isEntered =
+        CgTabCompiler::AppendCmp(tables_, unit.header, kComponentAttributes, &instances, range, 1);
+    for (const POU_LIST* entry = &instances; entry; entry = entry->next) {
+        unit.instances += entry->count;
+    }
+    if (!HasMemory()) {
+        return false;
+    }
+    const int32_t length = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
+    if (!isEntered && length == range.start && range.lines > 0) {
+        CgTabCompiler::TakeBackComponents(tables_, unit.range.start);
+        unit.components.ForgetEntered();
+        unit.range = {unit.range.start, unit.range.start, 0};
+        unit.isTakenBack = true;
+        return true;
+    }
+    unit.range.end = range.end;
+    unit.range.lines += range.lines;
+    return NoteEntered(unit, range);
+}
+
+// The table has the lines of the kept components in their order, but for those that were skipped.
+bool Translator::NoteEntered(Unit& unit, const CgTab::POS_DSC& range) {
+    const bool areAll = static_cast<uint32_t>(range.lines) == unit.components.KeptCount();
+    int32_t pos = range.start;
+    char16_t name[kMaxName] = {};
+    for (const PartRecord& record : unit.components.Part()) {
+        if (!record.isKept) {
+            continue;
         }
-        const auto isIts = [&](uint32_t number) {
-            return chars::Equal(pouh::TextOf(unit.components.At(number).decl, POUH_NAME), name);
-        };
-        while (at < unit.components.Kept().Count() && !isIts(unit.components.Kept()[at])) {
-            ++at;
+        if (!areAll && pos < range.end && name[0] == 0) {
+            CgTabCompiler::WholeName(tables_, CgTab::TAB_CMP, pos, name, kMaxName);
         }
-        LineOrigin origin = unit.origin;
-        if (at < unit.components.Kept().Count()) {
-            Component& component = unit.components.At(unit.components.Kept()[at++]);
-            component.isEntered = true;
-            if (component.source >= 0) {
-                origin = VariableAt(unit, static_cast<uint32_t>(component.source)).origin;
-            }
+        if (!areAll && !chars::Equal(NameOf(record.decl), name)) {
+            continue;
         }
+        CgTab::CMP_LINE line;
+        if (!unit.components.NoteEntered(record.component) ||
+            (!areAll && !tables_.Read(pos, line, 0, nullptr))) {
+            return EndShort();
+        }
+        name[0] = 0;
+    }
+    return true;
+}
+
+// Why those of the part without a line have none, and what the types name.
+void Translator::NotePart(Unit& unit) {
+    for (const PartRecord& record : unit.components.Part()) {
+        Component* const component =
+            record.component != 0 ? &unit.components.At(record.component) : nullptr;
+        const bool isEntered = component && component->isEntered;
+        if (record.isKept && !isEntered) {
+            CgTabCompiler::Decode(tables_, record.decl, component->fault);
+        }
+        if (record.index < 0) {
+            continue;
+        }
+        Declared& declared = unit.components.AllDeclared()[static_cast<uint32_t>(record.index)];
+        declared.lacksGlobal =
+            !isEntered && translate::IsExternalScope(record.scope) &&
+            tables_.Look(NameOf(record.decl), static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
+        const char16_t* const type = pouh::TypeTextOf(record.decl);
+        if (!translate::IsMarked(type)) {
+            declared.type = NamedType(type);
+        } else if (const std::unique_ptr<LQOBJECT> object(
+                       NewDeclaration(unit.declarations->GetID(record.index)));
+                   object) {
+            declared.type = NamedType(object->GetType());  // as the model has it
+        }
+    }
+}
+
+// Components have an area each, and so do the constants that they brought, each for the first that
+// uses it; that of an implicit one is its unit's.
+bool Translator::FillComponentAreas(Unit& unit) {
+    const bool hasAreas = areaSizes_[CgTab::TAB_CMP] != 0 || areaSizes_[CgTab::TAB_CST] != 0;
+    int32_t pos = unit.range.start;
+    for (uint32_t i = 0; hasAreas && i < unit.components.Entered().Count(); ++i) {
+        CgTab::CMP_LINE line;
+        if (!tables_.Read(pos, line, 1, nullptr)) {
+            return EndShort();
+        }
+        const Component& component = unit.components.At(unit.components.Entered()[i]);
+        const LineOrigin origin =
+            component.source < 0 ? unit.origin
+                                 : VariableAt(unit, static_cast<uint32_t>(component.source)).origin;
         if (line.cstLine >= filled_[CgTab::TAB_CST] && areaSizes_[CgTab::TAB_CST] != 0) {
             filled_[CgTab::TAB_CST] = line.cstLine;
             if (!FillArea(CgTab::TAB_CST, filled_[CgTab::TAB_CST], origin)) {
                 return EndShort();
             }
         }
-        if (areaSizes_[CgTab::TAB_CMP] != 0 && !FillArea(CgTab::TAB_CMP, pos, origin)) {
+        if (areaSizes_[CgTab::TAB_CMP] != 0 && !FillAreaHere(CgTab::TAB_CMP, origin)) {
             return EndShort();
         }
-        pos = next;
     }
-    filled_[CgTab::TAB_CMP] = length;
+    filled_[CgTab::TAB_CMP] = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
     filled_[CgTab::TAB_CST] = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CST);
     return true;
 }
@@ -210,57 +291,30 @@ bool Translator::CheckComponents(Unit& unit) {
 void Translator::CheckComponent(Unit& unit, uint32_t index) {
     Declared& declared = unit.components.AllDeclared()[index];
     const Component& component = unit.components.Of(declared);
-    const Variable variable = VariableAt(unit, index);
     if (component.source != static_cast<int32_t>(index)) {
-        Refuse(variable, RefusalReason::kComponentTwice, POUH_NAME);
-        return;
-    }
-    if (!component.decl) {
-        Refuse(variable, RefusalReason::kNoIdentifier, POUH_NAME);
-        return;
-    }
-    if (!component.isEntered && IsRefused(variable, declared.decl, component.decl)) {
-        return;
-    }
-    declared.isMissing = !component.isEntered;
-    out_.entered += component.isEntered ? 1 : 0;
-    const char16_t* const type = pouh::TypeTextOf(declared.decl);
-    if (!translate::IsMarked(type)) {
-        EnterTypeName(variable, type);
-    } else if (const std::unique_ptr<LQOBJECT> object(NewDeclaration(variable.origin.object));
-               object) {
-        EnterTypeName(variable, object->GetType());  // as the model has it
+        Refuse(VariableAt(unit, index), RefusalReason::kComponentTwice, POUH_NAME);
+    } else if (!component.isTaken) {
+        Refuse(VariableAt(unit, index), RefusalReason::kNoIdentifier, POUH_NAME);
+    } else if (component.fault != DeclFault::kNone) {
+        Refuse(VariableAt(unit, index), component.fault);
+    } else if (declared.lacksGlobal) {
+        Refuse(VariableAt(unit, index), RefusalReason::kNoGlobal, POUH_NAME);
+    } else {
+        declared.isMissing = !component.isEntered;
+        out_.entered += component.isEntered ? 1 : 0;
+        if (declared.type != ID()) {
+            EnterTypeName(VariableAt(unit, index), declared.type);
+        }
     }
 }
 
-// False when the declaration is as the tables want it.
-bool Translator::IsRefused(const Variable& variable, const DECL_TYP* source, const DECL_TYP* decl) {
-    DeclFault fault = DeclFault::kNone;
-    if (!CgTabCompiler::Decode(tables_, decl, fault)) {
-        Refuse(variable, fault);
-        return true;
-    }
-    uint32_t scope = 0;
-    GetAttrOfDecl(source, POUH_SCOPE, &scope);
-    const bool isMissing = translate::IsExternalScope(scope) &&
-                           tables_.Look(pouh::TextOf(source, POUH_NAME),
-                                        static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
-    if (isMissing) {
-        Refuse(variable, RefusalReason::kNoGlobal, POUH_NAME);
-    }
-    return isMissing;
-}
-
-bool Translator::EnterUnitLine(const Unit& unit, const CgTab::POS_DSC& range,
-                               const POU_LIST& instances) {
+bool Translator::EnterUnitLine(const Unit& unit) {
     UnitInfo info;
-    info.start = static_cast<uint32_t>(range.start);
-    info.end = static_cast<uint32_t>(range.end);
-    info.lines = static_cast<uint32_t>(range.lines);
+    info.start = static_cast<uint32_t>(unit.range.start);
+    info.end = static_cast<uint32_t>(unit.range.end);
+    info.lines = static_cast<uint32_t>(unit.range.lines);
     info.kind = unit.kind;
-    for (const POU_LIST* entry = &instances; entry; entry = entry->next) {
-        info.instances += entry->count;
-    }
+    info.instances = unit.instances;
     const bool isEntered = unit.line >= 0
                                ? CgTabCompiler::ReplaceUnit(tables_, unit.line, info.ToInfo())
                                : CgTabCompiler::InsertUnit(tables_, unit.name, info.ToInfo()) >= 0;
@@ -277,39 +331,41 @@ bool Translator::EnterUnitLine(const Unit& unit, const CgTab::POS_DSC& range,
 
 bool Translator::EnterTemporaries(Unit& unit) {
     for (uint32_t i = 0; i < unit.components.AllDeclared().Count(); ++i) {
-        IEC_TYPE type = IEC_NO_TYPE;
-        CgTab::TYP_DSC dsc = {};
-        if (IsTemporary(unit, i, type, dsc)) {
-            EnterTemporary(unit, i, type, dsc);
+        const Declared& declared = unit.components.AllDeclared()[i];
+        const auto index = static_cast<int32_t>(i);
+        if (declared.isVar && unit.components.Of(declared).source == index &&
+            source_.IsTemporary(unit.declarations->GetID(index))) {
+            EnterTemporary(unit, i);
         }
     }
     return HasMemory();
 }
 
-bool Translator::IsTemporary(Unit& unit, uint32_t index, IEC_TYPE& type, CgTab::TYP_DSC& dsc) {
+// If there is none, it is refused as a component. Of a name with several declarations, it has the
+// type that its component has.
+Translator::Record Translator::LoadTemporary(Unit& unit, uint32_t index, IEC_TYPE& type,
+                                             CgTab::TYP_DSC& dsc) {
     const Declared& declared = unit.components.AllDeclared()[index];
-    uint32_t scope = 0;
-    GetAttrOfDecl(declared.decl, POUH_SCOPE, &scope);
-    if (declared.component == 0 || scope != DS_VAR ||
-        unit.components.Of(declared).source != static_cast<int32_t>(index) ||
-        !source_.IsTemporary(unit.declarations->GetID(static_cast<int32_t>(index)))) {
-        return false;
-    }
-    const DECL_TYP* const decl = unit.components.Of(declared).decl;
+    const int32_t kept = declared.component != 0 ? unit.components.Of(declared).kept : -1;
+    const std::unique_ptr<LQOBJECT> object(
+        NewDeclaration(unit.declarations->GetID(kept >= 0 ? kept : static_cast<int32_t>(index))));
+    Record record(object ? LoadDecl(object.get()) : nullptr);
     DeclFault fault = DeclFault::kNone;
-    // If not, it is refused as a component.
-    return decl && CgTabCompiler::DecodeType(tables_, decl, type, dsc, fault);
+    const bool canBeEntered = record && !translate::IsMarked(NameOf(record.get())) &&
+                              CgTabCompiler::DecodeType(tables_, record.get(), type, dsc, fault);
+    return canBeEntered ? std::move(record) : nullptr;
 }
 
-const char16_t* Translator::QualifyTemporary(Unit& unit, uint32_t index) {
-    const Declared& declared = unit.components.AllDeclared()[index];
-    return Qualify(unit.name, u"", pouh::TextOf(declared.decl, POUH_NAME));
-}
-
-void Translator::EnterTemporary(Unit& unit, uint32_t index, IEC_TYPE type,
-                                const CgTab::TYP_DSC& dsc) {
+void Translator::EnterTemporary(Unit& unit, uint32_t index) {
     const Variable variable = VariableAt(unit, index);
-    const char16_t* const name = QualifyTemporary(unit, index);
+    IEC_TYPE type = IEC_NO_TYPE;
+    CgTab::TYP_DSC dsc = {};
+    const Record record = LoadTemporary(unit, index, type, dsc);
+    const std::unique_ptr<LQOBJECT> object(NewDeclaration(variable.origin.object));
+    if (!record || !object) {
+        return;
+    }
+    const char16_t* const name = Qualify(unit.name, u"", object->GetName());
     const auto tag = static_cast<unsigned char>(unit.kind);
     const int32_t pos = isAnew_ ? CgTabCompiler::ReplaceTemporary(tables_, name, type, dsc, tag)
                                 : tables_.Insert(name, type, dsc, tag);

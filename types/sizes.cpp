@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <iterator>
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/types.h"
 
 namespace {

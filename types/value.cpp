@@ -4,8 +4,8 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/in_order.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/scanner.h"
 #include "lq_data/types.h"
 #include "types/payload.h"

@@ -25,10 +25,8 @@ ObjectPlace PlaceOf(const Project& project, ID object) {
     if (const SourceFile* file = project.FileOf(object)) {
         place.file = Utf8(file->name);
         place.line = project.LineOf(object);
+        place.column = project.ColumnOf(object);
     }
-    const Declaration* declaration = project.GetDeclaration(object);
-    const Pou* pou = project.GetPou(object);
-    place.column = declaration ? declaration->column : pou ? pou->column : 0;
     return place;
 }
 
@@ -155,11 +153,14 @@ std::size_t Run::RankOf(const std::string& file) {
 }
 
 void Run::TakeReports() {
+    constexpr uint16_t kUnreadable = 1;
+    constexpr uint16_t kNotRead = 19;
     for (const host::Report& report : *options.reports) {
-        if (report.code >= kFirstOfChecks || !Wants(report.code)) {
+        const uint16_t code = report.error ? kUnreadable : report.code ? report.code : kNotRead;
+        if (code >= kFirstOfChecks || !Wants(code)) {
             continue;  // a check says it
         }
-        Finding& finding = Report(report.code, {}, report.message);
+        Finding& finding = Report(code, {}, report.message);
         finding.file = report.file;
         finding.line = report.line;
         finding.column = report.column;

@@ -150,7 +150,8 @@ ID Project::AddDataType(const DataType& type) {
 }
 
 ID Project::AddVariableList(const VariableList& list) {
-    if (!GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
+    if (list.parent != ID() && !GetConfiguration(list.parent) && !GetResource(list.parent) &&
+        !GetPou(list.parent)) {
         return {};
     }
     return Enter(variableLists_, list, {Sort::kVariableList, nullptr, nullptr});
@@ -178,8 +179,10 @@ ID Project::AddDeclaration(const Declaration& declaration, ID* earlier) {
 }
 
 ID Project::AddAside(const Declaration& declaration) {
+    Pou* const pou = EditPou(declaration.owner);
     return DeclarationsOf(declaration.owner) || GetConfiguration(declaration.owner)
-               ? Enter(declarations_, declaration, {Sort::kDeclaration, nullptr, nullptr})
+               ? Enter(declarations_, declaration,
+                       {Sort::kDeclaration, pou ? &pou->implicit : nullptr, nullptr})
                : ID();
 }
 
@@ -187,6 +190,9 @@ void Project::Adopt(ID declaration) {
     const Declaration* record = GetDeclaration(declaration);
     if (IdList* siblings = record ? DeclarationsOf(record->owner) : nullptr) {
         siblings->push_back(declaration);
+        if (Pou* const pou = EditPou(record->owner)) {
+            std::erase_if(pou->implicit, [=](ID id) { return id == declaration; });
+        }
     }
 }
 
@@ -259,6 +265,17 @@ void Project::AddCall(Pou& pou, Text callee) {
                                [callee](Text known) { return known == callee; })) {
         pou.calls.push_back(callee);
     }
+}
+
+BodyCode& Project::EditCode(Body& body) {
+    if (body.code == 0 && !spareCodes_.empty()) {
+        body.code = spareCodes_.back();
+        spareCodes_.pop_back();
+    } else if (body.code == 0) {
+        codes_.emplace_back();
+        body.code = static_cast<uint32_t>(codes_.size());
+    }
+    return codes_[body.code - 1];
 }
 
 // -- Reading --------------------------------------------------------------------------------------
@@ -345,15 +362,31 @@ uint32_t Project::LineOf(ID id) const {
     return WithRecord(*this, id, [](const auto& record) { return record.line; });
 }
 
+uint32_t Project::ColumnOf(ID id) const {
+    return WithRecord(*this, id, [](const auto& record) { return record.column; });
+}
+
+const BodyCode* Project::CodeOf(const Body& body) const {
+    return body.code != 0 ? &codes_[body.code - 1] : nullptr;
+}
+
 const SourceFile* Project::FileOf(ID id) const {
     if (SortOf(id) == Sort::kNone || SortOf(id) >= Sort::kPool) {
         return nullptr;
     }
-    const auto sort = static_cast<std::size_t>(SortOf(id));
+    // What replaced a declaration may have been entered behind the objects of other files.
+    const Declaration* const declaration = GetDeclaration(id);
+    const ID entered = declaration && declaration->owner != ID() ? declaration->owner : id;
+    const auto sort = static_cast<std::size_t>(SortOf(entered));
     const auto next = std::upper_bound(
-        files_.begin(), files_.end(), IndexOf(id),
+        files_.begin(), files_.end(), IndexOf(entered),
         [sort](uint32_t index, const FileBeginning& file) { return index < file.first[sort]; });
     return next == files_.begin() ? nullptr : &(next - 1)->file;
+}
+
+bool Project::IsOfLibrary(ID id) const {
+    const SourceFile* file = FileOf(id);
+    return file && file->isLibrary;
 }
 
 const IdList& Project::Below(ID id) const {

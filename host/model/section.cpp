@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 
 namespace lq::host {
 
@@ -27,8 +27,9 @@ constexpr RowOf<Scope, Keywords> kKeywords[] = {
      {{u"VAR_GLOBAL", u"VAR_GLOBAL_CONSTANT", u"VAR_GLOBAL_RETAIN",
        u"VAR_GLOBAL_CONSTANT_RETAIN"}}},
     {Scope::kConfig, {{u"VAR_CONFIG", nullptr, nullptr, nullptr}}},
+    {Scope::kAccess, {{u"VAR_ACCESS", nullptr, nullptr, nullptr}}},
 };
-static_assert(AreInOrder(kKeywords, Scope::kConfig));
+static_assert(AreInOrder(kKeywords, Scope::kAccess));
 
 const char16_t* Find(Section section) {
     const Keywords& keywords = kKeywords[static_cast<std::size_t>(section.scope)].value;
@@ -58,6 +59,8 @@ std::u16string WrittenSection(Section section) {
     text += isRetained || (marks & kMarkRetain) != 0 ? u" RETAIN" : u"";
     text += (marks & kMarkNonRetain) != 0 ? u" NON_RETAIN" : u"";
     text += (marks & kMarkPersistent) != 0 ? u" PERSISTENT" : u"";
+    text += (marks & kMarkReadOnly) != 0 ? u" READ_ONLY" : u"";
+    text += (marks & kMarkReadWrite) != 0 ? u" READ_WRITE" : u"";
     return text;
 }
 

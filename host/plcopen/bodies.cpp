@@ -1,100 +1,18 @@
-// Bodies. The project keeps no code, only what concerns names beyond a body: its labels and jumps,
-// and the POUs that it calls.
-//
-// In text, a call is a name before an opening bracket, in IL also an instruction that is a name.
-// Names that call nothing (standard operators) may be among them; only names of POUs count in the
-// end.
+// Bodies. Unless the project is to keep code, only what concerns names beyond a body is read: its
+// labels and jumps, and the POUs that it calls.
 
+#include <charconv>
 #include <string>
 
+#include "host/model/code_reader.h"
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
-#include "host/text/token_columns.h"
-#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
-#include "lq_data/host/words/words.h"
 
 namespace lq::host::plcopen {
 
 namespace {
-
-constexpr struct {
-    const char16_t* instruction;
-    bool conditional;
-} kJumps[] = {{u"JMP", false}, {u"JMPC", true}, {u"JMPCN", true}};
-
-class CodeReader {
-  public:
-    CodeReader(Project& project, Language language, Pou& pou, Body& body)
-        : project_(project), il_(language == Language::kIl), pou_(pou), body_(body) {}
-
-    void Take(const Token& token, uint32_t column) {
-        if (il_ && token.line != line_) {
-            EndLine();
-            line_ = token.line;
-        }
-        if (isInstruction_ && token.IsOperator(OP_COLON)) {
-            body_.labels.push_back({project_.Intern(name_), Line(), nameColumn_, false});
-            Keep({}, false);
-            atStart_ = true;
-            return;
-        }
-        const bool* jump = isInstruction_ ? JumpOf(name_) : nullptr;
-        if (!jump) {
-            EndName(isInstruction_ || token.IsOperator(OP_LPAREN));
-        } else if (token.kind == TK_IDENTIFIER) {
-            body_.jumps.push_back({project_.Intern(token.text), Line(), column, *jump});
-        }
-        const bool isName = token.kind == TK_IDENTIFIER && !behindDot_;
-        behindDot_ = token.IsOperator(OP_DOT);
-        Keep(isName ? token.text : u"", isName && il_ && atStart_);
-        nameColumn_ = column;
-        atStart_ = false;
-    }
-
-    // A line of IL has ended, or the whole text, in either language.
-    void EndLine() {
-        EndName(isInstruction_ && !JumpOf(name_));
-        Keep({}, false);
-        atStart_ = true;
-        behindDot_ = false;
-    }
-
-  private:
-    void Keep(std::u16string_view name, bool isInstruction) {
-        name_ = name;
-        isInstruction_ = isInstruction;
-    }
-
-    // What follows the kept name shows that it is called, or that it is not.
-    void EndName(bool called) {
-        if (called && IsIdentifier(name_.c_str())) {
-            project_.AddCall(pou_, project_.Intern(name_));
-        }
-    }
-
-    static const bool* JumpOf(const std::u16string& name) {
-        for (const auto& jump : kJumps) {
-            if (chars::EqualNoCase(jump.instruction, name.c_str())) {
-                return &jump.conditional;
-            }
-        }
-        return nullptr;
-    }
-
-    uint32_t Line() const { return static_cast<uint32_t>(line_); }
-
-    Project& project_;
-    const bool il_;
-    Pou& pou_;
-    Body& body_;
-    std::u16string name_;  // the last token, when it is a name, else empty
-    uint32_t nameColumn_ = 0;
-    bool isInstruction_ = false;  // it is the first of an IL line
-    bool atStart_ = true;         // nothing on the line yet, but for a label
-    bool behindDot_ = false;      // what follows is a part of something, and no POU
-    int32_t line_ = -1;
-};
 
 // A stream of code and the scanner, which outlives it.
 struct Binding {
@@ -106,11 +24,29 @@ struct Binding {
     Scanner& scanner;
 };
 
-// The labels, jumps and calls of IL or ST text.
-void ReadCode(Context& context, const Code& source, Language language, Pou& pou, Body& body) {
-    std::u16string code;
-    DecodeUtf8(source.text, code);
-    code = WithoutForeignText(code);
+void TakePragmas(CodeReader& reader, std::u16string_view text, const TextSpans& pragmas,
+                 const Code& source) {
+    uint32_t line = source.line;
+    uint32_t column = source.column;
+    std::size_t at = 0;
+    for (const auto& [begin, end] : pragmas) {
+        for (; at < begin; ++at) {
+            const bool isSecondHalf = text[at] >= 0xDC00 && text[at] <= 0xDFFF;
+            line += text[at] == u'\n' ? 1 : 0;
+            column = text[at] == u'\n' ? 1 : column + (isSecondHalf ? 0 : 1);
+        }
+        reader.TakePragma(text.substr(begin, end - begin), line, column);
+    }
+}
+
+// The labels, jumps and calls of IL or ST text, and its tokens where they are kept.
+void ReadCode(Context& context, const Code& source, Language language, Pou& pou, Body& body,
+              const BodyPiece* piece) {
+    std::u16string text;
+    DecodeUtf8(source.text, text);
+    TextSpans pragmas;
+    const std::u16string code =
+        WithoutForeignText(text, context.project.KeepsCode() ? &pragmas : nullptr);
     const auto length = static_cast<int32_t>(code.size());
     MEMSTREAM_W stream(code.c_str(), length, length, nullptr);
     const Binding binding(context.CodeScanner(), stream, static_cast<int>(source.line));
@@ -118,13 +54,19 @@ void ReadCode(Context& context, const Code& source, Language language, Pou& pou,
 
     TokenColumns columns(code, source.column);
     CodeReader reader(context.project, language, pou, body);
+    if (piece) {
+        reader.BeginPiece(*piece);
+    }
     for (Token token = scanner.GetToken(); token.kind != TK_EOF; token = scanner.GetToken()) {
         const uint32_t column = columns.Next(scanner, token);
         if (token.kind != TK_NEWLINE) {
-            reader.Take(token, column);
+            const uint16_t operation = token.kind == TK_OPERATOR ? token.GetCode() : uint16_t{0};
+            reader.Take(
+                {token.kind, operation, token.text, static_cast<uint32_t>(token.line), column});
         }
     }
     reader.EndLine();
+    TakePragmas(reader, text, pragmas, source);
 }
 
 constexpr struct {
@@ -144,6 +86,40 @@ Language LanguageOf(std::string_view element) {
     return Language::kNone;
 }
 
+// What stands in an attribute of a drawing's element, or of a chart's. Empty for any parent.
+constexpr struct {
+    std::string_view element;
+    std::string_view parent;
+    std::string_view attribute;
+    PieceRole role;
+    bool isExpression;
+} kAttributes[] = {
+    {"block", "", "typeName", PieceRole::kBlock, false},
+    {"variable", "inputVariables", "formalParameter", PieceRole::kInput, false},
+    {"variable", "outputVariables", "formalParameter", PieceRole::kOutput, false},
+    {"variable", "inOutVariables", "formalParameter", PieceRole::kInputOutput, false},
+    {"step", "", "name", PieceRole::kStep, false},
+    {"macroStep", "", "name", PieceRole::kMacroStep, false},
+    {"jumpStep", "", "targetName", PieceRole::kJumpStep, false},
+    {"reference", "condition", "name", PieceRole::kTransition, false},
+    {"reference", "action", "name", PieceRole::kAction, false},
+    {"action", "actionBlock", "indicator", PieceRole::kIndicator, true},
+    {"action", "actionBlock", "duration", PieceRole::kDuration, true},
+};
+
+// The expressions of a drawing, by the elements that they stand in.
+constexpr struct {
+    std::string_view element;
+    std::string_view parent;
+    PieceRole role;
+} kExpressions[] = {
+    {"expression", "inVariable", PieceRole::kIn},
+    {"expression", "outVariable", PieceRole::kOut},
+    {"expression", "inOutVariable", PieceRole::kInOut},
+    {"variable", "contact", PieceRole::kContact},
+    {"variable", "coil", PieceRole::kCoil},
+};
+
 class BodyReader {
   public:
     BodyReader(Context& context, Pou& pou, Body& body)
@@ -155,9 +131,11 @@ class BodyReader {
             ReadText(element, language);
             return;
         }
-        if (element.Name() == "expression") {
-            ReadText(element, Language::kSt);
+        if (ReadExpression(element)) {
             return;
+        }
+        if (context_.project.KeepsCode()) {
+            KeepAttributes(element);
         }
         if (element.Name() == "block") {
             context_.project.AddCall(pou_, Name(element, "typeName"));
@@ -174,9 +152,63 @@ class BodyReader {
     }
 
   private:
-    void ReadText(const Element& element, Language language) {
+    void ReadText(const Element& element, Language language, const BodyPiece* piece = nullptr) {
         const Code code = CodeOf(element);
-        ReadCode(context_, code, language, pou_, body_);
+        ReadCode(context_, code, language, pou_, body_, piece);
+    }
+
+    // Contacts and coils concern only who wants the code.
+    bool ReadExpression(const Element& element) {
+        for (const auto& row : kExpressions) {
+            if (row.element == element.Name() && row.parent == element.parent->Name() &&
+                (row.element == "expression" || context_.project.KeepsCode())) {
+                const BodyPiece piece = PieceOf(element, *element.parent, row.role);
+                ReadText(element, Language::kSt, &piece);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void KeepAttributes(const Element& element) {
+        for (const auto& row : kAttributes) {
+            const std::string_view value = Trim(element.Attribute(row.attribute));
+            if (row.element != element.Name() || value.empty() ||
+                (!row.parent.empty() && row.parent != element.parent->Name())) {
+                continue;
+            }
+            BodyPiece piece = PieceOf(element, element, row.role);
+            if (row.isExpression) {
+                const Code code{std::string(value), element.line, element.column};
+                ReadCode(context_, code, Language::kSt, pou_, body_, &piece);
+                continue;
+            }
+            const std::string_view initial = element.Attribute("initialStep");
+            if (row.role == PieceRole::kStep && (initial == "true" || initial == "1")) {
+                piece.role = PieceRole::kInitialStep;
+            }
+            piece.name = context_.Intern(value);
+            piece.second = context_.Intern(Trim(element.Attribute("instanceName")));
+            CodeReader(context_.project, Language::kSt, pou_, body_).BeginPiece(piece);
+        }
+    }
+
+    static uint32_t NumberOf(std::string_view text) {
+        uint32_t number = 0;
+        text = Trim(text);
+        std::from_chars(text.data(), text.data() + text.size(), number);
+        return number;
+    }
+
+    // A piece at `element` that belongs to `box`.
+    static BodyPiece PieceOf(const Element& element, const Element& box, PieceRole role) {
+        const Element* input = box.Child("connectionPointIn");
+        const Element* wire = input ? input->Child("connection") : nullptr;
+        return {.role = role,
+                .line = element.line,
+                .column = element.column,
+                .id = NumberOf(box.Attribute("localId")),
+                .wire = wire ? NumberOf(wire->Attribute("refLocalId")) : 0};
     }
 
     Text Name(const Element& element, std::string_view attribute) {
@@ -207,6 +239,7 @@ void ReadBody(Context& context, const Element& element, std::string_view name, P
     Body body;
     body.name = context.Intern(name);
     body.line = element.line;
+    body.column = element.column;
     for (const auto& child : element.children) {
         if (body.language == Language::kNone) {
             body.language = LanguageOf(child->Name());

@@ -129,6 +129,7 @@ void ReadProgramInstance(Context& context, const Element& instance, ID parent) {
     program.comment = context.Documentation(instance);
     program.parent = parent;
     program.line = instance.line;
+    program.column = instance.column;
     if (*program.typeName != 0) {
         context.project.AddProgramInstance(program);
     }
@@ -151,6 +152,7 @@ void ReadTask(Context& context, const Element& element, ID resource) {
     task.comment = context.Documentation(element);
     task.resource = resource;
     task.line = element.line;
+    task.column = element.column;
     const ID id = context.project.AddTask(task);
     for (const auto& child : element.children) {
         if (child->Name() == "pouInstance") {

@@ -8,18 +8,6 @@
 
 namespace lq::host {
 
-std::string ToText(const Report& report) {
-    std::string place = report.file;
-    if (report.line != 0) {
-        place += ":" + std::to_string(report.line) + ":" + std::to_string(report.column);
-    }
-    std::string text = report.path.empty() ? report.message : report.path + ": " + report.message;
-    if (report.more != 0) {
-        text = Say("{} (and {} more)", text, report.more);
-    }
-    return place + ": " + (report.error ? Say("error: {}", text) : text);
-}
-
 namespace plcopen {
 
 Text Context::Intern(std::string_view utf8) {
@@ -59,22 +47,9 @@ Scanner& Context::CodeScanner() {
 }
 
 void Context::Warn(const Element& where, uint16_t code, std::string message) {
-    constexpr std::size_t kMost = 1000;
-    if (byMessage_.size() >= kMost && !byMessage_.contains(message)) {
-        message = Say("there is more to report, which is not told");
-        code = kMoreReports;
+    if (Report* const report = reports_.Warn(where.line, where.column, std::move(message), code)) {
+        report->path = PathOf(where);
     }
-    const auto [known, isNew] = byMessage_.emplace(message, reports_.size());
-    if (!isNew) {
-        ++reports_[known->second].more;
-        return;
-    }
-    reports_.push_back(
-        {fileName_, where.line, where.column, PathOf(where), std::move(message), 0, false, code});
-}
-
-void Context::Fail(uint32_t line, uint32_t column, std::string message) {
-    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true, kUnreadable});
 }
 
 std::string_view HolderName(Context& context, const Element& holder, std::string_view name) {

@@ -4,12 +4,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "host/model/report_list.h"
 #include "host/plcopen/report_codes.h"
 #include "host/plcopen/xml_element.h"
-#include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/scanner.h"
@@ -19,19 +18,20 @@ namespace lq::host::plcopen {
 class Context {
   public:
     Context(Project& target, std::string fileName, std::vector<Report>& reports)
-        : project(target), fileName_(std::move(fileName)), reports_(reports) {}
+        : project(target), reports_(std::move(fileName), reports) {}
 
-    void BeginFile() { project.BeginFile({Intern(fileName_)}); }
+    void BeginFile() { project.BeginFile({Intern(reports_.FileName())}); }
 
     Text Intern(std::string_view utf8);
     Text InternType(std::string_view utf8);  // the last one again is not searched
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
-    // Reports of one message are grouped; of different ones the first thousand are kept.
     // The code says which check it is.
     void Warn(const Element& where, uint16_t code, std::string message);
-    void Fail(uint32_t line, uint32_t column, std::string message);
+    void Fail(uint32_t line, uint32_t column, std::string message) {
+        reports_.Fail(line, column, std::move(message));
+    }
 
     // The scanner of all bodies, without keywords; bound to no stream. Throws std::bad_alloc.
     Scanner& CodeScanner();
@@ -39,9 +39,7 @@ class Context {
     Project& project;
 
   private:
-    std::string fileName_;
-    std::vector<Report>& reports_;
-    std::unordered_map<std::string, std::size_t, BytesHash> byMessage_;  // indexes of reports_
+    ReportList reports_;
     std::u16string buffer_;
     std::string lastType_;
     Text lastTypeText_ = u"";

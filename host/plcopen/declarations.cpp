@@ -1,5 +1,8 @@
 // Variables, the lists that hold them, and data types.
 
+#include <utility>
+
+#include "host/model/reading.h"
 #include "host/plcopen/parts.h"
 #include "lq_data/host/text/message.h"
 
@@ -17,6 +20,16 @@ constexpr struct {
     {"globalVars", Scope::kGlobal},
 };
 
+constexpr struct {
+    std::string_view attribute;
+    unsigned mark;
+} kMarks[] = {
+    {"constant", kMarkConstant},
+    {"retain", kMarkRetain},
+    {"nonretain", kMarkNonRetain},
+    {"persistent", kMarkPersistent},
+};
+
 bool IsSet(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value == "true" || value == "1") {
@@ -30,56 +43,47 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
     return false;
 }
 
-const char* Settings(bool constant, bool retain) {
-    return !constant ? "retain" : retain ? "constant retain" : "constant";
+uint8_t DirectionOf(Context& context, const Element& access) {
+    const std::string_view direction = Trim(access.Attribute("direction"));
+    if (direction != "readOnly" && direction != "readWrite" && !direction.empty()) {
+        context.Warn(access, kBadAttribute, Say("the attribute direction of <{}> is neither readOnly nor "
+                                 "readWrite",
+                                 access.Name()));
+    }
+    return direction == "readOnly" ? kMarkReadOnly : direction == "readWrite" ? kMarkReadWrite : 0;
 }
 
 }  // namespace
 
 Section ReadSection(Context& context, const Element& list) {
-    Section section;
-    unsigned marks = 0;
+    Scope scope = Scope::kLocal;
     for (const auto& row : kLists) {
         if (row.list == list.Name()) {
-            section.scope = row.scope;
+            scope = row.scope;
         }
     }
-    section.constant = IsSet(context, list, "constant");
-    section.retain = IsSet(context, list, "retain");
-    const bool isNonRetain = IsSet(context, list, "nonretain");
-    if (isNonRetain && section.retain) {
-        context.Warn(list, kBadAttribute,
-                     Say("<{}> is retain and nonretain: it was read as nonretain", list.Name()));
-        section.retain = false;
+    unsigned marks = 0;
+    for (const auto& row : kMarks) {
+        marks |= IsSet(context, list, row.attribute) ? row.mark : 0u;
     }
-    marks |= section.constant ? kMarkConstant : 0u;
-    marks |= section.retain ? kMarkRetain : 0u;
-    marks |= isNonRetain ? kMarkNonRetain : 0u;
-    if (IsSet(context, list, "persistent")) {
-        marks |= kMarkPersistent;
-        context.Warn(list, kSectionNarrowed,
-                     Say("<{}> is persistent, which has no section keyword: it was read as retain",
-                         list.Name()));
-        section.retain = true;
+    std::vector<std::string> faults;
+    const std::string name = "<" + std::string(list.Name()) + ">";
+    const Section section = SectionOf(scope, marks, name, faults);
+    for (std::string& fault : faults) {
+        context.Warn(list, kSectionNarrowed, std::move(fault));
     }
-    Section nearest = NearestSection(section);
-    if (nearest != section) {
-        context.Warn(list, kSectionNarrowed,
-                     Say("<{}> with {} has no section keyword: it was read without {}", list.Name(),
-                         Settings(section.constant, section.retain),
-                         Settings(section.constant && !nearest.constant,
-                                  section.retain && !nearest.retain)));
-    }
-    nearest.marks = static_cast<uint8_t>(marks);
-    return nearest;
+    return section;
 }
 
 std::optional<Declaration> ReadVariable(Context& context, const Element& variable, ID owner,
                                         Section section) {
     Declaration declaration;
+    const bool isAccess = section.scope == Scope::kAccess;
     const bool isPath = section.scope == Scope::kConfig;
-    const std::string_view name =
-        Required(context, variable, isPath ? "instancePathAndName" : "name");
+    const std::string_view name = Required(context, variable,
+                                           isAccess ? "alias"
+                                           : isPath ? "instancePathAndName"
+                                                    : "name");
     declaration.name = section.scope == Scope::kGlobal ? context.Store(name) : context.Intern(name);
     if (*declaration.name == 0) {
         return {};
@@ -94,6 +98,10 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     }
     declaration.address = context.Intern(Trim(variable.Attribute("address")));
     declaration.comment = context.Documentation(variable);
+    if (isAccess) {
+        declaration.comment2 = context.Intern(Required(context, variable, "instancePathAndName"));
+        section.marks = DirectionOf(context, variable);
+    }
     declaration.owner = owner;
     declaration.line = variable.line;
     declaration.column = variable.column;
@@ -113,6 +121,7 @@ void ReadDataType(Context& context, const Element& dataType) {
                          dataType.Attribute("name")));
     }
     type.line = dataType.line;
+    type.column = dataType.column;
     type.comment = context.Documentation(dataType);
     const Element* base = dataType.Child("baseType");
     const Element* structure = base ? base->Child("struct") : nullptr;

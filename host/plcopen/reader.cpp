@@ -3,18 +3,15 @@
 // in memory at a time.
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
-#include <new>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "host/model/reading.h"
 #include "host/plcopen/context.h"
 #include "host/plcopen/parts.h"
 #include "host/plcopen/schema.h"
 #include "host/plcopen/xml.h"
-#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/message.h"
 
 namespace lq::host {
@@ -52,7 +49,7 @@ class Reader final : public ElementHandler {
     bool OpenResource(const Element& resource);
 
     void Leave(const Element&) {}
-    void CloseInterface(const Element&);
+    void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
     void CloseResource(const Element&) { resource_ = {}; }
 
@@ -60,6 +57,7 @@ class Reader final : public ElementHandler {
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
     void TakeVariable(const Element& variable);
     void TakeConfigVariable(const Element& variable);
+    void TakeAccessVariable(const Element& variable);
     void TakeResultType(const Element& type);
     void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
     void TakeNamedBody(const Element& part);
@@ -70,7 +68,6 @@ class Reader final : public ElementHandler {
     std::string_view NameOf(const Element& holder) {
         return HolderName(context_, holder, Required(context_, holder, "name"));
     }
-    bool IsImplicit(const Declaration& declaration) const;
 
     Context& context_;
     Project& project_;
@@ -82,7 +79,7 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
-    IdList implicit_;  // EN and ENO of the open POU
+    EnoPair eno_;  // of the open POU
 };
 
 // ORDER: elements that are streamed, then parts that are read as a whole.
@@ -101,6 +98,7 @@ const Reader::Step Reader::kSteps[] = {
     {"externalVars", &Reader::OpenVariables, &Reader::Leave},
     {"globalVars", &Reader::OpenVariables, &Reader::Leave},
     {"configVars", &Reader::Enter, &Reader::Leave},
+    {"accessVars", &Reader::Enter, &Reader::Leave},
     {"actions", &Reader::Enter, &Reader::Leave},
     {"transitions", &Reader::Enter, &Reader::Leave},
     {"instances", &Reader::Enter, &Reader::Leave},
@@ -112,6 +110,7 @@ const Reader::Step Reader::kSteps[] = {
     {"dataType", nullptr, &Reader::TakeDataType},
     {"variable", nullptr, &Reader::TakeVariable},
     {"configVariable", nullptr, &Reader::TakeConfigVariable},
+    {"accessVariable", nullptr, &Reader::TakeAccessVariable},
     {"returnType", nullptr, &Reader::TakeResultType},
     {"body", nullptr, &Reader::TakeBody},
     {"action", nullptr, &Reader::TakeNamedBody},
@@ -203,6 +202,7 @@ bool Reader::OpenVariables(const Element& element) {
     const std::string_view name = HolderName(context_, element, Trim(element.Attribute("name")));
     list.name = name.empty() ? project_.NameOf(list.parent) : context_.Intern(name);
     list.line = element.line;
+    list.column = element.column;
     owner_ = project_.AddVariableList(list);
     return true;
 }
@@ -211,6 +211,7 @@ bool Reader::OpenConfiguration(const Element& element) {
     Configuration configuration;
     configuration.name = context_.Intern(NameOf(element));
     configuration.line = element.line;
+    configuration.column = element.column;
     configuration_ = project_.AddConfiguration(configuration);
     return true;
 }
@@ -220,33 +221,12 @@ bool Reader::OpenResource(const Element& element) {
     resource.name = context_.Intern(NameOf(element));
     resource.configuration = configuration_;
     resource.line = element.line;
+    resource.column = element.column;
     resource_ = project_.AddResource(resource);
     return true;
 }
 
 // -- Parts ----------------------------------------------------------------------------------------
-
-// The format has no mark for the implicit parameters EN and ENO: a function or function block that
-// declares both has them. One with a comment, value or address of its own is a declaration, so that
-// these are kept.
-bool Reader::IsImplicit(const Declaration& declaration) const {
-    const Scope scope = declaration.section.scope;
-    const bool isPlain = !*declaration.comment && !*declaration.initValue && !*declaration.address;
-    return isPlain && project_.GetPou(pou_)->kind != LQ_KIND_PROGRAM &&
-           chars::EqualNoCase(declaration.type, u"BOOL") &&
-           ((scope == Scope::kInput && chars::EqualNoCase(declaration.name, u"EN")) ||
-            (scope == Scope::kOutput && chars::EqualNoCase(declaration.name, u"ENO")));
-}
-
-void Reader::CloseInterface(const Element&) {
-    const auto scope = [this](ID id) { return project_.GetDeclaration(id)->section.scope; };
-    if (implicit_.size() == 2 && scope(implicit_[0]) != scope(implicit_[1])) {
-        project_.EditPou(pou_)->eno = true;
-    } else {
-        std::ranges::for_each(implicit_, [this](ID id) { project_.Adopt(id); });
-    }
-    implicit_.clear();
-}
 
 void Reader::TakeHeader(const Element& header) {
     project_.SetName(context_.Intern(Trim(header.Attribute("name"))));
@@ -257,8 +237,7 @@ void Reader::TakeVariable(const Element& variable) {
     if (!declaration) {
         return;
     }
-    if (owner_ == pou_ && IsImplicit(*declaration)) {
-        implicit_.push_back(project_.AddAside(*declaration));
+    if (owner_ == pou_ && eno_.Take(project_, *declaration)) {
         return;
     }
     ID earlier;
@@ -273,6 +252,13 @@ void Reader::TakeVariable(const Element& variable) {
 void Reader::TakeConfigVariable(const Element& variable) {
     if (const auto declaration =
             ReadVariable(context_, variable, configuration_, {Scope::kConfig})) {
+        project_.AddAside(*declaration);
+    }
+}
+
+void Reader::TakeAccessVariable(const Element& variable) {
+    const ID owner = pou_ != ID() ? pou_ : configuration_;
+    if (const auto declaration = ReadVariable(context_, variable, owner, {Scope::kAccess})) {
         project_.AddAside(*declaration);
     }
 }
@@ -316,40 +302,13 @@ bool Read(std::istream& source, Context& context) {
     return false;
 }
 
-// Runs `read`, which returns success; what it throws becomes a report.
-template <typename Function>
-bool Contained(const std::string& fileName, std::vector<Report>& reports, Function read) noexcept {
-    const char* reason = Message("memory is short");
-    try {
-        return read();
-    } catch (const std::bad_alloc&) {
-    } catch (...) {
-        reason = Message("the file cannot be read");
-    }
-    try {
-        reports.push_back({fileName, 0, 0, {}, Say(reason), 0, true, plcopen::kUnreadable});
-    } catch (...) {  // no memory for the report either
-    }
-    return false;
-}
-
-// Why the path cannot be read as a file; empty when it can.
-std::string Obstacle(const std::string& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        return Say("there is no such file");
-    }
-    return std::filesystem::is_directory(status) ? Say("this is a folder, not a file") : "";
-}
-
 }  // namespace
 
 }  // namespace plcopen
 
 bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& project,
                  std::vector<Report>& reports) noexcept {
-    return plcopen::Contained(fileName, reports, [&] {
+    return Contained(fileName, reports, [&] {
         plcopen::Context context(project, fileName, reports);
         return plcopen::Read(source, context);
     });
@@ -357,18 +316,13 @@ bool ReadPlcopen(std::istream& source, const std::string& fileName, Project& pro
 
 bool ReadPlcopenFile(const std::string& path, Project& project,
                      std::vector<Report>& reports) noexcept {
-    return plcopen::Contained(path, reports, [&] {
-        plcopen::Context context(project, path, reports);
-        std::string obstacle = plcopen::Obstacle(path);
+    return Contained(path, reports, [&] {
         std::ifstream source;
-        if (obstacle.empty()) {
-            source.open(path, std::ios::binary);
-            obstacle = source ? "" : Say("the file cannot be opened");
-        }
-        if (!obstacle.empty()) {
-            context.Fail(0, 0, obstacle);
+        ReportList list(path, reports);
+        if (!OpenSource(source, list)) {
             return false;
         }
+        plcopen::Context context(project, path, reports);
         return plcopen::Read(source, context);
     });
 }

@@ -7,8 +7,6 @@
 namespace lq::host::plcopen {
 
 enum ReportCode : uint16_t {
-    kUnreadable = 1,
-    kMoreReports = 3,
     kUnknownElement = 10,
     kUnknownAttribute = 11,
     kUnknownText = 12,

@@ -58,7 +58,7 @@ constexpr Row kRows[] = {
     {"pou", "name pouType -globalId", "interface actions transitions body addData documentation"},
     {"interface", "",
      "returnType localVars tempVars inputVars outputVars inOutVars externalVars globalVars "
-     "!accessVars addData documentation"},
+     "accessVars addData documentation"},
     {"localVars", kListAttributes, kList},
     {"tempVars", kListAttributes, kList},
     {"inputVars", kListAttributes, kList},
@@ -69,6 +69,9 @@ constexpr Row kRows[] = {
     {"configVars", "-name", "configVariable addData !documentation"},
     {"configVariable", "instancePathAndName address -globalId",
      "type initialValue addData documentation"},
+    {"accessVars", "-name", "accessVariable addData !documentation"},
+    {"accessVariable", "alias instancePathAndName direction -globalId",
+     "type addData documentation"},
     {"variable", "name address -globalId", "type initialValue addData documentation"},
 
     {"returnType", "", kTypes},
@@ -138,7 +141,7 @@ constexpr Row kRows[] = {
     {"instances", "", "configurations"},
     {"configurations", "", "configuration"},
     {"configuration", "name -globalId",
-     "resource globalVars !accessVars configVars addData documentation"},
+     "resource globalVars accessVars configVars addData documentation"},
     {"resource", "name -globalId", "task globalVars pouInstance addData documentation"},
     {"task", "name single interval priority -globalId", "pouInstance addData documentation"},
     {"pouInstance", "name typeName type -globalId", "addData documentation"},

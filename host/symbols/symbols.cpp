@@ -67,7 +67,8 @@ bool Walk::IsWanted(uint32_t index) const {
     const ID holder = HolderOf(declaration);
     const Pou* pou = project_.GetPou(holder);
     const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
-    return SortOf(holder) != Sort::kDataType && !(pou && pou->isStandard) &&
+    return declaration.owner != ID() && SortOf(holder) != Sort::kDataType &&
+           declaration.section.scope != Scope::kAccess && !(pou && pou->isStandard) &&
            !(file && file->isLibrary) && (options_.unit == ID() || options_.unit == holder) &&
            (!options_.located || options_.expand || *declaration.address);
 }
@@ -86,8 +87,10 @@ void Walk::Tell(uint32_t index) {
         section_ = declaration.section;
         sectionText_ = WrittenSection(section_);
     }
-    const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
+    const ID id = MakeId(Sort::kDeclaration, index);
+    const SourceFile* file = project_.FileOf(id);
     Symbol symbol;
+    symbol.declaration = id;
     symbol.path = PathOf(declaration);
     symbol.name = declaration.name;
     symbol.section = sectionText_;
@@ -98,6 +101,7 @@ void Walk::Tell(uint32_t index) {
     symbol.file = file ? file->name : u"";
     symbol.line = declaration.line;
     symbol.column = declaration.column;
+    symbol.declaration = MakeId(Sort::kDeclaration, index);
     if (options_.expand) {
         expansion_.Run(symbol, section_.scope);
     } else {

@@ -9,7 +9,9 @@ namespace {
 
 class Blanker {
   public:
-    explicit Blanker(std::u16string_view text) : text_(text) { code_.reserve(text.size()); }
+    Blanker(std::u16string_view text, TextSpans* pragmas) : text_(text), pragmas_(pragmas) {
+        code_.reserve(text.size());
+    }
 
     std::u16string Run() {
         while (at_ < text_.size()) {
@@ -42,7 +44,11 @@ class Blanker {
         } else if (At(u"//")) {
             Blank(std::min(text_.find(u'\n', at_), text_.size()));
         } else if (At(u"{")) {
-            Blank(EndOfPragma(text_, at_));
+            const std::size_t end = EndOfPragma(text_, at_);
+            if (pragmas_) {
+                pragmas_->emplace_back(at_, end);
+            }
+            Blank(end);
         } else if (At(u"'") || At(u"\"")) {
             PassString();
         } else {
@@ -105,6 +111,7 @@ class Blanker {
     }
 
     std::u16string_view text_;
+    TextSpans* pragmas_;
     std::u16string code_;
     std::size_t at_ = 0;
     bool marksPair_ = true;  // no search for a comment's own closing mark was in vain
@@ -112,7 +119,7 @@ class Blanker {
 
 }  // namespace
 
-std::size_t EndOfPragma(std::u16string_view text, std::size_t at) {
+std::size_t EndOfPragma(std::u16string_view text, std::size_t at, bool* isOpen) {
     std::size_t open = 0;
     while ((at = text.find_first_of(u"{}", at)) < text.size()) {
         open = text[at++] == u'{' ? open + 1 : open - 1;
@@ -120,11 +127,14 @@ std::size_t EndOfPragma(std::u16string_view text, std::size_t at) {
             return at;
         }
     }
+    if (isOpen) {
+        *isOpen = true;
+    }
     return text.size();
 }
 
-std::u16string WithoutForeignText(std::u16string_view text) {
-    return Blanker(text).Run();
+std::u16string WithoutForeignText(std::u16string_view text, TextSpans* pragmas) {
+    return Blanker(text, pragmas).Run();
 }
 
 }  // namespace lq::host

@@ -1,4 +1,4 @@
-#include "host/text/token_columns.h"
+#include "lq_data/host/text/token_columns.h"
 
 #include <algorithm>
 

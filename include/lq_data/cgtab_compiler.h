@@ -57,6 +57,11 @@ class LQ_DATA_API CgTabCompiler {
     static int AppendCmp(CgTab& tables, POU_HEADER_TYP* header, uint16_t attr, POU_LIST* list,
                          CgTab::POS_DSC& range, int count);
 
+    // Takes back the lines of table 2 from `start` on, where a section begins: for one that was
+    // entered by several calls of AppendCmp, when one of them failed. The index of the table is
+    // built anew when it is next asked for.
+    static void TakeBackComponents(CgTab& tables, int32_t start);
+
     // Appends the line of a unit, also when there is one of that name: from then on a search finds
     // the new one. The position; -1 when the name has more than 255 characters or is null, or
     // memory is short.

@@ -1,4 +1,5 @@
-"""Every folder includes what lies below it, and nothing else: layers_test.py ROOT."""
+"""Every folder includes what lies below it, and nothing else; the tool and the examples do with the
+headers that are installed, and those of their own folder: layers_test.py ROOT."""
 
 import pathlib
 import re
@@ -25,11 +26,15 @@ BELOW = {
     "host/useradapt": ["include", "env"],
     "host/base": ["host/framework", "frame", "pouh"],
     "host/words": ["include", "env", "frame"],
-    "host/model": ["include", "env", "frame"],
+    "host/model": ["include", "env", "frame", "host/text", "host/words"],
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
+    "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
     "host/check": ["host/plcopen", "host/symbols"],
-    "tools/lq": ["host/check", "host/plcopen", "host/symbols", "host/base", "translate", "scanner"],
+    "host/text_source": ["host/model", "host/words", "host/text", "frame"],
+    "tools/lq": ["host/check", "host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses",
+                 "host/base", "translate"],
+    "host/uses": ["host/model", "host/words", "frame"],
     "tools/report": ["tools/lq"],
 }
 
@@ -51,10 +56,17 @@ def folder_of(name):
     return max((at for at in BELOW if name.startswith(at + "/")), key=len, default=name)
 
 
+def is_for_users(path, name):
+    """Whether a header of the project is installed or lies in the tool's own folders, or in that of
+    the example at `path`."""
+    return ((root / "include" / name).exists() or name.startswith("tools/")
+            or (path.parts[0] == "examples" and (root / path).with_name(name).exists()))
+
+
 def sources():
     for path in (root / "include").rglob("*.h"):
         yield folder_of(str(path.relative_to(root / "include"))), path
-    for folder in BELOW.keys() - {"include", "env"}:
+    for folder in ["examples", *(BELOW.keys() - {"include", "env"})]:
         for path in (root / folder).rglob("*.[hc]*"):
             yield folder, path
 
@@ -71,12 +83,17 @@ def allowed(folder):
 
 faults, count = [], 0
 for folder, path in sources():
-    for name in re.findall(r'^#include ["<]([^">]+)[">]', path.read_text(), re.M):
+    place = path.relative_to(root)
+    is_user = place.parts[0] in ("tools", "examples")
+    for quoted, name in re.findall(r'^#include (["<])([^">]+)[">]', path.read_text(), re.M):
         target = folder_of(name)
-        if path.name == "lq_data.h" or not target:
+        is_ours = target or quoted == '"'
+        if is_user and is_ours and not is_for_users(place, name):
+            faults.append(f"{place} includes {name}, which is not installed")
+        if path.name == "lq_data.h" or not target or folder == "examples":
             continue  # the header for everything, or one of others
         count += 1
         if target not in allowed(folder):
-            faults.append(f"{path.relative_to(root)} includes {name}")
+            faults.append(f"{place} includes {name}")
 print("\n".join(faults) or f"{count} includes")
 sys.exit(1 if faults or count < 500 else 0)

@@ -17,9 +17,11 @@ namespace fs = std::filesystem;
 using Use = void (*)(char (&)[64]);
 using FindClass = const void* (*)(const char*);
 
-constexpr const char* kLibraries[] = {"liblq_data.so.1", "liblq_host_base.so.1",
-                                      "liblq_host_model.so.1", "liblq_host_plcopen.so.1",
-                                      "liblq_host_symbols.so.1"};
+constexpr const char* kLibraries[] = {
+    "liblq_data.so.1",         "liblq_host_base.so.1",    "liblq_host_model.so.1",
+    "liblq_host_plcopen.so.1", "liblq_host_symbols.so.1", "liblq_host_text_source.so.1",
+    "liblq_host_diff.so.1",    "liblq_host_uses.so.1",
+};
 
 int faults = 0;
 

@@ -21,44 +21,6 @@ using Text = std::u16string;
 
 constexpr ID kUnknown = ID(12345);
 
-// An object whose kind promises a class that it has not, or whose parts are missing.
-template <typename Base>
-class Odd : public Base {
-  public:
-    explicit Odd(int32_t kind, LQOBJECT* header = nullptr, LQSELECTION* members = nullptr)
-        : header_(header), kind_(kind), members_(members) {}
-
-    const char16_t* GetName() const override { return header_ ? u"odd" : u"part"; }
-    const char16_t* GetType() const override { return u"INT"; }
-    const char16_t* GetComment(int32_t number) const override { return number == 0 ? u"o" : u"?"; }
-    const char16_t* GetDeclComment() const override { return u"first"; }
-    const char16_t* GetDeclComment2() const override { return u"second"; }
-    int32_t GetKind() const override { return kind_; }
-    int32_t QueryValue(int32_t query) const override { return query == 32 ? 4711 : -1; }
-    LQSELECTION* GetSelection() override { return members_; }
-
-  protected:
-    LQOBJECT* header_;
-
-  private:
-    int32_t kind_;
-    LQSELECTION* members_;
-};
-
-struct OddPou final : Odd<LQPOU> {
-    using Odd::Odd;
-    LQOBJECT* GetHeader() override { return header_; }
-    int GetEnoFlag() const override { return header_ ? 0 : 1; }
-    int32_t QueryValue(int32_t) const override { return -1; }
-};
-
-struct Members : LQSELECTION {
-    explicit Members(std::vector<ID> all) : ids(std::move(all)) {}
-    int32_t GetCount() const override { return static_cast<int32_t>(ids.size()); }
-    ID GetID(int32_t index) const override { return ids.at(static_cast<size_t>(index)); }
-    std::vector<ID> ids;
-};
-
 Lines Loaded(ID id, int expected = 1) {
     SYMBOL_TABLE_TYP* table = CreateSymbolTable();
     EXPECT_EQ(LoadSelectedSymbolTable(table, id), expected);
@@ -106,18 +68,16 @@ class Load : public testing::Test {
         Lines all;
         while (!parts.AtEnd()) {
             EXPECT_EQ(parts.LoadNext(most), 1);
-            const Lines part = Header();
-            EXPECT_LE(part.size(), most);
-            for (uint32_t i = 0; i < part.size(); ++i) {
-                const int32_t index = parts.SourceOf(i);
+            EXPECT_LE(Header().size(), most);
+            for (const lq::Declaration decl : lq::Declarations(header_)) {
+                const int32_t index = GetIndexOfDecl(decl.Record());
                 const auto& declared = project_.GetPou(id)->declarations;
-                const Text name =
-                    index < 0
-                        ? u""
-                        : project_.GetDeclaration(declared.at(static_cast<size_t>(index)))->name;
-                EXPECT_NE(part[i].find(name.empty() ? u" : 1 " : u" " + name + u" : "), Text::npos)
-                    << i;
-                all.push_back(part[i]);
+                if (index >= 0) {
+                    EXPECT_EQ(
+                        decl.Name(),
+                        project_.GetDeclaration(declared.at(static_cast<size_t>(index)))->name);
+                }
+                all.push_back(Describe(decl.Record()));
             }
         }
         return all;
@@ -182,9 +142,8 @@ TEST_F(Load, AnInterfaceIsTheParameters) {
     POUH_DECL_LIST_TYP* list = CreatePOUHDeclList();
     EXPECT_EQ(LoadInterface(list, dynamic_cast<LQPOU*>(project_.GetView(id))), 1);
     Text scopes;
-    for (DECL_TYP* decl = DeclAt(ListOf(list), LC_FIRST); decl;
-         decl = DeclAt(ListOf(list), LC_NEXT)) {
-        scopes += u" " + Number(decl->scope);
+    for (const lq::Declaration decl : lq::Declarations(list)) {
+        scopes += u" " + Number(decl.Scope());
     }
     EXPECT_EQ(scopes, u" 2 3 4 4 4 8 6 6 6 5 5 9");
     POUH_DECL_LIST_TYP* replaced = CreatePOUHDeclList();

@@ -1,4 +1,5 @@
-// A project for the loaders' tests, and records as one line of text each.
+// A project for the loaders' tests, objects that are not as they should be, and records as one line
+// of text each.
 #pragma once
 
 #include <map>
@@ -6,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 #include "tests/host/model/model_util.h"
 
 namespace lq::pouh {
@@ -58,8 +59,8 @@ using Lines = std::vector<std::u16string>;
 
 inline Lines DescribeAll(FLIST* list) {
     Lines lines;
-    for (DECL_TYP* decl = DeclAt(list, LC_FIRST); decl; decl = DeclAt(list, LC_NEXT)) {
-        lines.push_back(Describe(decl));
+    for (const Declaration decl : Declarations(list)) {
+        lines.push_back(Describe(decl.Record()));
     }
     return lines;
 }
@@ -72,5 +73,43 @@ inline Lines Names(FLIST* list) {
     }
     return names;
 }
+
+// An object whose kind promises a class that it has not, or whose parts are missing.
+template <typename Base>
+class Odd : public Base {
+  public:
+    explicit Odd(int32_t kind, LQOBJECT* header = nullptr, LQSELECTION* members = nullptr)
+        : header_(header), kind_(kind), members_(members) {}
+
+    const char16_t* GetName() const override { return header_ ? u"odd" : u"part"; }
+    const char16_t* GetType() const override { return u"INT"; }
+    const char16_t* GetComment(int32_t number) const override { return number == 0 ? u"o" : u"?"; }
+    const char16_t* GetDeclComment() const override { return u"first"; }
+    const char16_t* GetDeclComment2() const override { return u"second"; }
+    int32_t GetKind() const override { return kind_; }
+    int32_t QueryValue(int32_t query) const override { return query == 32 ? 4711 : -1; }
+    LQSELECTION* GetSelection() override { return members_; }
+
+  protected:
+    LQOBJECT* header_;
+
+  private:
+    int32_t kind_;
+    LQSELECTION* members_;
+};
+
+struct OddPou final : Odd<LQPOU> {
+    using Odd::Odd;
+    LQOBJECT* GetHeader() override { return header_; }
+    int GetEnoFlag() const override { return header_ ? 0 : 1; }
+    int32_t QueryValue(int32_t) const override { return -1; }
+};
+
+struct Members : LQSELECTION {
+    explicit Members(std::vector<ID> all) : ids(std::move(all)) {}
+    int32_t GetCount() const override { return static_cast<int32_t>(ids.size()); }
+    ID GetID(int32_t index) const override { return ids.at(static_cast<size_t>(index)); }
+    std::vector<ID> ids;
+};
 
 }  // namespace lq::pouh

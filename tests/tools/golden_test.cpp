@@ -3,6 +3,9 @@
 // anew.
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
+#include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -80,6 +83,13 @@ INSTANTIATE_TEST_SUITE_P(
                "symbols symbols.xml -l pumps.xml -e -u main 2>/dev/null | grep unknown", 0},
         Golden{"symbols_libraries.txt", "symbols plant.xml -l pumps.xml --check-libraries -u Clamp",
                1},
+        Golden{"diff.txt", "diff old.xml new.xml", 1},
+        Golden{"diff.json", "diff new.xml old.xml --json | head -45", 0},
+        Golden{"diff_image.txt",
+               "translate old.xml -o o >/dev/null 2>&1; \"$LQ\" diff o new.xml 2>/dev/null; s=$?; "
+               "rm o; exit $s",
+               1},
+        Golden{"diff_images.txt", "diff plant.xml plant.lqt", 0},
         Golden{"fb.txt", "fb plant.xml Mixing stirring", 0}, Golden{"types.txt", "types", 0},
         Golden{"value.txt",
                "value 0 255 -5 300 16#FF 1.5 TRUE T#1h30m D#2024-02-29 "
@@ -90,6 +100,20 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"value_lines.txt", "value - <values.txt", 1},
         Golden{"refused.txt", "translate refused.xml", 1},
         Golden{"refused_show.txt", "show refused.xml", 1},
+        Golden{"translate_files.json",
+               "translate twice.xml refused.xml -l library.xml -l pumps.xml --check-libraries "
+               "--json 2>/dev/null | grep -E '\\.xml|\"(name|list)\": \".{,9}\"'",
+               0},
+        Golden{"show_files.txt", "show twice.xml refused.xml -l library.xml -t globals 2>&1", 1},
+        Golden{"tasks_files.txt", "tasks plant.xml twice.xml -l library.xml", 0},
+        Golden{"uses.txt", "uses plant.xml mixing.STIRRING && $LQ uses plant.xml total", 0},
+        Golden{"uses.json", "uses twice.xml Controller.Start --with plant.xml --json", 0},
+        Golden{"uses_symbols.txt", "symbols plant.xml --uses -u Dosing -s name | cut -f 2,11", 0},
+        Golden{"uses_counts.txt",
+               "translate plant.xml --uses -o new.lqt >/dev/null && $LQ show new.lqt -f Start && "
+               "$LQ show new.lqt -f valve; rm new.lqt",
+               0},
+        Golden{"fb_files.txt", "fb plant.xml main own -w pumps.xml", 1},
         Golden{"empty.txt", "translate empty.xml", 1}, Golden{"scan.txt", "scan tokens.st", 1},
         Golden{"scan.json", "scan tokens.st --json", 1},
         Golden{"scan_errors.txt", "scan --errors tokens.st", 1},
@@ -139,7 +163,16 @@ constexpr const char* kComplaints[] = {
     "symbols plant.xml -l pumps.xml --unit pump", "symbols plant.xml ./plant.xml",
     "symbols plant.xml -l plant.xml", "symbols plant.xml -l plant.lqt", "symbols plant.lqt",
     "symbols nothing", "symbols plant.xml -l missing.xml",
+    "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
+    "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
+    "help nobody", "help show --wrong", "types --color=sometimes", "value abc --color always -q",
+    "translate refused.xml -q >/dev/null", "translate plant.xml --color=",
+    "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
+    "uses plant.xml lites", "uses plant.xml plant.start", "uses plant.lqt x", "uses plant.xml", "uses missing.xml x",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
+    "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",
+    "diff plant.xml short.lqt", "diff plant.xml damaged.lqt", "diff folder plant.xml",
+    "diff plant.lqt plant.xml", "diff refused.xml refused.xml",
     "symbols symbols.xml --expand 2>/dev/null | cut -f11 | LC_ALL=C sort -u",
 };
 // clang-format on
@@ -205,6 +238,37 @@ TEST(Language, IsThatOfTheFirstKey) {
                   c.isJapanese ? "lq: コマンドが指定されていません。lq --helpを参照してください\n"
                                : "lq: no command was given; see lq --help\n")
             << (c.user ? c.user : "none") << ", " << (c.machine ? c.machine : "none");
+    }
+}
+
+TEST(Language, IsThatOfTheEnvironmentWhereNoneIsRegistered) {
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {nullptr, "LANG=ja_JP.UTF-8", true},
+        {nullptr, "LC_MESSAGES=ja LANG=C", true},
+        {nullptr, "LC_ALL=C LANG=ja_JP.UTF-8", false},
+        {nullptr, "LC_ALL= LANG=ja_JP", true},
+        {"CodePage=1252\n", "LANG=ja_JP.UTF-8", false},
+    };
+    for (const auto& [line, environment, isJapanese] : cases) {
+        if (line) {
+            Register("user", line);
+        }
+        const Outcome outcome =
+            RunShell("env -u LC_ALL -u LC_MESSAGES " + std::string(environment) + " $LQ frob");
+        EXPECT_EQ(outcome.err.find("no command") == std::string::npos, isJapanese) << environment;
+    }
+}
+
+TEST(Help, FitsATerminalAndHasTwoNames) {
+    EXPECT_EQ(RunLq("help").out, RunLq("--help").out);
+    for (const char* command : {"translate", "show", "report", "scan", "value", "pou", "fb",
+                                "tasks", "symbols", "types"}) {
+        const std::string help = RunLq(std::string("help ") + command + " x").out;
+        EXPECT_EQ(help, RunLq(std::string(command) + " --help").out);
+        std::istringstream lines(help);
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(line.size(), 80U) << command << ": " << line;
+        }
     }
 }
 

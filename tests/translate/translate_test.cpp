@@ -187,6 +187,70 @@ TEST(Translate, RefusesWithReasonAttributeAndPlace) {
     EXPECT_EQ(result.units, 2u);
 }
 
+// The header of so long a unit is loaded in parts; what it becomes is what AppendCmp makes of the
+// whole one, and a name is declared twice across the parts, too.
+TEST(Translate, ALongUnit) {
+    SmallProject project, fine;
+    std::vector<uint32_t> refused;
+    const host::Section sections[] = {kLocal, kInput, kTemp, pouh::kOutput};
+    for (int i = 0; i < 4000; ++i) {
+        const bool isTwice = i % 500 == 499;
+        const bool isBad = i % 700 == 600;
+        const int number = isTwice ? i / 2 - 1 : i;
+        const char16_t* const name = project.Intern((isBad     ? u"1x"
+                                                     : isTwice ? u"v"
+                                                               : u"V") +
+                                                    pouh::Number(number));
+        const host::Section section = sections[number % 7 % 4];
+        const char16_t* const type = i % 10 == 0   ? u"ARRAY [0..9] OF INT"
+                                     : i % 10 == 1 ? u"TON"
+                                                   : u"INT";
+        const char16_t* const init = i % 10 > 1 ? project.Intern(pouh::Number(i % 99)) : u"";
+        project.Declare(project.unit, name, type, section, init);
+        if (isBad || isTwice) {
+            refused.push_back(project.Line());
+        } else {
+            fine.Declare(fine.unit, name, type, section, init);
+        }
+    }
+    ASSERT_EQ(refused.size(), 13u);
+    SetProject(&fine);
+    const auto expected = NewTables();
+    POU_HEADER_TYP* header = CreatePOUHeader();
+    POU_LIST instances;
+    CgTab::POS_DSC range;
+    EXPECT_EQ(LoadPOUHeader(header, fine.unit, 0), 1);
+    EXPECT_EQ(CgTabCompiler::AppendCmp(*expected, header, 0x84, &instances, range, 1), 1);
+    DestroyPOUHeader(header);
+    SetProject(&project);
+    for (const bool isTooLong : {false, true}) {
+        if (isTooLong) {
+            const std::u16string text = u"'" + std::u16string(70'000, u'x') + u"'";
+            project.Declare(project.unit, u"large", u"STRING(9)", kLocal, project.Intern(text));
+            refused.push_back(0);  // the unit's components
+        }
+        const auto tables = NewTables();
+        host::ProjectSource source(project);
+        const TranslationResult result = Translate(source, *tables, nullptr);
+        std::vector<uint32_t> lines;
+        for (const TranslationRefusal& refusal : result) {
+            lines.push_back(refusal.place.line);
+        }
+        EXPECT_EQ(lines, refused);
+        EXPECT_EQ(result.entered, isTooLong ? 0u : 3987u);
+        EXPECT_TRUE(ImageOf(*tables, CgTab::TAB_CMP) ==
+                    (isTooLong ? "" : ImageOf(*expected, CgTab::TAB_CMP)));
+        for (const CgTab::TAB_ID id : {CgTab::TAB_CST, CgTab::TAB_ARR}) {
+            EXPECT_TRUE(ImageOf(*tables, id).starts_with(ImageOf(*expected, id))) << id;
+        }
+        CgTab::POU_LINE unit;
+        ASSERT_EQ(tables->Look(u"Unit", &unit, 0), 0);
+        const UnitInfo info = UnitInfo::From(unit.info);
+        EXPECT_EQ(info.lines, isTooLong ? 0u : 3987u);
+        EXPECT_EQ(info.instances, 400u);
+    }
+}
+
 // Areas of every size, and none; lines that were there before keep theirs.
 TEST(Translate, FillsTheUserAreasOfNewLines) {
     WholeProject project;
@@ -283,6 +347,7 @@ std::string Said(CgTab& tables, const char16_t* name) {
     for (int32_t pos = 0; tables.Read(pos, temporary, 0, &line);) {
         if (std::u16string_view(temporary.name).starts_with(name)) {
             add(temporary.name, int{temporary.type}, temporary.count, line);
+            add(u"", temporary.type == IEC_STRING ? temporary.dsc.strLen : 0);
         }
     }
     return said;
@@ -322,15 +387,21 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
     EXPECT_EQ(Said(*tables, u"Unit"), before) << "without an edit";
 
-    // Others in the place of the declarations, of the temporary's type and of the labels.
-    host::Pou& unit = *project.EditPou(project.unit);
-    unit.declarations.clear();
-    unit.bodies.clear();
-    project.Declare(project.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
-    project.Declare(project.unit, u"Third", u"INT", kLocal, u"33");
-    project.Declare(project.unit, u"inner", u"WORD");
-    project.AddBody({{u"L1", 52}, {u"L2", 50}});
-    unit.bodies.back().jumps.assign(3, {u"L2", 51});
+    // Read anew: others in the place of the declarations, of the temporary's type and of the
+    // labels.
+    const auto replace = [&project](auto fill) {
+        SmallProject read;
+        fill(read);
+        EXPECT_TRUE(project.ReplacePou(project.unit, read, read.unit));
+    };
+    replace([](SmallProject& read) {
+        read.Declare(read.unit, u"Short", u"ARRAY [0..9] OF REAL", kTemp);
+        read.Declare(read.unit, u"Third", u"INT", kLocal, u"33");
+        read.Declare(read.unit, u"inner", u"WORD");
+        read.AddBody({{u"L1", 52}, {u"L2", 50}});
+        read.EditPou(read.unit)->bodies.back().jumps.assign(3, {u"L2", 51});
+    });
+    host::SetProject(&project);
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
     const auto fresh = Translated(project);
     EXPECT_EQ(Said(*tables, u"Unit"), Said(*fresh, u"Unit"));
@@ -340,10 +411,16 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
         EXPECT_EQ(ImageOf(*tables, id), ImageOf(*fresh, id));
     }
 
+    // Another type with a descriptor has room in the line.
+    replace([](SmallProject& read) { read.Declare(read.unit, u"Short", u"STRING(9)", kTemp); });
+    host::SetProject(&project);
+    EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
+    EXPECT_EQ(Said(*tables, u"Unit"), Said(*Translated(project), u"Unit"));
+
     // A type of another size has no room in the temporary's line: nothing is changed.
     const std::string now = Said(*tables, u"Unit");
-    unit.declarations.clear();
-    project.Declare(project.unit, u"Short", u"REAL", kTemp);
+    replace([](SmallProject& read) { read.Declare(read.unit, u"Short", u"REAL", kTemp); });
+    host::SetProject(&project);
     const int64_t size = SizeOf(*tables);
     EXPECT_EQ(enter(project.unit), TranslationOutcome::kProject);
     EXPECT_EQ(Said(*tables, u"Unit"), now);
@@ -381,6 +458,13 @@ TEST(TranslateUnit, NeverMakesASetTwiceAsLargeAsAFreshOne) {
 }
 
 TEST(Translate, TellsWantOfMemory) {
+    struct Short : TranslationSource {
+        const LQSELECTION* GetUnits() override {
+            ReportShortage();
+            return nullptr;
+        }
+    } atUnits;
+    EXPECT_EQ(Translate(atUnits, *NewTables(), nullptr).outcome, TranslationOutcome::kNoMemory);
     WholeProject project;
     project.Declare(project.list, u"1x", u"INT", pouh::kGlobal);
     project.Declare(project.unit, u"2x", u"INT");

@@ -1,6 +1,6 @@
 #include "tools/lq/describe.h"
 
-#include "frame/in_order.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/records.h"

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <vector>
 
-#include "cgtab/bytes.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/host/text/message.h"
+#include "lq_data/line_bytes.h"
 #include "tools/lq/command.h"
 #include "tools/lq/input.h"
 #include "tools/lq/output_file.h"
@@ -79,8 +79,7 @@ void CheckLengths(std::string_view bytes, const std::string& path) {
         if (bytes.size() - at < 4) {
             ThrowNoImage(path, Say("it ends before the length of table {}", table));
         }
-        const uint32_t length =
-            cgtab::LoadU32(reinterpret_cast<const unsigned char*>(bytes.data()) + at);
+        const uint32_t length = LoadU32(reinterpret_cast<const unsigned char*>(bytes.data()) + at);
         at += 4;
         if (length > bytes.size() - at) {
             ThrowNoImage(path, Say("table {} has a length of {} bytes, and {} are left", table,
@@ -97,7 +96,7 @@ void CheckLengths(std::string_view bytes, const std::string& path) {
 
 bool CanBeginImage(std::string_view beginning) {
     return beginning.size() < 4 ||
-           cgtab::LoadU32(reinterpret_cast<const unsigned char*>(beginning.data())) <= kMaxProject;
+           LoadU32(reinterpret_cast<const unsigned char*>(beginning.data())) <= kMaxProject;
 }
 
 bool IsImage(std::string_view bytes) {

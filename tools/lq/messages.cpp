@@ -68,10 +68,15 @@ InputError::InputError(const Place& place, const std::string& text)
     : CommandError(ToText(place), text) {}
 
 void PrintMessage(const std::string& text) {
-    PrintLineOf("lq", text);
+    if (!IsQuiet()) {
+        PrintLineOf("lq", text);
+    }
 }
 
 void PrintMessage(const Place& place, const std::string& text) {
+    if (IsQuiet()) {
+        return;
+    }
     PrintLineOf(ToText(place), text);
 }
 
@@ -87,8 +92,7 @@ void PrintMessage(const CommandError& error) {
     PrintLineOf(error.Origin(), error.what());
 }
 
-std::string FaultText(cgtab::DeclFault fault) {
-    using cgtab::DeclFault;
+std::string FaultText(DeclFault fault) {
     switch (fault) {
         case DeclFault::kNone:
             break;

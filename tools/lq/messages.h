@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cgtab/declaration.h"
+#include "lq_data/cgtab_compiler.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/command.h"
@@ -31,7 +31,7 @@ class InputError : public CommandError {
     InputError(const Place& place, const std::string& text);
 };
 
-// "lq: no table is called 'x'".
+// "lq: 'x' is no constant". None of these for a user who wants only what ends a command.
 void PrintMessage(const std::string& text);
 // "plant.xml:12:5: what is there".
 void PrintMessage(const Place& place, const std::string& text);
@@ -40,7 +40,7 @@ void PrintMessage(const host::Report& report);
 void PrintMessage(const CommandError& error);
 
 // Why a declaration was not entered.
-std::string FaultText(cgtab::DeclFault fault);
+std::string FaultText(DeclFault fault);
 
 // What is wrong with the text of an error token.
 std::string ScanErrorText(int32_t error);

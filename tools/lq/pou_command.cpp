@@ -48,10 +48,10 @@ std::string CommentText(const POUH_INFO_TYP* info, POUH_ATTRIBUTE_FLAG flag) {
     return comment ? EncodeUtf8(GetRemarkPointerOfPOUHComment(comment)) : "";
 }
 
-// The unit or data type of that name: units are looked for in the project and in its library.
-[[noreturn]] void NoUnit(const std::string& input, const host::Project& project,
-                         const std::string& name, bool withTypes) {
-    throw InputError({DisplayName(input)}, NoSuchUnit(project, name, withTypes));
+// The file of the unit, as the standard's have none that of the project.
+Place PlaceOf(const host::Project& project, ID unit, const ProjectFiles& files) {
+    const std::string file = FileNameOf(project, unit);
+    return file.empty() ? WholeOf(files) : Place{file};
 }
 
 // The declarations that may be instances for the unit: its own and the global ones.
@@ -72,7 +72,7 @@ std::vector<std::string> InstanceNames(const host::Project& project, const char1
 Json HeaderOf(const host::Project& project, const PouOptions& options, const std::u16string& name) {
     const HeaderPtr header(CreatePOUHeader());
     if (!header || !LoadPOUHeader(header.get(), name.c_str())) {
-        NoUnit(options.project, project, options.name, true);
+        ThrowNoUnit(options.files, project, options.name, true);
     }
     POUH_INFO_TYP* info = nullptr;
     uint32_t kind = PT_OTHER;
@@ -91,12 +91,12 @@ Json InterfaceOf(const host::Project& project, const PouOptions& options,
     LQNAVIOBJECT* object = LQNAVIOBJECTMAN::Get()->Get(FindPOUByName(name.c_str()));
     auto* pou = dynamic_cast<LQPOU*>(object);
     if (!pou) {
-        NoUnit(options.project, project, options.name, false);
+        ThrowNoUnit(options.files, project, options.name, false);
     }
     const DeclListPtr list(CreatePOUHDeclList());
     if (!list || !LoadInterface(list.get(), pou)) {
         throw InputError(
-            {DisplayName(options.project)},
+            PlaceOf(project, FindPOUByName(name.c_str()), options.files),
             Say("'{}' is no function or function block: it has no parameters", options.name));
     }
     return {{"name", EncodeUtf8(pou->GetName())},
@@ -107,7 +107,7 @@ Json InterfaceOf(const host::Project& project, const PouOptions& options,
 
 int RunPou(const PouOptions& options) {
     CurrentProject current;
-    const int status = ReadAndReport(options.project, current.project);
+    const int status = ReadAndReport(options.files, current.project);
     const std::u16string name = DecodeArgument(options.name);
     const Json unit = options.interfaceOnly ? InterfaceOf(current.project, options, name)
                                             : HeaderOf(current.project, options, name);
@@ -130,11 +130,11 @@ int RunPou(const PouOptions& options) {
 
 int RunFb(const FbOptions& options) {
     CurrentProject current;
-    const int status = ReadAndReport(options.project, current.project);
+    const int status = ReadAndReport(options.files, current.project);
     const std::u16string pou = DecodeArgument(options.pou);
     const std::u16string instance = DecodeArgument(options.instance);
     if (!FindPOUByName(pou.c_str()).GetNumber()) {
-        NoUnit(options.project, current.project, options.pou, false);
+        ThrowNoUnit(options.files, current.project, options.pou, false);
     }
     CLQString type;
     const bool found = FindFBName(instance.c_str(), pou.c_str(), &type) != 0;
@@ -149,7 +149,7 @@ int RunFb(const FbOptions& options) {
         PrintLine(OneLine(typeName));
     }
     if (!found) {
-        PrintMessage(Place{DisplayName(options.project)},
+        PrintMessage(PlaceOf(current.project, FindPOUByName(pou.c_str()), options.files),
                      Say("'{}' is no function block instance in '{}', nor a global one",
                          options.instance, options.pou) +
                          DidYouMean(options.instance, InstanceNames(current.project, pou.c_str())));

@@ -1,15 +1,20 @@
 #include "tools/lq/project_input.h"
 
+#include <algorithm>
 #include <istream>
 #include <streambuf>
 
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/host/text_source/text_source.h"
 #include "tools/lq/command.h"
+#include "tools/lq/encodings.h"
+#include "tools/lq/generated_text.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/source_files.h"
 #include "tools/lq/suggestion.h"
 
 namespace lq::tool {
@@ -17,15 +22,6 @@ namespace lq::tool {
 using host::Say;
 
 namespace {
-
-// A stream buffer over bytes that lie in memory.
-class BytesBuffer : public std::streambuf {
-  public:
-    explicit BytesBuffer(std::string_view bytes) {
-        char* begin = const_cast<char*>(bytes.data());  // only read
-        setg(begin, begin, begin + bytes.size());
-    }
-};
 
 // Hands on what another buffer reads, and shows how much that is.
 class CountingBuffer : public std::streambuf {
@@ -49,93 +45,152 @@ class CountingBuffer : public std::streambuf {
     uint64_t read_ = 0;
 };
 
-void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, host::Project& project,
+// The file's own words, where it was not read to its end.
+[[noreturn]] void ThrowUnread(const std::string& name, const std::vector<host::Report>& reports) {
+    if (reports.empty()) {
+        throw CommandError(Say("{}: cannot be read", name));
+    }
+    const host::Report& report = reports.back();
+    throw InputError({report.file, report.line, report.column}, Say("error: {}", report.message));
+}
+
+// What is wrong with a file that is one of many is a report.
+void Tell(const SourceFile& source, const CommandError& error, std::vector<host::Report>& reports) {
+    const bool isTold =
+        !reports.empty() && reports.back().error && reports.back().file == DisplayName(source.path);
+    if (!isTold) {
+        reports.push_back({DisplayName(source.path), 0, 0, {}, error.what(), 0, true});
+    }
+}
+
+void ReadFrom(InputBuffer& bytes, InputKind kind, const std::string& path,
+              const std::string& encoding, host::Project& project,
               std::vector<host::Report>& reports) {
     const std::string name = DisplayName(path);
-    Progress progress(Say("reading {}", name), size);
+    Progress progress(Say("reading {}", name), bytes.Size());
     CountingBuffer counting(bytes, progress);
-    std::istream source(&counting);
-    if (!host::ReadPlcopen(source, name, project, reports)) {
-        if (reports.empty()) {
-            throw CommandError(Say("{}: cannot be read", name));
-        }
-        const host::Report& report = reports.back();
-        throw InputError({report.file, report.line, report.column},
-                         Say("error: {}", report.message));
+    std::istream stream(&counting);
+    const bool isRead = kind == InputKind::kXml
+                            ? host::ReadPlcopen(stream, name, project, reports)
+                            : host::ReadText(stream, name, project, reports, CodePageOf(encoding));
+    bytes.ThrowFailure();  // what the system said of the file tells more than what a reader did
+    if (!isRead) {
+        ThrowUnread(name, reports);
     }
     host::SetProject(&project);
 }
 
-void ReadNoImage(const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    InputBuffer source(path, kMaxProject);
-    const std::string_view beginning = source.Peek();
-    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
-    if (beginning.size() >= kLength && CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
-        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
-    }
-    ReadProject(source, path, project, reports);
-}
-
-}  // namespace
-
-void ReadProject(const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    InputBuffer bytes(path, kMaxProject);
-    ReadProject(bytes, path, project, reports);
-}
-
-void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    try {
-        ReadFrom(bytes, bytes.Size(), path, project, reports);
-    } catch (const CommandError&) {
-        bytes.ThrowFailure();  // what the system said tells more than what the parser did
-        throw;
-    }
-}
-
-void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    BytesBuffer buffer(bytes);
-    ReadFrom(buffer, bytes.size(), path, project, reports);
-}
-
-int ReadAndReport(const std::string& path, host::Project& project) {
-    std::vector<host::Report> reports;
-    ReadProject(path, project, reports);
+int Report(const std::vector<host::Report>& reports) {
     for (const host::Report& report : reports) {
         PrintMessage(report);
     }
     return reports.empty() ? kDone : kInputHasFaults;
 }
 
-int ReadAndReport(const std::vector<std::string>& projects,
-                  const std::vector<std::string>& libraries, bool checkLibraries,
-                  host::Project& project) {
-    std::vector<std::string> inputs = projects;
-    inputs.insert(inputs.end(), libraries.begin(), libraries.end());
-    RefuseInputTwice(inputs);
-    int status = kDone;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const bool isLibrary = i >= projects.size();
-        std::vector<host::Report> reports;
-        ReadNoImage(inputs[i], project, reports);
-        if (isLibrary) {
-            project.CountAsLibrary();
-        }
-        if (isLibrary && !checkLibraries) {
-            continue;
-        }
-        for (const host::Report& report : reports) {
-            PrintMessage(report);
-            status = kInputHasFaults;
-        }
+}  // namespace
+
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
+                                          std::vector<host::Report>& reports) {
+    const std::string& path = files.projects.front();
+    if (IsFolder(path)) {
+        ReadProject(files, project, reports);
+        return nullptr;
     }
-    return status;
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = [&] {
+        const Progress progress(Say("reading {}", DisplayName(path)));
+        return source.Peek();
+    }();
+    const InputKind kind = KindOf(beginning);
+    if (kind != InputKind::kImage && !beginning.empty()) {
+        ReadFrom(source, kind, path, files.encoding, project, reports);
+        return nullptr;
+    }
+    const std::string bytes = ReadInput(source, path);
+    const Progress progress(Say("restoring {}", DisplayName(path)));
+    return RestoreImage(bytes, path);
 }
 
-std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes) {
+void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
+              std::vector<host::Report>& reports) {
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = source.Peek();
+    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
+    const InputKind kind = KindOf(beginning);
+    if (kind == InputKind::kImage && beginning.size() >= kLength) {
+        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
+    }
+    ReadFrom(source, kind, path, encoding, project, reports);
+}
+
+void ReadProject(const ProjectFiles& files, host::Project& project,
+                 std::vector<host::Report>& reports) {
+    const std::vector<SourceFile> sources = FilesOf(files, reports);
+    const std::vector<std::string> origins = OriginsOf(sources, files);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const SourceFile& source = sources[i];
+        std::vector<host::Report> unheard;
+        std::vector<host::Report>& heard =
+            source.isLibrary && !files.checkLibraries ? unheard : reports;
+        if (!origins[i].empty()) {
+            heard.push_back({DisplayName(source.path),
+                             0,
+                             0,
+                             {},
+                             Say("was left out: it declares what {} declares", origins[i])});
+            continue;
+        }
+        try {
+            ReadFile(source.path, files.encoding, project, heard);
+        } catch (const CommandError& error) {
+            if (!source.isFound) {
+                throw;
+            }
+            Tell(source, error, heard);
+        }
+        if (source.isLibrary) {
+            project.CountAsLibrary();
+        }
+    }
+    host::SetProject(&project);
+}
+
+int ReadAndReport(const ProjectFiles& files, host::Project& project) {
+    std::vector<host::Report> reports;
+    ReadProject(files, project, reports);
+    return Report(reports);
+}
+
+void RefuseInputAsOutput(const ProjectFiles& files, const std::string& output) {
+    std::vector<host::Report> reports;
+    for (const SourceFile& source : FilesOf(files, reports)) {
+        RefuseInputAsOutput(source.path, output);
+    }
+}
+
+Place WholeOf(const ProjectFiles& files) {
+    const bool isOne = files.projects.size() + files.others.size() == 1;
+    return {isOne ? DisplayName(files.projects.front()) : "lq"};
+}
+
+void NameFiles(const ProjectFiles& files, Json& document) {
+    document["files"] = Json::array();
+    document["libraries"] = Json::array();
+    for (const auto* list : {&files.projects, &files.others, &files.libraries}) {
+        Json& member = document[list == &files.libraries ? "libraries" : "files"];
+        for (const std::string& path : *list) {
+            member.push_back(DisplayName(path));
+        }
+    }
+}
+
+std::string FileNameOf(const host::Project& project, ID id) {
+    const host::SourceFile* file = project.FileOf(id);
+    return file ? host::EncodeUtf8(file->name) : "";
+}
+
+void ThrowNoUnit(const ProjectFiles& files, const host::Project& project, const std::string& name,
+                 bool withTypes) {
     Suggestion nearest(name);
     for (const host::Pou& pou : project.Pous()) {
         nearest.Consider(host::EncodeUtf8(pou.name));
@@ -145,10 +200,11 @@ std::string NoSuchUnit(const host::Project& project, const std::string& name, bo
             nearest.Consider(host::EncodeUtf8(type.name));
         }
     }
-    return Say(withTypes ? host::Message("no unit or data type is called '{}'")
-                         : host::Message("no unit is called '{}'"),
-               name) +
-           nearest.Text();
+    throw InputError(WholeOf(files),
+                     Say(withTypes ? host::Message("no unit or data type is called '{}'")
+                                   : host::Message("no unit is called '{}'"),
+                         name) +
+                         nearest.Text());
 }
 
 std::string ProgramName(const host::Project& project, const host::ProgramInstance& instance) {
@@ -156,36 +212,21 @@ std::string ProgramName(const host::Project& project, const host::ProgramInstanc
     return host::EncodeUtf8(pou.GetNumber() ? project.NameOf(pou) : instance.typeName);
 }
 
-TableInput ReadTables(const std::string& path) {
-    CurrentProject current;
-    return ReadTables(path, current.project);
-}
-
-TableInput ReadTables(const std::string& path, host::Project& project) {
+TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
-    InputBuffer source(path, kMaxProject);
-    const std::string_view beginning = [&] {
-        const Progress progress(Say("reading {}", DisplayName(path)));
-        return source.Peek();
-    }();
-    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
-        ReadProject(source, path, project, reports);  // piece by piece, not held as a whole
-    } else {
-        const std::string bytes = ReadInput(source, path);
-        if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-            const Progress progress(Say("restoring {}", DisplayName(path)));
-            return {RestoreImage(bytes, path), false, {}, kDone};
+    if (files.projects.size() == 1 && files.libraries.empty()) {
+        if (auto tables = ReadImageOrProject(files, project, reports)) {
+            return {std::move(tables), false, {}, kDone, {}};
         }
-        ReadProject(path, bytes, project, reports);
+    } else {
+        ReadProject(files, project, reports);
     }
     Translation translation = Translate(project);
-    for (const host::Report& report : reports) {
-        PrintMessage(report);
-    }
-    PrintRefusals(DisplayName(path), translation.refusals);
-    const bool isFine = reports.empty() && translation.refusals.empty();
+    const int status = Report(reports);
+    PrintRefusals(translation.refusals);
+    const bool isWhole = translation.refusals.empty();
     return {std::move(translation.tables), true, std::move(translation.refusals),
-            isFine ? kDone : kInputHasFaults};
+            isWhole ? status : kInputHasFaults, std::move(reports)};
 }
 
 }  // namespace lq::tool

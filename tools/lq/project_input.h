@@ -3,40 +3,51 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "lq_data/cgtab.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
-#include "tools/lq/input.h"
+#include "tools/lq/commands.h"
+#include "tools/lq/messages.h"
+#include "tools/lq/output.h"
 #include "tools/lq/translation.h"
 
 namespace lq::tool {
 
-// Reads a PLCopen project, piece by piece, into `project`, which becomes the current one. What the
-// reader has to say is added to `reports`. Throws CommandError when the document was not read to
-// its end.
-void ReadProject(const std::string& path, host::Project& project,
+// Reads one file, a document or a text, as ReadProject does.
+void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
+              std::vector<host::Report>& reports);
+
+// Reads a project, file by file, into `project`, which becomes the current one. What the reader
+// has to say is added to `reports`, of libraries only where that is asked for. Throws CommandError
+// for a document that was not read to its end, a file that is given twice, and an image.
+void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports);
-// The same for a document that was opened or read already; `path` names it.
-void ReadProject(InputBuffer& bytes, const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports);
-void ReadProject(const std::string& path, std::string_view bytes, host::Project& project,
-                 std::vector<host::Report>& reports);
+
+// The tables of the only file where it is an image; null for a project, which is read.
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
+                                          std::vector<host::Report>& reports);
 
 // The same for commands that only look at the project: the reports go to standard error, and the
 // result is the exit status so far.
-int ReadAndReport(const std::string& path, host::Project& project);
+int ReadAndReport(const ProjectFiles& files, host::Project& project);
 
-// The same for a project in several files, and libraries, whose reports are left out unless
-// `checkLibraries`. Throws CommandError for a file that is given twice and an image.
-int ReadAndReport(const std::vector<std::string>& projects,
-                  const std::vector<std::string>& libraries, bool checkLibraries,
-                  host::Project& project);
+// Throws when `output` leads to one of the files.
+void RefuseInputAsOutput(const ProjectFiles& files, const std::string& output);
+
+// The place of what concerns the project as a whole: its file, or of several none but the tool.
+Place WholeOf(const ProjectFiles& files);
+
+// Names the files in a document, as its members "files" and "libraries".
+void NameFiles(const ProjectFiles& files, Json& document);
+
+// The file that an object came from, as messages call it; empty for none.
+std::string FileNameOf(const host::Project& project, ID id);
 
 // "no unit is called 'Mixin'; did you mean 'Mixing'?"
-std::string NoSuchUnit(const host::Project& project, const std::string& name, bool withTypes);
+[[noreturn]] void ThrowNoUnit(const ProjectFiles& files, const host::Project& project,
+                              const std::string& name, bool withTypes);
 
 // The program that an instance runs: its name as the unit spells it, or as the instance does when
 // the project has no such unit.
@@ -58,12 +69,12 @@ struct TableInput {
     bool isProject = false;
     std::vector<Refusal> refusals;
     int status = 0;  // an ExitStatus
+    std::vector<host::Report> reports;
 };
 
-// The input's tables: an image's, or those that a project translates to. What is wrong with the
-// project goes to standard error. Throws CommandError.
-TableInput ReadTables(const std::string& path);
-// The same; a project is read into `project` and becomes the current one.
-TableInput ReadTables(const std::string& path, host::Project& project);
+// The input's tables: an image's, or those that a project translates to, which is read into
+// `project` and becomes the current one. What is wrong with the project goes to standard error.
+// Throws CommandError.
+TableInput ReadTables(const ProjectFiles& files, host::Project& project);
 
 }  // namespace lq::tool

@@ -2,14 +2,14 @@
 #include <new>
 #include <string_view>
 
-#include "frame/in_order.h"
-#include "host/text/token_columns.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/env/lq_base.h"
 #include "lq_data/host/text/message.h"
+#include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/scanner.h"
-#include "scanner/string_rules.h"
+#include "lq_data/string_escapes.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
 #include "tools/lq/describe.h"

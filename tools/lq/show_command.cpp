@@ -144,9 +144,10 @@ class TextOutput : public Output {
 // One document, piece by piece.
 class JsonOutput : public Output {
   public:
-    JsonOutput(const std::string& input, ComponentRows* components) : components_(components) {
+    JsonOutput(const ProjectFiles& files, ComponentRows* components) : components_(components) {
         Json head = NewDocument();
-        head["input"] = DisplayName(input);
+        head["input"] = DisplayName(files.projects.front());
+        NameFiles(files, head);
         PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"tables\": {");
     }
 
@@ -230,7 +231,7 @@ class Shower {
         if (isShown) {
             output_.End();
         }
-        return !ReportDamage(options_.input, id, damagedAt);
+        return !ReportDamage(options_.files.projects.front(), id, damagedAt);
     }
 
     // False when nothing was found in any of the tables, which becomes a message.
@@ -241,7 +242,7 @@ class Shower {
                 RowReader reader = ReaderOf(id);
                 SuggestNames(id, reader, suggestion);
             }
-            PrintMessage(Place{DisplayName(options_.input)},
+            PrintMessage(WholeOf(options_.files),
                          Say("nothing is called '{}'", options_.find) + suggestion.Text());
         }
         return hasShown_;
@@ -262,7 +263,7 @@ class Shower {
 
 std::unique_ptr<Output> OutputOf(const ShowOptions& options, ComponentRows* components) {
     if (options.json) {
-        return std::make_unique<JsonOutput>(options.input, components);
+        return std::make_unique<JsonOutput>(options.files, components);
     }
     return std::make_unique<TextOutput>(components);
 }
@@ -288,11 +289,13 @@ bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const Show
 }  // namespace
 
 int RunShow(const ShowOptions& options) {
-    RefuseImageWithJson(options.save, options.json);
+    CheckImageOutput(options.save, options.json);
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
-    auto [tables, isProject, refusals, status] = ReadTables(options.input);
+    CurrentProject current;
+    auto [tables, isProject, refusals, status, reports] =
+        ReadTables(options.files, current.project);
     if (isProject) {  // an image may be saved in its own place
-        RefuseInputAsOutput(options.input, options.save);
+        RefuseInputAsOutput(options.files, options.save);
     }
     const auto save = [&options, &set = *tables] {
         const Progress progress(Say("saving {}", options.save));

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <type_traits>
 
-#include "cgtab/bytes.h"
-#include "frame/in_order.h"
 #include "lq_data/cgtab_compiler.h"
 #include "lq_data/detail/chars.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/line_bytes.h"
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
@@ -124,7 +124,7 @@ bool ReadLine(CgTab& tables, int32_t& pos, Row& row) {
     }
     Describe(tables, pos, line, row);
     if constexpr (!std::is_same_v<Line, CgTab::DBG_INFO>) {
-        const uint32_t sourceLine = cgtab::LoadU32(usr);
+        const uint32_t sourceLine = LoadU32(usr);
         row.push_back(sourceLine != 0 ? Cell(sourceLine) : Cell());
     }
     pos = next;

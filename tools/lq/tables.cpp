@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <new>
 
-#include "cgtab/bytes.h"
 #include "lq_data/cgtab_compiler.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/line_bytes.h"
 #include "lq_data/pouh.h"
 
 namespace lq::tool {
-
-using cgtab::LoadU32;
-using cgtab::StoreU32;
 
 namespace {
 

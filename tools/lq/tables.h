@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/in_order.h"
 #include "lq_data/cgtab.h"
+#include "lq_data/detail/in_order.h"
 #include "lq_data/translate.h"
 
 namespace lq::tool {

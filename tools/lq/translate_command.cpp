@@ -10,6 +10,7 @@
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
 #include "tools/lq/translation.h"
+#include "tools/lq/use_counts.h"
 
 namespace lq::tool {
 
@@ -30,20 +31,23 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
                             {"name", refusal.name},
                             {"type", refusal.type},
                             {"reason", refusal.reason},
+                            {"file", refusal.file},
                             {"line", refusal.line},
                             {"column", refusal.column}});
     }
     Json found = Json::array();
     for (const host::Report& report : reports) {
-        found.push_back({{"line", report.line},
+        found.push_back({{"file", report.file},
+                         {"line", report.line},
                          {"column", report.column},
                          {"element", report.path},
                          {"message", report.message},
                          {"more", report.more}});
     }
     Json document = NewDocument();
-    document.update({{"project", DisplayName(options.project)},
-                     {"image", options.output.empty() ? Json(nullptr) : Json(options.output)},
+    document["project"] = DisplayName(options.files.projects.front());
+    NameFiles(options.files, document);
+    document.update({{"image", options.output.empty() ? Json(nullptr) : Json(options.output)},
                      {"declarations", translation.declarations},
                      {"tables", tables},
                      {"refused", refusals},
@@ -68,15 +72,21 @@ void PrintSummary(Translation& translation) {
 }  // namespace
 
 int RunTranslate(const TranslateOptions& options) {
-    RefuseImageWithJson(options.output, options.json);
-    RefuseInputAsOutput(options.project, options.output);
+    CheckImageOutput(options.output, options.json);
+    RefuseInputAsOutput(options.files, options.output);
     std::vector<host::Report> reports;
     // The process ends with the command: giving a large project back piece by piece would only
     // delay it.
     static host::Project& project = *new host::Project;
     static Translation& translation = *new Translation;
-    ReadProject(options.project, project, reports);
+    if (options.uses) {
+        project.KeepCode();
+    }
+    ReadProject(options.files, project, reports);
     translation = Translate(project);
+    if (options.uses) {
+        CountUsesInTables(project, *translation.tables);
+    }
     if (!options.output.empty()) {
         const Progress progress(Say("saving {}", options.output));
         SaveImage(*translation.tables, options.output);
@@ -84,7 +94,7 @@ int RunTranslate(const TranslateOptions& options) {
     for (const host::Report& report : reports) {
         PrintMessage(report);
     }
-    PrintRefusals(DisplayName(options.project), translation.refusals);
+    PrintRefusals(translation.refusals);
     const bool isResultImage = options.output == "-";  // nothing must follow it there
     if (!isResultImage && options.json) {
         PrintJson(SummaryJson(options, translation, reports));
@@ -92,7 +102,7 @@ int RunTranslate(const TranslateOptions& options) {
         PrintSummary(translation);
     }
     if (translation.declarations == 0) {
-        PrintMessage(Place{DisplayName(options.project)}, Say("the project has no declarations"));
+        PrintMessage(WholeOf(options.files), Say("the project has no declarations"));
         return kInputHasFaults;
     }
     return translation.refusals.empty() && reports.empty() ? kDone : kInputHasFaults;

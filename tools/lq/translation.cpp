@@ -10,6 +10,7 @@
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -82,6 +83,7 @@ Refusal ToRefusal(const host::Project& project, const TranslationRefusal& refusa
                                       : u""),
             EncodeUtf8(declaration ? declaration->type : u""),
             ReasonOf(refusal),
+            FileNameOf(project, declaration ? refusal.object : refusal.owner),
             refusal.place.line,
             refusal.place.column};
 }
@@ -96,9 +98,9 @@ ID NamedType(const host::Project& project, const host::Declaration& declaration)
     return id.GetNumber() ? id : project.FindAnyPou(name);
 }
 
-void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals) {
+void PrintRefusals(const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {
-        PrintMessage({file, refusal.line, refusal.column},
+        PrintMessage({refusal.file, refusal.line, refusal.column},
                      refusal.list + (refusal.name.empty() ? "" : ".") + refusal.name + ": " +
                          refusal.reason);
     }

@@ -17,7 +17,8 @@ struct Refusal {
     std::string name;
     std::string type;  // as written
     std::string reason;
-    uint32_t line = 0;  // in the project file, as the next
+    std::string file;
+    uint32_t line = 0;  // in the file, as the next
     uint32_t column = 0;
 };
 
@@ -33,7 +34,7 @@ struct Translation {
 ID NamedType(const host::Project& project, const host::Declaration& declaration);
 
 // One message a refusal.
-void PrintRefusals(const std::string& file, const std::vector<Refusal>& refusals);
+void PrintRefusals(const std::vector<Refusal>& refusals);
 
 // Fills a new table set from the project: its globals, with their address, constant and array
 // lines; the units with their components; labels and jumps of their bodies and their temporaries,

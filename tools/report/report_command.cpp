@@ -12,13 +12,15 @@ namespace lq::tool {
 using host::Say;
 
 int RunReport(const ReportOptions& options) {
-    RefuseInputAsOutput(options.input, options.output);
+    RefuseInputAsOutput(options.files, options.output);
     CurrentProject current;
-    TableInput input = ReadTables(options.input, current.project);
+    TableInput input = ReadTables(options.files, current.project);
     const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     ReportPage page(file);
-    WriteReportData(options.input, input, current.project, page);
+    WriteReportTables(options.files.projects.front(), input, current.project, page);
+    page.EndTables();
+    WriteReportProject(options.files, input, current.project, page);
     page.Finish();
     file.Finish();
     return input.status;

@@ -55,6 +55,80 @@ TEST(Project, RefusesOwnersOfTheWrongSort) {
     EXPECT_FALSE(project.SetComment(ID(), u"none"));
 }
 
+// Which identifiers the declarations of a POU have that is replaced again and again: "+" ends those
+// that are its own, behind it is what was added aside.
+TEST(Project, ReplacesAPouThatWasReadAnew) {
+    CurrentProject project;
+    project.BeginFile({u"own.xml"});
+    const ID pou = project.NewPou(LQ_KIND_PROGRAM, u"P");
+    const ID first = project.NewVar(pou, u"a", u"INT");
+    project.NewVar(pou, u"b", u"INT");
+    project.BeginFile({u"library.xml", true});
+    const auto replace = [&](std::string_view names, Text name = u"p") {
+        Project read;
+        Pou record;
+        record.name = read.Intern(name);
+        record.comment = read.Intern(u"anew");
+        const ID id = read.AddPou(record);
+        bool isAside = false;
+        for (const char c : names) {
+            Declaration variable;
+            variable.owner = id;
+            variable.name = read.Intern(std::u16string(1, static_cast<char16_t>(c)));
+            if (c != '+') {
+                isAside ? read.AddAside(variable) : read.AddDeclaration(variable);
+            }
+            isAside = isAside || c == '+';
+        }
+        read.AddCall(*read.EditPou(id), read.Intern(u"Callee"));
+        Body& body = read.EditPou(id)->bodies.emplace_back();
+        body.labels.emplace_back().name = read.Intern(u"L");
+        read.EditCode(body).tokens.push_back({read.Intern(u"t")});
+        return project.ReplacePou(pou, read, id);
+    };
+    const auto told = [&] {
+        std::string text;
+        const Pou& now = *project.GetPou(pou);
+        for (const IdList& list : {now.declarations, {ID()}, now.implicit}) {
+            for (const ID id : list) {
+                const Text name = project.NameOf(id);
+                text += id == ID() ? "+"
+                                   : static_cast<char>(*name) +
+                                         std::to_string(IndexOf(id) - IndexOf(first));
+                EXPECT_TRUE(id == ID() || project.FileOf(id)->name == project.FileOf(pou)->name);
+            }
+        }
+        return text;
+    };
+    const struct {
+        const char* names;
+        const char* ids;
+    } rows[] = {{"ab", "a0b1+"},  {"Bcd", "B1c0d2+"},     {"", "+"},
+                {"x+y", "x2+y0"}, {"yx", "y0x2+"},        {"xxx", "x2x0x1+"},
+                {"xz", "x2z1+"},  {"efg+h", "e1f2g0+h3"}, {"h+e", "h3+e1"}};
+    for (const auto& row : rows) {
+        EXPECT_TRUE(replace(row.names));
+        EXPECT_EQ(told(), row.ids) << row.names;
+    }
+    const Pou& now = *project.GetPou(pou);
+    EXPECT_EQ(now.name, project.Intern(u"p"));
+    EXPECT_EQ(now.comment, project.Intern(u"anew"));
+    EXPECT_EQ(now.calls, std::vector<Text>{project.Intern(u"Callee")});
+    EXPECT_EQ(now.bodies.at(0).labels.at(0).name, project.Intern(u"L"));
+    EXPECT_EQ(project.CodeOf(now.bodies.at(0)), nullptr);
+    project.KeepCode();
+    EXPECT_TRUE(replace("a"));
+    EXPECT_EQ(project.CodeOf(now.bodies.at(0))->tokens.at(0).text, project.Intern(u"t"));
+    const std::size_t count = project.Declarations().size();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_TRUE(replace(i % 2 != 0 ? "abcd" : "efg"));
+    }
+    EXPECT_EQ(project.Declarations().size(), count);
+    EXPECT_LE(now.bodies[0].code, 2u) << "the code that is kept and the next";
+    EXPECT_FALSE(replace("a", u"Q"));
+    EXPECT_FALSE(project.ReplacePou(pou, project, project.FindLibraryPou(u"TON")));
+}
+
 // The first of a name without regard to case, among enough to let the index grow several times.
 TEST(Project, FindsTheFirstOfEveryName) {
     CurrentProject project;

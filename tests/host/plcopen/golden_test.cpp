@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lq_data/host/uses/uses.h"
 #include "tests/host/model/model_util.h"
 #include "tests/host/plcopen/plcopen_util.h"
 
@@ -22,6 +23,10 @@ std::string Part(std::string_view before, Text text, std::string_view behind = "
 
 std::string Place(uint32_t line, uint32_t column) {
     return std::to_string(line) + ":" + std::to_string(column);
+}
+
+std::string PlaceOf(ID id) {
+    return Place(GetProject()->LineOf(id), GetProject()->ColumnOf(id));
 }
 
 std::string KindName(int32_t kind) {
@@ -48,9 +53,8 @@ std::string DescribeDeclaration(ID id) {
     const std::unique_ptr<LQOBJECT> view(LQDECLMAN::Get()->Get(id));
     const auto* header = dynamic_cast<const LQPOUHDECL*>(view.get());
     const auto* global = dynamic_cast<const LQGVLDECL*>(view.get());
-    const Declaration* record = project.GetDeclaration(id);
-    return (record ? Place(record->line, record->column) : std::to_string(project.LineOf(id))) +
-           " " + KindName(view->GetKind()) + (header ? Part(" ", header->GetClass()) : "") +
+    return PlaceOf(id) + " " + KindName(view->GetKind()) +
+           (header ? Part(" ", header->GetClass()) : "") +
            (global ? Part(" ", global->GetClass()) : "") + Part(" ", view->GetName()) +
            Part(" AT ", view->GetAddress()) + Part(" : ", view->GetType()) +
            Part(" := ", view->GetInitValue()) + Part(" (* ", view->GetDeclComment(), " *)");
@@ -63,6 +67,11 @@ std::string Lines(const LQSELECTION& selection, const std::string& indent) {
     }
     return text;
 }
+
+constexpr const char* kRoles[] = {"ST",           "IL",     "in",        "out",     "in-out",
+                                  "contact",      "coil",   "block",     "input",   "output",
+                                  "input-output", "step",   "initial",   "macro",   "jump",
+                                  "transition",   "action", "indicator", "duration"};
 
 std::string Marks(std::string_view title, const std::vector<Mark>& marks) {
     std::string text;
@@ -84,7 +93,7 @@ std::string Describe(const Project& project, ID id) {
         Part(" (* ", view.GetComment(0), " *)") + Part(" header (* ", header.GetComment(0), " *)") +
         "\n" + Lines(*view.GetSelection(), "    ");
     for (const Body& body : pou.bodies) {
-        text += "    " + std::to_string(body.line) + " " +
+        text += "    " + Place(body.line, body.column) + " " +
                 kLanguages[static_cast<std::size_t>(body.language)] + Part(" ", body.name) +
                 Marks(" labels", body.labels) + Marks(" jumps", body.jumps) + "\n";
     }
@@ -105,7 +114,7 @@ std::string DescribeTypes(const Project& project) {
     std::string text;
     for (uint32_t i = 0; i < project.DataTypes().size(); ++i) {
         LQNAVIOBJECT& view = *LQNAVIOBJECTMAN::Get()->Get(MakeId(Sort::kDataType, i));
-        text += std::to_string(project.DataTypes()[i].line) + " type" + Part(" ", view.GetName()) +
+        text += PlaceOf(MakeId(Sort::kDataType, i)) + " type" + Part(" ", view.GetName()) +
                 (view.GetKind() == LQ_KIND_DUT ? " STRUCT" : "") + Part(" : ", view.GetType()) +
                 Part(" := ", view.GetInitValue()) + Part(" (* ", view.GetDeclComment(), " *)") +
                 "\n" + Lines(*view.GetSelection(), "    ");
@@ -118,13 +127,13 @@ std::string DescribeResources(const Project& project) {
     const LQCOLLECTION& resources = *LQNAVIOBJECTMAN::Get()->GetResourcePool();
     for (int32_t i = 0; i < resources.GetMemberCount(); ++i) {
         const Resource& resource = *project.GetResource(resources.GetID(i));
-        text += std::to_string(resource.line) + " resource " +
+        text += PlaceOf(resources.GetID(i)) + " resource " +
                 EncodeUtf8(project.NameOf(resource.configuration)) + "." +
                 EncodeUtf8(resource.name) + Part(" (* ", resource.comment, " *)") + "\n";
         for (const ID id : resource.tasks) {
             auto& task = static_cast<LQTASK&>(*LQNAVIOBJECTMAN::Get()->Get(id));
-            text += "    " + std::to_string(project.LineOf(id)) + " task" +
-                    Part(" ", task.GetName()) + Part(" priority ", task.GetPriority()) +
+            text += "    " + PlaceOf(id) + " task" + Part(" ", task.GetName()) +
+                    Part(" priority ", task.GetPriority()) +
                     Part(" interval ", task.GetInterval()) + Part(" event ", task.GetEvent()) +
                     Part(" (* ", task.GetComment(0), " *)") + "\n" +
                     Lines(*task.GetSelection(), "        ");
@@ -139,26 +148,74 @@ std::string DescribeResources(const Project& project) {
 std::string Describe(const Project& project) {
     std::string text = "project" + Part(" ", project.Name()) + "\n";
     for (const Configuration& configuration : project.Configurations()) {
-        text += std::to_string(configuration.line) + " configuration" +
+        text += Place(configuration.line, configuration.column) + " configuration" +
                 Part(" ", configuration.name) + Part(" (* ", configuration.comment, " *)") + "\n";
     }
     text += DescribeResources(project);
     for (uint32_t i = 0; i < project.VariableLists().size(); ++i) {
         const VariableList& list = project.VariableLists()[i];
         LQNAVIOBJECT& view = *LQNAVIOBJECTMAN::Get()->Get(MakeId(Sort::kVariableList, i));
-        text += std::to_string(list.line) + " globals " + EncodeUtf8(project.NameOf(list.parent)) +
-                "." + EncodeUtf8(view.GetName()) + Part(" (* ", view.GetComment(0), " *)") + "\n" +
+        text += Place(list.line, list.column) + " globals " +
+                EncodeUtf8(project.NameOf(list.parent)) + "." + EncodeUtf8(view.GetName()) +
+                Part(" (* ", view.GetComment(0), " *)") + "\n" +
                 Lines(*view.GetSelection(), "    ");
     }
     text += DescribeTypes(project);
     for (const ID id : project.Below(project.PouPool())) {
         text += Describe(project, id);
     }
+    for (const Declaration& declaration : project.Declarations()) {
+        if (declaration.section.scope == Scope::kAccess) {
+            text += Place(declaration.line, declaration.column) +
+                    Part(" ", WrittenSection(declaration.section).c_str()) +
+                    Part(" ", project.NameOf(declaration.owner)) + Part(".", declaration.name) +
+                    Part(" : ", declaration.comment2) + Part(" : ", declaration.type) +
+                    Part(" (* ", declaration.comment, " *)") + "\n";
+        }
+    }
+    return text;
+}
+
+// A piece a line: "3:5 kContact 2 in front of 1 | 3:7 a 3:8 . 3:9 b".
+std::string DescribeCode(const Project& project, const Body& body) {
+    std::string text;
+    const BodyCode& code = *project.CodeOf(body);
+    const auto tokens = [](const std::vector<BodyToken>& all, std::size_t at, std::size_t end) {
+        std::string line;
+        for (; at < end; ++at) {
+            line += " " + Place(all[at].line, all[at].column) + Part(" ", all[at].text);
+        }
+        return line + "\n";
+    };
+    for (std::size_t i = 0; i < code.pieces.size(); ++i) {
+        const BodyPiece& piece = code.pieces[i];
+        const bool isLast = i + 1 == code.pieces.size();
+        text += "    " + Place(piece.line, piece.column) + " " +
+                kRoles[static_cast<int>(piece.role)] + Part(" ", piece.name) +
+                Part(" ", piece.second) + " " + std::to_string(piece.id) + "<" +
+                std::to_string(piece.wire) + " |" +
+                tokens(code.tokens, piece.first,
+                       isLast ? code.tokens.size() : code.pieces[i + 1].first);
+    }
+    return text + (code.pragmaWords.empty()
+                       ? ""
+                       : "    pragmas" + tokens(code.pragmaWords, 0, code.pragmaWords.size()));
+}
+
+std::string DescribeCode(const Project& project) {
+    std::string text;
+    for (const ID id : project.Below(project.PouPool())) {
+        for (const Body& body : project.GetPou(id)->bodies) {
+            text += EncodeUtf8(project.NameOf(id)) + Part(".", body.name) + "\n";
+            text += body.code != 0 ? DescribeCode(project, body) : "";
+        }
+    }
     return text;
 }
 
 std::string Golden(const std::string& name) {
-    return LQ_TEST_SOURCE "/host/plcopen/golden/" + name;
+    const bool isOfText = name.starts_with("text_source/");
+    return LQ_TEST_SOURCE "/host/" + (isOfText ? name : "plcopen/golden/" + name);
 }
 
 std::string ReadAll(const std::string& path) {
@@ -191,6 +248,59 @@ INSTANTIATE_TEST_SUITE_P(Golden, Documents,
                                          "intervals", "configurations", "unknown", "drawings", "il",
                                          "st", "calls", "names"),
                          [](const auto& document) { return std::string(document.param); });
+
+// Of what the texts hold, DescribeCode shows the tokens.
+class Texts : public testing::TestWithParam<const char*> {};
+
+TEST_P(Texts, BecomeModels) {
+    const std::string name = std::string("text_source/golden/") + GetParam();
+    ReadProject read;
+    read.project.KeepCode();
+    read.ReadAsText(ReadAll(Golden(name + ".st")));
+    EXPECT_TRUE(read.complete);
+    SetProject(&read.project);
+    const std::string text = Describe(read.project);
+    SetProject(nullptr);
+    const bool hasBodies = GetParam() == std::string("foreign");
+    ExpectGolden(name + ".txt", text + read.Told() + (hasBodies ? DescribeCode(read.project) : ""));
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, Texts,
+                         testing::Values("units", "types", "configurations", "faults", "foreign"),
+                         [](const auto& text) { return std::string(text.param); });
+
+TEST(Code, IsKeptWhereItIsAskedFor) {
+    for (const std::string name : {"drawings", "il", "st"}) {
+        ReadProject read;
+        read.project.KeepCode();
+        read.Read(ReadAll(Golden(name + ".xml")));
+        ExpectGolden(name + "_code.txt", DescribeCode(read.project));
+    }
+}
+
+// "9:17 write variable Text.i i".
+TEST(Uses, AreResolvedAsTheLanguageDoes) {
+    constexpr const char* kObjects[] = {"?",         "variable", "global", "result", "enumerator",
+                                        "unit",      "type",     "list",   "part",   "function",
+                                        "parameter", "member",   "address"};
+    constexpr const char* kKinds[] = {"read", "write", "read-write", "call", "unknown", "declare"};
+    ReadProject read;
+    read.project.KeepCode();
+    read.Read(ReadAll(Golden("uses.xml")));
+    const Project& project = read.project;
+    std::string text;
+    ForEachUse(project, {}, [&](const Use& use) {
+        const Declaration* declaration = project.GetDeclaration(use.id);
+        const Declaration* global = project.GetDeclaration(use.global);
+        text += Place(use.line, use.column) + " " + kKinds[static_cast<int>(use.kind)] + " " +
+                kObjects[static_cast<int>(use.object)] +
+                Part(" ", declaration ? project.NameOf(declaration->owner) : u"") +
+                Part(" ", project.NameOf(use.id)) + (global ? " of " : "") +
+                Part("", global ? project.NameOf(global->owner) : u"") + " |" +
+                Part(" ", use.name) + (use.isInPragma ? " in a pragma" : "") + "\n";
+    });
+    ExpectGolden("uses.txt", text);
+}
 
 TEST(StandardBlocks, HaveTheirInterfaces) {
     CurrentProject project;

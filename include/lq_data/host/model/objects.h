@@ -68,8 +68,8 @@ struct Declaration {
     Text initValue = u"";
     Text address = u"";
     Text comment = u"";
-    Text comment2 = u"";
-    ID owner;  // the POU, data type or variable list
+    Text comment2 = u"";  // of VAR_ACCESS the path that the name gives access to
+    ID owner;             // the POU, data type or variable list
     uint32_t line = 0;
     uint32_t column = 0;
     Section section;
@@ -93,6 +93,8 @@ struct Body {
     Text name = u"";  // of the action or transition; empty for the POU's own
     Language language = Language::kNone;
     uint32_t line = 0;
+    uint32_t column = 0;
+    uint32_t code = 0;  // the project's; 0 when none is kept (Project::CodeOf)
     std::vector<Mark> labels;
     std::vector<Mark> jumps;
 };
@@ -111,6 +113,8 @@ struct Pou {
     std::vector<Body> bodies;
     std::vector<Text> calls;    // names that the bodies call, each once
     FlatIndex<Text> callIndex;  // of these
+    IdList implicit;            // declarations of AddAside: EN and ENO, VAR_ACCESS
+    IdList spare;               // of declarations that were removed
 };
 
 struct DataType {
@@ -120,6 +124,7 @@ struct DataType {
     Text initValue = u"";
     Text comment = u"";
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList members;  // of a structure
 };
 
@@ -127,8 +132,9 @@ struct DataType {
 struct VariableList {
     Text name = u"";
     Text comment = u"";
-    ID parent;  // the configuration, resource or POU
+    ID parent;  // the configuration, resource or POU; null for one outside of all
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList declarations;
 };
 
@@ -136,6 +142,7 @@ struct Configuration {
     Text name = u"";
     Text comment = u"";
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList resources;
 };
 
@@ -144,6 +151,7 @@ struct Resource {
     Text comment = u"";
     ID configuration;
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList tasks;
     IdList programs;  // instances without a task
 };
@@ -156,6 +164,7 @@ struct Task {
     Text comment = u"";
     ID resource;
     uint32_t line = 0;
+    uint32_t column = 0;
     IdList programs;  // instances
 };
 
@@ -165,6 +174,7 @@ struct ProgramInstance {
     Text comment = u"";
     ID parent;  // the task or resource
     uint32_t line = 0;
+    uint32_t column = 0;
 };
 
 }  // namespace lq::host

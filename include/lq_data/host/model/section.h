@@ -17,7 +17,8 @@ enum class Scope : uint8_t {
     kInOut,
     kExternal,
     kGlobal,
-    kConfig
+    kConfig,
+    kAccess
 };
 
 // What a declaration may say of its section beyond the keyword that it is given.
@@ -25,6 +26,8 @@ inline constexpr unsigned kMarkConstant = 1;
 inline constexpr unsigned kMarkRetain = 2;
 inline constexpr unsigned kMarkNonRetain = 4;
 inline constexpr unsigned kMarkPersistent = 8;
+inline constexpr unsigned kMarkReadOnly = 16;  // of VAR_ACCESS, as the next
+inline constexpr unsigned kMarkReadWrite = 32;
 
 struct Section {
     Scope scope = Scope::kLocal;

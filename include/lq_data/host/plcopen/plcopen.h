@@ -1,32 +1,16 @@
 // Reads PLCopen XML (TC6, versions 1.01 to 2.01) into a project.
 #pragma once
 
-#include <cstdint>
 #include <istream>
 #include <string>
 #include <vector>
 
 #include "lq_data/export.h"
+#include "lq_data/host/text/report.h"
 
 namespace lq::host {
 
 class Project;
-
-// Something that the reader has to say about a file. Like reports, in different places, are one:
-// that of the first place.
-struct Report {
-    std::string file;
-    uint32_t line = 0;  // both from 1; 0 when the report concerns the whole file
-    uint32_t column = 0;
-    std::string path;     // the element, "project/types/pous/pou[Main]/interface"; may be empty
-    std::string message;  // a sentence without a full stop
-    uint32_t more = 0;    // further places
-    bool error = false;   // the file was not read to its end
-    uint16_t code = 0;    // of the check that this is (host/check/check.h); it never changes
-};
-
-// "plant.xml:12:5: project/types: <thing> in <types> is not known and was left out (and 2 more)".
-LQ_DATA_API std::string ToText(const Report& report);
 
 // Adds what the document holds to `project`. What the reader does not know, or what has no place in
 // the project, is reported and left out. True unless the document was not read to its end (not

@@ -1,3 +1,5 @@
+// Not part of the interface: what tables of the host layer and the tool are written with.
+//
 // Tables that an enumeration indexes: each row names its enumerator, and the compiler checks that
 // the rows follow the enumeration's order.
 #pragma once

@@ -1,4 +1,4 @@
-#include "pouh/record_access.h"
+#include "lq_data/records.h"
 
 #include "pouh/attributes.h"
 #include "pouh/record_types.h"
@@ -104,11 +104,6 @@ FLIST* ListOf(const TASK_POU_LIST_TYP* record) {
 }
 FLIST* ListOf(const POU_HEADER_TYP* record) {
     return List(record ? record->declList : nullptr);
-}
-
-DECL_TYP* DeclAt(FLIST* list, LIST_CALLBACK code) {
-    void* slot = nullptr;
-    return ListGet(list, slot, nullptr, code, 0) != 0 ? *static_cast<DECL_TYP**>(slot) : nullptr;
 }
 
 }  // namespace lq::pouh

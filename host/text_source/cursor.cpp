@@ -1,0 +1,225 @@
+#include "host/text_source/cursor.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/text/message.h"
+
+namespace lq::host::text_source {
+
+namespace {
+
+constexpr std::size_t kMostComments = 64;
+
+bool IsBlank(char16_t c) {
+    return c <= u' ';
+}
+
+std::u16string_view Trimmed(std::u16string_view text) {
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && IsBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+}  // namespace
+
+Cursor::Cursor(std::u16string_view text, ReportList& reports)
+    : text_(text.substr(0, text.find(Scanner::kEndOfInput))),
+      reports_(reports),
+      filter_(text_),
+      object_(Scanner::CreateObject()),
+      scanner_(static_cast<Scanner*>(object_.get())) {
+    if (!scanner_) {
+        throw std::bad_alloc();
+    }
+    scanner_->Initialize(filter_);
+    if (scanner_->CanRead() == 0) {
+        throw std::bad_alloc();
+    }
+}
+
+Cursor::~Cursor() = default;
+
+Piece Cursor::Take() {
+    if (next_ == ahead_.size()) {
+        last_ = Fetch();
+        return last_;
+    }
+    last_ = ahead_[next_++];
+    if (next_ == ahead_.size()) {
+        ahead_.clear();
+        next_ = 0;
+    }
+    return last_;
+}
+
+void Cursor::PutBack(const std::vector<Piece>& pieces) {
+    ahead_.erase(ahead_.begin(), ahead_.begin() + static_cast<std::ptrdiff_t>(next_));
+    ahead_.insert(ahead_.begin(), pieces.begin(), pieces.end());
+    next_ = 0;
+}
+
+Piece Cursor::Fetch() {
+    const Token token = scanner_->GetToken();
+    PassBlanks();
+    Piece piece;
+    piece.kind = token.kind;
+    piece.isFirst = spot_.line != codeLine_;
+    piece.spot = spot_;
+    piece.end = spot_.at;
+    codeLine_ = spot_.line;
+    if (token.kind == TK_EOF) {
+        return piece;
+    }
+    if (token.kind == TK_OPERATOR) {
+        piece.operation = token.GetCode();
+    }
+    piece.end = std::min(static_cast<uint32_t>(scanner_->GetStreamPosition()),
+                         static_cast<uint32_t>(text_.size()));
+    spot_.at = piece.end;
+    if (token.kind == TK_IDENTIFIER) {
+        piece.word = WordOf(TextOf(piece));
+    } else if (token.kind == TK_STRING) {
+        const Foreign* const open = filter_.First();
+        if (open && open->begin == piece.spot.at) {
+            PassForeign(*open);
+        }
+    }
+    return piece;
+}
+
+// Between two tokens there are blanks, line breaks and what is foreign.
+void Cursor::PassBlanks() {
+    for (;;) {
+        const Foreign* const foreign = filter_.First();
+        // An open string is a token, unless it is nothing but its mark.
+        const bool isToken =
+            foreign && foreign->kind == Foreign::kString && foreign->end - foreign->begin > 1;
+        if (foreign && foreign->begin == spot_.at && !isToken) {
+            PassForeign(*foreign);
+        } else if (spot_.at < text_.size() && IsBlank(text_[spot_.at])) {
+            const bool isBreak = text_[spot_.at] == u'\n';
+            ++spot_.at;
+            spot_.line += isBreak ? 1 : 0;
+            spot_.lineBegin = isBreak ? spot_.at : spot_.lineBegin;
+        } else {
+            return;
+        }
+    }
+}
+
+void Cursor::PassForeign(const Foreign& foreign) {
+    const Foreign passed = foreign;
+    filter_.TakeFirst();
+    const Spot begin = {passed.begin, spot_.line, spot_.lineBegin};
+    for (std::size_t at = passed.begin;
+         (at = text_.find(u'\n', at)) < passed.end && at < text_.size();) {
+        ++at;
+        ++spot_.line;
+        spot_.lineBegin = static_cast<uint32_t>(at);
+    }
+    spot_.at = passed.end;
+    if (passed.isOpen) {
+        constexpr const char* kOpen[] = {
+            Message("a comment is not closed: it was read to the end of the file"), "",
+            Message("a pragma is not closed: it was read to the end of its line"),
+            Message("a string is not closed on its line")};
+        openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
+        Warn(begin, Say(kOpen[passed.kind]));
+    }
+    if (passed.kind == Foreign::kPragma && keepsPragmas_) {
+        pragmas_.emplace_back(begin, passed.end);
+    }
+    if (passed.kind == Foreign::kPragma && !comments_.empty() &&
+        comments_.back().reach + 1 >= begin.line) {
+        comments_.back().reach = spot_.line;
+    }
+    if (passed.kind != Foreign::kComment && passed.kind != Foreign::kLineComment) {
+        return;
+    }
+    if (comments_.size() >= 2 * kMostComments) {
+        comments_.erase(comments_.begin(), comments_.begin() + kMostComments);
+    }
+    const std::u16string_view line = text_.substr(begin.lineBegin, begin.at - begin.lineBegin);
+    comments_.push_back({begin, passed.end, spot_.line, spot_.line, Trimmed(line).empty()});
+}
+
+void Cursor::ForgetPragmas(uint32_t before) {
+    std::erase_if(pragmas_, [before](const auto& pragma) { return pragma.first.at < before; });
+}
+
+uint32_t Cursor::ColumnOf(const Spot& spot) const {
+    const std::u16string_view line = text_.substr(spot.lineBegin, spot.at - spot.lineBegin);
+    const auto isSecondHalf = [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; };
+    return static_cast<uint32_t>(line.size()) + 1 -
+           static_cast<uint32_t>(std::ranges::count_if(line, isSecondHalf));
+}
+
+Spot Cursor::EndOf(const Piece& piece) const {
+    return {piece.end, piece.spot.line, piece.spot.lineBegin};
+}
+
+bool Cursor::IsName(const Piece& piece) const {
+    if (piece.kind == TK_IDENTIFIER) {
+        return true;
+    }
+    const auto isNamePart = [](char16_t c) {
+        return chars::IsLetter(c) || chars::IsDigit(c) || c == u'_';
+    };
+    const std::u16string_view text = TextOf(piece);
+    return piece.kind == TK_ERROR && !text.empty() && !chars::IsDigit(text.front()) &&
+           std::ranges::all_of(text, isNamePart);
+}
+
+std::u16string Cursor::CommentBefore(const Piece& piece, bool isHeader) {
+    const auto isNear = [&](const Comment& comment) {
+        const std::u16string_view behind = text_.substr(comment.end, piece.spot.at - comment.end);
+        const std::u16string_view line = Trimmed(behind.substr(0, behind.find(u'\n')));
+        const bool isBare = line.empty() || line.front() == u'{';
+        const uint32_t reach = isHeader ? comment.reach : comment.endLine;
+        return isBare && comment.isAlone &&
+               (reach + 1 == piece.spot.line || (isHeader && reach == piece.spot.line));
+    };
+    for (std::size_t i = comments_.size(); i-- > 0;) {
+        if (comments_[i].end <= piece.spot.at) {
+            return isNear(comments_[i]) ? TextOf(comments_[i]) : std::u16string();
+        }
+    }
+    return {};
+}
+
+std::u16string Cursor::CommentOn(const Piece& first) {
+    Peek();  // passes what stands behind the last one
+    for (const Comment& comment : comments_) {
+        if (comment.spot.at >= last_.end && comment.spot.line == last_.spot.line &&
+            comment.end <= Peek().spot.at) {
+            return TextOf(comment);
+        }
+    }
+    return CommentBefore(first);
+}
+
+// Without its marks, and without carriage returns.
+std::u16string Cursor::TextOf(const Comment& comment) const {
+    std::u16string_view text = text_.substr(comment.spot.at, comment.end - comment.spot.at);
+    const bool isLine = text.starts_with(u"//");
+    text.remove_prefix(2);
+    if (!isLine && (text.ends_with(u"*)") || text.ends_with(u"*/"))) {
+        text.remove_suffix(2);
+    }
+    std::u16string plain(Trimmed(text));
+    std::erase(plain, u'\r');
+    return plain;
+}
+
+void Cursor::Warn(const Spot& spot, std::string message) {
+    reports_.Warn(spot.line, ColumnOf(spot), std::move(message));
+}
+
+}  // namespace lq::host::text_source

@@ -1,0 +1,68 @@
+// The code of bodies as a project keeps it when it is asked to (Project::KeepCode): tokens with
+// their places, in pieces that say what part of a body they are. Text in IL or ST is one piece; a
+// drawing is as many as it has places where names stand.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "lq_data/host/model/text_pool.h"
+
+namespace lq::host {
+
+// A token as the scanner tells it. Strings are without their characters, and a name or number with
+// a prefix ("Color#Red", "INT#5") is a token of kind TK_ERROR, "Color#", and what follows it.
+struct BodyToken {
+    Text text = u"";
+    uint32_t line = 0;
+    uint32_t column = 0;
+    uint16_t operation = 0;  // OPERATOR_CODE of an operator
+    uint8_t kind = 0;        // TOKEN_KIND
+
+    bool Is(uint16_t code) const { return operation == code; }
+};
+
+enum class PieceRole : uint8_t {
+    kSt,  // text, an expression of no other role, or the inline code of a transition or action
+    kIl,
+
+    // Drawings. Tokens are the expression.
+    kIn,     // what a box reads
+    kOut,    // what is written to
+    kInOut,  // both
+    kContact,
+    kCoil,
+    kBlock,  // `name` is its type, `second` the instance's name, which a function has not
+    kInput,  // a parameter of the block in front of it, by `name`; also the next two
+    kOutput,
+    kInputOutput,
+
+    // Sequential charts, by `name`.
+    kStep,
+    kInitialStep,
+    kMacroStep,
+    kJumpStep,    // the step that is jumped to
+    kTransition,  // the transition that is referred to
+    kAction,      // the action or variable that an action block refers to
+    kIndicator,   // the variable that an action sets; tokens are the expression
+    kDuration,    // of an action's qualifier; tokens are the expression
+};
+
+struct BodyPiece {
+    PieceRole role = PieceRole::kSt;
+    uint32_t line = 0;
+    uint32_t column = 0;
+    uint32_t first = 0;  // of its tokens, which end where the next piece's begin
+    Text name = u"";
+    Text second = u"";
+    uint32_t id = 0;    // of the box in the drawing; 0 for none
+    uint32_t wire = 0;  // the box that a parameter, or a box, is wired to at first; 0 for none
+};
+
+struct BodyCode {
+    std::vector<BodyPiece> pieces;
+    std::vector<BodyToken> tokens;
+    std::vector<BodyToken> pragmaWords;  // in which language they are is not known
+};
+
+}  // namespace lq::host
