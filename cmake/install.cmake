@@ -24,7 +24,7 @@ set(headers_left_out "^$")
 if(NOT LQ_DATA_HOST_BASE)
   set(headers_left_out "/lq_data/host$")
 elseif(NOT LQ_DATA_HOST)
-  set(headers_left_out "/lq_data/host/(diff|model|plcopen|symbols|text_source)$")
+  set(headers_left_out "/lq_data/host/(check|diff|model|plcopen|symbols|text_source)$")
 endif()
 install(DIRECTORY include/ DESTINATION ${LQ_DATA_INCLUDE_DIR} COMPONENT development
         REGEX ${headers_left_out} EXCLUDE)
