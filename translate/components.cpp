@@ -38,6 +38,11 @@ bool IsExternalScope(uint32_t scope) {
 }
 
 bool Components::Open(const LQSELECTION* declarations) {
+    DestroyDropped();
+    names_.Clear();
+    components_.Clear();
+    texts_.Clear();
+    entered_.Clear();
     declarations_ = declarations;
     manager_ = LQDECLMAN::Get();
     const int32_t count = declarations ? declarations->GetCount() : 0;
@@ -89,7 +94,7 @@ bool Components::AddRecord(DECL_TYP* decl) {
         declared.isVar = scope == DS_VAR;
     }
     const bool isKept = !IsMarked(name) && !At(number).isTaken;
-    if (!part_.Append({decl, index, number, isKept})) {
+    if (!part_.Append({decl, index, number, scope, isKept})) {
         return false;
     }
     if (isKept) {

@@ -107,6 +107,13 @@ INSTANTIATE_TEST_SUITE_P(
                0},
         Golden{"show_files.txt", "show twice.xml refused.xml -l library.xml -t globals 2>&1", 1},
         Golden{"tasks_files.txt", "tasks plant.xml twice.xml -l library.xml", 0},
+        Golden{"uses.txt", "uses plant.xml mixing.STIRRING && $LQ uses plant.xml total", 0},
+        Golden{"uses.json", "uses twice.xml Controller.Start --with plant.xml --json", 0},
+        Golden{"uses_symbols.txt", "symbols plant.xml --uses -u Dosing -s name | cut -f 2,11", 0},
+        Golden{"uses_counts.txt",
+               "translate plant.xml --uses -o new.lqt >/dev/null && $LQ show new.lqt -f Start && "
+               "$LQ show new.lqt -f valve; rm new.lqt",
+               0},
         Golden{"fb_files.txt", "fb plant.xml main own -w pumps.xml", 1},
         Golden{"empty.txt", "translate empty.xml", 1}, Golden{"scan.txt", "scan tokens.st", 1},
         Golden{"scan.json", "scan tokens.st --json", 1},
@@ -159,10 +166,11 @@ constexpr const char* kComplaints[] = {
     "symbols nothing", "symbols plant.xml -l missing.xml",
     "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
-    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml", "show words.txt",
+    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml",
     "help nobody", "help show --wrong", "types --color=sometimes", "value abc --color always -q",
     "translate refused.xml -q >/dev/null", "translate plant.xml --color=",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
+    "uses plant.xml lites", "uses plant.xml plant.start", "uses plant.lqt x", "uses plant.xml", "uses missing.xml x",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
     "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",
     "diff plant.xml short.lqt", "diff plant.xml damaged.lqt", "diff folder plant.xml",
@@ -184,7 +192,6 @@ TEST(Language, ComplaintsAreInThatOfTheCodePage) {
     write("bad.xml", "<project><a></project>");
     write("other.xml", "<html/>");
     write("bare.xml", "<project/>");
-    write("words.txt", "What stands here is no project.");
     write("latin.xml", "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
     write("short.lqt", std::string(39, '\0'));
     write("long.lqt", "\x05" + std::string(39, '\0'));

@@ -1,7 +1,9 @@
 #include "tools/lq/command.h"
 
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "lq_data/host/text/message.h"
 #include "tools/lq/input.h"
@@ -31,16 +33,14 @@ void RefuseInputAsOutput(const std::string& input, const std::string& output) {
 }
 
 void RefuseInputTwice(const std::vector<std::string>& inputs) {
-    for (auto input = inputs.begin(); input != inputs.end(); ++input) {
+    std::set<std::string> names;
+    std::set<std::pair<dev_t, ino_t>> files;
+    for (const std::string& input : inputs) {
         struct stat info = {};
-        const bool isFile = IsOrdinaryFile(*input, STDIN_FILENO, info);
-        for (auto earlier = inputs.begin(); earlier != input; ++earlier) {
-            struct stat other = {};
-            const bool isSameFile = isFile && IsOrdinaryFile(*earlier, STDIN_FILENO, other) &&
-                                    info.st_dev == other.st_dev && info.st_ino == other.st_ino;
-            if (*input == *earlier || isSameFile) {
-                throw CommandError(Say("{}: is given twice", DisplayName(*input)));
-            }
+        const bool isFile = IsOrdinaryFile(input, STDIN_FILENO, info);
+        if (!names.insert(input).second ||
+            (isFile && !files.insert({info.st_dev, info.st_ino}).second)) {
+            throw CommandError(Say("{}: is given twice", DisplayName(input)));
         }
     }
 }

@@ -22,6 +22,7 @@ constexpr char kValueCommand[] = "value";
 constexpr char kReportCommand[] = "report";
 constexpr char kHelpCommand[] = "help";
 constexpr bool kHasReport = LQ_REPORT;
+constexpr char kCountsUses[] = "Counts how often variables are used in bodies and values";
 
 // Help that begins with the example.
 class HelpFormatter : public CLI::Formatter {
@@ -76,17 +77,32 @@ void AddName(CLI::App* command, const char* name, std::string& value, const char
     command->add_option(name, value, description)->type_name(kNameValue)->required();
 }
 
+// How the files are read.
+void AddReading(CLI::App* command, ProjectFiles& files) {
+    NeverEmpty(command
+                   ->add_option("--ending", files.endings,
+                                "A further ending of files in folders; may be repeated")
+                   ->type_name(kEndingValue)
+                   ->allow_extra_args(false));
+    NeverEmpty(command
+                   ->add_option("--encoding", files.encoding,
+                                "The code page of texts: windows-1252 or shift_jis")
+                   ->type_name(kEncodingValue));
+}
+
 void AddLibraries(CLI::App* command, ProjectFiles& files) {
     AddFile(command, "-l,--library", files.libraries,
             "A file whose units and types are known, and not the project's; may be repeated")
         ->allow_extra_args(false);
     command->add_flag("--check-libraries", files.checkLibraries,
                       "Reports what is wrong with the libraries, too");
+    AddReading(command, files);
 }
 
 void AddProject(CLI::App* command, ProjectFiles& files) {
-    AddFile(command, "project", files.projects,
-            "The project file; several are one project; - for standard input")
+    AddFile(
+        command, "project", files.projects,
+        "The project file, XML or text, or a folder; several are one project; - for standard input")
         ->required();
     AddLibraries(command, files);
 }
@@ -94,11 +110,12 @@ void AddProject(CLI::App* command, ProjectFiles& files) {
 // Of a command that has further arguments.
 void AddOneProject(CLI::App* command, ProjectFiles& files) {
     const auto take = [&files](const std::string& path) { files.projects = {path}; };
-    NeverEmpty(command
-                   ->add_option_function<std::string>("project", take,
-                                                      "The project file; - for standard input")
-                   ->type_name(kFileValue)
-                   ->required());
+    NeverEmpty(
+        command
+            ->add_option_function<std::string>(
+                "project", take, "The project file, XML or text, or a folder; - for standard input")
+            ->type_name(kFileValue)
+            ->required());
     AddFile(command, "-w,--with", files.others, "A further file of the project; may be repeated")
         ->allow_extra_args(false);
     AddLibraries(command, files);
@@ -106,7 +123,7 @@ void AddOneProject(CLI::App* command, ProjectFiles& files) {
 
 void AddInput(CLI::App* command, ProjectFiles& files) {
     AddFile(command, "input", files.projects,
-            "A project, several files are one; or an image; - for standard input")
+            "A project, several files or a folder are one; or an image; - for standard input")
         ->required();
     AddLibraries(command, files);
 }
@@ -195,6 +212,7 @@ void CommandLine::AddCommands() {
     AddProject(command, translate_.files);
     AddFile(command, "-o,--output", translate_.output,
             "The image of the tables to write; - for standard output");
+    command->add_flag("--uses", translate_.uses, kCountsUses);
 
     command = AddCommand("show", "Shows the tables of an image or a project",
                          "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
@@ -257,6 +275,13 @@ void CommandLine::AddCommands() {
         ->required();
     AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
         ->required();
+    AddReading(command, diff_.reading);
+
+    command = AddCommand("uses", "Shows where a name is used, and what is done with it there",
+                         "lq uses plant.xml Mixing.litres", uses_, RunUses);
+    AddOneProject(command, uses_.files);
+    AddName(command, "name", uses_.name,
+            "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
 
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
     AddHelp();
@@ -315,6 +340,7 @@ void CommandLine::AddSymbols() {
                    ->type_name(kOrderValue));
     command->add_flag("-e,--expand", symbols_.expand,
                       "Lists the members of structures and instances in their place");
+    command->add_flag("--uses", symbols_.uses, kCountsUses);
     command->add_flag("--csv", symbols_.csv, "Prints the result as CSV");
     NeverEmpty(command
                    ->add_option("-d,--delimiter", symbols_.delimiter,

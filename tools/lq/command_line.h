@@ -19,6 +19,8 @@ inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
 inline constexpr char kOrderValue[] = "ORDER";
+inline constexpr char kEndingValue[] = "ENDING";
+inline constexpr char kEncodingValue[] = "ENCODING";
 inline constexpr char kCharacterValue[] = "CHARACTER";
 inline constexpr char kWhenValue[] = "WHEN";
 inline constexpr char kCommandValue[] = "COMMAND";
@@ -74,6 +76,7 @@ class CommandLine {
     TasksOptions tasks_;
     SymbolsOptions symbols_;
     DiffOptions diff_;
+    UsesOptions uses_;
     TypesOptions types_;
 };
 

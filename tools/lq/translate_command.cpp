@@ -10,6 +10,7 @@
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
 #include "tools/lq/translation.h"
+#include "tools/lq/use_counts.h"
 
 namespace lq::tool {
 
@@ -78,8 +79,14 @@ int RunTranslate(const TranslateOptions& options) {
     // delay it.
     static host::Project& project = *new host::Project;
     static Translation& translation = *new Translation;
+    if (options.uses) {
+        project.KeepCode();
+    }
     ReadProject(options.files, project, reports);
     translation = Translate(project);
+    if (options.uses) {
+        CountUsesInTables(project, *translation.tables);
+    }
     if (!options.output.empty()) {
         const Progress progress(Say("saving {}", options.output));
         SaveImage(*translation.tables, options.output);
