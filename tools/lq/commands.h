@@ -12,11 +12,14 @@ struct ProjectFiles {
     std::vector<std::string> others;     // that go with the only one of `projects`
     std::vector<std::string> libraries;  // known, and not the project's own
     bool checkLibraries = false;         // what is wrong with them is reported, too
+    std::vector<std::string> endings;    // of files in folders, beside the usual ones
+    std::string encoding;                // of texts: a name of kCodePages; empty for what they tell
 };
 
 struct TranslateOptions {
     ProjectFiles files;
     std::string output;  // empty: the tables are not kept
+    bool uses = false;   // are counted
     bool json = false;
 };
 int RunTranslate(const TranslateOptions& options);
@@ -80,6 +83,7 @@ struct SymbolsOptions {
     std::string output;  // empty: standard output
     bool located = false;
     bool expand = false;
+    bool uses = false;  // are counted
     bool csv = false;
     bool noFormulas = false;
     bool mark = false;
@@ -90,9 +94,16 @@ int RunSymbols(const SymbolsOptions& options);
 struct DiffOptions {
     std::string before;  // each an image or a project
     std::string after;
+    ProjectFiles reading;  // how both are read; without files
     bool json = false;
 };
 int RunDiff(const DiffOptions& options);
+struct UsesOptions {
+    ProjectFiles files;
+    std::string name;
+    bool json = false;
+};
+int RunUses(const UsesOptions& options);
 
 struct TypesOptions {
     bool json = false;
