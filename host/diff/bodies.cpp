@@ -1,4 +1,5 @@
-// What a project keeps of bodies: their languages, labels and jumps, and the units that are called.
+// What a project keeps of bodies: their languages, labels and jumps, the units that are called, and
+// the code where it keeps that.
 
 #include "host/diff/teller.h"
 #include "host/diff/written.h"
@@ -15,13 +16,6 @@ std::vector<Key> KeysOf(const std::vector<Record>& records) {
         keys.push_back({0, record.name});
     }
     return keys;
-}
-
-uint32_t ColumnOf(const Body&) {
-    return 0;
-}
-uint32_t ColumnOf(const Mark& mark) {
-    return mark.column;
 }
 
 // Calls take(about, inOld, inNew) for the records of two lists, paired by their names; either may
@@ -42,7 +36,7 @@ void ForEachPair(const Difference& unit, Subject subject, const std::vector<Reco
             }
             about.name = records[item].name;
             side.line = records[item].line;
-            side.column = ColumnOf(records[item]);
+            side.column = records[item].column;
             return &records[item];
         };
         const Record* const a = recordOf(about.before, inOld, oldItem);
@@ -76,6 +70,10 @@ class Bodies {
     void CompareBody(const Difference& about, const Body& inOld, const Body& inNew) const {
         teller_.TellIfChanged(about, Aspect::kLanguage, LanguageText(inOld.language),
                               LanguageText(inNew.language));
+        if (inOld.language == inNew.language && teller_.before.KeepsCode() &&
+            teller_.after.KeepsCode()) {
+            CompareCode(teller_, about, inOld, inNew);
+        }
         CompareMarks(Subject::kLabel, inNew.name, inOld.labels, inNew.labels);
         CompareMarks(Subject::kJump, inNew.name, inOld.jumps, inNew.jumps);
     }

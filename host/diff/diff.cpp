@@ -51,6 +51,17 @@ Configured ConfiguredIn(const Project& project) {
     return configured;
 }
 
+// With what the unit says of access to its variables.
+IdList DeclaredIn(const Project& project, const Pou& unit) {
+    IdList declared = unit.declarations;
+    for (const ID id : unit.implicit) {
+        if (project.GetDeclaration(id)->section.scope == Scope::kAccess) {
+            declared.push_back(id);
+        }
+    }
+    return declared;
+}
+
 // With tasks and without.
 IdList ProgramsOf(const Project& project, ID resource) {
     IdList programs;
@@ -166,7 +177,8 @@ void Comparison::CompareUnit(ID inOld, ID inNew) const {
         teller_.TellIfChanged(about, Aspect::kComment, a->comment, b->comment, IsSameProse);
         teller_.TellIfChanged(about, Aspect::kInterfaceComment, a->headerComment, b->headerComment,
                               IsSameProse);
-        CompareDeclarations(teller_, Subject::kVariable, path, a->declarations, b->declarations);
+        CompareDeclarations(teller_, Subject::kVariable, path, DeclaredIn(teller_.before, *a),
+                            DeclaredIn(teller_.after, *b));
     } else {
         teller_.TellWhole(about, Written(a ? *a : *b));
     }

@@ -7,13 +7,11 @@ namespace lq::host::diff {
 namespace {
 
 void SetSide(Difference::Side& side, const Project& project, ID object) {
-    const Declaration* declaration = project.GetDeclaration(object);
-    const Pou* pou = project.GetPou(object);
     const SourceFile* file = project.FileOf(object);
     side.object = object;
     side.file = file ? file->name : u"";
     side.line = project.LineOf(object);
-    side.column = declaration ? declaration->column : pou ? pou->column : 0;
+    side.column = project.ColumnOf(object);
 }
 
 }  // namespace

@@ -60,6 +60,8 @@ void CompareDeclarations(const Teller& teller, Subject subject, std::u16string_v
 // A pair of them.
 void CompareDeclaration(const Teller& teller, const Difference& about);
 
+// Of two bodies in one language.
+void CompareCode(const Teller& teller, Difference about, const Body& inOld, const Body& inNew);
 void CompareBodies(const Teller& teller, std::u16string_view path, ID oldUnit, ID newUnit);
 
 }  // namespace lq::host::diff

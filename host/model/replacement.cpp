@@ -22,14 +22,32 @@ Declaration Renewed(Project& project, Declaration declaration, ID owner) {
     return declaration;
 }
 
+BodyCode Renewed(Project& project, BodyCode code) {
+    for (BodyPiece& piece : code.pieces) {
+        piece.name = project.Intern(piece.name);
+        piece.second = project.Intern(piece.second);
+    }
+    for (std::vector<BodyToken>* const tokens : {&code.tokens, &code.pragmaWords}) {
+        for (BodyToken& token : *tokens) {
+            token.text = project.Intern(token.text);
+        }
+    }
+    return code;
+}
+
 // The same of a POU, without its declarations.
-Pou Renewed(Project& project, const Pou& read) {
+Pou Renewed(Project& project, const Project& from, const Pou& read) {
     Pou pou = read;
     for (Text* const text : {&pou.name, &pou.resultType, &pou.comment, &pou.headerComment}) {
         *text = project.Intern(*text);
     }
     for (Body& body : pou.bodies) {
         body.name = project.Intern(body.name);
+        const BodyCode* const code = from.CodeOf(body);
+        body.code = 0;
+        if (code && project.KeepsCode()) {
+            project.EditCode(body) = Renewed(project, *code);
+        }
         for (std::vector<Mark>* const marks : {&body.labels, &body.jumps}) {
             for (Mark& mark : *marks) {
                 mark.name = project.Intern(mark.name);
@@ -111,7 +129,7 @@ bool Project::ReplacePou(ID pou, const Project& from, ID read) {
     if (old == source) {
         return true;
     }
-    Pou renewed = Renewed(*this, *source);
+    Pou renewed = Renewed(*this, from, *source);
     std::vector<Declaration> records;
     for (const IdList* const list : {&source->declarations, &source->implicit}) {
         for (const ID id : *list) {
@@ -131,6 +149,11 @@ bool Project::ReplacePou(ID pou, const Project& from, ID read) {
     }
     for (std::size_t i = 0; i < records.size(); ++i) {
         declarations_[IndexOf(ids.of[i])] = records[i];
+    }
+    for (const Body& body : old->bodies) {
+        if (body.code != 0) {
+            codes_[body.code - 1] = {};
+        }
     }
     *old = std::move(renewed);
     return true;

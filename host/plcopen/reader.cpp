@@ -51,6 +51,7 @@ class Reader final : public ElementHandler {
     void Leave(const Element&) {}
     void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
+    void CloseConfiguration(const Element&) { configuration_ = {}; }
     void CloseResource(const Element&) { resource_ = {}; }
 
     void TakeHeader(const Element& header);
@@ -64,6 +65,7 @@ class Reader final : public ElementHandler {
     void TakeTask(const Element& task) { ReadTask(context_, task, resource_); }
     void TakeInstance(const Element& pou) { ReadProgramInstance(context_, pou, resource_); }
     void TakeDocumentation(const Element& documentation);
+    void TakeData(const Element& data);
 
     std::string_view NameOf(const Element& holder) {
         return HolderName(context_, holder, Required(context_, holder, "name"));
@@ -103,7 +105,7 @@ const Reader::Step Reader::kSteps[] = {
     {"transitions", &Reader::Enter, &Reader::Leave},
     {"instances", &Reader::Enter, &Reader::Leave},
     {"configurations", &Reader::Enter, &Reader::Leave},
-    {"configuration", &Reader::OpenConfiguration, &Reader::Leave},
+    {"configuration", &Reader::OpenConfiguration, &Reader::CloseConfiguration},
     {"resource", &Reader::OpenResource, &Reader::CloseResource},
 
     {"contentHeader", nullptr, &Reader::TakeHeader},
@@ -118,7 +120,7 @@ const Reader::Step Reader::kSteps[] = {
     {"task", nullptr, &Reader::TakeTask},
     {"pouInstance", nullptr, &Reader::TakeInstance},
     {"documentation", nullptr, &Reader::TakeDocumentation},
-    {"addData", nullptr, &Reader::Leave},
+    {"addData", nullptr, &Reader::TakeData},
 };
 
 // The schema lets no element be read that has no step.
@@ -131,7 +133,8 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 }
 
 Treatment Reader::Start(const Element& element) {
-    if (!element.parent && element.Name() != "project") {
+    // Editors export single units, too.
+    if (!element.parent && element.Name() != "project" && element.Name() != "pou") {
         refusal_ = Say("the file is no PLCopen project: its root element is <{}>", element.Name());
         return Treatment::kRefuse;
     }
@@ -285,6 +288,25 @@ void Reader::TakeDocumentation(const Element& documentation) {
         context_.Warn(documentation,
                       Say("<{}> in <{}> has no place in the project and was left out",
                           documentation.Name(), parent));
+    }
+}
+
+// Some producers keep lists of global variables here.
+void Reader::TakeData(const Element& addData) {
+    for (const auto& data : addData.children) {
+        const Element* const list = data->Child(kGlobalList);
+        if (!list) {
+            continue;
+        }
+        JudgeTree(context_, *list);
+        OpenVariables(*list);
+        for (const auto& child : list->children) {
+            if (child->Name() == "variable") {
+                TakeVariable(*child);
+            } else if (child->Name() == "documentation") {
+                TakeDocumentation(*child);
+            }
+        }
     }
 }
 

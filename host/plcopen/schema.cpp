@@ -179,9 +179,9 @@ bool IsOpaque(const Element& element) {
 }
 
 // Additional data is some producer's own. One that its producer allows to be discarded is passed
-// over, any other is reported by its name.
+// over, any other is reported by its name, unless it is a list that is read.
 void JudgeData(Context& context, const Element& data) {
-    if (data.Attribute("handleUnknown") != "discard") {
+    if (!data.Child(kGlobalList) && data.Attribute("handleUnknown") != "discard") {
         context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
     }
 }

@@ -7,6 +7,8 @@
 
 namespace lq::host::plcopen {
 
+inline constexpr std::string_view kGlobalList = "globalVars";
+
 // What the table says of the elements of a name below a parent, null for none.
 const Row* FindRow(const Kind* parent, std::string_view name);
 

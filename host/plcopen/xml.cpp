@@ -10,6 +10,7 @@
 
 #include <expat.h>
 
+#include "host/plcopen/xml_encoding.h"
 #include "host/plcopen/xml_memory.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/memory.h"
@@ -87,6 +88,7 @@ class Parser {
         XML_SetElementDeclHandler(Expat(), OnElement);
         XML_SetNotationDeclHandler(Expat(), OnNotation);
         XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
+        XML_SetUnknownEncodingHandler(Expat(), OnUnknownEncoding, nullptr);
         // So that expat tells of references to parameter entities. It opens nothing: that would be
         // the work of a handler for external entities, and there is none.
         XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);

@@ -68,9 +68,8 @@ bool Walk::IsWanted(uint32_t index) const {
     const Pou* pou = project_.GetPou(holder);
     const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
     return declaration.owner != ID() && SortOf(holder) != Sort::kDataType &&
-           declaration.section.scope != Scope::kAccess &&
-           !(pou && pou->isStandard) && !(file && file->isLibrary) &&
-           (options_.unit == ID() || options_.unit == holder) &&
+           declaration.section.scope != Scope::kAccess && !(pou && pou->isStandard) &&
+           !(file && file->isLibrary) && (options_.unit == ID() || options_.unit == holder) &&
            (!options_.located || options_.expand || *declaration.address);
 }
 
@@ -88,8 +87,10 @@ void Walk::Tell(uint32_t index) {
         section_ = declaration.section;
         sectionText_ = WrittenSection(section_);
     }
-    const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
+    const ID id = MakeId(Sort::kDeclaration, index);
+    const SourceFile* file = project_.FileOf(id);
     Symbol symbol;
+    symbol.declaration = id;
     symbol.path = PathOf(declaration);
     symbol.name = declaration.name;
     symbol.section = sectionText_;

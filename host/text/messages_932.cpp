@@ -53,6 +53,11 @@ constexpr Translation kTable[] = {
     {"an argument is no UTF-8 text", "UTF-8のテキストではない引数があります"},
     {"an element has more than {} attributes", "1つの要素の属性が{}個を超えています"},
     {"an extensible input was left out", "可変個の入力は除外しました"},
+    {"an image keeps no comments, members of types, names of the types of variables, calls, "
+     "configurations and tasks: these are not compared",
+     "イメージには、コメント、データ型のメンバー、変数のデータ型名、呼び出し、コンフィギュレーショ"
+     "ン、"
+     "タスクがありません: これらは比較しません"},
     {"attribute '{}' of <{}> is not known and was left out",
      "<{2}>の属性「{1}」は未知の属性なので除外しました"},
     {"cannot be opened: {}", "開けません: {}"},

@@ -225,17 +225,26 @@ class LQ_DATA_API CgTab {
     // end of the table and for every failure, the table and `pos` then at 0. A line without room
     // for its user area gives 0, leaves `pos` and does not rewind.
 
+    // A debug record.
     int Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr);
+    // A unit.
     int Read(int32_t& pos, POU_LINE& line, int keepAtUser, void* usr);
     // Of a reference to a global, the type, address and constant are those of the global.
     int Read(int32_t& pos, CMP_LINE& line, int keepAtUser, void* usr);
+    // A global.
     int Read(int32_t& pos, GLB_LINE& line, int keepAtUser, void* usr);
+    // An address.
     int Read(int32_t& pos, ADR_LINE& line, int keepAtUser, void* usr);
+    // A constant.
     int Read(int32_t& pos, CstLine& line, int keepAtUser, void* usr);
+    // A label.
     int Read(int32_t& pos, LBL_LINE& line, int keepAtUser, void* usr);
+    // A temporary.
     int Read(int32_t& pos, TMP_LINE& line, int keepAtUser, void* usr);
+    // Another name.
     int Read(int32_t& pos, DMM_LINE& line, int keepAtUser, void* usr);
 
+    // Any of them at the current position.
     template <typename Line>
     int Read(Line& line, int keepAtUser, void* usr) {
         curPos = -1;
@@ -245,6 +254,7 @@ class LQ_DATA_API CgTab {
     // Writes the user area of the line at `pos` and moves `pos` to the next line (-1: of the
     // current line).
     int Write(TAB_ID id, int32_t& pos, const void* usr);
+    // Writes the user area of the current line.
     int Write(TAB_ID id, const void* usr);
 
     // --- Searching ---------------------------------------------------------------------------
@@ -257,14 +267,18 @@ class LQ_DATA_API CgTab {
     int32_t Look(TAB_ID id, const void* data, int rewind);
     // `usr`, when given, receives the user area.
     int32_t Look(const DBG_INFO& info, void* usr);
+    // A unit by name; of several the one entered last.
     int32_t Look(const char16_t* name, POU_LINE* line, int inc);
+    // A component by name, in a range: the section of a unit.
     int32_t Look(POS_DSC range, const char16_t* name, CMP_LINE* line, int inc);
+    // A global by name.
     int32_t Look(const char16_t* name, GLB_LINE* line, int inc);
 
     // --- Insertion ---------------------------------------------------------------------------
     // The position of the line, found or appended; or -1.
 
     int32_t Insert(const DBG_INFO& info);  // always appends
+    // A direct address, once.
     int32_t Insert(const Address& adr);
     // A literal without text counts as one with the empty text.
     int32_t Insert(Lit& lit);
@@ -281,12 +295,18 @@ class LQ_DATA_API CgTab {
     // Brings the reference count of the label at `pos` to 0.
     int ResetJumps(int32_t pos);
 
-    // Units come through an image only: each of these returns -1 and changes nothing.
+    // Units come through an image or CgTabCompiler::InsertUnit. Returns -1 and changes nothing, as
+    // all of these do.
     int32_t Insert(const char16_t* name, POU_INFO& info, uint16_t attr, int* out);
+    // The same without attributes.
     int32_t Insert(const char16_t* name, POU_INFO& info, int* out);
+    // The same of an editor's reference to a unit.
     int32_t Insert(CPouRef* pou, POU_INFO& info, uint16_t attr, int* out);
+    // The same of such a reference, without attributes.
     int32_t Insert(CPouRef* pou, POU_INFO& info, int* out);
+    // Returns -1: no unit is marked.
     int32_t MarkPouDeleted(const char16_t* name, uint16_t attr);
+    // Returns -1: no globals are marked.
     int32_t MarkGlobalsDeleted(uint16_t attr);
 
     // --- Images ------------------------------------------------------------------------------
@@ -297,13 +317,16 @@ class LQ_DATA_API CgTab {
     int Save(STREAM_A& s);
     // Into a new set or one whose tables were cleared: nothing is cleared here.
     int Restore(STREAM_A& s);
-    // One table without its length. Both return the number of bytes transferred. Get writes at the
-    // table's current position and does not touch its index.
+    // One table without its length; the number of bytes written.
     int32_t Put(TAB_ID id, STREAM_A& s);
+    // Reads `n` bytes of a table from a stream, at the table's current position, without a look at
+    // its index; the number of bytes read.
     int32_t Get(TAB_ID id, STREAM_A& s, int32_t n);
-    // The user areas of a table, in line order. The number of bytes; or -1, and the table is empty
-    // then.
+    // Writes the user areas of a table, in line order. The number of bytes; or -1, and the table is
+    // empty then.
     int32_t PutUsr(TAB_ID id, STREAM_A& s);
+    // Reads the user areas of a table, in line order; the number of bytes, or -1, and the table is
+    // empty then.
     int32_t GetUsr(TAB_ID id, STREAM_A& s);
     // 1 when all ten tables are empty.
     int IsTableEmpty();

@@ -28,10 +28,13 @@ class LQ_DATA_API UserData {
 
     // Zero bytes in the new number; false and size 0 when memory is short.
     bool Resize(uint32_t size);
+    // The number of bytes.
     uint32_t Size() const { return size_; }
+    // The bytes in place, valid until Resize.
     const unsigned char* Bytes() const { return IsInPlace() ? area_.bytes : area_.block; }
     // Copies Size() bytes in or out; false when there are bytes to copy and the other side is null.
     bool Set(const void* from);
+    // Copies Size() bytes out; false when there are bytes to copy and `to` is null.
     bool Get(void* to) const;
     // Below, equal to or above zero, over Size() bytes; what `other` lacks counts as 0.
     int Compare(const UserData& other) const;
@@ -167,18 +170,25 @@ class LQ_DATA_API CGList : public CObject {
     // A node with these links and zero data; null and no change when memory is short. Valid until
     // it is freed or the pool forgets its nodes. The neighbours' links are the caller's.
     virtual CNode* NewNode(CNode* prev, CNode* next);
+    // A node without neighbours, as NewNode.
     CNode* AllocListElement() { return NewNode(nullptr, nullptr); }
     // Takes a node back for reuse, last in, first out. Null is allowed.
     void FreeNode(CNode* node);
+    // As FreeNode.
     void FreeListElement(CNode* node) { FreeNode(node); }
     // Forgets all nodes and frees every block, without a look at the data. A list's body is no
     // list any more afterwards.
     void RemoveAll();
 
+    // The neighbour behind a node; null for none.
     static CNode* GetNextPosition(const CNode* node) { return node->next; }
+    // The neighbour in front of a node; null for none.
     static CNode* GetPrevPosition(const CNode* node) { return node->prev; }
+    // How many nodes are handed out.
     uint32_t GetCount() const { return nodeCount_; }
+    // 1 when no node is handed out.
     int IsEmpty() const { return nodeCount_ == 0 ? 1 : 0; }
+    // 1 when the pool is the body of a list.
     int IsListCreated() const { return magic_ == kMagic ? 1 : 0; }
 
   private:
@@ -259,11 +269,14 @@ class LQ_DATA_API FLIST : public CObject {
     // Deletes the body without a look at the elements: texts become the caller's.
     void FreeList();
 
+    // The list's body; null when it has none.
     CGList* GetList() const { return body_; }
+    // The number of elements.
     uint32_t Cardinality() const;
     // Copy the user data in and out. The result is 1, or 0 for an invalid list, or when there is
     // user data and the other side is null.
     int SetUserData(const void* from);
+    // Copies the user data out.
     int GetUserData(void* to) const;
 
     // Where the new element goes:
@@ -391,25 +404,34 @@ LQ_DATA_API FLIST* CreateList(uint32_t userDataSize, LIST_ELEMENT_TYPE type, uin
 LQ_DATA_API int DestroyList(FLIST* list);
 // The result is always 1.
 LQ_DATA_API int ClearList(FLIST* list);
+// As FLIST::Cardinality.
 LQ_DATA_API uint32_t CardinalityOfList(FLIST* list);
+// As FLIST::SetUserData.
 LQ_DATA_API int SetUserDataOfList(FLIST* list, const void* from);
+// As FLIST::GetUserData.
 LQ_DATA_API int GetUserDataOfList(FLIST* list, void* to);
+// As FLIST::InsertElement.
 LQ_DATA_API uint32_t NewElementOfList(FLIST* list, const void* value, const void* key,
                                       LIST_CALLBACK code, int32_t param);
 // The same with the value as the key.
 LQ_DATA_API uint32_t InsertElementOfList(FLIST* list, const void* value, LIST_CALLBACK code,
                                          int32_t param);
+// As FLIST::FindElement.
 LQ_DATA_API uint32_t FindElementOfList(FLIST* list, void* out, const void* key, LIST_CALLBACK code,
                                        int32_t param);
 // Iteration: LC_FIRST, then LC_NEXT until the result is 0.
 LQ_DATA_API uint32_t ListGet(FLIST* list, void*& slot, const void* key, LIST_CALLBACK code,
                              int32_t param);
+// As FLIST::SizeOfElement.
 LQ_DATA_API uint32_t SizeOfElementOfList(FLIST* list, uint32_t* size, const void* key,
                                          LIST_CALLBACK code, int32_t param);
+// As FLIST::WriteElement.
 LQ_DATA_API uint32_t WriteElementOfList(FLIST* list, const void* value, const void* key,
                                         LIST_CALLBACK code, int32_t param);
+// As FLIST::RemoveElement.
 LQ_DATA_API uint32_t RemoveElementOfList(FLIST* list, void* out, const void* key,
                                          LIST_CALLBACK code, int32_t param);
+// As FLIST::Foreach.
 LQ_DATA_API uint32_t ForeachElementOfList(FLIST* list, LIST_CALLBACK direction,
                                           LIST_CALLBACK callback, int32_t param);
 // Sorts in place by `comparer`, or with LC_EQUAL by the comparison of the element type; not stable.
@@ -462,10 +484,12 @@ struct _ASSAY {
 // (see CreateList). User data may have any size.
 LQ_DATA_API _ASSAY* CreateAssay(uint32_t userDataSize, LIST_ELEMENT_TYPE type1, uint32_t size1,
                                 LIST_ELEMENT_TYPE type2, uint32_t size2, LIST_CALLBACK callback);
+// Destroys a table with its lists and user data. The result is 1, or 0 for null.
 LQ_DATA_API int DestroyAssay(_ASSAY* assay);
 // Copy the user data in and out. The result is its size, or 0 when there is user data and the other
 // side is null.
 LQ_DATA_API uint32_t SetUserDataOfAssay(_ASSAY* assay, const void* from);
+// Copies the user data out. The result is its size, or 0 when there is some and `to` is null.
 LQ_DATA_API uint32_t GetUserDataOfAssay(_ASSAY* assay, void* to);
 // The result is the number of pairs.
 LQ_DATA_API uint32_t CardinalityOfAssay(_ASSAY* assay);
@@ -486,6 +510,7 @@ LQ_DATA_API uint32_t WriteElementOfAssay(_ASSAY* assay, const void* first, const
 // the key and only the other element is copied. Null copies nothing.
 LQ_DATA_API uint32_t RemoveElementOfAssay(_ASSAY* assay, void* first, void* second,
                                           LIST_CALLBACK code, int32_t column);
+// Finds a pair and copies of it what RemoveElementOfAssay would; the pair stays.
 LQ_DATA_API uint32_t FindElementOfAssay(_ASSAY* assay, void* first, void* second,
                                         LIST_CALLBACK code, int32_t column);
 // `size1` and `size2` are uint32_t* or null. LC_FIRST, then LC_NEXT, walks the pairs. A function is

@@ -25,6 +25,7 @@ class LQ_DATA_API CMemBlock : public CObject {
     CMemBlock(const CMemBlock&) = delete;
     CMemBlock& operator=(const CMemBlock&) = delete;
 
+    // A new object; null when memory is short.
     static CObject* CreateObject();
 
   protected:
@@ -87,12 +88,14 @@ class LQ_DATA_API HashTable : public CMemBlock {
     HashTable(uint32_t size, int caseSensitive);
     ~HashTable() override;
 
+    // A new object; null when memory is short.
     static CObject* CreateObject();
 
     // Gives an empty table `size` buckets, 0 counting as 1. A table with entries stays as it is.
     void InitHashTable(unsigned int size);
     // Releases entries, buckets and blocks. The number of buckets to be made stays.
     void RemoveAll();
+    // Removes all entries.
     void Clear() { RemoveAll(); }
 
     // 1 and the value of the first equal entry, or 0.
@@ -100,6 +103,7 @@ class LQ_DATA_API HashTable : public CMemBlock {
     // The value of the first equal entry, or of a new one with value 0. Without memory, a zero that
     // belongs to no entry.
     uint32_t& operator[](const char16_t* key);
+    // Sets the value of the first equal entry, or enters one.
     void SetAt(const char16_t* key, uint32_t value) { (*this)[key] = value; }
     // The new entry's key copy; null when an equal key exists or memory is short.
     const char16_t* Insert(const char16_t* key, int32_t id) { return Insert(key, id, 0); }
@@ -108,7 +112,9 @@ class LQ_DATA_API HashTable : public CMemBlock {
     // Remove the newest entry with an equal key, or the newest with that key and value. 1, or 0
     // when there is none.
     int RemoveKey(const char16_t* key);
+    // Removes the newest entry with that key and value: 1, or 0 when there is none.
     int RemoveKey(const char16_t* key, int32_t id);
+    // Removes the newest entry with an equal key, if there is one.
     void Delete(const char16_t* key) { RemoveKey(key); }
 
     // The value of the first equal entry, or -1.
@@ -116,15 +122,20 @@ class LQ_DATA_API HashTable : public CMemBlock {
     // GetPos, then GetNext until -1: all entries of the key, newest first. `pos` is null at the
     // end.
     int32_t GetPos(const char16_t* key, void*& pos) const;
+    // The next entry of the key, behind GetPos; -1 at the end.
     int32_t GetNext(const char16_t* key, void*& pos) const;
 
     // Iteration over all entries: while the position is not null, GetNextAssoc yields one and moves
     // on. Buckets ascend; within a bucket newer entries come first.
     void* GetStartPosition() const;
+    // The entry at `pos`, which moves on.
     void GetNextAssoc(void*& pos, const char16_t*& key, uint32_t& value) const;
 
+    // The number of entries.
     int32_t GetCount() const { return count_; }
+    // 1 when there is no entry.
     int IsEmpty() const { return count_ == 0 ? 1 : 0; }
+    // The number of buckets.
     unsigned int GetHashTableSize() const { return size_; }
     // The buckets, each with the newest entry of its chain. Null before the first insertion, unless
     // InitHashTable made them, and when memory is short for them.

@@ -130,69 +130,98 @@ enum POUH_TYPE_KIND : uint32_t {
 //
 // Destroy... returns 0 for null, and 1 otherwise.
 
-// POUH_REMARK, POUH_REMARKLEN.
+// A new comment; null when memory is short.
 LQ_DATA_API POUH_COMMENT_TYP* CreatePOUHComment();
+// Destroys a comment and what belongs to it.
 LQ_DATA_API int DestroyPOUHComment(POUH_COMMENT_TYP* record);
+// Reads an attribute of a comment: POUH_REMARK, POUH_REMARKLEN.
 LQ_DATA_API int GetAttrOfPOUHComment(const POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      void* value);
+// Sets POUH_REMARK, which is copied.
 LQ_DATA_API int SetAttrOfPOUHComment(POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      const char16_t* value);
 // The text in place, or an empty text; valid until the text changes. `record` must not be null.
 LQ_DATA_API const char16_t* GetRemarkPointerOfPOUHComment(const POUH_COMMENT_TYP* record);
 
-// POUH_INFO, POUH_DECLLIST.
+// A new header of a unit; null when memory is short.
 LQ_DATA_API POU_HEADER_TYP* CreatePOUHeader();
+// Destroys a header and what belongs to it.
 LQ_DATA_API int DestroyPOUHeader(POU_HEADER_TYP* record);
+// Reads an attribute of a header of a unit: POUH_INFO, POUH_DECLLIST.
 LQ_DATA_API int GetAttrOfPOUHeader(const POU_HEADER_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                    void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfPOUHeader(POU_HEADER_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                    const void* value);
 
-// POUH_NAME, POUH_INFOTEXT, POUH_POUTYPE, POUH_COMMENT, POUH_POUCOMMENT, POUH_HEADERFLAG,
-// POUH_EXTRAVALUE.
+// A new info record of a unit; null when memory is short.
 LQ_DATA_API POUH_INFO_TYP* CreatePOUHInfo();
+// Destroys an info record and what belongs to it.
 LQ_DATA_API int DestroyPOUHInfo(POUH_INFO_TYP* record);
+// Reads an attribute of an info record of a unit: POUH_NAME, POUH_INFOTEXT, POUH_POUTYPE,
+// POUH_COMMENT, POUH_POUCOMMENT, POUH_HEADERFLAG, POUH_EXTRAVALUE.
 LQ_DATA_API int GetAttrOfPOUHInfo(const POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfPOUHInfo(POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   const void* value);
 
 // The list records: POUH_LIST. Lists of declarations hold DECL_TYP* (LET_MEMORY, elements of the
 // size of a pointer), lists of names LET_STRING. The records own list and elements.
+
+// A new symbol table; null when memory is short.
 LQ_DATA_API SYMBOL_TABLE_TYP* CreateSymbolTable();
+// Destroys a symbol table and what belongs to it.
 LQ_DATA_API int DestroySymbolTable(SYMBOL_TABLE_TYP* record);
+// Reads POUH_LIST of a symbol table.
 LQ_DATA_API int GetAttrOfSymbolTable(const SYMBOL_TABLE_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      void* value);
+// Sets POUH_LIST of a symbol table.
 LQ_DATA_API int SetAttrOfSymbolTable(SYMBOL_TABLE_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      const void* value);
 
+// A new declaration list; null when memory is short.
 LQ_DATA_API POUH_DECL_LIST_TYP* CreatePOUHDeclList();
+// Destroys a declaration list and what belongs to it.
 LQ_DATA_API int DestroyPOUHDeclList(POUH_DECL_LIST_TYP* record);
+// Reads POUH_LIST of a declaration list.
 LQ_DATA_API int GetAttrOfPOUHDeclList(const POUH_DECL_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                       void* value);
+// Sets POUH_LIST of a declaration list.
 LQ_DATA_API int SetAttrOfPOUHDeclList(POUH_DECL_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                       const void* value);
 
 // A list with the names of the project's tasks (LoadTaskList). Null, and nothing kept, when memory
 // is short.
 LQ_DATA_API TASK_LIST_TYP* CreateTaskList();
+// Destroys a list of tasks and what belongs to it.
 LQ_DATA_API int DestroyTaskList(TASK_LIST_TYP* record);
+// Reads POUH_LIST of a list of tasks.
 LQ_DATA_API int GetAttrOfTaskList(const TASK_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   void* value);
+// Sets POUH_LIST of a list of tasks.
 LQ_DATA_API int SetAttrOfTaskList(TASK_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   const void* value);
 
+// A new list of a task's units; null when memory is short.
 LQ_DATA_API TASK_POU_LIST_TYP* CreateTaskPOUList();
+// Destroys a list of a task's units and what belongs to it.
 LQ_DATA_API int DestroyTaskPOUList(TASK_POU_LIST_TYP* record);
+// Reads POUH_LIST of a list of a task's units.
 LQ_DATA_API int GetAttrOfTaskPOUList(const TASK_POU_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      void* value);
+// Sets POUH_LIST of a list of a task's units.
 LQ_DATA_API int SetAttrOfTaskPOUList(TASK_POU_LIST_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      const void* value);
 
-// POUH_NAME, POUH_ADDRESS, POUH_SCOPE, POUH_TYPE, POUH_DECLWORD, POUH_DECLFLAGS.
+// A new declaration; null when memory is short.
 LQ_DATA_API DECL_TYP* CreateDecl();
+// Destroys a declaration and what belongs to it.
 LQ_DATA_API int DestroyDecl(DECL_TYP* record);
+// Reads an attribute of a declaration: POUH_NAME, POUH_ADDRESS, POUH_SCOPE, POUH_TYPE,
+// POUH_DECLWORD, POUH_DECLFLAGS.
 LQ_DATA_API int GetAttrOfDecl(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag, void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfDecl(DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag, const void* value);
 // Which of its owner's declarations a loader made the record from: the index in the selection of
 // the object that holds them. -1 for a parameter that no declaration stands for (the result of a
@@ -201,63 +230,95 @@ LQ_DATA_API int32_t GetIndexOfDecl(const DECL_TYP* record);
 // The flag word (POUH_DECLFLAGS) in place; null for null.
 LQ_DATA_API uint16_t* DecFlags(DECL_TYP* record);
 
-// POUH_TYPEKIND; POUH_TYPESPEC while the kind is a POUH_TYPE_KIND.
+// A new type record; null when memory is short.
 LQ_DATA_API UNNAMED_TYPE_TYP* CreateUnnamedType();
+// Destroys a type record and what belongs to it.
 LQ_DATA_API int DestroyUnnamedType(UNNAMED_TYPE_TYP* record);
+// Reads an attribute of a type record: POUH_TYPEKIND; POUH_TYPESPEC while the kind is a
+// POUH_TYPE_KIND.
 LQ_DATA_API int GetAttrOfUnnamedType(const UNNAMED_TYPE_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfUnnamedType(UNNAMED_TYPE_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                      const void* value);
 
 // The four specification records of one shape: the type text (POUH_NAME, POUH_STRINGTYPE or
 // POUH_ARRAYTYPE), POUH_INITVALUE, POUH_INITVALUELEN, POUH_COMMENT, POUH_COMMENT2.
+
+// A new specification of a simple type or a structure; null when memory is short.
 LQ_DATA_API SIMPLE_SPEC_TYP* CreateSimpleSpec();
+// Destroys a specification of a simple type and what belongs to it.
 LQ_DATA_API int DestroySimpleSpec(SIMPLE_SPEC_TYP* record);
+// Reads an attribute of a specification of a simple type.
 LQ_DATA_API int GetAttrOfSimpleSpec(const SIMPLE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     void* value);
+// Sets an attribute of a specification of a simple type.
 LQ_DATA_API int SetAttrOfSimpleSpec(SIMPLE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     const void* value);
 
+// A new specification of an instance; null when memory is short.
 LQ_DATA_API FBINST_SPEC_TYP* CreateFBInstSpec();
+// Destroys a specification of an instance and what belongs to it.
 LQ_DATA_API int DestroyFBInstSpec(FBINST_SPEC_TYP* record);
+// Reads an attribute of a specification of an instance.
 LQ_DATA_API int GetAttrOfFBInstSpec(const FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     void* value);
+// Sets an attribute of a specification of an instance.
 LQ_DATA_API int SetAttrOfFBInstSpec(FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     const void* value);
 
+// A new specification of a string; null when memory is short.
 LQ_DATA_API STRING_SPEC_TYP* CreateStringSpec();
+// Destroys a specification of a string and what belongs to it.
 LQ_DATA_API int DestroyStringSpec(STRING_SPEC_TYP* record);
+// Reads an attribute of a specification of a string.
 LQ_DATA_API int GetAttrOfStringSpec(const STRING_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     void* value);
+// Sets an attribute of a specification of a string.
 LQ_DATA_API int SetAttrOfStringSpec(STRING_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                     const void* value);
 
+// A new specification of an array; null when memory is short.
 LQ_DATA_API ARRAY_SPEC_TYP* CreateArraySpec();
+// Destroys a specification of an array and what belongs to it.
 LQ_DATA_API int DestroyArraySpec(ARRAY_SPEC_TYP* record);
+// Reads an attribute of a specification of an array.
 LQ_DATA_API int GetAttrOfArraySpec(const ARRAY_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                    void* value);
+// Sets an attribute of a specification of an array.
 LQ_DATA_API int SetAttrOfArraySpec(ARRAY_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                    const void* value);
 
-// POUH_NAME, POUH_RANGE, POUH_INITVALUE, POUH_INITVALUELEN, POUH_COMMENT; POUH_COMMENT2 (Get only).
+// A new specification of a subrange; null when memory is short.
 LQ_DATA_API SUBRANGE_SPEC_TYP* CreateSubrangeSpec();
+// Destroys a specification of a subrange and what belongs to it.
 LQ_DATA_API int DestroySubrangeSpec(SUBRANGE_SPEC_TYP* record);
+// Reads an attribute of a specification of a subrange: POUH_NAME, POUH_RANGE, POUH_INITVALUE,
+// POUH_INITVALUELEN, POUH_COMMENT; POUH_COMMENT2 (Get only).
 LQ_DATA_API int GetAttrOfSubrangeSpec(const SUBRANGE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                       void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfSubrangeSpec(SUBRANGE_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                       const void* value);
 
-// POUH_TASKINFO, POUH_TASKPOUS.
+// A new task; null when memory is short.
 LQ_DATA_API TASK_TYP* CreateTask();
+// Destroys a task and what belongs to it.
 LQ_DATA_API int DestroyTask(TASK_TYP* record);
+// Reads an attribute of a task: POUH_TASKINFO, POUH_TASKPOUS.
 LQ_DATA_API int GetAttrOfTask(const TASK_TYP* record, POUH_ATTRIBUTE_FLAG flag, void* value);
+// Sets one of these: a text is copied, a record belongs to it from then on.
 LQ_DATA_API int SetAttrOfTask(TASK_TYP* record, POUH_ATTRIBUTE_FLAG flag, const void* value);
 
-// POUH_NAME, POUH_EVENT, POUH_INTERVAL, POUH_PRIORITY, POUH_COMMENT: all texts.
+// A new info record of a task; null when memory is short.
 LQ_DATA_API TASK_INFO_TYP* CreateTaskInfo();
+// Destroys a task info and what belongs to it.
 LQ_DATA_API int DestroyTaskInfo(TASK_INFO_TYP* record);
+// Reads an attribute of an info record of a task: POUH_NAME, POUH_EVENT, POUH_INTERVAL,
+// POUH_PRIORITY, POUH_COMMENT: all texts.
 LQ_DATA_API int GetAttrOfTaskInfo(const TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   void* value);
+// Sets one of these texts, which is copied.
 LQ_DATA_API int SetAttrOfTaskInfo(TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag,
                                   const void* value);
 
@@ -315,7 +376,9 @@ LQ_DATA_API int FillFBInstDeclaration(DECL_TYP* decl, DECL_SCOPE scope, const ch
 // New declaration objects of the project model for the implicit parameters of a POU: the return
 // value of a function, EN and ENO. The caller deletes them. Null when the model cannot make one.
 LQ_DATA_API LQPOUHDECL* GetRetDecl(const char16_t* name, const char16_t* type);
+// The same for EN, an input.
 LQ_DATA_API LQPOUHDECL* GetEnDecl();
+// The same for ENO, an output.
 LQ_DATA_API LQPOUHDECL* GetEnoDecl();
 
 // ---------------------------------------------------------------------------------------------
@@ -359,15 +422,18 @@ LQ_DATA_API DECL_TYP* LoadDecl(LQOBJECT* source);
 
 // Returns 1 and does nothing.
 LQ_DATA_API int LoadSymbolTable(SYMBOL_TABLE_TYP* table);
-// Return 0 and do nothing.
+// Returns 0 and does nothing.
 LQ_DATA_API int GetDecl(DECL_TYP* decl, LQDATADECL* source);
+// Returns 0 and does nothing.
 LQ_DATA_API int SaveDeclList(FLIST* list, LQDECLLIST* target);
+// Returns 0 and does nothing.
 LQ_DATA_API int SavePOUHeader(POU_HEADER_TYP* header, LQLIB* library, ID* id);
 
 // Fills `task` from the first task of that name, in the order of the resource pool's collections,
 // or from the task object `id`. The old records are destroyed in any case, unless an argument is
 // null. 0 also without a resource pool and for an object that is no task.
 LQ_DATA_API int LoadTask(TASK_TYP* task, const char16_t* name);
+// Fills `task` from the task object `id`, as from a task by name.
 LQ_DATA_API int LoadTask(TASK_TYP* task, ID id);
 
 // Appends the names of the project's tasks that the model gives members to `list` (LET_STRING).

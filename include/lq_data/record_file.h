@@ -38,6 +38,7 @@ class LQ_DATA_API R_FILE {
     R_FILE(const R_FILE&) = delete;
     R_FILE& operator=(const R_FILE&) = delete;
 
+    // 1 when the file is open.
     int IsOpen() const { return blockSize_ != 0 ? 1 : 0; }
     // Whether the last destruction of any record file tore it down; 1 before the first.
     static int IsClosed() { return bClosed.load(std::memory_order_relaxed); }
@@ -46,8 +47,11 @@ class LQ_DATA_API R_FILE {
 
     // Moves to a position and returns it; -1 and no change when it lies outside 0 to the length.
     int32_t Lseek(int32_t offset, int whence);
+    // The current position.
     int32_t Tell() const { return cur_.pos; }
+    // 1 at the end.
     int Eof() const { return cur_.pos == end_.pos ? 1 : 0; }
+    // The length.
     int32_t Filelength() const { return end_.pos; }
 
     // Copies at most `n` bytes to `buf` and passes over them; returns how many.

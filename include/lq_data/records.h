@@ -27,25 +27,36 @@ namespace lq::pouh {
 // What the views read with. A text is never null: a missing text, attribute or record reads as the
 // empty text.
 LQ_DATA_API const char16_t* TextOf(const POUH_COMMENT_TYP* record, POUH_ATTRIBUTE_FLAG flag);
+// A text of a unit's info record.
 LQ_DATA_API const char16_t* TextOf(const POUH_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag);
+// A text of a declaration.
 LQ_DATA_API const char16_t* TextOf(const DECL_TYP* record, POUH_ATTRIBUTE_FLAG flag);
+// A text of the type of an instance.
 LQ_DATA_API const char16_t* TextOf(const FBINST_SPEC_TYP* record, POUH_ATTRIBUTE_FLAG flag);
+// A text of a task.
 LQ_DATA_API const char16_t* TextOf(const TASK_INFO_TYP* record, POUH_ATTRIBUTE_FLAG flag);
 
 // What a declaration says about its type, whichever specification it has. The type kind is 0
 // without a type record; the type text of a subrange is its first text.
 LQ_DATA_API uint32_t TypeKindOf(const DECL_TYP* decl);
+// The type text; of a subrange its first text.
 LQ_DATA_API const char16_t* TypeTextOf(const DECL_TYP* decl);
+// The range of a subrange, else the empty text.
 LQ_DATA_API const char16_t* RangeOf(const DECL_TYP* decl);
+// The initial value.
 LQ_DATA_API const char16_t* InitValueOf(const DECL_TYP* decl);
 // The comments of the specification record, POUH_COMMENT or POUH_COMMENT2.
 LQ_DATA_API const char16_t* CommentOf(const DECL_TYP* decl, POUH_ATTRIBUTE_FLAG flag);
 
 // The list of a list record, or of a header's declaration list record; null when there is none.
 LQ_DATA_API FLIST* ListOf(const SYMBOL_TABLE_TYP* record);
+// The declarations of a declaration list.
 LQ_DATA_API FLIST* ListOf(const POUH_DECL_LIST_TYP* record);
+// The names of tasks.
 LQ_DATA_API FLIST* ListOf(const TASK_LIST_TYP* record);
+// The names of a task's units.
 LQ_DATA_API FLIST* ListOf(const TASK_POU_LIST_TYP* record);
+// The declarations of a header.
 LQ_DATA_API FLIST* ListOf(const POU_HEADER_TYP* record);
 
 // The section keyword of a scope; the empty text when it has none.

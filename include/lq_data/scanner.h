@@ -121,11 +121,16 @@ class LQ_DATA_API Token : public CObject {
     // operators and keywords, it is what an earlier token left.
     uint16_t GetCode() const { return Read<uint16_t>(); }    // operator code, keyword id
     uint32_t GetNumber() const { return Read<uint32_t>(); }  // integers, error code
+    // The value of a real.
     double GetReal() const { return Read<double>(); }
+    // What a string or a comment holds.
     const char16_t* GetValueText() const { return Read<const char16_t*>(); }
+    // The parts of an address.
     const Address* GetAddress() const { return Read<const Address*>(); }
+    // The value of a duration, a date or a time of day.
     Time* GetTime() const { return Read<Time*>(); }
 
+    // All bytes of the value, whatever the kind.
     uint64_t GetBytes() const { return Read<uint64_t>(); }
     // Replaces the first bytes of the value. All of its bytes are written in one step, since a copy
     // of the value would otherwise wait for the narrow write.
@@ -136,9 +141,12 @@ class LQ_DATA_API Token : public CObject {
         SetValue(bytes);
     }
 
+    // Whether the token is this operator.
     bool IsOperator(OPERATOR_CODE code) const { return kind == TK_OPERATOR && GetCode() == code; }
+    // Whether the token is the keyword with this id.
     bool IsKeyword(uint16_t id) const { return kind == TK_KEYWORD && GetCode() == id; }
 
+    // Sets the first bytes of the value, without those behind.
     template <typename T>
     void SetValue(T v) {
         static_assert(sizeof(T) <= sizeof(value));
@@ -196,6 +204,7 @@ class Recogniser;
 class LQ_DATA_API Scanner : public CObject {
     LQ_DECLARE_DYNAMIC(Scanner)
   public:
+    // A new scanner, bound to nothing; null when memory is short.
     static CObject* CreateObject();
     // Releases the stream as ReleaseStream does, and does not destroy it.
     ~Scanner() override;
@@ -216,17 +225,21 @@ class LQ_DATA_API Scanner : public CObject {
     // bound last: every token is then TK_EOF.
     int CanRead() const;
 
+    // The next token; TK_EOF at the end of the input, and from then on.
     Token GetToken();
 
     // Identifiers of exactly that spelling come out as TK_KEYWORD with the low 16 bits of `id`. 1,
     // or 0 when the name was registered already (the old id stays) or memory is short.
     int RegisterKeyword(const char16_t* name, int id);
 
+    // The line that the scanner is in.
     int GetnActLine() const { return nActLine; }
+    // Makes that line another one; the lines behind follow it.
     void SetnActLine(int line) { nActLine = line; }
     // The offset in the stream, in characters, of the first character not yet in a token; at the
     // end of the input that of the last character.
     int32_t GetStreamPosition() const;
+    // 1 at the end of the input.
     int IsEOF() const;
 
     // Sets the flag that is passed on to the address check library, at first 1. Returns the one
@@ -237,10 +250,15 @@ class LQ_DATA_API Scanner : public CObject {
     // the next token; a caller that needs it longer takes it over, sets null and releases it with
     // lq::Release.
     char16_t* GetSrcEx() const { return SrcEx; }
+    // Puts another overflow text in its place, null to take it over.
     void SetSrcEx(char16_t* text) { SrcEx = text; }
+    // The characters of the overflow text, its terminator included; 0 without one.
     int32_t GetHugeBufLen() const { return HugeBufLen; }
+    // Sets that number.
     void SetHugeBufLen(int32_t length) { HugeBufLen = length; }
+    // 1 when the overflow text is whole.
     int IsHugeBufComplete() const { return HugeBufComplete; }
+    // Sets that answer.
     void HugeBufIsComplete(int complete) { HugeBufComplete = complete; }
     // 1 when memory ran short for the overflow text of the last token.
     int HasLostText() const { return HugeBufLen != 0 && !HugeBufComplete ? 1 : 0; }

@@ -134,7 +134,15 @@ struct UnitInfo {
     uint32_t kind = 0;       // POUH_POU_TYPE
     uint32_t instances = 0;  // structures and function blocks declared in it
 
+    // The section, as lq::Lines and a search take it.
+    CgTab::POS_DSC Section() const {
+        return {static_cast<int32_t>(start), static_cast<int32_t>(end),
+                static_cast<int32_t>(lines)};
+    }
+
+    // Reads them from the bytes of a line.
     LQ_DATA_API static UnitInfo From(const CgTab::POU_INFO& info);
+    // The bytes that a line has of them.
     LQ_DATA_API CgTab::POU_INFO ToInfo() const;
 };
 
@@ -195,7 +203,9 @@ class LQ_DATA_API TranslationResult {
 
     // What was refused, in the order of the project. Valid while the result lives.
     const TranslationRefusal* begin() const { return refusals_; }
+    // Behind the last refusal.
     const TranslationRefusal* end() const { return refusals_ + count_; }
+    // How many refusals there are.
     uint32_t GetRefusalCount() const { return count_; }
 
   private:

@@ -79,6 +79,7 @@ struct IEC_TYPE_DSC {
 // The number of descriptors (36), and the first of them. Their order decides which of two names
 // IecTypeConv::GetName gives.
 LQ_DATA_API uint32_t GetIecDscSize();
+// The first of the type descriptors.
 LQ_DATA_API IEC_TYPE_DSC* GetIecTypeDsc();
 
 // Type names to identifiers and back. Construct one before calling its operations: the first one
@@ -124,6 +125,7 @@ class LQ_DATA_API IecTypeSize {
     // The default table, from which the constructor restores the defaults. Not to be written.
     uint32_t (*GetDftSize())[18];
 
+    // The index of a type's size.
     VAL_IDX TypeToIdx(IEC_TYPE id);
 
     // 1, or 0 and no change when `id` has no slot (its size is fixed).

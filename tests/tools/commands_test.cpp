@@ -134,10 +134,12 @@ TEST(Scan, ReadsTheEncodingsOfSources) {
 
 TEST(Help, EveryCommandHasAnExampleThatWorks) {
     EXPECT_THAT(RunLq("--version").out, MatchesRegex("lq [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-    WriteFile(TestFolder() + "/plant.xml", ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+    for (const char* name : {"/plant.xml", "/old.xml"}) {
+        WriteFile(TestFolder() + name, ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+    }
     WriteFile(TestFolder() + "/mixer.st", "Ready := TRUE;");
     for (const std::string command : {"translate", "show", "report", "scan", "value", "pou", "fb",
-                                      "tasks", "symbols", "types"}) {
+                                      "tasks", "symbols", "diff", "types"}) {
         const Outcome outcome = RunLq(command + " --help");
         EXPECT_EQ(outcome.status, 0);
         const std::string start = "Example:\n  lq ";

@@ -163,6 +163,8 @@ const Job kJobs[] = {
     {"TasksJson", {"tasks", "plant.xml", "--json"}},
     {"Symbols", {"symbols", "plant.xml", "-e", "--csv", "-s", "name", "-o", "out"}},
     {"SymbolsJson", {"symbols", "plant.xml", "-u", "Clamp", "--json"}},
+    {"Diff", {"diff", "plant.xml", "-"}, "<project><types/></project>"},
+    {"DiffJson", {"diff", "-", "plant.lqt", "--json"}, "<project><types/></project>"},
     {"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
     {"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
     {"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"},

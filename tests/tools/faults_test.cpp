@@ -135,8 +135,8 @@ TEST(Faults, TheReaderIsGone) {
     for (const std::string command :
          {"show plant.xml", "show plant.xml --json", "scan plant.xml", "scan plant.xml --json",
           "translate plant.xml", "translate plant.xml -o -", "pou plant.xml Mixing --json",
-          "tasks plant.xml", "symbols plant.xml --csv", "fb plant.xml Mixing stirring", "value 1",
-          "types", "report plant.xml -o -", "--help"}) {
+          "tasks plant.xml", "symbols plant.xml --csv", "diff plant.xml plant.xml --json",
+          "fb plant.xml Mixing stirring", "value 1", "types", "report plant.xml -o -", "--help"}) {
         // A parent process may have set broken pipes aside.
         const std::string script = (command == "types" ? "trap '' PIPE; " : "") + kLq + command;
         const Outcome outcome = RunShell(script + " >&" + std::to_string(ends[1]));

@@ -80,6 +80,13 @@ INSTANTIATE_TEST_SUITE_P(
                "symbols symbols.xml -l pumps.xml -e -u main 2>/dev/null | grep unknown", 0},
         Golden{"symbols_libraries.txt", "symbols plant.xml -l pumps.xml --check-libraries -u Clamp",
                1},
+        Golden{"diff.txt", "diff old.xml new.xml", 1},
+        Golden{"diff.json", "diff new.xml old.xml --json | head -45", 0},
+        Golden{"diff_image.txt",
+               "translate old.xml -o o >/dev/null 2>&1; \"$LQ\" diff o new.xml 2>/dev/null; s=$?; "
+               "rm o; exit $s",
+               1},
+        Golden{"diff_images.txt", "diff plant.xml plant.lqt", 0},
         Golden{"fb.txt", "fb plant.xml Mixing stirring", 0}, Golden{"types.txt", "types", 0},
         Golden{"value.txt",
                "value 0 255 -5 300 16#FF 1.5 TRUE T#1h30m D#2024-02-29 "
@@ -150,6 +157,9 @@ constexpr const char* kComplaints[] = {
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
+    "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",
+    "diff plant.xml short.lqt", "diff plant.xml damaged.lqt", "diff folder plant.xml",
+    "diff plant.lqt plant.xml", "diff refused.xml refused.xml",
     "symbols symbols.xml --expand 2>/dev/null | cut -f11 | LC_ALL=C sort -u",
 };
 // clang-format on

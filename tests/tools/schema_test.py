@@ -42,6 +42,9 @@ CASES = [
     (["symbols", plant], "", 0),
     (["symbols", plant, "--expand", "--sort", "name"], "", 0),
     (["symbols", "-", "--located"], faulty, 1),
+    (["diff", plant, "-"], faulty, 1),
+    (["diff", "-", plant], faulty, 1),
+    (["diff", plant, plant], "", 0),
     (["types"], "", 0),
 ]
 

@@ -232,6 +232,14 @@ void CommandLine::AddCommands() {
     AddProject(command, tasks_.files);
 
     AddSymbols();
+
+    command = AddCommand("diff", "Tells what is different between two projects",
+                         "lq diff old.xml plant.xml", diff_, RunDiff);
+    AddFile(command, "old", diff_.before, "A project or an image; - for standard input")
+        ->required();
+    AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
+        ->required();
+
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
 }
 

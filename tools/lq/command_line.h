@@ -29,7 +29,7 @@ inline constexpr struct {
     const char* meaning;
 } kExitStatuses[] = {
     {"0", "Done"},
-    {"1", "The input has faults, or not the name that was looked for"},
+    {"1", "The input has faults, or not the name that was looked for; of diff, the inputs differ"},
     {"2", "The command could not do its work"},
     {"141", "Whoever read the results left before their end"},
 };
@@ -67,6 +67,7 @@ class CommandLine {
     FbOptions fb_;
     TasksOptions tasks_;
     SymbolsOptions symbols_;
+    DiffOptions diff_;
     TypesOptions types_;
 };
 

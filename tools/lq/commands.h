@@ -89,6 +89,13 @@ struct SymbolsOptions {
 };
 int RunSymbols(const SymbolsOptions& options);
 
+struct DiffOptions {
+    std::string before;  // each an image or a project
+    std::string after;
+    bool json = false;
+};
+int RunDiff(const DiffOptions& options);
+
 struct TypesOptions {
     bool json = false;
 };

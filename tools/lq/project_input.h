@@ -25,6 +25,10 @@ void ReadFile(const std::string& path, const std::string& encoding, host::Projec
 void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports);
 
+// The same for what may be one image: its tables, or null for a project, which is read.
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
+                                          std::vector<host::Report>& reports);
+
 // The same for commands that only look at the project: the reports go to standard error, and the
 // result is the exit status so far.
 int ReadAndReport(const ProjectFiles& files, host::Project& project);
@@ -65,6 +69,7 @@ struct TableInput {
     bool isProject = false;
     std::vector<Refusal> refusals;
     int status = 0;  // an ExitStatus
+    std::vector<host::Report> reports;
 };
 
 // The input's tables: an image's, or those that a project translates to, which is read into

@@ -292,7 +292,8 @@ int RunShow(const ShowOptions& options) {
     RefuseImageWithJson(options.save, options.json);
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
     CurrentProject current;
-    auto [tables, isProject, refusals, status] = ReadTables(options.files, current.project);
+    auto [tables, isProject, refusals, status, reports] =
+        ReadTables(options.files, current.project);
     if (isProject) {  // an image may be saved in its own place
         RefuseInputAsOutput(options.files, options.save);
     }

@@ -18,7 +18,9 @@ int RunReport(const ReportOptions& options) {
     const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     ReportPage page(file);
-    WriteReportData(options.files.projects.front(), input, current.project, page);
+    WriteReportTables(options.files.projects.front(), input, current.project, page);
+    page.EndTables();
+    WriteReportProject(options.files, input, current.project, page);
     page.Finish();
     file.Finish();
     return input.status;

@@ -1,4 +1,4 @@
-// What the report's page shows, as the JSON document that its script reads.
+// What the report's page shows, as the two JSON documents that its script reads.
 #pragma once
 
 #include <string>
@@ -9,9 +9,15 @@
 
 namespace lq::tool {
 
-// `path` names the input, `project` is what was read from it, if it is a project. What is damaged
-// becomes a message and changes the status.
-void WriteReportData(const std::string& path, TableInput& input, const host::Project& project,
-                     ReportPage& page);
+// The tables, their links and what is needed to draw their files. `path` names the input, `project`
+// is what was read from it, if it is a project. What is damaged becomes a message and changes the
+// status.
+void WriteReportTables(const std::string& path, TableInput& input, const host::Project& project,
+                       ReportPage& page);
+
+// What the engineer wrote: units, types, lists, tasks and symbols of the project, and what was said
+// of it. Of an image there are only its tables.
+void WriteReportProject(const ProjectFiles& files, const TableInput& input,
+                        const host::Project& project, ReportPage& page);
 
 }  // namespace lq::tool

@@ -9,7 +9,8 @@ namespace lq::tool {
 namespace {
 
 constexpr std::string_view kStyleMark = "{{style}}";
-constexpr std::string_view kDataMark = "{{data}}";
+constexpr std::string_view kTablesMark = "{{tables}}";
+constexpr std::string_view kProjectMark = "{{project}}";
 constexpr std::string_view kScriptMark = "{{script}}";
 constexpr size_t kPiece = size_t{1} << 16;
 
@@ -36,7 +37,7 @@ std::string DataText(const Json& value) {
 ReportPage::ReportPage(OutputFile& file) : file_(file) {
     Add(Between("", kStyleMark));
     Add(report::kStyle);
-    Add(Between(kStyleMark, kDataMark));
+    Add(Between(kStyleMark, kTablesMark));
 }
 
 void ReportPage::Add(std::string_view json) {
@@ -46,16 +47,20 @@ void ReportPage::Add(std::string_view json) {
     }
 }
 
-void ReportPage::AddText(std::string_view text) {
+void ReportPage::AppendText(std::string& to, std::string_view text) {
     const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) {
         return c >= ' ' && c < 0x7F && c != '"' && c != '\\' && c != '<';
     });
     if (isPlain) {
-        pending_.append(1, '"').append(text);
-        Add("\"");
+        to.append(1, '"').append(text).append(1, '"');
     } else {
-        AddValue(text);
+        to += DataText(text);
     }
+}
+
+void ReportPage::AddText(std::string_view text) {
+    AppendText(pending_, text);
+    Add("");
 }
 
 void ReportPage::AddValue(const Json& value) {
@@ -68,8 +73,12 @@ void ReportPage::AddOpen(const Json& object) {
     Add(text);
 }
 
+void ReportPage::EndTables() {
+    Add(Between(kTablesMark, kProjectMark));
+}
+
 void ReportPage::Finish() {
-    Add(Between(kDataMark, kScriptMark));
+    Add(Between(kProjectMark, kScriptMark));
     Add(report::kScript);
     Add(Between(kScriptMark, ""));
     Write();

@@ -10,7 +10,7 @@
 
 namespace lq::tool {
 
-// Writes the page around its data. Throws CommandError.
+// Writes the page around its data: the tables, then the project. Throws CommandError.
 class ReportPage {
   public:
     // Writes what stands in front of the data.
@@ -24,6 +24,12 @@ class ReportPage {
     void AddValue(const Json& value);
     // An object without its end.
     void AddOpen(const Json& object);
+
+    // As AddText adds it.
+    static void AppendText(std::string& to, std::string_view text);
+
+    // Writes what stands between the tables and the project.
+    void EndTables();
 
     // Writes what stands behind the data.
     void Finish();

@@ -25,18 +25,24 @@ class LQ_DATA_API CLQString {
 
     CLQString& operator=(const char16_t* text);  // null empties the text
     CLQString& operator=(const CLQString& other);
+    // Adds a text; null adds nothing.
     CLQString& operator+=(const char16_t* text);
+    // Adds a character.
     CLQString& operator+=(char16_t c);
 
     // The text, terminated; never null. Valid until the text changes. It may be assigned or added
     // to the text itself.
     const char16_t* GetText() const { return text_ ? text_ : small_; }
+    // As GetText.
     operator const char16_t*() const { return GetText(); }
+    // The number of characters.
     int32_t GetLength() const { return static_cast<int32_t>(length_); }
+    // Non-zero for the empty text.
     int IsEmpty() const { return length_ == 0; }
     // 1 when the last assignment, or an addition since, could not get memory.
     int HasFailed() const { return capacity_ == kFailed ? 1 : 0; }
 
+    // Makes the text empty.
     void Empty();
 
     // The text of string resource `id` of the current resource module; non-zero on success, the
@@ -101,11 +107,14 @@ class LQ_DATA_API STREAM_W {
     virtual int32_t GetBlock(char16_t* buffer, int32_t count, STREAMERROR* error) = 0;
     // Writes up to `count` characters; returns how many were written.
     virtual int32_t PutBlock(const char16_t* buffer, int32_t count, STREAMERROR* error) = 0;
+    // Where the next character is read.
     virtual int32_t TellRead() = 0;
+    // Where the next character is written.
     virtual int32_t TellWrite() = 0;
     // Returns 1 when the position was taken, else 0 and the position stays. A position lies between
     // 0 and the length of the text.
     virtual int SeekRead(int32_t position, STREAMERROR* error) = 0;
+    // Sets the writing position, as SeekRead the reading one.
     virtual int SeekWrite(int32_t position, STREAMERROR* error) = 0;
 
     LQ_ALLOCATED
@@ -154,8 +163,9 @@ class LQ_DATA_API STREAM_A {
   public:
     virtual ~STREAM_A() = default;
 
-    // Both return the number of bytes moved.
+    // Reads up to `count` bytes; returns how many were read.
     virtual int32_t GetBlock(void* buffer, int32_t count, STREAMERROR* error) = 0;
+    // Writes up to `count` bytes; returns how many were written.
     virtual int32_t PutBlock(const void* buffer, int32_t count, STREAMERROR* error) = 0;
 
     LQ_ALLOCATED
@@ -169,6 +179,7 @@ LQ_DATA_API const char16_t* GetIniName();
 // 6461 to 6505), with no stream bound; null when memory is short. Every GetCheckScanner is followed
 // by a ReleaseCheckScanner, also one that gave null.
 LQ_DATA_API Scanner* GetCheckScanner();
+// Gives back what GetCheckScanner lent.
 LQ_DATA_API void ReleaseCheckScanner();
 
 // Non-zero for letters, digits and underscore.

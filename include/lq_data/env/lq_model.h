@@ -65,7 +65,9 @@ inline constexpr uint32_t LQ_CLASS_ID_RESULT = 50;
 class LQ_DATA_API LQSELECTION {
   public:
     virtual ~LQSELECTION() = default;
+    // How many there are.
     virtual int32_t GetCount() const { return 0; }
+    // The identifier at an index; null beyond the last.
     virtual ID GetID(int32_t) const { return {}; }
 };
 
@@ -74,23 +76,38 @@ class LQ_DATA_API LQOBJECT {
   public:
     virtual ~LQOBJECT() = default;
 
+    // The object's own identifier.
     virtual ID GetId() const { return {}; }
+    // Its name.
     virtual const char16_t* GetName() const { return u""; }
+    // Its kind, an LQ_OBJECT_KIND or one of the model's own.
     virtual int32_t GetKind() const { return 0; }
+    // A number by query: LQ_QUERY_HEADER_FLAG.
     virtual int32_t QueryValue(int32_t) const { return 0; }
+    // The comment on the object; the number is the model's affair.
     virtual const char16_t* GetComment(int32_t) const { return u""; }
+    // The comment of a declaration.
     virtual const char16_t* GetDeclComment() const { return u""; }
+    // The second comment of a declaration.
     virtual const char16_t* GetDeclComment2() const { return u""; }
+    // The type of a declaration, as written.
     virtual const char16_t* GetType() const { return u""; }
+    // The initial value of a declaration, as written.
     virtual const char16_t* GetInitValue() const { return u""; }
+    // The direct address of a declaration, as written.
     virtual const char16_t* GetAddress() const { return u""; }
+    // Names a declaration that CreateObject made.
     virtual void SetName(const char16_t*) {}
+    // Sets the type of such a declaration.
     virtual void SetType(const char16_t*) {}
+    // Sets the initial value of such a declaration.
     virtual void SetInitValue(const char16_t*) {}
+    // Marks such a declaration as the result of a function (LQ_CLASS_ID_RESULT).
     virtual void SetClassId(uint32_t) {}
     // The declarations of a header or of an object of kind 12; the POUs assigned to a task. Null
     // when the object has none. Owned by the object.
     virtual LQSELECTION* GetSelection() { return nullptr; }
+    // The number of what GetSelection has.
     virtual int32_t GetMemberCount() const { return 0; }
     // Library pool: an object by name.
     virtual ID Lookup(const char16_t*, uint32_t) const { return {}; }
@@ -104,6 +121,7 @@ class LQ_DATA_API LQNAVIOBJECT : public LQOBJECT {};
 // A pool or another collection of objects.
 class LQ_DATA_API LQCOLLECTION : public LQNAVIOBJECT {
   public:
+    // The identifier at an index; null beyond the last.
     virtual ID GetID(int32_t) const { return {}; }
 };
 
@@ -118,6 +136,7 @@ class LQ_DATA_API LQPOUHDECL : public LQDATADECL {
     // cannot make one.
     static LQPOUHDECL* CreateObject();
 
+    // Sets the section: LQ_CLASS_INPUT or LQ_CLASS_OUTPUT.
     virtual void SetClass(int32_t) {}
     // The section keyword, such as "VAR_INPUT".
     virtual const char16_t* GetClass() const { return u""; }
@@ -136,12 +155,14 @@ class LQ_DATA_API LQPOU : public LQNAVIOBJECT {
   public:
     // The object that holds the POU's declarations, or null. Owned by the POU.
     virtual LQOBJECT* GetHeader() { return nullptr; }
+    // Non-zero for a POU with the implicit parameters EN and ENO.
     virtual int GetEnoFlag() const { return 0; }
 };
 
 // A function (kind 17).
 class LQ_DATA_API LQFUN : public LQPOU {
   public:
+    // The type of the result, as written.
     virtual const char16_t* GetResultType() const { return u""; }
 };
 
@@ -151,8 +172,11 @@ class LQ_DATA_API LQDUT : public LQPOU {};
 
 class LQ_DATA_API LQTASK : public LQNAVIOBJECT {
   public:
+    // The priority, as written.
     virtual const char16_t* GetPriority() const { return u""; }
+    // The interval, as written.
     virtual const char16_t* GetInterval() const { return u""; }
+    // The event, as written.
     virtual const char16_t* GetEvent() const { return u""; }
 };
 
@@ -168,14 +192,18 @@ class LQ_DATA_API LQNAVIOBJECTMAN {
     // The project's manager; null when there is no project.
     static LQNAVIOBJECTMAN* Get();
 
+    // The object of the identifier, the model's; null when there is none.
     virtual LQNAVIOBJECT* Get(ID) { return nullptr; }
     // The object of that name below the object `parent`; `kind` LQ_ANY_KIND or a kind.
     virtual ID Find(const char16_t* name, ID parent, uint32_t kind) {
         (void)name, (void)parent, (void)kind;
         return {};
     }
+    // The project's units.
     virtual LQCOLLECTION* GetPOUPool() { return nullptr; }
+    // The library's units.
     virtual LQCOLLECTION* GetLibraryPool() { return nullptr; }
+    // The resources: collections of tasks.
     virtual LQCOLLECTION* GetResourcePool() { return nullptr; }
 };
 
@@ -184,20 +212,27 @@ class LQ_DATA_API LQDECLMAN {
   public:
     virtual ~LQDECLMAN() = default;
 
+    // The project's manager; null when there is no project.
     static LQDECLMAN* Get();
 
     // The object of the identifier, owned by the caller; null when there is none.
     virtual LQOBJECT* Get(ID) { return nullptr; }
 };
 
+// The POU of that name, the project's or the library's; null when there is none.
 LQ_DATA_API ID FindPOUByName(const char16_t* name);
+// The data type of that name; null when there is none.
 LQ_DATA_API ID FindDUTByName(const char16_t* name);
+// The global of that name, owned by the caller; null when there is none.
 LQ_DATA_API LQDECL* FindGVLDeclByName(const char16_t* name);
+// The object of the data type of that name, the model's; null when there is none.
 LQ_DATA_API LQDUT* GetDutByName(const char16_t* name);
 
-// These answer non-zero for yes.
+// Non-zero when a type text begins as a string type.
 LQ_DATA_API int IsStringType(const char16_t* typeText);
+// Non-zero when a type text begins as an array type.
 LQ_DATA_API int IsArrayType(const char16_t* typeText);
+// Non-zero when a function block has that name.
 LQ_DATA_API int IsFBName(const char16_t* name);
 
 // Whether a name is acceptable; 0 means that it is. With `flag` 0 the name is whole; with 1 it is

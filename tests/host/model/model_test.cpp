@@ -81,7 +81,9 @@ TEST(Project, ReplacesAPouThatWasReadAnew) {
             isAside = isAside || c == '+';
         }
         read.AddCall(*read.EditPou(id), read.Intern(u"Callee"));
-        read.EditPou(id)->bodies.emplace_back().labels.emplace_back().name = read.Intern(u"L");
+        Body& body = read.EditPou(id)->bodies.emplace_back();
+        body.labels.emplace_back().name = read.Intern(u"L");
+        read.EditCode(body).tokens.push_back({read.Intern(u"t")});
         return project.ReplacePou(pou, read, id);
     };
     const auto told = [&] {
@@ -113,6 +115,10 @@ TEST(Project, ReplacesAPouThatWasReadAnew) {
     EXPECT_EQ(now.comment, project.Intern(u"anew"));
     EXPECT_EQ(now.calls, std::vector<Text>{project.Intern(u"Callee")});
     EXPECT_EQ(now.bodies.at(0).labels.at(0).name, project.Intern(u"L"));
+    EXPECT_EQ(project.CodeOf(now.bodies.at(0)), nullptr);
+    project.KeepCode();
+    EXPECT_TRUE(replace("a"));
+    EXPECT_EQ(project.CodeOf(now.bodies.at(0))->tokens.at(0).text, project.Intern(u"t"));
     const std::size_t count = project.Declarations().size();
     for (int i = 0; i < 1000; ++i) {
         ASSERT_TRUE(replace(i % 2 != 0 ? "abcd" : "efg"));

@@ -94,7 +94,10 @@ TEST(Xml, IsAcceptedOrRefusedWithAReason) {
         cases.push_back({Document(row[0]), row[1], row[2]});
     }
     for (const auto& c : cases) {
-        std::vector<std::string> forms{c.document, "\xEF\xBB\xBF" + c.document};
+        std::vector<std::string> forms{c.document};
+        if (c.document.find("encoding=") == std::string::npos) {
+            forms.push_back("\xEF\xBB\xBF" + c.document);
+        }
         std::u16string wide;
         DecodeUtf8(c.document, wide);
         if (wide.starts_with(u"<!") || wide.starts_with(u"<p")) {

@@ -1,27 +1,9 @@
-// The data: tables with their rows, and the links between lines.
-//
-// A row is the list of its cells, the first of which is its position. Long texts that rows share come
-// once: a number in a column of texts is the place of one. A link of a table holds, row by
-// row, the position that it leads to in another table, or -1.
+// What the page shows: the project as its engineer wrote it. The tables are read when they are looked at
+// (tables.js). Of an image there are only these, and they tell what they can of the project.
 
-const report = JSON.parse(document.getElementById("data").textContent);
-const tables = report.tables;
-const tableNamed = new Map(tables.map((table) => [table.name, table]));
+const report = JSON.parse(document.getElementById("project-data").textContent);
+const isImage = report.project === null;
 const numberFormat = new Intl.NumberFormat("en");
-
-for (const table of tables) {
-  table.columns.forEach((column, i) => {
-    for (const row of column.isNumber ? [] : table.rows) {
-      row[i] = typeof row[i] === "number" ? report.texts[row[i]] : row[i];
-    }
-  });
-  table.nameColumn = table.columns.findIndex((column) => column.isName);
-  for (const link of table.links) {
-    link.from = table;
-    link.to = tables[link.table];
-    link.columnIndex = table.columns.findIndex((column) => column.title === link.column);
-  }
-}
 
 function formatNumber(value) {
   return numberFormat.format(value);
@@ -31,123 +13,18 @@ function plural(count, one, many = one + "s") {
   return `${formatNumber(count)} ${count === 1 ? one : many}`;
 }
 
-// The row of the line at a position; -1 for none.
-function rowAt(table, position) {
-  const row = lastRowUpTo(table, position);
-  return row >= 0 && table.rows[row][0] === position ? row : -1;
-}
-
-// The last row that begins at a position or before it; -1 for none.
-function lastRowUpTo(table, position) {
-  let first = 0;
-  let end = table.rows.length;
-  while (first < end) {
-    const middle = (first + end) >> 1;
-    if (table.rows[middle][0] <= position) {
-      first = middle + 1;
-    } else {
-      end = middle;
-    }
-  }
-  return first - 1;
-}
-
-function positionOf(table, row) {
-  return table.rows[row][0];
-}
-
-function nameOf(table, row) {
-  const name = table.rows[row][table.nameColumn];
-  return name === null || name === "" ? "(none)" : name;
-}
-
-// The bytes of a line by what they are.
-function partsOf(table, row) {
-  const start = positionOf(table, row);
-  const end = row + 1 < table.rows.length ? positionOf(table, row + 1) : table.end;
-  const room = Math.max(0, end - start - 4 - table.key - table.user);
-  const name = Math.min(table.nameBytes[row], room);
-  return [
-    { title: "length", kind: "head", bytes: 4 },
-    { title: "key", kind: "key", bytes: table.key },
-    { title: "name", kind: "name", bytes: name },
-    { title: "own data", kind: "data", bytes: room - name },
-    { title: "user area", kind: "user", bytes: table.user },
-  ].filter((part) => part.bytes > 0);
-}
-
-function sizeOf(table, row) {
-  return partsOf(table, row).reduce((sum, part) => sum + part.bytes, 0);
-}
-
-// Where the links of a row lead, those only that lead to a line.
-function linksOf(table, row) {
-  return table.links
-    .map((link) => ({ title: link.title, columnIndex: link.columnIndex, table: link.to,
-                      row: rowAt(link.to, link.at[row]) }))
-    .filter((link) => link.row >= 0);
-}
-
-// The rows whose links lead to a line: a list of {link, rows}.
-function linksTo(target, row) {
-  const position = positionOf(target, row);
-  return tables
-    .flatMap((table) => table.links)
-    .filter((link) => link.to === target)
-    .map((link) => ({ link, rows: rowsByTarget(link).get(position) ?? [] }))
-    .filter((group) => group.rows.length > 0);
-}
-
-function rowsByTarget(link) {
-  if (!link.byTarget) {
-    link.byTarget = new Map();
-    link.at.forEach((position, row) => {
-      const rows = link.byTarget.get(position);
-      if (rows) {
-        rows.push(row);
-      } else {
-        link.byTarget.set(position, [row]);
-      }
-    });
-  }
-  return link.byTarget;
-}
-
-// The tasks that run a unit, as {task, program}.
-function tasksThatRun(unitPosition) {
-  return (report.tasks ?? []).flatMap((task) =>
-    task.programs
-      .filter((program) => program.unit === unitPosition)
-      .map((program) => ({ task, program })));
-}
-
-// --- Routes: what the part of the address behind '#' names --------------------------------------
-//
-// "globals" is a table, "globals/94" a line of it, "globals/94?constants=15" the same with those lines
-// only that lead to the line 15 of the constants. Any other word is a view of its own.
-
-function parseRoute(hash) {
-  const match = /^#([a-z]+)(?:\/(\d+))?(?:\?([a-z]+)=(\d+))?$/.exec(hash);
-  if (!match) {
-    return { view: "overview" };
-  }
-  const target = tableNamed.get(match[3]);
-  const targetRow = target ? rowAt(target, Number(match[4])) : -1;
-  return {
-    view: match[1],
-    table: tableNamed.get(match[1]),
-    position: match[2] === undefined ? -1 : Number(match[2]),
-    filter: targetRow >= 0 ? { table: target, row: targetRow } : null,
-  };
-}
-
-function addressOf(table, row = -1, filter = null) {
-  const line = row >= 0 ? "/" + positionOf(table, row) : "";
-  const only = filter ? `?${filter.table.name}=${positionOf(filter.table, filter.row)}` : "";
-  return "#" + table.name + line + only;
-}
-
 // --- Elements -----------------------------------------------------------------------------------
+
+// What a reader would not see, or what would turn around what stands beside it, as an escape.
+const unseen = /[\p{Cc}\p{Cf}\p{Zl}\p{Zp}\p{Cn}]/gu;
+
+function shown(text) {
+  return /^[ -~]*$/.test(text) ? text : text.replace(unseen, (c) => {
+    const code = c.codePointAt(0).toString(16).toUpperCase();
+    return c === "\n" ? "\\n" : c === "\t" ? "\\t"
+      : code.length > 4 ? `\\U${code.padStart(8, "0")}` : `\\u${code.padStart(4, "0")}`;
+  });
+}
 
 // An element with properties, and children that are elements or texts. Names of the project become
 // text nodes and nothing else.
@@ -160,11 +37,200 @@ function make(tag, properties, ...children) {
       element.setAttribute(name, value);
     }
   }
-  element.append(...children.flat(Infinity).filter((child) => child !== null && child !== undefined));
+  for (const child of children.flat(Infinity)) {
+    if (child !== null && child !== undefined) {
+      element.append(typeof child === "string" ? shown(child) : child);
+    }
+  }
   return element;
 }
 
-function linkTo(table, row, text = nameOf(table, row)) {
-  return make("a", { href: addressOf(table, row) }, text);
+// --- The project --------------------------------------------------------------------------------
+
+const project = isImage ? projectOfTables() : report.project;
+const symbols = columnsOf(project.symbols);
+symbols.count = symbols.name.length;
+symbols.list = symbols.owner.map((owner) => (owner <= -2 ? project.lists[-2 - owner].name : ""));
+
+// The cells of columns by their titles, from pieces of some thousand rows. A number in a column of
+// texts is the place of one.
+function columnsOf({ titles, pieces, texts }) {
+  return Object.fromEntries(titles.map((title, i) => {
+    const cells = pieces.flatMap((piece) => piece[i]);
+    return [title, texts[i].length === 0 ? cells
+      : cells.map((cell) => (typeof cell === "number" ? texts[i][cell] : cell))];
+  }));
 }
 
+function lowerCase(text) {
+  return text.toLowerCase();
+}
+
+// What is made when it is first asked for.
+function once(work) {
+  let result;
+  return () => (result ??= work());
+}
+
+// Objects by name without regard to case; the first of a name.
+function byName(objects) {
+  const index = new Map();
+  objects.forEach(({ name }, i) => {
+    const key = lowerCase(name);
+    index.set(key, index.get(key) ?? i);
+  });
+  return index;
+}
+
+const unitIndex = byName(project.units);
+const typeIndex = byName(project.types);
+
+// The name of the type, if only as that of an array's elements: "Motor" of "ARRAY [1..3] OF Motor".
+function innermostType(type) {
+  return type.slice(type.lastIndexOf(" OF ") + 1).replace(/^OF /, "").trim();
+}
+
+// Lists of numbers by what they belong to.
+function groupBy(count, keyOf) {
+  const groups = new Map();
+  for (let i = 0; i < count; ++i) {
+    const key = keyOf(i);
+    const group = groups.get(key);
+    if (group) {
+      group.push(i);
+    } else {
+      groups.set(key, [i]);
+    }
+  }
+  return groups;
+}
+
+const symbolsByOwner = once(() => groupBy(symbols.count, (i) => symbols.owner[i]));
+const symbolsByType = once(() => groupBy(symbols.count, (i) => lowerCase(innermostType(symbols.type[i]))));
+const symbolsByName = once(() => groupBy(symbols.count, (i) => nameKey(
+  symbols.owner[i] >= 0 ? symbols.path[i] : "", symbols.name[i])));
+
+function nameKey(unit, name) {
+  return lowerCase(`${unit}\n${name}`);
+}
+
+function wholeName(i) {
+  return (symbols.path[i] ? symbols.path[i] + "." : "") + symbols.name[i];
+}
+
+// The tasks that run a unit, as {task, program}.
+function tasksThatRun(unit) {
+  return project.tasks.flatMap((task) =>
+    task.programs.filter((program) => lowerCase(program.program) === lowerCase(unit))
+      .map((program) => ({ task, program })));
+}
+
+// The numbers of the units that the bodies of one call: functions by their names, function blocks by
+// those of their instances.
+function calledUnits(unit) {
+  const called = project.units[unit].calls.map((callee) => {
+    const [symbol] = symbolsByName().get(nameKey(project.units[unit].name, callee)) ?? [];
+    const name = symbol === undefined ? callee : innermostType(symbols.type[symbol]);
+    return unitIndex.get(lowerCase(name));
+  });
+  return [...new Set(called)].filter((found) => found !== undefined);
+}
+
+const callers = once(() => {
+  const index = project.units.map(() => []);
+  project.units.forEach((_, unit) => calledUnits(unit).forEach((called) => index[called].push(unit)));
+  return index;
+});
+
+// --- Messages -----------------------------------------------------------------------------------
+
+function placeKey(file, line, column) {
+  return `${file}\n${line}\n${column}`;
+}
+
+// What each message is about, as {list, row}: the symbol that is declared there, or the unit that its
+// object names; null for neither.
+const messageTargets = once(() => {
+  const places = new Map();
+  const wanted = new Set(report.messages.map((m) => placeKey(m.file, m.line, m.column)));
+  for (let i = 0; i < symbols.count && wanted.size > 0; ++i) {
+    const key = placeKey(symbols.file[i], symbols.line[i], symbols.column[i]);
+    if (wanted.has(key)) {
+      places.set(key, i);
+    }
+  }
+  return report.messages.map((message) => {
+    const symbol = places.get(placeKey(message.file, message.line, message.column));
+    if (symbol !== undefined) {
+      return { list: "symbols", row: symbol };
+    }
+    const name = lowerCase(/\bpou\[(.*?)\]/.exec(message.object)?.[1] ?? message.object);
+    const typeName = lowerCase(/\bdataType\[(.*?)\]/.exec(message.object)?.[1] ?? message.object);
+    return unitIndex.has(name) ? { list: "units", row: unitIndex.get(name) }
+      : typeIndex.has(typeName) ? { list: "types", row: typeIndex.get(typeName) } : null;
+  });
+});
+
+// The numbers of messages by the row that they are about.
+const messagesOf = once(() => {
+  const index = { symbols: new Map(), units: new Map(), types: new Map() };
+  messageTargets().forEach((target, i) => {
+    if (target) {
+      const rows = index[target.list];
+      rows.set(target.row, [...(rows.get(target.row) ?? []), i]);
+    }
+  });
+  return index;
+});
+
+// --- Routes: what the part of the address behind '#' names --------------------------------------
+//
+// "symbols" is a list of the project, "symbols/12" a row of it, with "?text=%25Q*&sort=address" only
+// what is filtered so, in that order. "tables/globals" is a table, "tables/globals/94" a line of it,
+// "tables/globals/94?constants=15" the same with those lines only that lead to the line 15 of the
+// constants.
+
+function parseRoute(hash) {
+  const table = /^#tables\/([a-z]+)(?:\/(\d+))?(?:\?([a-z]+)=(\d+))?$/.exec(hash);
+  if (table && report.tables.some(({ name }) => name === table[1])) {
+    loadTables();
+    const target = tableNamed.get(table[3]);
+    const targetRow = target ? rowAt(target, Number(table[4])) : -1;
+    return {
+      view: "tables",
+      table: tableNamed.get(table[1]),
+      position: table[2] === undefined ? -1 : Number(table[2]),
+      filter: targetRow >= 0 ? { table: target, row: targetRow } : null,
+    };
+  }
+  const list = /^#([a-z]+)(?:\/(\d+))?(?:\?(.*))?$/.exec(hash);
+  return list === null ? { view: "project" } : {
+    view: list[1],
+    row: list[2] === undefined ? -1 : Number(list[2]),
+    settings: Object.fromEntries(new URLSearchParams(list[3] ?? "")),
+  };
+}
+
+function addressOfRow(list, row = -1, settings = {}) {
+  const set = Object.entries(settings).filter(([, value]) => value !== "");
+  const query = set.length > 0 ? "?" + new URLSearchParams(set) : "";
+  return `#${list}${row >= 0 ? "/" + row : ""}${query}`;
+}
+
+function linkToRow(list, row, text) {
+  return make("a", { href: addressOfRow(list, row) }, text);
+}
+
+// A name as the link to the unit or type that has it.
+function linkToName(name, text = name) {
+  const unit = unitIndex.get(lowerCase(name));
+  const type = typeIndex.get(lowerCase(name));
+  return unit !== undefined ? linkToRow("units", unit, text)
+    : type !== undefined ? linkToRow("types", type, text) : text;
+}
+
+// A type's text with its name as a link.
+function typeText(type) {
+  const name = innermostType(type);
+  return [type.slice(0, type.length - name.length), linkToName(name)];
+}

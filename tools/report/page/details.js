@@ -1,6 +1,161 @@
-// The chosen line: its bytes, its cells, and what is linked with it.
+// What is told of a chosen row of the project, and of a chosen line of a table.
 
 const mostLinks = 40;
+
+function group(title, ...content) {
+  return make("section", {}, make("h3", {}, title), content);
+}
+
+// Pairs of a title and what it says, those only that say something.
+function facts(pairs) {
+  return make("dl", { className: "cells" }, pairs
+    .filter(([, value]) => value !== "" && value !== null && value !== undefined)
+    .map(([title, value, isMono]) => [make("dt", {}, title), make("dd", { className: isMono ? "mono" : "" }, value)]));
+}
+
+function placeText({ file, line, column }) {
+  return line > 0 ? [file, line, column].filter((part) => part).join(":") : "";
+}
+
+// A list of links, the first of them only where there are many, with an address of all.
+function linkList(items, toItem, all = null) {
+  const rest = items.length - mostLinks;
+  return [make("ul", {}, items.slice(0, mostLinks).map((item) => make("li", {}, toItem(item)))),
+    all !== null && items.length > 1
+      ? make("p", { className: "all" }, make("a", { href: all },
+          rest > 0 ? `All ${formatNumber(items.length)}` : "As a table"))
+      : rest > 0 ? make("p", { className: "all" }, `and ${formatNumber(rest)} more`) : null];
+}
+
+function counted(title, items, ...list) {
+  return items.length === 0 ? null : group(`${title} (${formatNumber(items.length)})`,
+    linkList(items, ...list));
+}
+
+// Variables or members as rows of name and type.
+function variableList(rows) {
+  return make("dl", { className: "variables" }, rows.map(([name, type, address, note]) => [
+    make("dt", {}, name),
+    make("dd", {}, make("code", {}, type),
+      address ? make("code", { className: "at" }, " " + address) : null,
+      note ? make("span", { className: "note" }, note) : null)]));
+}
+
+function messageList(list, row) {
+  const found = report.messages.length > 0 ? messagesOf()[list].get(row) ?? [] : [];
+  return found.length === 0 ? null : group("Messages", make("ul", { className: "messages" },
+    found.map((i) => make("li", {},
+      make("span", { className: `flag ${report.messages[i].severity}` }),
+      linkToRow("messages", i, report.messages[i].text)))));
+}
+
+function symbolLinks(title, rows, all) {
+  return counted(title, rows, (i) => linkToRow("symbols", i, wholeName(i)), all);
+}
+
+const detailsOf = {
+  symbols: (row) => {
+    const cell = (title) => symbols[title][row];
+    const type = innermostType(cell("type"));
+    const typeRow = typeIndex.get(lowerCase(type));
+    const members = typeRow === undefined ? [] : project.types[typeRow].members;
+    const owner = cell("owner");
+    return [
+      make("p", { className: "kicker" }, cell("section")),
+      make("h2", {}, cell("name")),
+      messageList("symbols", row),
+      facts([["type", make("span", {}, typeText(cell("type"))), true], ["address", cell("address"), true],
+             ["initial", cell("initial"), true], ["comment", cell("comment")],
+             [owner >= 0 ? "unit" : "path", owner >= 0 ? linkToRow("units", owner, cell("path")) : cell("path")],
+             ["list", owner <= -2 && cell("list") ? linkToRow("lists", -2 - owner, cell("list")) : ""],
+             ["declared", isImage ? "" : placeText({ file: cell("file"), line: cell("line"), column: cell("column") })],
+             ["source line", isImage && cell("line") > 0 ? cell("line") : ""]]),
+      members.length === 0 ? null : group(`Members of ${type}`, variableList(members)),
+      make("p", { className: "inside" }, make("a", { href: `#line/${row}` }, "Inside the tables")),
+    ];
+  },
+  units: (row) => {
+    const unit = project.units[row];
+    const own = symbolsByOwner().get(row) ?? [];
+    const sections = groupBy(own.length, (i) => symbols.section[own[i]]);
+    const unitLink = (i) => linkToRow("units", i, project.units[i].name);
+    return [
+      make("p", { className: "kicker" }, unit.kind, make("span", {}, unit.language)),
+      make("h2", {}, unit.name),
+      messageList("units", row),
+      facts([["comment", unit.comment], ["result", unit.result ? make("span", {}, typeText(unit.result)) : "", true],
+             ["declared", placeText(unit)]]),
+      counted("Run by", tasksThatRun(unit.name), ({ task, program }) => [
+        make("a", { href: addressOfRow("tasks", project.tasks.indexOf(task)) }, task.task ?? "no task"),
+        make("span", { className: "what" }, `as ${program.instance}`)]),
+      ...[...sections].map(([section, rows]) => group(`${section} (${formatNumber(rows.length)})`,
+        variableList(rows.slice(0, mostLinks).map((i) => own[i]).map((i) =>
+          [linkToRow("symbols", i, symbols.name[i]), symbols.type[i], symbols.address[i], symbols.comment[i]])),
+        rows.length > mostLinks ? make("p", { className: "all" }, make("a", { href: addressOfRow("symbols", -1,
+          { unit: unit.name, section }) }, `All ${formatNumber(rows.length)}`)) : null)),
+      counted("Calls", calledUnits(row), unitLink),
+      counted("Called by", callers()[row], unitLink),
+      symbolLinks("Instances", symbolsByType().get(lowerCase(unit.name)) ?? [],
+        addressOfRow("symbols", -1, { type: unit.name })),
+    ];
+  },
+  types: (row) => {
+    const type = project.types[row];
+    return [
+      make("p", { className: "kicker" }, "data type"),
+      make("h2", {}, type.name),
+      messageList("types", row),
+      facts([["comment", type.comment], ["definition", type.members.length > 0 ? "" : type.definition, true],
+             ["initial", type.initial, true], ["declared", placeText(type)]]),
+      type.members.length === 0 ? null : group(`Members (${formatNumber(type.members.length)})`,
+        variableList(type.members.map(([name, of, address, initial, comment]) =>
+          [name, of + (initial ? ` := ${initial}` : ""), address, comment]))),
+      symbolLinks("Variables", symbolsByType().get(lowerCase(type.name)) ?? [],
+        addressOfRow("symbols", -1, { type: type.name })),
+    ];
+  },
+  lists: (row) => {
+    const list = project.lists[row];
+    return [
+      make("p", { className: "kicker" }, "global list"),
+      make("h2", {}, list.name || "(no name)"),
+      facts([["comment", list.comment], ["path", list.path], ["declared", placeText(list)]]),
+      symbolLinks("Variables", symbolsByOwner().get(-2 - row) ?? [],
+        addressOfRow("symbols", -1, { unit: list.name || list.path })),
+    ];
+  },
+  tasks: (row) => {
+    const task = project.tasks[row];
+    return [
+      make("p", { className: "kicker" }, "task"),
+      make("h2", {}, task.task ?? "no task"),
+      facts([["comment", task.comment], ["resource", task.resource], ["priority", task.priority],
+             ["interval", task.interval, true], ["event", task.event, true], ["declared", placeText(task)]]),
+      counted("Instances", task.programs, ({ instance, program, comment }) =>
+        [make("span", {}, `${instance}: `, linkToName(program)), make("span", { className: "what" }, comment)]),
+    ];
+  },
+  messages: (row) => {
+    const message = report.messages[row];
+    const target = messageTargets()[row];
+    return [
+      make("p", { className: "kicker" }, make("span", {},
+        make("span", { className: `flag ${message.severity}` }), message.severity)),
+      make("p", { className: "said" }, message.text),
+      facts([["place", placeText(message)], ["object", target ? linkToRow(target.list, target.row, message.object) : message.object],
+             ["by", message.by === "reader" ? "the reader of the project" : "the tables: it was not entered"],
+             ["further places", message.more > 0 ? formatNumber(message.more) : ""]]),
+    ];
+  },
+};
+
+function showDetailsOf(list, row) {
+  document.getElementById("details").replaceChildren(
+    ...detailsOf[list](row).filter((part) => part !== null));
+  document.getElementById("details").scrollTop = 0;
+}
+
+// --- A line of a table --------------------------------------------------------------------------
 
 function lineList(table, rows, filter) {
   const items = rows.slice(0, mostLinks).map((row) => {
@@ -42,14 +197,6 @@ function cellsOf(table, row) {
   return make("dl", { className: "cells" }, rows);
 }
 
-function cellText(value) {
-  return value === true ? "yes" : value === false ? "no" : value === null ? "" : String(value);
-}
-
-function group(title, ...content) {
-  return make("section", {}, make("h3", {}, title), content);
-}
-
 function forwardLinks(table, row) {
   const links = linksOf(table, row);
   return links.length === 0 ? null : group("Leads to",
@@ -60,19 +207,18 @@ function forwardLinks(table, row) {
     ])));
 }
 
-function taskLinks(table, row) {
-  const runs = table.name === "units" ? tasksThatRun(positionOf(table, row)) : [];
-  return runs.length === 0 ? null : group("Run by",
-    make("ul", {}, runs.map(({ task, program }) => make("li", {},
-      make("a", { href: "#tasks" }, task.task ?? "no task"),
-      make("span", { className: "what" }, `as ${program.instance}`)))));
+function projectLink(table, row) {
+  const symbol = symbolOfLine(table, row);
+  const unit = table.name === "units" ? unitIndex.get(lowerCase(nameOf(table, row))) : undefined;
+  return symbol !== undefined ? group("Declared as", linkToRow("symbols", symbol, wholeName(symbol)))
+    : unit !== undefined ? group("Declared as", linkToRow("units", unit, project.units[unit].name)) : null;
 }
 
 function showDetails(table, row) {
   const aside = document.getElementById("details");
-  if (!table || row < 0) {
+  if (row < 0) {
     aside.replaceChildren(make("p", { className: "empty" },
-      table ? "Choose a line to see its bytes and what is linked with it." : ""));
+      "Choose a line to see its bytes and what is linked with it."));
     return;
   }
   const size = sizeOf(table, row);
@@ -84,7 +230,7 @@ function showDetails(table, row) {
     group(`${plural(size, "byte")}`, layoutBar(table, row)),
     cellsOf(table, row),
     forwardLinks(table, row),
-    taskLinks(table, row),
+    projectLink(table, row),
     ...linksTo(table, row).map(({ link, rows }) => group(
       link.title === "unit" && link.from.name === "components" ? `Components (${formatNumber(rows.length)})`
         : `${link.from.name}: ${link.title} (${formatNumber(rows.length)})`,

@@ -1,6 +1,6 @@
 // A table of rows of equal height, of which only those in sight have elements.
 
-const rowHeight = 27;  // as in the style
+const rowHeight = 24;  // as in the style
 const overscan = 8;    // rows beyond each edge
 
 class RowList {
@@ -12,6 +12,8 @@ class RowList {
     this.onOpen = onOpen;
     this.count = 0;
     this.chosen = -1;
+    this.isWhole = false;
+    this.elements = new Map();  // of the rows that are drawn
     this.body = make("tbody");
     this.grid = make("table", { tabIndex: 0, role: "grid", "aria-label": label }, head, this.body);
     this.element = make("div", { className: "rows" }, this.grid);
@@ -26,16 +28,24 @@ class RowList {
   show(count, chosen) {
     this.count = count;
     this.grid.setAttribute("aria-rowcount", count + 1);
+    this.elements.clear();
     this.drawn = null;
     this.choose(chosen);
   }
 
+  // On paper all rows stand behind each other.
+  showWhole(isWhole) {
+    this.isWhole = isWhole;
+    this.draw();
+  }
+
   choose(row) {
+    this.elements.get(this.chosen)?.setAttribute("aria-selected", "false");
     this.chosen = row;
-    this.drawn = null;
+    this.elements.get(row)?.setAttribute("aria-selected", "true");
     this.reveal(row);
     this.draw();
-    const element = row >= 0 ? this.body.querySelector("[aria-selected=true]") : null;
+    const element = this.elements.get(row);
     if (element) {
       this.grid.setAttribute("aria-activedescendant", element.id);
     } else {
@@ -56,22 +66,33 @@ class RowList {
   }
 
   draw() {
-    const first = Math.max(0, Math.floor(this.element.scrollTop / rowHeight) - overscan);
-    const most = Math.ceil(this.element.clientHeight / rowHeight) + 2 * overscan;
+    const first = this.isWhole ? 0
+      : Math.max(0, Math.floor(this.element.scrollTop / rowHeight) - overscan);
+    const most = this.isWhole ? this.count
+      : Math.ceil(this.element.clientHeight / rowHeight) + 2 * overscan;
     const end = Math.min(this.count, first + most);
     if (this.drawn === `${first} ${end}`) {
       return;
     }
     this.drawn = `${first} ${end}`;
-    const rows = [];
+    const elements = new Map();
     for (let i = first; i < end; ++i) {
-      const row = this.renderRow(i);
-      row.id = `row-${i}`;
-      row.setAttribute("aria-rowindex", i + 2);
-      row.setAttribute("aria-selected", i === this.chosen);
-      rows.push(row);
+      elements.set(i, this.elements.get(i) ?? this.makeRow(i));
     }
-    this.body.replaceChildren(this.space(first), ...rows, this.space(this.count - end));
+    this.elements = elements;
+    const rows = document.createDocumentFragment();
+    rows.append(this.space(first));
+    elements.forEach((element) => rows.append(element));
+    rows.append(this.space(this.count - end));
+    this.body.replaceChildren(rows);
+  }
+
+  makeRow(i) {
+    const row = this.renderRow(i);
+    row.id = `row-${i}`;
+    row.setAttribute("aria-rowindex", i + 2);
+    row.setAttribute("aria-selected", i === this.chosen);
+    return row;
   }
 
   space(count) {
@@ -84,7 +105,10 @@ class RowList {
     const page = Math.max(1, Math.floor(this.element.clientHeight / rowHeight) - 2);
     const steps = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page,
                     Home: -this.count, End: this.count };
-    if (event.key === "Enter" && this.chosen >= 0 && event.target === this.grid) {
+    if (event.target !== this.grid) {
+      return;  // a button of the head, a link
+    }
+    if (event.key === "Enter" && this.chosen >= 0) {
       this.onOpen();
     } else if (event.key in steps && !event.ctrlKey && !event.altKey && !event.metaKey) {
       const row = Math.min(this.count - 1, Math.max(0, this.chosen + steps[event.key]));

@@ -1,27 +1,48 @@
-// The search by name, in all tables, as one types.
+// The search by name as one types: in the project, or in the tables where these are looked at.
 
 const mostFound = 200;
 
-// What can be found: name in lower case, table and row; first of all the tables that are asked for
-// most.
-function searchEntries() {
+// What can be found: name in lower case, what tells it apart, where it is and its address.
+function projectEntries() {
+  const of = (list, names, whatOf) => names.map((name, row) =>
+    ({ name, key: lowerCase(name), where: listTitles[list], whatOf: () => whatOf(row),
+       addressOf: () => addressOfRow(list, row) }));
+  return [
+    ...of("units", project.units.map(({ name }) => name), (row) => project.units[row].kind),
+    ...of("types", project.types.map(({ name }) => name), (row) => definitionOf(project.types[row])),
+    ...of("lists", project.lists.map(({ name }) => name), (row) => project.lists[row].path),
+    ...of("tasks", project.tasks.map(({ task }) => task ?? ""), (row) => project.tasks[row].resource),
+    ...of("symbols", symbols.name, (row) =>
+      [symbols.path[row], symbols.type[row], symbols.address[row]].filter((text) => text !== "").join(" · ")),
+  ].filter(({ key }) => key !== "");
+}
+
+function tableEntries() {
   const entries = [];
   const first = ["units", "globals", "components"].map((name) => tableNamed.get(name));
   for (const table of new Set([...first, ...tables])) {
     for (let row = 0; row < table.rows.length; ++row) {
       const name = table.rows[row][table.nameColumn];
       if (table.name !== "debug" && name) {
-        entries.push({ key: name.toLowerCase(), table, row });
+        entries.push({ name, key: lowerCase(name), where: table.name, whatOf: () => describe(table, row),
+                       addressOf: () => addressOf(table, row) });
       }
     }
   }
   return entries;
 }
 
+// What tells lines of one name apart.
+function describe(table, row) {
+  const cell = (title) => table.rows[row][columnOf(table, title)] ?? "";
+  return [cell("unit"), cell("kind"), cell("type") !== nameOf(table, row) ? cell("type") : ""]
+    .filter((text) => text !== "").join(" · ");
+}
+
 // Names that begin with the text before those that hold it, whole ones first of all; among equals
-// the order of the tables.
+// in their order.
 function find(entries, text) {
-  const wanted = text.trim().toLowerCase();
+  const wanted = lowerCase(text.trim());
   const ranks = [[], [], []];
   for (const entry of wanted === "" ? [] : entries) {
     const at = entry.key.indexOf(wanted);
@@ -32,17 +53,11 @@ function find(entries, text) {
   return ranks.flat();
 }
 
-// What tells lines of one name apart.
-function describe(table, row) {
-  const cells = table.rows[row];
-  const cell = (title) => cells[table.columns.findIndex((column) => column.title === title)] ?? "";
-  return [cell("unit"), cell("kind"), cell("type") !== nameOf(table, row) ? cell("type") : ""]
-    .filter((text) => text !== "").join(" · ");
-}
-
 class Search {
   constructor(open) {
     this.open = open;
+    this.inProject = once(projectEntries);
+    this.inTables = once(tableEntries);
     this.input = document.getElementById("search");
     this.panel = document.getElementById("found-panel");
     this.list = document.getElementById("found");
@@ -70,30 +85,27 @@ class Search {
   }
 
   update() {
-    this.entries ??= searchEntries();
     const text = this.input.value;
-    const all = find(this.entries, text);
+    const all = find(view.name.startsWith("tables") ? this.inTables() : this.inProject(), text);
     this.found = all.slice(0, mostFound);
     this.list.replaceChildren(...this.found.map((entry, i) => this.option(entry, i)));
     this.count.textContent = all.length === 0 ? `Nothing is called “${text.trim()}”.`
       : all.length > mostFound
-        ? `${plural(all.length, "line")}, the first ${mostFound} of them above.`
-        : `${plural(all.length, "line")}.`;
+        ? `${plural(all.length, "name")}, the first ${mostFound} of them above.`
+        : `${plural(all.length, "name")}.`;
     this.panel.hidden = text.trim() === "";
     this.input.setAttribute("aria-expanded", !this.panel.hidden);
     this.activate(this.found.length > 0 ? 0 : -1);
   }
 
-  option({ key, table, row }, i) {
-    const name = nameOf(table, row);
+  option({ name, key, whatOf, where }, i) {
     const wanted = this.input.value.trim();
     const at = key.indexOf(wanted.toLowerCase());
     return make("li", { role: "option", id: `found-${i}` },
       make("span", { className: "name" }, name.slice(0, at),
         make("mark", {}, name.slice(at, at + wanted.length)), name.slice(at + wanted.length)),
-      make("span", { className: "what" }, describe(table, row)),
-      make("span", { className: "where" }, table.name),
-      make("span", { className: "pos" }, String(positionOf(table, row))));
+      make("span", { className: "what" }, whatOf()),
+      make("span", { className: "where" }, where));
   }
 
   activate(i) {
@@ -125,7 +137,7 @@ class Search {
     if (entry) {
       this.close();
       this.input.blur();
-      this.open(entry.table, entry.row);
+      this.open(entry.addressOf());
     }
   }
 

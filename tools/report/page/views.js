@@ -1,5 +1,15 @@
 // What fills the middle of the page, and the list of views beside it.
 
+function countOf(view) {
+  return view === "symbols" ? symbols.count : view === "messages" ? report.messages.length
+    : project[view].length;
+}
+
+// An image has no lists, no tasks, and nothing was said of it.
+function isThere(view) {
+  return !isImage || ["symbols", "units", "types"].includes(view);
+}
+
 function showViews(current) {
   const entry = (view, title, count) => {
     const link = make("a", { href: "#" + view }, make("span", {}, title),
@@ -10,28 +20,121 @@ function showViews(current) {
     return make("li", {}, link);
   };
   document.getElementById("views").replaceChildren(
-    make("ul", {}, entry("overview", "Overview", null),
-      report.tasks ? entry("tasks", "Tasks", report.tasks.filter((task) => task.task).length) : null,
-      report.refused.length > 0 ? entry("refused", "Refused", report.refused.length) : null),
-    make("h2", {}, "Tables"),
-    make("ul", {}, tables.map((table) => entry(table.name, table.name, table.rows.length))));
+    make("ul", {}, entry("project", isImage ? "Image" : "Project", null),
+      listNames.filter(isThere).map((view) => entry(view, listTitles[view], countOf(view)))),
+    make("ul", { className: "apart" }, entry("tables", "Inside the tables", null),
+      !current.startsWith("tables") ? null : report.tables.map(({ name, lines }) =>
+        entry(`tables/${name}`, name, lines))));
 }
 
-function columnHeads(titles, numbers = []) {
-  return make("thead", {}, make("tr", {}, titles.map((title) =>
-    make("th", { scope: "col", className: numbers.includes(title) ? "number" : "" }, title))));
+// --- The project --------------------------------------------------------------------------------
+
+const mostOnFirstView = 25;
+const mostMessages = 8;
+
+// The first rows of a list, or all of them.
+function sectionOf(name, titles, toCells, isWhole, most = mostOnFirstView) {
+  const count = countOf(name);
+  if (count === 0) {
+    return null;
+  }
+  const rows = Array.from({ length: isWhole ? count : Math.min(count, most) },
+    (_, row) => toCells(row));
+  return make("section", {},
+    make("h2", {}, linkToRow(name, -1, listTitles[name]),
+      make("span", { className: "count" }, formatNumber(count))),
+    plainTable(titles, ["variables", "priority"], rows),
+    rows.length < count ? make("p", { className: "all" },
+      linkToRow(name, -1, `All ${formatNumber(count)}`)) : null);
 }
 
-function plainTable(titles, numbers, rows) {
-  return make("div", { className: "plain" },
-    make("table", {}, columnHeads(titles, numbers), make("tbody", {}, rows.map((cells) =>
-      make("tr", {}, cells.map((cell, i) =>
-        make("td", { className: numbers.includes(titles[i]) ? "number" : "" }, cell ?? "")))))));
+const noTask = () => make("em", {}, "no task");
+
+function taskSection(isWhole) {
+  const titles = ["task", "resource", "priority", "interval", "event", "programs", "comment"];
+  return sectionOf("tasks", titles, (row) => {
+    const task = project.tasks[row];
+    return [task.task === null ? noTask() : linkToRow("tasks", row, task.task), task.resource,
+      task.priority, make("code", {}, task.interval), make("code", {}, task.event),
+      programsOf(task), task.comment];
+  }, isWhole);
 }
 
-// --- Overview, tasks, refused -------------------------------------------------------------------
+function unitSection(isWhole) {
+  const titles = ["name", "kind", "variables", ...(isImage ? [] : ["language", "comment"])];
+  return sectionOf("units", titles, (row) => {
+    const unit = project.units[row];
+    const cells = [[flagOf("units", row), linkToRow("units", row, unit.name)],
+      [unit.kind, unit.result ? [" : ", make("code", {}, typeText(unit.result))] : ""],
+      formatNumber(symbolsByOwner().get(row)?.length ?? 0), unit.language, unit.comment];
+    return cells.slice(0, titles.length);
+  }, isWhole);
+}
 
-function overview() {
+function typeSection(isWhole) {
+  const membersText = ({ members, definition }) => (members.length === 0
+    ? make("code", {}, definition)
+    : members.map(([name, type], i) =>
+        [i > 0 ? ", " : "", name, " ", make("code", {}, typeText(type))]));
+  return sectionOf("types", ["name", "members", "comment"], (row) => {
+    const type = project.types[row];
+    return [[flagOf("types", row), linkToRow("types", row, type.name)],
+      make("div", { className: "members" }, membersText(type)), type.comment];
+  }, isWhole);
+}
+
+function listSection(isWhole) {
+  return sectionOf("lists", ["name", "path", "variables", "comment"], (row) => {
+    const list = project.lists[row];
+    return [linkToRow("lists", row, list.name || "(no name)"), list.path,
+      formatNumber(list.variables), list.comment];
+  }, isWhole);
+}
+
+function messageSection(isWhole) {
+  return sectionOf("messages", ["line", "object", "message"], (row) => {
+    const message = report.messages[row];
+    const target = messageTargets()[row];
+    return [[make("span", { className: `flag ${message.severity}` }),
+             linkToRow("messages", row, message.line > 0 ? String(message.line) : message.severity)],
+      target ? linkToRow(target.list, target.row, message.object) : message.object, message.text];
+  }, isWhole, mostMessages);
+}
+
+function news() {
+  const count = report.messages.length;
+  const errors = report.messages.filter(({ severity }) => severity === "error").length;
+  return make("p", { className: "news" }, isImage
+    ? "An image of tables keeps no comments, no tasks and no members of types, and of a type with a " +
+      "name only what it is."
+    : count === 0 ? "Nothing was reported, and all declarations are in the tables."
+      : [linkToRow("messages", -1, plural(count, "message")),
+         errors > 0 ? ` on the project, of which ${plural(errors, "is an error", "are errors")}.`
+           : " on the project."]);
+}
+
+function projectView(isWhole = false) {
+  const located = symbols.address.reduce((sum, address) => sum + (address !== "" ? 1 : 0), 0);
+  const counts = [["symbols", symbols.count, "symbols"],
+    ["located", located, "symbols?only=located"],
+    ...["units", "types", "lists", "tasks"].filter(isThere).map((view) =>
+      [lowerCase(listTitles[view]), countOf(view), view])];
+  return [
+    make("header", { className: "title" }, make("h1", {}, project.name || report.files[0]),
+      make("dl", { className: "facts" }, counts.map(([title, count, view]) => make("div", {},
+        make("dt", {}, title),
+        make("dd", {}, make("a", { href: "#" + view }, formatNumber(count))))))),
+    news(),
+    messageSection(isWhole),
+    unitSection(isWhole),
+    ...(isImage ? [] : [typeSection, listSection, taskSection].map((section) => section(isWhole))),
+  ];
+}
+
+// --- Inside the tables --------------------------------------------------------------------------
+
+function tablesView() {
+  loadTables();
   const lines = tables.reduce((sum, table) => sum + table.rows.length, 0);
   const bytes = tables.reduce((sum, table) => sum + table.bytes, 0);
   const rows = tables.map((table) => {
@@ -41,47 +144,26 @@ function overview() {
       make("div", { className: "strip-place" }, stripOf(table))];
   });
   return [
-    make("header", { className: "title" }, make("h1", {}, "Overview"),
+    make("header", { className: "title" }, make("h1", {}, "Inside the tables"),
       make("dl", { className: "facts" }, [["lines", lines], ["bytes", bytes],
       ["units", tableNamed.get("units").rows.length], ["globals", tableNamed.get("globals").rows.length],
-      ["components", tableNamed.get("components").rows.length], ["refused", report.refused.length]]
+      ["components", tableNamed.get("components").rows.length]]
       .map(([title, count]) => make("div", {}, make("dt", {}, title), make("dd", {}, formatNumber(count)))))),
     make("section", {},
       make("div", { className: "titled" }, make("h2", {}, "Tables"), legend()),
       plainTable(["table", "lines", "bytes", "user bytes", "blocks", "longest run", "file"],
                  ["lines", "bytes", "user bytes", "blocks", "longest run"], rows)),
-    report.tasks ? make("section", {}, make("h2", {}, "Tasks"), tasksTable()) : null,
   ];
-}
-
-function tasksTable() {
-  if (report.tasks.length === 0) {
-    return make("p", { className: "empty" }, "The project has no tasks.");
-  }
-  const units = tableNamed.get("units");
-  const programs = (task) => make("ul", { className: "programs" }, task.programs.map((program) => {
-    const row = program.unit >= 0 ? rowAt(units, program.unit) : -1;
-    return make("li", {}, `${program.instance}: `,
-      row >= 0 ? linkTo(units, row, program.program) : program.program);
-  }));
-  return plainTable(["resource", "task", "priority", "interval", "event", "programs", "comment"],
-    ["priority"],
-    report.tasks.map((task) => [task.resource, task.task ?? make("em", {}, "no task"), task.priority,
-      make("code", {}, task.interval), task.event, programs(task), task.comment]));
-}
-
-function refusedTable() {
-  return plainTable(["line", "column", "list", "name", "type", "reason"], ["line", "column"],
-    report.refused.map((refusal) => [String(refusal.line), String(refusal.column), refusal.list,
-      refusal.name, make("code", {}, refusal.type), refusal.reason]));
 }
 
 // --- A table ------------------------------------------------------------------------------------
 
 const monospaced = ["type", "address", "initial", "text", "value"];
 
-function isMonospaced(column, i) {
-  return i === 0 || monospaced.includes(column.title);
+// The columns of a table as those of a list are described.
+function columnsOfTable(table) {
+  return table.columns.map((column, i) =>
+    ({ ...column, isMono: i === 0 || monospaced.includes(column.title) }));
 }
 
 // A cell's text, as the link that belongs to it. A type with two links has one on its array and one
@@ -103,45 +185,15 @@ function cellContent(table, row, column) {
   return [anchor(links[0], text)];
 }
 
-// The widths of columns in pixels: what the title needs, and what the longest text would.
-function columnWidths(table) {
-  const context = make("canvas").getContext("2d");
-  const widthOf = (text, font) => {
-    context.font = font;
-    return context.measureText(text).width + 26;
-  };
-  return table.columns.map((column, i) => {
-    let longest = "";
-    for (const row of table.rows) {
-      const text = cellText(row[i]);
-      longest = text.length > longest.length ? text : longest;
-    }
-    const family = color(isMonospaced(column, i) ? "mono" : "sans");
-    const least = widthOf(column.title, `13.5px ${color("sans")}`) + (i === 0 ? 10 : 0);
-    const wanted = widthOf(longest, `${column.isName ? "600 " : ""}13.5px ${family}`);
-    return { least, wanted: Math.max(least, Math.min(wanted + (i === 0 ? 10 : 0), 280)) };
-  });
-}
-
-// Numbers are whole, and so are names if they are not long; the others share what these leave, by what
-// they want beyond the least.
-function fitColumns(table, widths, available) {
-  const isWhole = (i) => table.columns[i].isNumber || table.columns[i].isName;
-  const least = (i) => (isWhole(i) ? Math.min(widths[i].wanted, 220) : widths[i].least);
-  const sum = (amount) => widths.reduce((total, _, i) => total + amount(i), 0);
-  const beyond = (i) => (table.columns[i].isNumber ? 0 : widths[i].wanted - least(i) + 1);
-  const share = Math.max(0, available - sum(least)) / Math.max(1, sum(beyond));
-  return widths.map((_, i) => least(i) + beyond(i) * share);
-}
-
 // Shows one table; stays while others of its lines are chosen.
 class TableView {
   constructor(table, filter, go) {
     this.table = table;
     this.filter = filter;
     this.go = go;
+    this.columns = columnsOfTable(table);
     this.shown = filter ? this.filteredRows() : null;  // null: all
-    this.list = new RowList({
+    this.rowList = new RowList({
       label: `Lines of the table ${table.name}`,
       head: this.head(),
       renderRow: (i) => this.renderRow(this.rowOf(i)),
@@ -149,20 +201,21 @@ class TableView {
       onResize: (width) => this.fit(width),
       onOpen: () => document.getElementById("details").focus(),
     });
-    this.list.body.addEventListener("click", (event) => {
+    this.rowList.body.addEventListener("click", (event) => {
       const row = event.target.closest("tr[data-row]");
       if (row && !event.target.closest("a")) {
         this.pick(Number(row.dataset.row), false);
       }
     });
     this.file = new FileDrawing(table, this.shown ? new Set(this.shown) : null, (row) => this.pick(row, false));
+    const hasIndex = table.index && table.rows.length > 0;
     this.content = [
       make("header", { className: "title" }, make("h1", {}, table.name), this.filterNote(),
         table.end < table.bytes
           ? make("p", { className: "damage" }, `The line at ${table.end} is damaged.`) : null),
-      make("div", { className: "drawings" }, this.file.element,
-        table.index && table.rows.length > 0 ? new IndexDrawing(table).element : null),
-      table.rows.length > 0 ? this.list.element
+      make("div", { className: hasIndex ? "drawings of-two" : "drawings" }, this.file.element,
+        hasIndex ? new IndexDrawing(table).element : null),
+      table.rows.length > 0 ? this.rowList.element
         : make("p", { className: "empty" }, "The table is empty."),
     ];
   }
@@ -188,12 +241,12 @@ class TableView {
 
   choose(row) {
     this.row = row;
-    this.list.choose(this.shown ? this.shown.indexOf(row) : row);
+    this.rowList.choose(this.shown ? this.shown.indexOf(row) : row);
     this.file.choose(row);
   }
 
   start(row) {
-    this.list.show(this.shown ? this.shown.length : this.table.rows.length, -1);
+    this.rowList.show(this.shown ? this.shown.length : this.table.rows.length, -1);
     this.choose(row);
   }
 
@@ -204,26 +257,27 @@ class TableView {
   head() {
     const head = columnHeads(this.table.columns.map((column) => column.title),
       this.table.columns.filter((column) => column.isNumber).map((column) => column.title));
-    this.widths = columnWidths(this.table);
+    this.widths = columnWidths(this.columns, (i, take) =>
+      this.table.rows.forEach((cells) => take(cellText(cells[i]))));
     this.heads = [...head.rows[0].cells];
     return head;
   }
 
   fit(available) {
-    fitColumns(this.table, this.widths, available).forEach((width, i) => {
+    fitColumns(this.columns, this.widths, available).forEach((width, i) => {
       this.heads[i].style.width = `${width}px`;
     });
   }
 
   renderRow(row) {
     const { table } = this;
-    return make("tr", { "data-row": row }, table.columns.map((column, i) => {
+    return make("tr", { "data-row": row }, this.columns.map((column, i) => {
       const classes = [column.isNumber ? "number" : "", i === 0 ? "pos" : "",
                        column.isName ? "name" : "",
-                       isMonospaced(column, i) ? "mono" : "",
+                       column.isMono ? "mono" : "",
                        column.title === "scope" ? "scope" : ""];
       const text = cellText(table.rows[row][i]);
-      return make("td", { className: classes.join(" ").trim(), title: text.length > 12 ? text : "" },
+      return make("td", { className: classes.join(" ").trim(), title: text.length > 12 ? shown(text) : "" },
         cellContent(table, row, i));
     }));
   }

@@ -19,6 +19,7 @@ class LQ_DATA_API MEMSTREAM_A : public STREAM_A {
     // Writes behind the last byte: all of the block or, when memory is short, nothing.
     int32_t PutBlock(const void* buffer, int32_t count, STREAMERROR* error) override;
 
+    // Where the next byte is read.
     int32_t TellRead() const { return read_; }
     // 1 when the position (0 to the size) was taken, else 0.
     int SeekRead(int32_t position, STREAMERROR* error);
@@ -27,7 +28,9 @@ class LQ_DATA_API MEMSTREAM_A : public STREAM_A {
 
     // The content, valid until the next PutBlock; null when nothing was ever written.
     unsigned char* GetData() { return data_; }
+    // The same of a stream that is only read.
     const unsigned char* GetData() const { return data_; }
+    // Its size.
     int32_t GetSize() const { return length_; }
 
   private:
@@ -52,6 +55,7 @@ class LQ_DATA_API FILESTREAM_A : public STREAM_A {
     // Opens `path` (as the file system spells it), closing a file that is open; WRITE creates the
     // file or empties it. 1 for success.
     int Open(const char* path, Mode mode);
+    // 1 when a file is open.
     int IsOpen() const { return file_ ? 1 : 0; }
 
     int32_t GetBlock(void* buffer, int32_t count, STREAMERROR* error) override;

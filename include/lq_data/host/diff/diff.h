@@ -58,6 +58,7 @@ enum class Aspect : uint8_t {
     kInterfaceComment,  // of a unit
     kEnable,            // whether a unit has EN and ENO
     kLanguage,          // of a body
+    kCode,              // of a body: the first place where it differs, with what stands there
     kCondition,         // whether a jump is conditional
     kPriority,          // of a task, as the next
     kInterval,          //
@@ -102,8 +103,9 @@ using TakeDifference = std::function<void(const Difference&)>;
 // The order of inputs, outputs and in-outs of a unit and of the members of a structure means
 // something: of those that both sides have, the fewest that explain the new order were moved.
 //
-// What libraries and the standard declare is left out. A project keeps of bodies what names there
-// are beyond them, no code: bodies that differ in other things are the same.
+// What libraries and the standard declare is left out. The code of bodies is compared, token by
+// token but for the characters of strings, where both projects keep it (Project::KeepCode); else of
+// bodies only what names there are beyond them.
 //
 // The time and the memory that is needed are in proportion to the projects; neither has to be the
 // current one. Throws std::bad_alloc, and what `take` throws.

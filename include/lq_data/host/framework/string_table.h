@@ -31,6 +31,7 @@ LQ_DATA_API const char16_t* FindString(HINSTANCE module, uint32_t id) noexcept;
 // application gives it, and for the other ids the library's own in English, so that keywords are
 // known without any resource library. The table is not copied, and null takes it away.
 LQ_DATA_API HINSTANCE GetApplicationModule() noexcept;
+// Makes another table that of the application's module.
 LQ_DATA_API void SetApplicationStrings(const LQ_STRING_TABLE* table) noexcept;
 
 // The host layer's own texts, which need no file and are not exported.

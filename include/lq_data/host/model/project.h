@@ -34,14 +34,17 @@ class LQ_DATA_API Project {
 
     // -- Building ---------------------------------------------------------------------------------
 
-    // The text, valid as long as the project; a zero character ends it early. Store is for texts
-    // that hardly repeat.
+    // The text, valid as long as the project; a zero character ends it early.
     Text Intern(std::u16string_view text);
+    // A copy of the text, for one that hardly repeats; valid as long as the project.
     Text Store(std::u16string_view text);
 
-    // Lists of identifiers are empty in what is added: the project fills them. The
-    // comment says what an object may be part of.
+    // Lists of identifiers are empty in what is added: the project fills them. The comments say
+    // what an object may be part of.
+
+    // A POU, of the project or, when the standard defines it, of its library.
     ID AddPou(const Pou& pou);
+    // A data type.
     ID AddDataType(const DataType& type);
     // Of a configuration, a resource or a POU; of nothing where the null identifier is its parent.
     ID AddVariableList(const VariableList& list);
@@ -49,6 +52,7 @@ class LQ_DATA_API Project {
     // Of a global, `earlier` receives the one that has the name already, and is found by it, if
     // any.
     ID AddDeclaration(const Declaration& declaration, ID* earlier = nullptr);
+    // A configuration.
     ID AddConfiguration(const Configuration& configuration);
     // Of a configuration.
     ID AddResource(const Resource& resource);
@@ -75,8 +79,10 @@ class LQ_DATA_API Project {
     bool ReplacePou(ID pou, const Project& from, ID read);
     // The comment of any object but a pool; false when there is no such object.
     bool SetComment(ID object, Text comment);
+    // Says that a POU's bodies call something of that name, a text of this project.
     void AddCall(Pou& pou, Text callee);
 
+    // Names the project.
     void SetName(Text name) { name_ = name; }
 
     // Bodies that are read from now on are kept with their code, 24 bytes a token.
@@ -94,39 +100,55 @@ class LQ_DATA_API Project {
     // A declaration that none of the lists below shows but Declarations(): an implicit parameter of
     // a POU, what a configuration says of a variable of one (VAR_CONFIG), with the path of the
     // instance for a name, or a way to one from outside (VAR_ACCESS), of a configuration or POU.
-    // Adopt makes it the last of its owner's, if that has declarations.
     ID AddAside(const Declaration& declaration);
+    // Makes a declaration that was added aside the last of its owner's, if that has declarations.
     void Adopt(ID declaration);
 
     // -- Reading ----------------------------------------------------------------------------------
 
+    // The project's name.
     Text Name() const { return name_; }
 
-    // All objects of a sort, in the order of their entry; the library's POUs come first. A
-    // declaration without an owner is one that ReplacePou has removed.
+    // All objects of a sort, in the order of their entry; the POUs first of the library.
     const std::deque<Pou>& Pous() const { return pous_; }
+    // The data types.
     const std::deque<DataType>& DataTypes() const { return dataTypes_; }
+    // The variable lists.
     const std::deque<VariableList>& VariableLists() const { return variableLists_; }
+    // The declarations; one without an owner is what ReplacePou has removed.
     const std::deque<Declaration>& Declarations() const { return declarations_; }
+    // The configurations.
     const std::deque<Configuration>& Configurations() const { return configurations_; }
+    // The resources.
     const std::deque<Resource>& Resources() const { return resources_; }
+    // The tasks.
     const std::deque<Task>& Tasks() const { return tasks_; }
+    // The program instances.
     const std::deque<ProgramInstance>& ProgramInstances() const { return programInstances_; }
 
     // The records of an identifier; null when it names no such object.
     const Pou* GetPou(ID id) const;
+    // A data type.
     const DataType* GetDataType(ID id) const;
+    // A variable list.
     const VariableList* GetVariableList(ID id) const;
+    // A declaration.
     const Declaration* GetDeclaration(ID id) const;
+    // A configuration.
     const Configuration* GetConfiguration(ID id) const;
+    // A resource.
     const Resource* GetResource(ID id) const;
+    // A task.
     const Task* GetTask(ID id) const;
+    // A program instance.
     const ProgramInstance* GetProgramInstance(ID id) const;
 
     // By name: the null identifier when there is none.
     ID FindPou(std::u16string_view name) const;  // of the project only
+    // A POU of the library.
     ID FindLibraryPou(std::u16string_view name) const;
     ID FindAnyPou(std::u16string_view name) const;  // the project's, else the library's
+    // A data type.
     ID FindDataType(std::u16string_view name) const;
     ID FindGlobal(std::u16string_view name) const;  // a declaration of a variable list
     // Directly below `parent`, a pool, list or other object that holds named ones.
@@ -149,12 +171,16 @@ class LQ_DATA_API Project {
     // The identifiers directly below an object; the empty list when it holds none.
     const IdList& Below(ID id) const;
 
+    // The pool of the project's POUs.
     ID PouPool() const { return MakeId(Sort::kPool, 0); }
+    // The pool of the library's POUs.
     ID LibraryPool() const { return MakeId(Sort::kPool, 1); }
+    // The pool of the resources.
     ID ResourcePool() const { return MakeId(Sort::kPool, 2); }
 
     // The object that LQNAVIOBJECTMAN::Get answers; null when there is none.
     LQNAVIOBJECT* GetView(ID id) const;
+    // What LQNAVIOBJECTMAN::Get and LQDECLMAN::Get answer with.
     Managers& GetManagers() const { return *managers_; }
 
   private:
@@ -223,6 +249,7 @@ class LQ_DATA_API Project {
 // be gone by then. Threads with a project each translate at the same time; what works for a project
 // on another thread than before sets it there.
 LQ_DATA_API void SetProject(Project* project);
+// The project that was set on the calling thread; null for none.
 LQ_DATA_API Project* GetProject();
 
 }  // namespace lq::host

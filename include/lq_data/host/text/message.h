@@ -29,6 +29,7 @@ constexpr const char* Message(const char* format) {
     return format;
 }
 
+// What Say makes of its words.
 LQ_DATA_API std::string SayWords(std::string_view format,
                                  std::initializer_list<std::string_view> words);
 

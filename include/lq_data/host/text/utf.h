@@ -62,12 +62,14 @@ LQ_DATA_API TextStatus DecodeCodePage(std::string_view bytes, TextEncoding codeP
 // fault that remains is that of UTF-8.
 LQ_DATA_API TextStatus DecodeAnySource(std::string_view bytes, std::u16string& text);
 
+// The text in UTF-8.
 LQ_DATA_API std::string EncodeUtf8(std::u16string_view text);
 
 // The two directions for terminated texts and buffers of the caller's (`size` includes the
 // terminator and must not be 0), without allocation. Malformed bytes become replacement characters.
 // A text that does not fit is cut between characters, and the result is false.
 LQ_DATA_API bool CopyUtf8ToUtf16(const char* source, char16_t* buffer, std::size_t size) noexcept;
+// Copies the text in UTF-8, terminated; false when it does not fit.
 LQ_DATA_API bool CopyUtf16ToUtf8(const char16_t* source, char* buffer, std::size_t size) noexcept;
 
 }  // namespace lq::host

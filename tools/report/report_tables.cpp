@@ -1,7 +1,4 @@
-#include "tools/report/report_data.h"
-
 #include <algorithm>
-#include <deque>
 #include <iterator>
 #include <optional>
 #include <string_view>
@@ -14,11 +11,12 @@
 #include "lq_data/host/text/utf.h"
 #include "lq_data/line_bytes.h"
 #include "tools/lq/command.h"
-#include "tools/lq/input.h"
 #include "tools/lq/line_bytes.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
+#include "tools/report/report_data.h"
+#include "tools/report/shared_texts.h"
 
 namespace lq::tool {
 
@@ -27,6 +25,10 @@ using host::EncodeUtf8;
 namespace {
 
 constexpr int32_t kNone = -1;
+
+// What rows may share, if it is longer than that.
+constexpr std::string_view kSharedColumns[] = {"type", "address", "initial"};
+constexpr size_t kLongText = 40;
 
 // What a link is. The page tells the links of a table by title.
 enum class LinkKind : uint8_t {
@@ -89,28 +91,6 @@ int32_t Find(const Positions& positions, const std::string& name) {
     return at != positions.end() ? at->second : kNone;
 }
 
-// Texts of rows that stand once: thousands of variables may have the type of one array, or the
-// value of one constant.
-class SharedTexts {
-  public:
-    static constexpr size_t kLongText = 40;
-    static constexpr std::string_view kColumns[] = {"type", "address", "initial"};
-
-    size_t PlaceOf(const std::string& text) {
-        const auto known = places_.find(text);
-        if (known != places_.end()) {
-            return known->second;
-        }
-        texts_.push_back(text);
-        return places_.emplace(texts_.back(), texts_.size() - 1).first->second;
-    }
-    const std::deque<std::string>& All() const { return texts_; }
-
-  private:
-    std::deque<std::string> texts_;
-    std::unordered_map<std::string_view, size_t, host::BytesHash> places_;  // in texts_
-};
-
 // Entries of an index that lie in neighbouring slots.
 class IndexRuns {
   public:
@@ -143,9 +123,9 @@ struct DeclaredType {
     int32_t name;  // its line of table 8
 };
 
-class ReportWriter {
+class TablesWriter {
   public:
-    ReportWriter(const std::string& path, TableInput& input, const host::Project& project,
+    TablesWriter(const std::string& path, TableInput& input, const host::Project& project,
                  ReportPage& page)
         : path_(path), input_(input), project_(project), page_(page), tables_(*input.tables) {}
 
@@ -159,22 +139,13 @@ class ReportWriter {
             CollectDeclaredTypes();
         }
         globals_ = BytesOf(tables_, CgTab::TAB_GLB);
-        page_.AddOpen({{"input", DisplayName(path_)},
-                       {"version", LQ_VERSION},
-                       {"blockSize", kTableBlockSize},
-                       {"nodeBlocks", R_FILE::BlCnt()},
-                       {"tasks", input_.isProject ? TasksJson() : Json(nullptr)},
-                       {"refused", RefusedJson()}});
         for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
-            page_.Add(id == 0 ? R"(,"tables":[)" : ",");
+            page_.Add(id == 0 ? R"({"tables":[)" : ",");
             WriteTable(static_cast<CgTab::TAB_ID>(id));
         }
-        page_.Add(R"(],"texts":[)");
-        for (const std::string& text : texts_.All()) {
-            page_.Add(&text == &texts_.All().front() ? "" : ",");
-            page_.AddText(text);
-        }
-        page_.Add("]}");
+        page_.Add(R"(],"texts":)");
+        texts_.Write(page_);
+        page_.Add("}");
     }
 
   private:
@@ -357,8 +328,8 @@ class ReportWriter {
     static std::vector<bool> SharedColumns(const RowReader& reader) {
         std::vector<bool> isShared;
         for (const Column& column : reader.Columns()) {
-            isShared.push_back(std::ranges::find(SharedTexts::kColumns, column.title) !=
-                               std::end(SharedTexts::kColumns));
+            isShared.push_back(std::ranges::find(kSharedColumns, column.title) !=
+                               std::end(kSharedColumns));
         }
         return isShared;
     }
@@ -370,7 +341,7 @@ class ReportWriter {
             page_.Add(*flag ? "true" : "false");
         } else if (const auto* text = std::get_if<std::string>(&cell); !text) {
             page_.Add("null");
-        } else if (isShared && text->size() > SharedTexts::kLongText) {
+        } else if (isShared && text->size() > kLongText) {
             page_.Add(std::to_string(texts_.PlaceOf(*text)));
         } else {
             page_.AddText(*text);
@@ -395,61 +366,6 @@ class ReportWriter {
         return size == 0 ? Json(nullptr) : runs.ToJson(size);
     }
 
-    // --- The project -------------------------------------------------------------------------
-
-    Json ProgramsJson(const host::IdList& instances) const {
-        Json programs = Json::array();
-        for (const ID id : instances) {
-            const host::ProgramInstance& instance = *project_.GetProgramInstance(id);
-            const std::string type = ProgramName(project_, instance);
-            programs.push_back({{"instance", EncodeUtf8(instance.name)},
-                                {"program", type},
-                                {"unit", Find(units_, type)}});
-        }
-        return programs;
-    }
-
-    // By resources; programs that no task runs come last, under none.
-    Json TasksJson() const {
-        Json tasks = Json::array();
-        for (const host::Resource& resource : project_.Resources()) {
-            const std::string name = EncodeUtf8(resource.name);
-            for (const ID id : resource.tasks) {
-                const host::Task& task = *project_.GetTask(id);
-                tasks.push_back({{"resource", name},
-                                 {"task", EncodeUtf8(task.name)},
-                                 {"priority", EncodeUtf8(task.priority)},
-                                 {"interval", EncodeUtf8(task.interval)},
-                                 {"event", EncodeUtf8(task.event)},
-                                 {"comment", EncodeUtf8(task.comment)},
-                                 {"programs", ProgramsJson(task.programs)}});
-            }
-            if (!resource.programs.empty()) {
-                tasks.push_back({{"resource", name},
-                                 {"task", nullptr},
-                                 {"priority", ""},
-                                 {"interval", ""},
-                                 {"event", ""},
-                                 {"comment", ""},
-                                 {"programs", ProgramsJson(resource.programs)}});
-            }
-        }
-        return tasks;
-    }
-
-    Json RefusedJson() const {
-        Json all = Json::array();
-        for (const Refusal& refusal : input_.refusals) {
-            all.push_back({{"line", refusal.line},
-                           {"column", refusal.column},
-                           {"list", refusal.list},
-                           {"name", refusal.name},
-                           {"type", refusal.type},
-                           {"reason", refusal.reason}});
-        }
-        return all;
-    }
-
     const std::string& path_;
     TableInput& input_;
     const host::Project& project_;
@@ -459,14 +375,14 @@ class ReportWriter {
     Positions units_;
     std::unordered_map<std::string, DeclaredType, host::BytesHash> declared_;
     std::string globals_;  // the bytes of table 3
-    SharedTexts texts_;
+    SharedTexts texts_{SharedTexts::kNowhere};
 };
 
 }  // namespace
 
-void WriteReportData(const std::string& path, TableInput& input, const host::Project& project,
-                     ReportPage& page) {
-    ReportWriter(path, input, project, page).Write();
+void WriteReportTables(const std::string& path, TableInput& input, const host::Project& project,
+                       ReportPage& page) {
+    TablesWriter(path, input, project, page).Write();
 }
 
 }  // namespace lq::tool
