@@ -177,7 +177,11 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 
 Treatment Reader::Start(const Element& element) {
     if (!element.parent && element.Name() != "project" && element.Name() != "pou") {
-        refusal_ = Say("the file is no PLCopen project: its root element is <{}>", element.Name());
+        refusal_ =
+            element.Name() == "{}project"
+                ? Say("the file is no PLCopen project: its root element <project> has no "
+                      "namespace (xmlns)")
+                : Say("the file is no PLCopen project: its root element is <{}>", element.Name());
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {

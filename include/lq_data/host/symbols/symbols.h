@@ -55,7 +55,6 @@ struct Symbol {
     ID declaration;  // of the variable, also where this is a member of it
     Unexpanded unexpanded = Unexpanded::kNone;
     std::u16string_view unexpandedType;  // the type that the reason is about; may be empty
-    ID declaration;  // of the variable; of a member that of the variable that it is in
 };
 
 struct SymbolOptions {
