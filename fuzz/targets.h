@@ -24,6 +24,7 @@ void PairedList(const uint8_t* data, size_t size);
 void Hash(const uint8_t* data, size_t size);
 void MemberInit(const uint8_t* data, size_t size);
 void Plcopen(const uint8_t* data, size_t size);
+void TextSource(const uint8_t* data, size_t size);
 
 struct NamedTarget {
     const char* name;
@@ -35,7 +36,7 @@ inline constexpr NamedTarget kTargets[] = {
     {"record_file", RecordFile},  {"list", List},
     {"paired_list", PairedList},  {"hash", Hash},
     {"member_init", MemberInit},  {"plcopen", Plcopen},
-    {"tables", Tables},
+    {"tables", Tables},           {"text_source", TextSource},
 };
 
 // Ends the run when a promise does not hold.

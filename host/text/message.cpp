@@ -10,6 +10,7 @@ namespace lq::host {
 namespace {
 
 constexpr std::uint32_t kJapanese = 932;
+constexpr std::uint32_t kEnglish = 1252;
 
 constinit std::atomic<bool> isJapanese = false;
 
@@ -19,8 +20,12 @@ void UseLanguage(std::uint32_t codePage) noexcept {
     isJapanese.store(codePage == kJapanese, std::memory_order_relaxed);
 }
 
+std::uint32_t LanguageCodePage() noexcept {
+    return isJapanese.load(std::memory_order_relaxed) ? kJapanese : kEnglish;
+}
+
 std::string_view Translated(std::string_view format) noexcept {
-    if (!isJapanese.load(std::memory_order_relaxed)) {
+    if (LanguageCodePage() != kJapanese) {
         return format;
     }
     const std::span<const Translation> translations = kMessages932;

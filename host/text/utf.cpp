@@ -225,6 +225,8 @@ const char* Describe(TextFault fault) noexcept {
             return Message("half of a UTF-16 surrogate pair");
         case TextFault::kOddLength:
             return Message("half a UTF-16 character at the end");
+        case TextFault::kNoCharacter:
+            return Message("these bytes are no character of the code page");
     }
     return "";
 }

@@ -24,6 +24,7 @@ class ConfigurationReader {
         configuration.name = project_.Intern(cursor_.TextOf(name));
         configuration.comment = project_.Intern(cursor_.CommentBefore(word, true));
         configuration.line = word.spot.line;
+        configuration.column = cursor_.ColumnOf(word.spot);
         configuration_ = project_.AddConfiguration(configuration);
         ReadParts(word, Word::kEndConfiguration);
     }
@@ -42,7 +43,7 @@ class ConfigurationReader {
             const Word word = cursor_.Peek().word;
             if (word == Word::kTask) {
                 ReadTask();
-            } else if (word == Word::kProgram && !IsConfigured()) {
+            } else if (word == Word::kProgram && !IsUnit()) {
                 ReadInstance();
             } else if (word == Word::kResource && end == Word::kEndConfiguration) {
                 ReadResource();
@@ -61,18 +62,20 @@ class ConfigurationReader {
         EndResource();
     }
 
-    // A unit behind a configuration that has no end: "PROGRAM name" without a ":" or a task.
-    bool IsConfigured() {
-        std::size_t name = IsMark(cursor_.Peek(1).word) ? 2 : 1;
+    // A unit behind a configuration that has no end: "PROGRAM name" for a line of its own.
+    bool IsUnit() {
+        const std::size_t name = IsMark(cursor_.Peek(1).word) ? 2 : 1;
         const Piece& behind = cursor_.Peek(name + 1);
-        return !behind.Is(OP_COLON) && behind.word != Word::kWith;
+        return behind.isFirst && !behind.Is(OP_COLON) && behind.word != Word::kWith;
     }
 
     void ReadConfiguredSection(Word word, Word end) {
         if (word == Word::kVarGlobal) {
             ReadSection(context_, end == Word::kEndResource ? resource_ : configuration_, nullptr);
+        } else if (word == Word::kVarConfig || word == Word::kVarAccess) {
+            ReadSection(context_, configuration_, nullptr);
         } else {
-            LeaveSection(context_, Message("{} has no place in the project and was left out"));
+            LeaveSection(context_, Message("{} belongs to no unit and was left out"));
         }
     }
 
@@ -103,6 +106,7 @@ class ConfigurationReader {
         resource.configuration = configuration_;
         resource.comment = project_.Intern(cursor_.CommentBefore(word, true));
         resource.line = word.spot.line;
+        resource.column = cursor_.ColumnOf(word.spot);
         resource_ = project_.AddResource(resource);
     }
 
@@ -121,6 +125,7 @@ class ConfigurationReader {
                                                                    : std::u16string_view());
         task.resource = resource_;
         task.line = word.spot.line;
+        task.column = cursor_.ColumnOf(word.spot);
         if (*task.name == 0 || !cursor_.Peek().Is(OP_LPAREN) || !TakeSettings(task)) {
             cursor_.Warn(word, *task.name == 0
                                    ? Say("this is no part of a configuration and was left out")
@@ -196,6 +201,7 @@ class ConfigurationReader {
         instance.name = cursor_.Take();
         instance.program.name = project_.Intern(cursor_.TextOf(instance.name));
         instance.program.line = word.spot.line;
+        instance.program.column = cursor_.ColumnOf(word.spot);
         if (cursor_.Peek().word == Word::kWith) {
             cursor_.Take();
             instance.task = cursor_.Take();

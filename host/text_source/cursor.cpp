@@ -133,6 +133,9 @@ void Cursor::PassForeign(const Foreign& foreign) {
         openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
         Warn(begin, Say(kOpen[passed.kind]));
     }
+    if (passed.kind == Foreign::kPragma && keepsPragmas_) {
+        pragmas_.emplace_back(begin, passed.end);
+    }
     if (passed.kind == Foreign::kPragma && !comments_.empty() &&
         comments_.back().reach + 1 >= begin.line) {
         comments_.back().reach = spot_.line;
@@ -145,6 +148,10 @@ void Cursor::PassForeign(const Foreign& foreign) {
     }
     const std::u16string_view line = text_.substr(begin.lineBegin, begin.at - begin.lineBegin);
     comments_.push_back({begin, passed.end, spot_.line, spot_.line, Trimmed(line).empty()});
+}
+
+void Cursor::ForgetPragmas(uint32_t before) {
+    std::erase_if(pragmas_, [before](const auto& pragma) { return pragma.first.at < before; });
 }
 
 uint32_t Cursor::ColumnOf(const Spot& spot) const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/model/report_list.h"
@@ -60,6 +61,9 @@ class Cursor {
     std::u16string_view TextOf(const Piece& piece) const {
         return text_.substr(piece.spot.at, piece.end - piece.spot.at);
     }
+    std::u16string_view TextBetween(uint32_t begin, uint32_t end) const {
+        return text_.substr(begin, end - begin);
+    }
     uint32_t ColumnOf(const Spot& spot) const;  // from 1, in characters
     Spot EndOf(const Piece& piece) const;
 
@@ -71,6 +75,11 @@ class Cursor {
     // that on its line. Empty without one.
     std::u16string CommentBefore(const Piece& piece, bool isHeader = false);
     std::u16string CommentOn(const Piece& first);
+
+    // Of those that were passed since they were forgotten last: where each begins and ends.
+    const std::vector<std::pair<Spot, uint32_t>>& Pragmas() const { return pragmas_; }
+    void KeepPragmas() { keepsPragmas_ = true; }
+    void ForgetPragmas(uint32_t before);  // those that begin before that position
 
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }
@@ -104,6 +113,8 @@ class Cursor {
     Piece last_;
     std::vector<Comment> comments_;  // the last ones
     uint32_t openStrings_ = 0;
+    bool keepsPragmas_ = false;
+    std::vector<std::pair<Spot, uint32_t>> pragmas_;
 };
 
 }  // namespace lq::host::text_source

@@ -17,7 +17,8 @@ constexpr struct {
     {Word::kVarOutput, Scope::kOutput}, {Word::kVarInOut, Scope::kInOut},
     {Word::kVarTemp, Scope::kTemp},     {Word::kVarExternal, Scope::kExternal},
     {Word::kVarGlobal, Scope::kGlobal}, {Word::kVarInst, Scope::kLocal},
-    {Word::kVarStat, Scope::kLocal},
+    {Word::kVarStat, Scope::kLocal},    {Word::kVarConfig, Scope::kConfig},
+    {Word::kVarAccess, Scope::kAccess},
 };
 
 constexpr struct {
@@ -56,6 +57,12 @@ class DeclarationReader {
             return;
         }
         cursor_.Take();
+        path_.clear();
+        if (Is(Scope::kAccess) && !TakePath()) {
+            Refuse();
+            PassDeclaration(context_);
+            return;
+        }
         ReadRest(address);
     }
 
@@ -68,8 +75,14 @@ class DeclarationReader {
         PassDeclaration(context_);
     }
 
+    bool Is(Scope scope) const { return holder_.section.scope == scope; }
+
     void TakeNames() {
         names_.push_back(cursor_.Take());
+        while (Is(Scope::kConfig) && cursor_.Peek().Is(OP_DOT)) {  // the path of an instance
+            cursor_.Take();
+            names_.back().end = cursor_.Take().end;
+        }
         while (cursor_.Peek().Is(OP_COMMA) && cursor_.IsName(cursor_.Peek(1))) {
             cursor_.Take();
             names_.push_back(cursor_.Take());
@@ -100,6 +113,18 @@ class DeclarationReader {
         return !address.empty();
     }
 
+    // "resource.%IX0.0 :", what a name gives access to.
+    bool TakePath() {
+        while (!cursor_.Peek().Is(OP_COLON)) {
+            if (cursor_.Peek().Is(OP_SEMICOLON) || IsAtBoundary(context_)) {
+                return false;
+            }
+            path_ += cursor_.TextOf(cursor_.Take());
+        }
+        cursor_.Take();
+        return !path_.empty();
+    }
+
     // Behind the colon.
     void ReadRest(const std::u16string& address) {
         Spec spec;
@@ -110,6 +135,13 @@ class DeclarationReader {
                 PassDeclaration(context_);
             }
             return;
+        }
+        const Word direction = cursor_.Peek().word;
+        direction_ = direction == Word::kReadOnly    ? kMarkReadOnly
+                     : direction == Word::kReadWrite ? kMarkReadWrite
+                                                     : 0;
+        if (Is(Scope::kAccess) && direction_ != 0) {
+            cursor_.Take();
         }
         Reading reading = Reading::kDone;
         if (cursor_.Peek().Is(OP_ASSIGN)) {
@@ -158,6 +190,11 @@ class DeclarationReader {
         declaration.comment = project.Intern(cursor_.CommentOn(first_));
         declaration.owner = holder_.owner;
         declaration.section = holder_.section;
+        const bool isAside = Is(Scope::kAccess) || Is(Scope::kConfig);
+        if (Is(Scope::kAccess)) {
+            declaration.comment2 = project.Intern(path_);
+            declaration.section.marks = static_cast<uint8_t>(direction_);
+        }
         const bool isMember = SortOf(holder_.owner) == Sort::kDataType;
         if (!isMember) {
             declaration.address = project.Intern(address);
@@ -169,6 +206,10 @@ class DeclarationReader {
             declaration.line = piece.spot.line;
             declaration.column = cursor_.ColumnOf(piece.spot);
             WarnOfParts(piece, spec, isMember && !address.empty());
+            if (isAside) {
+                project.AddAside(declaration);
+                continue;
+            }
             if (holder_.eno && holder_.eno->Take(project, declaration)) {
                 continue;
             }
@@ -201,6 +242,8 @@ class DeclarationReader {
     const Holder& holder_;
     std::vector<Piece>& names_;
     Piece first_;
+    std::u16string path_;     // of VAR_ACCESS
+    unsigned direction_ = 0;  // likewise
     uint32_t openStrings_ = 0;
 };
 
@@ -266,6 +309,7 @@ void ReadSection(Context& context, ID parent, EnoPair* eno) {
         list.name = parent == ID() ? context.fileStem : project.NameOf(parent);
         list.comment = project.Intern(cursor.CommentBefore(word));
         list.line = word.spot.line;
+        list.column = cursor.ColumnOf(word.spot);
         holder.owner = project.AddVariableList(list);
     }
     ReadDeclarations(context, holder, Word::kEndVar, word.spot);

@@ -14,7 +14,11 @@ namespace lq::host::text_source {
 
 struct Context {
     Context(Project& target, ReportList& list, std::u16string_view text)
-        : project(target), reports(list), cursor(text, list) {}
+        : project(target), reports(list), cursor(text, list) {
+        if (project.KeepsCode()) {
+            cursor.KeepPragmas();
+        }
+    }
 
     Project& project;
     ReportList& reports;

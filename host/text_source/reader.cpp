@@ -1,9 +1,10 @@
 // The course of a text: what stands in no unit, and what begins there.
 
 #include <algorithm>
+#include <deque>
 #include <istream>
-#include <iterator>
 #include <limits>
+#include <utility>
 
 #include "host/text_source/parts.h"
 #include "lq_data/host/text/utf.h"
@@ -56,7 +57,11 @@ class Reader {
     // False where a word is no beginning of anything. Behind a unit the next one may stand on the
     // same line.
     bool ReadHeader(Word word) {
-        const bool isFrame = word == Word::kInterface && cursor_.Peek().isFirst;
+        // Nothing but a frame, or a type whose sign is missing, can be meant here.
+        const bool isFrame =
+            cursor_.Peek().isFirst &&
+            (word == Word::kInterface || (word == Word::kType && cursor_.IsName(cursor_.Peek(1)) &&
+                                          !IsEnd(cursor_.Peek(1).word)));
         const bool isBehindUnit = !isStray_ || cursor_.Peek().spot.line == attributeLine_;
         if (!IsAtHeader(context_, isBehindUnit) && !isFrame) {
             return false;
@@ -112,8 +117,6 @@ class Reader {
         isStray_ = false;
         if (word == Word::kVarGlobal) {
             ReadSection(context_, {}, nullptr);
-        } else if (word == Word::kVarConfig || word == Word::kVarAccess) {
-            LeaveSection(context_, Message("{} has no place in the project and was left out"));
         } else {
             LeaveSection(context_, Message("{} belongs to no unit and was left out"));
         }
@@ -182,12 +185,36 @@ void Refuse(ReportList& list, std::u16string_view before, const TextStatus& stat
               Say("is not text: {} at byte {}", Translated(Describe(status.fault)), status.offset));
 }
 
+// Everything, without more room than it takes.
+std::string ReadAll(std::istream& source) {
+    constexpr std::size_t kPiece = std::size_t{1} << 20;
+    std::deque<std::string> pieces;
+    std::size_t size = 0;
+    do {
+        std::string& piece = pieces.emplace_back(kPiece, '\0');
+        source.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+        piece.resize(static_cast<std::size_t>(source.gcount()));
+        size += piece.size();
+    } while (source);
+    if (pieces.size() == 1) {
+        return std::move(pieces.front());
+    }
+    std::string all;
+    all.reserve(size);
+    for (; !pieces.empty(); pieces.pop_front()) {
+        all += pieces.front();
+    }
+    return all;
+}
+
 bool Read(std::istream& source, const std::string& fileName, Project& project,
-          std::vector<Report>& reports) {
+          std::vector<Report>& reports, std::optional<TextEncoding> codePage) {
     std::u16string text;
     {
-        const std::string bytes(std::istreambuf_iterator<char>(source), {});
-        const TextStatus status = DecodeSource(bytes, text);
+        const std::string bytes = ReadAll(source);
+        text.reserve(bytes.size());
+        const TextStatus status =
+            codePage ? DecodeCodePage(bytes, *codePage, text) : DecodeAnySource(bytes, text);
         if (!status.IsFine()) {
             ReportList list(fileName, reports);
             Refuse(list, text, status);
@@ -208,17 +235,19 @@ bool ReadText(std::u16string_view text, const std::string& fileName, Project& pr
 }
 
 bool ReadText(std::istream& source, const std::string& fileName, Project& project,
-              std::vector<Report>& reports) noexcept {
-    return Contained(fileName, reports,
-                     [&] { return text_source::Read(source, fileName, project, reports); });
+              std::vector<Report>& reports, std::optional<TextEncoding> codePage) noexcept {
+    return Contained(fileName, reports, [&] {
+        return text_source::Read(source, fileName, project, reports, codePage);
+    });
 }
 
-bool ReadTextFile(const std::string& path, Project& project,
-                  std::vector<Report>& reports) noexcept {
+bool ReadTextFile(const std::string& path, Project& project, std::vector<Report>& reports,
+                  std::optional<TextEncoding> codePage) noexcept {
     return Contained(path, reports, [&] {
         std::ifstream source;
         ReportList list(path, reports);
-        return OpenSource(source, list) && text_source::Read(source, path, project, reports);
+        return OpenSource(source, list) &&
+               text_source::Read(source, path, project, reports, codePage);
     });
 }
 

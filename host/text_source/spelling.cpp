@@ -7,6 +7,10 @@ void Spelling::Add(const Piece& piece) {
 }
 
 void Spelling::Add(const Piece& piece, std::u16string_view text) {
+    // "LTOD#12:00": a ":" behind a number, without blanks.
+    isInLiteral_ =
+        before_.Touches(piece) &&
+        (before_.Is(OP_COLON) ? isInLiteral_ : piece.Is(OP_COLON) && before_.kind != TK_IDENTIFIER);
     if (!text_.empty() && NeedsBlank(piece)) {
         text_ += u' ';
     }
@@ -29,11 +33,9 @@ bool Spelling::NeedsBlank(const Piece& piece) const {
         before_.kind == TK_RANGE_START) {
         return false;
     }
-    // A ":" without blanks is one of a literal.
-    const bool isInLiteral = (piece.Is(OP_COLON) || before_.Is(OP_COLON)) && before_.Touches(piece);
     if (isOne(piece, {OP_ASSIGN, OP_ARROW, OP_COLON}) ||
         isOne(before_, {OP_ASSIGN, OP_ARROW, OP_COLON, OP_COMMA, OP_SEMICOLON})) {
-        return !isInLiteral;
+        return !isInLiteral_;
     }
     if (isOpening && before_.word == Word::kArray) {
         return true;

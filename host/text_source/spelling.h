@@ -26,6 +26,7 @@ class Spelling {
     const Cursor& cursor_;
     std::u16string text_;
     Piece before_;
+    bool isInLiteral_ = false;
 };
 
 }  // namespace lq::host::text_source

@@ -42,11 +42,14 @@ class TypeBlockReader {
         }
         comment_ = cursor_.CommentBefore(name_);
         TakeBase();
-        if (!cursor_.Peek().Is(OP_COLON)) {
+        if (cursor_.Peek().Is(OP_COLON)) {
+            cursor_.Take();
+        } else if (cursor_.Peek().word == Word::kStruct) {  // its members are not lost
+            WarnMissing(context_, cursor_.EndOf(cursor_.Last()), ":");
+        } else {
             Refuse();
             return;
         }
-        cursor_.Take();
         if (cursor_.Peek().word == Word::kStruct) {
             ReadStructure();
         } else if (cursor_.Peek().word == Word::kUnion) {
@@ -135,6 +138,7 @@ class TypeBlockReader {
         Project& project = context_.project;
         type.name = project.Intern(cursor_.TextOf(name_));
         type.line = name_.spot.line;
+        type.column = cursor_.ColumnOf(name_.spot);
         type.comment = comment;
         if (project.FindDataType(type.name) != ID()) {
             cursor_.Warn(name_,

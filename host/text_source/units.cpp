@@ -66,7 +66,13 @@ class UnitReader {
         pou.line = word_.spot.line;
         pou.column = cursor_.ColumnOf(word_.spot);
         TakeParents();
-        if (cursor_.Peek().Is(OP_COLON)) {
+        const Piece& next = cursor_.Peek();
+        if (next.Is(OP_COLON)) {
+            cursor_.Take();
+            TakeResult(pou);
+        } else if (word_.word == Word::kFunction && cursor_.IsName(next) && !next.isFirst &&
+                   !IsSection(next.word) && IsSection(cursor_.Peek(1).word)) {
+            WarnMissing(context_, cursor_.EndOf(name_), ":");
             TakeResult(pou);
         } else if (IsForward()) {
             return;
@@ -102,7 +108,6 @@ class UnitReader {
     }
 
     void TakeResult(Pou& pou) {
-        cursor_.Take();
         Spec spec;
         if (!ReadType(context_, spec)) {
             cursor_.Warn(cursor_.Peek(), Say("the type of '{}' cannot be read", Name()));
@@ -166,8 +171,8 @@ class UnitReader {
                 return false;
             }
             LeaveSection(context_, Message("{} behind the begin of the body was left out"));
-        } else if (word == Word::kVarConfig || word == Word::kVarAccess) {
-            LeaveSection(context_, Message("{} has no place in the project and was left out"));
+        } else if (word == Word::kVarConfig) {
+            LeaveSection(context_, Message("{} has no place in a unit and was left out"));
         } else {
             ReadSection(context_, pou_, &eno_);
         }
@@ -186,18 +191,43 @@ class UnitReader {
 
     void ReadCode() {
         if (!reader_) {
+            cursor_.ForgetPragmas(cursor_.Last().end);
             body_.language = LanguageHere(context_);
             body_.line = cursor_.Peek().spot.line;
+            body_.column = cursor_.ColumnOf(cursor_.Peek().spot);
             reader_.emplace(project_, body_.language, *project_.EditPou(pou_), body_);
         }
         const Piece piece = cursor_.Take();
-        reader_->Take({piece.kind, piece.operation, cursor_.TextOf(piece), piece.spot.line,
-                       piece.kind == TK_IDENTIFIER ? cursor_.ColumnOf(piece.spot) : 0});
+        const bool needsColumn = piece.kind == TK_IDENTIFIER || project_.KeepsCode();
+        reader_->Take({piece.kind, piece.operation, CodeOf(piece), piece.spot.line,
+                       needsColumn ? cursor_.ColumnOf(piece.spot) : 0});
+    }
+
+    // As it stands; of strings blanks for what is in them.
+    std::u16string_view CodeOf(const Piece& piece) {
+        const std::u16string_view text = cursor_.TextOf(piece);
+        if (piece.kind != TK_STRING) {
+            return text;
+        }
+        string_ = text.substr(0, 1);
+        for (const char16_t c : text.substr(1, text.size() - 2)) {
+            string_ += std::u16string_view(u" ").substr(0, c < 0xDC00 || c > 0xDFFF ? 1 : 0);
+        }
+        return string_ += text.back();
+    }
+
+    void TakePragmas() {
+        for (const auto& [spot, end] : cursor_.Pragmas()) {
+            reader_->TakePragma(cursor_.TextBetween(spot.at, end), spot.line,
+                                cursor_.ColumnOf(spot));
+        }
+        cursor_.ForgetPragmas(cursor_.Last().end);
     }
 
     void EndBody() {
         if (reader_) {
             reader_->EndLine();
+            TakePragmas();
             project_.EditPou(pou_)->bodies.push_back(std::move(body_));
         }
     }
@@ -212,6 +242,7 @@ class UnitReader {
     ID pou_;
     EnoPair eno_;
     Body body_;
+    std::u16string string_;             // a token's code
     std::optional<CodeReader> reader_;  // once the body has begun
     bool isOver_ = false;
 };

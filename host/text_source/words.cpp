@@ -81,6 +81,8 @@ constexpr std::u16string_view kWords[] = {
     u"REFERENCE",
     u"R_EDGE",
     u"F_EDGE",
+    u"READ_ONLY",
+    u"READ_WRITE",
     u"EXTENDS",
     u"IMPLEMENTS",
     u"USING",

@@ -94,6 +94,8 @@ enum class Word : uint8_t {
     kReference,
     kRisingEdge,
     kFallingEdge,
+    kReadOnly,
+    kReadWrite,
     kExtends,
     kImplements,
     kUsing,
@@ -126,7 +128,7 @@ constexpr bool IsUnit(Word word) {
 }
 // What stands in no unit, and begins with its word and a name.
 constexpr bool IsHeader(Word word) {
-    return IsBetween(word, Word::kProgram, Word::kConfiguration);
+    return IsBetween(word, Word::kProgram, Word::kTest);
 }
 constexpr bool IsMark(Word word) {
     return IsBetween(word, Word::kConstant, Word::kPersistent);

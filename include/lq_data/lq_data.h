@@ -40,6 +40,6 @@
 #include "lq_data/host/model/translation_source.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/host/symbols/symbols.h"
-#include "lq_data/host/uses/uses.h"
 #include "lq_data/host/text_source/text_source.h"
+#include "lq_data/host/uses/uses.h"
 #endif

@@ -30,10 +30,10 @@ BELOW = {
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
+    "host/text_source": ["host/model", "host/words", "host/text", "frame"],
+    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses",
+                 "host/base", "translate"],
     "host/uses": ["host/model", "host/words", "frame"],
-    "host/text_source": ["host/model", "host/words", "host/text", "frame", "scanner"],
-    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses", "host/base",
-                 "translate"],
     "tools/report": ["tools/lq"],
 }
 

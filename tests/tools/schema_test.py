@@ -42,11 +42,11 @@ CASES = [
     (["symbols", plant], "", 0),
     (["symbols", plant, "--expand", "--sort", "name"], "", 0),
     (["symbols", "-", "--located"], faulty, 1),
-    (["symbols", plant, "--uses"], "", 0),
-    (["uses", plant, "Clamp"], "", 0),
     (["diff", plant, "-"], faulty, 1),
     (["diff", "-", plant], faulty, 1),
     (["diff", plant, plant], "", 0),
+    (["symbols", plant, "--uses"], "", 0),
+    (["uses", plant, "Clamp"], "", 0),
     (["types"], "", 0),
 ]
 

@@ -1,10 +1,13 @@
 #include "tools/lq/command.h"
 
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "lq_data/host/text/message.h"
 #include "tools/lq/input.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -30,24 +33,26 @@ void RefuseInputAsOutput(const std::string& input, const std::string& output) {
 }
 
 void RefuseInputTwice(const std::vector<std::string>& inputs) {
-    for (auto input = inputs.begin(); input != inputs.end(); ++input) {
+    std::set<std::string> names;
+    std::set<std::pair<dev_t, ino_t>> files;
+    for (const std::string& input : inputs) {
         struct stat info = {};
-        const bool isFile = IsOrdinaryFile(*input, STDIN_FILENO, info);
-        for (auto earlier = inputs.begin(); earlier != input; ++earlier) {
-            struct stat other = {};
-            const bool isSameFile = isFile && IsOrdinaryFile(*earlier, STDIN_FILENO, other) &&
-                                    info.st_dev == other.st_dev && info.st_ino == other.st_ino;
-            if (*input == *earlier || isSameFile) {
-                throw CommandError(Say("{}: is given twice", DisplayName(*input)));
-            }
+        const bool isFile = IsOrdinaryFile(input, STDIN_FILENO, info);
+        if (!names.insert(input).second ||
+            (isFile && !files.insert({info.st_dev, info.st_ino}).second)) {
+            throw CommandError(Say("{}: is given twice", DisplayName(input)));
         }
     }
 }
 
-void RefuseImageWithJson(const std::string& image, bool json) {
+void CheckImageOutput(const std::string& image, bool json) {
     if (json && image == "-") {
         throw CommandError(
             Say("standard output takes the image or the JSON document, not both of them"));
+    }
+    if (image == "-" && IsTerminal(Stream::kResults)) {
+        throw CommandError(
+            Say("standard output is a terminal, and an image is no text; name a file for it"));
     }
 }
 

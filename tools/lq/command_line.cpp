@@ -10,6 +10,7 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr char kValueCommand[] = "value";
 constexpr char kReportCommand[] = "report";
+constexpr char kHelpCommand[] = "help";
 constexpr bool kHasReport = LQ_REPORT;
 constexpr char kCountsUses[] = "Counts how often variables are used in bodies and values";
 
@@ -27,12 +29,31 @@ class HelpFormatter : public CLI::Formatter {
   public:
     std::string make_help(const CLI::App* app, std::string name,
                           CLI::AppFormatMode mode) const override {
-        return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
-               make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
-               make_subcommands(app, mode) + ExitStatuses();
+        return Wrapped("Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
+                       make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
+                       make_subcommands(app, mode) + ExitStatuses());
     }
 
   private:
+    static constexpr size_t kColumns = 80;
+
+    // Lines that are longer are broken between words, and go on in the column of descriptions.
+    std::string Wrapped(const std::string& text) const {
+        std::string wrapped;
+        size_t start = 0;  // of the line
+        for (const char c : text) {
+            wrapped += c;
+            start = c == '\n' ? wrapped.size() : start;
+            const size_t blank = wrapped.rfind(' ');
+            if (wrapped.size() - start > kColumns && blank != wrapped.npos &&
+                blank > start + get_column_width()) {
+                wrapped.replace(blank, 1, "\n" + std::string(get_column_width(), ' '));
+                start = blank + 1;
+            }
+        }
+        return wrapped;
+    }
+
     static std::string ExitStatuses() {
         std::string text = "\nExit status:\n";
         for (const auto& [status, meaning] : kExitStatuses) {
@@ -56,17 +77,32 @@ void AddName(CLI::App* command, const char* name, std::string& value, const char
     command->add_option(name, value, description)->type_name(kNameValue)->required();
 }
 
+// How the files are read.
+void AddReading(CLI::App* command, ProjectFiles& files) {
+    NeverEmpty(command
+                   ->add_option("--ending", files.endings,
+                                "A further ending of files in folders; may be repeated")
+                   ->type_name(kEndingValue)
+                   ->allow_extra_args(false));
+    NeverEmpty(command
+                   ->add_option("--encoding", files.encoding,
+                                "The code page of texts: windows-1252 or shift_jis")
+                   ->type_name(kEncodingValue));
+}
+
 void AddLibraries(CLI::App* command, ProjectFiles& files) {
     AddFile(command, "-l,--library", files.libraries,
             "A file whose units and types are known, and not the project's; may be repeated")
         ->allow_extra_args(false);
     command->add_flag("--check-libraries", files.checkLibraries,
                       "Reports what is wrong with the libraries, too");
+    AddReading(command, files);
 }
 
 void AddProject(CLI::App* command, ProjectFiles& files) {
-    AddFile(command, "project", files.projects,
-            "The project file; several are one project; - for standard input")
+    AddFile(
+        command, "project", files.projects,
+        "The project file, XML or text, or a folder; several are one project; - for standard input")
         ->required();
     AddLibraries(command, files);
 }
@@ -74,11 +110,12 @@ void AddProject(CLI::App* command, ProjectFiles& files) {
 // Of a command that has further arguments.
 void AddOneProject(CLI::App* command, ProjectFiles& files) {
     const auto take = [&files](const std::string& path) { files.projects = {path}; };
-    NeverEmpty(command
-                   ->add_option_function<std::string>("project", take,
-                                                      "The project file; - for standard input")
-                   ->type_name(kFileValue)
-                   ->required());
+    NeverEmpty(
+        command
+            ->add_option_function<std::string>(
+                "project", take, "The project file, XML or text, or a folder; - for standard input")
+            ->type_name(kFileValue)
+            ->required());
     AddFile(command, "-w,--with", files.others, "A further file of the project; may be repeated")
         ->allow_extra_args(false);
     AddLibraries(command, files);
@@ -86,7 +123,7 @@ void AddOneProject(CLI::App* command, ProjectFiles& files) {
 
 void AddInput(CLI::App* command, ProjectFiles& files) {
     AddFile(command, "input", files.projects,
-            "A project, several files are one; or an image; - for standard input")
+            "A project, several files or a folder are one; or an image; - for standard input")
         ->required();
     AddLibraries(command, files);
 }
@@ -105,9 +142,12 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     std::vector<std::string> constants;
     std::vector<std::string> others;
     bool isBehindMark = false;
+    bool isColor = false;  // the next one is that option's value
     for (const std::string& argument : arguments) {
         const bool isCommand = &argument == &arguments.front();
-        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h";
+        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h" ||
+                              argument == "-q" || isColor;
+        isColor = argument == "--color";
         if (!isBehindMark && argument == "--") {
             isBehindMark = true;
         } else if (isCommand || (isOption && !isBehindMark)) {
@@ -118,6 +158,15 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     }
     arguments = std::move(others);
     return constants;
+}
+
+// What "help show" asks for is what "show --help" does.
+void TurnHelp(std::vector<std::string>& arguments) {
+    if (!arguments.empty() && arguments.front() == kHelpCommand) {
+        arguments.erase(arguments.begin());
+        const bool isNamed = !arguments.empty() && !arguments.front().starts_with('-');
+        arguments.insert(arguments.begin() + (isNamed ? 1 : 0), "--help");
+    }
 }
 
 std::vector<std::string> CommandNames(const CLI::App& app) {
@@ -151,6 +200,7 @@ CLI::App* CommandLine::AddCommand(const char* name, const char* description, con
     if constexpr (requires { options.json; }) {
         command->add_flag("--json", options.json, "Prints the result as JSON");
     }
+    AddManners(command);
     command->callback(
         [this, &options, run] { chosen_ = [&options, run] { return run(options); }; });
     return command;
@@ -175,7 +225,7 @@ void CommandLine::AddCommands() {
         ->add_option("-f,--find", show_.find,
                      "Only the lines of this name; A.B is the component B of the unit A")
         ->type_name(kNameValue);
-    AddFile(command, "-s,--save", show_.save, "Writes the tables to an image again");
+    AddFile(command, "-s,--save,-o,--output", show_.save, "Writes the tables to an image again");
 
     if constexpr (kHasReport) {
         command =
@@ -218,11 +268,6 @@ void CommandLine::AddCommands() {
     AddProject(command, tasks_.files);
 
     AddSymbols();
-    command = AddCommand("uses", "Shows where a name is used, and what is done with it there",
-                         "lq uses plant.xml Mixing.litres", uses_, RunUses);
-    AddOneProject(command, uses_.files);
-    AddName(command, "name", uses_.name,
-            "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
 
     command = AddCommand("diff", "Tells what is different between two projects",
                          "lq diff old.xml plant.xml", diff_, RunDiff);
@@ -230,8 +275,55 @@ void CommandLine::AddCommands() {
         ->required();
     AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
         ->required();
+    AddReading(command, diff_.reading);
+
+    command = AddCommand("uses", "Shows where a name is used, and what is done with it there",
+                         "lq uses plant.xml Mixing.litres", uses_, RunUses);
+    AddOneProject(command, uses_.files);
+    AddName(command, "name", uses_.name,
+            "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
 
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
+    AddHelp();
+}
+
+// Every command has them.
+void CommandLine::AddManners(CLI::App* command) {
+    command->add_flag("-q,--quiet", isQuiet_,
+                      "Prints no messages on the input: the exit status tells of them");
+    NeverEmpty(
+        command
+            ->add_option("--color", color_,
+                         "Prints titles in bold: auto, that is on terminals, always or never")
+            ->type_name(kWhenValue));
+}
+
+void CommandLine::UseManners(const std::string& command) const {
+    struct Named {
+        std::string_view name;
+        Color color;
+    };
+    constexpr Named kColors[] = {{"", Color::kAuto},
+                                 {"auto", Color::kAuto},
+                                 {"always", Color::kAlways},
+                                 {"never", Color::kNever}};
+    const auto* const color = std::ranges::find(kColors, color_, &Named::name);
+    if (color == std::end(kColors)) {
+        throw CommandError(command + ": " +
+                           Say("the option '{}' cannot have the value '{}'", "--color", color_) +
+                           SeeHelp(command));
+    }
+    UseColor(color->color);
+    if (isQuiet_) {
+        BeQuiet();
+    }
+}
+
+void CommandLine::AddHelp() {
+    CLI::App* command = app_.add_subcommand(kHelpCommand, "Explains a command");
+    command->footer("lq help show");
+    command->add_option("command", topic_, "The command; none for all of them")
+        ->type_name(kCommandValue);
 }
 
 void CommandLine::AddSymbols() {
@@ -262,6 +354,7 @@ void CommandLine::AddSymbols() {
 
 std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     const std::vector<std::string> names = CommandNames(app_);
+    TurnHelp(arguments);
     const std::string first = arguments.empty() ? "" : arguments.front();
     const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
     if (!kHasReport && first == kReportCommand) {
@@ -300,6 +393,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     if (!chosen_) {
         throw CommandError(Say("no command was given") + SeeHelp());
     }
+    UseManners(first);
     return chosen_;
 }
 

@@ -19,7 +19,11 @@ inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
 inline constexpr char kOrderValue[] = "ORDER";
+inline constexpr char kEndingValue[] = "ENDING";
+inline constexpr char kEncodingValue[] = "ENCODING";
 inline constexpr char kCharacterValue[] = "CHARACTER";
+inline constexpr char kWhenValue[] = "WHEN";
+inline constexpr char kCommandValue[] = "COMMAND";
 
 // Of all commands, each with what it means.
 inline constexpr struct {
@@ -51,10 +55,16 @@ class CommandLine {
                          Options& options, int (*run)(const Options&));
     void AddCommands();
     void AddSymbols();
+    void AddHelp();
+    void AddManners(CLI::App* command);
+    void UseManners(const std::string& command) const;
 
     CLI::App app_;
     std::string generated_;  // what to generate
     std::function<int()> chosen_;
+    bool isQuiet_ = false;
+    std::string color_;
+    std::string topic_;  // what help is asked for
 
     TranslateOptions translate_;
     ShowOptions show_;
@@ -65,8 +75,8 @@ class CommandLine {
     FbOptions fb_;
     TasksOptions tasks_;
     SymbolsOptions symbols_;
-    UsesOptions uses_;
     DiffOptions diff_;
+    UsesOptions uses_;
     TypesOptions types_;
 };
 

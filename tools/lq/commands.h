@@ -12,6 +12,8 @@ struct ProjectFiles {
     std::vector<std::string> others;     // that go with the only one of `projects`
     std::vector<std::string> libraries;  // known, and not the project's own
     bool checkLibraries = false;         // what is wrong with them is reported, too
+    std::vector<std::string> endings;    // of files in folders, beside the usual ones
+    std::string encoding;                // of texts: a name of kCodePages; empty for what they tell
 };
 
 struct TranslateOptions {
@@ -89,19 +91,19 @@ struct SymbolsOptions {
 };
 int RunSymbols(const SymbolsOptions& options);
 
+struct DiffOptions {
+    std::string before;  // each an image or a project
+    std::string after;
+    ProjectFiles reading;  // how both are read; without files
+    bool json = false;
+};
+int RunDiff(const DiffOptions& options);
 struct UsesOptions {
     ProjectFiles files;
     std::string name;
     bool json = false;
 };
 int RunUses(const UsesOptions& options);
-
-struct DiffOptions {
-    std::string before;  // each an image or a project
-    std::string after;
-    bool json = false;
-};
-int RunDiff(const DiffOptions& options);
 
 struct TypesOptions {
     bool json = false;

@@ -15,6 +15,9 @@ std::string WordsFor(const std::string& value) {
     if (value == kKindValue) {
         return "man bash zsh fish";
     }
+    if (value == kWhenValue) {
+        return "auto always never";
+    }
     if (value == kOrderValue) {
         return "name address";
     }

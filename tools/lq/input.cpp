@@ -11,6 +11,7 @@
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/command.h"
+#include "tools/lq/image_file.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
 
@@ -78,19 +79,26 @@ std::u16string DecodeArgument(const std::string& argument) {
     return text;
 }
 
-bool LooksLikeXml(std::string_view bytes) {
-    const auto at = [bytes](size_t i) {
-        return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0u;
+InputKind KindOf(std::string_view beginning) {
+    std::u16string text;
+    // A character that is cut off at the end is none of the kind.
+    host::TextEncoding encoding = host::TextEncoding::kUtf8;
+    constexpr std::size_t kLookedAt = 256;
+    const std::string_view bytes = beginning.substr(0, kLookedAt);
+    const host::TextStatus status = host::DecodeSource(bytes, text, &encoding);
+    // No image is without small numbers.
+    const auto isControl = [](auto c) {
+        return c >= 0 && c < 0x20 && c != '\t' && c != '\n' && c != '\f' && c != '\r' && c != 0x1A;
     };
-    const bool hasMark = (at(0) == 0xEF && at(1) == 0xBB && at(2) == 0xBF) ||
-                         (at(0) == 0xFF && at(1) == 0xFE && at(2) == '<') ||
-                         (at(0) == 0xFE && at(1) == 0xFF && at(3) == '<');
-    const bool isUtf16 = (at(0) == '<' && at(1) == 0 && at(2) != 0 && at(3) == 0) ||
-                         (at(0) == 0 && at(1) == '<' && at(2) == 0 && at(3) != 0);
-    const size_t first = bytes.find_first_not_of(" \t\r\n");
-    const bool isUtf8 = first != std::string_view::npos && bytes[first] == '<' &&
-                        (first > 0 || (at(1) != 0 && at(2) != 0 && at(3) != 0));
-    return hasMark || isUtf16 || isUtf8;
+    const bool isUtf16 = status.IsFine() && (encoding == host::TextEncoding::kUtf16Le ||
+                                             encoding == host::TextEncoding::kUtf16Be);
+    const bool isText =
+        isUtf16 ? std::ranges::none_of(text, isControl) : std::ranges::none_of(bytes, isControl);
+    if (!isText && CanBeginImage(beginning)) {
+        return InputKind::kImage;
+    }
+    const std::size_t first = text.find_first_not_of(u" \t\r\n");
+    return first != text.npos && text[first] == u'<' ? InputKind::kXml : InputKind::kText;
 }
 
 InputBuffer::InputBuffer(const std::string& path, uint64_t limit)

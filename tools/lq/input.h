@@ -64,7 +64,8 @@ std::u16string DecodeInput(const std::string& path, std::string_view bytes);
 // The text of an argument. Throws CommandError when it is no UTF-8.
 std::u16string DecodeArgument(const std::string& argument);
 
-// Whether the bytes begin as an XML document does, rather than as an image of tables.
-bool LooksLikeXml(std::string_view bytes);
+// What a file holds, as its first bytes tell.
+enum class InputKind { kXml, kText, kImage };
+InputKind KindOf(std::string_view beginning);
 
 }  // namespace lq::tool

@@ -6,11 +6,15 @@
 
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/host/text_source/text_source.h"
 #include "tools/lq/command.h"
+#include "tools/lq/encodings.h"
+#include "tools/lq/generated_text.h"
 #include "tools/lq/image_file.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
+#include "tools/lq/source_files.h"
 #include "tools/lq/suggestion.h"
 
 namespace lq::tool {
@@ -18,15 +22,6 @@ namespace lq::tool {
 using host::Say;
 
 namespace {
-
-// A stream buffer over bytes that lie in memory.
-class BytesBuffer : public std::streambuf {
-  public:
-    explicit BytesBuffer(std::string_view bytes) {
-        char* begin = const_cast<char*>(bytes.data());  // only read
-        setg(begin, begin, begin + bytes.size());
-    }
-};
 
 // Hands on what another buffer reads, and shows how much that is.
 class CountingBuffer : public std::streambuf {
@@ -50,51 +45,39 @@ class CountingBuffer : public std::streambuf {
     uint64_t read_ = 0;
 };
 
-void ReadFrom(std::streambuf& bytes, uint64_t size, const std::string& path, host::Project& project,
+// The file's own words, where it was not read to its end.
+[[noreturn]] void ThrowUnread(const std::string& name, const std::vector<host::Report>& reports) {
+    if (reports.empty()) {
+        throw CommandError(Say("{}: cannot be read", name));
+    }
+    const host::Report& report = reports.back();
+    throw InputError({report.file, report.line, report.column}, Say("error: {}", report.message));
+}
+
+// What is wrong with a file that is one of many is a report.
+void Tell(const SourceFile& source, const CommandError& error, std::vector<host::Report>& reports) {
+    const bool isTold =
+        !reports.empty() && reports.back().error && reports.back().file == DisplayName(source.path);
+    if (!isTold) {
+        reports.push_back({DisplayName(source.path), 0, 0, {}, error.what(), 0, true});
+    }
+}
+
+void ReadFrom(InputBuffer& bytes, InputKind kind, const std::string& path,
+              const std::string& encoding, host::Project& project,
               std::vector<host::Report>& reports) {
     const std::string name = DisplayName(path);
-    Progress progress(Say("reading {}", name), size);
+    Progress progress(Say("reading {}", name), bytes.Size());
     CountingBuffer counting(bytes, progress);
-    std::istream source(&counting);
-    if (!host::ReadPlcopen(source, name, project, reports)) {
-        if (reports.empty()) {
-            throw CommandError(Say("{}: cannot be read", name));
-        }
-        const host::Report& report = reports.back();
-        throw InputError({report.file, report.line, report.column},
-                         Say("error: {}", report.message));
+    std::istream stream(&counting);
+    const bool isRead = kind == InputKind::kXml
+                            ? host::ReadPlcopen(stream, name, project, reports)
+                            : host::ReadText(stream, name, project, reports, CodePageOf(encoding));
+    bytes.ThrowFailure();  // what the system said of the file tells more than what a reader did
+    if (!isRead) {
+        ThrowUnread(name, reports);
     }
     host::SetProject(&project);
-}
-
-// What the system said of the file tells more than what the parser did.
-void ReadFrom(InputBuffer& bytes, const std::string& path, host::Project& project,
-              std::vector<host::Report>& reports) {
-    try {
-        ReadFrom(bytes, bytes.Size(), path, project, reports);
-    } catch (const CommandError&) {
-        bytes.ThrowFailure();
-        throw;
-    }
-}
-
-void ReadNoImage(const std::string& path, host::Project& project,
-                 std::vector<host::Report>& reports) {
-    InputBuffer source(path, kMaxProject);
-    const std::string_view beginning = source.Peek();
-    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
-    if (beginning.size() >= kLength && CanBeginImage(beginning) && !LooksLikeXml(beginning)) {
-        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
-    }
-    ReadFrom(source, path, project, reports);
-}
-
-// Libraries last: what both have is the project's.
-std::vector<std::string> AllOf(const ProjectFiles& files) {
-    std::vector<std::string> all = files.projects;
-    all.insert(all.end(), files.others.begin(), files.others.end());
-    all.insert(all.end(), files.libraries.begin(), files.libraries.end());
-    return all;
 }
 
 int Report(const std::vector<host::Report>& reports) {
@@ -106,40 +89,70 @@ int Report(const std::vector<host::Report>& reports) {
 
 }  // namespace
 
-std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project& project,
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
                                           std::vector<host::Report>& reports) {
+    const std::string& path = files.projects.front();
+    if (IsFolder(path)) {
+        ReadProject(files, project, reports);
+        return nullptr;
+    }
     InputBuffer source(path, kMaxProject);
     const std::string_view beginning = [&] {
         const Progress progress(Say("reading {}", DisplayName(path)));
         return source.Peek();
     }();
-    if (LooksLikeXml(beginning) && !CanBeginImage(beginning)) {
-        ReadFrom(source, path, project, reports);  // piece by piece, not held as a whole
+    const InputKind kind = KindOf(beginning);
+    if (kind != InputKind::kImage && !beginning.empty()) {
+        ReadFrom(source, kind, path, files.encoding, project, reports);
         return nullptr;
     }
     const std::string bytes = ReadInput(source, path);
-    if (IsImage(bytes) || !LooksLikeXml(bytes)) {
-        const Progress progress(Say("restoring {}", DisplayName(path)));
-        return RestoreImage(bytes, path);
+    const Progress progress(Say("restoring {}", DisplayName(path)));
+    return RestoreImage(bytes, path);
+}
+
+void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
+              std::vector<host::Report>& reports) {
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = source.Peek();
+    constexpr std::size_t kLength = 4;  // an image begins with one, other files with text
+    const InputKind kind = KindOf(beginning);
+    if (kind == InputKind::kImage && beginning.size() >= kLength) {
+        throw CommandError(Say("{}: is an image, not a project", DisplayName(path)));
     }
-    BytesBuffer buffer(bytes);
-    ReadFrom(buffer, bytes.size(), path, project, reports);
-    return nullptr;
+    ReadFrom(source, kind, path, encoding, project, reports);
 }
 
 void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports) {
-    const std::vector<std::string> all = AllOf(files);
-    RefuseInputTwice(all);
-    const std::size_t own = all.size() - files.libraries.size();
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        std::vector<host::Report> reportsOfLibrary;
-        const bool isSilent = i >= own && !files.checkLibraries;
-        ReadNoImage(all[i], project, isSilent ? reportsOfLibrary : reports);
-        if (i >= own) {
+    const std::vector<SourceFile> sources = FilesOf(files, reports);
+    const std::vector<std::string> origins = OriginsOf(sources, files);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const SourceFile& source = sources[i];
+        std::vector<host::Report> unheard;
+        std::vector<host::Report>& heard =
+            source.isLibrary && !files.checkLibraries ? unheard : reports;
+        if (!origins[i].empty()) {
+            heard.push_back({DisplayName(source.path),
+                             0,
+                             0,
+                             {},
+                             Say("was left out: it declares what {} declares", origins[i])});
+            continue;
+        }
+        try {
+            ReadFile(source.path, files.encoding, project, heard);
+        } catch (const CommandError& error) {
+            if (!source.isFound) {
+                throw;
+            }
+            Tell(source, error, heard);
+        }
+        if (source.isLibrary) {
             project.CountAsLibrary();
         }
     }
+    host::SetProject(&project);
 }
 
 int ReadAndReport(const ProjectFiles& files, host::Project& project) {
@@ -149,8 +162,9 @@ int ReadAndReport(const ProjectFiles& files, host::Project& project) {
 }
 
 void RefuseInputAsOutput(const ProjectFiles& files, const std::string& output) {
-    for (const std::string& path : AllOf(files)) {
-        RefuseInputAsOutput(path, output);
+    std::vector<host::Report> reports;
+    for (const SourceFile& source : FilesOf(files, reports)) {
+        RefuseInputAsOutput(source.path, output);
     }
 }
 
@@ -201,7 +215,7 @@ std::string ProgramName(const host::Project& project, const host::ProgramInstanc
 TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
     if (files.projects.size() == 1 && files.libraries.empty()) {
-        if (auto tables = ReadImageOrProject(files.projects.front(), project, reports)) {
+        if (auto tables = ReadImageOrProject(files, project, reports)) {
             return {std::move(tables), false, {}, kDone, {}};
         }
     } else {

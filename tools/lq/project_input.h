@@ -15,14 +15,18 @@
 
 namespace lq::tool {
 
-// Reads a project, piece by piece, into `project`, which becomes the current one. What the reader
+// Reads one file, a document or a text, as ReadProject does.
+void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
+              std::vector<host::Report>& reports);
+
+// Reads a project, file by file, into `project`, which becomes the current one. What the reader
 // has to say is added to `reports`, of libraries only where that is asked for. Throws CommandError
 // for a document that was not read to its end, a file that is given twice, and an image.
 void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports);
 
-// The same for one file that may be an image: its tables, or null for a project, which is read.
-std::unique_ptr<CgTab> ReadImageOrProject(const std::string& path, host::Project& project,
+// The tables of the only file where it is an image; null for a project, which is read.
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
                                           std::vector<host::Report>& reports);
 
 // The same for commands that only look at the project: the reports go to standard error, and the

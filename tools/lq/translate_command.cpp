@@ -72,7 +72,7 @@ void PrintSummary(Translation& translation) {
 }  // namespace
 
 int RunTranslate(const TranslateOptions& options) {
-    RefuseImageWithJson(options.output, options.json);
+    CheckImageOutput(options.output, options.json);
     RefuseInputAsOutput(options.files, options.output);
     std::vector<host::Report> reports;
     // The process ends with the command: giving a large project back piece by piece would only

@@ -214,7 +214,8 @@ std::string DescribeCode(const Project& project) {
 }
 
 std::string Golden(const std::string& name) {
-    return LQ_TEST_SOURCE "/host/plcopen/golden/" + name;
+    const bool isOfText = name.starts_with("text_source/");
+    return LQ_TEST_SOURCE "/host/" + (isOfText ? name : "plcopen/golden/" + name);
 }
 
 std::string ReadAll(const std::string& path) {
@@ -245,8 +246,28 @@ TEST_P(Documents, BecomeModels) {
 INSTANTIATE_TEST_SUITE_P(Golden, Documents,
                          testing::Values("plant", "units", "types", "sections", "values",
                                          "intervals", "configurations", "unknown", "drawings", "il",
-                                         "st", "calls", "names"),
+                                         "st", "calls", "names", "added", "unit", "iec10"),
                          [](const auto& document) { return std::string(document.param); });
+
+// Of what the texts hold, DescribeCode shows the tokens.
+class Texts : public testing::TestWithParam<const char*> {};
+
+TEST_P(Texts, BecomeModels) {
+    const std::string name = std::string("text_source/golden/") + GetParam();
+    ReadProject read;
+    read.project.KeepCode();
+    read.ReadAsText(ReadAll(Golden(name + ".st")));
+    EXPECT_TRUE(read.complete);
+    SetProject(&read.project);
+    const std::string text = Describe(read.project);
+    SetProject(nullptr);
+    const bool hasBodies = GetParam() == std::string("foreign");
+    ExpectGolden(name + ".txt", text + read.Told() + (hasBodies ? DescribeCode(read.project) : ""));
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, Texts,
+                         testing::Values("units", "types", "configurations", "faults", "foreign"),
+                         [](const auto& text) { return std::string(text.param); });
 
 TEST(Code, IsKeptWhereItIsAskedFor) {
     for (const std::string name : {"drawings", "il", "st"}) {

@@ -9,6 +9,7 @@
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/host/text_source/text_source.h"
 
 namespace lq::host {
 
@@ -19,6 +20,10 @@ struct ReadProject {
     void Read(const std::string& document) {
         std::istringstream source(document);
         complete = ReadPlcopen(source, "test.xml", project, reports);
+    }
+    void ReadAsText(const std::string& text) {
+        std::istringstream source(text);
+        complete = ReadText(source, "src/test.st", project, reports);
     }
 
     // The reports, a line each.

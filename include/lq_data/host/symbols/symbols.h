@@ -54,7 +54,6 @@ struct Symbol {
     uint32_t column = 0;
     Unexpanded unexpanded = Unexpanded::kNone;
     std::u16string_view unexpandedType;  // the type that the reason is about; may be empty
-    ID declaration;  // of the variable; of a member that of the variable that it is in
 };
 
 struct SymbolOptions {

@@ -18,6 +18,9 @@ namespace lq::host {
 // UseLanguage(frame::ReadCodePage()), of frame/code_page.h.
 LQ_DATA_API void UseLanguage(std::uint32_t codePage) noexcept;
 
+// That of the language: 932 or 1252.
+LQ_DATA_API std::uint32_t LanguageCodePage() noexcept;
+
 // The format in that language.
 LQ_DATA_API std::string_view Translated(std::string_view format) noexcept;
 

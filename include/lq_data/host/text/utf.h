@@ -22,6 +22,7 @@ enum class TextFault : std::uint8_t {
     kTooLarge,       // UTF-8: beyond U+10FFFF
     kLoneSurrogate,  // UTF-16: half of a pair
     kOddLength,      // UTF-16: half a character at the end
+    kNoCharacter,    // windows-1252, Shift_JIS: these bytes are none
 };
 
 // One sentence without a full stop, in English: Translated has it in the user's language.
@@ -34,7 +35,14 @@ struct TextStatus {
     bool IsFine() const noexcept { return fault == TextFault::kNone; }
 };
 
-enum class TextEncoding : std::uint8_t { kUtf8, kUtf8WithMark, kUtf16Le, kUtf16Be };
+enum class TextEncoding : std::uint8_t {
+    kUtf8,
+    kUtf8WithMark,
+    kUtf16Le,
+    kUtf16Be,
+    kWindows1252,
+    kShiftJis,
+};
 
 // Replaces `text` by the decoded bytes; on a fault by what precedes it.
 LQ_DATA_API TextStatus DecodeUtf8(std::string_view bytes, std::u16string& text);
@@ -44,6 +52,15 @@ LQ_DATA_API TextStatus DecodeUtf8(std::string_view bytes, std::u16string& text);
 // `encoding` may be null.
 LQ_DATA_API TextStatus DecodeSource(std::string_view bytes, std::u16string& text,
                                     TextEncoding* encoding = nullptr);
+
+// The same for a text in one of the two code pages, whatever its bytes look like.
+LQ_DATA_API TextStatus DecodeCodePage(std::string_view bytes, TextEncoding codePage,
+                                      std::u16string& text);
+
+// The same as DecodeSource, and where that finds no UTF-8 in what has no control characters, in the
+// code pages: first in that of the language (code page 932: Shift_JIS), then in the other one. The
+// fault that remains is that of UTF-8.
+LQ_DATA_API TextStatus DecodeAnySource(std::string_view bytes, std::u16string& text);
 
 // The text in UTF-8.
 LQ_DATA_API std::string EncodeUtf8(std::u16string_view text);

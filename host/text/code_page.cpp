@@ -1,0 +1,90 @@
+// Texts in the code pages that came before Unicode. The C library knows what they hold.
+
+#include <algorithm>
+#include <cerrno>
+#include <iconv.h>
+#include <new>
+
+#include "lq_data/host/text/message.h"
+#include "lq_data/host/text/utf.h"
+
+namespace lq::host {
+
+namespace {
+
+class Conversion {
+  public:
+    explicit Conversion(TextEncoding codePage)
+        : handle_(
+              iconv_open("UTF-16LE", codePage == TextEncoding::kShiftJis ? "CP932" : "CP1252")) {
+        if (!IsOpen() && errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
+    }
+    ~Conversion() {
+        if (IsOpen()) {
+            iconv_close(handle_);
+        }
+    }
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+
+    bool IsOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+    // Takes from the front of `bytes`; false when what is left there is no character.
+    bool Take(std::string_view& bytes, std::u16string& text) {
+        char16_t piece[4096];
+        char* from = const_cast<char*>(bytes.data());  // only read
+        std::size_t left = bytes.size();
+        char* to = reinterpret_cast<char*>(piece);
+        std::size_t room = sizeof piece;
+        const bool isWhole =
+            iconv(handle_, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+        const bool isFull = !isWhole && errno == E2BIG;
+        text.append(piece, (sizeof piece - room) / sizeof(char16_t));
+        bytes.remove_prefix(bytes.size() - left);
+        return isWhole || isFull;
+    }
+
+  private:
+    iconv_t handle_;
+};
+
+bool IsControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 && c != '\t' && c != '\n' && c != '\r' && c != '\f' && byte != 0x1A;
+}
+
+}  // namespace
+
+TextStatus DecodeCodePage(std::string_view bytes, TextEncoding codePage, std::u16string& text) {
+    text.clear();
+    Conversion conversion(codePage);
+    std::string_view left = bytes;
+    bool isFine = conversion.IsOpen();
+    while (isFine && !left.empty()) {
+        isFine = conversion.Take(left, text);
+    }
+    return {isFine ? TextFault::kNone : TextFault::kNoCharacter, bytes.size() - left.size()};
+}
+
+TextStatus DecodeAnySource(std::string_view bytes, std::u16string& text) {
+    TextEncoding encoding = TextEncoding::kUtf8;
+    const TextStatus status = DecodeSource(bytes, text, &encoding);
+    if (status.IsFine() || encoding != TextEncoding::kUtf8 ||
+        std::ranges::any_of(bytes, IsControl)) {
+        return status;
+    }
+    const bool isJapanese = LanguageCodePage() == 932;
+    for (const bool shiftJis : {isJapanese, !isJapanese}) {
+        std::u16string read;
+        const TextEncoding page = shiftJis ? TextEncoding::kShiftJis : TextEncoding::kWindows1252;
+        if (DecodeCodePage(bytes, page, read).IsFine()) {
+            text.swap(read);
+            return {TextFault::kNone, bytes.size()};
+        }
+    }
+    return status;
+}
+
+}  // namespace lq::host

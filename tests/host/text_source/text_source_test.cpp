@@ -1,0 +1,140 @@
+// What holds of every text: nothing is lost, places are right, memory may be short.
+#include <fstream>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "lq_data/host/text/message.h"
+#include "tests/host/plcopen/plcopen_util.h"
+#include "tests/support/test_allocator.h"
+
+namespace {
+
+using namespace lq::host;
+
+std::string Plant(const std::string& ending) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(LQ_TEST_EXAMPLES "/plant/plant." + ending).rdbuf();
+    return bytes.str();
+}
+
+// All that is declared, with what the tables get of it, but for places and the lists' names.
+std::string Declared(const Project& project) {
+    std::ostringstream all;
+    for (const Declaration& one : project.Declarations()) {
+        for (const Text text : {one.name, one.type, one.initValue, one.address, one.comment}) {
+            all << EncodeUtf8(text) << "|";
+        }
+        all << EncodeUtf8(WrittenSection(one.section)) << "\n";
+    }
+    for (const DataType& type : project.DataTypes()) {
+        all << EncodeUtf8(type.name) << "|" << EncodeUtf8(type.baseType) << "|"
+            << EncodeUtf8(type.initValue) << "|" << EncodeUtf8(type.comment) << "\n";
+    }
+    for (const Task& task : project.Tasks()) {
+        all << EncodeUtf8(task.name) << task.programs.size() << EncodeUtf8(task.interval)
+            << EncodeUtf8(task.event) << EncodeUtf8(task.priority) << "\n";
+    }
+    for (const Pou& pou : project.Pous()) {
+        all << EncodeUtf8(pou.name) << EncodeUtf8(pou.resultType) << EncodeUtf8(pou.comment)
+            << pou.bodies.size() << "\n";
+    }
+    return all.str();
+}
+
+TEST(TextSource, TheSampleIsTheSameAsItsDocument) {
+    ReadProject text;
+    text.ReadAsText(Plant("st"));
+    EXPECT_EQ(text.Told(), "");
+    EXPECT_EQ(Declared(text.project), Declared(ReadProject(Plant("xml")).project));
+}
+
+// Whatever sign of the sample is missing, each name that it declares is in the project, or a report
+// tells its line or itself. One fault has few reports.
+TEST(TextSource, NoNameIsLost) {
+    const std::string whole = Plant("st");
+    ReadProject original;
+    original.ReadAsText(whole);
+    for (std::size_t at = whole.find("TYPE"); at < whole.size(); ++at) {
+        const bool isOfComment = whole[at - 1] == '*' || whole[at + 1] == '*';
+        if (isOfComment || std::string(":;,()[]=").find(whole[at]) == std::string::npos) {
+            continue;
+        }
+        SCOPED_TRACE(whole.substr(at < 40 ? 0 : at - 40, 60));
+        ReadProject read;
+        read.ReadAsText(std::string(whole).replace(at, 1, " "));
+        std::map<std::pair<std::string, uint32_t>, int> found;
+        for (const Declaration& one : read.project.Declarations()) {
+            ++found[{EncodeUtf8(one.name), one.line}];
+        }
+        std::set<uint32_t> lines;
+        for (const Report& report : read.reports) {
+            lines.insert(report.line);
+        }
+        const std::string told = read.Told();
+        for (const Declaration& one : original.project.Declarations()) {
+            const std::string name = EncodeUtf8(one.name);
+            EXPECT_TRUE(--found[std::pair(name, one.line)] >= 0 || lines.contains(one.line) ||
+                        told.find("'" + name + "'") != told.npos)
+                << name << " of line " << one.line << "\n"
+                << told;
+        }
+        EXPECT_LE(read.reports.size(), 3u) << told;
+    }
+}
+
+TEST(TextSource, ReadsTheEncodingsOfSources) {
+    const std::string umlaut = "VAR_GLOBAL a : INT; // \xFC\nEND_VAR";
+    const std::string kanji = "VAR_GLOBAL a : INT; // \x8F\x81\nEND_VAR";
+    const struct {
+        std::string bytes;
+        std::optional<TextEncoding> codePage;
+        uint32_t language;
+        const char* comment;  // or the report
+    } cases[] = {
+        {umlaut, {}, 1252, "\xC3\xBC"},
+        {umlaut, TextEncoding::kWindows1252, 932, "\xC3\xBC"},
+        {umlaut, TextEncoding::kShiftJis, 1252,
+         "test.st:1:24: error: is not text: these bytes are no character of the code page at byte "
+         "23"},
+        {kanji, {}, 932, "\xE6\xBD\xA4"},
+        {kanji, TextEncoding::kShiftJis, 1252, "\xE6\xBD\xA4"},
+        {umlaut + '\x01',
+         {},
+         1252,
+         "test.st:1:24: error: is not text: this byte cannot begin a UTF-8 character at byte 23"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.comment);
+        UseLanguage(c.language);
+        std::istringstream source(c.bytes);
+        Project project;
+        std::vector<Report> reports;
+        const bool isRead = ReadText(source, "test.st", project, reports, c.codePage);
+        UseLanguage(1252);
+        EXPECT_EQ(
+            isRead ? EncodeUtf8(project.Declarations().back().comment) : ToText(reports.at(0)),
+            c.comment);
+    }
+}
+
+TEST(TextSource, WantOfMemoryIsAReport) {
+    const std::u16string text = u"PROGRAM P VAR a : INT; END_VAR a := 1; END_PROGRAM";
+    lq::test::FailEachAllocation([&](const lq::test::FailingAllocation& failing) {
+        try {
+            Project project;
+            std::vector<Report> reports;
+            const bool isRead = ReadText(text, "test.st", project, reports);
+            EXPECT_TRUE(isRead || (failing.HasFailed() && !reports.empty() &&
+                                   reports.back().message == "memory is short"));
+        } catch (const std::bad_alloc&) {
+            EXPECT_TRUE(failing.HasFailed());  // the project itself
+        }
+    });
+}
+
+}  // namespace
