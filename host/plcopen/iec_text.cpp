@@ -32,7 +32,7 @@ std::string NamedType(std::string_view name) {
 std::string BaseType(Context& context, const Element& element) {
     const Element* base = element.Child("baseType");
     if (!base) {
-        context.Warn(element, Say("<{}> has no base type", element.Name()));
+        context.Warn(element, kMissingElement, Say("<{}> has no base type", element.Name()));
         return {};
     }
     return TypeText(context, *base);
@@ -59,7 +59,7 @@ std::string ArrayText(Context& context, const Element& array) {
         }
     }
     if (dimensions.empty()) {
-        context.Warn(array, Say("<{}> has no dimension", array.Name()));
+        context.Warn(array, kMissingElement, Say("<{}> has no dimension", array.Name()));
     }
     return "ARRAY [" + dimensions + "] OF " + BaseType(context, array);
 }
@@ -67,7 +67,7 @@ std::string ArrayText(Context& context, const Element& array) {
 std::string SubrangeText(Context& context, const Element& subrange) {
     const Element* range = subrange.Child("range");
     if (!range) {
-        context.Warn(subrange, Say("<{}> has no range", subrange.Name()));
+        context.Warn(subrange, kMissingElement, Say("<{}> has no range", subrange.Name()));
     }
     const std::string bounds = range ? " (" + Bounds(context, *range) + ")" : std::string();
     return BaseType(context, subrange) + bounds;
@@ -153,7 +153,7 @@ std::string TypeText(Context& context, const Element& holder) {
         return NamedType(Prose(holder));
     }
     if (!type || type->Name() == "addData") {
-        context.Warn(holder, Say("<{}> holds no type", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no type", holder.Name()));
         return {};
     }
     const std::string_view name = type->Name();
@@ -199,14 +199,14 @@ std::string SpecificationText(Context& context, const Element& specification) {
     if (type == "EnumTypeSpec" || type == "EnumTypeWithNamedValueSpec") {
         return EnumerationText(context, specification);
     }
-    context.Warn(specification, Say("the type specification '{}' is not read", type));
+    context.Warn(specification, kNotKept, Say("the type specification '{}' is not read", type));
     return {};
 }
 
 std::string InitialValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
     if (!value) {
-        context.Warn(holder, Say("<{}> holds no value", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no value", holder.Name()));
         return {};
     }
     const std::string_view name = value->Name();

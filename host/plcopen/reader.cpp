@@ -240,8 +240,9 @@ Treatment Reader::StartOfData(const Element& element) {
 
 void Reader::EndOfData(const Element& data) {
     if (data_.back().isRead && data_.back().isLeft) {
-        context_.Warn(data, Say("of additional data '{}' a part is not read",
-                                Shortened(data.Attribute("name"))));
+        context_.Warn(
+            data, kNotKept,
+            Say("of additional data '{}' a part is not read", Shortened(data.Attribute("name"))));
     } else if (!data_.back().isRead) {
         JudgeData(context_, data);
     }
@@ -277,20 +278,23 @@ bool Reader::OpenPou(const Element& element) {
             return false;
         }
         if (project_.FindPou(pou.name) != ID()) {
-            context_.Warn(element, Say("the name of POU '{}' is taken: the first one is used",
-                                       element.Attribute("name")));
+            context_.Warn(element, kDuplicateUnit,
+                          Say("the name of POU '{}' is taken: the first one is used",
+                              element.Attribute("name")));
         }
         pou_ = project_.AddPou(pou);
         lastParameter_ = 0;
         return true;
     }
-    context_.Warn(element, Say("the POU type '{}' is not known: the POU was left out", type));
+    context_.Warn(element, kUnitLeftOut,
+                  Say("the POU type '{}' is not known: the POU was left out", type));
     return false;
 }
 
 bool Reader::OpenNamespace(const Element& element) {
-    context_.Warn(element, Say("what namespace '{}' holds was read without it",
-                               Shortened(element.Attribute("name"))));
+    context_.Warn(
+        element, kNotKept,
+        Say("what namespace '{}' holds was read without it", Shortened(element.Attribute("name"))));
     return true;
 }
 
@@ -343,8 +347,9 @@ void Reader::CheckOrder(const Element& variable) {
         return;
     }
     if (number < lastParameter_) {
-        context_.Warn(variable, Say("parameters are read in the order of the document, which is "
-                                    "not that of their numbers"));
+        context_.Warn(variable, kNotKept,
+                      Say("parameters are read in the order of the document, which is "
+                          "not that of their numbers"));
     }
     lastParameter_ = number;
 }
@@ -361,8 +366,9 @@ void Reader::TakeVariable(const Element& variable) {
     ID earlier;
     project_.AddDeclaration(*declaration, &earlier);
     if (earlier != ID() && project_.GetDeclaration(earlier)->owner == owner_) {
-        context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
-                                    variable.Attribute("name")));
+        context_.Warn(variable, kDuplicateGlobal,
+                      Say("the name of global '{}' is taken: the first one is used",
+                          variable.Attribute("name")));
     }
 }
 
@@ -413,9 +419,10 @@ void Reader::TakeIecInstance(const Element& instance) {
     const Text name = context_.Intern(Trim(instance.Attribute("associatedTaskName")));
     const ID task = ID(tasks_.Find(HashOfName(name), IsTask(name)));
     if (*name && task == ID()) {
-        context_.Warn(instance, Say("no task is called '{}': '{}' runs without one",
-                                    Shortened(instance.Attribute("associatedTaskName")),
-                                    Shortened(instance.Attribute("name"))));
+        context_.Warn(instance, kTaskUnknown,
+                      Say("no task is called '{}': '{}' runs without one",
+                          Shortened(instance.Attribute("associatedTaskName")),
+                          Shortened(instance.Attribute("name"))));
     }
     ReadProgramInstance(context_, instance, task == ID() ? resource_ : task);
 }
@@ -433,7 +440,7 @@ void Reader::TakeDocumentation(const Element& documentation) {
     } else if (parent == "globalVars") {
         project_.SetComment(owner_, text);
     } else {
-        context_.Warn(documentation,
+        context_.Warn(documentation, kNotKept,
                       Say("<{}> in <{}> has no place in the project and was left out",
                           documentation.Name(), parent));
     }

@@ -243,11 +243,12 @@ Verdict JudgeAttribute(const Row* row, string_view name) {
 Verdict JudgeElement(Context& context, const Element& element) {
     const Verdict verdict = element.kind->verdict;
     if (verdict == Verdict::kUnknown || verdict == Verdict::kNotKept) {
+        const bool isUnknown = verdict == Verdict::kUnknown;
         const char* format =
-            verdict == Verdict::kUnknown
-                ? Message("<{}> in <{}> is not known and was left out")
-                : Message("<{}> in <{}> has no place in the project and was left out");
-        context.Warn(element, Say(format, element.Name(), element.parent->Name()));
+            isUnknown ? Message("<{}> in <{}> is not known and was left out")
+                      : Message("<{}> in <{}> has no place in the project and was left out");
+        context.Warn(element, isUnknown ? kUnknownElement : kNotKept,
+                     Say(format, element.Name(), element.parent->Name()));
     }
     return verdict;
 }
@@ -255,20 +256,23 @@ Verdict JudgeElement(Context& context, const Element& element) {
 void JudgeAttributes(Context& context, const Element& element) {
     for (const Element::Setting& setting : element.attributes) {
         if (setting.kind->verdict == Verdict::kUnknown) {
-            context.Warn(element, Say("attribute '{}' of <{}> is not known and was left out",
-                                      setting.kind->name, element.Name()));
+            context.Warn(element, kUnknownAttribute,
+                         Say("attribute '{}' of <{}> is not known and was left out",
+                             setting.kind->name, element.Name()));
         }
     }
 }
 
 void JudgeData(Context& context, const Element& data) {
     if (data.Attribute("handleUnknown") != "discard") {
-        context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
+        context.Warn(data, kNotKept,
+                     Say("additional data '{}' is not read", data.Attribute("name")));
     }
 }
 
 void ReportText(Context& context, const Element& text) {
-    context.Warn(text, Say("text in <{}> is not known and was left out", text.parent->Name()));
+    context.Warn(text, kUnknownText,
+                 Say("text in <{}> is not known and was left out", text.parent->Name()));
 }
 
 void JudgeTree(Context& context, const Element& element) {

@@ -35,6 +35,7 @@
 #include "lq_data/host/words/words.h"
 #endif
 #if __has_include("lq_data/host/model/project.h")
+#include "lq_data/host/check/check.h"
 #include "lq_data/host/diff/diff.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/model/translation_source.h"

@@ -267,6 +267,7 @@ void CommandLine::AddCommands() {
                          "lq tasks plant.xml", tasks_, RunTasks);
     AddProject(command, tasks_.files);
 
+    AddCheck();
     AddSymbols();
 
     command = AddCommand("diff", "Tells what is different between two projects",
@@ -324,6 +325,43 @@ void CommandLine::AddHelp() {
     command->footer("lq help show");
     command->add_option("command", topic_, "The command; none for all of them")
         ->type_name(kCommandValue);
+}
+
+void CommandLine::AddCheck() {
+    CLI::App* command =
+        AddCommand("check", "Looks for what is wrong with a project, or hardly ever meant",
+                   "lq check plant.xml --fail-on warning", check_, RunCheck);
+    AddFile(
+        command, "project", check_.files.projects,
+        "The project file, XML or text, or a folder; several are one project; - for standard input");
+    AddLibraries(command, check_.files);
+    const auto addList = [command](const char* name, std::vector<std::string>& value,
+                                   const char* description, const char* type) {
+        NeverEmpty(command->add_option(name, value, description)
+                       ->type_name(type)
+                       ->allow_extra_args(false));
+    };
+    const auto add = [command](const char* name, std::string& value, const char* description,
+                               const char* type) {
+        NeverEmpty(command->add_option(name, value, description)->type_name(type));
+    };
+    addList("-i,--ignore", check_.ignore, "Leaves out a code, a name or a family, as in 3xxx",
+            kCodeValue);
+    addList("--only", check_.only, "Looks for this code, name or family alone", kCodeValue);
+    addList("-s,--severity", check_.severity, "Makes it off, note, warning or error",
+            kSeverityValue);
+    add("-a,--addresses", check_.addresses,
+        "What the numbers of addresses are: separate, byte or element", kModelValue);
+    add("--fail-on", check_.failOn, "What makes the exit status 1: error, warning, note or never",
+        kFailureValue);
+    add("--max-name", check_.maxName, "How many characters name-too-long allows", kLengthValue);
+    command->add_flag("--closed", check_.closed, "All files of the project are given");
+    AddFile(command, "-b,--baseline", check_.baseline,
+            "A former result of --json, whose findings are left out");
+    add("-f,--format", check_.format, "text, json, jsonl or sarif", kFormatValue);
+    AddFile(command, "-o,--output", check_.output, "The file to write; - for standard output");
+    command->add_flag("--list", check_.list, "Lists the checks");
+    add("-x,--explain", check_.explain, "Explains a code, a name or a family", kCodeValue);
 }
 
 void CommandLine::AddSymbols() {

@@ -18,6 +18,12 @@ inline constexpr char kFileValue[] = "FILE";
 inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
+inline constexpr char kCodeValue[] = "CODE";
+inline constexpr char kSeverityValue[] = "CODE=SEVERITY";
+inline constexpr char kModelValue[] = "MODEL";
+inline constexpr char kFailureValue[] = "LEAST";
+inline constexpr char kFormatValue[] = "FORMAT";
+inline constexpr char kLengthValue[] = "LENGTH";
 inline constexpr char kOrderValue[] = "ORDER";
 inline constexpr char kEndingValue[] = "ENDING";
 inline constexpr char kEncodingValue[] = "ENCODING";
@@ -54,6 +60,7 @@ class CommandLine {
     CLI::App* AddCommand(const char* name, const char* description, const char* example,
                          Options& options, int (*run)(const Options&));
     void AddCommands();
+    void AddCheck();
     void AddSymbols();
     void AddHelp();
     void AddManners(CLI::App* command);
@@ -74,6 +81,7 @@ class CommandLine {
     PouOptions pou_;
     FbOptions fb_;
     TasksOptions tasks_;
+    CheckOptions check_;
     SymbolsOptions symbols_;
     DiffOptions diff_;
     UsesOptions uses_;

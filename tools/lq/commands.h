@@ -75,6 +75,24 @@ struct TasksOptions {
 };
 int RunTasks(const TasksOptions& options);
 
+struct CheckOptions {
+    ProjectFiles files;
+    std::vector<std::string> ignore;    // codes, names or families, with commas between them
+    std::vector<std::string> only;      // likewise
+    std::vector<std::string> severity;  // CODE=SEVERITY
+    std::string addresses;
+    std::string failOn;
+    std::string maxName;
+    std::string baseline;
+    std::string format;
+    std::string explain;
+    std::string output;  // empty: standard output
+    bool closed = false;
+    bool list = false;
+    bool json = false;
+};
+int RunCheck(const CheckOptions& options);
+
 struct SymbolsOptions {
     ProjectFiles files;
     std::string unit;

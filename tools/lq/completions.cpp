@@ -21,6 +21,18 @@ std::string WordsFor(const std::string& value) {
     if (value == kOrderValue) {
         return "name address";
     }
+    if (value == kModelValue) {
+        return "separate byte element";
+    }
+    if (value == kFailureValue) {
+        return "error warning note never";
+    }
+    if (value == kFormatValue) {
+        return "text json jsonl sarif";
+    }
+    if (value == kEncodingValue) {
+        return "windows-1252 shift_jis";
+    }
     std::string words;
     for (const auto& [id, name] : kTableNames) {
         words += (words.empty() ? "" : " ") + std::string(name);
