@@ -78,9 +78,9 @@ bool Components::AddRecord(DECL_TYP* decl) {
     const char16_t* const name = pouh::TextOf(decl, POUH_NAME);
     uint32_t scope = 0;
     GetAttrOfDecl(decl, POUH_SCOPE, &scope);
-    const int32_t index = GetIndexOfDecl(decl);
-    const bool isDeclared =
-        index >= 0 && static_cast<uint32_t>(index) < declared_.Count() && !IsGlobalScope(scope);
+    int32_t index = GetIndexOfDecl(decl);
+    index = index < static_cast<int32_t>(declared_.Count()) ? index : -1;
+    const bool isDeclared = index >= 0 && !IsGlobalScope(scope);
     uint32_t number = 0;
     if (isDeclared || !IsMarked(name)) {
         number = FindOrAdd(Unmarked(name), isDeclared ? index : -1);

@@ -96,7 +96,9 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     if (const Element* value = variable.Child("initialValue")) {
         declaration.initValue = context.Intern(InitialValueText(context, *value));
     }
-    declaration.address = context.Intern(Trim(variable.Attribute("address")));
+    const Element* address = variable.Child("iec:Address");
+    declaration.address =
+        context.Intern(Trim((address ? *address : variable).Attribute("address")));
     declaration.comment = context.Documentation(variable);
     if (isAccess) {
         declaration.comment2 = context.Intern(Required(context, variable, "instancePathAndName"));
@@ -124,9 +126,15 @@ void ReadDataType(Context& context, const Element& dataType) {
     type.column = dataType.column;
     type.comment = context.Documentation(dataType);
     const Element* base = dataType.Child("baseType");
-    const Element* structure = base ? base->Child("struct") : nullptr;
+    const Element* specification = dataType.Child("iec:UserDefinedTypeSpec");
+    const bool isIecStructure = specification && XsiTypeOf(*specification) == "StructTypeSpec";
+    const Element* structure = isIecStructure ? specification
+                               : base         ? base->Child("struct")
+                                              : nullptr;
     type.structure = structure != nullptr;
-    if (!base) {
+    if (specification && !structure) {
+        type.baseType = context.Intern(SpecificationText(context, *specification));
+    } else if (!base && !structure) {
         context.Warn(dataType, kMissingElement, Say("<{}> has no base type", dataType.Name()));
     } else if (!structure) {
         type.baseType = context.Intern(TypeText(context, *base));

@@ -24,6 +24,10 @@ void JudgeAttributes(Context& context, const Element& element);
 // the attributes and contents.
 void JudgeTree(Context& context, const Element& element);
 
+// Additional data is some producer's own. One that its producer allows to be discarded is passed
+// over, any other is reported by its name.
+void JudgeData(Context& context, const Element& data);
+
 void ReportText(Context& context, const Element& text);
 
 }  // namespace lq::host::plcopen

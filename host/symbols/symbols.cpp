@@ -101,7 +101,6 @@ void Walk::Tell(uint32_t index) {
     symbol.file = file ? file->name : u"";
     symbol.line = declaration.line;
     symbol.column = declaration.column;
-    symbol.declaration = MakeId(Sort::kDeclaration, index);
     if (options_.expand) {
         expansion_.Run(symbol, section_.scope);
     } else {

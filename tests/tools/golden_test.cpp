@@ -66,6 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"pou_program.txt", "pou plant.xml mixing", 0},
         Golden{"pou_function.json", "pou plant.xml Clamp --json", 0},
         Golden{"pou_interface.txt", "pou plant.xml Dosing --interface", 0},
+        Golden{"pou_marked.json", "pou refused.xml P --json 2>/dev/null", 1},
         Golden{"pou_structure.txt", "pou plant.xml Recipe", 0},
         Golden{"tasks.txt", "tasks plant.xml", 0}, Golden{"symbols.txt", "symbols plant.xml", 0},
         Golden{"symbols_expanded.txt", "symbols symbols.xml --expand 2>/dev/null", 1},
@@ -165,6 +166,7 @@ constexpr const char* kComplaints[] = {
     "symbols nothing", "symbols plant.xml -l missing.xml",
     "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
+    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml", "show words.txt",
     "help nobody", "help show --wrong", "types --color=sometimes", "value abc --color always -q",
     "translate refused.xml -q >/dev/null", "translate plant.xml --color=",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
@@ -189,6 +191,8 @@ TEST(Language, ComplaintsAreInThatOfTheCodePage) {
     write("last.st", "a\x1A");
     write("bad.xml", "<project><a></project>");
     write("other.xml", "<html/>");
+    write("bare.xml", "<project/>");
+    write("words.txt", "What stands here is no project.");
     write("latin.xml", "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
     write("short.lqt", std::string(39, '\0'));
     write("long.lqt", "\x05" + std::string(39, '\0'));

@@ -121,9 +121,8 @@ std::string ManPage(const ProgramText& text) {
     }
     page += kStatusNotes;
     page +=
-        ".SH JSON\nEvery document has a member \\fBschema\\fR, the number of its form, which is " +
-        std::to_string(kJsonSchema) +
-        ". It changes when a reader\nof the documents would have to; new members may come at any "
+        ".SH JSON\nEvery document has a member \\fBschema\\fR, the number of its form. It changes "
+        "when a reader\nof the documents would have to; new members may come at any "
         "time.\n";
     return page + kTail;
 }

@@ -179,8 +179,8 @@ std::string MemberOf(std::string title) {
     return title;
 }
 
-Json NewDocument() {
-    return {{"schema", kJsonSchema}};
+Json NewDocument(int schema) {
+    return {{"schema", schema}};
 }
 
 std::vector<std::string> CellsOf(const Row& row) {

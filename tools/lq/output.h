@@ -16,12 +16,12 @@ namespace lq::tool {
 
 using Json = nlohmann::ordered_json;
 
-// The number of the form of all JSON documents (docs/schema/). It counts changes that break a
-// reader; new members are none.
+// The number of the form of JSON documents (docs/schema/); of those that have another, their
+// command knows it. It counts changes that break a reader; new members are none.
 inline constexpr int kJsonSchema = 1;
 
 // What every document begins with.
-Json NewDocument();
+Json NewDocument(int schema = kJsonSchema);
 
 // A column of a table of results. In JSON its title is a member's name.
 struct Column {

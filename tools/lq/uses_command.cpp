@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -117,6 +118,63 @@ bool IsDeclared(const host::Project& project, const Wanted& wanted, Suggestion& 
     return isFound;
 }
 
+// Prints uses as they come; what comes before the first one waits for it.
+class Printer {
+  public:
+    explicit Printer(const UsesOptions& options) : options_(options) {}
+
+    bool IsEmpty() const { return !table_ && !list_; }
+    void Take(const Row& row) {
+        Begin();
+        if (!list_) {
+            const auto number = [&row](std::size_t at) {
+                return static_cast<uint32_t>(std::get<int64_t>(row[at]));
+            };
+            std::vector<std::string> cells = CellsOf(row);
+            cells.erase(cells.begin(), cells.begin() + 2);
+            cells.front() = ToText(Place{std::get<std::string>(row[0]), number(1), number(2)});
+            table_->Take(cells);
+            return;
+        }
+        text_.clear();
+        list_->Next();
+        rows_.Open(text_, row);
+        rows_.Close(text_);
+        PrintText(text_);
+    }
+    void End() {
+        Begin();
+        if (table_) {
+            table_->End();
+        } else {
+            list_->End();
+            PrintText("\n}\n");
+        }
+    }
+
+  private:
+    void Begin() {
+        if (!IsEmpty()) {
+            return;
+        }
+        if (!options_.json) {
+            table_.emplace("", std::vector<Column>{{"place"}, {"use"}, {"in"}, {"of"}, {"name"}});
+            return;
+        }
+        Json head = NewDocument();
+        head["name"] = options_.name;
+        PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"uses\": ");
+        list_.emplace(1);
+    }
+
+    const UsesOptions& options_;
+    std::optional<TablePrinter> table_;
+    std::optional<JsonList> list_;
+    JsonRows rows_{{{"file"}, {"line", true}, {"column", true}, {"use"}, {"in"}, {"of"}, {"name"}},
+                   2};
+    std::string text_;
+};
+
 }  // namespace
 
 int RunUses(const UsesOptions& options) {
@@ -125,39 +183,21 @@ int RunUses(const UsesOptions& options) {
     current.project.KeepCode();
     const int status = ReadAndReport(options.files, current.project);
     const Wanted wanted(DecodeArgument(options.name));
-    Json rows = Json::array();
+    Printer printer(options);
     host::ForEachUse(project, {}, [&](const Use& use) {
         if (!chars::EqualNoCase(use.name, wanted.name.c_str())) {
             return;
         }
         const std::string of = OwnerOf(project, use);
-        if (!IsMeant(DecodeArgument(of), wanted.owner)) {
-            return;
+        if (IsMeant(DecodeArgument(of), wanted.owner)) {
+            printer.Take({FileNameOf(project, use.where), int64_t{use.line}, int64_t{use.column},
+                          WordFor(use.kind), PlaceIn(project, use), of, EncodeUtf8(use.name)});
         }
-        rows.push_back({{"file", FileNameOf(project, use.where)},
-                        {"line", use.line},
-                        {"column", use.column},
-                        {"use", WordFor(use.kind)},
-                        {"in", PlaceIn(project, use)},
-                        {"of", of},
-                        {"name", EncodeUtf8(use.name)}});
     });
     Suggestion nearest(EncodeUtf8(wanted.name));
-    if (rows.empty() && !IsDeclared(project, wanted, nearest)) {
+    if (printer.IsEmpty() && !IsDeclared(project, wanted, nearest)) {
         throw InputError(WholeOf(options.files),
                          Say("nothing is called '{}'", options.name) + nearest.Text());
-    }
-    if (options.json) {
-        Json document = NewDocument();
-        document["name"] = options.name;
-        document["uses"] = std::move(rows);
-        PrintJson(document);
-        return status;
-    }
-    TablePrinter printer("", {{"place"}, {"use"}, {"in"}, {"of"}, {"name"}});
-    for (const Json& row : rows) {
-        printer.Take({ToText(Place{row["file"], row["line"], row["column"]}), row["use"], row["in"],
-                      row["of"], row["name"]});
     }
     printer.End();
     return status;

@@ -246,7 +246,7 @@ TEST_P(Documents, BecomeModels) {
 INSTANTIATE_TEST_SUITE_P(Golden, Documents,
                          testing::Values("plant", "units", "types", "sections", "values",
                                          "intervals", "configurations", "unknown", "drawings", "il",
-                                         "st", "calls", "names"),
+                                         "st", "calls", "names", "added", "unit", "iec10"),
                          [](const auto& document) { return std::string(document.param); });
 
 // Of what the texts hold, DescribeCode shows the tokens.

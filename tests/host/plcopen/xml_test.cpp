@@ -120,6 +120,24 @@ TEST(Xml, IsAcceptedOrRefusedWithAReason) {
     }
 }
 
+// Names and places are those of the same document in UTF-8.
+TEST(Xml, CodePagesAreThoseThatAreDeclared) {
+    const auto document = [](const std::string& encoding, const std::string& name) {
+        return "<?xml version='1.0' encoding='" + encoding + "'?>" + kRoot +
+               "<contentHeader name='" + name + "'/><strange/></project>";
+    };
+    for (const auto& row : lq::test::Rows("host/plcopen/documents.rows", "code pages")) {
+        const ReadProject read(document(row[0], row[1]));
+        EXPECT_EQ(read.complete, !row[2].empty()) << row[0] << read.Told();
+        if (read.complete) {
+            const ReadProject same(document("UTF-8", row[2]));
+            EXPECT_EQ(EncodeUtf8(read.project.Name()), row[2]);
+            EXPECT_EQ(read.reports.front().column,
+                      same.reports.front().column + row[0].size() - std::strlen("UTF-8"));
+        }
+    }
+}
+
 TEST(Xml, KeepsWhatCameBeforeTheDamage) {
     const std::string whole = kRoot +
                               "<types><pous><pou name='P' pouType='program'><interface><localVars>"
