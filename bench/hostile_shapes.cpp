@@ -10,6 +10,10 @@ string WithType(const string& documentType) {
     return Document("", "", "", "<!DOCTYPE project " + documentType + ">");
 }
 
+string InText(const string& declarations) {
+    return "VAR_GLOBAL\n" + declarations + "\nEND_VAR\n";
+}
+
 constexpr size_t kLong = 4;  // of what is long without a break
 
 constexpr Shape kShapes[] = {
@@ -208,6 +212,33 @@ constexpr Shape kShapes[] = {
          return Document(Unit("U", "", Fill(n, [](size_t i) { return "f" + No(i) + "("; })));
      }},
     {"tags cut off", [](size_t n) { return "<project " + string(n, ' '); }, kLong},
+
+    // Texts.
+    {"a text of open brackets", [](size_t n) { return InText("a : INT := " + string(n, '(')); },
+     kLong},
+    {"a text of open comments", [](size_t n) { return Fill(n, string("(* *) (* (* *)\n")); }},
+    {"a text of open pragmas", [](size_t n) { return Fill(n, string("{ } {\n")); }},
+    {"a text of open strings", [](size_t n) { return Fill(n, string("'\n\"\n$'")); }},
+    {"a text of words without a unit",
+     [](size_t n) { return Fill(n, string("VAR PROGRAM END_VAR\n")); }},
+    {"a text of units without an end",
+     [](size_t n) { return Fill(n, [](size_t i) { return "PROGRAM p" + No(i) + "\n"; }); }},
+    {"a text of declarations without a sign",
+     [](size_t n) { return InText(Fill(n, [](size_t i) { return "a" + No(i) + " b : \n"; })); }},
+    {"a text of names",
+     [](size_t n) { return InText(Fill(n, [](size_t i) { return "a" + No(i) + ","; })); }},
+    {"a text with a long name", [](size_t n) { return InText(string(n, 'a') + " : INT;"); }, kLong},
+    {"a text with a long value",
+     [](size_t n) { return InText("a : INT := " + Fill(n, string("1,")) + ";"); }},
+    {"a text with nested structures",
+     [](size_t n) { return InText("a : " + Fill(n, string("STRUCT b : "))); }},
+    {"a text with tasks of one name",
+     [](size_t n) {
+         return "CONFIGURATION c\n" + Fill(n / 2, string("TASK T(PRIORITY := 1);\n")) +
+                Fill(n / 2, string("PROGRAM p WITH T : Main;\n"));
+     }},
+    {"a text of comments",
+     [](size_t n) { return InText(Fill(n, string("// a\n(* b *) c : INT;"))); }},
 };
 
 }  // namespace

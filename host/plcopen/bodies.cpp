@@ -264,7 +264,8 @@ void ReadIecBody(Context& context, const Element& element, std::string_view name
         if (body.language == Language::kSt || body.language == Language::kIl) {
             ReadCode(context, CodeOf(*content), body.language, pou, body, nullptr);
         } else {
-            context.Warn(*content, Say("of a body in '{}' only the language is read", type));
+            context.Warn(*content, kNotKept,
+                         Say("of a body in '{}' only the language is read", type));
         }
         pou.bodies.push_back(std::move(body));
     }

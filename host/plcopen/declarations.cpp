@@ -46,9 +46,10 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
 uint8_t DirectionOf(Context& context, const Element& access) {
     const std::string_view direction = Trim(access.Attribute("direction"));
     if (direction != "readOnly" && direction != "readWrite" && !direction.empty()) {
-        context.Warn(access, kBadAttribute, Say("the attribute direction of <{}> is neither readOnly nor "
-                                 "readWrite",
-                                 access.Name()));
+        context.Warn(access, kBadAttribute,
+                     Say("the attribute direction of <{}> is neither readOnly nor "
+                         "readWrite",
+                         access.Name()));
     }
     return direction == "readOnly" ? kMarkReadOnly : direction == "readWrite" ? kMarkReadWrite : 0;
 }

@@ -199,7 +199,7 @@ std::string SpecificationText(Context& context, const Element& specification) {
     if (type == "EnumTypeSpec" || type == "EnumTypeWithNamedValueSpec") {
         return EnumerationText(context, specification);
     }
-    context.Warn(specification, Say("the type specification '{}' is not read", type));
+    context.Warn(specification, kNotKept, Say("the type specification '{}' is not read", type));
     return {};
 }
 

@@ -240,8 +240,9 @@ Treatment Reader::StartOfData(const Element& element) {
 
 void Reader::EndOfData(const Element& data) {
     if (data_.back().isRead && data_.back().isLeft) {
-        context_.Warn(data, Say("of additional data '{}' a part is not read",
-                                Shortened(data.Attribute("name"))));
+        context_.Warn(
+            data, kNotKept,
+            Say("of additional data '{}' a part is not read", Shortened(data.Attribute("name"))));
     } else if (!data_.back().isRead) {
         JudgeData(context_, data);
     }
@@ -291,8 +292,9 @@ bool Reader::OpenPou(const Element& element) {
 }
 
 bool Reader::OpenNamespace(const Element& element) {
-    context_.Warn(element, Say("what namespace '{}' holds was read without it",
-                               Shortened(element.Attribute("name"))));
+    context_.Warn(
+        element, kNotKept,
+        Say("what namespace '{}' holds was read without it", Shortened(element.Attribute("name"))));
     return true;
 }
 
@@ -345,8 +347,9 @@ void Reader::CheckOrder(const Element& variable) {
         return;
     }
     if (number < lastParameter_) {
-        context_.Warn(variable, Say("parameters are read in the order of the document, which is "
-                                    "not that of their numbers"));
+        context_.Warn(variable, kNotKept,
+                      Say("parameters are read in the order of the document, which is "
+                          "not that of their numbers"));
     }
     lastParameter_ = number;
 }
@@ -416,9 +419,10 @@ void Reader::TakeIecInstance(const Element& instance) {
     const Text name = context_.Intern(Trim(instance.Attribute("associatedTaskName")));
     const ID task = ID(tasks_.Find(HashOfName(name), IsTask(name)));
     if (*name && task == ID()) {
-        context_.Warn(instance, Say("no task is called '{}': '{}' runs without one",
-                                    Shortened(instance.Attribute("associatedTaskName")),
-                                    Shortened(instance.Attribute("name"))));
+        context_.Warn(instance, kTaskUnknown,
+                      Say("no task is called '{}': '{}' runs without one",
+                          Shortened(instance.Attribute("associatedTaskName")),
+                          Shortened(instance.Attribute("name"))));
     }
     ReadProgramInstance(context_, instance, task == ID() ? resource_ : task);
 }

@@ -265,7 +265,8 @@ void JudgeAttributes(Context& context, const Element& element) {
 
 void JudgeData(Context& context, const Element& data) {
     if (data.Attribute("handleUnknown") != "discard") {
-        context.Warn(data, kNotKept, Say("additional data '{}' is not read", data.Attribute("name")));
+        context.Warn(data, kNotKept,
+                     Say("additional data '{}' is not read", data.Attribute("name")));
     }
 }
 

@@ -1,5 +1,7 @@
 // Texts in the code pages that came before Unicode. The C library knows what they hold.
 
+#include "host/text/code_page.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <iconv.h>
@@ -12,44 +14,6 @@ namespace lq::host {
 
 namespace {
 
-class Conversion {
-  public:
-    explicit Conversion(TextEncoding codePage)
-        : handle_(
-              iconv_open("UTF-16LE", codePage == TextEncoding::kShiftJis ? "CP932" : "CP1252")) {
-        if (!IsOpen() && errno == ENOMEM) {
-            throw std::bad_alloc();
-        }
-    }
-    ~Conversion() {
-        if (IsOpen()) {
-            iconv_close(handle_);
-        }
-    }
-    Conversion(const Conversion&) = delete;
-    Conversion& operator=(const Conversion&) = delete;
-
-    bool IsOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
-
-    // Takes from the front of `bytes`; false when what is left there is no character.
-    bool Take(std::string_view& bytes, std::u16string& text) {
-        char16_t piece[4096];
-        char* from = const_cast<char*>(bytes.data());  // only read
-        std::size_t left = bytes.size();
-        char* to = reinterpret_cast<char*>(piece);
-        std::size_t room = sizeof piece;
-        const bool isWhole =
-            iconv(handle_, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
-        const bool isFull = !isWhole && errno == E2BIG;
-        text.append(piece, (sizeof piece - room) / sizeof(char16_t));
-        bytes.remove_prefix(bytes.size() - left);
-        return isWhole || isFull;
-    }
-
-  private:
-    iconv_t handle_;
-};
-
 bool IsControl(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte < 0x20 && c != '\t' && c != '\n' && c != '\r' && c != '\f' && byte != 0x1A;
@@ -57,13 +21,43 @@ bool IsControl(char c) {
 
 }  // namespace
 
-TextStatus DecodeCodePage(std::string_view bytes, TextEncoding codePage, std::u16string& text) {
+CodePage::CodePage(TextEncoding encoding)
+    : handle_(iconv_open("UTF-16LE", encoding == TextEncoding::kShiftJis ? "CP932" : "CP1252")) {
+    if (!IsOpen() && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
+}
+
+CodePage::~CodePage() {
+    if (IsOpen()) {
+        iconv_close(handle_);
+    }
+}
+
+bool CodePage::IsOpen() const {
+    return handle_ != reinterpret_cast<iconv_t>(-1);
+}
+
+bool CodePage::Take(std::string_view& bytes, std::u16string& text) {
+    char16_t piece[4096];
+    char* from = const_cast<char*>(bytes.data());  // only read
+    std::size_t left = bytes.size();
+    char* to = reinterpret_cast<char*>(piece);
+    std::size_t room = sizeof piece;
+    const bool isWhole = iconv(handle_, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+    const bool isFull = !isWhole && errno == E2BIG;
+    text.append(piece, (sizeof piece - room) / sizeof(char16_t));
+    bytes.remove_prefix(bytes.size() - left);
+    return isWhole || isFull;
+}
+
+TextStatus DecodeCodePage(std::string_view bytes, TextEncoding encoding, std::u16string& text) {
     text.clear();
-    Conversion conversion(codePage);
+    CodePage page(encoding);
     std::string_view left = bytes;
-    bool isFine = conversion.IsOpen();
+    bool isFine = page.IsOpen();
     while (isFine && !left.empty()) {
-        isFine = conversion.Take(left, text);
+        isFine = page.Take(left, text);
     }
     return {isFine ? TextFault::kNone : TextFault::kNoCharacter, bytes.size() - left.size()};
 }
@@ -78,8 +72,8 @@ TextStatus DecodeAnySource(std::string_view bytes, std::u16string& text) {
     const bool isJapanese = LanguageCodePage() == 932;
     for (const bool shiftJis : {isJapanese, !isJapanese}) {
         std::u16string read;
-        const TextEncoding page = shiftJis ? TextEncoding::kShiftJis : TextEncoding::kWindows1252;
-        if (DecodeCodePage(bytes, page, read).IsFine()) {
+        const TextEncoding tried = shiftJis ? TextEncoding::kShiftJis : TextEncoding::kWindows1252;
+        if (DecodeCodePage(bytes, tried, read).IsFine()) {
             text.swap(read);
             return {TextFault::kNone, bytes.size()};
         }

@@ -27,6 +27,11 @@ std::u16string_view Trimmed(std::u16string_view text) {
     return text;
 }
 
+uint32_t SecondHalves(std::u16string_view text) {
+    return static_cast<uint32_t>(
+        std::ranges::count_if(text, [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }));
+}
+
 }  // namespace
 
 Cursor::Cursor(std::u16string_view text, ReportList& reports)
@@ -52,8 +57,9 @@ Piece Cursor::Take() {
         return last_;
     }
     last_ = ahead_[next_++];
-    if (next_ == ahead_.size()) {
-        ahead_.clear();
+    constexpr std::size_t kMostPassed = 64;
+    if (next_ == ahead_.size() || next_ == kMostPassed) {
+        ahead_.erase(ahead_.begin(), ahead_.begin() + static_cast<std::ptrdiff_t>(next_));
         next_ = 0;
     }
     return last_;
@@ -74,6 +80,9 @@ Piece Cursor::Fetch() {
     piece.spot = spot_;
     piece.end = spot_.at;
     codeLine_ = spot_.line;
+    if (!comments_.empty() && comments_.back().endLine == spot_.line) {
+        comments_.back().hasCodeBehind = true;
+    }
     if (token.kind == TK_EOF) {
         return piece;
     }
@@ -82,7 +91,7 @@ Piece Cursor::Fetch() {
     }
     piece.end = std::min(static_cast<uint32_t>(scanner_->GetStreamPosition()),
                          static_cast<uint32_t>(text_.size()));
-    spot_.at = piece.end;
+    spot_ = EndOf(piece);
     if (token.kind == TK_IDENTIFIER) {
         piece.word = WordOf(TextOf(piece));
     } else if (token.kind == TK_STRING) {
@@ -107,24 +116,35 @@ void Cursor::PassBlanks() {
             const bool isBreak = text_[spot_.at] == u'\n';
             ++spot_.at;
             spot_.line += isBreak ? 1 : 0;
-            spot_.lineBegin = isBreak ? spot_.at : spot_.lineBegin;
+            if (isBreak) {
+                spot_.lineBegin = spot_.at;
+                spot_.halves = 0;
+            }
         } else {
             return;
         }
     }
 }
 
+void Cursor::PassTo(uint32_t end) {
+    const std::u16string_view passed = text_.substr(0, end);
+    for (std::size_t at = spot_.at; (at = passed.find(u'\n', at)) < end; ++at) {
+        ++spot_.line;
+        spot_.lineBegin = static_cast<uint32_t>(at + 1);
+        spot_.halves = 0;
+        spot_.at = spot_.lineBegin;
+    }
+    spot_.halves += SecondHalves(text_.substr(spot_.at, end - spot_.at));
+    spot_.at = end;
+}
+
 void Cursor::PassForeign(const Foreign& foreign) {
     const Foreign passed = foreign;
     filter_.TakeFirst();
-    const Spot begin = {passed.begin, spot_.line, spot_.lineBegin};
-    for (std::size_t at = passed.begin;
-         (at = text_.find(u'\n', at)) < passed.end && at < text_.size();) {
-        ++at;
-        ++spot_.line;
-        spot_.lineBegin = static_cast<uint32_t>(at);
-    }
-    spot_.at = passed.end;
+    Spot begin = spot_;
+    begin.halves -= SecondHalves(text_.substr(passed.begin, spot_.at - passed.begin));
+    begin.at = passed.begin;  // an open string has been passed as a token
+    PassTo(passed.end);
     if (passed.isOpen) {
         constexpr const char* kOpen[] = {
             Message("a comment is not closed: it was read to the end of the file"), "",
@@ -146,23 +166,20 @@ void Cursor::PassForeign(const Foreign& foreign) {
     if (comments_.size() >= 2 * kMostComments) {
         comments_.erase(comments_.begin(), comments_.begin() + kMostComments);
     }
-    const std::u16string_view line = text_.substr(begin.lineBegin, begin.at - begin.lineBegin);
-    comments_.push_back({begin, passed.end, spot_.line, spot_.line, Trimmed(line).empty()});
+    const bool isAlone =
+        codeLine_ != begin.line && (comments_.empty() || comments_.back().endLine != begin.line);
+    comments_.push_back({begin, passed.end, spot_.line, spot_.line, isAlone});
 }
 
 void Cursor::ForgetPragmas(uint32_t before) {
     std::erase_if(pragmas_, [before](const auto& pragma) { return pragma.first.at < before; });
 }
 
-uint32_t Cursor::ColumnOf(const Spot& spot) const {
-    const std::u16string_view line = text_.substr(spot.lineBegin, spot.at - spot.lineBegin);
-    const auto isSecondHalf = [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; };
-    return static_cast<uint32_t>(line.size()) + 1 -
-           static_cast<uint32_t>(std::ranges::count_if(line, isSecondHalf));
-}
-
 Spot Cursor::EndOf(const Piece& piece) const {
-    return {piece.end, piece.spot.line, piece.spot.lineBegin};
+    Spot end = piece.spot;
+    end.at = piece.end;
+    end.halves += SecondHalves(TextOf(piece));
+    return end;
 }
 
 bool Cursor::IsName(const Piece& piece) const {
@@ -179,12 +196,11 @@ bool Cursor::IsName(const Piece& piece) const {
 
 std::u16string Cursor::CommentBefore(const Piece& piece, bool isHeader) {
     const auto isNear = [&](const Comment& comment) {
-        const std::u16string_view behind = text_.substr(comment.end, piece.spot.at - comment.end);
-        const std::u16string_view line = Trimmed(behind.substr(0, behind.find(u'\n')));
-        const bool isBare = line.empty() || line.front() == u'{';
         const uint32_t reach = isHeader ? comment.reach : comment.endLine;
-        return isBare && comment.isAlone &&
-               (reach + 1 == piece.spot.line || (isHeader && reach == piece.spot.line));
+        if (isHeader && comment.endLine == piece.spot.line) {
+            return Trimmed(TextBetween(comment.end, piece.spot.at)).empty();
+        }
+        return comment.isAlone && !comment.hasCodeBehind && reach + 1 == piece.spot.line;
     };
     for (std::size_t i = comments_.size(); i-- > 0;) {
         if (comments_[i].end <= piece.spot.at) {

@@ -21,6 +21,7 @@ struct Spot {
     uint32_t at = 0;
     uint32_t line = 1;
     uint32_t lineBegin = 0;
+    uint32_t halves = 0;  // second halves of characters between the two
 };
 
 struct Piece {
@@ -64,7 +65,10 @@ class Cursor {
     std::u16string_view TextBetween(uint32_t begin, uint32_t end) const {
         return text_.substr(begin, end - begin);
     }
-    uint32_t ColumnOf(const Spot& spot) const;  // from 1, in characters
+    // From 1, in characters.
+    static uint32_t ColumnOf(const Spot& spot) {
+        return spot.at - spot.lineBegin - spot.halves + 1;
+    }
     Spot EndOf(const Piece& piece) const;
 
     // An identifier, or what the scanner refuses for one only.
@@ -92,12 +96,14 @@ class Cursor {
         Spot spot;
         uint32_t end;
         uint32_t endLine;
-        uint32_t reach;  // the last line of the pragmas that follow it
-        bool isAlone;    // nothing stands before it on its line
+        uint32_t reach;              // the last line of the pragmas that follow it
+        bool isAlone;                // no token and no other comment stands before it on its line
+        bool hasCodeBehind = false;  // on the line of its end
     };
 
     Piece Fetch();
     void PassBlanks();
+    void PassTo(uint32_t end);
     void PassForeign(const Foreign& foreign);
     std::u16string TextOf(const Comment& comment) const;
 

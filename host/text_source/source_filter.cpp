@@ -94,8 +94,12 @@ void SourceFilter::BeginComment(std::u16string_view mark, std::size_t end) {
     BeginForeign(Foreign::kComment, isOpen ? text_.size() : end + mark.size(), isOpen);
 }
 
-std::size_t SourceFilter::EndOfLine(std::size_t from) const {
-    const std::size_t end = std::min(text_.find(u'\n', from), text_.size());
+// Is asked for ever later places: a long line is searched once.
+std::size_t SourceFilter::EndOfLine(std::size_t from) {
+    if (from >= lineEnd_) {
+        lineEnd_ = std::min(text_.find(u'\n', from), text_.size());
+    }
+    const std::size_t end = lineEnd_;
     return end > from && text_[end - 1] == u'\r' ? end - 1 : end;
 }
 

@@ -50,7 +50,7 @@ class SourceFilter final : public STREAM_W {
     enum class Show { kCode, kString, kBlank };
 
     bool At(std::u16string_view mark) const { return text_.substr(at_).starts_with(mark); }
-    std::size_t EndOfLine(std::size_t from) const;
+    std::size_t EndOfLine(std::size_t from);
     void Begin();
     void BeginString();
     void BeginPragma();
@@ -65,6 +65,7 @@ class SourceFilter final : public STREAM_W {
     std::size_t begin_ = 0;  // of the part that is being shown
     std::size_t end_ = 0;
     Show show_ = Show::kCode;
+    std::size_t lineEnd_ = 0;  // of the line that was searched last
     std::vector<Foreign> foreign_;
     std::size_t taken_ = 0;
     bool nests_ = true;    // no search for the end of a nest was in vain

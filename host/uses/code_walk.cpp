@@ -113,6 +113,7 @@ void CodeWalk::Tell(const BodyToken& token, const Meaning& meaning, UseKind kind
            .name = token.text,
            .unit = unit_,
            .body = body_,
+           .role = role_,
            .isInPragma = isInPragma,
            .line = token.line,
            .column = token.column,
@@ -271,7 +272,7 @@ bool CodeWalk::TakeParameter(std::size_t& at) {
         Meaning parameter = open.callee != ID() ? names_.MemberOf(of, tokens_[at].text) : Meaning{};
         open.argument =
             open.isFunction && !isOutput ? UseKind::kRead : KindOfParameter(parameter.id, isOutput);
-        parameter.object = parameter ? parameter.object : UseObject::kParameter;
+        parameter = parameter ? parameter : Meaning{UseObject::kParameter, open.callee, {}};
         Tell(tokens_[at], parameter,
              isOutput                               ? UseKind::kRead
              : open.argument == UseKind::kReadWrite ? UseKind::kReadWrite

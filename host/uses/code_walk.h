@@ -22,6 +22,9 @@ class CodeWalk {
     void RunSt(std::span<const BodyToken> tokens, UseKind whole = UseKind::kRead);
     void RunIl(std::span<const BodyToken> tokens);
 
+    // The role of the uses that come.
+    void SetRole(PieceRole role) { role_ = role; }
+
     // What a name alone stands for.
     Meaning Resolve(u16string_view name) const;
     void Tell(const BodyToken& token, const Meaning& meaning, UseKind kind,
@@ -74,6 +77,7 @@ class CodeWalk {
     const ID unit_;
     const Body* const body_;
     const TakeUse& take_;
+    PieceRole role_ = PieceRole::kSt;
 
     std::span<const BodyToken> tokens_;
     std::vector<std::size_t> closing_;  // by opening square bracket, its partner; 0 for none

@@ -157,6 +157,7 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
         index + 1 < code.pieces.size() ? code.pieces[index + 1].first : code.tokens.size();
     const std::span tokens(code.tokens.data() + piece.first, end - piece.first);
     const BodyToken place{piece.name, piece.line, piece.column, 0, 0};
+    walk.SetRole(piece.role);
     switch (piece.role) {
         case PieceRole::kIl:
             walk.RunIl(tokens);
@@ -186,7 +187,7 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
         case PieceRole::kOutput:
         case PieceRole::kInputOutput: {
             Meaning parameter = names_.MemberOf({UseObject::kUnit, callee_, {}}, piece.name);
-            parameter.object = parameter ? parameter.object : UseObject::kParameter;
+            parameter = parameter ? parameter : Meaning{UseObject::kParameter, callee_, {}};
             walk.Tell(place, parameter,
                       piece.role == PieceRole::kOutput  ? UseKind::kRead
                       : piece.role == PieceRole::kInput ? UseKind::kWrite

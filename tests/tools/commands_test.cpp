@@ -67,6 +67,43 @@ TEST(Tool, ImagesComeBackAsTheSameBytes) {
     }
 }
 
+// A folder is the files in it, in the order of their names; each that cannot be read gives one
+// message.
+TEST(Folders, AreTheFilesInThem) {
+    const char* const files =
+        "mkdir -p src/b src/.git src/z; ln -s .. src/b/loop; ln -s ../a.st src/b/again.st; "
+        "ln -s nowhere src/gone.st; "
+        "var() { printf \"VAR_GLOBAL $1 : INT; END_VAR\" > src/$2; }; "
+        "var g1 a.st; var g2 b/B.GVL; var g3 c.iec; var g4 d.foo; var g5 .hidden.st; "
+        "var g6 .git/x.st; printf '' > src/e.txt; printf '\\001\\347' > src/f.pou; "
+        "printf '<a/>' > src/g.xml; printf 'VAR_GLOBAL w : INT; (* \\344 *) END_VAR' > src/h.dut; "
+        "cp $EXAMPLES/plant/plant.xml $EXAMPLES/plant/plant.st src/z; \"$LQ\" ";
+    const std::string messages =
+        "src/gone.st: error: cannot be opened: No such file or directory\n"
+        "src/e.txt: the file holds no declaration\n"
+        "src/f.pou:1:2: error: is not text: the UTF-8 character is broken off at byte 1\n"
+        "src/g.xml:1:1: error: the file is no PLCopen project: its root element is <{}a>\n"
+        "src/z/plant.st: was left out: it declares what src/z/plant.xml declares\n";
+    const std::string listed =
+        "symbols src --csv | grep -v z/plant | cut -d , -f 2,7,8 | tail -n +2";
+    const Outcome plain = RunShell(files + listed);
+    EXPECT_EQ(plain.out, "g1,,src/a.st\ng2,,src/b/B.GVL\ng3,,src/c.iec\nw,\xC3\xA4,src/h.dut\n");
+    EXPECT_EQ(plain.err, messages);
+    const Outcome more = RunShell("\"$LQ\" symbols src --ending .FOO --csv | grep -c g4");
+    EXPECT_EQ(more.out, "1\n");
+    EXPECT_EQ(RunLq("translate src").status, 1);
+    for (const auto& [arguments, message] :
+         {std::pair("src --ending foo", "'foo' is no ending of a file's name, such as '.st'"),
+          std::pair("src --encoding x",
+                    "texts are not read in 'x', only in windows-1252 or shift_jis"),
+          std::pair("src src/a.st", "src/a.st: is given twice"),
+          std::pair("src/f.pou", "src/f.pou:1:2: error: is not text")}) {
+        const Outcome outcome = RunLq(std::string("translate ") + arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_THAT(outcome.err, HasSubstr(message)) << arguments;
+    }
+}
+
 TEST(Show, FindsLinesByTheirTextsToo) {
     for (const auto& [name, table] :
          {std::pair("%ix0.1", "addresses\n"), std::pair("array [0..2, -1..1] of int", "arrays\n"),

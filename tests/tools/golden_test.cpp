@@ -166,7 +166,7 @@ constexpr const char* kComplaints[] = {
     "symbols nothing", "symbols plant.xml -l missing.xml",
     "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
-    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml", "show words.txt",
+    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml",
     "help nobody", "help show --wrong", "types --color=sometimes", "value abc --color always -q",
     "translate refused.xml -q >/dev/null", "translate plant.xml --color=",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
@@ -192,7 +192,6 @@ TEST(Language, ComplaintsAreInThatOfTheCodePage) {
     write("bad.xml", "<project><a></project>");
     write("other.xml", "<html/>");
     write("bare.xml", "<project/>");
-    write("words.txt", "What stands here is no project.");
     write("latin.xml", "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
     write("short.lqt", std::string(39, '\0'));
     write("long.lqt", "\x05" + std::string(39, '\0'));

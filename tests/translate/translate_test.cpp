@@ -251,6 +251,20 @@ TEST(Translate, ALongUnit) {
     }
 }
 
+TEST(Translate, ATemporaryHasTheTypeOfItsComponent) {
+    SmallProject project;
+    project.Declare(project.unit, u"x", u"INT", kTemp);
+    project.Declare(project.unit, u"X", u"REAL", kInput);  // comes first in the section
+    host::ProjectSource source(project);
+    const auto tables = NewTables();
+    EXPECT_EQ(Translate(source, *tables, nullptr).GetRefusalCount(), 1u);
+    CgTab::TMP_LINE line;
+    int32_t pos = 0;
+    ASSERT_EQ(tables->Read(pos, line, 0, nullptr), 1);
+    EXPECT_EQ(Ascii(line.name), "Unit.x");
+    EXPECT_EQ(line.type, IEC_REAL);
+}
+
 // Areas of every size, and none; lines that were there before keep theirs.
 TEST(Translate, FillsTheUserAreasOfNewLines) {
     WholeProject project;

@@ -30,6 +30,9 @@ std::string WordsFor(const std::string& value) {
     if (value == kFormatValue) {
         return "text json jsonl sarif";
     }
+    if (value == kEncodingValue) {
+        return "windows-1252 shift_jis";
+    }
     std::string words;
     for (const auto& [id, name] : kTableNames) {
         words += (words.empty() ? "" : " ") + std::string(name);

@@ -89,28 +89,6 @@ int Report(const std::vector<host::Report>& reports) {
 
 }  // namespace
 
-std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
-                                          std::vector<host::Report>& reports) {
-    const std::string& path = files.projects.front();
-    if (IsFolder(path)) {
-        ReadProject(files, project, reports);
-        return nullptr;
-    }
-    InputBuffer source(path, kMaxProject);
-    const std::string_view beginning = [&] {
-        const Progress progress(Say("reading {}", DisplayName(path)));
-        return source.Peek();
-    }();
-    const InputKind kind = KindOf(beginning);
-    if (kind != InputKind::kImage && !beginning.empty()) {
-        ReadFrom(source, kind, path, files.encoding, project, reports);
-        return nullptr;
-    }
-    const std::string bytes = ReadInput(source, path);
-    const Progress progress(Say("restoring {}", DisplayName(path)));
-    return RestoreImage(bytes, path);
-}
-
 void ReadFile(const std::string& path, const std::string& encoding, host::Project& project,
               std::vector<host::Report>& reports) {
     InputBuffer source(path, kMaxProject);
@@ -153,6 +131,29 @@ void ReadProject(const ProjectFiles& files, host::Project& project,
         }
     }
     host::SetProject(&project);
+}
+
+std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
+                                          std::vector<host::Report>& reports) {
+    const std::string& path = files.projects.front();
+    if (files.projects.size() + files.others.size() + files.libraries.size() != 1 ||
+        IsFolder(path)) {
+        ReadProject(files, project, reports);
+        return nullptr;
+    }
+    InputBuffer source(path, kMaxProject);
+    const std::string_view beginning = [&] {
+        const Progress progress(Say("reading {}", DisplayName(path)));
+        return source.Peek();
+    }();
+    const InputKind kind = KindOf(beginning);
+    if (kind != InputKind::kImage && !beginning.empty()) {
+        ReadFrom(source, kind, path, files.encoding, project, reports);
+        return nullptr;
+    }
+    const std::string bytes = ReadInput(source, path);
+    const Progress progress(Say("restoring {}", DisplayName(path)));
+    return RestoreImage(bytes, path);
 }
 
 int ReadAndReport(const ProjectFiles& files, host::Project& project) {
@@ -214,12 +215,8 @@ std::string ProgramName(const host::Project& project, const host::ProgramInstanc
 
 TableInput ReadTables(const ProjectFiles& files, host::Project& project) {
     std::vector<host::Report> reports;
-    if (files.projects.size() == 1 && files.libraries.empty()) {
-        if (auto tables = ReadImageOrProject(files, project, reports)) {
-            return {std::move(tables), false, {}, kDone, {}};
-        }
-    } else {
-        ReadProject(files, project, reports);
+    if (auto tables = ReadImageOrProject(files, project, reports)) {
+        return {std::move(tables), false, {}, kDone, {}};
     }
     Translation translation = Translate(project);
     const int status = Report(reports);

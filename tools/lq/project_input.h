@@ -25,7 +25,7 @@ void ReadFile(const std::string& path, const std::string& encoding, host::Projec
 void ReadProject(const ProjectFiles& files, host::Project& project,
                  std::vector<host::Report>& reports);
 
-// The tables of the only file where it is an image; null for a project, which is read.
+// The same for what may be one image: its tables, or null for a project, which is read.
 std::unique_ptr<CgTab> ReadImageOrProject(const ProjectFiles& files, host::Project& project,
                                           std::vector<host::Report>& reports);
 

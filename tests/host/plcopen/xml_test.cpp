@@ -177,6 +177,16 @@ TEST(Xml, EndsWhenNothingCanBeRead) {
         ASSERT_EQ(reports.size(), 1u) << state;
         EXPECT_EQ(reports[0].message, "the file cannot be read");
     }
+    struct Broken : std::streambuf {
+        int_type underflow() override { throw std::exception(); }
+    } broken;
+    std::istream source(&broken);
+    source.exceptions(std::ios::badbit);
+    Project none;
+    std::vector<Report> thrown;
+    EXPECT_FALSE(ReadPlcopen(source, "test.xml", none, thrown));
+    ASSERT_EQ(thrown.size(), 1u);
+    EXPECT_TRUE(thrown[0].error) << thrown[0].message;
     const lq::test::TempFolder folder;
     const std::string path = folder.GetPath();
     for (const auto& [file, message] : {std::pair(path, "this is a folder, not a file"),

@@ -23,6 +23,10 @@ class Project;
 // and the project holds what was read until then. Throws nothing; when even the report finds no
 // memory, there is none.
 //
+// A document is a project or a single unit (<pou>), in UTF-8, UTF-16, ISO-8859-1, windows-1252 or
+// Shift_JIS. Lists of global variables that a producer keeps in its additional data (<addData>) are
+// read as others; at the project they have no parent.
+//
 // What it holds comes from a file of that name (Project::FileOf). Several documents make one
 // project, libraries last (Project::CountAsLibrary, to be called behind each).
 //

@@ -30,7 +30,7 @@ enum class UseObject : uint8_t {
     kList,        // `id` is the global variable list
     kPart,        // a step, action or transition of the unit
     kFunction,    // of the standard
-    kParameter,   // of something that is called and not known, or that has none of the name
+    kParameter,   // one that what is called has not, `id`, or null when that is not known
     kMember,      // likewise behind a point
     kAddress,     // a direct address
 };
@@ -52,6 +52,7 @@ struct Use {
     Text name = u"";             // as it is spelled; holds as long as the call
     ID unit;                     // whose body it is; of a declaration the unit's, null for others
     const Body* body = nullptr;  // null in declarations
+    PieceRole role = PieceRole::kSt;  // of the piece of the body
     bool isInPragma = false;
     uint32_t line = 0;
     uint32_t column = 0;
