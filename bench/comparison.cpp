@@ -73,7 +73,7 @@ std::string Text(double figure, Unit unit) {
         const char* name;
     } kScales[3][3] = {{{1e6, 1e6, " ms"}, {1e3, 1e3, " us"}, {0, 1, " ns"}},
                        {{1e6, 1e6, " MB"}, {1e4, 1e3, " kB"}, {0, 1, " B"}},
-                       {{0, 1, ""}}};
+                       {{1e6, 1e6, " M"}, {0, 1, ""}}};
     char text[40] = "";
     for (const auto& scale : kScales[static_cast<int>(unit)]) {
         if (figure >= scale.above) {

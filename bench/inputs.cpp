@@ -143,15 +143,27 @@ std::string Narrow(const std::u16string& text) {
     return narrow;
 }
 
+namespace {
+
+constexpr const char* kHead =
+    "<?xml version='1.0' encoding='utf-8'?>\n"
+    "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>"
+    "<fileHeader companyName='c' productName='p' productVersion='1' "
+    "creationDateTime='2024-01-01T00:00:00'/>"
+    "<contentHeader name='generated'><coordinateInfo><fbd><scaling x='0' y='0'/></fbd>"
+    "<ld><scaling x='0' y='0'/></ld><sfc><scaling x='0' y='0'/></sfc></coordinateInfo>"
+    "</contentHeader><types><dataTypes/><pous>\n";
+
+void PutVariable(std::ostream& xml, const char* name, int64_t number) {
+    xml << "<variable name='" << name << number << "'><type><INT/></type><initialValue>"
+        << "<simpleValue value='" << number % 1000 << "'/></initialValue></variable>\n";
+}
+
+}  // namespace
+
 std::string Project(int64_t globals, int64_t units) {
     std::ostringstream xml;
-    xml << "<?xml version='1.0' encoding='utf-8'?>\n"
-           "<project xmlns='http://www.plcopen.org/xml/tc6_0201'>"
-           "<fileHeader companyName='c' productName='p' productVersion='1' "
-           "creationDateTime='2024-01-01T00:00:00'/>"
-           "<contentHeader name='generated'><coordinateInfo><fbd><scaling x='0' y='0'/></fbd>"
-           "<ld><scaling x='0' y='0'/></ld><sfc><scaling x='0' y='0'/></sfc></coordinateInfo>"
-           "</contentHeader><types><dataTypes/><pous>\n";
+    xml << kHead;
     for (int64_t i = 0; i < units; ++i) {
         xml << "<pou name='Unit_" << i << "' pouType='functionBlock'><interface><inputVars>"
             << "<variable name='Enable'><type><BOOL/></type></variable>"
@@ -164,10 +176,24 @@ std::string Project(int64_t globals, int64_t units) {
     xml << "</pous></types><instances><configurations>"
            "<configuration name='c'><resource name='r'><globalVars>\n";
     for (int64_t i = 0; i < globals; ++i) {
-        xml << "<variable name='Conveyor_Motor_" << i << "'><type><INT/></type><initialValue>"
-            << "<simpleValue value='" << i % 1000 << "'/></initialValue></variable>\n";
+        PutVariable(xml, "Conveyor_Motor_", i);
     }
     xml << "</globalVars></resource></configuration></configurations></instances></project>\n";
+    return xml.str();
+}
+
+std::string ProjectOfUnits(int64_t units, int64_t variables) {
+    std::ostringstream xml;
+    xml << kHead;
+    for (int64_t i = 0; i < units; ++i) {
+        xml << "<pou name='Unit_" << i << "' pouType='program'><interface><localVars>\n";
+        for (int64_t n = 0; n < variables; ++n) {
+            PutVariable(xml, "Conveyor_Motor_", n);
+        }
+        xml << "</localVars></interface><body><ST><p xmlns='http://www.w3.org/1999/xhtml'>"
+            << "Conveyor_Motor_0 := 1;</p></ST></body></pou>\n";
+    }
+    xml << "</pous></types><instances><configurations/></instances></project>\n";
     return xml.str();
 }
 

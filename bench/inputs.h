@@ -31,5 +31,7 @@ std::string Narrow(const std::u16string& text);
 
 // A PLCopen project with so many globals and units.
 std::string Project(int64_t globals, int64_t units);
+// One with so many units of so many variables each, and nothing else.
+std::string ProjectOfUnits(int64_t units, int64_t variables);
 
 }  // namespace lq::bench

@@ -1,6 +1,9 @@
 #include "bench/launcher.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -39,6 +42,33 @@ Cost Run(const Request& request) {
 }
 
 }  // namespace
+
+void TranslateProject(const char* project) {
+    const std::string image = std::string(project) + ".lqt";
+    if (std::freopen("/dev/null", "w", stdout)) {
+        execl(LQ_TOOL, "lq", "translate", project, "-o", image.c_str(), nullptr);
+    }
+}
+
+void TellVersion(const char*) {
+    if (std::freopen("/dev/null", "w", stdout)) {
+        execl(LQ_TOOL, "lq", "--version", nullptr);
+    }
+}
+
+double CountInstructions(const std::string& command) {
+    const std::string counted =
+        "valgrind --tool=callgrind --callgrind-out-file=/dev/null " + command + " 2>&1 >/dev/null";
+    std::FILE* const said = popen(counted.c_str(), "r");
+    double count = 0;
+    char line[512];
+    while (said && std::fgets(line, sizeof(line), said)) {
+        if (const char* const found = std::strstr(line, "Collected : ")) {
+            count = std::strtod(found + std::strlen("Collected : "), nullptr);
+        }
+    }
+    return said && pclose(said) == 0 ? count : 0;
+}
 
 void StartLauncher() {
     int ends[2];

@@ -18,6 +18,13 @@ struct Cost {
 // What a process does with the file of that name; it does not return.
 using Work = void (*)(const char* file);
 
+// The work of lq, whose path the build sets.
+void TranslateProject(const char* project);
+void TellVersion(const char*);
+
+// The instructions of a command, start-up included, as callgrind counts them; 0 when it fails.
+double CountInstructions(const std::string& command);
+
 // Before anything else of the program.
 void StartLauncher();
 Cost RunAlone(Work work, const std::string& file);

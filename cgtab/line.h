@@ -81,7 +81,11 @@ struct CgTab::LineHead {
 class CgTab::LineBuffer {
   public:
     LineBuffer() = default;
-    ~LineBuffer() { lq::Release(long_); }
+    ~LineBuffer() {
+        if (long_) {
+            lq::Release(long_);
+        }
+    }
     LineBuffer(const LineBuffer&) = delete;
     LineBuffer& operator=(const LineBuffer&) = delete;
 

@@ -11,6 +11,20 @@ LineIndex::~LineIndex() {
     lq::Release(slots_);
 }
 
+void LineIndex::Clear() {
+    for (const Lines& list : lists_) {
+        lq::Release(list.at);
+    }
+    lists_.Clear();
+    if (capacity_ > kFirstCapacity) {
+        lq::Release(slots_);
+        slots_ = nullptr;
+        capacity_ = 0;
+    }
+    std::fill_n(slots_, capacity_, Slot{0, kFree});
+    texts_ = lines_ = 0;
+}
+
 // The place of a text that is not there yet.
 LineIndex::Slot* LineIndex::FreeSlot(uint32_t hash) {
     const uint32_t mask = capacity_ - 1;

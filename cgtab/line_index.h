@@ -33,6 +33,8 @@ class LineIndex {
     // null. It is asked for one line of each text with that hash.
     template <typename IsIts>
     Slot* Find(uint32_t hash, IsIts isIts);
+    // As new; keeps the slots when they are few.
+    LQ_DATA_API void Clear();
     // Enters the first line of a text. False when memory is short.
     LQ_DATA_API bool Insert(uint32_t hash, int32_t pos);
     // Enters a further line of a text, which lies behind those before. False when memory is short.

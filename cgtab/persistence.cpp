@@ -68,6 +68,7 @@ int32_t CgTab::Get(TAB_ID id, STREAM_A& s, int32_t n) {
         return 0;
     }
     table->ResUsr_();
+    table->ForgetFound();
     if (!table->IsTableHashed()) {
         table->ClearHashTable();  // who walks sees the new lines
     }

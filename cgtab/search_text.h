@@ -26,7 +26,11 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t (&to)[kMaxPrefi
 class SearchText {
   public:
     SearchText() = default;
-    ~SearchText() { lq::Release(long_); }
+    ~SearchText() {
+        if (long_) {
+            lq::Release(long_);
+        }
+    }
     SearchText(const SearchText&) = delete;
     SearchText& operator=(const SearchText&) = delete;
 

@@ -58,6 +58,7 @@ bool CgTab::Table::WriteUsr(int32_t& pos, const void* usr) {
     if (written && index_ && Traits().IsWalked() && !IsIndexed(userOf_)) {
         ClearHashTable();  // what is no line may lie across several
     }
+    ForgetFound();
     written = written && (usrLen_ == 0 || file_.Write(usr, usrLen_) == usrLen_);
     if (written && pos != -1) {
         pos += static_cast<int32_t>(usrLen_);
@@ -94,6 +95,7 @@ bool CgTab::Table::Check() {
     bool sound =
         !(atUser && !Traits().hasUserArea) && !(index_ && !IsTableHashed() && !Traits().IsWalked());
     bool isUserArea = false;
+    bool isFoundThere = lastFound_ < 0;
     uint32_t lines = 0;
     LineBuffer buf;
     LineBody body;
@@ -101,6 +103,7 @@ bool CgTab::Table::Check() {
     for (int32_t pos = 0; sound && pos != Length(); ++lines) {
         const int32_t linePos = last = pos;
         sound = ReadLine(pos, buf, 0) && SplitLine(buf, body);
+        isFoundThere = isFoundThere || (index_ && linePos == lastFound_);
         isUserArea = isUserArea || before == pos - static_cast<int32_t>(usrLen_);
         lq::cgtab::SearchText text;
         if (!sound || !index_) {
@@ -117,7 +120,7 @@ bool CgTab::Table::Check() {
         sound = IsTableHashed() ? index_->LineCount() == lines
                                 : indexEnd_ == Length() && walkFrom_ == last;
     }
-    sound = sound && (!atUser || isUserArea);
+    sound = sound && (!atUser || isUserArea) && isFoundThere;
     SeekTo(before);
     atUser_ = atUser;
     return sound;

@@ -22,7 +22,8 @@ class SearchText;
 //     nothing else. Where texts are unique, no two lines have the same.
 //  4. The index of a walked table, when there is one, has the first line of each name, of all lines
 //     before `indexEnd_`, the last of which begins at `walkFrom_`.
-//  5. A table without user areas has no flag, one that is neither hashed nor walked no index.
+//  5. `lastFound_`, when it is no -1, is a line that the index has and that nobody changed since.
+//  6. A table without user areas has no flag, one that is neither hashed nor walked no index.
 class LQ_DATA_LOCAL CgTab::Table {
   public:
     // Beside -1, which says that there is no such line: the search itself could not be done.
@@ -93,6 +94,9 @@ class LQ_DATA_LOCAL CgTab::Table {
     int32_t LookLine(POS_DSC range, LookTyp& look, int inc);
     int32_t LookLine(LookTyp& look, int inc) { return LookLine(kWholeTable, look, inc); }
 
+    // Before bytes of the file are written that may be another line's than the one meant.
+    void ForgetFound() { lastFound_ = -1; }
+
     // Builds the index from the lines, the table's position staying: 1, or 0 and there is none.
     int CreateHashTable();
     void ClearHashTable();
@@ -137,6 +141,8 @@ class LQ_DATA_LOCAL CgTab::Table {
     bool ReadHead(int32_t pos, LineHead& head) const;
     bool FormText(const LookTyp& look, lq::cgtab::SearchText& text) const;
     bool FormText(int32_t pos, const LineHead& head, lq::cgtab::SearchText& text) const;
+    // Whether the line at `pos` begins with these very bytes, as far as it lies in one piece.
+    bool IsLineOf(const LookTyp& look, int32_t pos) const;
     bool HasText(int32_t pos, const lq::cgtab::SearchText& text) const;
     bool HasName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length) const;
 
@@ -149,6 +155,7 @@ class LQ_DATA_LOCAL CgTab::Table {
     lq::cgtab::LineIndex* index_ = nullptr;
     int32_t indexEnd_ = 0;
     int32_t walkFrom_ = 0;
+    int32_t lastFound_ = -1;  // of a table whose texts are formed
 };
 
 inline CgTab::Table* CgTab::TableOf(TAB_ID id) const {
@@ -172,6 +179,7 @@ template <typename Transfer>
 int32_t CgTab::Table::WalkUserAreas(Transfer transfer) {
     auto* buffer = static_cast<unsigned char*>(lq::Allocate(usrLen_));
     bool whole = buffer && (!Traits().hasUserArea || SeekTo(0));
+    ForgetFound();
     uint32_t moved = 0;
     while (whole && !AtEnd()) {
         whole = SetUsrPos(nullptr) && (usrLen_ == 0 || transfer(file_, buffer, usrLen_));

@@ -111,6 +111,14 @@ bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
     return HasName(pos, head, text.Get() + inFront, length);
 }
 
+bool CgTab::Table::IsLineOf(const LookTyp& look, int32_t pos) const {
+    const uint32_t nameBytes = look.NameLength() * Traits().nameUnit;
+    LineHead head;
+    return ReadHead(pos, head) && head.nameAt + nameBytes <= head.read &&
+           std::memcmp(head.Key(), look.key, look.keylen) == 0 &&
+           std::memcmp(head.Name(), look.name, nameBytes) == 0;
+}
+
 int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
     SearchText text;
     if (!Index() || !FormText(look, text)) {
@@ -247,6 +255,7 @@ void CgTab::Table::ClearHashTable() {
     delete index_;
     index_ = nullptr;
     walkFrom_ = 0;
+    ForgetFound();
 }
 
 const LineIndex* CgTab::Table::Index() {

@@ -86,15 +86,27 @@ int32_t CgTab::Table::AppendLine(Line& line) {
     return pos;
 }
 
+// Neighbours often have one address, the empty one, and one constant: what was found last is asked
+// first where a text would have to be formed.
 int32_t CgTab::Table::LookOrAppend(Line& line) {
+    uint32_t length = 0;
+    if (lastFound_ >= 0 && TransLookDcr(line.look, length) && IsLineOf(line.look, lastFound_)) {
+        if (file_.Tell() != lastFound_) {
+            ResUsr_();
+        }
+        return file_.Lseek(lastFound_, 0);
+    }
     const int32_t found = LookLine(line.look, 0);
-    return found == -1 ? AppendLine(line) : found < 0 ? -1 : found;
+    const int32_t pos = found == -1 ? AppendLine(line) : found < 0 ? -1 : found;
+    lastFound_ = Traits().fixedKey != 0 ? pos : -1;
+    return pos;
 }
 
 bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte) {
     const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
     const unsigned char replacement = byte;
     ResUsr_();
+    ForgetFound();
     return file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
            file_.Write(&replacement, 1) == 1 && file_.Lseek(linePos, 0) == linePos;
 }
@@ -102,6 +114,7 @@ bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& 
 bool CgTab::Table::Overwrite(int32_t linePos, uint32_t offset, const void* bytes, uint32_t count) {
     const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
     ResUsr_();
+    ForgetFound();
     return file_.Lseek(at, 0) == at && file_.Write(bytes, count) == count &&
            file_.Lseek(linePos, 0) == linePos;
 }

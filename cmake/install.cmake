@@ -4,7 +4,7 @@
 include(CMakePackageConfigHelpers)
 
 # Headers lie in a folder of their own, as several versions may be installed.
-set(LQ_DATA_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/lq_data-${PROJECT_VERSION_MAJOR})
+set(LQ_DATA_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/${LQ_DATA_VERSIONED})
 set(LQ_DATA_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/lq_data)
 set(development DESTINATION ${LQ_DATA_CMAKE_DIR} COMPONENT development)
 
@@ -24,15 +24,21 @@ set(headers_left_out "^$")
 if(NOT LQ_DATA_HOST_BASE)
   set(headers_left_out "/lq_data/host$")
 elseif(NOT LQ_DATA_HOST)
-  set(headers_left_out "/lq_data/host/(diff|model|plcopen|symbols)$")
+  list(JOIN LQ_DATA_HOST_PARTS "|" headers_left_out)
+  string(REPLACE lq_host_ "" headers_left_out "/lq_data/host/(${headers_left_out})$")
 endif()
 install(DIRECTORY include/ DESTINATION ${LQ_DATA_INCLUDE_DIR} COMPONENT development
         REGEX ${headers_left_out} EXCLUDE)
 if(LQ_DATA_HOST_BASE)
-  # The texts' libraries are looked for beside the library.
-  install(TARGETS lq_data_RC_1252 lq_data_RC_932 LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-                                                         COMPONENT runtime)
+  # The texts' libraries are looked for beside the library, first in its version's folder.
+  install(TARGETS lq_data_RC_1252 lq_data_RC_932
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${LQ_DATA_VERSIONED} COMPONENT runtime)
 endif()
+
+# -- Examples -------------------------------------------------------------------------------------
+
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/liblq-data-dev
+        COMPONENT development)
 
 # -- CMake package --------------------------------------------------------------------------------
 
@@ -99,7 +105,8 @@ if(LQ_DATA_TOOLS)
   set(LQ_MANUAL ${tool_folder}/manual)
   set_target_properties(lq PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
   install(TARGETS lq RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-  foreach(file lq.1:${CMAKE_INSTALL_MANDIR}/man1 lq:${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  install(DIRECTORY docs/schema DESTINATION ${CMAKE_INSTALL_DATADIR}/lq COMPONENT tool)
+  foreach(file lq.1.gz:${CMAKE_INSTALL_MANDIR}/man1 lq:${CMAKE_INSTALL_DATADIR}/bash-completion/completions
                _lq:${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
                lq.fish:${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
     string(REGEX MATCH "(.+):(.+)" file ${file})

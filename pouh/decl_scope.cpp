@@ -1,5 +1,6 @@
 // Section keywords to scopes.
 
+#include <cstring>
 #include <string_view>
 
 #include "lq_data/detail/chars.h"
@@ -44,7 +45,8 @@ constexpr Keyword kKeywords[] = {
 DECL_SCOPE GetDeclScope(const char16_t* keyword) {
     const u16string_view text(keyword ? keyword : u"", keyword ? lq::chars::Length(keyword) : 0);
     for (const Keyword& one : kKeywords) {
-        if (one.text == text) {
+        if (one.text.size() == text.size() &&
+            std::memcmp(one.text.data(), text.data(), text.size() * sizeof(char16_t)) == 0) {
             return one.scope;
         }
     }

@@ -44,8 +44,12 @@ int HeaderParts::Open(POU_HEADER_TYP* header, ID id) {
     return owner_ ? 1 : 0;
 }
 
+const LQSELECTION* HeaderParts::Declarations() const {
+    return owner_->GetSelection();
+}
+
 uint32_t HeaderParts::DeclaredCount() const {
-    const LQSELECTION* const selection = owner_->GetSelection();
+    const LQSELECTION* const selection = Declarations();
     return static_cast<uint32_t>(selection ? std::max(selection->GetCount(), 0) : 0);
 }
 

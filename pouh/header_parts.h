@@ -19,6 +19,8 @@ class LQ_DATA_API HeaderParts {
     // Fills `header`, which must outlive this, as LoadPOUHeader does from the object manager, but
     // for its declarations: its list is empty. Once. 1; 0 as LoadPOUHeader, too.
     int Open(POU_HEADER_TYP* header, ID id);
+    // What the model declares in the header; null when it has no list of that.
+    const LQSELECTION* Declarations() const;
     // Destroys the declarations of the header's list and loads the next ones, at most `most`, in
     // the order of LoadPOUHeader. 0 when memory is short, else 1, also behind the last. The model
     // must be as it was when the header was opened.

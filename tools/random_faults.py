@@ -11,7 +11,7 @@ import pathlib
 import random
 import re
 
-FOLDERS = ("frame", "types", "containers", "scanner", "cgtab", "pouh", "host")
+FOLDERS = ("frame", "types", "containers", "scanner", "cgtab", "pouh", "translate", "host")
 UNSEEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|(?<![0-9A-F])\'(?:\\.|[^\'\\\n])+\'', re.DOTALL)
 NO_CODE = re.compile(r"\s*(#|$|template\b|static_assert\b|using\b|friend\b|extern\b|namespace\b|typedef\b|__builtin)")
 OTHER = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "+": "-", "-": "+", "+=": "-=",

@@ -38,6 +38,11 @@ bool IsExternalScope(uint32_t scope) {
 }
 
 bool Components::Open(const LQSELECTION* declarations) {
+    DestroyDropped();
+    names_.Clear();
+    components_.Clear();
+    texts_.Clear();
+    entered_.Clear();
     declarations_ = declarations;
     manager_ = LQDECLMAN::Get();
     const int32_t count = declarations ? declarations->GetCount() : 0;
@@ -73,9 +78,9 @@ bool Components::AddRecord(DECL_TYP* decl) {
     const char16_t* const name = pouh::TextOf(decl, POUH_NAME);
     uint32_t scope = 0;
     GetAttrOfDecl(decl, POUH_SCOPE, &scope);
-    const int32_t index = GetIndexOfDecl(decl);
-    const bool isDeclared =
-        index >= 0 && static_cast<uint32_t>(index) < declared_.Count() && !IsGlobalScope(scope);
+    int32_t index = GetIndexOfDecl(decl);
+    index = index < static_cast<int32_t>(declared_.Count()) ? index : -1;
+    const bool isDeclared = index >= 0 && !IsGlobalScope(scope);
     uint32_t number = 0;
     if (isDeclared || !IsMarked(name)) {
         number = FindOrAdd(Unmarked(name), isDeclared ? index : -1);
@@ -89,7 +94,7 @@ bool Components::AddRecord(DECL_TYP* decl) {
         declared.isVar = scope == DS_VAR;
     }
     const bool isKept = !IsMarked(name) && !At(number).isTaken;
-    if (!part_.Append({decl, index, number, isKept})) {
+    if (!part_.Append({decl, index, number, scope, isKept})) {
         return false;
     }
     if (isKept) {

@@ -45,7 +45,8 @@ struct PartRecord {
     DECL_TYP* decl;
     int32_t index;       // of its declaration, or below 0
     uint32_t component;  // its number; 0 of a global of the unit whose name is no identifier
-    bool isKept;         // in the header
+    uint32_t scope;
+    bool isKept;  // in the header
 };
 
 // The declarations come in parts, whose records go with the next one. What stays takes some 50
@@ -57,7 +58,7 @@ class Components {
     Components(const Components&) = delete;
     Components& operator=(const Components&) = delete;
 
-    // For a unit with these declarations, which may be null. Once. False when memory is short.
+    // For the next unit, with these declarations, which may be null. False when memory is short.
     bool Open(const LQSELECTION* declarations);
     // The next part. Takes the declarations with erroneous names, which the loader has marked, and
     // those whose name was declared before out of the header and keeps them until the next part.

@@ -126,7 +126,10 @@ bool Translator::EnterGlobal(ID list, ID id) {
     const int32_t before = CgTabCompiler::LengthOf(tables_, CgTab::TAB_GLB);
     DeclFault fault = DeclFault::kNone;
     const int32_t pos = CgTabCompiler::InsertGlobal(tables_, decl.get(), fault);
-    for (const CgTab::TAB_ID table : {CgTab::TAB_GLB, CgTab::TAB_ADR, CgTab::TAB_CST}) {
+    if (pos >= before && areaSizes_[CgTab::TAB_GLB] != 0) {
+        (void)FillAreaHere(CgTab::TAB_GLB, variable.origin);
+    }
+    for (const CgTab::TAB_ID table : {CgTab::TAB_ADR, CgTab::TAB_CST}) {
         FillAreas(table, variable.origin);
     }
     if (pos < 0) {
@@ -222,9 +225,17 @@ void Translator::FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& o
 }
 
 bool Translator::FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin) {
+    return tables_.Write(id, pos, MakeArea(id, origin)) != 0;
+}
+
+bool Translator::FillAreaHere(CgTab::TAB_ID id, const LineOrigin& origin) {
+    return tables_.Write(id, MakeArea(id, origin)) != 0;
+}
+
+const void* Translator::MakeArea(CgTab::TAB_ID id, const LineOrigin& origin) {
     std::memset(area_, 0, areaSizes_[id]);
     client_->FillUserArea(id, origin, area_, areaSizes_[id]);
-    return tables_.Write(id, pos, area_) != 0;
+    return area_;
 }
 
 }  // namespace lq

@@ -29,13 +29,13 @@ class Translator final : private MarkTaker {
     using Record = std::unique_ptr<DECL_TYP, DeclDeleter>;
     // What is entered at the moment.
     struct Unit {
-        LineOrigin origin;
+        translate::Components& components;
+        LineOrigin origin = {};
         const char16_t* name = u"";
         const LQSELECTION* declarations = nullptr;
         POU_HEADER_TYP* header = nullptr;
-        pouh::HeaderParts parts;  // of the header
+        pouh::HeaderParts parts{};  // of the header
         uint32_t kind = PT_OTHER;
-        translate::Components components;
         CgTab::POS_DSC range = {};  // their section of table 2
         uint32_t instances = 0;     // structures and function blocks among them
         bool isTakenBack = false;   // the table could not hold the section
@@ -114,6 +114,9 @@ class Translator final : private MarkTaker {
     void FillAreaAnew(CgTab::TAB_ID id, int32_t pos, const LineOrigin& origin);
     // The area of the line at `pos`, which moves to the next one. False when memory is short.
     bool FillArea(CgTab::TAB_ID id, int32_t& pos, const LineOrigin& origin);
+    // The area at which the table stands.
+    bool FillAreaHere(CgTab::TAB_ID id, const LineOrigin& origin);
+    const void* MakeArea(CgTab::TAB_ID id, const LineOrigin& origin);
 
     // "Unit.Body.Name", in `text_`.
     const char16_t* Qualify(const char16_t* unit, const char16_t* body, const char16_t* name);
@@ -130,8 +133,9 @@ class Translator final : private MarkTaker {
     uint32_t areaSizes_[CgTab::kUserTables];
     unsigned char* area_ = nullptr;
 
-    const Unit* unit_ = nullptr;  // whose marks are taken
-    bool isAnew_ = false;         // the unit may be in the set
+    translate::Components components_;  // of the unit; its room is used again
+    const Unit* unit_ = nullptr;        // whose marks are taken
+    bool isAnew_ = false;               // the unit may be in the set
     CLQString text_;
     CLQString lastType_;  // the last of NamedType, and the object that it names
     ID lastNamed_;

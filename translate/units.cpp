@@ -31,21 +31,11 @@ const char16_t* NameOf(const DECL_TYP* decl) {
     return pouh::TextOf(decl, POUH_NAME);
 }
 
-// The declarations of which LoadPOUHeader makes records.
-const LQSELECTION* DeclarationsOf(LQOBJECT& object) {
-    if (object.GetKind() == LQ_KIND_DUT) {
-        return object.GetSelection();
-    }
-    auto* const pou = dynamic_cast<LQPOU*>(&object);
-    LQOBJECT* const header = pou ? pou->GetHeader() : nullptr;
-    return header ? header->GetSelection() : nullptr;
-}
-
 }  // namespace
 
 bool Translator::EnterUnit(ID id) {
     const std::unique_ptr<POU_HEADER_TYP, HeaderDeleter> header(CreatePOUHeader());
-    Unit unit;
+    Unit unit = {components_};
     unit.origin = {id, source_.GetPlace(id)};
     LQOBJECT* const object = ObjectOf(id);
     if (!header || !object || !unit.parts.Open(header.get(), id) || !unit.parts.LoadNext(kPart)) {
@@ -53,7 +43,7 @@ bool Translator::EnterUnit(ID id) {
         return HasMemory();
     }
     unit.name = object->GetName();
-    unit.declarations = DeclarationsOf(*object);
+    unit.declarations = unit.parts.Declarations();
     unit.header = header.get();
     POUH_INFO_TYP* info = nullptr;
     GetAttrOfPOUHeader(unit.header, POUH_INFO, &info);
@@ -231,7 +221,6 @@ bool Translator::NoteEntered(Unit& unit, const CgTab::POS_DSC& range) {
 // Why those of the part without a line have none, and what the types name.
 void Translator::NotePart(Unit& unit) {
     for (const PartRecord& record : unit.components.Part()) {
-        const char16_t* const name = NameOf(record.decl);
         Component* const component =
             record.component != 0 ? &unit.components.At(record.component) : nullptr;
         const bool isEntered = component && component->isEntered;
@@ -241,11 +230,10 @@ void Translator::NotePart(Unit& unit) {
         if (record.index < 0) {
             continue;
         }
-        uint32_t scope = 0;
-        GetAttrOfDecl(record.decl, POUH_SCOPE, &scope);
         Declared& declared = unit.components.AllDeclared()[static_cast<uint32_t>(record.index)];
-        declared.lacksGlobal = !isEntered && translate::IsExternalScope(scope) &&
-                               tables_.Look(name, static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
+        declared.lacksGlobal =
+            !isEntered && translate::IsExternalScope(record.scope) &&
+            tables_.Look(NameOf(record.decl), static_cast<CgTab::GLB_LINE*>(nullptr), 0) < 0;
         const char16_t* const type = pouh::TypeTextOf(record.decl);
         if (!translate::IsMarked(type)) {
             declared.type = NamedType(type);
@@ -264,8 +252,7 @@ bool Translator::FillComponentAreas(Unit& unit) {
     int32_t pos = unit.range.start;
     for (uint32_t i = 0; hasAreas && i < unit.components.Entered().Count(); ++i) {
         CgTab::CMP_LINE line;
-        int32_t next = pos;
-        if (!tables_.Read(next, line, 0, nullptr)) {
+        if (!tables_.Read(pos, line, 1, nullptr)) {
             return EndShort();
         }
         const Component& component = unit.components.At(unit.components.Entered()[i]);
@@ -278,10 +265,9 @@ bool Translator::FillComponentAreas(Unit& unit) {
                 return EndShort();
             }
         }
-        if (areaSizes_[CgTab::TAB_CMP] != 0 && !FillArea(CgTab::TAB_CMP, pos, origin)) {
+        if (areaSizes_[CgTab::TAB_CMP] != 0 && !FillAreaHere(CgTab::TAB_CMP, origin)) {
             return EndShort();
         }
-        pos = next;
     }
     filled_[CgTab::TAB_CMP] = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CMP);
     filled_[CgTab::TAB_CST] = CgTabCompiler::LengthOf(tables_, CgTab::TAB_CST);
@@ -305,19 +291,20 @@ bool Translator::CheckComponents(Unit& unit) {
 void Translator::CheckComponent(Unit& unit, uint32_t index) {
     Declared& declared = unit.components.AllDeclared()[index];
     const Component& component = unit.components.Of(declared);
-    const Variable variable = VariableAt(unit, index);
     if (component.source != static_cast<int32_t>(index)) {
-        Refuse(variable, RefusalReason::kComponentTwice, POUH_NAME);
+        Refuse(VariableAt(unit, index), RefusalReason::kComponentTwice, POUH_NAME);
     } else if (!component.isTaken) {
-        Refuse(variable, RefusalReason::kNoIdentifier, POUH_NAME);
+        Refuse(VariableAt(unit, index), RefusalReason::kNoIdentifier, POUH_NAME);
     } else if (component.fault != DeclFault::kNone) {
-        Refuse(variable, component.fault);
+        Refuse(VariableAt(unit, index), component.fault);
     } else if (declared.lacksGlobal) {
-        Refuse(variable, RefusalReason::kNoGlobal, POUH_NAME);
+        Refuse(VariableAt(unit, index), RefusalReason::kNoGlobal, POUH_NAME);
     } else {
         declared.isMissing = !component.isEntered;
         out_.entered += component.isEntered ? 1 : 0;
-        EnterTypeName(variable, declared.type);
+        if (declared.type != ID()) {
+            EnterTypeName(VariableAt(unit, index), declared.type);
+        }
     }
 }
 

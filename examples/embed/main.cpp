@@ -1,64 +1,60 @@
-// Reads a PLCopen XML project, loads the header of one of its units and types the initial values of
-// its declarations: embed plant.xml Clamp
+// From a project to tables: embed PROJECT UNIT IMAGE
 #include <cstdio>
-#include <lq_data/code_page.h>
-#include <lq_data/frame.h>
-#include <lq_data/handles.h>
-#include <lq_data/host/model/project.h>
-#include <lq_data/host/plcopen/plcopen.h>
-#include <lq_data/host/text/message.h>
-#include <lq_data/host/text/utf.h>
-#include <lq_data/records.h>
-#include <lq_data/types.h>
+#include <lq_data/lq_data.h>
 #include <vector>
 
 using lq::host::EncodeUtf8;
 
-namespace {
-
-// [header]
-// Loads the header of a unit from the current project and prints its declarations.
-bool Print(const char16_t* unit) {
-    const lq::HeaderPtr header(CreatePOUHeader());
-    if (!LoadPOUHeader(header.get(), unit)) {
-        return false;
-    }
-    for (const lq::Declaration decl : lq::Declarations(header.get())) {
-        const bool isElementary = decl.TypeKind() == DT_ELEMENTARY;
-        const std::u16string_view initial = isElementary ? decl.InitialValue() : u"";
-        Val value;
-        const bool isConstant = value.Set(initial.data(), 0) != 0;
-        std::printf("%s%s%s%s\n", EncodeUtf8(decl.Name()).c_str(),
-                    initial.empty() ? "" : " := ", EncodeUtf8(initial).c_str(),
-                    isConstant ? " (a constant)" : "");
-    }
-    return true;
-}
-// [/header]
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: embed PROJECT UNIT\n");
-        return 2;
-    }
-    lq::host::UseLanguage(lq::frame::ReadCodePage());  // what the reader reports is in it
-    lq::host::Project project;
+bool Read(const char* path, lq::host::Project& project) {
     std::vector<lq::host::Report> reports;
-    const bool isRead = lq::host::ReadPlcopenFile(argv[1], project, reports);
+    const bool isRead = lq::host::ReadPlcopenFile(path, project, reports);
     for (const lq::host::Report& report : reports) {
         std::fprintf(stderr, "%s\n", lq::host::ToText(report).c_str());
     }
-    if (!isRead) {
-        return 1;
+    return isRead;
+}
+
+// Looks a unit up, and shows its components with their initial values.
+void Show(CgTab& tables, const char16_t* unit) {
+    CgTab::POU_LINE found = {};
+    tables.Look(unit, &found, 0);
+    lq::Lines<CgTab::TAB_CMP> section(tables, lq::UnitInfo::From(found.info).Section());
+    for (const auto& [pos, line] : section) {
+        CgTab::CstLine constant;
+        int32_t at = line.cstLine;
+        const bool hasValue = at >= 0 && tables.Read(at, constant, 0, nullptr);
+        std::printf("%d: %s := %s\n", pos, EncodeUtf8(line.name).c_str(),
+                    hasValue ? EncodeUtf8(constant.text).c_str() : "?");
     }
-    lq::host::SetProject(&project);
-    std::u16string unit;
-    lq::host::DecodeUtf8(argv[2], unit);
-    const bool isLoaded = Print(unit.c_str());
+}
+
+int main(int argc, char** argv) {
+    lq::host::Project project, edited;
+    uint32_t userAreas[CgTab::kUserTables] = {0, 4, 4, 4, 4, 4, 4, 4, 4};  // as lq has them
+    int ok = 0;
+    CgTab tables(ok, &userAreas);
+    if (argc != 4 || !ok || !Read(argv[1], project) || !Read(argv[1], edited)) {
+        return 2;
+    }
+    lq::host::SetProject(&project);  // the one of this thread
+    lq::host::ProjectSource source(project);
+    for (const lq::TranslationRefusal& refusal : lq::Translate(source, tables, nullptr)) {
+        std::printf("line %u is refused, reason %d\n", refusal.place.line, int(refusal.reason));
+    }
+    std::u16string name;
+    lq::host::DecodeUtf8(argv[2], name);
+    Show(tables, name.c_str());
+
+    // After an edit the unit is read and entered once more, and nothing else.
+    const ID unit = project.FindPou(name);
+    project.ReplacePou(unit, edited, edited.FindPou(name));
+    const auto outcome = lq::TranslateUnit(source, tables, nullptr, unit).outcome;
+    Show(tables, name.c_str());
+
+    FILESTREAM_A image;
+    const bool isSaved =
+        image.Open(argv[3], FILESTREAM_A::WRITE) && tables.Save(image) && image.Close();
+    std::printf("%s\n", EncodeUtf8(GetResString(10000)).c_str());  // a text of the library's
     lq::host::SetProject(nullptr);
-    // A text of the library's resources, which lie beside it.
-    std::printf("%s\n", EncodeUtf8(GetResString(10000)).c_str());
-    return isLoaded ? 0 : 1;
+    return isSaved && outcome == lq::TranslationOutcome::kDone ? 0 : 1;
 }

@@ -134,6 +134,8 @@ void Comparison::Run() {
     const Pairs units = PairsOf(before.Pous(), after.Pous(), Sort::kPou);
     const Pairs configurations =
         WithRenamed(PairsOf(before.Configurations(), after.Configurations(), Sort::kConfiguration));
+    oldScopes_.emplace(0, ++lastScope_);
+    newScopes_.emplace(0, lastScope_);
     SetScopes(units);
     SetScopes(configurations);
     configurations.ForEach([this](ID inOld, ID inNew) { SetScopes(ResourcesOf(inOld, inNew)); });
@@ -144,6 +146,7 @@ void Comparison::Run() {
     }
     types.ForEach([this](ID inOld, ID inNew) { CompareType(inOld, inNew); });
     units.ForEach([this](ID inOld, ID inNew) { CompareUnit(inOld, inNew); });
+    globals_->Compare(u"", {}, {});
     configurations.ForEach([this](ID inOld, ID inNew) { CompareConfiguration(inOld, inNew); });
 }
 

@@ -1,5 +1,7 @@
 #include "host/diff/globals.h"
 
+#include <algorithm>
+
 #include "host/diff/written.h"
 #include "lq_data/detail/chars.h"
 
@@ -28,7 +30,8 @@ Globals::Globals(const Project& project, const Scopes& scopes)
     std::unordered_map<uint32_t, IdList> listsOf;
     for (uint32_t index = 0; index < project.VariableLists().size(); ++index) {
         const ID holder = project.VariableLists()[index].parent;
-        if (!scopes.contains(holder.GetNumber())) {
+        const SourceFile* file = project.FileOf(MakeId(Sort::kVariableList, index));
+        if (!scopes.contains(holder.GetNumber()) || (file && file->isLibrary)) {
             continue;  // a library's
         }
         IdList& lists = listsOf[holder.GetNumber()];
@@ -81,7 +84,13 @@ std::vector<Key> Globals::KeysOfVariables() const {
 }
 
 Text Globals::NameOf(const VariableList& list) const {
-    return chars::EqualNoCase(list.name, project_.NameOf(list.parent)) ? u"" : list.name;
+    const bool isNamed = hasNames_ && !chars::EqualNoCase(list.name, project_.NameOf(list.parent));
+    return isNamed ? list.name : u"";
+}
+
+bool Globals::HasNames() const {
+    return std::ranges::any_of(
+        lists_, [this](ID id) { return *NameOf(*project_.GetVariableList(id)) != 0; });
 }
 
 const VariableList& Globals::ListOf(ID variable) const {
@@ -98,6 +107,11 @@ GlobalComparison::GlobalComparison(const Teller& teller, const Scopes& inOld, co
       after_(teller.after, inNew),
       lists_(before_.Lists().size(), after_.Lists().size()),
       variables_(before_.Variables().size(), after_.Variables().size()) {
+    // Not all sources can name lists.
+    if (!before_.HasNames() || !after_.HasNames()) {
+        before_.ForgetNames();
+        after_.ForgetNames();
+    }
     lists_.Match(before_.KeysOfLists(), after_.KeysOfLists());
     variables_.Match(before_.KeysOfVariables(), after_.KeysOfVariables());
     // What is left may be in another list.
@@ -139,6 +153,9 @@ void GlobalComparison::CompareVariable(std::u16string_view path, ID inOld, ID in
     }
     const VariableList& a = before_.ListOf(inOld);
     const VariableList& b = after_.ListOf(inNew);
+    if (a.parent == ID() || b.parent == ID()) {
+        return;  // nobody's list may become anybody's
+    }
     if (oldScopes_.at(a.parent.GetNumber()) != newScopes_.at(b.parent.GetNumber()) ||
         !chars::EqualNoCase(before_.NameOf(a), after_.NameOf(b))) {
         teller_.TellIfChanged(about, Aspect::kList, PathOfList(teller_.before, before_, a).c_str(),

@@ -8,7 +8,7 @@
 namespace lq::host::diff {
 
 // The holders that are the same on both sides have one number, the others one each; by the number
-// of their identifier.
+// of their identifier. The null identifier holds what nothing else does.
 using Scopes = std::unordered_map<uint32_t, uint32_t>;
 
 // Those of one project.
@@ -32,6 +32,8 @@ class Globals {
 
     // The list's name; empty for one that is called as its holder, as those without a name are.
     Text NameOf(const VariableList& list) const;
+    bool HasNames() const;
+    void ForgetNames() { hasNames_ = false; }
     const VariableList& ListOf(ID variable) const;
 
   private:
@@ -39,6 +41,7 @@ class Globals {
 
     const Project& project_;
     const Scopes& scopes_;
+    bool hasNames_ = true;
     IdList lists_;
     IdList variables_;
     std::unordered_map<uint32_t, Part> parts_;  // by the number of the holder's identifier
@@ -58,8 +61,8 @@ class GlobalComparison {
     const Teller& teller_;
     const Scopes& oldScopes_;
     const Scopes& newScopes_;
-    const Globals before_;
-    const Globals after_;
+    Globals before_;
+    Globals after_;
     Pairing lists_;
     Pairing variables_;
 };

@@ -24,8 +24,15 @@ void* OpenFile(const char* path) noexcept {
     return opened;
 }
 
+// In the folder of the library's major version, where the installed ones are, or in the folder
+// itself.
 void* OpenIn(const char* folder, const char* name) noexcept {
     PathBuffer path;
+    if (FormatPath(path, "%s/" LQ_DATA_VERSIONED "/%s", folder, name)) {
+        if (void* opened = OpenFile(path)) {
+            return opened;
+        }
+    }
     return FormatPath(path, "%s/%s", folder, name) ? OpenFile(path) : nullptr;
 }
 

@@ -150,7 +150,8 @@ ID Project::AddDataType(const DataType& type) {
 }
 
 ID Project::AddVariableList(const VariableList& list) {
-    if (list.parent != ID() && !GetConfiguration(list.parent) && !GetResource(list.parent) && !GetPou(list.parent)) {
+    if (list.parent != ID() && !GetConfiguration(list.parent) && !GetResource(list.parent) &&
+        !GetPou(list.parent)) {
         return {};
     }
     return Enter(variableLists_, list, {Sort::kVariableList, nullptr, nullptr});
@@ -267,7 +268,10 @@ void Project::AddCall(Pou& pou, Text callee) {
 }
 
 BodyCode& Project::EditCode(Body& body) {
-    if (body.code == 0) {
+    if (body.code == 0 && !spareCodes_.empty()) {
+        body.code = spareCodes_.back();
+        spareCodes_.pop_back();
+    } else if (body.code == 0) {
         codes_.emplace_back();
         body.code = static_cast<uint32_t>(codes_.size());
     }

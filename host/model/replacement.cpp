@@ -143,6 +143,7 @@ bool Project::ReplacePou(ID pou, const Project& from, ID read) {
     renewed.implicit.assign(behindOwn, ids.of.end());
     renewed.spare = std::move(ids.spare);
 
+    spareCodes_.reserve(spareCodes_.size() + old->bodies.size());
     declarations_.resize(ids.count);  // the last that can fail
     for (const ID id : renewed.spare) {
         declarations_[IndexOf(id)] = {};
@@ -153,6 +154,7 @@ bool Project::ReplacePou(ID pou, const Project& from, ID read) {
     for (const Body& body : old->bodies) {
         if (body.code != 0) {
             codes_[body.code - 1] = {};
+            spareCodes_.push_back(body.code);
         }
     }
     *old = std::move(renewed);

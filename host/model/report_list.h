@@ -22,7 +22,7 @@ class LQ_DATA_API ReportList {
 
     // Reports of one message are grouped; of different ones the first thousand are kept. The new
     // report, until the next one; null when the message is known.
-    Report* Warn(uint32_t line, uint32_t column, std::string message);
+    Report* Warn(uint32_t line, uint32_t column, std::string message, uint16_t code = 0);
     void Fail(uint32_t line, uint32_t column, std::string message);
 
   private:

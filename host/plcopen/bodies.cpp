@@ -7,6 +7,7 @@
 #include "host/model/code_reader.h"
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
+#include "lq_data/host/text/message.h"
 #include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
 
@@ -247,6 +248,27 @@ void ReadBody(Context& context, const Element& element, std::string_view name, P
     }
     BodyReader(context, pou, body).Read(element);
     pou.bodies.push_back(std::move(body));
+}
+
+void ReadIecBody(Context& context, const Element& element, std::string_view name, Pou& pou) {
+    for (const auto& content : element.children) {
+        if (content->Name() != "iec:BodyContent") {
+            continue;
+        }
+        const std::string_view type = XsiTypeOf(*content);
+        Body body;
+        body.name = context.Intern(name);
+        body.language = LanguageOf(type);
+        body.line = content->line;
+        body.column = content->column;
+        if (body.language == Language::kSt || body.language == Language::kIl) {
+            ReadCode(context, CodeOf(*content), body.language, pou, body, nullptr);
+        } else {
+            context.Warn(*content, kNotKept,
+                         Say("of a body in '{}' only the language is read", type));
+        }
+        pou.bodies.push_back(std::move(body));
+    }
 }
 
 }  // namespace lq::host::plcopen

@@ -143,7 +143,8 @@ void ReadTask(Context& context, const Element& element, ID resource) {
     }
     std::string interval;
     if (!IntervalText(element.Attribute("interval"), interval)) {
-        context.Warn(element, Say("the interval '{}' is no duration and no name", interval));
+        context.Warn(element, kInterval,
+                     Say("the interval '{}' is no duration and no name", interval));
     }
     task.interval = context.Intern(interval);
     task.event = context.Intern(Trim(element.Attribute("single")));

@@ -46,8 +46,8 @@ Scanner& Context::CodeScanner() {
     return static_cast<Scanner&>(*scanner_);
 }
 
-void Context::Warn(const Element& where, std::string message) {
-    if (Report* const report = reports_.Warn(where.line, where.column, std::move(message))) {
+void Context::Warn(const Element& where, uint16_t code, std::string message) {
+    if (Report* const report = reports_.Warn(where.line, where.column, std::move(message), code)) {
         report->path = PathOf(where);
     }
 }
@@ -57,15 +57,16 @@ std::string_view HolderName(Context& context, const Element& holder, std::string
     if (name.size() <= kMost) {
         return name;
     }
-    context.Warn(holder, Say("the name of <{}> has more than {} bytes and was left out",
-                             holder.Name(), kMost));
+    context.Warn(
+        holder, kNameBeyondLimit,
+        Say("the name of <{}> has more than {} bytes and was left out", holder.Name(), kMost));
     return {};
 }
 
 std::string_view Required(Context& context, const Element& element, std::string_view attribute) {
     const std::string_view value = Trim(element.Attribute(attribute));
     if (value.empty()) {
-        context.Warn(element, Say("<{}> has no {}", element.Name(), attribute));
+        context.Warn(element, kMissingAttribute, Say("<{}> has no {}", element.Name(), attribute));
     }
     return value;
 }

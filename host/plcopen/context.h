@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/model/report_list.h"
+#include "host/plcopen/report_codes.h"
 #include "host/plcopen/xml_element.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
@@ -26,7 +27,8 @@ class Context {
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
-    void Warn(const Element& where, std::string message);
+    // The code says which check it is.
+    void Warn(const Element& where, uint16_t code, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message) {
         reports_.Fail(line, column, std::move(message));
     }

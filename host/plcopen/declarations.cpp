@@ -36,7 +36,7 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
         return true;
     }
     if (!value.empty() && value != "false" && value != "0") {
-        context.Warn(element,
+        context.Warn(element, kBadAttribute,
                      Say("the attribute {} of <{}> is neither true nor false: it was read as false",
                          attribute, element.Name()));
     }
@@ -46,9 +46,10 @@ bool IsSet(Context& context, const Element& element, std::string_view attribute)
 uint8_t DirectionOf(Context& context, const Element& access) {
     const std::string_view direction = Trim(access.Attribute("direction"));
     if (direction != "readOnly" && direction != "readWrite" && !direction.empty()) {
-        context.Warn(access, Say("the attribute direction of <{}> is neither readOnly nor "
-                                 "readWrite",
-                                 access.Name()));
+        context.Warn(access, kBadAttribute,
+                     Say("the attribute direction of <{}> is neither readOnly nor "
+                         "readWrite",
+                         access.Name()));
     }
     return direction == "readOnly" ? kMarkReadOnly : direction == "readWrite" ? kMarkReadWrite : 0;
 }
@@ -70,7 +71,7 @@ Section ReadSection(Context& context, const Element& list) {
     const std::string name = "<" + std::string(list.Name()) + ">";
     const Section section = SectionOf(scope, marks, name, faults);
     for (std::string& fault : faults) {
-        context.Warn(list, std::move(fault));
+        context.Warn(list, kSectionNarrowed, std::move(fault));
     }
     return section;
 }
@@ -91,12 +92,14 @@ std::optional<Declaration> ReadVariable(Context& context, const Element& variabl
     if (const Element* type = variable.Child("type")) {
         declaration.type = context.InternType(TypeText(context, *type));
     } else {
-        context.Warn(variable, Say("<{}> has no type", variable.Name()));
+        context.Warn(variable, kMissingElement, Say("<{}> has no type", variable.Name()));
     }
     if (const Element* value = variable.Child("initialValue")) {
         declaration.initValue = context.Intern(InitialValueText(context, *value));
     }
-    declaration.address = context.Intern(Trim(variable.Attribute("address")));
+    const Element* address = variable.Child("iec:Address");
+    declaration.address =
+        context.Intern(Trim((address ? *address : variable).Attribute("address")));
     declaration.comment = context.Documentation(variable);
     if (isAccess) {
         declaration.comment2 = context.Intern(Required(context, variable, "instancePathAndName"));
@@ -116,17 +119,24 @@ void ReadDataType(Context& context, const Element& dataType) {
         return;
     }
     if (context.project.FindDataType(type.name) != ID()) {
-        context.Warn(dataType, Say("the name of data type '{}' is taken: the first one is used",
-                                   dataType.Attribute("name")));
+        context.Warn(dataType, kDuplicateUnit,
+                     Say("the name of data type '{}' is taken: the first one is used",
+                         dataType.Attribute("name")));
     }
     type.line = dataType.line;
     type.column = dataType.column;
     type.comment = context.Documentation(dataType);
     const Element* base = dataType.Child("baseType");
-    const Element* structure = base ? base->Child("struct") : nullptr;
+    const Element* specification = dataType.Child("iec:UserDefinedTypeSpec");
+    const bool isIecStructure = specification && XsiTypeOf(*specification) == "StructTypeSpec";
+    const Element* structure = isIecStructure ? specification
+                               : base         ? base->Child("struct")
+                                              : nullptr;
     type.structure = structure != nullptr;
-    if (!base) {
-        context.Warn(dataType, Say("<{}> has no base type", dataType.Name()));
+    if (specification && !structure) {
+        type.baseType = context.Intern(SpecificationText(context, *specification));
+    } else if (!base && !structure) {
+        context.Warn(dataType, kMissingElement, Say("<{}> has no base type", dataType.Name()));
     } else if (!structure) {
         type.baseType = context.Intern(TypeText(context, *base));
     }

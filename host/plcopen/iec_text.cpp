@@ -17,10 +17,22 @@ void AppendItem(std::string& list, std::string_view separator, std::string_view 
     list += item;
 }
 
+// "STRING[80]" as the model spells it; what namespaces hold is read without them.
+std::string NamedType(std::string_view name) {
+    name = name.substr(name.rfind('\\') + 1);
+    std::string text(name);
+    const std::size_t open = text.find('[');
+    if (text.ends_with(']') && (text.starts_with("STRING[") || text.starts_with("WSTRING["))) {
+        text[open] = '(';
+        text.back() = ')';
+    }
+    return text;
+}
+
 std::string BaseType(Context& context, const Element& element) {
     const Element* base = element.Child("baseType");
     if (!base) {
-        context.Warn(element, Say("<{}> has no base type", element.Name()));
+        context.Warn(element, kMissingElement, Say("<{}> has no base type", element.Name()));
         return {};
     }
     return TypeText(context, *base);
@@ -40,12 +52,14 @@ std::string StringText(std::string_view keyword, const Element& element) {
 std::string ArrayText(Context& context, const Element& array) {
     std::string dimensions;
     for (const auto& child : array.children) {
-        if (child->Name() == "dimension") {
-            AppendItem(dimensions, ", ", Bounds(context, *child));
+        const Element* const range =
+            child->Name() == "iec:DimensionSpec" ? child->Child("iec:IndexRange") : child;
+        if (range && (child != range || child->Name() == "dimension")) {
+            AppendItem(dimensions, ", ", Bounds(context, *range));
         }
     }
     if (dimensions.empty()) {
-        context.Warn(array, Say("<{}> has no dimension", array.Name()));
+        context.Warn(array, kMissingElement, Say("<{}> has no dimension", array.Name()));
     }
     return "ARRAY [" + dimensions + "] OF " + BaseType(context, array);
 }
@@ -53,7 +67,7 @@ std::string ArrayText(Context& context, const Element& array) {
 std::string SubrangeText(Context& context, const Element& subrange) {
     const Element* range = subrange.Child("range");
     if (!range) {
-        context.Warn(subrange, Say("<{}> has no range", subrange.Name()));
+        context.Warn(subrange, kMissingElement, Say("<{}> has no range", subrange.Name()));
     }
     const std::string bounds = range ? " (" + Bounds(context, *range) + ")" : std::string();
     return BaseType(context, subrange) + bounds;
@@ -63,7 +77,7 @@ std::string EnumerationText(Context& context, const Element& enumeration) {
     std::string names;
     const Element* values = enumeration.Child("values");
     for (const auto& value : values ? values->children : enumeration.children) {
-        if (value->Name() != "value") {
+        if (value->Name() != "value" && value->Name() != "iec:Enumerator") {
             continue;
         }
         std::string item(Required(context, *value, "name"));
@@ -135,8 +149,11 @@ std::string ValueText(Context& context, const Element& holder) {
 
 std::string TypeText(Context& context, const Element& holder) {
     const Element* type = holder.FirstElement();
+    if (!type && holder.parent->Name() == "iec:UserDefinedTypeSpec") {
+        return NamedType(Prose(holder));
+    }
     if (!type || type->Name() == "addData") {
-        context.Warn(holder, Say("<{}> holds no type", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no type", holder.Name()));
         return {};
     }
     const std::string_view name = type->Name();
@@ -161,6 +178,12 @@ std::string TypeText(Context& context, const Element& holder) {
     if (name == "struct") {
         return StructureText(context, *type);
     }
+    if (name == "iec:TypeName") {
+        return NamedType(Prose(*type));
+    }
+    if (name == "iec:InstantlyDefinedType") {
+        return SpecificationText(context, *type);
+    }
     if (name == "pointer") {
         return "REF_TO " + BaseType(context, *type);
     }
@@ -168,10 +191,22 @@ std::string TypeText(Context& context, const Element& holder) {
     return std::string(name);
 }
 
+std::string SpecificationText(Context& context, const Element& specification) {
+    const std::string_view type = XsiTypeOf(specification);
+    if (type == "ArrayTypeSpec") {
+        return ArrayText(context, specification);
+    }
+    if (type == "EnumTypeSpec" || type == "EnumTypeWithNamedValueSpec") {
+        return EnumerationText(context, specification);
+    }
+    context.Warn(specification, kNotKept, Say("the type specification '{}' is not read", type));
+    return {};
+}
+
 std::string InitialValueText(Context& context, const Element& holder) {
     const Element* value = holder.FirstElement();
     if (!value) {
-        context.Warn(holder, Say("<{}> holds no value", holder.Name()));
+        context.Warn(holder, kMissingElement, Say("<{}> holds no value", holder.Name()));
         return {};
     }
     const std::string_view name = value->Name();

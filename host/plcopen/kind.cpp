@@ -1,5 +1,8 @@
 #include "host/plcopen/kind.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "host/plcopen/schema.h"
 
 namespace lq::host::plcopen {
@@ -8,7 +11,50 @@ namespace {
 
 constexpr std::string_view kPlcopen = "http://www.plcopen.org/xml/tc6";
 constexpr std::string_view kXhtml = "http://www.w3.org/1999/xhtml";
+constexpr std::string_view kIec = "www.iec.ch/public/TC65SC65BWG7TF10";
 constexpr std::size_t kRoom = 64;  // searched one by one
+
+// The elements of IEC 61131-10 that hold what one of the PLCopen namespaces does.
+constexpr struct {
+    std::string_view iec;
+    std::string_view plcopen;
+} kSameElements[] = {
+    {"AddData", "addData"},
+    {"ArrayValue", "arrayValue"},
+    {"BaseType", "baseType"},
+    {"Configuration", "configuration"},
+    {"ContentHeader", "contentHeader"},
+    {"CoordinateInfo", "coordinateInfo"},
+    {"Data", "data"},
+    {"DataTypeDecl", "dataType"},
+    {"Documentation", "documentation"},
+    {"ExternalVars", "externalVars"},
+    {"FileHeader", "fileHeader"},
+    {"GlobalVars", "globalVars"},
+    {"InitialValue", "initialValue"},
+    {"InoutVars", "inOutVars"},
+    {"InputVars", "inputVars"},
+    {"Instances", "instances"},
+    {"Member", "variable"},
+    {"OutputVars", "outputVars"},
+    {"Project", "project"},
+    {"Resource", "resource"},
+    {"ResultType", "returnType"},
+    {"SimpleValue", "simpleValue"},
+    {"StructValue", "structValue"},
+    {"Task", "task"},
+    {"TempVars", "tempVars"},
+    {"Type", "type"},
+    {"Types", "types"},
+    {"Value", "value"},
+    {"Variable", "variable"},
+    {"Vars", "localVars"},
+};
+
+std::string NameOfIec(std::string_view local) {
+    const auto row = std::ranges::find(kSameElements, local, [](const auto& r) { return r.iec; });
+    return row == std::end(kSameElements) ? "iec:" + std::string(local) : std::string(row->plcopen);
+}
 
 std::string NameOf(std::string_view expatName) {
     const std::size_t end = expatName.find(kNamespaceEnd);
@@ -19,6 +65,9 @@ std::string NameOf(std::string_view expatName) {
     std::string local(expatName.substr(end + 1));
     if (space.starts_with(kPlcopen)) {
         return local;
+    }
+    if (space == kIec) {
+        return NameOfIec(local);
     }
     return (space == kXhtml ? "xhtml:" : "{" + std::string(space) + "}") + local;
 }

@@ -27,8 +27,10 @@ struct AttributeKind {
 };
 using AttributeKinds = std::vector<std::unique_ptr<AttributeKind>>;
 
-// Names: an element of the PLCopen namespaces has its local name, one of XHTML "xhtml:" in front of
-// it, any other "{namespace}" in front of it; an attribute of no namespace has its local name.
+// Names: an element of the PLCopen namespaces has its local name, one of IEC 61131-10 that of the
+// PLCopen element which holds the same, else "iec:" in front of its own, one of XHTML "xhtml:" in
+// front of it, any other "{namespace}" in front of it; an attribute of no namespace has its local
+// name.
 struct Kind {
     Kind() = default;  // of a text, which has no name
     Kind(const Kind* parent, std::string_view expatName);

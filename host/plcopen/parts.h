@@ -23,6 +23,9 @@ void ReadDataType(Context& context, const Element& dataType);
 // A POU's body, or that of one of its actions or transitions, whose name `name` is then.
 void ReadBody(Context& context, const Element& body, std::string_view name, Pou& pou);
 
+// The same of IEC 61131-10, whose drawings have another form: of these only the language is read.
+void ReadIecBody(Context& context, const Element& body, std::string_view name, Pou& pou);
+
 void ReadTask(Context& context, const Element& task, ID resource);
 void ReadProgramInstance(Context& context, const Element& instance, ID parent);
 
@@ -30,6 +33,10 @@ void ReadProgramInstance(Context& context, const Element& instance, ID parent);
 // "ARRAY [1..10, -2..2] OF Pump", "INT (1..10)", "(Red, Green := 5)", "STRUCT a : INT; END_STRUCT".
 // Empty, and reported, when it holds none.
 std::string TypeText(Context& context, const Element& holder);
+
+// The type that an element of IEC 61131-10 specifies: an array or an enumeration. Empty, and
+// reported, for any other.
+std::string SpecificationText(Context& context, const Element& specification);
 
 // The value that `holder` (<initialValue>) holds: the text of a simple value as it stands,
 // "[1, 2, 3(0)]" of an array, "a := 1, p := (x := 2, y := 3)" of a structure.

@@ -3,8 +3,10 @@
 // in memory at a time.
 
 #include <algorithm>
+#include <charconv>
 #include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "host/model/reading.h"
@@ -26,7 +28,7 @@ class Reader final : public ElementHandler {
 
     Treatment Start(const Element& element) override;
     void End(const Element& element) override;
-    void StrayText(const Element& text) override { ReportText(context_, text); }
+    void StrayText(const Element& text) override;
     std::string Refusal() const override { return refusal_; }
 
   private:
@@ -41,34 +43,58 @@ class Reader final : public ElementHandler {
     };
     static const Step kSteps[];
     static const Step& StepOf(const Kind& kind);
+    static bool IsData(const Element& element) { return element.Name() == "data"; }
+    Treatment Open(const Element& element);
+    Treatment StartOfData(const Element& element);
+    void EndOfData(const Element& data);
 
     bool Enter(const Element&) { return true; }
     bool OpenPou(const Element& pou);
+    bool OpenNamespace(const Element& space);
     bool OpenVariables(const Element& list);
     bool OpenConfiguration(const Element& configuration);
     bool OpenResource(const Element& resource);
+    bool OpenData(const Element&);
 
     void Leave(const Element&) {}
     void CloseInterface(const Element&) { eno_.Close(project_, pou_); }
     void ClosePou(const Element&) { pou_ = {}; }
+    void CloseIecUnit(const Element& unit) {
+        CloseInterface(unit);
+        ClosePou(unit);
+    }
+    void CloseResource(const Element&) {
+        resource_ = {};
+        tasks_ = {};
+    }
     void CloseConfiguration(const Element&) { configuration_ = {}; }
-    void CloseResource(const Element&) { resource_ = {}; }
 
     void TakeHeader(const Element& header);
     void TakeDataType(const Element& type) { ReadDataType(context_, type); }
+    void CheckOrder(const Element& variable);
     void TakeVariable(const Element& variable);
     void TakeConfigVariable(const Element& variable);
     void TakeAccessVariable(const Element& variable);
     void TakeResultType(const Element& type);
     void TakeBody(const Element& body) { ReadBody(context_, body, {}, *project_.EditPou(pou_)); }
     void TakeNamedBody(const Element& part);
-    void TakeTask(const Element& task) { ReadTask(context_, task, resource_); }
+    void TakeIecBody(const Element& body) {
+        ReadIecBody(context_, body, {}, *project_.EditPou(pou_));
+    }
+    void TakeIecAction(const Element& action);
+    void TakeTask(const Element& task);
+    void TakeIecInstance(const Element& instance);
     void TakeInstance(const Element& pou) { ReadProgramInstance(context_, pou, resource_); }
     void TakeDocumentation(const Element& documentation);
-    void TakeData(const Element& data);
 
     std::string_view NameOf(const Element& holder) {
         return HolderName(context_, holder, Required(context_, holder, "name"));
+    }
+
+    auto IsTask(Text name) const {
+        return [this, name](uint32_t number) {
+            return chars::EqualNoCase(project_.NameOf(ID(number)), name);
+        };
     }
 
     Context& context_;
@@ -81,7 +107,14 @@ class Reader final : public ElementHandler {
     ID resource_;
     ID owner_;  // of the variables that come
     Section section_;
-    EnoPair eno_;  // of the open POU
+    uint32_t lastParameter_ = 0;  // of the open POU
+    FlatIndex<uint32_t> tasks_;   // of the resource, by name: the numbers of their identifiers
+    struct Data {
+        bool isRead = false;  // something of it, or
+        bool isLeft = false;  // left out
+    };
+    std::vector<Data> data_;  // additional data, each in what the one before it holds
+    EnoPair eno_;             // of the open POU
 };
 
 // ORDER: elements that are streamed, then parts that are read as a whole.
@@ -91,6 +124,12 @@ const Reader::Step Reader::kSteps[] = {
     {"dataTypes", &Reader::Enter, &Reader::Leave},
     {"pous", &Reader::Enter, &Reader::Leave},
     {"pou", &Reader::OpenPou, &Reader::ClosePou},
+    {"iec:GlobalNamespace", &Reader::Enter, &Reader::Leave},
+    {"iec:NamespaceDecl", &Reader::OpenNamespace, &Reader::Leave},
+    {"iec:Program", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:FunctionBlock", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:Function", &Reader::OpenPou, &Reader::CloseIecUnit},
+    {"iec:Parameters", &Reader::Enter, &Reader::Leave},
     {"interface", &Reader::Enter, &Reader::CloseInterface},
     {"localVars", &Reader::OpenVariables, &Reader::Leave},
     {"tempVars", &Reader::OpenVariables, &Reader::Leave},
@@ -107,6 +146,8 @@ const Reader::Step Reader::kSteps[] = {
     {"configurations", &Reader::Enter, &Reader::Leave},
     {"configuration", &Reader::OpenConfiguration, &Reader::CloseConfiguration},
     {"resource", &Reader::OpenResource, &Reader::CloseResource},
+    {"addData", &Reader::Enter, &Reader::Leave},
+    {"data", &Reader::OpenData, &Reader::Leave},
 
     {"contentHeader", nullptr, &Reader::TakeHeader},
     {"dataType", nullptr, &Reader::TakeDataType},
@@ -120,7 +161,9 @@ const Reader::Step Reader::kSteps[] = {
     {"task", nullptr, &Reader::TakeTask},
     {"pouInstance", nullptr, &Reader::TakeInstance},
     {"documentation", nullptr, &Reader::TakeDocumentation},
-    {"addData", nullptr, &Reader::TakeData},
+    {"iec:MainBody", nullptr, &Reader::TakeIecBody},
+    {"iec:Action", nullptr, &Reader::TakeIecAction},
+    {"iec:ProgramInstance", nullptr, &Reader::TakeIecInstance},
 };
 
 // The schema lets no element be read that has no step.
@@ -133,14 +176,21 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 }
 
 Treatment Reader::Start(const Element& element) {
-    // Editors export single units, too.
     if (!element.parent && element.Name() != "project" && element.Name() != "pou") {
-        refusal_ = Say("the file is no PLCopen project: its root element is <{}>", element.Name());
+        refusal_ =
+            element.Name() == "{}project"
+                ? Say("the file is no PLCopen project: its root element <project> has no "
+                      "namespace (xmlns)")
+                : Say("the file is no PLCopen project: its root element is <{}>", element.Name());
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {
         return Treatment::kSkip;
     }
+    return element.parent && IsData(*element.parent) ? StartOfData(element) : Open(element);
+}
+
+Treatment Reader::Open(const Element& element) {
     const Step& step = StepOf(*element.kind);
     if (!step.open) {
         return Treatment::kCapture;
@@ -150,11 +200,53 @@ Treatment Reader::Start(const Element& element) {
 }
 
 void Reader::End(const Element& element) {
+    if (IsData(element)) {
+        EndOfData(element);
+        return;
+    }
     const Step& step = StepOf(*element.kind);
     if (!step.open) {
         JudgeTree(context_, element);
     }
     (this->*step.close)(element);
+}
+
+// Text in additional data is the producer's, as all that is not known there.
+void Reader::StrayText(const Element& text) {
+    if (IsData(*text.parent)) {
+        data_.back().isLeft = true;
+    } else {
+        ReportText(context_, text);
+    }
+}
+
+// -- Additional data ------------------------------------------------------------------------------
+
+bool Reader::OpenData(const Element&) {
+    data_.emplace_back();
+    return true;
+}
+
+// Producers keep there what the format has no place for: lists of global variables, units and types
+// of a project, configuration or resource. What is theirs alone is left out.
+Treatment Reader::StartOfData(const Element& element) {
+    const std::string_view name = element.Name();
+    const std::string_view holder = element.parent->parent->parent->Name();
+    const bool isRead = (name == "globalVars" || name == "pou" || name == "dataType") &&
+                        (holder == "project" || holder == "configuration" || holder == "resource");
+    (isRead ? data_.back().isRead : data_.back().isLeft) = true;
+    return isRead ? Open(element) : Treatment::kSkip;
+}
+
+void Reader::EndOfData(const Element& data) {
+    if (data_.back().isRead && data_.back().isLeft) {
+        context_.Warn(
+            data, kNotKept,
+            Say("of additional data '{}' a part is not read", Shortened(data.Attribute("name"))));
+    } else if (!data_.back().isRead) {
+        JudgeData(context_, data);
+    }
+    data_.pop_back();
 }
 
 // -- Beginnings and ends --------------------------------------------------------------------------
@@ -167,8 +259,12 @@ bool Reader::OpenPou(const Element& element) {
         {"program", LQ_KIND_PROGRAM},
         {"functionBlock", LQ_KIND_FUNCTION_BLOCK},
         {"function", LQ_KIND_FUNCTION},
+        {"iec:Program", LQ_KIND_PROGRAM},
+        {"iec:FunctionBlock", LQ_KIND_FUNCTION_BLOCK},
+        {"iec:Function", LQ_KIND_FUNCTION},
     };
-    const std::string_view type = element.Attribute("pouType");
+    const bool isPlcopen = element.Name() == "pou";
+    const std::string_view type = isPlcopen ? element.Attribute("pouType") : element.Name();
     for (const auto& row : kKinds) {
         if (row.type != type) {
             continue;
@@ -182,14 +278,24 @@ bool Reader::OpenPou(const Element& element) {
             return false;
         }
         if (project_.FindPou(pou.name) != ID()) {
-            context_.Warn(element, Say("the name of POU '{}' is taken: the first one is used",
-                                       element.Attribute("name")));
+            context_.Warn(element, kDuplicateUnit,
+                          Say("the name of POU '{}' is taken: the first one is used",
+                              element.Attribute("name")));
         }
         pou_ = project_.AddPou(pou);
+        lastParameter_ = 0;
         return true;
     }
-    context_.Warn(element, Say("the POU type '{}' is not known: the POU was left out", type));
+    context_.Warn(element, kUnitLeftOut,
+                  Say("the POU type '{}' is not known: the POU was left out", type));
     return false;
+}
+
+bool Reader::OpenNamespace(const Element& element) {
+    context_.Warn(
+        element, kNotKept,
+        Say("what namespace '{}' holds was read without it", Shortened(element.Attribute("name"))));
+    return true;
 }
 
 bool Reader::OpenVariables(const Element& element) {
@@ -233,7 +339,23 @@ void Reader::TakeHeader(const Element& header) {
     project_.SetName(context_.Intern(Trim(header.Attribute("name"))));
 }
 
+// IEC 61131-10 numbers parameters across their sections.
+void Reader::CheckOrder(const Element& variable) {
+    const std::string_view text = Trim(variable.Attribute("orderWithinParamSet"));
+    uint32_t number = 0;
+    if (std::from_chars(text.data(), text.data() + text.size(), number).ec != std::errc()) {
+        return;
+    }
+    if (number < lastParameter_) {
+        context_.Warn(variable, kNotKept,
+                      Say("parameters are read in the order of the document, which is "
+                          "not that of their numbers"));
+    }
+    lastParameter_ = number;
+}
+
 void Reader::TakeVariable(const Element& variable) {
+    CheckOrder(variable);
     const auto declaration = ReadVariable(context_, variable, owner_, section_);
     if (!declaration) {
         return;
@@ -244,8 +366,9 @@ void Reader::TakeVariable(const Element& variable) {
     ID earlier;
     project_.AddDeclaration(*declaration, &earlier);
     if (earlier != ID() && project_.GetDeclaration(earlier)->owner == owner_) {
-        context_.Warn(variable, Say("the name of global '{}' is taken: the first one is used",
-                                    variable.Attribute("name")));
+        context_.Warn(variable, kDuplicateGlobal,
+                      Say("the name of global '{}' is taken: the first one is used",
+                          variable.Attribute("name")));
     }
 }
 
@@ -274,39 +397,52 @@ void Reader::TakeNamedBody(const Element& part) {
     }
 }
 
+void Reader::TakeIecAction(const Element& action) {
+    const std::string_view name = NameOf(action);
+    if (const Element* body = action.Child("iec:Body")) {
+        ReadIecBody(context_, *body, name, *project_.EditPou(pou_));
+    }
+}
+
+void Reader::TakeTask(const Element& task) {
+    ReadTask(context_, task, resource_);
+    const Resource* resource = project_.GetResource(resource_);
+    if (resource && !resource->tasks.empty()) {
+        const ID id = resource->tasks.back();
+        tasks_.AddFirst(id.GetNumber(), HashOfName(project_.NameOf(id)),
+                        IsTask(project_.NameOf(id)));
+    }
+}
+
+// The instance names its task.
+void Reader::TakeIecInstance(const Element& instance) {
+    const Text name = context_.Intern(Trim(instance.Attribute("associatedTaskName")));
+    const ID task = ID(tasks_.Find(HashOfName(name), IsTask(name)));
+    if (*name && task == ID()) {
+        context_.Warn(instance, kTaskUnknown,
+                      Say("no task is called '{}': '{}' runs without one",
+                          Shortened(instance.Attribute("associatedTaskName")),
+                          Shortened(instance.Attribute("name"))));
+    }
+    ReadProgramInstance(context_, instance, task == ID() ? resource_ : task);
+}
+
 void Reader::TakeDocumentation(const Element& documentation) {
     const std::string_view parent = documentation.parent->Name();
     const Text text = context_.Intern(Prose(documentation));
-    if (parent == "pou" || parent == "configuration" || parent == "resource") {
-        const ID owner = parent == "pou" ? pou_ : parent == "resource" ? resource_ : configuration_;
+    const bool isUnit = parent == "pou" || parent == "iec:Program" ||
+                        parent == "iec:FunctionBlock" || parent == "iec:Function";
+    if (isUnit || parent == "configuration" || parent == "resource") {
+        const ID owner = isUnit ? pou_ : parent == "resource" ? resource_ : configuration_;
         project_.SetComment(owner, text);
     } else if (parent == "interface") {
         project_.EditPou(pou_)->headerComment = text;
     } else if (parent == "globalVars") {
         project_.SetComment(owner_, text);
     } else {
-        context_.Warn(documentation,
+        context_.Warn(documentation, kNotKept,
                       Say("<{}> in <{}> has no place in the project and was left out",
                           documentation.Name(), parent));
-    }
-}
-
-// Some producers keep lists of global variables here.
-void Reader::TakeData(const Element& addData) {
-    for (const auto& data : addData.children) {
-        const Element* const list = data->Child(kGlobalList);
-        if (!list) {
-            continue;
-        }
-        JudgeTree(context_, *list);
-        OpenVariables(*list);
-        for (const auto& child : list->children) {
-            if (child->Name() == "variable") {
-                TakeVariable(*child);
-            } else if (child->Name() == "documentation") {
-                TakeDocumentation(*child);
-            }
-        }
     }
 }
 

@@ -29,9 +29,15 @@ constexpr string_view kTypes =
     "BOOL BYTE WORD DWORD LWORD SINT INT DINT LINT USINT UINT UDINT ULINT REAL LREAL TIME DATE DT "
     "TOD STRING WSTRING string wstring ANY ANY_DERIVED ANY_ELEMENTARY ANY_MAGNITUDE ANY_NUM "
     "ANY_REAL ANY_INT ANY_BIT ANY_STRING ANY_DATE array derived enum struct subrangeSigned "
-    "subrangeUnsigned pointer";
-constexpr string_view kListAttributes = "-name constant retain nonretain persistent nonpersistent";
+    "subrangeUnsigned pointer iec:TypeName iec:InstantlyDefinedType";
+constexpr string_view kListAttributes =
+    "-accessSpecifier -name constant retain nonretain persistent nonpersistent";
 constexpr string_view kList = "variable addData documentation";
+constexpr string_view kNamespace =
+    "iec:NamespaceDecl dataType iec:Program iec:FunctionBlock iec:Function addData !documentation";
+constexpr string_view kIecUnit =
+    "returnType iec:Parameters externalVars localVars tempVars globalVars iec:MainBody iec:Action "
+    "addData documentation";
 constexpr string_view kValues = "simpleValue arrayValue structValue";
 constexpr string_view kLanguages = "ST IL FBD LD SFC addData !documentation";
 constexpr string_view kDrawing =
@@ -48,12 +54,15 @@ constexpr Row kDrawn = {
     "addData"};
 
 constexpr Row kRows[] = {
-    {"project", "", "-fileHeader contentHeader types instances addData !documentation"},
-    {"contentHeader", "name -version -modificationDateTime -organization -author -language",
-     "-coordinateInfo !Comment addData !documentation"},
-    {"types", "", "dataTypes pous"},
+    {"project", "-schemaVersion",
+     "-fileHeader contentHeader types instances addData !documentation"},
+    {"contentHeader",
+     "name -creationDateTime -version -modificationDateTime -organization -author -language",
+     "-coordinateInfo -iec:AddDataInfo !Comment addData !documentation"},
+    {"types", "", "dataTypes pous iec:GlobalNamespace"},
     {"dataTypes", "", "dataType"},
-    {"dataType", "name -globalId", "baseType initialValue addData documentation"},
+    {"dataType", "name -globalId",
+     "baseType iec:UserDefinedTypeSpec initialValue addData documentation"},
     {"pous", "", "pou"},
     {"pou", "name pouType -globalId", "interface actions transitions body addData documentation"},
     {"interface", "",
@@ -72,7 +81,8 @@ constexpr Row kRows[] = {
     {"accessVars", "-name", "accessVariable addData !documentation"},
     {"accessVariable", "alias instancePathAndName direction -globalId",
      "type addData documentation"},
-    {"variable", "name address -globalId", "type initialValue addData documentation"},
+    {"variable", "name address -globalId -orderWithinParamSet",
+     "type initialValue iec:Address addData documentation"},
 
     {"returnType", "", kTypes},
     {"type", "", kTypes},
@@ -92,6 +102,28 @@ constexpr Row kRows[] = {
     {"wstring", "length", ""},
     {"STRING", "length", ""},
     {"WSTRING", "length", ""},
+
+    // IEC 61131-10, where it differs.
+    {"iec:GlobalNamespace", "", kNamespace},
+    {"iec:NamespaceDecl", "name", kNamespace},
+    {"iec:Program", "name -globalId", kIecUnit},
+    {"iec:FunctionBlock", "name -globalId", kIecUnit},
+    {"iec:Function", "name -globalId", kIecUnit},
+    {"iec:Parameters", "", "inputVars outputVars inOutVars"},
+    {"iec:Address", "address", "addData !documentation"},
+    {"iec:TypeName", "", "#"},
+    {"iec:InstantlyDefinedType", "", "baseType iec:DimensionSpec addData"},
+    {"iec:UserDefinedTypeSpec", "",
+     "variable baseType iec:DimensionSpec iec:Enumerator addData !documentation"},
+    {"iec:UserDefinedTypeSpec/baseType", "", "iec:TypeName iec:InstantlyDefinedType #"},
+    {"iec:DimensionSpec", "-dimensionNumber", "iec:IndexRange"},
+    {"iec:IndexRange", "lower upper", ""},
+    {"iec:Enumerator", "name value", "!documentation"},
+    {"iec:MainBody", "", "iec:BodyContent addData !documentation"},
+    {"iec:Action", "name -globalId", "iec:Body addData !documentation"},
+    {"iec:Body", "", "iec:BodyContent addData !documentation"},
+    {"iec:BodyContent", "-name", "*"},
+    {"iec:ProgramInstance", "name typeName associatedTaskName -globalId", "addData documentation"},
 
     {"initialValue", "", kValues},
     {"simpleValue", "value", ""},
@@ -138,11 +170,12 @@ constexpr Row kRows[] = {
     {"actionBlock", "", "action", true},
     {"actionBlock/action", "-qualifier -duration -indicator -name", "-reference inline", true},
 
-    {"instances", "", "configurations"},
+    {"instances", "", "configurations configuration"},
     {"configurations", "", "configuration"},
     {"configuration", "name -globalId",
      "resource globalVars accessVars configVars addData documentation"},
-    {"resource", "name -globalId", "task globalVars pouInstance addData documentation"},
+    {"resource", "name -globalId -resourceTypeName",
+     "task globalVars pouInstance iec:ProgramInstance addData documentation"},
     {"task", "name single interval priority -globalId", "pouInstance addData documentation"},
     {"pouInstance", "name typeName type -globalId", "addData documentation"},
 
@@ -178,14 +211,6 @@ bool IsOpaque(const Element& element) {
     return element.kind->row && element.kind->row->children == "*";
 }
 
-// Additional data is some producer's own. One that its producer allows to be discarded is passed
-// over, any other is reported by its name, unless it is a list that is read.
-void JudgeData(Context& context, const Element& data) {
-    if (!data.Child(kGlobalList) && data.Attribute("handleUnknown") != "discard") {
-        context.Warn(data, Say("additional data '{}' is not read", data.Attribute("name")));
-    }
-}
-
 }  // namespace
 
 const Row* FindRow(const Kind* parent, string_view name) {
@@ -218,11 +243,12 @@ Verdict JudgeAttribute(const Row* row, string_view name) {
 Verdict JudgeElement(Context& context, const Element& element) {
     const Verdict verdict = element.kind->verdict;
     if (verdict == Verdict::kUnknown || verdict == Verdict::kNotKept) {
+        const bool isUnknown = verdict == Verdict::kUnknown;
         const char* format =
-            verdict == Verdict::kUnknown
-                ? Message("<{}> in <{}> is not known and was left out")
-                : Message("<{}> in <{}> has no place in the project and was left out");
-        context.Warn(element, Say(format, element.Name(), element.parent->Name()));
+            isUnknown ? Message("<{}> in <{}> is not known and was left out")
+                      : Message("<{}> in <{}> has no place in the project and was left out");
+        context.Warn(element, isUnknown ? kUnknownElement : kNotKept,
+                     Say(format, element.Name(), element.parent->Name()));
     }
     return verdict;
 }
@@ -230,14 +256,23 @@ Verdict JudgeElement(Context& context, const Element& element) {
 void JudgeAttributes(Context& context, const Element& element) {
     for (const Element::Setting& setting : element.attributes) {
         if (setting.kind->verdict == Verdict::kUnknown) {
-            context.Warn(element, Say("attribute '{}' of <{}> is not known and was left out",
-                                      setting.kind->name, element.Name()));
+            context.Warn(element, kUnknownAttribute,
+                         Say("attribute '{}' of <{}> is not known and was left out",
+                             setting.kind->name, element.Name()));
         }
     }
 }
 
+void JudgeData(Context& context, const Element& data) {
+    if (data.Attribute("handleUnknown") != "discard") {
+        context.Warn(data, kNotKept,
+                     Say("additional data '{}' is not read", data.Attribute("name")));
+    }
+}
+
 void ReportText(Context& context, const Element& text) {
-    context.Warn(text, Say("text in <{}> is not known and was left out", text.parent->Name()));
+    context.Warn(text, kUnknownText,
+                 Say("text in <{}> is not known and was left out", text.parent->Name()));
 }
 
 void JudgeTree(Context& context, const Element& element) {

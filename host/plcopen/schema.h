@@ -7,8 +7,6 @@
 
 namespace lq::host::plcopen {
 
-inline constexpr std::string_view kGlobalList = "globalVars";
-
 // What the table says of the elements of a name below a parent, null for none.
 const Row* FindRow(const Kind* parent, std::string_view name);
 
@@ -25,6 +23,10 @@ void JudgeAttributes(Context& context, const Element& element);
 // Judges the attributes of the element, then each element in it, and of those that are read again
 // the attributes and contents.
 void JudgeTree(Context& context, const Element& element);
+
+// Additional data is some producer's own. One that its producer allows to be discarded is passed
+// over, any other is reported by its name.
+void JudgeData(Context& context, const Element& data);
 
 void ReportText(Context& context, const Element& text);
 

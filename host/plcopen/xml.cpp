@@ -88,7 +88,7 @@ class Parser {
         XML_SetElementDeclHandler(Expat(), OnElement);
         XML_SetNotationDeclHandler(Expat(), OnNotation);
         XML_SetSkippedEntityHandler(Expat(), OnSkippedEntity);
-        XML_SetUnknownEncodingHandler(Expat(), OnUnknownEncoding, nullptr);
+        XML_SetUnknownEncodingHandler(Expat(), OnEncoding, this);
         // So that expat tells of references to parameter entities. It opens nothing: that would be
         // the work of a handler for external entities, and there is none.
         XML_SetParamEntityParsing(Expat(), XML_PARAM_ENTITY_PARSING_ALWAYS);
@@ -209,6 +209,12 @@ class Parser {
     }
     static void XMLCALL OnSkippedEntity(void* self, const XML_Char* name, int) {
         Guarded(self, [=](Parser& parser) { parser.RefuseUndeclared(name, parser.Here()); });
+    }
+
+    static int XMLCALL OnEncoding(void* self, const XML_Char* name, XML_Encoding* encoding) {
+        bool isKnown = false;
+        Guarded(self, [&](Parser&) { isKnown = DescribeEncoding(name, *encoding); });
+        return isKnown ? XML_STATUS_OK : XML_STATUS_ERROR;
     }
 
     static void XMLCALL OnTag(void* self, const XML_Char* text, int length) {

@@ -1,6 +1,7 @@
 // The XML side of the reader: a stream of bytes to elements, on expat.
 //
-// The document may be UTF-8 or UTF-16 (and what else expat reads without help). Nothing outside the
+// The document may be UTF-8, UTF-16, windows-1252 or Shift_JIS, as it declares (and what else expat
+// reads without help). Nothing outside the
 // document is ever opened. A document type is tolerated, also one that lies elsewhere; any
 // declaration in it (of entities, attributes, elements, notations), a reference to an entity that
 // is not predefined, in text or in an attribute, and more than kMaxDepth nested elements end the

@@ -114,6 +114,12 @@ void ElementStack::PopFrom(const Element& element) {
     }
 }
 
+std::string_view XsiTypeOf(const Element& element) {
+    const std::string_view type =
+        Trim(element.Attribute("{http://www.w3.org/2001/XMLSchema-instance}type"));
+    return type.substr(type.find(':') + 1);  // the whole of it where there is no prefix
+}
+
 std::string PathOf(const Element& element) {
     std::string path = element.parent ? PathOf(*element.parent) + "/" : std::string();
     path += element.IsText() ? "text" : element.Name();

@@ -57,6 +57,9 @@ class ElementStack {
     std::size_t used_ = 0;
 };
 
+// The attribute xsi:type, with which IEC 61131-10 says what an element holds, without a prefix.
+std::string_view XsiTypeOf(const Element& element);
+
 // "project/types/pous/pou[Main]/body": the element's ancestors and itself, with their names, long
 // ones shortened.
 std::string PathOf(const Element& element);

@@ -14,13 +14,6 @@ constexpr u16string_view kLocations = u"IQM";
 constexpr u16string_view kSizes = u"XBWDL";
 constexpr unsigned kBits[] = {1, 8, 16, 32, 64};
 
-// "%QX12.3" taken apart; the numbers are digits with dots between them.
-struct Address {
-    std::size_t location = 0;
-    std::size_t size = 0;
-    u16string_view numbers;  // empty when the text is not one address
-};
-
 bool AreNumbers(u16string_view text) {
     bool isBehindDigit = false;
     for (const char16_t c : text) {
@@ -30,19 +23,6 @@ bool AreNumbers(u16string_view text) {
         isBehindDigit = c != u'.';
     }
     return isBehindDigit;
-}
-
-Address Parse(u16string_view text) {
-    if (text.size() < 3 || text[0] != u'%') {
-        return {};
-    }
-    const std::size_t location = kLocations.find(chars::ToUpper(text[1]));
-    const std::size_t size = kSizes.find(chars::ToUpper(text[2]));
-    const u16string_view numbers = text.substr(size == u16string_view::npos ? 2 : 3);
-    if (location == u16string_view::npos || !AreNumbers(numbers)) {
-        return {};
-    }
-    return {location, size == u16string_view::npos ? 0 : size, numbers};
 }
 
 // The first number without leading zeros; it goes from `numbers`.
@@ -74,11 +54,24 @@ int CompareNumbers(u16string_view a, u16string_view b) {
 
 }  // namespace
 
+AddressParts PartsOfAddress(u16string_view text) {
+    if (text.size() < 3 || text[0] != u'%') {
+        return {};
+    }
+    const std::size_t location = kLocations.find(chars::ToUpper(text[1]));
+    const std::size_t size = kSizes.find(chars::ToUpper(text[2]));
+    const u16string_view numbers = text.substr(size == u16string_view::npos ? 2 : 3);
+    if (location == u16string_view::npos || !AreNumbers(numbers)) {
+        return {};
+    }
+    return {location, size == u16string_view::npos ? 0 : size, numbers};
+}
+
 int CompareAddresses(u16string_view a, u16string_view b) {
-    const Address first = Parse(a);
-    const Address second = Parse(b);
+    const AddressParts first = PartsOfAddress(a);
+    const AddressParts second = PartsOfAddress(b);
     if (first.numbers.empty() || second.numbers.empty()) {
-        const auto rank = [](u16string_view text, const Address& address) {
+        const auto rank = [](u16string_view text, const AddressParts& address) {
             return !address.numbers.empty() ? 0u : text.empty() ? 2u : 1u;
         };
         const int order = Compare(rank(a, first), rank(b, second));
@@ -92,11 +85,11 @@ int CompareAddresses(u16string_view a, u16string_view b) {
 }
 
 bool IsOneAddress(u16string_view address) {
-    return !Parse(address).numbers.empty();
+    return !PartsOfAddress(address).numbers.empty();
 }
 
 unsigned BitsOfAddress(u16string_view address) {
-    const Address parsed = Parse(address);
+    const AddressParts parsed = PartsOfAddress(address);
     return parsed.numbers.empty() ? 0 : kBits[parsed.size];
 }
 

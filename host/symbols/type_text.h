@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lq_data/export.h"
+
 namespace lq::host::symbols {
 
 struct Bounds {
@@ -35,6 +37,6 @@ TypeText ReadTypeText(std::u16string_view text);
 
 // How many bits an address must have to be that of a variable of this type: 0 for what is no
 // number or bit string, whose size each target chooses.
-unsigned BitsOfType(std::u16string_view text);
+LQ_DATA_API unsigned BitsOfType(std::u16string_view text);
 
 }  // namespace lq::host::symbols

@@ -35,10 +35,12 @@
 #include "lq_data/host/words/words.h"
 #endif
 #if __has_include("lq_data/host/model/project.h")
+#include "lq_data/host/check/check.h"
 #include "lq_data/host/diff/diff.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/model/translation_source.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/host/symbols/symbols.h"
 #include "lq_data/host/text_source/text_source.h"
+#include "lq_data/host/uses/uses.h"
 #endif

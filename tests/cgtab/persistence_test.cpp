@@ -73,6 +73,21 @@ TEST(Persistence, ALengthThatIsNoneIsRefused) {
     }
 }
 
+// What is written over a line is not what the index has of it, also when that was found last.
+TEST(Persistence, LinesWrittenOverAreNotFound) {
+    const auto tables = NewTables(), others = NewTables();
+    Lit one, two;
+    ASSERT_TRUE(one.SetText(u"1") && two.SetText(u"2"));
+    EXPECT_EQ(others->Insert(two) + tables->Insert(one) + tables->Insert(one), 0);
+    MEMSTREAM_A line;
+    const int32_t size = others->Put(CgTab::TAB_CST, line);
+    tables->SetPos(CgTab::TAB_CST, 0);
+    EXPECT_EQ(tables->Get(CgTab::TAB_CST, line, size), size);
+    EXPECT_EQ(tables->Insert(two), size);
+    EXPECT_EQ(tables->Insert(two), size);
+    EXPECT_EQ(tables->Insert(one), 2 * size);
+}
+
 TEST(Persistence, TheSharedScannerComesBack) {
     auto tables = NewTables();
     CgTab_ReleaseTokenScanner();

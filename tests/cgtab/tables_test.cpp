@@ -39,7 +39,11 @@ TEST(Tables, LongTextsAreToldApart) {
     int32_t end = 0;
     for (const size_t length : {254u, 255u, 256u, 257u, 3000u}) {
         Lit lit;
-        lit.SetText(std::u16string(length, u'7').c_str());
+        std::u16string text;
+        for (size_t i = 0; i < length; ++i) {
+            text += static_cast<char16_t>(u'1' + i / 50 % 9);
+        }
+        lit.SetText(text.c_str());
         EXPECT_EQ(tables->Insert(lit), end) << length;
         EXPECT_EQ(tables->Insert(lit), end) << length;
         end = CgTabAccess::LengthOf(*tables, CgTab::TAB_CST);

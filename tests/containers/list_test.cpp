@@ -406,7 +406,7 @@ TEST(List, WithoutMemory) {
             const Numbers before = list.All();
             if (list.Add(number, LC_FIRST) == 0) {
                 EXPECT_EQ(list.All(), before);
-                ClearList(list);
+                EXPECT_EQ(list->Clear(), 1);
                 return kShort;
             }
             EXPECT_TRUE(ListAccess::Check(*list.operator->()));

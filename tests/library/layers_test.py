@@ -30,8 +30,11 @@ BELOW = {
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
+    "host/check": ["host/plcopen", "host/symbols"],
     "host/text_source": ["host/model", "host/words", "host/text", "frame"],
-    "tools/lq": ["host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/base", "translate"],
+    "tools/lq": ["host/check", "host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses",
+                 "host/base", "translate"],
+    "host/uses": ["host/model", "host/words", "frame"],
     "tools/report": ["tools/lq"],
 }
 

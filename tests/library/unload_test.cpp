@@ -20,7 +20,7 @@ using FindClass = const void* (*)(const char*);
 constexpr const char* kLibraries[] = {
     "liblq_data.so.1",         "liblq_host_base.so.1",    "liblq_host_model.so.1",
     "liblq_host_plcopen.so.1", "liblq_host_symbols.so.1", "liblq_host_text_source.so.1",
-    "liblq_host_diff.so.1",
+    "liblq_host_diff.so.1",    "liblq_host_uses.so.1",
 };
 
 int faults = 0;

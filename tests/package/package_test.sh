@@ -13,15 +13,20 @@ expect() {
   diff <(echo "$1") - || fail "the output differs"
 }
 
-embed_says='value
-low := 0.0 (a constant)
-high := 100.0 (a constant)
-Clamp
-result
-(64-bit value)'
+# What embed shows of a unit, without positions: before and after it was translated anew.
+clamp='value := 
+low := 0.0
+high := 100.0
+Clamp := 
+result := '
+clamp=$clamp$'\n'$clamp$'\n(64-bit value)'
+# Of long_project; A stands for its text.
+long="fine := 'A'
+F := "
+long=$'line 4 is refused, reason 0\nline 7 is refused, reason 1\n'$long$'\n'$long$'\n(64-bit value)'
 
-# A function with names, a type, an address, an initial value and a comment of so many characters; one name
-# is none.
+# A function with names, a type, an address, initial values and a comment of so many characters; one
+# declaration is fine.
 long_project() {  # CHARACTERS
   local text
   text=$(head -c "$1" /dev/zero | tr '\0' a)
@@ -33,10 +38,14 @@ long_project() {  # CHARACTERS
 <initialValue><simpleValue value="$text"/></initialValue>
 <documentation><p xmlns="http://www.w3.org/1999/xhtml">$text</p></documentation></variable>
 <variable name="b__$text"><type><derived name="$text"/></type></variable>
+<variable name="fine"><type><string length="255"/></type>
+<initialValue><simpleValue value="'$text'"/></initialValue></variable>
 </inputVars></interface><body><ST><p xmlns="http://www.w3.org/1999/xhtml">;</p></ST></body></pou>
 </pous></types><instances><configurations/></instances></project>
 END
 }
+
+is_static() { grep -q '^BUILD_SHARED_LIBS:BOOL=OFF' "$build/CMakeCache.txt"; }
 
 # Says something only when the command fails.
 quietly() {
@@ -64,42 +73,74 @@ install_tree() {
   "$prefix/bin/lq" fb "$project" Mixing stirring | expect TON
 }
 
+# The program embed in a folder, on the sample project and on one with long texts.
+try_embed() {  # FOLDER
+  "$1/embed" "$project" Clamp "$1/plant.lqt" | sed -E 's/^[0-9]+: //' | expect "$clamp"
+  "$build/bin/lq" show "$1/plant.lqt" --table labels | wc -l | expect "$(
+    "$build/bin/lq" show "$project" --table labels | wc -l)"
+  long_project 5000 >"$1/long.xml"
+  "$1/embed" "$1/long.xml" F "$1/long.lqt" | sed -E "s/a{5000}/A/g; s/^[0-9]+: //" | expect "$long"
+}
+
+# All examples but own_model, as the package has them.
 find_package() {
-  rm -rf "$work/$case"
-  quietly cmake -S "$source/examples/embed" -B "$work/$case" -DCMAKE_PREFIX_PATH="$prefix" \
-    -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
-  quietly cmake --build "$work/$case"
-  "$work/$case/embed" "$project" Clamp | expect "$embed_says"
-  long_project 5000 >"$work/$case/long.xml"
-  "$work/$case/embed" "$work/$case/long.xml" F | sed -E 's/a{5000}/A/g' | expect 'A := A
-?b__A?
-F
-(64-bit value)'
+  rm -rf "${work:?}/$case"
+  quietly cmake -S "$prefix/share/doc/liblq-data-dev/examples" -B "$work/$case" \
+    -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+  quietly cmake --build "$work/$case" -j "$(nproc)"
+  try_embed "$work/$case/embed"
+  printf 'x := 1;' >"$work/$case/x.st"
+  "$work/$case/scan/scan" "$work/$case/x.st" | tail -1 | expect '1:7: operator ;'
+  "$work/$case/guide/guide_header" | tail -1 | expect 'VAR_OUTPUT Clamp: REAL'
   check_flags "$work/$case/compile_commands.json" main.cpp
 }
 
 pkg_config() {
-  local folder
-  folder=$(dirname "$(find "$prefix" -name lq_data_host.pc)")
-  export PKG_CONFIG_PATH=$folder
-  # shellcheck disable=SC2046
-  c++ -std=c++20 "$source/examples/embed/main.cpp" -o "$work/$case" \
-    $(pkg-config --cflags --libs lq_data_host)
-  LD_LIBRARY_PATH=$(pkg-config --variable=libdir lq_data) "$work/$case" "$project" Clamp |
-    expect "$embed_says"
+  rm -rf "${work:?}/$case"
+  mkdir "$work/$case"
+  PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name lq_data_host.pc)")
+  LD_LIBRARY_PATH=$(PKG_CONFIG_PATH=$PKG_CONFIG_PATH pkg-config --variable=libdir lq_data)
+  export PKG_CONFIG_PATH LD_LIBRARY_PATH
+  local program
+  for program in embed scan; do
+    # shellcheck disable=SC2046
+    c++ -std=c++20 "$prefix/share/doc/liblq-data-dev/examples/$program/main.cpp" \
+      -o "$work/$case/$program" $(pkg-config --cflags --libs lq_data_host)
+  done
+  try_embed "$work/$case"
 }
 
+# With the library as a part of it, and with one that was installed, in two ways.
 own_model() {
-  rm -rf "$work-$case"
-  quietly cmake -S "$source/examples/own_model" -B "$work-$case" -G Ninja \
-    -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
-    ${CMAKE_CXX_COMPILER_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER="$CMAKE_CXX_COMPILER_LAUNCHER"}
-  check_flags "$work-$case/compile_commands.json" own_model/main.cpp
-  ! grep BUILD_SHARED_LIBS "$work-$case/CMakeCache.txt" || fail "the parent's choice was changed"
-  quietly cmake --build "$work-$case"
-  "$work-$case/own_model" "$work-$case/own.lqt" | expect '5 of 5 declarations, 1 units'
+  local launcher=(${CMAKE_CXX_COMPILER_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER="$CMAKE_CXX_COMPILER_LAUNCHER"})
+  local work=$work-$case example=$source/examples/own_model program
+  rm -rf "$work"
+  quietly cmake -S "$example" -B "$work" -G Ninja -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
+    -DOWN_MODEL_INSTALLED=OFF -DCMAKE_BUILD_TYPE=Release "${launcher[@]}"
+  check_flags "$work/compile_commands.json" own_model/main.cpp
+  ! grep BUILD_SHARED_LIBS "$work/CMakeCache.txt" || fail "the parent's choice was changed"
+  quietly cmake --build "$work"
+  quietly cmake --install "$work" --prefix "$work/prefix"
+  [ ! -e "$work/prefix" ] || fail "a subproject installs"
+
+  quietly cmake -S "$source" -B "$work/library" -G Ninja -DLQ_DATA_HOST=OFF -DLQ_DATA_HOST_BASE=ON \
+    -DCMAKE_BUILD_TYPE=Release "-DBUILD_SHARED_LIBS=$(is_static && echo OFF || echo ON)" "${launcher[@]}"
+  quietly cmake --build "$work/library"
+  quietly cmake --install "$work/library" --prefix "$work/prefix"
+  quietly cmake -S "$example" -B "$work/installed" -DCMAKE_PREFIX_PATH="$work/prefix"
+  quietly cmake --build "$work/installed"
+  PKG_CONFIG_PATH=$(dirname "$(find "$work/prefix" -name lq_data_translate.pc)")
+  export PKG_CONFIG_PATH
+  mkdir "$work/pkg_config"
+  # shellcheck disable=SC2046
+  c++ -std=c++20 "$example"/*.cpp -o "$work/pkg_config/own_model" \
+    $(pkg-config --cflags --libs lq_data_translate) "-Wl,-rpath,$(pkg-config --variable=libdir lq_data)"
+  for program in . installed pkg_config; do
+    "$work/$program/own_model" "$work/$program/own.lqt" | expect '5 of 5 declarations, 1 units'
+    cmp "$work/own.lqt" "$work/$program/own.lqt" || fail "the libraries' tables differ"
+  done
   # The host's model of the same project gives the same tables.
-  cat >"$work-$case/own.xml" <<'END'
+  cat >"$work/own.xml" <<'END'
 <project xmlns="http://www.plcopen.org/xml/tc6_0201"><types><dataTypes/><pous>
 <pou name="Main" pouType="program"><interface><externalVars>
 <variable name="Speed"><type><INT/></type></variable></externalVars><localVars>
@@ -110,31 +151,55 @@ own_model() {
 <variable name="Level"><type><REAL/></type><initialValue><simpleValue value="0.75"/></initialValue></variable>
 </globalVars></configuration></configurations></instances></project>
 END
-  quietly "$build/bin/lq" translate "$work-$case/own.xml" -o "$work-$case/host.lqt"
-  cmp "$work-$case/own.lqt" "$work-$case/host.lqt" || fail "the models' tables differ"
-  quietly cmake --install "$work-$case" --prefix "$work-$case/prefix"
-  [ ! -e "$work-$case/prefix" ] || fail "a subproject installs"
+  quietly "$build/bin/lq" translate "$work/own.xml" -o "$work/host.lqt"
+  cmp "$work/own.lqt" "$work/host.lqt" || fail "the models' tables differ"
 }
 
+# What a package has to have, and in one of libraries: a version in every name, so that two may be installed.
+check_package() {  # FILE
+  local name tree file
+  name=$(dpkg-deb -f "$1" Package)
+  tree=$work/$name
+  dpkg-deb -x "$1" "$tree"
+  for file in copyright changelog.gz changelog.Debian.gz; do
+    [ -s "$tree/usr/share/doc/$name/$file" ] || fail "$name has no $file"
+  done
+  while read -r file; do
+    ! readelf -S "$file" | grep -q '\.symtab' || fail "$file is not stripped"
+  done < <(find "$tree" -type f \( -name '*.so.*' -o -path '*/bin/*' -o -name '*.dll' \))
+  if [[ $name = liblq-data[0-9]* ]]; then
+    ! find "$tree" -type f -o -type l | grep -vE "\.so\.[0-9]|/lq_data-[0-9]+/|/$name(/|$)" ||
+      fail "these are in the way of another version"
+    is_static || find "$tree" -name 'liblq_*.so.?' -printf '%f\n' | sort | expect "$(
+      dpkg-deb -I "$1" shlibs | sed -E 's/^(\S+) (\S+) .*/\1.so.\2/' | sort)"
+  fi
+}
+
+# The packages in a root that has nothing else, which they are then used from.
 debian() {
-  rm -rf "$work-$case"
-  mkdir -p "$work-$case/root/var/lib/dpkg"/{updates,info}
-  touch "$work-$case/root/var/lib/dpkg/status"
-  (cd "$build" && quietly cpack -G DEB -B "$work-$case")
-  local packages=("$work-$case"/*.deb) package
+  work=$work-$case
+  rm -rf "$work"
+  mkdir -p "$work/root/var/lib/dpkg"/{updates,info}
+  touch "$work/root/var/lib/dpkg/status"
+  (cd "$build" && quietly cpack -G DEB -B "$work")
+  local packages=("$work"/*.deb) package
   [ ${#packages[@]} = 3 ] || fail "not three packages: ${packages[*]}"
   for package in "${packages[@]}"; do
+    check_package "$package"
     if [ "$(id -u)" = 0 ]; then
-      # The folder is empty: what the packages depend on is not in it.
-      quietly dpkg --root="$work-$case/root" --log=/dev/null --force-depends \
-        --force-script-chrootless -i "$package"
+      # What the packages depend on is not there.
+      quietly dpkg --root="$work/root" --log=/dev/null --force-depends --force-script-chrootless -i "$package"
     else
-      dpkg-deb -x "$package" "$work-$case/root"
+      dpkg-deb -x "$package" "$work/root"
     fi
   done
-  "$work-$case/root/usr/bin/lq" fb "$project" Mixing stirring | expect TON
-  prefix=$work-$case/root/usr work=$work-$case
+  prefix=$work/root/usr
+  "$prefix/bin/lq" fb "$project" Mixing stirring | expect TON
   find_package
+  case=pkg_config pkg_config
+  if ! is_static && command -v lintian >/dev/null; then
+    quietly lintian --allow-root --fail-on error,warning "${packages[@]}"
+  fi
 }
 
 case $case in

@@ -77,6 +77,8 @@ TEST(Scanner, HandsTheStreamBackAndGoesOnWithAnother) {
     EXPECT_EQ(token.line, 7);
     EXPECT_EQ(scanner->GetStreamPosition(), 3) << "the end of input is not counted";
     EXPECT_EQ(scanner->IsEOF(), 1);
+    scanner->Initialize(first);
+    EXPECT_EQ(scanner->GetStreamPosition(), 1) << "and nothing is left of the one before";
 }
 
 // Halves of three characters, and no owner for the text of a long token.

@@ -19,6 +19,7 @@
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/host/useradapt/user_adapter.h"
+#include "lq_data/memory.h"
 #include "lq_data/record_file.h"
 #include "lq_data/records.h"
 #include "lq_data/scanner.h"
@@ -93,7 +94,12 @@ TEST(Threads, ContainersAndConstantsOfTheirOwn) {
         Val value;
         uint32_t bits = 0;
         DCE_GetIntConstRange(0, 1, &bits);  // all are the first to ask for the site's answer
-        bool right = (bits & TB_ANY_BIT) == TB_ANY_BIT;
+        const uint32_t shortages = lq::CountShortages();
+        for (int i = 0; i < thread; ++i) {
+            lq::ReportShortage();
+        }
+        bool right = (bits & TB_ANY_BIT) == TB_ANY_BIT &&
+                     lq::CountShortages() == shortages + static_cast<uint32_t>(thread);
         for (int32_t i = 0; i < 1000; ++i) {
             const std::u16string name =
                 u"Имя_" + std::u16string(1, static_cast<char16_t>(0x4E00 + i));

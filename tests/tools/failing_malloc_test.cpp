@@ -162,6 +162,8 @@ const Job kJobs[] = {
     {"FbOfNone", {"fb", "plant.xml", "Mixing", "stiring"}}, {"Tasks", {"tasks", "plant.xml"}},
     {"TasksJson", {"tasks", "plant.xml", "--json"}},
     {"Symbols", {"symbols", "plant.xml", "-e", "--csv", "-s", "name", "-o", "out"}},
+    {"Uses", {"uses", "plant.xml", "litres"}},
+    {"TranslateUses", {"translate", "plant.xml", "--uses"}},
     {"SymbolsJson", {"symbols", "plant.xml", "-u", "Clamp", "--json"}},
     {"Diff", {"diff", "plant.xml", "-"}, "<project><types/></project>"},
     {"DiffJson", {"diff", "-", "plant.lqt", "--json"}, "<project><types/></project>"},

@@ -3,6 +3,9 @@
 // anew.
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
+#include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -63,6 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         Golden{"pou_program.txt", "pou plant.xml mixing", 0},
         Golden{"pou_function.json", "pou plant.xml Clamp --json", 0},
         Golden{"pou_interface.txt", "pou plant.xml Dosing --interface", 0},
+        Golden{"pou_marked.json", "pou refused.xml P --json 2>/dev/null", 1},
         Golden{"pou_structure.txt", "pou plant.xml Recipe", 0},
         Golden{"tasks.txt", "tasks plant.xml", 0}, Golden{"symbols.txt", "symbols plant.xml", 0},
         Golden{"symbols_expanded.txt", "symbols symbols.xml --expand 2>/dev/null", 1},
@@ -103,6 +107,13 @@ INSTANTIATE_TEST_SUITE_P(
                0},
         Golden{"show_files.txt", "show twice.xml refused.xml -l library.xml -t globals 2>&1", 1},
         Golden{"tasks_files.txt", "tasks plant.xml twice.xml -l library.xml", 0},
+        Golden{"uses.txt", "uses plant.xml mixing.STIRRING && $LQ uses plant.xml total", 0},
+        Golden{"uses.json", "uses twice.xml Controller.Start --with plant.xml --json", 0},
+        Golden{"uses_symbols.txt", "symbols plant.xml --uses -u Dosing -s name | cut -f 2,11", 0},
+        Golden{"uses_counts.txt",
+               "translate plant.xml --uses -o new.lqt >/dev/null && $LQ show new.lqt -f Start && "
+               "$LQ show new.lqt -f valve; rm new.lqt",
+               0},
         Golden{"fb_files.txt", "fb plant.xml main own -w pumps.xml", 1},
         Golden{"empty.txt", "translate empty.xml", 1}, Golden{"scan.txt", "scan tokens.st", 1},
         Golden{"scan.json", "scan tokens.st --json", 1},
@@ -155,7 +166,11 @@ constexpr const char* kComplaints[] = {
     "symbols nothing", "symbols plant.xml -l missing.xml",
     "translate plant.lqt", "show plant.lqt plant.xml", "report plant.lqt -l pumps.xml -o page", "tasks plant.xml -l folder",
     "pou plant.xml Mixing -w ./plant.xml", "fb plant.xml Nobody x --with twice.xml", "fb plant.xml a x -w twice.xml",
+    "translate words.xml >/dev/null", "pou refused.xml P >/dev/null", "translate bare.xml",
+    "help nobody", "help show --wrong", "types --color=sometimes", "value abc --color always -q",
+    "translate refused.xml -q >/dev/null", "translate plant.xml --color=",
     "translate empty.xml twice.xml -o twice.xml", "translate empty.xml -l plant.xml >/dev/null", "tasks a -l",
+    "uses plant.xml lites", "uses plant.xml plant.start", "uses plant.lqt x", "uses plant.xml", "uses missing.xml x",
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
     "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",
     "diff plant.xml short.lqt", "diff plant.xml damaged.lqt", "diff folder plant.xml",
@@ -176,6 +191,7 @@ TEST(Language, ComplaintsAreInThatOfTheCodePage) {
     write("last.st", "a\x1A");
     write("bad.xml", "<project><a></project>");
     write("other.xml", "<html/>");
+    write("bare.xml", "<project/>");
     write("latin.xml", "<?xml version='1.0' encoding='utf-8'?><project>\xE4</project>");
     write("short.lqt", std::string(39, '\0'));
     write("long.lqt", "\x05" + std::string(39, '\0'));
@@ -225,6 +241,37 @@ TEST(Language, IsThatOfTheFirstKey) {
                   c.isJapanese ? "lq: コマンドが指定されていません。lq --helpを参照してください\n"
                                : "lq: no command was given; see lq --help\n")
             << (c.user ? c.user : "none") << ", " << (c.machine ? c.machine : "none");
+    }
+}
+
+TEST(Language, IsThatOfTheEnvironmentWhereNoneIsRegistered) {
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {nullptr, "LANG=ja_JP.UTF-8", true},
+        {nullptr, "LC_MESSAGES=ja LANG=C", true},
+        {nullptr, "LC_ALL=C LANG=ja_JP.UTF-8", false},
+        {nullptr, "LC_ALL= LANG=ja_JP", true},
+        {"CodePage=1252\n", "LANG=ja_JP.UTF-8", false},
+    };
+    for (const auto& [line, environment, isJapanese] : cases) {
+        if (line) {
+            Register("user", line);
+        }
+        const Outcome outcome =
+            RunShell("env -u LC_ALL -u LC_MESSAGES " + std::string(environment) + " $LQ frob");
+        EXPECT_EQ(outcome.err.find("no command") == std::string::npos, isJapanese) << environment;
+    }
+}
+
+TEST(Help, FitsATerminalAndHasTwoNames) {
+    EXPECT_EQ(RunLq("help").out, RunLq("--help").out);
+    for (const char* command : {"translate", "show", "report", "scan", "value", "pou", "fb",
+                                "tasks", "symbols", "types"}) {
+        const std::string help = RunLq(std::string("help ") + command + " x").out;
+        EXPECT_EQ(help, RunLq(std::string(command) + " --help").out);
+        std::istringstream lines(help);
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(line.size(), 80U) << command << ": " << line;
+        }
     }
 }
 

@@ -45,6 +45,8 @@ CASES = [
     (["diff", plant, "-"], faulty, 1),
     (["diff", "-", plant], faulty, 1),
     (["diff", plant, plant], "", 0),
+    (["symbols", plant, "--uses"], "", 0),
+    (["uses", plant, "Clamp"], "", 0),
     (["types"], "", 0),
 ]
 

@@ -1,7 +1,9 @@
 // Each stream of the tool on a terminal: columns, bold text, progress.
+#include <algorithm>
 #include <chrono>
 #include <fcntl.h>
 #include <future>
+#include <sstream>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -70,12 +72,14 @@ TEST(Terminal, EachStreamIsBoldWhereItIsATerminal) {
         {"TERM=dumb", true, true, false},
         {"TERM=", true, true, false},
         {"-u TERM", true, true, false},
+        {"TERM=xterm NO_COLOR=1 OPTION=--color=always", true, true, true},
+        {"TERM=xterm OPTION=--color=never", true, true, false},
     };
     for (const auto& [environment, results, messages, isBold] : cases) {
         Terminal terminal;
-        const Outcome outcome = RunShell("env -u NO_COLOR " + environment + " $LQ value 5 abc" +
-                                         (results ? " >" + terminal.Name() : "") +
-                                         (messages ? " 2>" + terminal.Name() : ""));
+        const Outcome outcome = RunShell(
+            "env -u NO_COLOR " + environment + " sh -c '$LQ value 5 abc $OPTION'" +
+            (results ? " >" + terminal.Name() : "") + (messages ? " 2>" + terminal.Name() : ""));
         EXPECT_EQ(outcome.status, 1);
         const std::string shown = terminal.Text();
         EXPECT_EQ(shown.find(kBold) != shown.npos, isBold) << environment << ": " << shown;
@@ -102,6 +106,7 @@ TEST(Terminal, ColumnsHaveTheWidthsOfTheFirstThousandRows) {
     for (const auto& [rows, row] : {std::pair("999", "\r\n5            SINT   5           5  "),
                                     std::pair("1000", "\r\n5         SINT   5      5  ")}) {
         Terminal terminal;
+        terminal.SetColumns(200);
         const std::string command =
             "TERM=dumb $LQ value $(yes 5 | head -" + std::string(rows) + ") 16#FFFFFFFF >";
         const auto run =
@@ -113,6 +118,43 @@ TEST(Terminal, ColumnsHaveTheWidthsOfTheFirstThousandRows) {
         shown += terminal.Text();
         EXPECT_THAT(shown, HasSubstr(row));
         EXPECT_THAT(shown, HasSubstr("\r\n16#FFFFFFFF  UDINT  4294967295  "));
+    }
+}
+
+TEST(Terminal, TablesAreCutToItsWidth) {
+    Terminal terminal;
+    terminal.SetColumns(72);
+    const std::string command = "TERM=dumb $LQ tasks $EXAMPLES/plant/plant.xml >";
+    EXPECT_EQ(RunShell(command + terminal.Name()).err,
+              "lq: cells were cut to fit the terminal; behind '| cat' they are whole\n");
+    std::istringstream lines(terminal.Text());
+    for (std::string line; std::getline(lines, line);) {
+        const auto isFirst = [](char c) { return (c & 0xC0) != 0x80; };
+        EXPECT_LE(std::ranges::count_if(line, isFirst), 72 + 1) << line;  // and the return
+    }
+    terminal.SetColumns(200);
+    EXPECT_EQ(RunShell(command + terminal.Name()).err, "");
+    EXPECT_THAT(terminal.Text(), HasSubstr("The plant's own beat"));
+}
+
+TEST(Terminal, TakesNoImage) {
+    Terminal terminal;
+    for (const char* command : {"translate -o -", "show -s -"}) {
+        EXPECT_EQ(RunShell("$LQ " + std::string(command) + " $EXAMPLES/plant/plant.xml >" +
+                           terminal.Name())
+                      .status,
+                  2);
+        EXPECT_EQ(terminal.Text(), "");
+    }
+}
+
+TEST(Terminal, ProgressIsGoneWhenTheUserEndsTheWork) {
+    for (const std::string signal : {"INT", "TERM"}) {
+        Terminal terminal;
+        RunShell("{ printf a; sleep 1; } | TERM=xterm timeout -s " + signal + " 0.5 $LQ scan - 2>" +
+                 terminal.Name());
+        const std::string shown = terminal.Text();
+        EXPECT_THAT(shown, AllOf(HasSubstr("\rreading "), testing::EndsWith("\r\x1B[K")));
     }
 }
 

@@ -251,6 +251,20 @@ TEST(Translate, ALongUnit) {
     }
 }
 
+TEST(Translate, ATemporaryHasTheTypeOfItsComponent) {
+    SmallProject project;
+    project.Declare(project.unit, u"x", u"INT", kTemp);
+    project.Declare(project.unit, u"X", u"REAL", kInput);  // comes first in the section
+    host::ProjectSource source(project);
+    const auto tables = NewTables();
+    EXPECT_EQ(Translate(source, *tables, nullptr).GetRefusalCount(), 1u);
+    CgTab::TMP_LINE line;
+    int32_t pos = 0;
+    ASSERT_EQ(tables->Read(pos, line, 0, nullptr), 1);
+    EXPECT_EQ(Ascii(line.name), "Unit.x");
+    EXPECT_EQ(line.type, IEC_REAL);
+}
+
 // Areas of every size, and none; lines that were there before keep theirs.
 TEST(Translate, FillsTheUserAreasOfNewLines) {
     WholeProject project;
@@ -347,6 +361,7 @@ std::string Said(CgTab& tables, const char16_t* name) {
     for (int32_t pos = 0; tables.Read(pos, temporary, 0, &line);) {
         if (std::u16string_view(temporary.name).starts_with(name)) {
             add(temporary.name, int{temporary.type}, temporary.count, line);
+            add(u"", temporary.type == IEC_STRING ? temporary.dsc.strLen : 0);
         }
     }
     return said;
@@ -410,6 +425,12 @@ TEST(TranslateUnit, SaysWhatAFreshSetSays) {
         EXPECT_EQ(ImageOf(*tables, id), ImageOf(*fresh, id));
     }
 
+    // Another type with a descriptor has room in the line.
+    replace([](SmallProject& read) { read.Declare(read.unit, u"Short", u"STRING(9)", kTemp); });
+    host::SetProject(&project);
+    EXPECT_EQ(enter(project.unit), TranslationOutcome::kDone);
+    EXPECT_EQ(Said(*tables, u"Unit"), Said(*Translated(project), u"Unit"));
+
     // A type of another size has no room in the temporary's line: nothing is changed.
     const std::string now = Said(*tables, u"Unit");
     replace([](SmallProject& read) { read.Declare(read.unit, u"Short", u"REAL", kTemp); });
@@ -451,6 +472,13 @@ TEST(TranslateUnit, NeverMakesASetTwiceAsLargeAsAFreshOne) {
 }
 
 TEST(Translate, TellsWantOfMemory) {
+    struct Short : TranslationSource {
+        const LQSELECTION* GetUnits() override {
+            ReportShortage();
+            return nullptr;
+        }
+    } atUnits;
+    EXPECT_EQ(Translate(atUnits, *NewTables(), nullptr).outcome, TranslationOutcome::kNoMemory);
     WholeProject project;
     project.Declare(project.list, u"1x", u"INT", pouh::kGlobal);
     project.Declare(project.unit, u"2x", u"INT");

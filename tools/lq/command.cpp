@@ -7,6 +7,7 @@
 
 #include "lq_data/host/text/message.h"
 #include "tools/lq/input.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -44,10 +45,14 @@ void RefuseInputTwice(const std::vector<std::string>& inputs) {
     }
 }
 
-void RefuseImageWithJson(const std::string& image, bool json) {
+void CheckImageOutput(const std::string& image, bool json) {
     if (json && image == "-") {
         throw CommandError(
             Say("standard output takes the image or the JSON document, not both of them"));
+    }
+    if (image == "-" && IsTerminal(Stream::kResults)) {
+        throw CommandError(
+            Say("standard output is a terminal, and an image is no text; name a file for it"));
     }
 }
 

@@ -38,7 +38,8 @@ void RefuseInputAsOutput(const std::string& input, const std::string& output);
 // Throws when two inputs are the same file, whatever their names, or both standard input.
 void RefuseInputTwice(const std::vector<std::string>& inputs);
 
-// Throws when an image and a JSON document are both to go to standard output.
-void RefuseImageWithJson(const std::string& image, bool json);
+// Throws when an image is to go to standard output, and that is a terminal or takes a JSON
+// document, too.
+void CheckImageOutput(const std::string& image, bool json);
 
 }  // namespace lq::tool

@@ -10,6 +10,7 @@
 #include "tools/lq/output.h"
 #include "tools/lq/suggestion.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/terminal.h"
 
 namespace lq::tool {
 
@@ -19,19 +20,40 @@ namespace {
 
 constexpr char kValueCommand[] = "value";
 constexpr char kReportCommand[] = "report";
+constexpr char kHelpCommand[] = "help";
 constexpr bool kHasReport = LQ_REPORT;
+constexpr char kCountsUses[] = "Counts how often variables are used in bodies and values";
 
 // Help that begins with the example.
 class HelpFormatter : public CLI::Formatter {
   public:
     std::string make_help(const CLI::App* app, std::string name,
                           CLI::AppFormatMode mode) const override {
-        return "Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
-               make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
-               make_subcommands(app, mode) + ExitStatuses();
+        return Wrapped("Example:\n  " + app->get_footer() + "\n\n" + make_description(app) + "\n" +
+                       make_usage(app, name) + make_positionals(app) + make_groups(app, mode) +
+                       make_subcommands(app, mode) + ExitStatuses());
     }
 
   private:
+    static constexpr size_t kColumns = 80;
+
+    // Lines that are longer are broken between words, and go on in the column of descriptions.
+    std::string Wrapped(const std::string& text) const {
+        std::string wrapped;
+        size_t start = 0;  // of the line
+        for (const char c : text) {
+            wrapped += c;
+            start = c == '\n' ? wrapped.size() : start;
+            const size_t blank = wrapped.rfind(' ');
+            if (wrapped.size() - start > kColumns && blank != wrapped.npos &&
+                blank > start + get_column_width()) {
+                wrapped.replace(blank, 1, "\n" + std::string(get_column_width(), ' '));
+                start = blank + 1;
+            }
+        }
+        return wrapped;
+    }
+
     static std::string ExitStatuses() {
         std::string text = "\nExit status:\n";
         for (const auto& [status, meaning] : kExitStatuses) {
@@ -120,9 +142,12 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     std::vector<std::string> constants;
     std::vector<std::string> others;
     bool isBehindMark = false;
+    bool isColor = false;  // the next one is that option's value
     for (const std::string& argument : arguments) {
         const bool isCommand = &argument == &arguments.front();
-        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h";
+        const bool isOption = argument.starts_with("--") || argument == "-u" || argument == "-h" ||
+                              argument == "-q" || isColor;
+        isColor = argument == "--color";
         if (!isBehindMark && argument == "--") {
             isBehindMark = true;
         } else if (isCommand || (isOption && !isBehindMark)) {
@@ -133,6 +158,15 @@ std::vector<std::string> TakeConstants(std::vector<std::string>& arguments) {
     }
     arguments = std::move(others);
     return constants;
+}
+
+// What "help show" asks for is what "show --help" does.
+void TurnHelp(std::vector<std::string>& arguments) {
+    if (!arguments.empty() && arguments.front() == kHelpCommand) {
+        arguments.erase(arguments.begin());
+        const bool isNamed = !arguments.empty() && !arguments.front().starts_with('-');
+        arguments.insert(arguments.begin() + (isNamed ? 1 : 0), "--help");
+    }
 }
 
 std::vector<std::string> CommandNames(const CLI::App& app) {
@@ -166,6 +200,7 @@ CLI::App* CommandLine::AddCommand(const char* name, const char* description, con
     if constexpr (requires { options.json; }) {
         command->add_flag("--json", options.json, "Prints the result as JSON");
     }
+    AddManners(command);
     command->callback(
         [this, &options, run] { chosen_ = [&options, run] { return run(options); }; });
     return command;
@@ -177,6 +212,7 @@ void CommandLine::AddCommands() {
     AddProject(command, translate_.files);
     AddFile(command, "-o,--output", translate_.output,
             "The image of the tables to write; - for standard output");
+    command->add_flag("--uses", translate_.uses, kCountsUses);
 
     command = AddCommand("show", "Shows the tables of an image or a project",
                          "lq show plant.lqt --table globals --find Pressures", show_, RunShow);
@@ -189,7 +225,7 @@ void CommandLine::AddCommands() {
         ->add_option("-f,--find", show_.find,
                      "Only the lines of this name; A.B is the component B of the unit A")
         ->type_name(kNameValue);
-    AddFile(command, "-s,--save", show_.save, "Writes the tables to an image again");
+    AddFile(command, "-s,--save,-o,--output", show_.save, "Writes the tables to an image again");
 
     if constexpr (kHasReport) {
         command =
@@ -231,6 +267,7 @@ void CommandLine::AddCommands() {
                          "lq tasks plant.xml", tasks_, RunTasks);
     AddProject(command, tasks_.files);
 
+    AddCheck();
     AddSymbols();
 
     command = AddCommand("diff", "Tells what is different between two projects",
@@ -239,8 +276,92 @@ void CommandLine::AddCommands() {
         ->required();
     AddFile(command, "new", diff_.after, "What it is compared with, a project or an image")
         ->required();
+    AddReading(command, diff_.reading);
+
+    command = AddCommand("uses", "Shows where a name is used, and what is done with it there",
+                         "lq uses plant.xml Mixing.litres", uses_, RunUses);
+    AddOneProject(command, uses_.files);
+    AddName(command, "name", uses_.name,
+            "A variable, unit, type or value; A.B is the B of the unit, type or configuration A");
 
     AddCommand("types", "Shows the type catalogue with sizes", "lq types --json", types_, RunTypes);
+    AddHelp();
+}
+
+// Every command has them.
+void CommandLine::AddManners(CLI::App* command) {
+    command->add_flag("-q,--quiet", isQuiet_,
+                      "Prints no messages on the input: the exit status tells of them");
+    NeverEmpty(
+        command
+            ->add_option("--color", color_,
+                         "Prints titles in bold: auto, that is on terminals, always or never")
+            ->type_name(kWhenValue));
+}
+
+void CommandLine::UseManners(const std::string& command) const {
+    struct Named {
+        std::string_view name;
+        Color color;
+    };
+    constexpr Named kColors[] = {{"", Color::kAuto},
+                                 {"auto", Color::kAuto},
+                                 {"always", Color::kAlways},
+                                 {"never", Color::kNever}};
+    const auto* const color = std::ranges::find(kColors, color_, &Named::name);
+    if (color == std::end(kColors)) {
+        throw CommandError(command + ": " +
+                           Say("the option '{}' cannot have the value '{}'", "--color", color_) +
+                           SeeHelp(command));
+    }
+    UseColor(color->color);
+    if (isQuiet_) {
+        BeQuiet();
+    }
+}
+
+void CommandLine::AddHelp() {
+    CLI::App* command = app_.add_subcommand(kHelpCommand, "Explains a command");
+    command->footer("lq help show");
+    command->add_option("command", topic_, "The command; none for all of them")
+        ->type_name(kCommandValue);
+}
+
+void CommandLine::AddCheck() {
+    CLI::App* command =
+        AddCommand("check", "Looks for what is wrong with a project, or hardly ever meant",
+                   "lq check plant.xml --fail-on warning", check_, RunCheck);
+    AddFile(
+        command, "project", check_.files.projects,
+        "The project file, XML or text, or a folder; several are one project; - for standard input");
+    AddLibraries(command, check_.files);
+    const auto addList = [command](const char* name, std::vector<std::string>& value,
+                                   const char* description, const char* type) {
+        NeverEmpty(command->add_option(name, value, description)
+                       ->type_name(type)
+                       ->allow_extra_args(false));
+    };
+    const auto add = [command](const char* name, std::string& value, const char* description,
+                               const char* type) {
+        NeverEmpty(command->add_option(name, value, description)->type_name(type));
+    };
+    addList("-i,--ignore", check_.ignore, "Leaves out a code, a name or a family, as in 3xxx",
+            kCodeValue);
+    addList("--only", check_.only, "Looks for this code, name or family alone", kCodeValue);
+    addList("-s,--severity", check_.severity, "Makes it off, note, warning or error",
+            kSeverityValue);
+    add("-a,--addresses", check_.addresses,
+        "What the numbers of addresses are: separate, byte or element", kModelValue);
+    add("--fail-on", check_.failOn, "What makes the exit status 1: error, warning, note or never",
+        kFailureValue);
+    add("--max-name", check_.maxName, "How many characters name-too-long allows", kLengthValue);
+    command->add_flag("--closed", check_.closed, "All files of the project are given");
+    AddFile(command, "-b,--baseline", check_.baseline,
+            "A former result of --json, whose findings are left out");
+    add("-f,--format", check_.format, "text, json, jsonl or sarif", kFormatValue);
+    AddFile(command, "-o,--output", check_.output, "The file to write; - for standard output");
+    command->add_flag("--list", check_.list, "Lists the checks");
+    add("-x,--explain", check_.explain, "Explains a code, a name or a family", kCodeValue);
 }
 
 void CommandLine::AddSymbols() {
@@ -257,6 +378,7 @@ void CommandLine::AddSymbols() {
                    ->type_name(kOrderValue));
     command->add_flag("-e,--expand", symbols_.expand,
                       "Lists the members of structures and instances in their place");
+    command->add_flag("--uses", symbols_.uses, kCountsUses);
     command->add_flag("--csv", symbols_.csv, "Prints the result as CSV");
     NeverEmpty(command
                    ->add_option("-d,--delimiter", symbols_.delimiter,
@@ -270,6 +392,7 @@ void CommandLine::AddSymbols() {
 
 std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     const std::vector<std::string> names = CommandNames(app_);
+    TurnHelp(arguments);
     const std::string first = arguments.empty() ? "" : arguments.front();
     const bool isCommand = std::find(names.begin(), names.end(), first) != names.end();
     if (!kHasReport && first == kReportCommand) {
@@ -308,6 +431,7 @@ std::function<int()> CommandLine::Parse(std::vector<std::string> arguments) {
     if (!chosen_) {
         throw CommandError(Say("no command was given") + SeeHelp());
     }
+    UseManners(first);
     return chosen_;
 }
 

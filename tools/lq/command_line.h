@@ -18,10 +18,18 @@ inline constexpr char kFileValue[] = "FILE";
 inline constexpr char kTableValue[] = "TABLE";
 inline constexpr char kNameValue[] = "NAME";
 inline constexpr char kKindValue[] = "KIND";
+inline constexpr char kCodeValue[] = "CODE";
+inline constexpr char kSeverityValue[] = "CODE=SEVERITY";
+inline constexpr char kModelValue[] = "MODEL";
+inline constexpr char kFailureValue[] = "LEAST";
+inline constexpr char kFormatValue[] = "FORMAT";
+inline constexpr char kLengthValue[] = "LENGTH";
 inline constexpr char kOrderValue[] = "ORDER";
 inline constexpr char kEndingValue[] = "ENDING";
 inline constexpr char kEncodingValue[] = "ENCODING";
 inline constexpr char kCharacterValue[] = "CHARACTER";
+inline constexpr char kWhenValue[] = "WHEN";
+inline constexpr char kCommandValue[] = "COMMAND";
 
 // Of all commands, each with what it means.
 inline constexpr struct {
@@ -52,11 +60,18 @@ class CommandLine {
     CLI::App* AddCommand(const char* name, const char* description, const char* example,
                          Options& options, int (*run)(const Options&));
     void AddCommands();
+    void AddCheck();
     void AddSymbols();
+    void AddHelp();
+    void AddManners(CLI::App* command);
+    void UseManners(const std::string& command) const;
 
     CLI::App app_;
     std::string generated_;  // what to generate
     std::function<int()> chosen_;
+    bool isQuiet_ = false;
+    std::string color_;
+    std::string topic_;  // what help is asked for
 
     TranslateOptions translate_;
     ShowOptions show_;
@@ -66,8 +81,10 @@ class CommandLine {
     PouOptions pou_;
     FbOptions fb_;
     TasksOptions tasks_;
+    CheckOptions check_;
     SymbolsOptions symbols_;
     DiffOptions diff_;
+    UsesOptions uses_;
     TypesOptions types_;
 };
 

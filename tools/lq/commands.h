@@ -19,6 +19,7 @@ struct ProjectFiles {
 struct TranslateOptions {
     ProjectFiles files;
     std::string output;  // empty: the tables are not kept
+    bool uses = false;   // are counted
     bool json = false;
 };
 int RunTranslate(const TranslateOptions& options);
@@ -74,6 +75,24 @@ struct TasksOptions {
 };
 int RunTasks(const TasksOptions& options);
 
+struct CheckOptions {
+    ProjectFiles files;
+    std::vector<std::string> ignore;    // codes, names or families, with commas between them
+    std::vector<std::string> only;      // likewise
+    std::vector<std::string> severity;  // CODE=SEVERITY
+    std::string addresses;
+    std::string failOn;
+    std::string maxName;
+    std::string baseline;
+    std::string format;
+    std::string explain;
+    std::string output;  // empty: standard output
+    bool closed = false;
+    bool list = false;
+    bool json = false;
+};
+int RunCheck(const CheckOptions& options);
+
 struct SymbolsOptions {
     ProjectFiles files;
     std::string unit;
@@ -82,6 +101,7 @@ struct SymbolsOptions {
     std::string output;  // empty: standard output
     bool located = false;
     bool expand = false;
+    bool uses = false;  // are counted
     bool csv = false;
     bool noFormulas = false;
     bool mark = false;
@@ -92,9 +112,16 @@ int RunSymbols(const SymbolsOptions& options);
 struct DiffOptions {
     std::string before;  // each an image or a project
     std::string after;
+    ProjectFiles reading;  // how both are read; without files
     bool json = false;
 };
 int RunDiff(const DiffOptions& options);
+struct UsesOptions {
+    ProjectFiles files;
+    std::string name;
+    bool json = false;
+};
+int RunUses(const UsesOptions& options);
 
 struct TypesOptions {
     bool json = false;

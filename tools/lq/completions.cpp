@@ -15,8 +15,20 @@ std::string WordsFor(const std::string& value) {
     if (value == kKindValue) {
         return "man bash zsh fish";
     }
+    if (value == kWhenValue) {
+        return "auto always never";
+    }
     if (value == kOrderValue) {
         return "name address";
+    }
+    if (value == kModelValue) {
+        return "separate byte element";
+    }
+    if (value == kFailureValue) {
+        return "error warning note never";
+    }
+    if (value == kFormatValue) {
+        return "text json jsonl sarif";
     }
     if (value == kEncodingValue) {
         return "windows-1252 shift_jis";

@@ -193,13 +193,13 @@ class JsonOutput final : public Output {
 // -- Inputs ---------------------------------------------------------------------------------------
 
 struct Side {
-    explicit Side(const std::string& file) : path(file) {}
+    Side(const std::string& file, const ProjectFiles& reading) : path(file), files(reading) {
+        files.projects = {file};
+    }
 
     void Read() {
         project.KeepCode();
         std::vector<host::Report> reports;
-        ProjectFiles files;
-        files.projects = {path};
         tables = ReadImageOrProject(files, project, reports);
         for (const host::Report& report : reports) {
             PrintMessage(report);
@@ -223,14 +223,15 @@ struct Side {
     }
 
     const std::string& path;
+    ProjectFiles files;
     host::Project project;
     std::unique_ptr<CgTab> tables;
     host::Project reduced;
 };
 
 // The process ends with the command: what was read is not taken down.
-Side& Keep(const std::string& path) {
-    return *new Side(path);
+Side& Keep(const std::string& path, const ProjectFiles& reading) {
+    return *new Side(path, reading);
 }
 
 }  // namespace
@@ -239,8 +240,8 @@ int RunDiff(const DiffOptions& options) {
     if (options.before == "-" && options.after == "-") {
         RefuseInputTwice({options.before, options.after});
     }
-    static Side& before = Keep(options.before);
-    static Side& after = Keep(options.after);
+    static Side& before = Keep(options.before, options.reading);
+    static Side& after = Keep(options.after, options.reading);
     before.Read();
     after.Read();
     const bool hasImage = before.tables || after.tables;

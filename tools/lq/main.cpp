@@ -1,9 +1,10 @@
 // The command-line tool.
-#include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lq_data/code_page.h"
@@ -17,6 +18,22 @@
 namespace {
 
 using namespace lq::tool;
+
+// That of the registered code page; where none is registered, that of the environment.
+uint32_t CodePageOfMessages() {
+    constexpr uint32_t kJapanese = 932;
+    uint32_t codePage = lq::frame::kDefaultCodePage;
+    if (lq::frame::ReadRegisteredCodePage(codePage)) {
+        return codePage;
+    }
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const locale = std::getenv(name);
+        if (locale && *locale) {
+            return std::string_view(locale).starts_with("ja") ? kJapanese : codePage;
+        }
+    }
+    return codePage;
+}
 
 // Parses the command line and runs the chosen command.
 int Run(int argc, char** argv) {
@@ -33,15 +50,15 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     PrepareProcess();
-    lq::host::UseLanguage(lq::frame::ReadCodePage());
+    lq::host::UseLanguage(CodePageOfMessages());
     try {
         return Run(argc, argv);
     } catch (const CommandError& e) {
         PrintMessage(e);
     } catch (const std::bad_alloc&) {
-        PrintMessage(lq::host::Say("memory is short"));
+        PrintMessage(CommandError(lq::host::Say("memory is short")));
     } catch (const std::exception& e) {
-        PrintMessage(e.what());
+        PrintMessage(CommandError(e.what()));
     }
     return kCannotWork;
 }

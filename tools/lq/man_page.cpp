@@ -32,10 +32,14 @@ With 141 a shell shows the signal \fBSIGPIPE\fR, which ends the command.
 constexpr char kTail[] = R"(.SH ENVIRONMENT
 .TP
 .B NO_COLOR
-When set and not empty, nothing is printed in bold.
+When set and not empty, nothing is printed in bold but with \fB\-\-color=always\fR.
 .TP
 .B TERM
 When not set, empty or \fBdumb\fR, nothing is printed in bold, and no progress is shown.
+.TP
+.B LC_ALL, LC_MESSAGES, LANG
+Where no code page is registered, the first of them that is set and not empty decides on the language of
+messages: Japanese where it begins with \fBja\fR, else English.
 .TP
 .B XDG_CONFIG_HOME
 The folder that takes the place of \fI~/.config\fR.
@@ -44,7 +48,7 @@ The folder that takes the place of \fI~/.config\fR.
 .I ~/.config/lq_data/registry.ini
 .TQ
 .I /etc/lq_data/registry.ini
-The language of messages: Japanese with the code page 932, English with any other and without one. It is
+The language of messages: Japanese with the code page 932, English with any other. It is
 the value \fBCodePage\fR of the section
 .IP
 .EX
@@ -117,9 +121,8 @@ std::string ManPage(const ProgramText& text) {
     }
     page += kStatusNotes;
     page +=
-        ".SH JSON\nEvery document has a member \\fBschema\\fR, the number of its form, which is " +
-        std::to_string(kJsonSchema) +
-        ". It changes when a reader\nof the documents would have to; new members may come at any "
+        ".SH JSON\nEvery document has a member \\fBschema\\fR, the number of its form. It changes "
+        "when a reader\nof the documents would have to; new members may come at any "
         "time.\n";
     return page + kTail;
 }

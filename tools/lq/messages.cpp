@@ -68,10 +68,15 @@ InputError::InputError(const Place& place, const std::string& text)
     : CommandError(ToText(place), text) {}
 
 void PrintMessage(const std::string& text) {
-    PrintLineOf("lq", text);
+    if (!IsQuiet()) {
+        PrintLineOf("lq", text);
+    }
 }
 
 void PrintMessage(const Place& place, const std::string& text) {
+    if (IsQuiet()) {
+        return;
+    }
     PrintLineOf(ToText(place), text);
 }
 

@@ -31,7 +31,7 @@ class InputError : public CommandError {
     InputError(const Place& place, const std::string& text);
 };
 
-// "lq: no table is called 'x'".
+// "lq: 'x' is no constant". None of these for a user who wants only what ends a command.
 void PrintMessage(const std::string& text);
 // "plant.xml:12:5: what is there".
 void PrintMessage(const Place& place, const std::string& text);

@@ -10,10 +10,14 @@
 #include <unistd.h>
 #include <uniwidth.h>
 
+#include "lq_data/host/text/message.h"
 #include "tools/lq/escape.h"
+#include "tools/lq/messages.h"
 #include "tools/lq/terminal.h"
 
 namespace lq::tool {
+
+using host::Say;
 
 namespace {
 
@@ -26,6 +30,45 @@ constexpr size_t kRowsForWidths = 1000;
 size_t Width(const std::string& text) {
     return static_cast<size_t>(
         u8_width(reinterpret_cast<const uint8_t*>(text.data()), text.size(), "UTF-8"));
+}
+
+// What of the text fits into so many columns; its end gives way to a sign that more follows.
+std::string Cut(const std::string& text, size_t columns) {
+    if (Width(text) <= columns) {
+        return text;
+    }
+    size_t end = text.size();
+    do {
+        while (end > 0 && (static_cast<unsigned char>(text[--end]) & 0xC0) == 0x80) {
+        }
+    } while (end > 0 && Width(text.substr(0, end)) + 1 > columns);
+    return text.substr(0, end) + "\u2026";
+}
+
+// Takes from the widest columns of texts until a row has no more than so many columns. True if it
+// had to; where only numbers and short texts are left, a row may be longer.
+bool Narrow(std::vector<size_t>& widths, const std::vector<Column>& columns, size_t room) {
+    constexpr size_t kLeast = 8;
+    size_t sum = kGap * (widths.size() - 1);
+    for (const size_t width : widths) {
+        sum += width;
+    }
+    const bool isTooWide = sum > room;
+    while (sum > room) {
+        size_t widest = widths.size();
+        for (size_t i = 0; i < widths.size(); ++i) {
+            if (!columns[i].isNumber && widths[i] > kLeast &&
+                (widest == widths.size() || widths[i] > widths[widest])) {
+                widest = i;
+            }
+        }
+        if (widest == widths.size()) {
+            break;
+        }
+        --widths[widest];
+        --sum;
+    }
+    return isTooWide;
 }
 
 std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,
@@ -136,8 +179,8 @@ std::string MemberOf(std::string title) {
     return title;
 }
 
-Json NewDocument() {
-    return {{"schema", kJsonSchema}};
+Json NewDocument(int schema) {
+    return {{"schema", schema}};
 }
 
 std::vector<std::string> CellsOf(const Row& row) {
@@ -284,18 +327,38 @@ void TablePrinter::Take(const std::vector<std::string>& cells) {
         }
         waiting_.push_back(cells);
         if (waiting_.size() > kRowsForWidths) {
-            End();
+            PrintWaiting();
         }
     } else if (isTerminal_) {
-        PrintLine(Aligned(cells, widths_, columns_));
+        PrintLine(Aligned(Fitting(cells), widths_, columns_));
     } else {
         PrintLine(WithTabs(cells));
     }
 }
 
+// The cells, cut where the terminal is narrow.
+std::vector<std::string> TablePrinter::Fitting(std::vector<std::string> cells) const {
+    for (size_t i = 0; isNarrow_ && i < cells.size(); ++i) {
+        cells[i] = columns_[i].isNumber ? cells[i] : Cut(cells[i], widths_[i]);
+    }
+    return cells;
+}
+
 void TablePrinter::End() {
+    static bool isTold = false;
+    if (isWaiting_) {
+        PrintWaiting();
+    }
+    if (isNarrow_ && !isTold) {
+        isTold = true;
+        PrintMessage(Say("cells were cut to fit the terminal; behind '| cat' they are whole"));
+    }
+}
+
+void TablePrinter::PrintWaiting() {
+    isNarrow_ = Narrow(widths_, columns_, Columns(Stream::kResults));
     for (const std::vector<std::string>& cells : waiting_) {
-        const std::string line = Aligned(cells, widths_, columns_);
+        const std::string line = Aligned(Fitting(cells), widths_, columns_);
         PrintLine(&cells == &waiting_.front() ? Bold(Stream::kResults, line) : line);
     }
     waiting_.clear();

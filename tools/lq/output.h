@@ -16,12 +16,12 @@ namespace lq::tool {
 
 using Json = nlohmann::ordered_json;
 
-// The number of the form of all JSON documents (docs/schema/). It counts changes that break a
-// reader; new members are none.
+// The number of the form of JSON documents (docs/schema/); of those that have another, their
+// command knows it. It counts changes that break a reader; new members are none.
 inline constexpr int kJsonSchema = 1;
 
 // What every document begins with.
-Json NewDocument();
+Json NewDocument(int schema = kJsonSchema);
 
 // A column of a table of results. In JSON its title is a member's name.
 struct Column {
@@ -52,7 +52,8 @@ Table TableOf(const std::string& title, const std::vector<Column>& columns, cons
 void Print(const Table& table);
 
 // Prints a table row by row. On a terminal the first 1,000 rows are held back until they have given
-// the columns their widths; a longer cell of a later row moves what stands behind it.
+// the columns their widths; where these are more than the terminal's, texts are cut. A longer cell
+// of a later row moves what stands behind it, or is cut.
 class TablePrinter {
   public:
     // A title that is empty is left out.
@@ -61,15 +62,19 @@ class TablePrinter {
     TablePrinter& operator=(const TablePrinter&) = delete;
 
     void Take(const std::vector<std::string>& cells);
-    // Prints what is held back; to be called behind the last row.
+    // Prints what is held back, and tells whether cells were cut; to be called behind the last row.
     void End();
 
   private:
+    std::vector<std::string> Fitting(std::vector<std::string> cells) const;
+    void PrintWaiting();
+
     std::vector<Column> columns_;
     std::vector<size_t> widths_;
     std::vector<std::vector<std::string>> waiting_;  // the titles, and the first rows
     const bool isTerminal_;
     bool isWaiting_;
+    bool isNarrow_ = false;  // the terminal is, and cells are cut
 };
 
 // A JSON value as it is printed, on one line with an indent of -1; bytes that are no UTF-8 become

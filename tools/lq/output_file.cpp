@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -36,27 +35,6 @@ constinit const char* savedNote = "";
 
 std::atomic<const char*> unfinished = nullptr;  // the temporary file's name
 static_assert(std::atomic<const char*>::is_always_lock_free);
-
-void EndBySignal(int signal) {
-    RemoveUnfinishedFile();
-    std::raise(signal);  // ends the program: SA_RESETHAND has brought the default back
-}
-
-// Removes the file of that name when a signal ends the program; null for none. Signals that the
-// parent process had ignored stay so.
-void RemoveOnSignal(const char* path) {
-    unfinished = path;
-    struct sigaction ours = {};
-    ours.sa_handler = path ? EndBySignal : SIG_DFL;
-    ours.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-        struct sigaction old = {};
-        sigaction(signal, nullptr, &old);
-        if (old.sa_handler != SIG_IGN) {
-            sigaction(signal, &ours, nullptr);
-        }
-    }
-}
 
 // Follows symbolic links to the place where the file is to be written, which need not exist yet.
 std::string FollowLinks(const std::string& path) {
@@ -202,7 +180,7 @@ OutputFile::OutputFile(const std::string& path) : name_(path) {
     }
     if (descriptor_ < 0) {
         const int error = errno;
-        RemoveOnSignal(nullptr);
+        unfinished = nullptr;
         CannotWrite(name_, error);
     }
 }
@@ -215,7 +193,7 @@ OutputFile::~OutputFile() {
         unlink(temporary_.c_str());
     }
     if (!isWhole_) {
-        RemoveOnSignal(nullptr);
+        unfinished = nullptr;
     }
 }
 
@@ -236,9 +214,9 @@ void OutputFile::CreateTemporary() {
 
 // Registers the name before the file is created: a signal may come between the two.
 void OutputFile::NameTemporary() {
-    RemoveOnSignal(nullptr);
+    unfinished = nullptr;
     temporary_ = TemporaryName(folder_);
-    RemoveOnSignal(temporary_.c_str());
+    unfinished = temporary_.c_str();
 }
 
 // The lock says that the program which made the file still runs. Between the creation and the lock
@@ -350,7 +328,7 @@ void OutputFile::Finish() {
     if (const int error = fsync(descriptor_) != 0 ? errno : PutInPlace()) {
         CannotWrite(name_, error);
     }
-    RemoveOnSignal(nullptr);
+    unfinished = nullptr;
     temporary_.clear();
     isWhole_ = true;
     if (const int error = SyncFolder(folder_)) {

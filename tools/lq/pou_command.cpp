@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "lq_data/containers.h"
@@ -25,8 +26,32 @@ using host::Say;
 
 namespace {
 
+constexpr int kPouSchema = 2;
+
+// As the loader marks a text.
+bool IsMarked(const Json& value) {
+    const std::string text = value.is_string() ? value.get<std::string>() : "";
+    return text.size() > 2 && text.front() == '?' && text.back() == '?';
+}
+
 const std::vector<Column> kColumns = {{"scope"},   {"name"},    {"type"},    {"initial"},
                                       {"address"}, {"comment"}, {"comment2"}};
+
+// The loader stands what it does not take between question marks. In JSON these go, and the row
+// tells which of its members had them.
+void MoveMarks(Json& row) {
+    Json marked = Json::array();
+    for (const auto& [title, value] : row.items()) {
+        if (IsMarked(value)) {
+            marked.push_back(title);
+        }
+    }
+    for (const Json& title : marked) {
+        std::string& text = row[title.get<std::string>()].get_ref<std::string&>();
+        text = text.substr(1, text.size() - 2);
+    }
+    row["marked"] = marked;
+}
 
 Json Declarations(FLIST* decls) {
     Json rows = Json::array();
@@ -66,6 +91,16 @@ std::vector<std::string> InstanceNames(const host::Project& project, const char1
         }
     }
     return names;
+}
+
+// What stands between question marks is explained once.
+void ExplainMarks(const Json& declarations, const Place& place) {
+    const bool isAny = std::ranges::any_of(
+        declarations, [](const Json& row) { return std::ranges::any_of(row, IsMarked); });
+    if (isAny) {
+        PrintMessage(place,
+                     Say("what stands between two '?' is no type, name or value that is known"));
+    }
 }
 
 // The whole header.
@@ -109,10 +144,13 @@ int RunPou(const PouOptions& options) {
     CurrentProject current;
     const int status = ReadAndReport(options.files, current.project);
     const std::u16string name = DecodeArgument(options.name);
-    const Json unit = options.interfaceOnly ? InterfaceOf(current.project, options, name)
-                                            : HeaderOf(current.project, options, name);
+    Json unit = options.interfaceOnly ? InterfaceOf(current.project, options, name)
+                                      : HeaderOf(current.project, options, name);
     if (options.json) {
-        Json document = NewDocument();
+        for (Json& row : unit["declarations"]) {
+            MoveMarks(row);
+        }
+        Json document = NewDocument(kPouSchema);
         document.update(unit);
         PrintJson(document);
         return status;
@@ -125,6 +163,8 @@ int RunPou(const PouOptions& options) {
     }
     PrintLine("");
     Print(TableOf("", kColumns, unit.at("declarations")));
+    ExplainMarks(unit.at("declarations"),
+                 PlaceOf(current.project, FindPOUByName(name.c_str()), options.files));
     return status;
 }
 

@@ -31,6 +31,28 @@ namespace {
     _exit(kCannotWork);
 }
 
+// What is unfinished and the line of progress go before the program does.
+void EndBySignal(int signal) {
+    RemoveUnfinishedFile();
+    const std::string_view wiper = Progress::Wiper();
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, wiper.data(), wiper.size());
+    raise(signal);  // SA_RESETHAND has brought the default back
+}
+
+// Signals that the parent process had ignored stay so.
+void CleanUpOnSignals() {
+    struct sigaction ours = {};
+    ours.sa_handler = EndBySignal;
+    ours.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        struct sigaction old = {};
+        sigaction(signal, nullptr, &old);
+        if (old.sa_handler != SIG_IGN) {
+            sigaction(signal, &ours, nullptr);
+        }
+    }
+}
+
 void EndWhenMemoryIsShort() {
     std::set_new_handler(EndWithoutMemory);
     SetShortageHandler(EndWithoutMemory);
@@ -45,6 +67,7 @@ void EndWhenMemoryIsShort() {
 void PrepareProcess() {
     std::signal(SIGPIPE, SIG_DFL);
     std::signal(SIGXFSZ, SIG_IGN);
+    CleanUpOnSignals();
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) < 0) {
             // open takes the lowest free descriptor, which is this one. It is opened for the wrong

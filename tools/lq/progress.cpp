@@ -51,7 +51,7 @@ std::string FittingLine(const std::string& what, const std::string& number) {
 }  // namespace
 
 Progress::Progress(const std::string& what, uint64_t total) : what_(OneLine(what)), total_(total) {
-    if (!CanControl(Stream::kMessages)) {
+    if (!CanControl(Stream::kMessages) || IsQuiet()) {
         return;
     }
     current = this;

@@ -289,7 +289,7 @@ bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const Show
 }  // namespace
 
 int RunShow(const ShowOptions& options) {
-    RefuseImageWithJson(options.save, options.json);
+    CheckImageOutput(options.save, options.json);
     const std::vector<CgTab::TAB_ID> ids = ChosenTables(options.tables);
     CurrentProject current;
     auto [tables, isProject, refusals, status, reports] =

@@ -4,25 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "host/text/nearest_name.h"
+
 namespace lq::tool {
 
 // "; see lq --help", or "; see lq show --help" for that command.
 std::string SeeHelp(const std::string& command = "");
 
-// Of the words that are considered the one that is least far from a mistyped one, whatever the
-// case.
-class Suggestion {
+// The nearest word, as messages say it.
+class Suggestion : public host::NearestName {
   public:
-    explicit Suggestion(std::string word);
+    using NearestName::NearestName;
 
-    void Consider(const std::string& candidate);
     // "; did you mean 'translate'?", or `otherwise` when all are too far.
     std::string Text(const std::string& otherwise = "") const;
-
-  private:
-    std::string word_;
-    size_t least_;
-    std::string nearest_;
 };
 
 // The same of a list.

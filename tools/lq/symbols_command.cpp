@@ -16,6 +16,7 @@
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/lq/terminal.h"
+#include "tools/lq/use_counts.h"
 
 namespace lq::tool {
 
@@ -35,6 +36,9 @@ std::vector<Column> ColumnsOf(const SymbolsOptions& options) {
     std::vector<Column> columns = kColumns;
     if (options.expand) {
         columns.push_back({"reason"});
+    }
+    if (options.uses) {
+        columns.push_back({"uses", true});
     }
     return columns;
 }
@@ -67,13 +71,17 @@ std::string ReasonText(const Symbol& symbol) {
     return "";
 }
 
-Row RowOf(const Symbol& symbol, bool withReason) {
+// `uses` of the variables by their declarations; none without counts.
+Row RowOf(const Symbol& symbol, bool withReason, const std::vector<uint32_t>& uses) {
     Row row = {EncodeUtf8(symbol.path),    EncodeUtf8(symbol.name),    EncodeUtf8(symbol.section),
                EncodeUtf8(symbol.type),    EncodeUtf8(symbol.address), EncodeUtf8(symbol.initial),
                EncodeUtf8(symbol.comment), EncodeUtf8(symbol.file),    int64_t{symbol.line},
                int64_t{symbol.column}};
     if (withReason) {
         row.emplace_back(ReasonText(symbol));
+    }
+    if (!uses.empty()) {
+        row.emplace_back(int64_t{uses[host::IndexOf(symbol.declaration)]});
     }
     return row;
 }
@@ -218,9 +226,10 @@ ID UnitOf(const SymbolsOptions& options, const host::Project& project) {
 void PrintSymbols(const host::Project& project, const host::SymbolOptions& what,
                   const SymbolsOptions& options) {
     const std::vector<Column> columns = ColumnsOf(options);
+    const std::vector<uint32_t> uses = options.uses ? CountUses(project) : std::vector<uint32_t>();
     const auto print = [&](auto& printer, auto convert) {
         host::ForEachSymbol(project, what, [&](const Symbol& symbol) {
-            printer.Take(convert(RowOf(symbol, options.expand)));
+            printer.Take(convert(RowOf(symbol, options.expand, uses)));
         });
     };
     const auto asItIs = [](Row row) { return row; };
@@ -250,6 +259,9 @@ int RunSymbols(const SymbolsOptions& options) {
     RefuseInputAsOutput(options.files, options.output);
     // As for a translation: the process ends with the command.
     static host::Project& project = *new host::Project;
+    if (options.uses) {
+        project.KeepCode();
+    }
     const int status = ReadAndReport(options.files, project);
     what.unit = UnitOf(options, project);
     std::optional<ResultsFile> file;

@@ -41,6 +41,17 @@ Json TaskRow(ID id) {
             {"programs", programs}};
 }
 
+// Each with the unit that it runs.
+Json InstancesOf(const host::Project& project, const host::IdList& instances) {
+    Json all = Json::array();
+    for (const ID id : instances) {
+        const host::ProgramInstance& instance = *project.GetProgramInstance(id);
+        all.push_back(
+            {{"instance", EncodeUtf8(instance.name)}, {"program", ProgramName(project, instance)}});
+    }
+    return all;
+}
+
 Json ProgramsOf(const host::Project& project, const host::IdList& instances) {
     Json programs = Json::array();
     for (const ID id : instances) {
@@ -58,6 +69,14 @@ void PrintTasks(Json rows, const Json& others) {
                     {"event", nullptr},
                     {"comment", nullptr}});
         rows.push_back(std::move(row));
+    }
+    for (Json& row : rows) {
+        std::string text;
+        for (const Json& instance : row["instances"]) {
+            text += (text.empty() ? "" : ", ") + instance["instance"].get<std::string>() + ": " +
+                    instance["program"].get<std::string>();
+        }
+        row["programs"] = text;
     }
     Print(TableOf("",
                   {{"resource"},
@@ -86,11 +105,13 @@ int RunTasks(const TasksOptions& options) {
         for (const ID id : resource.tasks) {
             Json row = {{"resource", name}};
             row.update(TaskRow(id));
+            row["instances"] = InstancesOf(current.project, current.project.GetTask(id)->programs);
             tasks.push_back(std::move(row));
         }
         if (!resource.programs.empty()) {
-            others.push_back(
-                {{"resource", name}, {"programs", ProgramsOf(current.project, resource.programs)}});
+            others.push_back({{"resource", name},
+                              {"programs", ProgramsOf(current.project, resource.programs)},
+                              {"instances", InstancesOf(current.project, resource.programs)}});
         }
     }
     if (options.json) {

@@ -7,6 +7,25 @@
 
 namespace lq::tool {
 
+namespace {
+
+Color color = Color::kAuto;
+bool isQuiet = false;
+
+}  // namespace
+
+void UseColor(Color wanted) {
+    color = wanted;
+}
+
+void BeQuiet() {
+    isQuiet = true;
+}
+
+bool IsQuiet() {
+    return isQuiet;
+}
+
 bool IsTerminal(Stream stream) {
     return isatty(static_cast<int>(stream)) != 0;
 }
@@ -27,7 +46,9 @@ size_t Columns(Stream stream) {
 std::string Bold(Stream stream, const std::string& text) {
     const char* noColour = std::getenv("NO_COLOR");
     const bool isPlain = (noColour && *noColour) || !CanControl(stream);
-    return isPlain ? text : "\x1B[1m" + text + "\x1B[0m";
+    return color == Color::kNever || (color == Color::kAuto && isPlain)
+               ? text
+               : "\x1B[1m" + text + "\x1B[0m";
 }
 
 }  // namespace lq::tool

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace lq::tool {
@@ -17,7 +18,19 @@ bool CanControl(Stream stream);
 // The width of a terminal, at least 1; that of most when the terminal does not say.
 size_t Columns(Stream stream);
 
-// The text, in bold where the stream shows that and NO_COLOR does not forbid it.
+// Of all streams, as the user asked for it.
+enum class Color : uint8_t {
+    kAuto,  // where a stream shows it and NO_COLOR does not forbid it
+    kAlways,
+    kNever
+};
+void UseColor(Color color);
+
+// Only results, and what ends a command.
+void BeQuiet();
+bool IsQuiet();
+
+// The text, in bold where that is used.
 std::string Bold(Stream stream, const std::string& text);
 
 }  // namespace lq::tool

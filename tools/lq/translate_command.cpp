@@ -10,6 +10,7 @@
 #include "tools/lq/project_input.h"
 #include "tools/lq/tables.h"
 #include "tools/lq/translation.h"
+#include "tools/lq/use_counts.h"
 
 namespace lq::tool {
 
@@ -71,15 +72,21 @@ void PrintSummary(Translation& translation) {
 }  // namespace
 
 int RunTranslate(const TranslateOptions& options) {
-    RefuseImageWithJson(options.output, options.json);
+    CheckImageOutput(options.output, options.json);
     RefuseInputAsOutput(options.files, options.output);
     std::vector<host::Report> reports;
     // The process ends with the command: giving a large project back piece by piece would only
     // delay it.
     static host::Project& project = *new host::Project;
     static Translation& translation = *new Translation;
+    if (options.uses) {
+        project.KeepCode();
+    }
     ReadProject(options.files, project, reports);
     translation = Translate(project);
+    if (options.uses) {
+        CountUsesInTables(project, *translation.tables);
+    }
     if (!options.output.empty()) {
         const Progress progress(Say("saving {}", options.output));
         SaveImage(*translation.tables, options.output);

@@ -11,6 +11,7 @@
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
+#include "tools/lq/refusal_words.h"
 #include "tools/lq/tables.h"
 
 namespace lq::tool {
@@ -45,10 +46,28 @@ class LineNumbers final : public TranslationClient {
     Progress progress_;
 };
 
-std::string ReasonOf(const TranslationRefusal& refusal) {
+std::string FaultOf(const host::Declaration* declaration, DeclFault fault, TypeFaults& types) {
+    if (!declaration) {
+        return FaultText(fault);
+    }
+    switch (fault) {
+        case DeclFault::kTypeName:
+        case DeclFault::kTypeKind:
+        case DeclFault::kStringLength:
+        case DeclFault::kArrayType:
+            return types.Of(declaration->type);
+        case DeclFault::kInitialValue:
+            return ValueFault(declaration->initValue);
+        default:
+            return FaultText(fault);
+    }
+}
+
+std::string ReasonOf(const TranslationRefusal& refusal, const host::Declaration* declaration,
+                     TypeFaults& types) {
     switch (refusal.reason) {
         case RefusalReason::kDeclaration:
-            return FaultText(refusal.fault);
+            return FaultOf(declaration, refusal.fault, types);
         case RefusalReason::kNoIdentifier:
             return Say("the name is no identifier");
         case RefusalReason::kGlobalTwice:
@@ -75,14 +94,15 @@ std::string ReasonOf(const TranslationRefusal& refusal) {
     return Say("unknown");
 }
 
-Refusal ToRefusal(const host::Project& project, const TranslationRefusal& refusal) {
+Refusal ToRefusal(const host::Project& project, const TranslationRefusal& refusal,
+                  TypeFaults& types) {
     const host::Declaration* const declaration = project.GetDeclaration(refusal.object);
     return {EncodeUtf8(project.NameOf(refusal.owner)),
             EncodeUtf8(declaration    ? declaration->name
                        : refusal.mark ? refusal.mark
                                       : u""),
             EncodeUtf8(declaration ? declaration->type : u""),
-            ReasonOf(refusal),
+            ReasonOf(refusal, declaration, types),
             FileNameOf(project, declaration ? refusal.object : refusal.owner),
             refusal.place.line,
             refusal.place.column};
@@ -118,8 +138,9 @@ Translation Translate(host::Project& project) {
     }
     out.declarations = result.declarations;
     out.refusals.reserve(result.GetRefusalCount());
+    TypeFaults types(project);
     for (const TranslationRefusal& refusal : result) {
-        out.refusals.push_back(ToRefusal(project, refusal));
+        out.refusals.push_back(ToRefusal(project, refusal, types));
     }
     return out;
 }

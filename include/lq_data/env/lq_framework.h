@@ -27,6 +27,7 @@ struct LQ_DATA_API CRuntimeClass {
 
     // A new object, owned by the caller; null when the class does not allow it or memory is short.
     CObject* CreateObject() const { return create ? create() : nullptr; }
+    // Whether this is the other class, or derived from it.
     bool IsDerivedFrom(const CRuntimeClass* other) const;
 
     // The class of that name, or null.
@@ -60,7 +61,9 @@ class LQ_DATA_API CObject {
     CObject& operator=(const CObject&) = default;
     virtual ~CObject() = default;
 
+    // The description of the object's class.
     virtual const CRuntimeClass* GetRuntimeClass() const;
+    // Whether the object is of that class or one derived from it.
     bool IsKindOf(const CRuntimeClass* cls) const { return GetRuntimeClass()->IsDerivedFrom(cls); }
 
     LQ_ALLOCATED
@@ -120,7 +123,9 @@ class LQ_DATA_API CDynLinkLibrary : public CObject {
 
 // Loads a library by file name; null when it cannot be loaded or memory is short. A name without a
 // folder is looked for in the folder that the environment variable LQ_DATA_RESOURCES names, in
-// those of the extension libraries, in the running program's, and in ../lib of that.
+// those of the extension libraries, in the running program's, and in ../lib of that; the default
+// looks in each for a folder of the library's major version first ("lq_data-1"), where the
+// installed resource libraries are, so that several versions may be.
 LQ_DATA_API HINSTANCE AfxLoadLibrary(const char16_t* name);
 // Unloads what AfxLoadLibrary loaded and ends the handle's life. Non-zero for success; 0 for null
 // and for a module that AfxLoadLibrary did not load.
@@ -130,6 +135,7 @@ LQ_DATA_API int AfxFreeLibrary(HINSTANCE module);
 // another is set there; null for none. The default's application module has the English texts of
 // the library's resources.
 LQ_DATA_API HINSTANCE AfxGetResourceHandle();
+// Makes another module the one that string loading on the calling thread consults.
 LQ_DATA_API void AfxSetResourceHandle(HINSTANCE module);
 
 // Copies the full file name of `module`, null meaning the running program: at most `size` - 1
@@ -163,6 +169,7 @@ LQ_DATA_API int32_t RegOpenKeyExW(HKEY root, const char16_t* path, uint32_t opti
 // and `type` may be null; `data` is written on success only.
 LQ_DATA_API int32_t RegQueryValueExW(HKEY key, const char16_t* name, uint32_t* reserved,
                                      uint32_t* type, unsigned char* data, uint32_t* size);
+// Closes a key that RegOpenKeyExW opened.
 LQ_DATA_API int32_t RegCloseKey(HKEY key);
 
 // The integer at `key` of `section` in the settings file `file`, or `fallback` when the file, the

@@ -6,6 +6,8 @@
 #include <map>
 #include <random>
 
+#include <gtest/gtest.h>
+
 #include "tests/host/model/model_util.h"
 
 namespace lq::host {

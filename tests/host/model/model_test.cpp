@@ -124,6 +124,7 @@ TEST(Project, ReplacesAPouThatWasReadAnew) {
         ASSERT_TRUE(replace(i % 2 != 0 ? "abcd" : "efg"));
     }
     EXPECT_EQ(project.Declarations().size(), count);
+    EXPECT_LE(now.bodies[0].code, 2u) << "the code that is kept and the next";
     EXPECT_FALSE(replace("a", u"Q"));
     EXPECT_FALSE(project.ReplacePou(pou, project, project.FindLibraryPou(u"TON")));
 }

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lq_data/host/uses/uses.h"
 #include "tests/host/model/model_util.h"
 #include "tests/host/plcopen/plcopen_util.h"
 
@@ -245,7 +246,7 @@ TEST_P(Documents, BecomeModels) {
 INSTANTIATE_TEST_SUITE_P(Golden, Documents,
                          testing::Values("plant", "units", "types", "sections", "values",
                                          "intervals", "configurations", "unknown", "drawings", "il",
-                                         "st", "calls", "names"),
+                                         "st", "calls", "names", "added", "unit", "iec10"),
                          [](const auto& document) { return std::string(document.param); });
 
 // Of what the texts hold, DescribeCode shows the tokens.
@@ -275,6 +276,30 @@ TEST(Code, IsKeptWhereItIsAskedFor) {
         read.Read(ReadAll(Golden(name + ".xml")));
         ExpectGolden(name + "_code.txt", DescribeCode(read.project));
     }
+}
+
+// "9:17 write variable Text.i i".
+TEST(Uses, AreResolvedAsTheLanguageDoes) {
+    constexpr const char* kObjects[] = {"?",         "variable", "global", "result", "enumerator",
+                                        "unit",      "type",     "list",   "part",   "function",
+                                        "parameter", "member",   "address"};
+    constexpr const char* kKinds[] = {"read", "write", "read-write", "call", "unknown", "declare"};
+    ReadProject read;
+    read.project.KeepCode();
+    read.Read(ReadAll(Golden("uses.xml")));
+    const Project& project = read.project;
+    std::string text;
+    ForEachUse(project, {}, [&](const Use& use) {
+        const Declaration* declaration = project.GetDeclaration(use.id);
+        const Declaration* global = project.GetDeclaration(use.global);
+        text += Place(use.line, use.column) + " " + kKinds[static_cast<int>(use.kind)] + " " +
+                kObjects[static_cast<int>(use.object)] +
+                Part(" ", declaration ? project.NameOf(declaration->owner) : u"") +
+                Part(" ", project.NameOf(use.id)) + (global ? " of " : "") +
+                Part("", global ? project.NameOf(global->owner) : u"") + " |" +
+                Part(" ", use.name) + (use.isInPragma ? " in a pragma" : "") + "\n";
+    });
+    ExpectGolden("uses.txt", text);
 }
 
 TEST(StandardBlocks, HaveTheirInterfaces) {

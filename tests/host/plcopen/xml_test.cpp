@@ -94,10 +94,7 @@ TEST(Xml, IsAcceptedOrRefusedWithAReason) {
         cases.push_back({Document(row[0]), row[1], row[2]});
     }
     for (const auto& c : cases) {
-        std::vector<std::string> forms{c.document};
-        if (c.document.find("encoding=") == std::string::npos) {
-            forms.push_back("\xEF\xBB\xBF" + c.document);
-        }
+        std::vector<std::string> forms{c.document, "\xEF\xBB\xBF" + c.document};
         std::u16string wide;
         DecodeUtf8(c.document, wide);
         if (wide.starts_with(u"<!") || wide.starts_with(u"<p")) {
@@ -119,6 +116,24 @@ TEST(Xml, IsAcceptedOrRefusedWithAReason) {
                         (bytes != c.document && report.line == 1))  // the mark takes a column
                 << what;
             EXPECT_EQ(EncodeUtf8(read.project.Name()), "") << what;
+        }
+    }
+}
+
+// Names and places are those of the same document in UTF-8.
+TEST(Xml, CodePagesAreThoseThatAreDeclared) {
+    const auto document = [](const std::string& encoding, const std::string& name) {
+        return "<?xml version='1.0' encoding='" + encoding + "'?>" + kRoot +
+               "<contentHeader name='" + name + "'/><strange/></project>";
+    };
+    for (const auto& row : lq::test::Rows("host/plcopen/documents.rows", "code pages")) {
+        const ReadProject read(document(row[0], row[1]));
+        EXPECT_EQ(read.complete, !row[2].empty()) << row[0] << read.Told();
+        if (read.complete) {
+            const ReadProject same(document("UTF-8", row[2]));
+            EXPECT_EQ(EncodeUtf8(read.project.Name()), row[2]);
+            EXPECT_EQ(read.reports.front().column,
+                      same.reports.front().column + row[0].size() - std::strlen("UTF-8"));
         }
     }
 }
@@ -162,6 +177,16 @@ TEST(Xml, EndsWhenNothingCanBeRead) {
         ASSERT_EQ(reports.size(), 1u) << state;
         EXPECT_EQ(reports[0].message, "the file cannot be read");
     }
+    struct Broken : std::streambuf {
+        int_type underflow() override { throw std::exception(); }
+    } broken;
+    std::istream source(&broken);
+    source.exceptions(std::ios::badbit);
+    Project none;
+    std::vector<Report> thrown;
+    EXPECT_FALSE(ReadPlcopen(source, "test.xml", none, thrown));
+    ASSERT_EQ(thrown.size(), 1u);
+    EXPECT_TRUE(thrown[0].error) << thrown[0].message;
     const lq::test::TempFolder folder;
     const std::string path = folder.GetPath();
     for (const auto& [file, message] : {std::pair(path, "this is a folder, not a file"),

@@ -5,6 +5,7 @@
 
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/host/words/words.h"
 #include "lq_data/scanner.h"
 #include "tests/support/rows.h"
 
@@ -43,6 +44,11 @@ TEST(CheckInitSyntax, AcceptsValuesAndNothingElse) {
             EXPECT_EQ(CheckInitSyntax(nullptr, text.c_str()) == 0, depth <= 64) << depth;
         }
     }
+}
+
+TEST(IsStandardFunction, KnowsConversionsAndTypedNames) {
+    CheckTexts("functions",
+               [](const char16_t* name) { return lq::host::IsStandardFunction(name) ? 0 : 1; });
 }
 
 TEST(TypeWords, AreWholeWords) {

@@ -1,6 +1,6 @@
 // Columns: what they are called, how wide they are, in which order they put rows.
 
-// Columns are {title, isNumber, isName, isMono}.
+// Columns are {title, isNumber, isName, isWhole, isMono, isLong}.
 
 function cellText(value) {
   return value === true ? "yes" : value === false ? "no" : value === null ? "" : String(value);
@@ -36,7 +36,8 @@ function columnWidths(columns, eachCell) {
     });
     const family = color(column.isMono ? "mono" : "sans");
     const edge = i === 0 ? 10 : 0;
-    const least = widthOf(column.title, `${size} ${color("sans")}`) + edge + (column.isSorted ? 18 : 0);
+    const least = widthOf(column.isSorted ? `${column.title} \u2191` : column.title,
+      `${column.isSorted ? "620 " : ""}${size} ${color("sans")}`) + edge;
     const wanted = widthOf(longest.slice(0, 100), `${column.isName ? "600 " : ""}${size} ${family}`);
     return { least, wanted: Math.max(least, Math.min(wanted + edge, column.isLong ? 2 * widest : widest)) };
   });
@@ -45,7 +46,7 @@ function columnWidths(columns, eachCell) {
 // Numbers are whole, and so are names if they are not long; the others share what these leave, by what
 // they want beyond the least.
 function fitColumns(columns, widths, available) {
-  const isWhole = (i) => columns[i].isNumber || columns[i].isName;
+  const isWhole = (i) => columns[i].isNumber || columns[i].isName || columns[i].isWhole;
   const least = (i) => (isWhole(i) ? Math.min(widths[i].wanted, 220) : widths[i].least);
   const sum = (amount) => widths.reduce((total, _, i) => total + amount(i), 0);
   const beyond = (i) => (columns[i].isNumber ? 0 : widths[i].wanted - least(i) + 1);

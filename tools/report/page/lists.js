@@ -26,7 +26,7 @@ function placeColumns(objects) {
 
 const listColumns = {
   symbols: () => [
-    { title: "path", cells: symbols.path },
+    { title: "path", cells: symbols.path, isWhole: true },
     { title: "name", cells: symbols.name, isName: true },
     { title: "section", cells: symbols.section, isSmall: true },
     { title: "type", cells: symbols.type, isMono: true },

@@ -122,7 +122,7 @@ function projectView(isWhole = false) {
   return [
     make("header", { className: "title" }, make("h1", {}, project.name || report.files[0]),
       make("dl", { className: "facts" }, counts.map(([title, count, view]) => make("div", {},
-        make("dt", {}, title),
+        make("dt", {}, count === 1 ? title.replace(/s$/, "") : title),
         make("dd", {}, make("a", { href: "#" + view }, formatNumber(count))))))),
     news(),
     messageSection(isWhole),

@@ -98,7 +98,9 @@ using TakeDifference = std::function<void(const Difference&)>;
 //
 // The language's own texts (types, values, addresses, tasks) are the same whatever the case of
 // their letters outside of strings and the blanks between their words; comments, whatever the
-// blanks and line breaks between theirs. A project without a name and one with a name are the same.
+// blanks and line breaks between theirs. What not all sources can name is the same without a name:
+// the project, and lists of global variables where one project names none. So is a list that
+// nothing holds, whoever holds it on the other side.
 //
 // The order of inputs, outputs and in-outs of a unit and of the members of a structure means
 // something: of those that both sides have, the fewest that explain the new order were moved.

@@ -113,7 +113,7 @@ struct Pou {
     std::vector<Body> bodies;
     std::vector<Text> calls;    // names that the bodies call, each once
     FlatIndex<Text> callIndex;  // of these
-    IdList implicit;            // declarations aside: EN and ENO
+    IdList implicit;            // declarations of AddAside: EN and ENO, VAR_ACCESS
     IdList spare;               // of declarations that were removed
 };
 

@@ -64,8 +64,9 @@ class LQ_DATA_API Project {
     // A POU under construction; null for any other identifier. Its declarations are only added.
     Pou* EditPou(ID pou);
     // Makes a POU what `read` is, a POU of the same name and kind of another project, into which a
-    // unit was read anew or built: result type, comments, place, declarations, bodies and calls;
-    // then lq::TranslateUnit enters it. False, with no change, when there are no such two.
+    // unit was read anew or built: result type, comments, place, declarations, bodies with their
+    // code, if both projects keep it, and calls; then lq::TranslateUnit enters it. False, with no
+    // change, when there are no such two.
     //
     //   - The POU keeps its identifier, and so do its declarations whose names it had before,
     //     without regard to case, and had once. Others get identifiers that replacements of this
@@ -87,6 +88,7 @@ class LQ_DATA_API Project {
 
     // Bodies that are read from now on are kept with their code, 24 bytes a token.
     void KeepCode() { keepsCode_ = true; }
+    // Whether they are.
     bool KeepsCode() const { return keepsCode_; }
     // The body's, to be filled. Stays where it is.
     BodyCode& EditCode(Body& body);
@@ -156,8 +158,9 @@ class LQ_DATA_API Project {
 
     // The name of any object; empty when there is none. A program instance answers its own.
     Text NameOf(ID id) const;
-    // The line and column of any object; 0 when there is none or it is not known.
+    // The line of any object; 0 when there is none or it is not known.
     uint32_t LineOf(ID id) const;
+    // Its column likewise.
     uint32_t ColumnOf(ID id) const;
 
     // The code of a body; null when none was kept.
@@ -166,6 +169,7 @@ class LQ_DATA_API Project {
     // The file that an object came from; null for the standard's blocks, and where no file was
     // begun.
     const SourceFile* FileOf(ID id) const;
+    // Whether that file is a library.
     bool IsOfLibrary(ID id) const;
 
     // The identifiers directly below an object; the empty list when it holds none.
@@ -229,6 +233,7 @@ class LQ_DATA_API Project {
 
     bool keepsCode_ = false;
     std::deque<BodyCode> codes_;
+    std::vector<uint32_t> spareCodes_;  // those of bodies that are gone, from 1
 
     IdList projectPous_;
     IdList libraryPous_;

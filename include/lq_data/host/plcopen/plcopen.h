@@ -1,4 +1,9 @@
-// Reads PLCopen XML (TC6, versions 1.01 to 2.01) into a project.
+// Reads PLCopen XML (TC6, versions 1.01 to 2.01) into a project: whole ones, and a single <pou> as
+// editors export it, in UTF-8, UTF-16, windows-1252 or Shift_JIS. Lists of global variables, units
+// and types that producers keep in additional data of a project, configuration or resource are read
+// as what they are. Documents of IEC 61131-10, the format's successor, are read as far as they hold
+// the same: units with their sections and bodies in text, structures, arrays and enumerations,
+// global variables, tasks. Of drawings only the language is read, which is reported, as all else.
 #pragma once
 
 #include <istream>

@@ -52,9 +52,9 @@ struct Symbol {
     std::u16string_view file;
     uint32_t line = 0;
     uint32_t column = 0;
+    ID declaration;  // of the variable, also where this is a member of it
     Unexpanded unexpanded = Unexpanded::kNone;
     std::u16string_view unexpandedType;  // the type that the reason is about; may be empty
-    ID declaration;  // of the variable; of a member that of the variable that it is in
 };
 
 struct SymbolOptions {

@@ -18,6 +18,7 @@ struct Report {
     std::string message;  // a sentence without a full stop
     uint32_t more = 0;    // further places
     bool error = false;   // the file was not read to its end
+    uint16_t code = 0;    // of the check that this is; it never changes. 0 for none of its own
 };
 
 // "plant.xml:12:5: project/types: <thing> in <types> is not known and was left out (and 2 more)".

@@ -36,6 +36,7 @@ class Project;
 LQ_DATA_API bool ReadText(std::istream& source, const std::string& fileName, Project& project,
                           std::vector<Report>& reports,
                           std::optional<TextEncoding> codePage = {}) noexcept;
+// The same for a text in memory.
 LQ_DATA_API bool ReadText(std::u16string_view text, const std::string& fileName, Project& project,
                           std::vector<Report>& reports) noexcept;
 

@@ -20,4 +20,8 @@ LQ_DATA_API void SetExtendedIdentifiers(bool (*accepts)(const char16_t* beginnin
 // in order.
 LQ_DATA_API std::span<const std::u16string_view> Keywords();
 
+// Whether the standard has a function of that name, in any case: "ADD", "INT_TO_REAL", "TO_REAL",
+// "MAX_DINT".
+LQ_DATA_API bool IsStandardFunction(std::u16string_view name);
+
 }  // namespace lq::host

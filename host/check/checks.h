@@ -1,0 +1,23 @@
+// The families of the table. A folder that brings checks of its own declares its rows here, and the
+// table takes them up.
+#pragma once
+
+#include <span>
+
+#include "lq_data/host/check/check.h"
+
+namespace lq::host::check {
+
+using Rows = std::span<const Check>;
+
+Rows ReaderRows();
+Rows NameRows();
+Rows TypeRows();
+Rows ValueRows();
+Rows AddressRows();
+Rows SectionRows();
+Rows UnitRows();
+Rows TaskRows();
+Rows LabelRows();
+
+}  // namespace lq::host::check

@@ -1,0 +1,268 @@
+#include "host/check/graph.h"
+
+#include <algorithm>
+
+#include "host/check/run.h"
+
+namespace lq::host::check {
+
+namespace {
+
+constexpr uint32_t kNone = 0xFFFFFFFF;
+
+uint64_t BitOf(ID resource) {
+    return uint64_t{1} << std::min<uint32_t>(IndexOf(resource), 63);
+}
+
+bool IsReference(Scope scope) {
+    return scope == Scope::kInOut || scope == Scope::kExternal;
+}
+
+// The groups of nodes that reach each other, each by the number of its group: a search in depth
+// that knows for each node the earliest one that it leads back to, without the stack of calls that
+// a long chain would take.
+class Groups {
+  public:
+    Groups(const std::vector<std::vector<Graph::Edge>>& edges, unsigned ways)
+        : edges_(edges),
+          ways_(ways),
+          order_(edges.size(), kNone),
+          low_(edges.size()),
+          groups_(edges.size(), kNone) {
+        for (uint32_t node = 0; node < edges.size(); ++node) {
+            if (order_[node] == kNone) {
+                Search(node);
+            }
+        }
+    }
+
+    uint32_t GroupOf(uint32_t node) const { return groups_[node]; }
+
+  private:
+    struct Frame {
+        uint32_t node;
+        std::size_t next;  // the edge to follow
+    };
+
+    void Open(uint32_t node) {
+        order_[node] = low_[node] = count_++;
+        open_.push_back(node);
+        frames_.push_back({node, 0});
+    }
+
+    void Search(uint32_t start) {
+        Open(start);
+        while (!frames_.empty()) {
+            const uint32_t node = frames_.back().node;
+            if (frames_.back().next < edges_[node].size()) {
+                Follow(node, edges_[node][frames_.back().next++]);
+                continue;
+            }
+            frames_.pop_back();
+            if (!frames_.empty()) {
+                const uint32_t caller = frames_.back().node;
+                low_[caller] = std::min(low_[caller], low_[node]);
+            }
+            if (low_[node] == order_[node]) {
+                Close(node);
+            }
+        }
+    }
+
+    void Follow(uint32_t node, const Graph::Edge& edge) {
+        if ((edge.way & ways_) == 0) {
+            return;
+        }
+        if (order_[edge.to] == kNone) {
+            Open(edge.to);
+        } else if (groups_[edge.to] == kNone) {
+            low_[node] = std::min(low_[node], order_[edge.to]);
+        }
+    }
+
+    void Close(uint32_t first) {
+        for (uint32_t node = kNone; node != first;) {
+            node = open_.back();
+            open_.pop_back();
+            groups_[node] = first;
+        }
+    }
+
+    const std::vector<std::vector<Graph::Edge>>& edges_;
+    const unsigned ways_;
+    uint32_t count_ = 0;
+    std::vector<uint32_t> order_;
+    std::vector<uint32_t> low_;
+    std::vector<uint32_t> groups_;
+    std::vector<uint32_t> open_;
+    std::vector<Frame> frames_;
+};
+
+}  // namespace
+
+Graph::Graph(const Project& project, Types& types) : project_(project), types_(types) {
+    edges_.resize(project.Pous().size() + project.DataTypes().size());
+    instances_.resize(edges_.size());
+    for (uint32_t i = 0; i < project.Pous().size(); ++i) {
+        AddDeclarations(i, project.Pous()[i].declarations);
+        AddCalls(i, MakeId(Sort::kPou, i));
+    }
+    for (uint32_t i = 0; i < project.DataTypes().size(); ++i) {
+        const ID id = MakeId(Sort::kDataType, i);
+        AddDeclarations(NodeOf(id), project.DataTypes()[i].members);
+        AddType(NodeOf(id), kHolds, project.DataTypes()[i].baseType, {});
+    }
+    Spread();
+}
+
+uint32_t Graph::NodeOf(ID object) const {
+    const auto pous = static_cast<uint32_t>(project_.Pous().size());
+    return IndexOf(object) + (SortOf(object) == Sort::kDataType ? pous : 0);
+}
+
+ID Graph::ObjectOf(uint32_t node) const {
+    const auto pous = static_cast<uint32_t>(project_.Pous().size());
+    return node < pous ? MakeId(Sort::kPou, node) : MakeId(Sort::kDataType, node - pous);
+}
+
+void Graph::AddDeclarations(uint32_t node, const IdList& declarations) {
+    for (const ID id : declarations) {
+        const Declaration& declaration = *project_.GetDeclaration(id);
+        AddType(node, IsReference(declaration.section.scope) ? kRefers : kHolds, declaration.type,
+                id);
+    }
+}
+
+void Graph::AddType(uint32_t node, Way way, Text text, ID declaration) {
+    const TypeInfo& type = types_.Named(text);
+    if (type.kind == TypeInfo::Kind::kBlock || SortOf(type.object) == Sort::kDataType) {
+        edges_[node].push_back({NodeOf(type.object), way, declaration});
+        const Pou* holder = project_.GetPou(ObjectOf(node));
+        const bool isOne = holder && holder->kind == LQ_KIND_PROGRAM &&
+                           types_.Of(text).kind == TypeInfo::Kind::kBlock;
+        instances_[NodeOf(type.object)] += way == kHolds ? (isOne ? 1 : 2) : 0;
+    }
+}
+
+bool Graph::HasOneInstance(ID block) const {
+    return instances_[NodeOf(block)] == 1;
+}
+
+void Graph::AddCalls(uint32_t node, ID unit) {
+    const Pou& pou = *project_.GetPou(unit);
+    for (const Text name : pou.calls) {
+        const ID local = types_.Members(unit).Find(name);
+        const ID variable = local != ID() ? local : project_.FindGlobal(name);
+        ID callee;
+        if (variable != ID() && !chars::EqualNoCase(name, pou.name)) {
+            const TypeInfo& type = types_.Resolved(project_.GetDeclaration(variable)->type);
+            callee = type.kind == TypeInfo::Kind::kBlock ? type.object : ID();
+        } else {
+            callee = project_.FindAnyPou(name);
+            const bool isAction = std::ranges::any_of(pou.bodies, [name](const Body& body) {
+                return chars::EqualNoCase(body.name, name);
+            });
+            hasUnknownCalls_ =
+                hasUnknownCalls_ || (callee == ID() && !isAction && !IsStandardFunction(name));
+        }
+        if (callee != ID()) {
+            edges_[node].push_back({NodeOf(callee), kCalls, {}});
+        }
+    }
+}
+
+uint64_t Graph::SeenBy(ID parent) const {
+    if (SortOf(parent) == Sort::kResource) {
+        return BitOf(parent);
+    }
+    const Configuration* configuration = project_.GetConfiguration(parent);
+    uint64_t resources = configuration ? 0 : ~uint64_t{0};
+    for (const ID id : project_.Below(parent)) {
+        resources |= configuration ? BitOf(id) : 0;
+    }
+    return resources;
+}
+
+// From the programs that run, and the instances among the globals, to all that they lead to.
+void Graph::Spread() {
+    runBy_.resize(edges_.size());
+    std::vector<uint32_t> pending;
+    const auto enter = [&](uint32_t node, uint64_t resources) {
+        if ((runBy_[node] | resources) != runBy_[node]) {
+            runBy_[node] |= resources;
+            pending.push_back(node);
+        }
+    };
+    for (const ProgramInstance& instance : project_.ProgramInstances()) {
+        const Task* task = project_.GetTask(instance.parent);
+        const ID program = project_.FindPou(instance.typeName);
+        if (program != ID()) {
+            enter(NodeOf(program), BitOf(task ? task->resource : instance.parent));
+        }
+    }
+    for (const VariableList& list : project_.VariableLists()) {
+        if (SortOf(list.parent) == Sort::kPou) {
+            continue;
+        }
+        for (const ID id : list.declarations) {
+            const TypeInfo& type = types_.Named(project_.GetDeclaration(id)->type);
+            if (type.kind == TypeInfo::Kind::kBlock || SortOf(type.object) == Sort::kDataType) {
+                enter(NodeOf(type.object), SeenBy(list.parent));
+                instances_[NodeOf(type.object)] += type.kind == TypeInfo::Kind::kBlock ? 1 : 2;
+            }
+        }
+    }
+    while (!pending.empty()) {
+        const uint32_t node = pending.back();
+        pending.pop_back();
+        for (const Edge& edge : edges_[node]) {
+            enter(edge.to, runBy_[node]);
+        }
+    }
+}
+
+std::vector<Graph::Cycle> Graph::Cycles(unsigned ways) const {
+    const Groups groups(edges_, ways);
+    std::vector<Cycle> cycles;
+    std::vector<bool> isTold(edges_.size());
+    std::vector<Step> cameBy(edges_.size(), Step{kNone, nullptr});
+    for (uint32_t start = 0; start < edges_.size(); ++start) {
+        const uint32_t group = groups.GroupOf(start);
+        if (isTold[group]) {
+            continue;
+        }
+        isTold[group] = true;
+        // The shortest way back to the start, within its group.
+        std::vector<uint32_t> pending = {start};
+        const Edge* last = nullptr;
+        uint32_t lastFrom = start;
+        for (std::size_t i = 0; i < pending.size() && !last; ++i) {
+            for (const Edge& edge : edges_[pending[i]]) {
+                if ((edge.way & ways) == 0 || groups.GroupOf(edge.to) != group) {
+                    continue;
+                }
+                if (edge.to == start) {
+                    last = &edge;
+                    lastFrom = pending[i];
+                    break;
+                }
+                if (!cameBy[edge.to].edge) {
+                    cameBy[edge.to] = {pending[i], &edge};
+                    pending.push_back(edge.to);
+                }
+            }
+        }
+        if (!last) {
+            continue;
+        }
+        Cycle cycle = {{lastFrom, last}};
+        for (uint32_t at = lastFrom; at != start; at = cycle.back().from) {
+            cycle.push_back(cameBy[at]);
+        }
+        std::ranges::reverse(cycle);
+        cycles.push_back(std::move(cycle));
+    }
+    return cycles;
+}
+
+}  // namespace lq::host::check

@@ -1,0 +1,475 @@
+#include "host/uses/code_walk.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+
+#include "lq_data/detail/chars.h"
+#include "lq_data/host/words/words.h"
+#include "lq_data/scanner.h"
+
+namespace lq::host::uses {
+
+namespace {
+
+bool Equal(u16string_view a, u16string_view b) {
+    return a.size() == b.size() && chars::CompareNoCase(a.data(), b.data(), a.size()) == 0;
+}
+
+// Words of statements beside the keywords, where no variable has the name.
+constexpr u16string_view kWords[] = {u"CONTINUE", u"GOTO", u"JMP", u"NULL", u"SUPER", u"THIS"};
+constexpr u16string_view kJumpWords[] = {u"GOTO", u"JMP", u"JMPC", u"JMPCN"};
+
+// What instructions of IL do with their operand; all others are functions.
+struct Instruction {
+    u16string_view name;
+    std::optional<UseKind> kind;  // nothing for one that takes no name of the unit
+};
+constexpr Instruction kInstructions[] = {
+    {u"LD", UseKind::kRead},
+    {u"LDN", UseKind::kRead},
+    {u"ST", UseKind::kWrite},
+    {u"STN", UseKind::kWrite},
+    {u"S", UseKind::kWrite},
+    {u"R", UseKind::kWrite},
+    {u"AND", UseKind::kRead},
+    {u"ANDN", UseKind::kRead},
+    {u"OR", UseKind::kRead},
+    {u"ORN", UseKind::kRead},
+    {u"XOR", UseKind::kRead},
+    {u"XORN", UseKind::kRead},
+    {u"NOT", UseKind::kRead},
+    {u"ADD", UseKind::kRead},
+    {u"SUB", UseKind::kRead},
+    {u"MUL", UseKind::kRead},
+    {u"DIV", UseKind::kRead},
+    {u"MOD", UseKind::kRead},
+    {u"GT", UseKind::kRead},
+    {u"GE", UseKind::kRead},
+    {u"EQ", UseKind::kRead},
+    {u"NE", UseKind::kRead},
+    {u"LE", UseKind::kRead},
+    {u"LT", UseKind::kRead},
+    {u"CAL", UseKind::kCall},
+    {u"CALC", UseKind::kCall},
+    {u"CALCN", UseKind::kCall},
+    {u"S1", UseKind::kCall},
+    {u"R1", UseKind::kCall},
+    {u"CLK", UseKind::kCall},
+    {u"CU", UseKind::kCall},
+    {u"CD", UseKind::kCall},
+    {u"PV", UseKind::kCall},
+    {u"IN", UseKind::kCall},
+    {u"PT", UseKind::kCall},
+    {u"RET", {}},
+    {u"RETC", {}},
+    {u"RETCN", {}},
+    {u"JMP", {}},
+    {u"JMPC", {}},
+    {u"JMPCN", {}},
+};
+
+const Instruction* InstructionNamed(u16string_view name) {
+    const auto* row = std::ranges::find_if(
+        kInstructions, [name](const Instruction& other) { return Equal(other.name, name); });
+    return row == std::end(kInstructions) ? nullptr : row;
+}
+
+bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
+    return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
+}
+
+// The functions that write to what they are given, or take its address.
+bool MayWrite(u16string_view function) {
+    constexpr u16string_view kAddresses[] = {u"ADR", u"REF"};
+    return IsOneOf(kAddresses, function) || Equal(function.substr(0, 6), u"SPLIT_");
+}
+
+}  // namespace
+
+CodeWalk::CodeWalk(Names& names, const PartNames& parts, ID unit, const Body* body,
+                   const TakeUse& take)
+    : names_(names), parts_(parts), unit_(unit), body_(body), take_(take) {}
+
+Meaning CodeWalk::Resolve(u16string_view name) const {
+    if (const Meaning own = names_.OfUnit(unit_, name)) {
+        return own;
+    }
+    if (parts_.Find(HashOfName(name), [name](Text part) { return Equal(part, name); })) {
+        return {UseObject::kPart, {}, {}};
+    }
+    if (const Meaning other = names_.OfProject(name)) {
+        return other;
+    }
+    return IsStandardFunction(name) ? Meaning{UseObject::kFunction, {}, {}} : Meaning{};
+}
+
+void CodeWalk::Tell(const BodyToken& token, const Meaning& meaning, UseKind kind, bool isInPragma) {
+    take_({.object = meaning.object,
+           .kind = kind,
+           .id = meaning.id,
+           .global = meaning.global,
+           .name = token.text,
+           .unit = unit_,
+           .body = body_,
+           .role = role_,
+           .isInPragma = isInPragma,
+           .line = token.line,
+           .column = token.column,
+           .where = unit_});
+}
+
+// -- Tokens ---------------------------------------------------------------------------------------
+
+bool CodeWalk::Is(std::size_t at, uint16_t operation) const {
+    return at < tokens_.size() && tokens_[at].kind == TK_OPERATOR && tokens_[at].Is(operation);
+}
+
+bool CodeWalk::IsName(std::size_t at) const {
+    return at < tokens_.size() && tokens_[at].kind == TK_IDENTIFIER;
+}
+
+// Whether the operand of an instruction, or the whole text, ends in front of `at`.
+bool CodeWalk::IsLineEnd(std::size_t at) const {
+    return at >= tokens_.size() || (isIl_ && (tokens_[at].line != line_ || Is(at, OP_RPAREN)));
+}
+
+void CodeWalk::RunSt(std::span<const BodyToken> tokens, UseKind whole) {
+    isIl_ = false;
+    whole_ = whole;
+    operand_ = 0;
+    Begin(tokens);
+    Run();
+}
+
+void CodeWalk::RunIl(std::span<const BodyToken> tokens) {
+    isIl_ = true;
+    line_ = 0;
+    Begin(tokens);
+    Run();
+}
+
+void CodeWalk::Begin(std::span<const BodyToken> tokens) {
+    tokens_ = tokens;
+    open_.clear();
+    awaited_.clear();
+    closing_.assign(tokens.size(), 0);
+    std::vector<std::size_t> square;
+    for (std::size_t at = 0; at < tokens.size(); ++at) {
+        if (Is(at, OP_LBRACKET)) {
+            square.push_back(at);
+        } else if (Is(at, OP_RBRACKET) && !square.empty()) {
+            closing_[square.back()] = at;
+            square.pop_back();
+        }
+    }
+}
+
+void CodeWalk::Run() {
+    for (std::size_t at = 0; at < tokens_.size();) {
+        const bool isInCall = !open_.empty() && open_.back().kind == Open::Kind::kCall &&
+                              Is(open_.back().at, OP_LPAREN);
+        if (isIl_ && tokens_[at].line != line_ && !isInCall) {
+            BeginInstruction(at);
+        } else {
+            TakeToken(at);
+        }
+    }
+}
+
+void CodeWalk::TakeToken(std::size_t& at) {
+    const BodyToken& token = tokens_[at];
+    if (token.kind == TK_IDENTIFIER) {
+        TakeName(at);
+        return;
+    }
+    const u16string_view text(token.text);
+    if (token.kind == TK_ERROR && text.ends_with(u'#')) {
+        TakePrefix(at);
+        return;
+    }
+    if (token.kind == TK_ADDRESS) {
+        TakeAddress(at);
+    } else if (Is(at, OP_LPAREN) || Is(at, OP_LBRACKET)) {
+        OpenBracket(at);
+    } else if (Is(at, OP_RPAREN) || Is(at, OP_RBRACKET)) {
+        CloseBracket(Is(at, OP_RBRACKET));
+    } else if (Is(at, OP_COMMA) && !open_.empty() && open_.back().kind == Open::Kind::kCall) {
+        ++open_.back().position;
+        open_.back().argument = KindOfPosition(open_.back());
+    } else if (Is(at, OP_SEMICOLON)) {
+        open_.clear();  // whatever was not closed
+    }
+    ++at;
+}
+
+// -- Brackets and calls ---------------------------------------------------------------------------
+
+void CodeWalk::OpenBracket(std::size_t at) {
+    Open open;
+    open.kind = Is(at, OP_LBRACKET) ? Open::Kind::kIndex : Open::Kind::kGroup;
+    open.at = at;
+    if (!awaited_.empty() && awaited_.back().at == at) {
+        open = awaited_.back();
+        awaited_.pop_back();
+        open.argument = KindOfPosition(open);
+    }
+    open_.push_back(open);
+}
+
+void CodeWalk::CloseBracket(bool isIndex) {
+    while (!open_.empty()) {
+        const bool isPartner = (open_.back().kind == Open::Kind::kIndex) == isIndex;
+        open_.pop_back();
+        if (isPartner) {
+            return;
+        }
+    }
+}
+
+// A call of `callee`, which is spelled `name`, whose bracket stands at `at`.
+CodeWalk::Open CodeWalk::CallOf(const Meaning& callee, u16string_view name, std::size_t at) const {
+    Open open;
+    open.kind = Open::Kind::kCall;
+    open.at = at;
+    open.callee = names_.CalleeOf(callee);
+    open.isFunction = callee.object == UseObject::kFunction && !MayWrite(name);
+    return open;
+}
+
+UseKind CodeWalk::KindOfParameter(ID parameter, bool isOutput) const {
+    const Declaration* declaration = names_.GetProject().GetDeclaration(parameter);
+    if (!declaration) {
+        return isOutput ? UseKind::kWrite : UseKind::kUnknown;
+    }
+    const Scope scope = declaration->section.scope;
+    return scope == Scope::kInOut                ? UseKind::kReadWrite
+           : isOutput || scope == Scope::kOutput ? UseKind::kWrite
+                                                 : UseKind::kRead;
+}
+
+UseKind CodeWalk::KindOfPosition(const Open& call) {
+    if (call.callee == ID()) {
+        return call.isFunction ? UseKind::kRead : UseKind::kUnknown;
+    }
+    const IdList& parameters = names_.ParametersOf(call.callee);
+    return call.position < parameters.size() ? KindOfParameter(parameters[call.position], false)
+                                             : UseKind::kUnknown;
+}
+
+// "name :=" and "name =>" directly in brackets. In those of a value they are members of what it is
+// assigned to, which is not looked for.
+bool CodeWalk::TakeParameter(std::size_t& at) {
+    const bool isOutput = Is(at + 1, OP_ARROW);
+    if (open_.empty() || open_.back().kind == Open::Kind::kIndex ||
+        (!isOutput && !Is(at + 1, OP_ASSIGN))) {
+        return false;
+    }
+    Open& open = open_.back();
+    if (open.kind == Open::Kind::kCall) {
+        const Meaning of{UseObject::kUnit, open.callee, {}};
+        Meaning parameter = open.callee != ID() ? names_.MemberOf(of, tokens_[at].text) : Meaning{};
+        open.argument =
+            open.isFunction && !isOutput ? UseKind::kRead : KindOfParameter(parameter.id, isOutput);
+        parameter = parameter ? parameter : Meaning{UseObject::kParameter, open.callee, {}};
+        Tell(tokens_[at], parameter,
+             isOutput                               ? UseKind::kRead
+             : open.argument == UseKind::kReadWrite ? UseKind::kReadWrite
+                                                    : UseKind::kWrite);
+    }
+    at += 2;
+    return true;
+}
+
+// -- Names ----------------------------------------------------------------------------------------
+
+void CodeWalk::TakeName(std::size_t& at) {
+    const BodyToken& token = tokens_[at];
+    const u16string_view name(token.text);
+    if (at > 0 && Is(at - 1, OP_DOT)) {
+        ++at;  // of a path that was told, or of something without a name
+        return;
+    }
+    if (TakeParameter(at)) {
+        return;
+    }
+    const bool isOwn = static_cast<bool>(names_.OfUnit(unit_, name));
+    if (!isOwn && IsOneOf(kJumpWords, name) && IsName(at + 1)) {
+        at += 2;
+        return;
+    }
+    if (!isOwn && Equal(name, u"THIS")) {
+        ++at;
+        while (at < tokens_.size() &&
+               (Is(at, OP_DOT) || u16string_view(tokens_[at].text) == u"^")) {
+            ++at;
+        }
+        if (!IsName(at) || !Is(at - 1, OP_DOT)) {
+            return;
+        }
+    } else if (!isOwn && (!IsIdentifier(token.text) || IsOneOf(kWords, name))) {
+        ++at;
+        return;
+    }
+    const Path& path = ReadPath(at);
+    const BodyToken& last = tokens_[path.places.back()];
+    if (Is(path.end, OP_LPAREN)) {
+        awaited_.push_back(CallOf(path.meanings.back(), last.text, path.end));
+        TellPath(path, UseKind::kCall);
+    } else if (!path.meanings.front() && path.places.size() == 1 && Is(path.end, OP_COLON)) {
+        // A label of dialects of ST.
+    } else {
+        const UseKind kind = KindOf(at, path.end);
+        if (kind == UseKind::kRead && path.end == at + 1 &&
+            names_.CalleeOf(path.meanings.front()) != ID()) {
+            // An instance has no value: an enumerator of its name is meant.
+            const Meaning value = names_.ValueNamed(name);
+            path_.meanings.front() = value ? value : path.meanings.front();
+        }
+        TellPath(path, kind);
+    }
+    ++at;
+}
+
+const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
+    Path& path = path_;
+    path.meanings.clear();
+    path.places.clear();
+    path.pointed = 0;
+    path.meanings.push_back(Resolve(tokens_[at].text));
+    path.places.push_back(at);
+    // Recursion: the function's name before a bracket is the function.
+    if (path.meanings[0].object == UseObject::kResult && Is(at + 1, OP_LPAREN)) {
+        path.meanings[0].object = UseObject::kUnit;
+    }
+    for (path.end = at + 1; path.end < tokens_.size();) {
+        if (Is(path.end, OP_LBRACKET) && closing_[path.end] != 0) {
+            path.end = closing_[path.end] + 1;
+        } else if (tokens_[path.end].kind == TK_ERROR &&
+                   u16string_view(tokens_[path.end].text) == u"^") {
+            path.pointed = path.places.size();
+            ++path.end;
+        } else if (Is(path.end, OP_DOT) && IsName(path.end + 1)) {
+            Meaning member = names_.MemberOf(path.meanings.back(), tokens_[path.end + 1].text);
+            member.object = member ? member.object : UseObject::kMember;
+            path.meanings.push_back(member);
+            path.places.push_back(path.end + 1);
+            path.end += 2;
+        } else if (Is(path.end, OP_DOT) && path.end + 1 < tokens_.size() &&
+                   tokens_[path.end + 1].kind == TK_INTEGER) {
+            path.end += 2;  // a bit
+        } else {
+            break;
+        }
+    }
+    return path;
+}
+
+// Where the whole is written to, so is each part of a variable; what a pointer stands in is read.
+// Where the whole is called, what it is in is read.
+void CodeWalk::TellPath(const Path& path, UseKind kind) {
+    for (std::size_t i = 0; i < path.places.size(); ++i) {
+        const UseObject object = path.meanings[i].object;
+        const bool isPrefix = i + 1 < path.places.size() &&
+                              (kind == UseKind::kCall || object == UseObject::kUnit ||
+                               object == UseObject::kType || object == UseObject::kList);
+        const bool isRead = i < path.pointed || isPrefix;
+        Tell(tokens_[path.places[i]], path.meanings[i], isRead ? UseKind::kRead : kind);
+    }
+}
+
+// What is done with the variable between `at` and `end`.
+UseKind CodeWalk::KindOf(std::size_t at, std::size_t end) const {
+    if (open_.empty() && Is(end, OP_ASSIGN)) {
+        return UseKind::kWrite;
+    }
+    if (at == operand_ && IsLineEnd(end)) {
+        return whole_;
+    }
+    if (open_.empty() || open_.back().kind != Open::Kind::kCall) {
+        return UseKind::kRead;
+    }
+    const bool isWhole = at == open_.back().at + 1 || Is(at - 1, OP_COMMA) ||
+                         Is(at - 1, OP_ASSIGN) || Is(at - 1, OP_ARROW);
+    return isWhole && (Is(end, OP_COMMA) || IsLineEnd(end) || Is(end, OP_RPAREN))
+               ? open_.back().argument
+               : UseKind::kRead;
+}
+
+// "Color#Red", "INT#5", "16#FF" by scanners that do not read it.
+void CodeWalk::TakePrefix(std::size_t& at) {
+    const u16string_view text(tokens_[at].text);
+    const u16string_view type = text.substr(0, text.size() - 1);
+    if (const Meaning meaning = names_.TypeNamed(type)) {
+        Tell(tokens_[at], meaning, UseKind::kDeclare);
+    }
+    ++at;
+    if (IsName(at)) {
+        if (const Meaning value = names_.ValueOf(type, tokens_[at].text)) {
+            Tell(tokens_[at], value, UseKind::kRead);
+        }
+        ++at;
+    }
+}
+
+void CodeWalk::TakeAddress(std::size_t at) {
+    Tell(tokens_[at], {UseObject::kAddress, {}, {}}, KindOf(at, at + 1));
+}
+
+// -- IL -------------------------------------------------------------------------------------------
+
+void CodeWalk::BeginInstruction(std::size_t& at) {
+    if (!open_.empty() && open_.back().kind == Open::Kind::kCall) {
+        open_.pop_back();  // operands of a function without brackets
+    }
+    line_ = tokens_[at].line;
+    while (IsName(at) && Is(at + 1, OP_COLON)) {
+        at += 2;  // a label
+        if (at < tokens_.size()) {
+            line_ = tokens_[at].line;
+        }
+    }
+    BeginOperands(at);
+    if (!IsName(at)) {
+        return;
+    }
+    const u16string_view name(tokens_[at].text);
+    const Instruction* instruction = InstructionNamed(name);
+    if (!instruction && Is(at + 1, OP_LPAREN)) {
+        return;  // a call as in ST
+    }
+    if (instruction) {
+        ++at;
+        BeginOperands(at);
+        if (!instruction->kind) {
+            while (at < tokens_.size() && tokens_[at].line == line_) {
+                ++at;
+            }
+            return;
+        }
+        whole_ = *instruction->kind;
+        // Of an instance LD, S and R set an input.
+        const bool isCall = IsName(at) && tokens_[at].line == line_ && whole_ != UseKind::kCall &&
+                            (Equal(name, u"LD") || Equal(name, u"S") || Equal(name, u"R")) &&
+                            !Is(at + 1, OP_DOT) && !Is(at + 1, OP_LBRACKET) &&
+                            names_.GetProject().GetDeclaration(Resolve(tokens_[at].text).Typed()) &&
+                            names_.CalleeOf(Resolve(tokens_[at].text)) != ID();
+        whole_ = isCall ? UseKind::kCall : whole_;
+        return;
+    }
+    const Meaning function = Resolve(name);
+    Tell(tokens_[at], function, UseKind::kCall);
+    Open call = CallOf(function, name, at);
+    call.position = 1;  // the first argument is the current result
+    call.argument = KindOfPosition(call);
+    open_.push_back(call);
+    ++at;
+}
+
+void CodeWalk::BeginOperands(std::size_t at) {
+    whole_ = UseKind::kRead;
+    operand_ = at;
+}
+
+}  // namespace lq::host::uses

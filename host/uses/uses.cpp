@@ -1,0 +1,361 @@
+// The walk over a project: its units with their bodies, then what declarations, data types, tasks
+// and program instances name.
+
+#include "lq_data/host/uses/uses.h"
+
+#include <algorithm>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "host/uses/code_walk.h"
+#include "host/uses/names.h"
+#include "lq_data/detail/chars.h"
+#include "lq_data/env/lq_model.h"
+#include "lq_data/host/words/words.h"
+
+namespace lq::host {
+
+namespace {
+
+using namespace uses;
+
+bool IsWordCharacter(char16_t c) {
+    return chars::IsLetter(c) || chars::IsDigit(c) || c == u'_';
+}
+
+class Walk {
+  public:
+    Walk(const Project& project, const UseOptions& options, const TakeUse& take)
+        : project_(project), options_(options), take_(take), names_(project) {}
+
+    void Run();
+
+  private:
+    bool IsWanted(ID id) const { return options_.libraries || !project_.IsOfLibrary(id); }
+
+    void WalkUnit(ID unit);
+    void WalkBody(CodeWalk& walk, const BodyCode& code);
+    void WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index);
+    void WalkBlock(CodeWalk& walk, const BodyPiece& piece);
+    void TellPragma(CodeWalk& walk, const std::vector<BodyToken>& words);
+
+    void WalkDeclaration(ID id, const Declaration& declaration);
+    void WalkTask(ID id, const Task& task);
+    void TellType(ID unit, ID where, Text type);
+    void TellWords(ID unit, ID where, u16string_view text, Text type);
+    void TellAt(ID unit, ID where, u16string_view name, Meaning meaning, UseKind kind);
+
+    const Project& project_;
+    const UseOptions& options_;
+    const TakeUse& take_;
+    Names names_;
+
+    ID callee_;                                    // of the last block of a drawing
+    std::unordered_map<uint32_t, UseKind> boxes_;  // what is done with what a box holds
+};
+
+void Walk::Run() {
+    for (uint32_t i = 0; i < project_.Pous().size(); ++i) {
+        const ID unit = MakeId(Sort::kPou, i);
+        if (IsWanted(unit)) {
+            WalkUnit(unit);
+        }
+    }
+    if (!options_.declarations) {
+        return;
+    }
+    const auto forEach = [this](Sort sort, const auto& records, auto visit) {
+        uint32_t index = 0;
+        for (const auto& record : records) {
+            const ID id = MakeId(sort, index++);
+            if (IsWanted(id)) {
+                visit(id, record);
+            }
+        }
+    };
+    forEach(Sort::kDeclaration, project_.Declarations(),
+            [this](ID id, const Declaration& record) { WalkDeclaration(id, record); });
+    forEach(Sort::kDataType, project_.DataTypes(), [this](ID id, const DataType& record) {
+        TellType({}, id, record.baseType);
+        TellWords({}, id, record.initValue, record.name);
+    });
+    forEach(Sort::kTask, project_.Tasks(),
+            [this](ID id, const Task& record) { WalkTask(id, record); });
+    forEach(Sort::kProgramInstance, project_.ProgramInstances(),
+            [this](ID id, const ProgramInstance& record) {
+                if (const ID pou = project_.FindPou(record.typeName); pou != ID()) {
+                    TellAt({}, id, record.typeName, {UseObject::kUnit, pou, {}}, UseKind::kCall);
+                }
+            });
+}
+
+// -- Bodies ---------------------------------------------------------------------------------------
+
+void Walk::WalkUnit(ID unit) {
+    const Pou& pou = *project_.GetPou(unit);
+    PartNames parts;
+    const auto addPart = [&parts](Text name) {
+        parts.AddFirst(name, HashOfName(name),
+                       [name](Text other) { return chars::EqualNoCase(name, other); });
+    };
+    const auto addParts = [&](const BodyCode& code) {
+        for (const BodyPiece& piece : code.pieces) {
+            if (piece.role >= PieceRole::kStep && piece.role <= PieceRole::kMacroStep) {
+                addPart(piece.name);
+            }
+        }
+    };
+    for (const Body& body : pou.bodies) {
+        if (*body.name) {
+            addPart(body.name);
+        }
+        if (const BodyCode* code = project_.CodeOf(body)) {
+            addParts(*code);
+        }
+    }
+    for (const Body& body : pou.bodies) {
+        if (const BodyCode* code = project_.CodeOf(body)) {
+            CodeWalk walk(names_, parts, unit, &body, take_);
+            WalkBody(walk, *code);
+        }
+    }
+    if (options_.declarations && *pou.resultType) {
+        TellType(unit, unit, pou.resultType);
+    }
+}
+
+void Walk::WalkBody(CodeWalk& walk, const BodyCode& code) {
+    // Boxes that are wired to in-out parameters, wherever they stand.
+    boxes_.clear();
+    ID callee;
+    for (const BodyPiece& piece : code.pieces) {
+        if (piece.role == PieceRole::kBlock) {
+            callee = project_.FindAnyPou(piece.name);
+        }
+        const bool isParameter =
+            piece.role == PieceRole::kInput || piece.role == PieceRole::kInputOutput;
+        if (!isParameter || piece.wire == 0) {
+            continue;
+        }
+        const Meaning parameter = names_.MemberOf({UseObject::kUnit, callee, {}}, piece.name);
+        const Declaration* declaration = project_.GetDeclaration(parameter.id);
+        const bool isInOut = declaration && declaration->section.scope == Scope::kInOut;
+        if (isInOut || piece.role == PieceRole::kInputOutput) {
+            boxes_[piece.wire] = UseKind::kReadWrite;
+        }
+    }
+    for (std::size_t i = 0; i < code.pieces.size(); ++i) {
+        WalkPiece(walk, code, i);
+    }
+    TellPragma(walk, code.pragmaWords);
+}
+
+void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
+    const BodyPiece& piece = code.pieces[index];
+    const std::size_t end =
+        index + 1 < code.pieces.size() ? code.pieces[index + 1].first : code.tokens.size();
+    const std::span tokens(code.tokens.data() + piece.first, end - piece.first);
+    const BodyToken place{piece.name, piece.line, piece.column, 0, 0};
+    walk.SetRole(piece.role);
+    switch (piece.role) {
+        case PieceRole::kIl:
+            walk.RunIl(tokens);
+            break;
+        case PieceRole::kSt:
+        case PieceRole::kContact:
+        case PieceRole::kDuration:
+            walk.RunSt(tokens);
+            break;
+        case PieceRole::kIn: {
+            const auto box = boxes_.find(piece.id);
+            walk.RunSt(tokens, box == boxes_.end() ? UseKind::kRead : box->second);
+            break;
+        }
+        case PieceRole::kOut:
+        case PieceRole::kCoil:
+        case PieceRole::kIndicator:
+            walk.RunSt(tokens, UseKind::kWrite);
+            break;
+        case PieceRole::kInOut:
+            walk.RunSt(tokens, UseKind::kReadWrite);
+            break;
+        case PieceRole::kBlock:
+            WalkBlock(walk, piece);
+            break;
+        case PieceRole::kInput:
+        case PieceRole::kOutput:
+        case PieceRole::kInputOutput: {
+            Meaning parameter = names_.MemberOf({UseObject::kUnit, callee_, {}}, piece.name);
+            parameter = parameter ? parameter : Meaning{UseObject::kParameter, callee_, {}};
+            walk.Tell(place, parameter,
+                      piece.role == PieceRole::kOutput  ? UseKind::kRead
+                      : piece.role == PieceRole::kInput ? UseKind::kWrite
+                                                        : UseKind::kReadWrite);
+            break;
+        }
+        case PieceRole::kTransition:
+            walk.Tell(place, walk.Resolve(piece.name), UseKind::kRead);
+            break;
+        case PieceRole::kAction: {
+            const Meaning action = walk.Resolve(piece.name);
+            walk.Tell(place, action,
+                      action.object == UseObject::kPart ? UseKind::kCall : UseKind::kWrite);
+            break;
+        }
+        case PieceRole::kStep:
+        case PieceRole::kInitialStep:
+        case PieceRole::kMacroStep:
+        case PieceRole::kJumpStep:
+            break;
+    }
+}
+
+void Walk::WalkBlock(CodeWalk& walk, const BodyPiece& piece) {
+    callee_ = project_.FindAnyPou(piece.name);
+    Meaning type{UseObject::kUnit, callee_, {}};
+    if (callee_ == ID()) {
+        type.object = IsStandardFunction(piece.name) ? UseObject::kFunction : UseObject::kUnknown;
+    }
+    const bool isInstance = *piece.second != 0;
+    walk.Tell({piece.name, piece.line, piece.column, 0, 0}, type,
+              isInstance ? UseKind::kDeclare : UseKind::kCall);
+    if (isInstance) {
+        const BodyToken instance{piece.second, piece.line, piece.column, 0, 0};
+        const u16string_view name(piece.second);
+        const std::size_t point = std::min(name.find(u'.'), name.size());
+        Meaning meaning = walk.Resolve(name.substr(0, point));
+        if (point < name.size() && meaning) {
+            walk.Tell(instance, meaning, UseKind::kRead);
+            const u16string_view rest = name.substr(point + 1);
+            meaning = rest.find(u'.') == rest.npos ? names_.MemberOf(meaning, rest) : Meaning{};
+            meaning.object = meaning ? meaning.object : UseObject::kMember;
+        }
+        walk.Tell(instance, meaning, UseKind::kCall);
+    }
+}
+
+// Of the words in pragmas those that are names of the project.
+void Walk::TellPragma(CodeWalk& walk, const std::vector<BodyToken>& words) {
+    for (const BodyToken& word : words) {
+        const Meaning meaning = walk.Resolve(word.text);
+        if (meaning && meaning.object != UseObject::kFunction) {
+            walk.Tell(word, meaning, UseKind::kUnknown, true);
+        }
+    }
+}
+
+// -- Declarations ---------------------------------------------------------------------------------
+
+void Walk::TellAt(ID unit, ID where, u16string_view name, Meaning meaning, UseKind kind) {
+    const std::u16string text(name);
+    take_({.object = meaning.object,
+           .kind = kind,
+           .id = meaning.id,
+           .global = meaning.global,
+           .name = text.c_str(),
+           .unit = unit,
+           .line = project_.LineOf(where),
+           .column = project_.ColumnOf(where),
+           .where = where});
+}
+
+void Walk::WalkDeclaration(ID id, const Declaration& declaration) {
+    const Pou* pou = project_.GetPou(declaration.owner);
+    if (declaration.owner == ID() || (pou && pou->isStandard)) {
+        return;
+    }
+    const ID unit = pou ? declaration.owner : ID();
+    TellType(unit, id, declaration.type);
+    // The library's view of an external has its global's value, the declaration none.
+    TellWords(unit, id, declaration.initValue, declaration.type);
+}
+
+// The type that the text ends with, and the constants in its bounds and lengths.
+void Walk::TellType(ID unit, ID where, Text type) {
+    const u16string_view text(type);
+    const std::size_t bracket = text.find_first_of(u"[(");
+    if (text.starts_with(u"STRUCT") || bracket == 0) {
+        return;  // of a nameless structure or enumeration, which names what is its own
+    }
+    const u16string_view name = LastWord(text);
+    if (const Meaning data = names_.TypeNamed(name)) {
+        TellAt(unit, where, name, data, UseKind::kDeclare);
+    } else if (const ID block = project_.FindAnyPou(name); block != ID()) {
+        TellAt(unit, where, name, {UseObject::kUnit, block, {}}, UseKind::kDeclare);
+    }
+    const std::size_t end = text.find_last_of(u"])");
+    const bool hasBounds = bracket != text.npos && end != text.npos && end > bracket &&
+                           (text[bracket] == u'[' || text.find(u"..") != text.npos ||
+                            text.starts_with(u"STRING") || text.starts_with(u"WSTRING"));
+    if (hasBounds) {
+        TellWords(unit, where, text.substr(bracket + 1, end - bracket - 1), u"");
+    }
+}
+
+// The names in a value: those of members, in front of ":=", and literals are none.
+void Walk::TellWords(ID unit, ID where, u16string_view text, Text type) {
+    for (std::size_t at = 0; at < text.size();) {
+        const char16_t first = text[at];
+        if (first == u'\'' || first == u'"') {
+            for (++at; at < text.size() && text[at] != first; ++at) {
+                at += text[at] == u'$' ? 1 : 0;
+            }
+            ++at;
+            continue;
+        }
+        std::size_t end = at;
+        while (end < text.size() && IsWordCharacter(text[end])) {
+            ++end;
+        }
+        if (end == at) {
+            ++at;
+            continue;
+        }
+        const u16string_view word = text.substr(at, end - at);
+        const bool isMember = at > 0 && text[at - 1] == u'.';
+        const bool isName = !chars::IsDigit(first) && !(at > 0 && text[at - 1] == u'#');
+        std::size_t next = end;
+        while (next < text.size() && chars::IsBlank(text[next])) {
+            ++next;
+        }
+        at = end;
+        if (!isName || isMember || text.substr(next, 2) == u":=" ||
+            !IsIdentifier(std::u16string(word).c_str())) {
+            continue;
+        }
+        if (end < text.size() && text[end] == u'#') {
+            std::size_t last = end + 1;
+            while (last < text.size() && IsWordCharacter(text[last])) {
+                ++last;
+            }
+            const u16string_view value = text.substr(end + 1, last - end - 1);
+            if (const Meaning meaning = names_.ValueOf(word, value)) {
+                TellAt(unit, where, word, names_.TypeNamed(word), UseKind::kDeclare);
+                TellAt(unit, where, value, meaning, UseKind::kRead);
+            }
+            at = last;
+            continue;
+        }
+        Meaning meaning = names_.ValueOf(type, word);
+        meaning = meaning ? meaning : names_.OfUnit(unit, word);
+        meaning = meaning ? meaning : names_.OfProject(word);
+        if (meaning && meaning.id != where) {
+            TellAt(unit, where, word, meaning, UseKind::kRead);
+        }
+    }
+}
+
+void Walk::WalkTask(ID id, const Task& task) {
+    for (const Text text : {task.interval, task.event}) {
+        TellWords({}, id, text, u"");
+    }
+}
+
+}  // namespace
+
+void ForEachUse(const Project& project, const UseOptions& options, const TakeUse& take) {
+    Walk(project, options, take).Run();
+}
+
+}  // namespace lq::host

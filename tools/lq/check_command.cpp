@@ -1,0 +1,141 @@
+#include <algorithm>
+#include <optional>
+#include <unordered_set>
+
+#include "lq_data/host/text/message.h"
+#include "tools/lq/check_output.h"
+#include "tools/lq/check_settings.h"
+#include "tools/lq/command.h"
+#include "tools/lq/commands.h"
+#include "tools/lq/input.h"
+#include "tools/lq/progress.h"
+#include "tools/lq/project_input.h"
+
+namespace lq::tool {
+
+using host::Finding;
+using host::Say;
+using host::Severity;
+
+namespace {
+
+using Printer = void (*)(const CheckResult&);
+
+Printer PrinterOf(const CheckOptions& options) {
+    constexpr std::pair<const char*, Printer> kForms[] = {
+        {"text", PrintFindingsAsText},
+        {"json", PrintFindingsAsJson},
+        {"jsonl", PrintFindingsAsLines},
+        {"sarif", PrintFindingsAsSarif},
+    };
+    const std::string name =
+        !options.format.empty() ? options.format : options.json ? "json" : "text";
+    if (options.json && name != "json") {
+        throw CommandError(Say("the result can be JSON or of the format '{}', not both of them", name));
+    }
+    for (const auto& [form, printer] : kForms) {
+        if (name == form) {
+            return printer;
+        }
+    }
+    throw CommandError(Say("no format is called '{}'; they are text, json, jsonl and sarif", name));
+}
+
+// The fingerprints of a former result.
+std::unordered_set<std::string> ReadBaseline(const std::string& path) {
+    const Json document = Json::parse(ReadInput(path, kMaxProject), nullptr, false);
+    std::unordered_set<std::string> known;
+    bool isResult = document.is_object() && document.contains("findings") &&
+                    document["findings"].is_array();
+    for (const Json& finding : isResult ? document["findings"] : Json::array()) {
+        const bool isOne = finding.is_object() && finding.contains("fingerprint") &&
+                           finding["fingerprint"].is_string();
+        isResult = isResult && isOne;
+        if (isOne) {
+            known.insert(finding["fingerprint"].get<std::string>());
+        }
+    }
+    if (!isResult) {
+        throw CommandError(Say("{}: is no result of 'lq check --json'", DisplayName(path)));
+    }
+    return known;
+}
+
+// The project's faults without end of a file leave nothing to check.
+CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
+                  const std::unordered_set<std::string>& known) {
+    // As for a translation: the process ends with the command.
+    static host::Project& project = *new host::Project;
+    std::vector<host::Report> reports;
+    ReadProject(options.files, project, reports);
+    what.reports = &reports;
+    CheckResult result;
+    const Progress progress(Say("checking"));
+    const host::CheckCounts counts =
+        host::RunChecks(project, what, [&](const Finding& finding) {
+            if (known.contains(finding.fingerprint)) {
+                ++result.known;
+                return;
+            }
+            std::size_t& count = finding.severity == Severity::kError     ? result.errors
+                                 : finding.severity == Severity::kWarning ? result.warnings
+                                                                          : result.notes;
+            ++count;
+            result.findings.push_back(finding);
+        });
+    result.suppressed = counts.suppressed;
+    return result;
+}
+
+bool Fails(const CheckResult& result, Severity least) {
+    return least != Severity::kOff &&
+           std::ranges::any_of(result.findings, [least](const Finding& finding) {
+               return finding.severity >= least;
+           });
+}
+
+int Explain(const std::string& word, bool json) {
+    const std::vector<const host::Check*> checks = ChecksCalled(word);
+    if (json) {
+        PrintChecks(checks, true);
+        return kDone;
+    }
+    for (const host::Check* check : checks) {
+        PrintText(check == checks.front() ? "" : "\n");
+        PrintExplanation(*check);
+    }
+    return kDone;
+}
+
+}  // namespace
+
+int RunCheck(const CheckOptions& given) {
+    CheckOptions options = given;
+    const Printer print = PrinterOf(options);
+    if (options.list) {
+        PrintChecks(host::AllChecks(), options.json);
+        return kDone;
+    }
+    if (!options.explain.empty()) {
+        return Explain(options.explain, options.json);
+    }
+    if (options.files.projects.empty()) {
+        throw CommandError(Say("check: no project was given"));
+    }
+    RefuseInputAsOutput(options.files, options.output);
+    CheckSettings settings = SettingsOf(options);
+    const std::unordered_set<std::string> known =
+        options.baseline.empty() ? std::unordered_set<std::string>() : ReadBaseline(options.baseline);
+    const CheckResult result = Check(options, settings.options, known);
+    std::optional<ResultsFile> file;
+    if (!options.output.empty()) {
+        file.emplace(options.output);
+    }
+    print(result);
+    if (file) {
+        file->Finish();
+    }
+    return Fails(result, settings.failOn) ? kInputHasFaults : kDone;
+}
+
+}  // namespace lq::tool
