@@ -27,8 +27,11 @@ class Context {
     Text Store(std::string_view utf8);
     Text Documentation(const Element& element);  // of its child of that name
 
-    // The code says which check it is.
+    // The code says which check it is; without one what was read was not kept as a whole.
     void Warn(const Element& where, uint16_t code, std::string message);
+    void Warn(const Element& where, std::string message) {
+        Warn(where, kNotKept, std::move(message));
+    }
     void Fail(uint32_t line, uint32_t column, std::string message) {
         reports_.Fail(line, column, std::move(message));
     }
