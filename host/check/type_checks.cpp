@@ -4,8 +4,8 @@
 
 #include "host/check/checks.h"
 #include "host/check/run.h"
-#include "host/text/nearest_name.h"
 #include "lq_data/env/lq_model.h"
+#include "lq_data/host/text/nearest_name.h"
 
 namespace lq::host::check {
 

@@ -1,4 +1,4 @@
-#include "host/text/nearest_name.h"
+#include "lq_data/host/text/nearest_name.h"
 
 #include <algorithm>
 #include <cctype>

@@ -28,6 +28,7 @@
 #include "lq_data/host/framework/string_table.h"
 #include "lq_data/host/mdi/pou_ref.h"
 #include "lq_data/host/text/message.h"
+#include "lq_data/host/text/nearest_name.h"
 #include "lq_data/host/text/report.h"
 #include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"

@@ -331,9 +331,9 @@ void CommandLine::AddCheck() {
     CLI::App* command =
         AddCommand("check", "Looks for what is wrong with a project, or hardly ever meant",
                    "lq check plant.xml --fail-on warning", check_, RunCheck);
-    AddFile(
-        command, "project", check_.files.projects,
-        "The project file, XML or text, or a folder; several are one project; - for standard input");
+    AddFile(command, "project", check_.files.projects,
+            "The project file, XML or text, or a folder; several are one project; - for standard "
+            "input");
     AddLibraries(command, check_.files);
     const auto addList = [command](const char* name, std::vector<std::string>& value,
                                    const char* description, const char* type) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/text/nearest_name.h"
+#include "lq_data/host/text/nearest_name.h"
 
 namespace lq::tool {
 
