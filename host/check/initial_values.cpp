@@ -109,6 +109,9 @@ class Value {
             return;
         }
         const Class wanted = ClassOf(id);
+        if (wanted == Class::kString && constant.kind != Class::kString) {
+            return;  // editors write the text of strings bare
+        }
         const Class given = constant.kind;
         const bool isBit = IsBitString(id) && given == Class::kBool;
         const bool isZeroOrOne = wanted == Class::kBool && given == Class::kInteger;
