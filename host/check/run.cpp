@@ -12,8 +12,6 @@ namespace check {
 
 namespace {
 
-constexpr uint16_t kFirstOfChecks = 1000;  // what is below is the reader's
-
 struct ObjectPlace {
     std::string file;
     uint32_t line = 0;
@@ -157,8 +155,8 @@ void Run::TakeReports() {
     constexpr uint16_t kNotRead = 19;
     for (const host::Report& report : *options.reports) {
         const uint16_t code = report.error ? kUnreadable : report.code ? report.code : kNotRead;
-        if (code >= kFirstOfChecks || !Wants(code)) {
-            continue;  // a check says it
+        if (!Wants(code) || byCode_[code]->run) {
+            continue;  // a check of the model says it
         }
         Finding& finding = Report(code, {}, report.message);
         finding.file = report.file;

@@ -224,7 +224,9 @@ constexpr Check kRows[] = {
      Message(
          "RETAIN is said of variables that keep a value where they are declared; that a constant "
          "is retained is a note"),
-     Message("There is nothing to retain"), "VAR_EXTERNAL RETAIN\n  Mode : INT;\nEND_VAR",
+     Message("There is nothing to retain"),
+     "PROGRAM Main\nVAR_EXTERNAL RETAIN\n  Mode : INT;\nEND_VAR\nEND_PROGRAM\n"
+     "CONFIGURATION c\nVAR_GLOBAL\n  Mode : INT;\nEND_VAR\nEND_CONFIGURATION",
      "VAR RETAIN\n  Mode : INT;\nEND_VAR", CheckSections},
     {5007, "global-in-unit", Severity::kWarning,
      Message("Function blocks and functions declare no globals"),
@@ -238,7 +240,7 @@ constexpr Check kRows[] = {
          "changes"),
      "FUNCTION_BLOCK Lamp\nVAR_EXTERNAL\n  Mode : INT;\nEND_VAR\nEND_FUNCTION_BLOCK\n"
      "CONFIGURATION c\nVAR_GLOBAL\n  Mode : INT;\nEND_VAR\nEND_CONFIGURATION",
-     "FUNCTION_BLOCK Lamp\nVAR_INPUT\n  Mode : INT;\nEND_VAR\nEND_FUNCTION_BLOCK\n"
+     "FUNCTION_BLOCK Lamp\nVAR_INPUT\n  Speed : INT;\nEND_VAR\nEND_FUNCTION_BLOCK\n"
      "CONFIGURATION c\nVAR_GLOBAL\n  Mode : INT;\nEND_VAR\nEND_CONFIGURATION",
      CheckSections},
 };

@@ -102,19 +102,17 @@ void CheckTask(Run& run, ID id) {
     } else if (*task.interval && *task.event) {
         run.Report(7009, id, Say("the task '{}' has an interval and an event", name));
     }
-    if (task.programs.empty()) {
-        run.Report(7011, id, Say("the task '{}' runs no program", name));
-    }
 }
 
 // -- Resources ------------------------------------------------------------------------------------
 
-void AddTwice(Run& run, uint16_t code, ID id, NameTable& names, const std::string& message) {
+bool AddTwice(Run& run, uint16_t code, ID id, NameTable& names, const std::string& message) {
     const ID earlier = *run.project.NameOf(id) ? names.Add(id) : ID();
     if (earlier != ID()) {
         Finding& finding = run.Report(code, id, message);
         run.Relate(finding, earlier, Say("first declared here"));
     }
+    return earlier != ID();
 }
 
 void CheckResource(Run& run, ID id) {
@@ -130,8 +128,12 @@ void CheckResource(Run& run, ID id) {
         }
     };
     for (const ID task : resource.tasks) {
-        AddTwice(run, 7003, task, tasks,
-                 Say("the resource has two tasks '{}'", Utf8(run.project.NameOf(task))));
+        const std::string name = Utf8(run.project.NameOf(task));
+        const bool isTwice =
+            AddTwice(run, 7003, task, tasks, Say("the resource has two tasks '{}'", name));
+        if (!isTwice && run.project.GetTask(task)->programs.empty()) {
+            run.Report(7011, task, Say("the task '{}' runs no program", name));
+        }
         programs += run.project.GetTask(task)->programs.size();
         addInstances(run.project.GetTask(task)->programs);
     }
@@ -201,6 +203,9 @@ constexpr Check kRows[] = {
      "TASK t(INTERVAL := T#10ms, PRIORITY := 1);\nPROGRAM p WITH t : Main;\nPROGRAM q WITH t : "
      "Main;",
      CheckTasks},
+    {7005, "task-unknown", Severity::kError,
+     Message("The task that a program instance names is one of its resource"),
+     Message("The program runs without a task, as often as the target finds time"), "", ""},
     {7006, "priority", Severity::kError,
      Message(
          "The priority of a task is a whole number from 0 to 65535; that there is none is a note"),

@@ -18,7 +18,8 @@ Report* ReportList::Warn(uint32_t line, uint32_t column, std::string message, ui
         ++reports_[known->second].more;
         return nullptr;
     }
-    return &reports_.emplace_back(Report{fileName_, line, column, {}, std::move(message), 0, false, code});
+    return &reports_.emplace_back(
+        Report{fileName_, line, column, {}, std::move(message), 0, false, code});
 }
 
 void ReportList::Fail(uint32_t line, uint32_t column, std::string message) {

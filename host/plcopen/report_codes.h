@@ -20,6 +20,7 @@ enum ReportCode : uint16_t {
     // What checks of the model find, too.
     kDuplicateUnit = 1004,
     kDuplicateGlobal = 1011,
+    kTaskUnknown = 7005,  // which only the reader sees
     kInterval = 7007,
 };
 

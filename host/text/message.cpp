@@ -28,9 +28,13 @@ std::string_view Translated(std::string_view format) noexcept {
     if (LanguageCodePage() != kJapanese) {
         return format;
     }
-    const std::span<const Translation> translations = kMessages932;
-    const auto at = std::ranges::lower_bound(translations, format, {}, &Translation::english);
-    return at != translations.end() && at->english == format ? at->translated : format;
+    for (const std::span<const Translation> translations : {kMessages932, kCheckMessages932}) {
+        const auto at = std::ranges::lower_bound(translations, format, {}, &Translation::english);
+        if (at != translations.end() && at->english == format) {
+            return at->translated;
+        }
+    }
+    return format;
 }
 
 std::string SayWords(std::string_view format, std::initializer_list<std::string_view> words) {

@@ -12,6 +12,7 @@ struct Translation {
     std::string_view translated;
 };
 
-extern const std::span<const Translation> kMessages932;  // sorted
+extern const std::span<const Translation> kMessages932;  // sorted, as the next
+extern const std::span<const Translation> kCheckMessages932;
 
 }  // namespace lq::host

@@ -248,9 +248,11 @@ class ConfigurationReader {
                                           [&](uint32_t known) { return IsNamed(known, name); }));
                 parent = task != ID() ? task : parent;
                 if (task == ID()) {
-                    cursor_.Warn(instance.task, Say("no task is called '{}': '{}' runs without one",
-                                                    Quoted(context_, instance.task),
-                                                    Quoted(context_, instance.name)));
+                    cursor_.Warn(
+                        instance.task,
+                        Say("no task is called '{}': '{}' runs without one",
+                            Quoted(context_, instance.task), Quoted(context_, instance.name)),
+                        7005);
                 }
             }
             instance.program.parent = parent;

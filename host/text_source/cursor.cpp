@@ -234,8 +234,8 @@ std::u16string Cursor::TextOf(const Comment& comment) const {
     return plain;
 }
 
-void Cursor::Warn(const Spot& spot, std::string message) {
-    reports_.Warn(spot.line, ColumnOf(spot), std::move(message));
+void Cursor::Warn(const Spot& spot, std::string message, uint16_t code) {
+    reports_.Warn(spot.line, ColumnOf(spot), std::move(message), code);
 }
 
 }  // namespace lq::host::text_source

@@ -114,8 +114,10 @@ class Cursor {
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }
 
-    void Warn(const Spot& spot, std::string message);
-    void Warn(const Piece& piece, std::string message) { Warn(piece.spot, std::move(message)); }
+    void Warn(const Spot& spot, std::string message, uint16_t code = 0);
+    void Warn(const Piece& piece, std::string message, uint16_t code = 0) {
+        Warn(piece.spot, std::move(message), code);
+    }
 
   private:
     struct Comment {

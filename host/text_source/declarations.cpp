@@ -220,8 +220,10 @@ class DeclarationReader {
             ID earlier;
             project.AddDeclaration(declaration, &earlier);
             if (earlier != ID() && project.GetDeclaration(earlier)->owner == holder_.owner) {
-                cursor_.Warn(piece, Say("the name of global '{}' is taken: the first one is used",
-                                        Quoted(context_, piece)));
+                cursor_.Warn(piece,
+                             Say("the name of global '{}' is taken: the first one is used",
+                                 Quoted(context_, piece)),
+                             1011);
             }
         }
     }

@@ -142,7 +142,8 @@ class TypeBlockReader {
         type.comment = comment;
         if (project.FindDataType(type.name) != ID()) {
             cursor_.Warn(name_,
-                         Say("the name of data type '{}' is taken: the first one is used", Name()));
+                         Say("the name of data type '{}' is taken: the first one is used", Name()),
+                         1004);
         }
         return project.AddDataType(type);
     }

@@ -79,8 +79,8 @@ class UnitReader {
         }
         PassSemicolon(context_);
         if (project_.FindPou(pou.name) != ID()) {
-            cursor_.Warn(word_,
-                         Say("the name of POU '{}' is taken: the first one is used", Name()));
+            cursor_.Warn(word_, Say("the name of POU '{}' is taken: the first one is used", Name()),
+                         1004);
         }
         pou_ = project_.AddPou(pou);
         ReadParts();

@@ -5,7 +5,7 @@ import re
 import sys
 
 root = pathlib.Path(sys.argv[1])
-table = root / "host/text/messages_932.cpp"
+tables = [*(root / "host/text").glob("messages_932*.cpp")]
 
 LITERAL = r'"(?:[^"\\]|\\.)*"'
 LITERALS = rf"{LITERAL}(?:\s+{LITERAL})*"
@@ -35,7 +35,7 @@ def arguments(code, start):
 
 faults, formats = [], set()
 for path in [*(root / "host").rglob("*.[hc]*"), *(root / "tools").rglob("*.[hc]*")]:
-    if path == table:
+    if path in tables:
         continue
     code = re.sub(r"//.*", "", path.read_text())
     translated = list(re.finditer(rf"\b(Say|Message|Translated)\(\s*({LITERALS})", code))
@@ -52,7 +52,7 @@ for path in [*(root / "host").rglob("*.[hc]*"), *(root / "tools").rglob("*.[hc]*
             if re.search(r"[a-z] ?[a-z]* ", text):
                 faults.append(f"{path.relative_to(root)}: {text} is not translated")
 
-rows = re.findall(rf"\{{\s*({LITERALS}),\s*({LITERALS})\}}", table.read_text(encoding="utf-8"))
+rows = re.findall(rf"\{{\s*({LITERALS}),\s*({LITERALS})\}}", "".join(table.read_text(encoding="utf-8") for table in tables))
 rows = [(value(english), value(japanese)) for english, japanese in rows]
 known = {english for english, _ in rows}
 faults += [f"no translation of {text!r}" for text in sorted(formats - known)]

@@ -47,6 +47,9 @@ CASES = [
     (["diff", plant, plant], "", 0),
     (["symbols", plant, "--uses"], "", 0),
     (["uses", plant, "Clamp"], "", 0),
+    (["check", plant], "", 0),
+    (["check", "-"], faulty, 0),
+    (["check", "--list"], "", 0),
     (["types"], "", 0),
 ]
 

@@ -28,10 +28,12 @@ Printer PrinterOf(const CheckOptions& options) {
         {"jsonl", PrintFindingsAsLines},
         {"sarif", PrintFindingsAsSarif},
     };
-    const std::string name =
-        !options.format.empty() ? options.format : options.json ? "json" : "text";
+    const std::string name = !options.format.empty() ? options.format
+                             : options.json          ? "json"
+                                                     : "text";
     if (options.json && name != "json") {
-        throw CommandError(Say("the result can be JSON or of the format '{}', not both of them", name));
+        throw CommandError(
+            Say("the result can be JSON or of the format '{}', not both of them", name));
     }
     for (const auto& [form, printer] : kForms) {
         if (name == form) {
@@ -45,8 +47,8 @@ Printer PrinterOf(const CheckOptions& options) {
 std::unordered_set<std::string> ReadBaseline(const std::string& path) {
     const Json document = Json::parse(ReadInput(path, kMaxProject), nullptr, false);
     std::unordered_set<std::string> known;
-    bool isResult = document.is_object() && document.contains("findings") &&
-                    document["findings"].is_array();
+    bool isResult =
+        document.is_object() && document.contains("findings") && document["findings"].is_array();
     for (const Json& finding : isResult ? document["findings"] : Json::array()) {
         const bool isOne = finding.is_object() && finding.contains("fingerprint") &&
                            finding["fingerprint"].is_string();
@@ -72,18 +74,17 @@ CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
     what.reports = &reports;
     CheckResult result;
     const Progress progress(Say("checking"));
-    const host::CheckCounts counts =
-        host::RunChecks(project, what, [&](const Finding& finding) {
-            if (known.contains(finding.fingerprint)) {
-                ++result.known;
-                return;
-            }
-            std::size_t& count = finding.severity == Severity::kError     ? result.errors
-                                 : finding.severity == Severity::kWarning ? result.warnings
-                                                                          : result.notes;
-            ++count;
-            result.findings.push_back(finding);
-        });
+    const host::CheckCounts counts = host::RunChecks(project, what, [&](const Finding& finding) {
+        if (known.contains(finding.fingerprint)) {
+            ++result.known;
+            return;
+        }
+        std::size_t& count = finding.severity == Severity::kError     ? result.errors
+                             : finding.severity == Severity::kWarning ? result.warnings
+                                                                      : result.notes;
+        ++count;
+        result.findings.push_back(finding);
+    });
     result.suppressed = counts.suppressed;
     return result;
 }
@@ -125,8 +126,9 @@ int RunCheck(const CheckOptions& given) {
     }
     RefuseInputAsOutput(options.files, options.output);
     CheckSettings settings = SettingsOf(options);
-    const std::unordered_set<std::string> known =
-        options.baseline.empty() ? std::unordered_set<std::string>() : ReadBaseline(options.baseline);
+    const std::unordered_set<std::string> known = options.baseline.empty()
+                                                      ? std::unordered_set<std::string>()
+                                                      : ReadBaseline(options.baseline);
     const CheckResult result = Check(options, settings.options, known);
     std::optional<ResultsFile> file;
     if (!options.output.empty()) {

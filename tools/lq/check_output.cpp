@@ -27,9 +27,10 @@ std::string Counted(std::size_t count, const char* one, const char* many) {
 }
 
 void PrintCounts(const CheckResult& result) {
-    std::string text = Counted(result.errors, host::Message("1 error"), host::Message("{} errors")) + ", " +
-                       Counted(result.warnings, host::Message("1 warning"), host::Message("{} warnings")) + ", " +
-                       Counted(result.notes, host::Message("1 note"), host::Message("{} notes"));
+    std::string text =
+        Counted(result.errors, host::Message("1 error"), host::Message("{} errors")) + ", " +
+        Counted(result.warnings, host::Message("1 warning"), host::Message("{} warnings")) + ", " +
+        Counted(result.notes, host::Message("1 note"), host::Message("{} notes"));
     if (result.suppressed != 0) {
         text += Say("; {} suppressed", result.suppressed);
     }
@@ -74,8 +75,8 @@ std::string UriOf(const std::string& file) {
                              std::string_view("-._~/").find(c) != std::string_view::npos ||
                              (c == ':' && text.starts_with("file://") && uri.size() < 7);
         constexpr char kDigits[] = "0123456789ABCDEF";
-        uri += isPlain ? std::string(1, c)
-                       : std::string{'%', kDigits[byte >> 4], kDigits[byte & 15]};
+        uri +=
+            isPlain ? std::string(1, c) : std::string{'%', kDigits[byte >> 4], kDigits[byte & 15]};
     }
     return uri;
 }
@@ -126,9 +127,12 @@ Json ResultOf(const Finding& finding, std::size_t rule) {
 // -- The table ------------------------------------------------------------------------------------
 
 Json RowOf(const Check& check) {
-    return {{"code", CodeText(check.code)},     {"name", check.name},
-            {"severity", NameOf(check.severity)}, {"rule", Translated(check.rule)},
-            {"reason", Translated(check.reason)}, {"wrong", check.wrong},
+    return {{"code", CodeText(check.code)},
+            {"name", check.name},
+            {"severity", NameOf(check.severity)},
+            {"rule", Translated(check.rule)},
+            {"reason", Translated(check.reason)},
+            {"wrong", check.wrong},
             {"right", check.right}};
 }
 
@@ -179,7 +183,8 @@ void PrintFindingsAsText(const CheckResult& result) {
                   OneLine(text));
     };
     for (const Finding& finding : result.findings) {
-        print({finding.file, finding.line, finding.column}, Translated(NameOf(finding.severity)).data(),
+        print({finding.file, finding.line, finding.column},
+              Translated(NameOf(finding.severity)).data(),
               MessageOf(finding) + " [" + CodeText(finding.check->code) + " " +
                   finding.check->name + "]");
         for (const host::RelatedPlace& related : finding.related) {
@@ -218,8 +223,7 @@ void PrintFindingsAsSarif(const CheckResult& result) {
                 {"results", Json::array()}};
     for (const Finding& finding : result.findings) {
         const auto at = std::ranges::find(checks, finding.check);
-        run["results"].push_back(
-            ResultOf(finding, static_cast<std::size_t>(at - checks.begin())));
+        run["results"].push_back(ResultOf(finding, static_cast<std::size_t>(at - checks.begin())));
     }
     Json document = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                      {"version", "2.1.0"},

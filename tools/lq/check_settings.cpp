@@ -54,7 +54,8 @@ std::vector<std::string> SplitAtCommas(std::string_view text) {
 Severity SeverityCalled(const std::string& word) {
     Severity severity = Severity::kOff;
     if (!host::ReadSeverity(word, severity)) {
-        throw CommandError(Say("no severity is called '{}'; they are off, note, warning and error", word));
+        throw CommandError(
+            Say("no severity is called '{}'; they are off, note, warning and error", word));
     }
     return severity;
 }
@@ -71,7 +72,8 @@ host::AddressModel ModelCalled(const std::string& word) {
             return model;
         }
     }
-    throw CommandError(Say("the numbers of addresses are 'separate', 'byte' or 'element', not '{}'", word));
+    throw CommandError(
+        Say("the numbers of addresses are 'separate', 'byte' or 'element', not '{}'", word));
 }
 
 Severity FailureCalled(const std::string& word) {
@@ -80,7 +82,8 @@ Severity FailureCalled(const std::string& word) {
     }
     Severity severity = Severity::kOff;
     if (!host::ReadSeverity(word, severity) || severity == Severity::kOff) {
-        throw CommandError(Say("what fails is 'error', 'warning', 'note' or 'never', not '{}'", word));
+        throw CommandError(
+            Say("what fails is 'error', 'warning', 'note' or 'never', not '{}'", word));
     }
     return severity;
 }
@@ -201,7 +204,8 @@ void AddLibraries(const fs::path& folder, const std::string& pattern, ProjectFil
         const auto isSame = [&](const std::string& other) {
             return other != "-" && fs::equivalent(library, other, error);
         };
-        if (std::ranges::none_of(files.projects, isSame) && std::ranges::none_of(files.libraries, isSame)) {
+        if (std::ranges::none_of(files.projects, isSame) &&
+            std::ranges::none_of(files.libraries, isSame)) {
             files.libraries.push_back(library);
         }
     }
@@ -290,7 +294,8 @@ void ReadSeverities(const CheckOptions& options, host::CheckOptions& out) {
         const std::vector<const Check*> only = ChecksOf(options.only);
         for (const Check* check : host::AllChecks()) {
             const bool isOne = std::ranges::find(only, check) != only.end();
-            const bool isOff = check->severity == Severity::kOff && !out.severity.contains(check->code);
+            const bool isOff =
+                check->severity == Severity::kOff && !out.severity.contains(check->code);
             if (!isOne) {
                 out.severity[check->code] = Severity::kOff;
             } else if (isOff) {
@@ -323,7 +328,8 @@ std::vector<const Check*> ChecksCalled(const std::string& word) {
             known.emplace_back(check->name);
             known.push_back(host::CodeText(check->code));
         }
-        throw CommandError(Say("no check has the code or name '{}'", word) + DidYouMean(word, known));
+        throw CommandError(Say("no check has the code or name '{}'", word) +
+                           DidYouMean(word, known));
     }
     return checks;
 }
