@@ -19,5 +19,8 @@ Rows SectionRows();
 Rows UnitRows();
 Rows TaskRows();
 Rows LabelRows();
+Rows VariableUseRows();
+Rows DrawingRows();
+Rows StatementRows();
 
 }  // namespace lq::host::check

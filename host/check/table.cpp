@@ -8,8 +8,9 @@ namespace lq::host {
 namespace {
 
 constexpr check::Rows (*kFamilies[])() = {
-    check::ReaderRows,  check::NameRows, check::TypeRows, check::ValueRows, check::AddressRows,
-    check::SectionRows, check::UnitRows, check::TaskRows, check::LabelRows,
+    check::ReaderRows,  check::NameRows,        check::TypeRows,    check::ValueRows,
+    check::AddressRows, check::SectionRows,     check::UnitRows,    check::TaskRows,
+    check::LabelRows,   check::VariableUseRows, check::DrawingRows, check::StatementRows,
 };
 
 constexpr struct {

@@ -419,7 +419,7 @@ void Reader::TakeIecInstance(const Element& instance) {
     const Text name = context_.Intern(Trim(instance.Attribute("associatedTaskName")));
     const ID task = ID(tasks_.Find(HashOfName(name), IsTask(name)));
     if (*name && task == ID()) {
-        context_.Warn(instance, kTaskUnknown,
+        context_.Warn(instance, kNotKept,
                       Say("no task is called '{}': '{}' runs without one",
                           Shortened(instance.Attribute("associatedTaskName")),
                           Shortened(instance.Attribute("name"))));

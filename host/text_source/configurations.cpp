@@ -80,11 +80,11 @@ class ConfigurationReader {
     }
 
     void LeaveStray() {
-        if (!cursor_.Peek().Is(OP_SEMICOLON)) {
-            cursor_.Warn(cursor_.Peek(),
-                         Say("this is no part of a configuration and was left out"));
+        const Piece first = cursor_.Take();
+        if (!first.Is(OP_SEMICOLON)) {
+            cursor_.Warn(first, Say("this is no part of a configuration and was left out"));
+            PassDeclaration(context_);
         }
-        PassDeclaration(context_);
     }
 
     void ReadResource() {

@@ -51,11 +51,7 @@ Cursor::Cursor(std::u16string_view text, ReportList& reports)
 
 Cursor::~Cursor() = default;
 
-Piece Cursor::Take() {
-    if (next_ == ahead_.size()) {
-        last_ = Fetch();
-        return last_;
-    }
+Piece Cursor::TakeAhead() {
     last_ = ahead_[next_++];
     constexpr std::size_t kMostPassed = 64;
     if (next_ == ahead_.size() || next_ == kMostPassed) {
@@ -91,7 +87,10 @@ Piece Cursor::Fetch() {
     }
     piece.end = std::min(static_cast<uint32_t>(scanner_->GetStreamPosition()),
                          static_cast<uint32_t>(text_.size()));
-    spot_ = EndOf(piece);
+    spot_.at = piece.end;
+    if (token.kind != TK_OPERATOR) {
+        spot_.halves += SecondHalves(TextOf(piece));
+    }
     if (token.kind == TK_IDENTIFIER) {
         piece.word = WordOf(TextOf(piece));
     } else if (token.kind == TK_STRING) {
@@ -127,14 +126,15 @@ void Cursor::PassBlanks() {
 }
 
 void Cursor::PassTo(uint32_t end) {
-    const std::u16string_view passed = text_.substr(0, end);
-    for (std::size_t at = spot_.at; (at = passed.find(u'\n', at)) < end; ++at) {
-        ++spot_.line;
-        spot_.lineBegin = static_cast<uint32_t>(at + 1);
-        spot_.halves = 0;
-        spot_.at = spot_.lineBegin;
+    for (uint32_t at = spot_.at; at < end; ++at) {
+        const char16_t c = text_[at];
+        if (c == u'\n') {
+            ++spot_.line;
+            spot_.lineBegin = at + 1;
+            spot_.halves = 0;
+        }
+        spot_.halves += c >= 0xDC00 && c <= 0xDFFF ? 1 : 0;
     }
-    spot_.halves += SecondHalves(text_.substr(spot_.at, end - spot_.at));
     spot_.at = end;
 }
 

@@ -52,7 +52,33 @@ class Cursor {
         }
         return ahead_[next_ + ahead];
     }
-    Piece Take();
+    Piece Take() {
+        if (ahead_.empty()) {
+            return last_ = Fetch();
+        }
+        if (ahead_.size() == 1) {
+            last_ = ahead_.front();
+            ahead_.clear();
+            return last_;
+        }
+        return TakeAhead();
+    }
+    // The next token, if it is none of the words and not the end; false leaves it.
+    bool TakePlain(Piece& piece) {
+        const bool isFetched = ahead_.empty();
+        piece = isFetched ? Fetch() : ahead_[next_];
+        if (piece.word != Word::kNone || piece.IsEnd()) {
+            if (isFetched) {
+                ahead_.push_back(piece);
+            }
+            return false;
+        }
+        if (!isFetched) {
+            TakeAhead();
+        }
+        last_ = piece;
+        return true;
+    }
     // They come again, before what comes now.
     void PutBack(const std::vector<Piece>& pieces);
 
@@ -104,6 +130,7 @@ class Cursor {
     };
 
     Piece Fetch();
+    Piece TakeAhead();
     void PassBlanks();
     void PassTo(uint32_t end);
     void PassForeign(const Foreign& foreign);

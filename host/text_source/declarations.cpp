@@ -127,7 +127,11 @@ class DeclarationReader {
 
     // Behind the colon.
     void ReadRest(const std::u16string& address) {
-        Spec spec;
+        Spec& spec = spec_;
+        spec.type.clear();
+        spec.value.clear();
+        spec.hasArguments = false;
+        spec.edge = Word::kNone;
         const bool isBare = cursor_.IsName(cursor_.Peek()) && !TypeIsHere();
         if (isBare || !ReadType(context_, spec)) {
             Refuse();
@@ -244,6 +248,7 @@ class DeclarationReader {
     const Holder& holder_;
     std::vector<Piece>& names_;
     Piece first_;
+    Spec spec_;               // of the declaration that is read; here for its memory
     std::u16string path_;     // of VAR_ACCESS
     unsigned direction_ = 0;  // likewise
     uint32_t openStrings_ = 0;

@@ -73,7 +73,8 @@ bool ReadType(Context& context, Spec& spec, bool isDefinition = false);
 Reading ReadValue(Context& context, std::u16string& value);
 // Passes what is in brackets, here an opening one. False when it is not closed.
 bool PassBrackets(Context& context);
-// Passes the rest of a declaration that cannot be read, its ";" included, but none of the next one.
+// Passes the rest of a declaration that cannot be read, its ";" included, but none of the next one,
+// which may begin here: what the declaration begins with must have been taken.
 void PassDeclaration(Context& context);
 
 // -- Declarations ---------------------------------------------------------------------------------

@@ -48,6 +48,7 @@ class Reader {
             return true;
         }
         if (word == Word::kUsing) {
+            cursor_.Take();
             PassDeclaration(context_);
             return true;
         }

@@ -1,6 +1,7 @@
 #include "host/text_source/source_filter.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/text/foreign_text.h"
 
@@ -14,8 +15,19 @@ constexpr char16_t kLetter = u'x';
 constexpr std::size_t kNone = std::u16string_view::npos;
 
 // Whether something that is no plain code may begin with the character.
-bool MayBegin(char16_t c) {
+constexpr bool Begins(char16_t c) {
     return c == u'(' || c == u'/' || c == u'{' || c == u'\'' || c == u'"';
+}
+constexpr auto kBegins = [] {
+    std::array<bool, 128> begins{};
+    for (char16_t c = 0; c < begins.size(); ++c) {
+        begins[c] = Begins(c);
+    }
+    return begins;
+}();
+
+bool MayBegin(char16_t c) {
+    return c < kBegins.size() && kBegins[c];
 }
 
 }  // namespace
@@ -37,9 +49,7 @@ int32_t SourceFilter::GetBlock(char16_t* buffer, int32_t count, STREAMERROR* err
             Begin();
         }
         const std::size_t part = std::min(end, end_);
-        for (; at_ < part; ++at_) {
-            *buffer++ = Shown(at_);
-        }
+        buffer = Put(buffer, part);
     }
     if (at_ == text_.size() && at_ < stop) {
         *buffer = u' ';
@@ -51,14 +61,22 @@ int32_t SourceFilter::GetBlock(char16_t* buffer, int32_t count, STREAMERROR* err
     return static_cast<int32_t>(at_ - first);
 }
 
-char16_t SourceFilter::Shown(std::size_t at) const {
-    if (show_ == Show::kBlank || text_[at] < u' ') {
-        return u' ';
+// What is shown up to `part`, which lies in the part that is being shown.
+char16_t* SourceFilter::Put(char16_t* to, std::size_t part) {
+    const char16_t* const text = text_.data();
+    if (show_ == Show::kBlank) {
+        to = std::fill_n(to, part - at_, u' ');
+        at_ = part;
+    } else if (show_ == Show::kCode) {
+        for (; at_ < part; ++at_) {
+            *to++ = std::max(text[at_], u' ');
+        }
+    } else {
+        for (; at_ < part; ++at_) {
+            *to++ = at_ == begin_ || at_ == end_ - 1 ? text[begin_] : kLetter;
+        }
     }
-    const bool isHidden = show_ == Show::kString && at != begin_ && at != end_ - 1;
-    return isHidden                                   ? kLetter
-           : at == end_ - 1 && show_ == Show::kString ? text_[begin_]
-                                                      : text_[at];
+    return to;
 }
 
 // What begins with the character here, up to where it ends.

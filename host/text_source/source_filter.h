@@ -58,7 +58,7 @@ class SourceFilter final : public STREAM_W {
     void BeginComment(std::u16string_view mark, std::size_t end);
     std::size_t EndOfComment();
     std::size_t EndOfNest() const;
-    char16_t Shown(std::size_t at) const;
+    char16_t* Put(char16_t* to, std::size_t part);
 
     std::u16string_view text_;
     std::size_t at_ = 0;

@@ -163,14 +163,13 @@ class TypeReader {
     // A name, with its library's in front of it, and what its brackets say: bounds, the names of an
     // enumeration, or arguments.
     bool ReadNamed() {
-        Spelling name(cursor_);
-        const TypeWord base = TypeWordOf(cursor_.TextOf(cursor_.Peek()));
-        AddTypeWord(name, cursor_, cursor_.Take());
+        const std::u16string_view name = cursor_.TextOf(cursor_.Take());
+        const TypeWord base = TypeWordOf(name);
+        spec_.type += base.name.empty() ? name : base.name;
         while (cursor_.Peek().Is(OP_DOT) && cursor_.IsName(cursor_.Peek(1))) {
-            name.Add(cursor_.Take());
-            name.Add(cursor_.Take());
+            cursor_.Take();
+            (spec_.type += u'.') += cursor_.TextOf(cursor_.Take());
         }
-        spec_.type += name.Text();
         if (isArray_ && cursor_.Peek().Is(OP_LBRACKET)) {
             spec_.hasArguments = true;
             return PassBrackets(context_);
@@ -284,7 +283,7 @@ Reading ReadValue(Context& context, std::u16string& value) {
     if (depth != 0) {
         return Reading::kBroken;
     }
-    value = text.Text();
+    value = text.Take();
     if (isOnePair && hasMembers) {
         value = value.substr(1, value.size() - 2);
     }

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/text_source/cursor.h"
 
@@ -18,6 +19,7 @@ class Spelling {
     void Add(const Piece& piece, std::u16string_view text);
 
     const std::u16string& Text() const { return text_; }
+    std::u16string Take() { return std::move(text_); }
     void Cut(std::size_t size) { text_.resize(size); }
 
   private:

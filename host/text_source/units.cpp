@@ -127,6 +127,9 @@ class UnitReader {
 
     void ReadParts() {
         for (;;) {
+            for (Piece piece; reader_ && cursor_.TakePlain(piece);) {
+                ReadToken(piece);
+            }
             const Piece& next = cursor_.Peek();
             if (next.IsEnd()) {
                 EndBody();
@@ -197,7 +200,10 @@ class UnitReader {
             body_.column = cursor_.ColumnOf(cursor_.Peek().spot);
             reader_.emplace(project_, body_.language, *project_.EditPou(pou_), body_);
         }
-        const Piece piece = cursor_.Take();
+        ReadToken(cursor_.Take());
+    }
+
+    void ReadToken(const Piece& piece) {
         const bool needsColumn = piece.kind == TK_IDENTIFIER || project_.KeepsCode();
         reader_->Take({piece.kind, piece.operation, CodeOf(piece), piece.spot.line,
                        needsColumn ? cursor_.ColumnOf(piece.spot) : 0});

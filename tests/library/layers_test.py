@@ -30,7 +30,7 @@ BELOW = {
     "host/plcopen": ["host/model", "host/words", "host/text", "frame"],
     "host/diff": ["host/model", "frame"],
     "host/symbols": ["host/model", "frame"],
-    "host/check": ["host/plcopen", "host/symbols", "host/addrcheck"],
+    "host/check": ["host/plcopen", "host/symbols", "host/addrcheck", "host/uses"],
     "host/text_source": ["host/model", "host/words", "host/text", "frame"],
     "tools/lq": ["host/check", "host/plcopen", "host/text_source", "host/diff", "host/symbols", "host/uses",
                  "host/base", "translate"],

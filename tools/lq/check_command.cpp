@@ -69,6 +69,7 @@ CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
     // As for a translation: the process ends with the command.
     static host::Project& project = *new host::Project;
     std::vector<host::Report> reports;
+    project.KeepCode();
     ReadProject(options.files, project, reports);
     what.reports = &reports;
     CheckResult result;

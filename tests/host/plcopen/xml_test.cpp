@@ -187,6 +187,7 @@ TEST(Xml, EndsWhenNothingCanBeRead) {
     EXPECT_FALSE(ReadPlcopen(source, "test.xml", none, thrown));
     ASSERT_EQ(thrown.size(), 1u);
     EXPECT_TRUE(thrown[0].error) << thrown[0].message;
+    EXPECT_TRUE(ReadPlcopenFile(LQ_TEST_EXAMPLES "/plant/plant.xml", none, thrown));
     const lq::test::TempFolder folder;
     const std::string path = folder.GetPath();
     for (const auto& [file, message] : {std::pair(path, "this is a folder, not a file"),

@@ -29,8 +29,9 @@ enum class Severity : uint8_t {
     kError,    // the language forbids it
 };
 
-// "off", "note", "warning", "error"; the severity of such a word, and false for any other.
+// "off", "note", "warning", "error".
 LQ_DATA_API const char* NameOf(Severity severity) noexcept;
+// The severity of such a word; false for any other.
 LQ_DATA_API bool ReadSeverity(std::string_view name, Severity& severity) noexcept;
 
 // An entry of the table of checks. A code is never given another meaning. The texts are English;

@@ -14,6 +14,7 @@ class LQ_DATA_API NearestName {
   public:
     explicit NearestName(std::string word);
 
+    // Takes one of the words.
     void Consider(const std::string& candidate);
     // Empty when all are too far.
     const std::string& Found() const { return nearest_; }

@@ -1,0 +1,206 @@
+// Blocks of drawings, and the steps of charts.
+
+#include <map>
+#include <string>
+
+#include "host/check/checks.h"
+#include "host/check/run.h"
+#include "lq_data/host/words/words.h"
+
+namespace lq::host::check {
+
+namespace {
+
+bool IsStep(PieceRole role) {
+    return role == PieceRole::kStep || role == PieceRole::kInitialStep ||
+           role == PieceRole::kMacroStep;
+}
+
+class Drawings {
+  public:
+    explicit Drawings(Run& run) : run_(run) {}
+
+    void Look() {
+        for (const ID owner : run_.Owners()) {
+            if (const Pou* pou = run_.project.GetPou(owner)) {
+                for (const Body& body : pou->bodies) {
+                    if (const BodyCode* code = run_.project.CodeOf(body)) {
+                        CheckBlocks(owner, *code);
+                        CheckSteps(owner, *code);
+                    }
+                }
+            }
+        }
+    }
+
+  private:
+    void CheckBlocks(ID unit, const BodyCode& code);
+    void CheckBlock(ID unit, const BodyPiece& piece);
+    void CheckInstance(ID unit, const BodyPiece& piece, ID block);
+    void CheckSteps(ID unit, const BodyCode& code);
+    Finding& ReportAt(uint16_t code, Severity severity, ID unit, const BodyPiece& piece, Text name,
+                      std::string message);
+
+    Run& run_;
+    std::map<std::u16string, Finding*> unknown_;  // blocks, by name in capitals
+};
+
+Finding& Drawings::ReportAt(uint16_t code, Severity severity, ID unit, const BodyPiece& piece,
+                            Text name, std::string message) {
+    Finding& finding = run_.Report(code, severity, unit, std::move(message));
+    finding.unit = Utf8(run_.project.NameOf(unit));
+    finding.name = Utf8(name);
+    finding.line = piece.line;
+    finding.column = piece.column;
+    return finding;
+}
+
+void Drawings::CheckBlocks(ID unit, const BodyCode& code) {
+    for (const BodyPiece& piece : code.pieces) {
+        if (piece.role == PieceRole::kBlock) {
+            CheckBlock(unit, piece);
+        }
+    }
+}
+
+void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
+    const ID block = run_.project.FindAnyPou(piece.name);
+    const Pou* pou = run_.project.GetPou(block);
+    if (pou && pou->kind == LQ_KIND_FUNCTION_BLOCK) {
+        CheckInstance(unit, piece, block);
+    } else if (!pou && !host::IsStandardFunction(piece.name) &&
+               // An instance may stand for its type.
+               run_.types.Members(unit).Find(piece.name) == ID()) {
+        auto [known, isNew] = unknown_.try_emplace(Upper(piece.name), nullptr);
+        if (isNew) {
+            known->second = &ReportAt(8027, run_.OpenSeverity(), unit, piece, piece.name,
+                                      Say("no unit is called '{}'", Utf8(piece.name)));
+        } else {
+            ++known->second->more;
+        }
+    }
+}
+
+void Drawings::CheckInstance(ID unit, const BodyPiece& piece, ID block) {
+    const std::string type = Utf8(piece.name);
+    const u16string_view name(piece.second);
+    if (name.empty()) {
+        ReportAt(8025, run_.SeverityOf(8025), unit, piece, piece.name,
+                 Say("the block of type '{}' has no instance", type));
+        return;
+    }
+    if (!IsName(name)) {
+        return;  // a member or an element
+    }
+    const ID own = run_.types.Members(unit).Find(name);
+    const ID instance = own != ID() ? own : run_.project.FindGlobal(name);
+    const Declaration* declaration = run_.project.GetDeclaration(instance);
+    if (!declaration) {
+        ReportAt(8025, run_.OpenSeverity(), unit, piece, piece.second,
+                 Say("no instance is called '{}'", Utf8(name)));
+        return;
+    }
+    const TypeInfo& declared = run_.types.Resolved(declaration->type);
+    const bool isOther = declared.kind == TypeInfo::Kind::kBlock
+                             ? declared.object != block
+                             : declared.kind != TypeInfo::Kind::kUnknown &&
+                                   declared.kind != TypeInfo::Kind::kUnchecked;
+    if (isOther) {
+        Finding& finding = ReportAt(8025, run_.SeverityOf(8025), unit, piece, piece.second,
+                                    Say("'{}' is of the type '{}', the block of '{}'", Utf8(name),
+                                        Utf8(declaration->type), type));
+        run_.Relate(finding, instance, Say("it is declared here"));
+    }
+}
+
+void Drawings::CheckSteps(ID unit, const BodyCode& code) {
+    std::map<std::u16string, const BodyPiece*> steps;
+    const BodyPiece* first = nullptr;
+    std::size_t initial = 0;
+    for (const BodyPiece& piece : code.pieces) {
+        if (!IsStep(piece.role)) {
+            continue;
+        }
+        first = first ? first : &piece;
+        initial += piece.role == PieceRole::kInitialStep ? 1 : 0;
+        const auto [known, isNew] = steps.try_emplace(Upper(piece.name), &piece);
+        if (!isNew) {
+            Finding& finding = ReportAt(6008, run_.SeverityOf(6008), unit, piece, piece.name,
+                                        Say("the step '{}' stands twice", Utf8(piece.name)));
+            finding.related.push_back({finding.file, known->second->line, known->second->column,
+                                       Say("first declared here")});
+        }
+    }
+    if (first && initial != 1) {
+        ReportAt(6007, run_.SeverityOf(6007), unit, *first, first->name,
+                 Say("the chart has {} initial steps", initial));
+    }
+    for (const BodyPiece& piece : code.pieces) {
+        if (piece.role == PieceRole::kJumpStep && !steps.contains(Upper(piece.name))) {
+            ReportAt(8023, run_.SeverityOf(8023), unit, piece, piece.name,
+                     Say("no step is called '{}'", Utf8(piece.name)));
+        }
+    }
+}
+
+void CheckDrawings(Run& run) {
+    Drawings(run).Look();
+}
+
+constexpr Check kRows[] = {
+    {6007, "initial-step", Severity::kError, Message("A chart has one initial step"),
+     Message("Where it begins is not certain"),
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' /><step localId='1' name='B' /></SFC></body></pou>",
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' initialStep='true'/><step localId='1' name='B' /></SFC></body></pou>",
+     CheckDrawings},
+    {6008, "duplicate-step", Severity::kError, Message("The steps of a chart have different names"),
+     Message("Which of them is meant is not certain"),
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' initialStep='true'/><step localId='1' name='a' /></SFC></body></pou>",
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' initialStep='true'/><step localId='1' name='B' /></SFC></body></pou>",
+     CheckDrawings},
+    {8023, "jump-to-unknown-step", Severity::kError,
+     Message("What a chart jumps to is a step of it"), Message("The body cannot be built"),
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' initialStep='true'/><jumpStep localId='2' targetName='B'/></SFC></body></pou>",
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
+     "name='A' initialStep='true'/><jumpStep localId='2' targetName='A'/></SFC></body></pou>",
+     CheckDrawings},
+    {8025, "block-instance", Severity::kError,
+     Message("A function block in a drawing has an instance of its type"),
+     Message("The body cannot be built"),
+     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
+     "name='TOF'/></type></variable></localVars></interface><body><FBD><block localId='1' "
+     "typeName='TON' instanceName='t'/></FBD></body></pou>",
+     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
+     "name='TON'/></type></variable></localVars></interface><body><FBD><block localId='1' "
+     "typeName='TON' instanceName='t'/></FBD></body></pou>",
+     CheckDrawings},
+    {8027, "block-unknown", Severity::kError,
+     Message("A block in a drawing is a unit, or a function of the standard"),
+     Message("The body cannot be built"),
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><FBD><block "
+     "localId='1' typeName='Mixx'/></FBD></body></pou>",
+     "<pou name='Main' "
+     "pouType='program'><interface><localVars></localVars></interface><body><FBD><block "
+     "localId='1' typeName='MAX'/></FBD></body></pou>",
+     CheckDrawings},
+};
+
+}  // namespace
+
+Rows DrawingRows() {
+    return kRows;
+}
+
+}  // namespace lq::host::check

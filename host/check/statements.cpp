@@ -1,0 +1,219 @@
+// Statements of ST, by their words and brackets.
+
+#include <array>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/check/checks.h"
+#include "host/check/run.h"
+#include "lq_data/scanner.h"
+
+namespace lq::host::check {
+
+namespace {
+
+constexpr struct {
+    u16string_view begin;
+    u16string_view end;
+    bool isLoop;
+} kPairs[] = {
+    {u"IF", u"END_IF", false},      {u"CASE", u"END_CASE", false},    {u"FOR", u"END_FOR", true},
+    {u"WHILE", u"END_WHILE", true}, {u"REPEAT", u"END_REPEAT", true},
+};
+
+class Statements {
+  public:
+    Statements(Run& run, ID unit, std::span<const BodyToken> tokens)
+        : run_(run), unit_(unit), tokens_(tokens) {}
+
+    void Look();
+
+  private:
+    struct Open {
+        u16string_view closing;  // a word or bracket in capitals
+        std::size_t at;
+        bool isLoop;
+    };
+
+    bool Is(std::size_t at, uint16_t operation) const {
+        return at < tokens_.size() && tokens_[at].kind == TK_OPERATOR && tokens_[at].Is(operation);
+    }
+    bool IsWord(std::size_t at) const {
+        return at < tokens_.size() && tokens_[at].kind == TK_IDENTIFIER &&
+               !(at > 0 && (Is(at - 1, OP_DOT) || tokens_[at - 1].kind == TK_ERROR));
+    }
+    void TakeWord(std::size_t at);
+    void TakeBracket(std::size_t at);
+    void Close(std::size_t at, u16string_view closing);
+    void CheckAssignment(std::size_t at);
+    void CheckDivision(std::size_t at);
+    void ReportAt(uint16_t code, Severity severity, std::size_t at, std::string message);
+    void ReportUnbalanced(std::size_t at, std::string message);
+
+    Run& run_;
+    const ID unit_;
+    std::span<const BodyToken> tokens_;
+    std::vector<Open> open_;
+    bool isTold_ = false;  // that something does not close; what follows is not certain then
+};
+
+void Statements::Look() {
+    for (std::size_t at = 0; at < tokens_.size(); ++at) {
+        if (IsWord(at)) {
+            TakeWord(at);
+        } else {
+            TakeBracket(at);
+        }
+        CheckAssignment(at);
+        CheckDivision(at);
+    }
+    if (!open_.empty()) {
+        const Open& last = open_.back();
+        ReportUnbalanced(last.at, Say("'{}' is not closed by '{}'", Utf8(tokens_[last.at].text),
+                                      Utf8(last.closing)));
+    }
+}
+
+void Statements::ReportAt(uint16_t code, Severity severity, std::size_t at, std::string message) {
+    Finding& finding = run_.Report(code, severity, unit_, std::move(message));
+    finding.unit = finding.name;
+    finding.name = Utf8(tokens_[at].text);
+    finding.line = tokens_[at].line;
+    finding.column = tokens_[at].column;
+}
+
+void Statements::ReportUnbalanced(std::size_t at, std::string message) {
+    if (!isTold_) {
+        ReportAt(8015, run_.SeverityOf(8015), at, std::move(message));
+    }
+    isTold_ = true;
+}
+
+void Statements::TakeWord(std::size_t at) {
+    const std::u16string word = Upper(tokens_[at].text);
+    for (const auto& pair : kPairs) {
+        if (pair.begin == word) {
+            open_.push_back({pair.end, at, pair.isLoop});
+            return;
+        }
+        if (pair.end == word) {
+            Close(at, pair.end);
+            return;
+        }
+    }
+    if (word != u"EXIT" && word != u"CONTINUE") {
+        return;
+    }
+    const bool isStatement = Is(at + 1, OP_SEMICOLON);
+    const bool isInLoop = std::ranges::any_of(open_, &Open::isLoop);
+    if (isStatement && !isInLoop && !isTold_ && run_.types.Members(unit_).Find(word) == ID()) {
+        ReportAt(8018, run_.SeverityOf(8018), at,
+                 Say("'{}' stands in no loop", Utf8(tokens_[at].text)));
+    }
+}
+
+void Statements::TakeBracket(std::size_t at) {
+    if (Is(at, OP_LPAREN)) {
+        open_.push_back({u")", at, false});
+    } else if (Is(at, OP_LBRACKET)) {
+        open_.push_back({u"]", at, false});
+    } else if (Is(at, OP_RPAREN)) {
+        Close(at, u")");
+    } else if (Is(at, OP_RBRACKET)) {
+        Close(at, u"]");
+    }
+}
+
+void Statements::Close(std::size_t at, u16string_view closing) {
+    if (!open_.empty() && open_.back().closing == closing) {
+        open_.pop_back();
+        return;
+    }
+    const std::string text = Utf8(tokens_[at].text);
+    ReportUnbalanced(
+        at, open_.empty() ? Say("'{}' closes nothing", text)
+                          : Say("'{}' closes nothing: '{}' is to be closed by '{}'", text,
+                                Utf8(tokens_[open_.back().at].text), Utf8(open_.back().closing)));
+    while (!open_.empty()) {
+        const bool isIt = open_.back().closing == closing;
+        open_.pop_back();
+        if (isIt) {
+            return;
+        }
+    }
+}
+
+// "x := x;" as a statement of its own.
+void Statements::CheckAssignment(std::size_t at) {
+    const bool isFirst = at == 0 || Is(at - 1, OP_SEMICOLON);
+    if (isFirst && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
+        Is(at + 3, OP_SEMICOLON) && EqualNames(tokens_[at].text, tokens_[at + 2].text)) {
+        ReportAt(8016, run_.SeverityOf(8016), at,
+                 Say("'{}' is assigned to itself", Utf8(tokens_[at].text)));
+    }
+}
+
+void Statements::CheckDivision(std::size_t at) {
+    const bool isDivision = Is(at, OP_DIV) || (IsWord(at) && EqualNames(tokens_[at].text, u"MOD"));
+    if (at == 0 || !isDivision || at + 1 >= tokens_.size()) {
+        return;
+    }
+    const BodyToken& divisor = tokens_[at + 1];
+    const u16string_view text(divisor.text);
+    const bool isNumber = divisor.kind == TK_INTEGER || divisor.kind == TK_REAL;
+    if (isNumber && text.find_first_not_of(u"0._") == text.npos && !Is(at + 2, OP_POWER)) {
+        const Severity severity =
+            divisor.kind == TK_REAL ? Severity::kWarning : run_.SeverityOf(8017);
+        ReportAt(8017, severity, at + 1, Say("this divides by 0"));
+    }
+}
+
+void CheckStatements(Run& run) {
+    for (const ID owner : run.Owners()) {
+        const Pou* pou = run.project.GetPou(owner);
+        const std::size_t count = pou ? pou->bodies.size() : 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const BodyCode* code = run.project.CodeOf(pou->bodies[i]);
+            for (std::size_t n = 0; code && n < code->pieces.size(); ++n) {
+                const bool isLast = n + 1 == code->pieces.size();
+                const std::size_t begin = code->pieces[n].first;
+                const std::size_t end = isLast ? code->tokens.size() : code->pieces[n + 1].first;
+                if (code->pieces[n].role == PieceRole::kSt) {
+                    Statements(run, owner, std::span(code->tokens).subspan(begin, end - begin))
+                        .Look();
+                }
+            }
+        }
+    }
+}
+
+constexpr Check kRows[] = {
+    {8015, "unbalanced", Severity::kError,
+     Message("What is opened in a body is closed: brackets and statements"),
+     Message("The body cannot be built"),
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\nIF a > 0 THEN\n  a := 0;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\nIF a > 0 THEN\n  a := 0;\nEND_IF;\nEND_PROGRAM",
+     CheckStatements},
+    {8016, "self-assignment", Severity::kWarning, Message("Nothing is assigned to itself"),
+     Message("It has no effect; another variable was meant"),
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a + 1;\nEND_PROGRAM", CheckStatements},
+    {8017, "division-by-zero", Severity::kError, Message("Nothing is divided by 0"),
+     Message("The program stops, or goes on with any value"),
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a / 0;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a / 2;\nEND_PROGRAM", CheckStatements},
+    {8018, "exit-outside-loop", Severity::kError, Message("EXIT and CONTINUE stand in a loop"),
+     Message("The body cannot be built"),
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a + 1;\nEXIT;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\nFOR a := 1 TO 2 DO\n  EXIT;\nEND_FOR;\nEND_PROGRAM",
+     CheckStatements},
+};
+
+}  // namespace
+
+Rows StatementRows() {
+    return kRows;
+}
+
+}  // namespace lq::host::check

@@ -1,0 +1,371 @@
+// What bodies do with variables, and names in them that nothing has.
+
+#include <map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "host/check/checks.h"
+#include "host/check/run.h"
+#include "lq_data/host/uses/uses.h"
+
+namespace lq::host::check {
+
+namespace {
+
+// How often a variable is used: in the unit that declares it, and anywhere.
+struct Count {
+    uint32_t own = 0;
+    uint32_t reads = 0;
+    uint32_t writes = 0;  // or what may be one
+};
+
+class VariableUses {
+  public:
+    explicit VariableUses(Run& run)
+        : run_(run),
+          counts_(run.project.Declarations().size()),
+          results_(run.project.Pous().size()) {}
+
+    void Look();
+
+  private:
+    void Take(const Use& use);
+    void TakeWrite(const Use& use);
+    void TakeUnknown(const Use& use);
+    void TakeParameter(const Use& use);
+    void CheckUnit(ID unit, const Pou& pou);
+    void CheckVariable(ID id, const Declaration& declaration);
+    void CheckGlobals();
+    bool HasCode(const Pou& pou) const;
+    bool IsKnown(const Declaration& declaration);
+    Finding& ReportAt(uint16_t code, Severity severity, const Use& use, std::string message);
+
+    Run& run_;
+    std::vector<Count> counts_;
+    std::vector<bool> results_;  // of functions that are written to
+    std::map<std::pair<uint32_t, std::u16string>, Finding*> unknown_;  // by unit and name
+};
+
+void VariableUses::Look() {
+    ForEachUse(run_.project, {.declarations = true, .libraries = run_.options.checkLibraries},
+               [this](const Use& use) { Take(use); });
+    for (const ID owner : run_.Owners()) {
+        if (const Pou* pou = run_.project.GetPou(owner)) {
+            CheckUnit(owner, *pou);
+        }
+    }
+    CheckGlobals();
+}
+
+// -- Uses -----------------------------------------------------------------------------------------
+
+void VariableUses::Take(const Use& use) {
+    const bool isWrite = use.kind == UseKind::kWrite || use.kind == UseKind::kReadWrite ||
+                         use.kind == UseKind::kCall || use.kind == UseKind::kUnknown;
+    const bool isRead = use.kind != UseKind::kWrite;
+    const auto count = [&](ID id) {
+        if (const Declaration* declaration = run_.project.GetDeclaration(id)) {
+            Count& counted = counts_[IndexOf(id)];
+            counted.own += declaration->owner == use.unit ? 1 : 0;
+            counted.reads += isRead ? 1 : 0;
+            counted.writes += isWrite ? 1 : 0;
+        }
+    };
+    count(use.id);
+    if (use.global != use.id) {
+        count(use.global);
+    }
+    if (use.object == UseObject::kResult && isWrite) {
+        results_[IndexOf(use.id)] = true;
+    }
+    if (!run_.IsOwn(use.unit) || use.isInPragma || use.unit == ID()) {
+        return;
+    }
+    if (use.kind == UseKind::kWrite) {
+        TakeWrite(use);
+    }
+    if (use.object == UseObject::kUnknown && use.body) {
+        TakeUnknown(use);
+    } else if (use.object == UseObject::kParameter && use.id != ID()) {
+        TakeParameter(use);
+    } else if (use.object == UseObject::kAddress) {
+        ReportAt(8012, run_.SeverityOf(8012), use,
+                 Say("the body names the address {}", Utf8(use.name)));
+    }
+}
+
+void VariableUses::TakeWrite(const Use& use) {
+    const Declaration* own = run_.project.GetDeclaration(use.id);
+    const Declaration* global = run_.project.GetDeclaration(use.global);
+    const bool isHere = own && own->owner == use.unit;  // and no member or parameter of another
+    if ((isHere && own->section.constant) || (global && global->section.constant)) {
+        Finding& finding =
+            ReportAt(8010, run_.SeverityOf(8010), use, Say("'{}' is a constant", Utf8(use.name)));
+        run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
+        return;
+    }
+    if (isHere && own->section.scope == Scope::kInput) {
+        ReportAt(8035, run_.SeverityOf(8035), use,
+                 Say("'{}' is an input and written to", Utf8(use.name)));
+        return;
+    }
+    const Text address = use.object == UseObject::kAddress ? use.name
+                         : global                          ? global->address
+                         : isHere                          ? own->address
+                                                           : u"";
+    const std::u16string beginning = Upper(u16string_view(address).substr(0, 2));
+    if (beginning == u"%I") {
+        ReportAt(8035, run_.SeverityOf(8035), use,
+                 Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
+                     Utf8(address)));
+    }
+}
+
+// One finding a name and unit.
+void VariableUses::TakeUnknown(const Use& use) {
+    if (use.role == PieceRole::kBlock) {
+        return;  // told as blocks
+    }
+    const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
+    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
+    const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
+    auto [known, isNew] = unknown_.try_emplace({use.unit.GetNumber(), Upper(use.name)}, nullptr);
+    if (!isNew) {
+        ++known->second->more;
+        return;
+    }
+    known->second =
+        &ReportAt(code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use,
+                  isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
+                           : Say("nothing is called '{}' here", Utf8(use.name)));
+}
+
+// EN and ENO are there for all, the result of a function by many names.
+void VariableUses::TakeParameter(const Use& use) {
+    const Pou& pou = *run_.project.GetPou(use.id);
+    const std::u16string name = Upper(use.name);
+    const bool isOutput = use.kind == UseKind::kRead;
+    const bool isResult = isOutput && pou.kind == LQ_KIND_FUNCTION;
+    // Drawings list all outputs that an editor's own edition of a standard block has.
+    const bool isListed = isOutput && pou.isStandard && use.role == PieceRole::kOutput;
+    if (name != u"EN" && name != u"ENO" && !isResult && !isListed) {
+        ReportAt(8028, run_.SeverityOf(8028), use,
+                 Say("'{}' has no parameter '{}'", Utf8(pou.name), Utf8(use.name)));
+    }
+}
+
+Finding& VariableUses::ReportAt(uint16_t code, Severity severity, const Use& use,
+                                std::string message) {
+    Finding& finding = run_.Report(code, severity, use.unit, std::move(message));
+    finding.unit = Utf8(run_.project.NameOf(use.unit));
+    finding.name = Utf8(use.name);
+    finding.line = use.line;
+    finding.column = use.column;
+    return finding;
+}
+
+// -- Declarations ---------------------------------------------------------------------------------
+
+// A unit whose bodies hold only pragmas, or that has none, is written elsewhere.
+bool VariableUses::HasCode(const Pou& pou) const {
+    bool has = false;
+    for (const Body& body : pou.bodies) {
+        const BodyCode* code = run_.project.CodeOf(body);
+        has = has || (code && !code->pieces.empty());
+    }
+    return has;
+}
+
+// What is of an unknown type, or of a data type of a library, may be read by what brings the type:
+// a visualisation, a driver.
+bool VariableUses::IsKnown(const Declaration& declaration) {
+    const TypeInfo& type = run_.types.Named(declaration.type);
+    return type.kind != TypeInfo::Kind::kUnknown && type.kind != TypeInfo::Kind::kUnchecked &&
+           !(run_.project.GetDataType(type.object) && run_.project.IsOfLibrary(type.object));
+}
+
+void VariableUses::CheckUnit(ID unit, const Pou& pou) {
+    if (!HasCode(pou)) {
+        return;
+    }
+    bool hasOutput = false;
+    for (const ID id : pou.declarations) {
+        const Declaration& declaration = *run_.project.GetDeclaration(id);
+        hasOutput = hasOutput || declaration.section.scope == Scope::kOutput;
+        CheckVariable(id, declaration);
+    }
+    if (pou.kind == LQ_KIND_FUNCTION && !results_[IndexOf(unit)] && !hasOutput && *pou.resultType) {
+        run_.Report(8013, unit, Say("the result of '{}' is never set", Utf8(pou.name)));
+    }
+}
+
+void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
+    const Count& count = counts_[IndexOf(id)];
+    const std::string name = Utf8(declaration.name);
+    const Scope scope = declaration.section.scope;
+    const bool isLocal = scope == Scope::kLocal || scope == Scope::kTemp;
+    if (count.own == 0 && isLocal && IsKnown(declaration)) {
+        run_.Report(8001, *declaration.address ? Severity::kNote : run_.SeverityOf(8001), id,
+                    Say("'{}' is never used", name));
+    } else if (count.own == 0 && scope == Scope::kInput && run_.HasResource()) {
+        run_.Report(8002, id, Say("'{}' is never used", name));
+    } else if (count.own == 0 && scope == Scope::kOutput && run_.HasResource()) {
+        run_.Report(8003, id, Say("'{}' is never used", name));
+    } else if (count.own == 0 && scope == Scope::kExternal) {
+        run_.Report(8004, id, Say("'{}' is never used", name));
+    } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
+               !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
+        const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
+        if (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString) {
+            run_.Report(8033, id, Say("'{}' is read and never written to", name));
+        }
+    }
+}
+
+// An external is a use.
+void VariableUses::CheckGlobals() {
+    if (!run_.Wants(8005) || !run_.HasResource()) {
+        return;
+    }
+    std::unordered_set<uint32_t> named;
+    for (const Declaration& declaration : run_.project.Declarations()) {
+        if (declaration.section.scope == Scope::kExternal) {
+            named.insert(run_.project.FindGlobal(declaration.name).GetNumber());
+        }
+    }
+    for (const ID owner : run_.Owners()) {
+        const VariableList* list = run_.project.GetVariableList(owner);
+        for (const ID id : list ? list->declarations : IdList()) {
+            const Declaration& declaration = *run_.project.GetDeclaration(id);
+            const Count& count = counts_[IndexOf(id)];
+            if (count.reads + count.writes == 0 && !named.contains(id.GetNumber()) &&
+                !*declaration.address && IsKnown(declaration)) {
+                run_.Report(8005, id, Say("'{}' is never used", Utf8(declaration.name)));
+            }
+        }
+    }
+}
+
+void CheckVariableUses(Run& run) {
+    VariableUses(run).Look();
+}
+
+constexpr Check kRows[] = {
+    {8001, "unused-variable", Severity::kWarning, Message("A variable of a unit is used in it"),
+     Message("It is left over, or another one is used in its place"),
+     "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := a + 1;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := b + 1;\nb := a;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8002, "unused-input", Severity::kNote, Message("A unit uses its inputs"),
+     Message("What callers give has no effect"),
+     "CONFIGURATION C\nRESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P "
+     "WITH T : Main;\nEND_RESOURCE\nEND_CONFIGURATION\nPROGRAM Main\nVAR\n  p : "
+     "Pump;\nEND_VAR\np();\nEND_PROGRAM\n"
+     "FUNCTION_BLOCK Pump\nVAR_INPUT\n  go : BOOL;\nEND_VAR\nVAR_OUTPUT\n  done : BOOL;\n"
+     "END_VAR\ndone := TRUE;\nEND_FUNCTION_BLOCK",
+     "CONFIGURATION C\nRESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P "
+     "WITH T : Main;\nEND_RESOURCE\nEND_CONFIGURATION\nPROGRAM Main\nVAR\n  p : "
+     "Pump;\nEND_VAR\np();\nEND_PROGRAM\n"
+     "FUNCTION_BLOCK Pump\nVAR_INPUT\n  go : BOOL;\nEND_VAR\nVAR_OUTPUT\n  done : BOOL;\n"
+     "END_VAR\ndone := go;\nEND_FUNCTION_BLOCK",
+     CheckVariableUses},
+    {8003, "unused-output", Severity::kNote, Message("A unit uses its outputs"),
+     Message("Callers read the first value for ever"),
+     "CONFIGURATION C\nRESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P "
+     "WITH T : Main;\nEND_RESOURCE\nEND_CONFIGURATION\nPROGRAM Main\nVAR\n  p : "
+     "Pump;\nEND_VAR\np();\nEND_PROGRAM\n"
+     "FUNCTION_BLOCK Pump\nVAR_OUTPUT\n  done, late : BOOL;\nEND_VAR\ndone := TRUE;\n"
+     "END_FUNCTION_BLOCK",
+     "CONFIGURATION C\nRESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P "
+     "WITH T : Main;\nEND_RESOURCE\nEND_CONFIGURATION\nPROGRAM Main\nVAR\n  p : "
+     "Pump;\nEND_VAR\np();\nEND_PROGRAM\n"
+     "FUNCTION_BLOCK Pump\nVAR_OUTPUT\n  done, late : BOOL;\nEND_VAR\ndone := TRUE;\n"
+     "late := FALSE;\nEND_FUNCTION_BLOCK",
+     CheckVariableUses},
+    {8004, "unused-external", Severity::kWarning, Message("A unit uses its externals"),
+     Message("It is left over, or another one is used in its place"),
+     "CONFIGURATION C\nVAR_GLOBAL\n  g : INT;\nEND_VAR\nEND_CONFIGURATION\n"
+     "PROGRAM Main\nVAR_EXTERNAL\n  g : INT;\nEND_VAR\nVAR\n  a : INT;\nEND_VAR\na := a + "
+     "1;\nEND_PROGRAM",
+     "CONFIGURATION C\nVAR_GLOBAL\n  g : INT;\nEND_VAR\nEND_CONFIGURATION\n"
+     "PROGRAM Main\nVAR_EXTERNAL\n  g : INT;\nEND_VAR\nVAR\n  a : INT;\nEND_VAR\na := g + 1;\ng := "
+     "a;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8005, "unused-global", Severity::kNote, Message("A unit uses each global"),
+     Message("It is left over, or another one is used in its place"),
+     "CONFIGURATION C\nVAR_GLOBAL\n  g : INT;\nEND_VAR\n"
+     "RESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P WITH T : "
+     "Main;\nEND_RESOURCE\nEND_CONFIGURATION\n"
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a + 1;\nEND_PROGRAM",
+     "CONFIGURATION C\nVAR_GLOBAL\n  g : INT;\nEND_VAR\n"
+     "RESOURCE R ON Plc\n  TASK T(INTERVAL := T#1s, PRIORITY := 1);\n  PROGRAM P WITH T : "
+     "Main;\nEND_RESOURCE\nEND_CONFIGURATION\n"
+     "PROGRAM Main\nVAR_EXTERNAL\n  g : INT;\nEND_VAR\ng := g + 1;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8006, "undeclared-name", Severity::kError,
+     Message("A name in a body is declared, or one of the language"),
+     Message("The body cannot be built"),
+     "PROGRAM Main\nVAR\n  a : INT;\nEND_VAR\na := a + b;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := a + b;\nb := a;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8010, "write-to-constant", Severity::kError, Message("A body writes to no constant"),
+     Message("The body cannot be built"),
+     "PROGRAM Main\nVAR CONSTANT\n  k : INT := 1;\nEND_VAR\nk := 2;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  k : INT := 1;\nEND_VAR\nk := k + 1;\nEND_PROGRAM", CheckVariableUses},
+    {8012, "address-in-body", Severity::kOff, Message("A body names variables, and no addresses"),
+     Message("Where an address moves, each body that names it has to change"),
+     "PROGRAM Main\nVAR\n  a : BOOL;\nEND_VAR\na := %IX0.0 AND NOT a;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : BOOL;\n  door AT %IX0.0 : BOOL;\nEND_VAR\na := door AND NOT "
+     "a;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8013, "result-never-set", Severity::kWarning, Message("A function sets its result"),
+     Message("Callers get the first value of its type"),
+     "FUNCTION F : INT\nVAR_INPUT\n  n : INT;\nEND_VAR\nVAR\n  a : INT;\nEND_VAR\na := n;\n"
+     "END_FUNCTION",
+     "FUNCTION F : INT\nVAR_INPUT\n  n : INT;\nEND_VAR\nF := n + 1;\nEND_FUNCTION",
+     CheckVariableUses},
+    {8022, "undeclared-in-drawing", Severity::kError,
+     Message("A name in a drawing is declared, or one of the language"),
+     Message("The body cannot be built"),
+     "<pou name='Main' pouType='program'><interface/><body><FBD><outVariable localId='1'>"
+     "<expression>lamp</expression></outVariable></FBD></body></pou>",
+     "<pou name='Main' pouType='program'><interface><localVars><variable name='lamp'><type><BOOL/>"
+     "</type></variable></localVars></interface><body><FBD><outVariable localId='1'><expression>"
+     "lamp</expression></outVariable></FBD></body></pou>",
+     CheckVariableUses},
+    {8024, "action-unknown", Severity::kWarning,
+     Message("A chart refers to actions, transitions and variables of its unit"),
+     Message("A step does nothing, or a transition has no condition"),
+     "<pou name='Main' pouType='program'><interface/><body><SFC><step localId='1' name='S' "
+     "initialStep='true'/><actionBlock localId='2'><action localId='3'><reference name='Fill'/>"
+     "</action></actionBlock></SFC></body></pou>",
+     "<pou name='Main' pouType='program'><interface/><actions><action name='Fill'><body><ST>"
+     "<p xmlns='http://www.w3.org/1999/xhtml'>;</p></ST></body></action></actions><body><SFC><step "
+     "localId='1' name='S' initialStep='true'/><actionBlock localId='2'><action localId='3'>"
+     "<reference name='Fill'/></action></actionBlock></SFC></body></pou>",
+     CheckVariableUses},
+    {8028, "block-parameter", Severity::kError, Message("A call names parameters of what it calls"),
+     Message("The body cannot be built"),
+     "PROGRAM Main\nVAR\n  t : TON;\nEND_VAR\nt(INN := TRUE);\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  t : TON;\nEND_VAR\nt(IN := TRUE);\nEND_PROGRAM", CheckVariableUses},
+    {8033, "read-never-written", Severity::kNote,
+     Message("What is read is written to, or has a value from the beginning"),
+     Message("It has the first value of its type for ever"),
+     "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := a + b;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  a : INT;\n  b : INT := 2;\nEND_VAR\na := a + b;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8035, "write-to-input", Severity::kWarning, Message("A body writes to no input"),
+     Message("The next reading of inputs, or the next call, takes it back"),
+     "PROGRAM Main\nVAR\n  door AT %IX0.0 : BOOL;\nEND_VAR\ndoor := TRUE;\nEND_PROGRAM",
+     "PROGRAM Main\nVAR\n  door AT %MX0.0 : BOOL;\nEND_VAR\ndoor := TRUE;\nEND_PROGRAM",
+     CheckVariableUses},
+};
+
+}  // namespace
+
+Rows VariableUseRows() {
+    return kRows;
+}
+
+}  // namespace lq::host::check
