@@ -1,11 +1,12 @@
 // What is said of a text alone: names, type words, lengths of strings, initial values.
+#include "lq_data/host/words/words.h"
+
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/text/utf.h"
-#include "lq_data/host/words/words.h"
 #include "lq_data/scanner.h"
 #include "tests/support/rows.h"
 
