@@ -151,7 +151,7 @@ void Cursor::PassForeign(const Foreign& foreign) {
             Message("a pragma is not closed: it was read to the end of its line"),
             Message("a string is not closed on its line")};
         openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
-        Warn(begin, Say(kOpen[passed.kind]));
+        Warn(begin, kNotRead, Say(kOpen[passed.kind]));
     }
     if (passed.kind == Foreign::kPragma && keepsPragmas_) {
         pragmas_.emplace_back(begin, passed.end);
@@ -234,8 +234,8 @@ std::u16string Cursor::TextOf(const Comment& comment) const {
     return plain;
 }
 
-void Cursor::Warn(const Spot& spot, std::string message, uint16_t code) {
-    reports_.Warn(spot.line, ColumnOf(spot), std::move(message), code);
+void Cursor::Warn(const Spot& spot, ReportCode code, std::string message) {
+    reports_.Warn(spot.line, ColumnOf(spot), code, std::move(message));
 }
 
 }  // namespace lq::host::text_source
