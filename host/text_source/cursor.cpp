@@ -32,10 +32,20 @@ uint32_t SecondHalves(std::u16string_view text) {
         std::ranges::count_if(text, [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }));
 }
 
+// The text up to the mark of its end. Nearly all have none: that is found out in wide steps, which
+// a loop that stops at the first one has not.
+std::u16string_view ToEndOfInput(std::u16string_view text) {
+    uint16_t marks = 0;  // as wide as a character, for the compiler's sake
+    for (const char16_t c : text) {
+        marks = static_cast<uint16_t>(marks | (c == Scanner::kEndOfInput ? 1 : 0));
+    }
+    return marks != 0 ? text.substr(0, text.find(Scanner::kEndOfInput)) : text;
+}
+
 }  // namespace
 
 Cursor::Cursor(std::u16string_view text, ReportList& reports)
-    : text_(text.substr(0, text.find(Scanner::kEndOfInput))),
+    : text_(ToEndOfInput(text)),
       reports_(reports),
       filter_(text_),
       object_(Scanner::CreateObject()),
