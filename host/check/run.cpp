@@ -151,10 +151,8 @@ std::size_t Run::RankOf(const std::string& file) {
 }
 
 void Run::TakeReports() {
-    constexpr uint16_t kUnreadable = 1;
-    constexpr uint16_t kNotRead = 19;
     for (const host::Report& report : *options.reports) {
-        const uint16_t code = report.error ? kUnreadable : report.code ? report.code : kNotRead;
+        const uint16_t code = CheckOf(report).code;
         if (!Wants(code) || byCode_[code]->run) {
             continue;  // a check of the model says it
         }
