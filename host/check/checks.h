@@ -10,6 +10,9 @@ namespace lq::host::check {
 
 using Rows = std::span<const Check>;
 
+// The row of a code; null for a code that no row has.
+const Check* FindRow(uint16_t code) noexcept;
+
 Rows ReaderRows();
 Rows NameRows();
 Rows TypeRows();

@@ -68,6 +68,9 @@ constexpr Check kRows[] = {
      Message("The unit is left out with all that is in it"), "<pou name='Main' pouType='class'/>",
      "<pou name='Main' pouType='program'>"
      "<body><ST><p xmlns='http://www.w3.org/1999/xhtml'>;</p></ST></body></pou>"},
+    {21, "not-entered", Severity::kError,
+     Message("The tables take each declaration that is well formed"),
+     Message("It is missing in the tables, and in whatever is made of them"), "", ""},
 };
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "host/check/suppression.h"
-#include "host/model/report_codes.h"
 
 namespace lq::host {
 
@@ -153,10 +152,7 @@ std::size_t Run::RankOf(const std::string& file) {
 
 void Run::TakeReports() {
     for (const host::Report& report : *options.reports) {
-        uint16_t code = report.code;
-        if (code == 0) {  // of a reader that has no codes
-            code = report.error ? kUnreadable : kNotRead;
-        }
+        const uint16_t code = CheckOf(report).code;
         if (!Wants(code) || byCode_[code]->run) {
             continue;  // a check of the model says it
         }

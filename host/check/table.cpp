@@ -62,6 +62,17 @@ std::vector<const Check*> AllChecks() {
     return all;
 }
 
+const Check* check::FindRow(uint16_t code) noexcept {
+    for (const auto family : kFamilies) {
+        const Rows rows = family();
+        const auto row = std::ranges::find(rows, code, &Check::code);
+        if (row != rows.end()) {
+            return &*row;
+        }
+    }
+    return nullptr;
+}
+
 std::vector<const Check*> ChecksNamed(std::string_view word) {
     const bool isFamily = word.size() == 4 && IsDigits(word.substr(0, 1)) &&
                           (word.substr(1) == "xxx" || word.substr(1) == "XXX");

@@ -80,12 +80,20 @@ void PrintMessage(const Place& place, const std::string& text) {
     PrintLineOf(ToText(place), text);
 }
 
+void PrintMessage(const Place& place, host::Severity severity, const host::Check& check,
+                  const std::string& text) {
+    PrintMessage(place, host::Translated(NameOf(severity)).data() + (": " + text) + " [" +
+                            host::CodeText(check.code) + ' ' + check.name + ']');
+}
+
 void PrintMessage(const host::Report& report) {
+    const host::Check& check = host::CheckOf(report);
     host::Report rest = report;
     rest.file.clear();
     rest.line = 0;
     const std::string text = host::ToText(rest);  // ": the rest"
-    PrintMessage(Place{report.file, report.line, report.column}, text.substr(2));
+    PrintMessage(Place{report.file, report.line, report.column}, check.severity, check,
+                 text.substr(2));
 }
 
 void PrintMessage(const CommandError& error) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "lq_data/cgtab_compiler.h"
+#include "lq_data/host/check/check.h"
 #include "lq_data/host/plcopen/plcopen.h"
 #include "lq_data/scanner.h"
 #include "tools/lq/command.h"
@@ -35,6 +36,9 @@ class InputError : public CommandError {
 void PrintMessage(const std::string& text);
 // "plant.xml:12:5: what is there".
 void PrintMessage(const Place& place, const std::string& text);
+// "plant.xml:12:5: error: what is there [2001 unknown-type]".
+void PrintMessage(const Place& place, host::Severity severity, const host::Check& check,
+                  const std::string& text);
 void PrintMessage(const host::Report& report);
 // What ended a command.
 void PrintMessage(const CommandError& error);

@@ -18,6 +18,8 @@ using host::Say;
 
 namespace {
 
+constexpr int kTranslateSchema = 2;
+
 Json SummaryJson(const TranslateOptions& options, Translation& translation,
                  const std::vector<host::Report>& reports) {
     Json tables = Json::array();
@@ -30,6 +32,8 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
         refusals.push_back({{"list", refusal.list},
                             {"name", refusal.name},
                             {"type", refusal.type},
+                            {"code", host::CodeText(refusal.check->code)},
+                            {"severity", NameOf(host::Severity::kError)},
                             {"reason", refusal.reason},
                             {"file", refusal.file},
                             {"line", refusal.line},
@@ -37,14 +41,17 @@ Json SummaryJson(const TranslateOptions& options, Translation& translation,
     }
     Json found = Json::array();
     for (const host::Report& report : reports) {
-        found.push_back({{"file", report.file},
+        const host::Check& check = host::CheckOf(report);
+        found.push_back({{"code", host::CodeText(check.code)},
+                         {"severity", NameOf(check.severity)},
+                         {"file", report.file},
                          {"line", report.line},
                          {"column", report.column},
                          {"element", report.path},
                          {"message", report.message},
                          {"more", report.more}});
     }
-    Json document = NewDocument();
+    Json document = NewDocument(kTranslateSchema);
     document["project"] = DisplayName(options.files.projects.front());
     NameFiles(options.files, document);
     document.update({{"image", options.output.empty() ? Json(nullptr) : Json(options.output)},

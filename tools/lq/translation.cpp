@@ -103,6 +103,7 @@ Refusal ToRefusal(const host::Project& project, const TranslationRefusal& refusa
                                       : u""),
             EncodeUtf8(declaration ? declaration->type : u""),
             ReasonOf(refusal, declaration, types),
+            &host::CheckOf(refusal.reason, refusal.fault),
             FileNameOf(project, declaration ? refusal.object : refusal.owner),
             refusal.place.line,
             refusal.place.column};
@@ -120,7 +121,8 @@ ID NamedType(const host::Project& project, const host::Declaration& declaration)
 
 void PrintRefusals(const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {
-        PrintMessage({refusal.file, refusal.line, refusal.column},
+        PrintMessage({refusal.file, refusal.line, refusal.column}, host::Severity::kError,
+                     *refusal.check,
                      refusal.list + (refusal.name.empty() ? "" : ".") + refusal.name + ": " +
                          refusal.reason);
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "lq_data/cgtab.h"
+#include "lq_data/host/check/check.h"
 #include "lq_data/host/model/project.h"
 
 namespace lq::tool {
@@ -17,6 +18,7 @@ struct Refusal {
     std::string name;
     std::string type;  // as written
     std::string reason;
+    const host::Check* check = nullptr;  // that says the same
     std::string file;
     uint32_t line = 0;  // in the file, as the next
     uint32_t column = 0;

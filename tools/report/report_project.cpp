@@ -341,7 +341,7 @@ Json MessagesJson(const TableInput& input, FileNames& files) {
     Json messages = Json::array();
     for (const host::Report& report : input.reports) {
         messages.push_back({{"by", "reader"},
-                            {"severity", report.error ? "error" : "warning"},
+                            {"severity", NameOf(host::CheckOf(report).severity)},
                             {"file", files.Shown(report.file)},
                             {"line", report.line},
                             {"column", report.column},

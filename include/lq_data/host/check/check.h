@@ -15,6 +15,7 @@
 #include "lq_data/export.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/translate.h"
 
 namespace lq::host {
 
@@ -55,6 +56,12 @@ LQ_DATA_API std::vector<const Check*> AllChecks();
 // Those that a word names: a code ("8001", "3"), a name ("unused-variable") or a family ("8xxx").
 // None for any other word.
 LQ_DATA_API std::vector<const Check*> ChecksNamed(std::string_view word);
+
+// The check that says the same as a refusal of the tables (TranslationRefusal), whose severity is
+// that of an error; not-entered where there is no such check.
+LQ_DATA_API const Check& CheckOf(RefusalReason reason, DeclFault fault) noexcept;
+// The check that says the same as a report of a reader.
+LQ_DATA_API const Check& CheckOf(const Report& report) noexcept;
 
 // "8001", four digits.
 LQ_DATA_API std::string CodeText(uint16_t code);
