@@ -5,6 +5,7 @@
 #include "tools/lq/progress.h"
 #include "tools/lq/project_input.h"
 #include "tools/report/report_data.h"
+#include "tools/report/report_messages.h"
 #include "tools/report/report_page.h"
 
 namespace lq::tool {
@@ -14,13 +15,15 @@ using host::Say;
 int RunReport(const ReportOptions& options) {
     RefuseInputAsOutput(options.files, options.output);
     CurrentProject current;
+    current.project.KeepCode();  // for the checks
     TableInput input = ReadTables(options.files, current.project);
+    const std::vector<host::Finding> findings = FindingsOf(options.files, input, current.project);
     const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     ReportPage page(file);
     WriteReportTables(options.files.projects.front(), input, current.project, page);
     page.EndTables();
-    WriteReportProject(options.files, input, current.project, page);
+    WriteReportProject(options.files, input, findings, current.project, page);
     page.Finish();
     file.Finish();
     return input.status;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "lq_data/host/check/check.h"
 #include "lq_data/host/model/project.h"
 #include "tools/lq/project_input.h"
 #include "tools/report/report_page.h"
@@ -16,8 +18,9 @@ void WriteReportTables(const std::string& path, TableInput& input, const host::P
                        ReportPage& page);
 
 // What the engineer wrote: units, types, lists, tasks and symbols of the project, and what was said
-// of it. Of an image there are only its tables.
+// of it, by the checks too. Of an image there are only its tables.
 void WriteReportProject(const ProjectFiles& files, const TableInput& input,
-                        const host::Project& project, ReportPage& page);
+                        const std::vector<host::Finding>& findings, const host::Project& project,
+                        ReportPage& page);
 
 }  // namespace lq::tool

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "lq_data/host/symbols/symbols.h"
@@ -13,6 +14,7 @@
 #include "tools/lq/tables.h"
 #include "tools/report/file_names.h"
 #include "tools/report/report_data.h"
+#include "tools/report/report_messages.h"
 #include "tools/report/shared_texts.h"
 
 namespace lq::tool {
@@ -112,15 +114,22 @@ class SymbolColumn {
 
 class ProjectWriter {
   public:
-    ProjectWriter(const host::Project& project, FileNames& files, ReportPage& page)
-        : project_(project), files_(files), page_(page) {}
+    // `findings` are about objects whose rows will be asked for.
+    ProjectWriter(const host::Project& project, const std::vector<host::Finding>& findings,
+                  FileNames& files, ReportPage& page)
+        : project_(project), files_(files), page_(page) {
+        for (const host::Finding& finding : findings) {
+            if (project.GetDeclaration(finding.object)) {
+                symbolRows_.emplace(host::IndexOf(finding.object), kNobodys);
+            }
+        }
+    }
 
     void Write() {
         page_.AddOpen({{"name", EncodeUtf8(project_.Name())}});
         WriteList("units", project_.Pous(), host::Sort::kPou, units_,
                   [this](const host::Pou& pou, ID id) { return UnitJson(pou, id); });
-        std::vector<int32_t> types;
-        WriteList("types", project_.DataTypes(), host::Sort::kDataType, types,
+        WriteList("types", project_.DataTypes(), host::Sort::kDataType, types_,
                   [this](const host::DataType& type, ID id) { return TypeJson(type, id); });
         WriteList("lists", project_.VariableLists(), host::Sort::kVariableList, lists_,
                   [this](const host::VariableList& list, ID id) { return ListJson(list, id); });
@@ -130,7 +139,35 @@ class ProjectWriter {
         page_.Add("}");
     }
 
+    // Where the page has an object, once all is written: a list of its and the row; of a member its
+    // type. Null for what has no row.
+    std::string RowOf(ID object) const {
+        const auto at = static_cast<size_t>(host::IndexOf(object));
+        switch (host::SortOf(object)) {
+            case host::Sort::kPou:
+                return RowJson("units", units_[at]);
+            case host::Sort::kDataType:
+                return RowJson("types", types_[at]);
+            case host::Sort::kVariableList:
+                return RowJson("lists", lists_[at]);
+            case host::Sort::kDeclaration: {
+                const auto row = symbolRows_.find(host::IndexOf(object));
+                return row != symbolRows_.end() && row->second != kNobodys
+                           ? RowJson("symbols", row->second)
+                           : RowOf(project_.GetDeclaration(object)->owner);
+            }
+            default:
+                return "null";
+        }
+    }
+
   private:
+    static std::string RowJson(const char* list, int64_t row) {
+        return row < 0
+                   ? "null"
+                   : std::string(R"({"list":")") + list + R"(","row":)" + std::to_string(row) + "}";
+    }
+
     // --- Objects -----------------------------------------------------------------------------
 
     // Those of the project itself; `numbers` receives which is the how manieth.
@@ -271,6 +308,7 @@ class ProjectWriter {
                                                   "line",    "column",  "owner"};
         std::array<SymbolColumn, std::size(kTitles)> columns;
         size_t inPiece = 0;
+        int64_t count = 0;
         const char* separator = "[[";
         const auto writePiece = [&] {
             for (SymbolColumn& column : columns) {
@@ -292,6 +330,11 @@ class ProjectWriter {
             (column++)->Take(int64_t{symbol.line});
             (column++)->Take(int64_t{symbol.column});
             (column++)->Take(OwnerOf(symbol.declaration));
+            const auto wanted = symbolRows_.find(host::IndexOf(symbol.declaration));
+            if (wanted != symbolRows_.end()) {
+                wanted->second = count;
+            }
+            ++count;
             if (++inPiece == kSymbolsInPiece) {
                 writePiece();
             }
@@ -331,37 +374,12 @@ class ProjectWriter {
     FileNames& files_;
     ReportPage& page_;
     std::vector<int32_t> units_;  // which is the how manieth; -1 for a library's
+    std::vector<int32_t> types_;
     std::vector<int32_t> lists_;
-    std::u16string_view file_;  // of the last symbol
+    std::unordered_map<uint32_t, int64_t> symbolRows_;  // of declarations that findings are about
+    std::u16string_view file_;                          // of the last symbol
     std::u16string shownFile_;
 };
-
-// What the reader and the translation had to say.
-Json MessagesJson(const TableInput& input, FileNames& files) {
-    Json messages = Json::array();
-    for (const host::Report& report : input.reports) {
-        messages.push_back({{"by", "reader"},
-                            {"severity", NameOf(host::CheckOf(report).severity)},
-                            {"file", files.Shown(report.file)},
-                            {"line", report.line},
-                            {"column", report.column},
-                            {"object", report.path},
-                            {"text", report.message},
-                            {"more", report.more}});
-    }
-    for (const Refusal& refusal : input.refusals) {
-        const char* const dot = refusal.list.empty() || refusal.name.empty() ? "" : ".";
-        messages.push_back({{"by", "tables"},
-                            {"severity", "error"},
-                            {"file", files.Shown(refusal.file)},
-                            {"line", refusal.line},
-                            {"column", refusal.column},
-                            {"object", refusal.list + dot + refusal.name},
-                            {"text", refusal.reason},
-                            {"more", 0}});
-    }
-    return messages;
-}
 
 Json TablesJson(CgTab& tables) {
     Json all = Json::array();
@@ -375,7 +393,8 @@ Json TablesJson(CgTab& tables) {
 }  // namespace
 
 void WriteReportProject(const ProjectFiles& files, const TableInput& input,
-                        const host::Project& project, ReportPage& page) {
+                        const std::vector<host::Finding>& findings, const host::Project& project,
+                        ReportPage& page) {
     FileNames names;
     const auto shown = [&names](const std::vector<std::string>& paths) {
         Json all = Json::array();
@@ -389,14 +408,16 @@ void WriteReportProject(const ProjectFiles& files, const TableInput& input,
                   {"version", LQ_VERSION},
                   {"blockSize", kTableBlockSize},
                   {"nodeBlocks", R_FILE::BlCnt()},
-                  {"tables", TablesJson(*input.tables)},
-                  {"messages", MessagesJson(input, names)}});
+                  {"tables", TablesJson(*input.tables)}});
     page.Add(R"(,"project":)");
+    ProjectWriter writer(project, findings, names, page);
     if (input.isProject) {
-        ProjectWriter(project, names, page).Write();
+        writer.Write();
     } else {
         page.AddValue(nullptr);
     }
+    WriteMessages(
+        input, findings, [&writer](ID object) { return writer.RowOf(object); }, names, page);
     page.Add("}");
 }
 

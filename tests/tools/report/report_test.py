@@ -139,7 +139,7 @@ class ReportTest(unittest.TestCase):
 
     def test_the_project_comes_first(self):
         page = self.open_report(PLANT)
-        self.assertEqual(self.texts("main h1, main h2 a"), ["Plant", "Units", "Types", "Global lists", "Tasks"])
+        self.assertEqual(self.texts("main h1, main h2 a"), ["Plant", "Messages", "Units", "Types", "Global lists", "Tasks"])
         rows = [" ".join(row.text.split()) for row in self.all("main tbody tr")]
         for expected in ["Mixing program 19 ST Makes one batch after another",
                          "Clamp function : REAL 4 IL", "Ingredient code UINT, litres REAL A part of a recipe",
@@ -148,7 +148,7 @@ class ReportTest(unittest.TestCase):
                          "no task Plant.Controller MixerB: Mixing"]:
             self.assertTrue(any(row.startswith(expected) for row in rows), (expected, rows))
         self.assertNotIn(examples, pathlib.Path(page).read_text())
-        self.one("main tbody a").click()
+        self.browser.find_element(By.LINK_TEXT, "Mixing").click()
         self.follow()
         self.assertEqual(self.one("#details h2").text, "Mixing")
         self.assertIn("as MixerB", self.one("#details").text)
@@ -176,13 +176,26 @@ class ReportTest(unittest.TestCase):
         project.write_text(pathlib.Path(PLANT).read_text().replace(
             '<derived name="Dosing"/>', '<derived name="Unknown"/>', 1))
         self.open_report(project, status=1, route="#messages")
+        check = subprocess.run([lq, "check", project, "--json"], capture_output=True)
+        findings = [[f["code"], f["name"], f["severity"], f["message"], str(f["line"])]
+                    for f in json.loads(check.stdout)["findings"]]
+        drawn = self.browser.execute_script("""
+            const titles = [...document.querySelectorAll(".rows th")].map((cell) => cell.textContent.trim());
+            return [...document.querySelectorAll("tr[data-row]")].map((row) => ["code", "check", "severity",
+              "message", "line"].map((title) => row.cells[titles.indexOf(title)].textContent))
+              .filter(([code]) => code !== "");
+            """)
+        self.assertCountEqual(drawn, findings)
         self.assertIn("inletA", self.one("tr[data-row] td.name a").text)
         self.one("tr[data-row] td.name a").click()
         self.follow()
         self.assertEqual(self.one("#details h2").text, "inletA")
         self.assertTrue(self.all("tr[aria-selected=true] .flag.error"))
-        self.go("#symbols?only=messages")
-        self.assertEqual(self.texts(".rows td.name"), ["inletA"])
+        # A finding of an object is flagged where the object stands.
+        self.go("#symbols?only=messages&unit=dosing")
+        self.assertEqual(self.texts(".rows td.name"), ["litres", "channel", "gate", "enable"])
+        self.assertEqual([flag.get_attribute("class") for flag in self.all(".rows td.name .flag")],
+                         ["flag note"] * 3 + ["flag warning"])
 
     def test_keys(self):
         self.open_report(PLANT, route="#symbols")

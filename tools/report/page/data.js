@@ -148,8 +148,8 @@ function placeKey(file, line, column) {
   return `${file}\n${line}\n${column}`;
 }
 
-// What each message is about, as {list, row}: the symbol that is declared there, or the unit that its
-// object names; null for neither.
+// What each message is about, as {list, row}. A message that does not say it is about the symbol that is
+// declared there, or the unit that its object names; null for neither.
 const messageTargets = once(() => {
   const places = new Map();
   const wanted = new Set(report.messages.map((m) => placeKey(m.file, m.line, m.column)));
@@ -160,6 +160,9 @@ const messageTargets = once(() => {
     }
   }
   return report.messages.map((message) => {
+    if (message.target !== undefined) {
+      return message.target;
+    }
     const symbol = places.get(placeKey(message.file, message.line, message.column));
     if (symbol !== undefined) {
       return { list: "symbols", row: symbol };
@@ -171,13 +174,18 @@ const messageTargets = once(() => {
   });
 });
 
+// The name of the check that a message comes from; empty for none.
+function checkOf({ code }) {
+  return report.checks[code]?.name ?? "";
+}
+
 // The numbers of messages by the row that they are about.
 const messagesOf = once(() => {
-  const index = { symbols: new Map(), units: new Map(), types: new Map() };
+  const index = { symbols: new Map(), units: new Map(), types: new Map(), lists: new Map() };
   messageTargets().forEach((target, i) => {
     if (target) {
       const rows = index[target.list];
-      rows.set(target.row, [...(rows.get(target.row) ?? []), i]);
+      rows.has(target.row) ? rows.get(target.row).push(i) : rows.set(target.row, [i]);
     }
   });
   return index;

@@ -43,11 +43,16 @@ function variableList(rows) {
 
 function messageList(list, row) {
   const found = report.messages.length > 0 ? messagesOf()[list].get(row) ?? [] : [];
+  const rest = found.length - mostLinks;
   return found.length === 0 ? null : group("Messages", make("ul", { className: "messages" },
-    found.map((i) => make("li", {},
+    found.slice(0, mostLinks).map((i) => make("li", {},
       make("span", { className: `flag ${report.messages[i].severity}` }),
-      linkToRow("messages", i, report.messages[i].text)))));
+      linkToRow("messages", i, report.messages[i].text)))),
+    rest > 0 ? make("p", { className: "all" }, `and ${formatNumber(rest)} more`) : null);
 }
+
+const messageSources = { reader: "the reader of the project", checks: "the checks",
+                         tables: "the tables: it was not entered" };
 
 function symbolLinks(title, rows, all) {
   return counted(title, rows, (i) => linkToRow("symbols", i, wholeName(i)), all);
@@ -119,6 +124,7 @@ const detailsOf = {
     return [
       make("p", { className: "kicker" }, "global list"),
       make("h2", {}, list.name || "(no name)"),
+      messageList("lists", row),
       facts([["comment", list.comment], ["path", list.path], ["declared", placeText(list)]]),
       symbolLinks("Variables", symbolsByOwner().get(-2 - row) ?? [],
         addressOfRow("symbols", -1, { unit: list.name || list.path })),
@@ -137,14 +143,17 @@ const detailsOf = {
   },
   messages: (row) => {
     const message = report.messages[row];
+    const check = report.checks[message.code];
     const target = messageTargets()[row];
     return [
       make("p", { className: "kicker" }, make("span", {},
         make("span", { className: `flag ${message.severity}` }), message.severity)),
       make("p", { className: "said" }, message.text),
       facts([["place", placeText(message)], ["object", target ? linkToRow(target.list, target.row, message.object) : message.object],
-             ["by", message.by === "reader" ? "the reader of the project" : "the tables: it was not entered"],
-             ["further places", message.more > 0 ? formatNumber(message.more) : ""]]),
+             ["check", check ? `${message.code} ${check.name}` : ""], ["rule", check?.rule], ["reason", check?.reason],
+             ["by", messageSources[message.by]],
+             ["further places", message.more > 0 ? formatNumber(message.more) : ""],
+             ...(message.related ?? []).map((related) => [placeText(related) || related.file, related.text])]),
     ];
   },
 };

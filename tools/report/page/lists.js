@@ -80,6 +80,8 @@ const listColumns = {
     { title: "object", cells: cellsFrom(report.messages, "object"), isName: true },
     { title: "message", isLong: true, cells: report.messages.map(({ text, more }) =>
       text + (more > 0 ? ` (and ${more} more)` : "")) },
+    { title: "code", cells: cellsFrom(report.messages, "code") },
+    { title: "check", cells: report.messages.map(checkOf) },
     { title: "by", cells: cellsFrom(report.messages, "by") },
     { title: "file", cells: cellsFrom(report.messages, "file"), isHidden: fileCount() < 2 },
     { title: "line", cells: cellsFrom(report.messages, "line"), isNumber: true },
@@ -97,12 +99,14 @@ function programsOf(task) {
     [i > 0 ? ", " : "", `${instance}: `, linkToName(program)]);
 }
 
+const mostInTitle = 10;
+
 // The mark of what a message is about.
 function flagOf(list, row) {
   const found = report.messages.length > 0 ? messagesOf()[list].get(row) : undefined;
   return found ? make("span", { className: `flag ${worstOf(found)}`, role: "img",
     "aria-label": plural(found.length, "message"),
-    title: found.map((i) => report.messages[i].text).join("\n") }) : "";
+    title: found.slice(0, mostInTitle).map((i) => report.messages[i].text).join("\n") }) : "";
 }
 
 function worstOf(messages) {
@@ -120,7 +124,7 @@ const cellsOfList = {
           formatNumber(symbolsByOwner().get(row).length))
     : title === "name" ? [flagOf("units", row), project.units[row].name] : null),
   types: (row, title) => (title === "name" ? [flagOf("types", row), project.types[row].name] : null),
-  lists: () => null,
+  lists: (row, title) => (title === "name" ? [flagOf("lists", row), project.lists[row].name] : null),
   tasks: (row, title) => (title === "programs" ? programsOf(project.tasks[row])
     : title === "task" && project.tasks[row].task === null ? make("em", {}, "no task") : null),
   messages: (row, title) => {

@@ -86,7 +86,7 @@ function typeSection(isWhole) {
 function listSection(isWhole) {
   return sectionOf("lists", ["name", "path", "variables", "comment"], (row) => {
     const list = project.lists[row];
-    return [linkToRow("lists", row, list.name || "(no name)"), list.path,
+    return [[flagOf("lists", row), linkToRow("lists", row, list.name || "(no name)")], list.path,
       formatNumber(list.variables), list.comment];
   }, isWhole);
 }
