@@ -288,7 +288,8 @@ bool CodeWalk::TakeParameter(std::size_t& at) {
 void CodeWalk::TakeName(std::size_t& at) {
     const BodyToken& token = tokens_[at];
     const u16string_view name(token.text);
-    if (at > 0 && Is(at - 1, OP_DOT)) {
+    const bool isPart = at > 1 && Is(at - 2, OP_DOT) && tokens_[at - 1].kind == TK_ERROR;
+    if (isPart || (at > 0 && Is(at - 1, OP_DOT))) {
         ++at;  // of a path that was told, or of something without a name
         return;
     }
