@@ -51,7 +51,7 @@ std::string Bodies(const std::string& xml) {
     return bodies;
 }
 
-std::u16string ReadSources() {
+std::vector<std::u16string> ReadSources() {
     std::vector<fs::path> files;
     std::error_code none;
     for (const auto& entry : fs::directory_iterator(CorpusFolder() / "st", none)) {
@@ -60,17 +60,19 @@ std::u16string ReadSources() {
         }
     }
     std::sort(files.begin(), files.end());
-    std::u16string all;
+    std::vector<std::u16string> texts;
     for (const fs::path& file : files) {
-        std::u16string text;
-        host::DecodeSource(ReadFile(file), text);
-        all += text + u"\n";
+        host::DecodeSource(ReadFile(file), texts.emplace_back());
     }
-    if (all.empty()) {
-        host::DecodeSource(Bodies(ReadFile(LQ_BENCH_SOURCE "/examples/plant/plant.xml")), all);
+    if (texts.empty()) {
+        host::DecodeSource(Bodies(ReadFile(LQ_BENCH_SOURCE "/examples/plant/plant.xml")),
+                           texts.emplace_back());
     }
-    std::erase(all, u'\x1A');  // would end the input
-    return all;
+    for (std::u16string& text : texts) {
+        std::erase(text, u'\x1A');  // would end the input
+        text += u'\n';
+    }
+    return texts;
 }
 
 }  // namespace
@@ -92,11 +94,17 @@ std::vector<std::u16string> Names(std::size_t count) {
     return names;
 }
 
+const std::vector<std::u16string>& SourceTexts() {
+    static const std::vector<std::u16string> texts = ReadSources();
+    return texts;
+}
+
 const std::u16string& SourceText(std::size_t length) {
     static std::u16string text;
-    static const std::u16string sources = ReadSources();
     while (text.size() < length) {
-        text += sources;
+        for (const std::u16string& source : SourceTexts()) {
+            text += source;
+        }
     }
     return text;
 }

@@ -19,6 +19,8 @@ std::vector<std::u16string> Shuffled(std::vector<std::u16string> names);
 // IEC source text of at least `length` characters: the files of the folder that LQ_CORPUS names,
 // or of the corpus beside the repository, else the bodies of the sample project; over and over.
 const std::u16string& SourceText(std::size_t length);
+// The same, each file for itself.
+const std::vector<std::u16string>& SourceTexts();
 
 // Generated source text of every kind of token, without a fault.
 std::u16string GeneratedSource(std::size_t statements);

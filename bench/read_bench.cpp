@@ -3,6 +3,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -16,35 +17,45 @@
 namespace lq::bench {
 namespace {
 
-constexpr std::size_t kLength = 20'000'000;
 constexpr int64_t kGlobals = 20'000;
 constexpr int64_t kUnits = 5'000;
 
-void ReadOneText(benchmark::State& state) {
-    const std::u16string& text = SourceText(kLength);
+int64_t Characters() {
+    int64_t all = 0;
+    for (const std::u16string& text : SourceTexts()) {
+        all += static_cast<int64_t>(text.size());
+    }
+    return all;
+}
+
+// File by file: behind the stray quote of one, the bare scan would take the next ones for a string.
+void ReadTexts(benchmark::State& state) {
     for (auto _ : state) {
         host::Project project;
         std::vector<host::Report> reports;
-        if (!host::ReadText(text, "text", project, reports)) {
-            state.SkipWithError("the text was not read");
+        for (const std::u16string& text : SourceTexts()) {
+            if (!host::ReadText(text, "text", project, reports)) {
+                state.SkipWithError("a text was not read");
+            }
         }
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+    state.SetItemsProcessed(state.iterations() * Characters());
 }
 
-void ScanOneText(benchmark::State& state) {
-    const std::u16string& text = SourceText(kLength);
-    const auto length = static_cast<int32_t>(text.size());
+void ScanTexts(benchmark::State& state) {
     for (auto _ : state) {
-        MEMSTREAM_W stream(text.data(), length, length, nullptr);
-        const std::unique_ptr<CObject> object(Scanner::CreateObject());
-        auto& scanner = static_cast<Scanner&>(*object);
-        scanner.Initialize(stream);
-        while (scanner.GetToken().kind != TK_EOF) {
+        for (const std::u16string& text : SourceTexts()) {
+            const auto length = static_cast<int32_t>(text.size());
+            MEMSTREAM_W stream(text.data(), length, length, nullptr);
+            const std::unique_ptr<CObject> object(Scanner::CreateObject());
+            auto& scanner = static_cast<Scanner&>(*object);
+            scanner.Initialize(stream);
+            while (scanner.GetToken().kind != TK_EOF) {
+            }
+            scanner.ReleaseStream();
         }
-        scanner.ReleaseStream();
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(length));
+    state.SetItemsProcessed(state.iterations() * Characters());
 }
 
 // What Project (inputs.h) declares, as text.
@@ -92,11 +103,11 @@ void ReadAsXml(benchmark::State& state) {
 }
 
 const bool kRegistered = [] {
-    benchmark::RegisterBenchmark("read/text", ReadOneText);
-    benchmark::RegisterBenchmark("read/bare scan", ScanOneText);
+    benchmark::RegisterBenchmark("read/text", ReadTexts);
+    benchmark::RegisterBenchmark("read/bare scan", ScanTexts);
     benchmark::RegisterBenchmark("read/project as text", ReadAsText);
     benchmark::RegisterBenchmark("read/project as XML", ReadAsXml);
-    Compare({"read 20 M characters of text, a character", "read/text", "read/bare scan", 4.0});
+    Compare({"read source texts, a character", "read/text", "read/bare scan", 4.0});
     Compare(
         {"read 35,000 declarations as text", "read/project as text", "read/project as XML", 1.0});
     return true;

@@ -68,7 +68,7 @@ void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
     const Pou* pou = run_.project.GetPou(block);
     if (pou && pou->kind == LQ_KIND_FUNCTION_BLOCK) {
         CheckInstance(unit, piece, block);
-    } else if (!pou && !host::IsStandardFunction(piece.name) &&
+    } else if (!pou && !IsStandardFunction(piece.name) &&
                // An instance may stand for its type.
                run_.types.Members(unit).Find(piece.name) == ID()) {
         auto [known, isNew] = unknown_.try_emplace(Upper(piece.name), nullptr);

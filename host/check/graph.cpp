@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/check/run.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::host::check {
 
@@ -163,7 +163,8 @@ void Graph::AddCalls(uint32_t node, ID unit) {
                 return chars::EqualNoCase(body.name, name);
             });
             hasUnknownCalls_ =
-                hasUnknownCalls_ || (callee == ID() && !isAction && !IsStandardFunction(name));
+                hasUnknownCalls_ ||
+                (callee == ID() && !isAction && !IsStandardFunction(name) && !IsInstruction(name));
         }
         if (callee != ID()) {
             edges_[node].push_back({NodeOf(callee), kCalls, {}});

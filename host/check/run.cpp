@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "host/check/suppression.h"
+#include "host/model/report_codes.h"
 
 namespace lq::host {
 
@@ -151,10 +152,11 @@ std::size_t Run::RankOf(const std::string& file) {
 }
 
 void Run::TakeReports() {
-    constexpr uint16_t kUnreadable = 1;
-    constexpr uint16_t kNotRead = 19;
     for (const host::Report& report : *options.reports) {
-        const uint16_t code = report.error ? kUnreadable : report.code ? report.code : kNotRead;
+        uint16_t code = report.code;
+        if (code == 0) {  // of a reader that has no codes
+            code = report.error ? kUnreadable : kNotRead;
+        }
         if (!Wants(code) || byCode_[code]->run) {
             continue;  // a check of the model says it
         }

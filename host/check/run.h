@@ -81,7 +81,4 @@ class Run {
     std::unordered_map<std::string, std::size_t> files_;
 };
 
-// Whether a function of the standard has the name, conversions and typed overloads included.
-bool IsStandardFunction(u16string_view name);
-
 }  // namespace lq::host::check

@@ -6,8 +6,7 @@
 
 namespace lq::host {
 
-Report* ReportList::Warn(uint32_t line, uint32_t column, std::string message, uint16_t code) {
-    constexpr uint16_t kMoreReports = 3;
+Report* ReportList::Warn(uint32_t line, uint32_t column, ReportCode code, std::string message) {
     constexpr std::size_t kMost = 1000;
     if (byMessage_.size() >= kMost && !byMessage_.contains(message)) {
         message = Say("there is more to report, which is not told");
@@ -23,7 +22,7 @@ Report* ReportList::Warn(uint32_t line, uint32_t column, std::string message, ui
 }
 
 void ReportList::Fail(uint32_t line, uint32_t column, std::string message) {
-    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true});
+    reports_.push_back({fileName_, line, column, {}, std::move(message), 0, true, kUnreadable});
 }
 
 }  // namespace lq::host

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/model/report_codes.h"
 #include "lq_data/export.h"
 #include "lq_data/host/model/flat_index.h"
 #include "lq_data/host/text/report.h"
@@ -22,7 +23,7 @@ class LQ_DATA_API ReportList {
 
     // Reports of one message are grouped; of different ones the first thousand are kept. The new
     // report, until the next one; null when the message is known.
-    Report* Warn(uint32_t line, uint32_t column, std::string message, uint16_t code = 0);
+    Report* Warn(uint32_t line, uint32_t column, ReportCode code, std::string message);
     void Fail(uint32_t line, uint32_t column, std::string message);
 
   private:

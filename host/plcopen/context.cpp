@@ -46,8 +46,8 @@ Scanner& Context::CodeScanner() {
     return static_cast<Scanner&>(*scanner_);
 }
 
-void Context::Warn(const Element& where, uint16_t code, std::string message) {
-    if (Report* const report = reports_.Warn(where.line, where.column, std::move(message), code)) {
+void Context::Warn(const Element& where, ReportCode code, std::string message) {
+    if (Report* const report = reports_.Warn(where.line, where.column, code, std::move(message))) {
         report->path = PathOf(where);
     }
 }

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/model/report_codes.h"
 #include "host/model/report_list.h"
-#include "host/plcopen/report_codes.h"
 #include "host/plcopen/xml_element.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
@@ -28,7 +28,7 @@ class Context {
     Text Documentation(const Element& element);  // of its child of that name
 
     // The code says which check it is; without one what was read was not kept as a whole.
-    void Warn(const Element& where, uint16_t code, std::string message);
+    void Warn(const Element& where, ReportCode code, std::string message);
     void Warn(const Element& where, std::string message) {
         Warn(where, kNotKept, std::move(message));
     }

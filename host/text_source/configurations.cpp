@@ -82,7 +82,8 @@ class ConfigurationReader {
     void LeaveStray() {
         const Piece first = cursor_.Take();
         if (!first.Is(OP_SEMICOLON)) {
-            cursor_.Warn(first, Say("this is no part of a configuration and was left out"));
+            cursor_.Warn(first, kNotRead,
+                         Say("this is no part of a configuration and was left out"));
             PassDeclaration(context_);
         }
     }
@@ -127,10 +128,11 @@ class ConfigurationReader {
         task.line = word.spot.line;
         task.column = cursor_.ColumnOf(word.spot);
         if (*task.name == 0 || !cursor_.Peek().Is(OP_LPAREN) || !TakeSettings(task)) {
-            cursor_.Warn(word, *task.name == 0
-                                   ? Say("this is no part of a configuration and was left out")
-                                   : Say("'{}' was left out: its declaration cannot be read",
-                                         EncodeUtf8(task.name)));
+            cursor_.Warn(word, kNotRead,
+                         *task.name == 0
+                             ? Say("this is no part of a configuration and was left out")
+                             : Say("'{}' was left out: its declaration cannot be read",
+                                   EncodeUtf8(task.name)));
             PassDeclaration(context_);
             return;
         }
@@ -185,8 +187,9 @@ class ConfigurationReader {
                 task.event = value;
                 break;
             default:
-                cursor_.Warn(setting, Say("the setting '{}' of a task was left out",
-                                          Quoted(context_, setting)));
+                cursor_.Warn(
+                    setting, kNotKept,
+                    Say("the setting '{}' of a task was left out", Quoted(context_, setting)));
         }
     }
 
@@ -209,14 +212,16 @@ class ConfigurationReader {
         Spec spec;
         const bool isTyped = cursor_.Peek().Is(OP_COLON) && !cursor_.Take().IsEnd();
         if (!isTyped || !ReadType(context_, spec)) {
-            cursor_.Warn(instance.name, Say("'{}' was left out: its declaration cannot be read",
-                                            Quoted(context_, instance.name)));
+            cursor_.Warn(instance.name, kNotRead,
+                         Say("'{}' was left out: its declaration cannot be read",
+                             Quoted(context_, instance.name)));
             PassDeclaration(context_);
             return;
         }
         if (spec.hasArguments) {
-            cursor_.Warn(instance.name, Say("the arguments of '{}' were left out",
-                                            Quoted(context_, instance.name)));
+            cursor_.Warn(
+                instance.name, kNotKept,
+                Say("the arguments of '{}' were left out", Quoted(context_, instance.name)));
         }
         PassEnd();
         instance.program.typeName = project_.Intern(spec.type);
@@ -249,10 +254,9 @@ class ConfigurationReader {
                 parent = task != ID() ? task : parent;
                 if (task == ID()) {
                     cursor_.Warn(
-                        instance.task,
+                        instance.task, kTaskUnknown,
                         Say("no task is called '{}': '{}' runs without one",
-                            Quoted(context_, instance.task), Quoted(context_, instance.name)),
-                        7005);
+                            Quoted(context_, instance.task), Quoted(context_, instance.name)));
                 }
             }
             instance.program.parent = parent;

@@ -83,7 +83,7 @@ void PassModifiers(Context& context) {
 }
 
 void WarnMissing(Context& context, const Spot& spot, std::string_view what) {
-    context.cursor.Warn(spot, Say("'{}' is missing", what));
+    context.cursor.Warn(spot, kNotRead, Say("'{}' is missing", what));
 }
 
 }  // namespace lq::host::text_source

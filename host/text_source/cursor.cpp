@@ -32,10 +32,20 @@ uint32_t SecondHalves(std::u16string_view text) {
         std::ranges::count_if(text, [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }));
 }
 
+// The text up to the mark of its end. Nearly all have none: that is found out in wide steps, which
+// a loop that stops at the first one has not.
+std::u16string_view ToEndOfInput(std::u16string_view text) {
+    uint16_t marks = 0;  // as wide as a character, for the compiler's sake
+    for (const char16_t c : text) {
+        marks = static_cast<uint16_t>(marks | (c == Scanner::kEndOfInput ? 1 : 0));
+    }
+    return marks != 0 ? text.substr(0, text.find(Scanner::kEndOfInput)) : text;
+}
+
 }  // namespace
 
 Cursor::Cursor(std::u16string_view text, ReportList& reports)
-    : text_(text.substr(0, text.find(Scanner::kEndOfInput))),
+    : text_(ToEndOfInput(text)),
       reports_(reports),
       filter_(text_),
       object_(Scanner::CreateObject()),
@@ -151,7 +161,7 @@ void Cursor::PassForeign(const Foreign& foreign) {
             Message("a pragma is not closed: it was read to the end of its line"),
             Message("a string is not closed on its line")};
         openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
-        Warn(begin, Say(kOpen[passed.kind]));
+        Warn(begin, kNotRead, Say(kOpen[passed.kind]));
     }
     if (passed.kind == Foreign::kPragma && keepsPragmas_) {
         pragmas_.emplace_back(begin, passed.end);
@@ -234,8 +244,8 @@ std::u16string Cursor::TextOf(const Comment& comment) const {
     return plain;
 }
 
-void Cursor::Warn(const Spot& spot, std::string message, uint16_t code) {
-    reports_.Warn(spot.line, ColumnOf(spot), std::move(message), code);
+void Cursor::Warn(const Spot& spot, ReportCode code, std::string message) {
+    reports_.Warn(spot.line, ColumnOf(spot), code, std::move(message));
 }
 
 }  // namespace lq::host::text_source

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/model/report_codes.h"
 #include "host/model/report_list.h"
 #include "host/text_source/source_filter.h"
 #include "host/text_source/words.h"
@@ -114,9 +115,9 @@ class Cursor {
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }
 
-    void Warn(const Spot& spot, std::string message, uint16_t code = 0);
-    void Warn(const Piece& piece, std::string message, uint16_t code = 0) {
-        Warn(piece.spot, std::move(message), code);
+    void Warn(const Spot& spot, ReportCode code, std::string message);
+    void Warn(const Piece& piece, ReportCode code, std::string message) {
+        Warn(piece.spot, code, std::move(message));
     }
 
   private:

@@ -46,7 +46,7 @@ class DeclarationReader {
         }
         TakeNames();
         if (IsExtensible()) {
-            cursor_.Warn(first_, Say("an extensible input was left out"));
+            cursor_.Warn(first_, kNotKept, Say("an extensible input was left out"));
             PassDeclaration(context_);
             return;
         }
@@ -68,9 +68,9 @@ class DeclarationReader {
 
   private:
     void LeaveNameless() {
-        cursor_.Warn(first_, first_.word == Word::kAt
-                                 ? Say("a variable without a name was left out")
-                                 : Say("this is no declaration and was left out"));
+        cursor_.Warn(first_, kNotRead,
+                     first_.word == Word::kAt ? Say("a variable without a name was left out")
+                                              : Say("this is no declaration and was left out"));
         cursor_.Take();
         PassDeclaration(context_);
     }
@@ -152,7 +152,7 @@ class DeclarationReader {
             const Piece sign = cursor_.Take();
             reading = ReadValue(context_, spec.value);
             if (spec.value.empty() && reading != Reading::kBroken) {
-                cursor_.Warn(sign, Say("a value is missing behind ':='"));
+                cursor_.Warn(sign, kNotRead, Say("a value is missing behind ':='"));
             }
         } else if (!cursor_.Peek().Is(OP_SEMICOLON)) {
             const bool isNext =
@@ -181,8 +181,9 @@ class DeclarationReader {
 
     void Refuse() {
         for (const Piece& name : names_) {
-            cursor_.Warn(name, Say("'{}' was left out: its declaration cannot be read",
-                                   Quoted(context_, name)));
+            cursor_.Warn(
+                name, kNotRead,
+                Say("'{}' was left out: its declaration cannot be read", Quoted(context_, name)));
         }
     }
 
@@ -220,10 +221,9 @@ class DeclarationReader {
             ID earlier;
             project.AddDeclaration(declaration, &earlier);
             if (earlier != ID() && project.GetDeclaration(earlier)->owner == holder_.owner) {
-                cursor_.Warn(piece,
+                cursor_.Warn(piece, kDuplicateGlobal,
                              Say("the name of global '{}' is taken: the first one is used",
-                                 Quoted(context_, piece)),
-                             1011);
+                                 Quoted(context_, piece)));
             }
         }
     }
@@ -231,14 +231,16 @@ class DeclarationReader {
     // What of a declaration the model has no place for.
     void WarnOfParts(const Piece& name, const Spec& spec, bool hasAddress) {
         if (spec.hasArguments) {
-            cursor_.Warn(name, Say("the arguments of '{}' were left out", Quoted(context_, name)));
+            cursor_.Warn(name, kNotKept,
+                         Say("the arguments of '{}' were left out", Quoted(context_, name)));
         }
         if (spec.edge != Word::kNone) {
             cursor_.Warn(
-                name, Say("'{}' was read without {}", Quoted(context_, name), Spelled(spec.edge)));
+                name, kNotKept,
+                Say("'{}' was read without {}", Quoted(context_, name), Spelled(spec.edge)));
         }
         if (hasAddress) {
-            cursor_.Warn(name,
+            cursor_.Warn(name, kNotKept,
                          Say("the address of member '{}' was left out", Quoted(context_, name)));
         }
     }
@@ -308,7 +310,7 @@ void ReadSection(Context& context, ID parent, EnoPair* eno) {
     std::vector<std::string> faults;
     Holder holder{parent, SectionOf(scope, marks, written, faults), eno};
     for (std::string& fault : faults) {
-        cursor.Warn(word, std::move(fault));
+        cursor.Warn(word, kSectionNarrowed, std::move(fault));
     }
     if (scope == Scope::kGlobal) {
         VariableList list;
@@ -324,7 +326,7 @@ void ReadSection(Context& context, ID parent, EnoPair* eno) {
 
 void LeaveSection(Context& context, const char* why) {
     const Piece word = context.cursor.Take();
-    context.cursor.Warn(word, Say(why, Spelled(word.word)));
+    context.cursor.Warn(word, kNotRead, Say(why, Spelled(word.word)));
     if (!PassTo(context, Word::kEndVar)) {
         WarnMissing(context, word.spot, Spelled(Word::kEndVar));
     }

@@ -87,7 +87,7 @@ class Reader {
     void OpenNamespace() {
         const Piece piece = cursor_.Take();
         const std::string name = Quoted(context_, cursor_.Take());
-        cursor_.Warn(piece, Say("what namespace '{}' holds was read without it", name));
+        cursor_.Warn(piece, kNotKept, Say("what namespace '{}' holds was read without it", name));
         while (cursor_.Peek().Is(OP_DOT)) {
             cursor_.Take();
             cursor_.Take();
@@ -105,7 +105,7 @@ class Reader {
             NoteStray(end);
             return;
         }
-        cursor_.Warn(end, Say("'{}' ends nothing", Spelled(word)));
+        cursor_.Warn(end, kNotRead, Say("'{}' ends nothing", Spelled(word)));
         isStray_ = false;
         hasParts_ = true;
     }
@@ -133,7 +133,7 @@ class Reader {
             attributeLine_ = piece.spot.line;
         }
         if (!isStray_) {
-            cursor_.Warn(piece, Say("this belongs to no unit and was left out"));
+            cursor_.Warn(piece, kNotRead, Say("this belongs to no unit and was left out"));
         }
         isStray_ = true;
     }
@@ -170,7 +170,7 @@ bool Read(std::u16string_view text, const std::string& fileName, Project& projec
     if (!Reader(context).Read()) {
         // One report tells what no others could tell better.
         reports.resize(before);
-        ReportList(fileName, reports).Warn(0, 0, Say("the file holds no declaration"));
+        ReportList(fileName, reports).Warn(0, 0, kNotRead, Say("the file holds no declaration"));
     }
     return true;
 }

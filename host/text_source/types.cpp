@@ -36,7 +36,7 @@ class TypeBlockReader {
     void ReadOne() {
         name_ = cursor_.Take();
         if (!cursor_.IsName(name_)) {
-            cursor_.Warn(name_, Say("this is no declaration and was left out"));
+            cursor_.Warn(name_, kNotRead, Say("this is no declaration and was left out"));
             PassDeclaration(context_);
             return;
         }
@@ -54,7 +54,8 @@ class TypeBlockReader {
             ReadStructure();
         } else if (cursor_.Peek().word == Word::kUnion) {
             cursor_.Take();
-            cursor_.Warn(name_, Say("{} '{}' was left out", Spelled(Word::kUnion), Name()));
+            cursor_.Warn(name_, kNotKept,
+                         Say("{} '{}' was left out", Spelled(Word::kUnion), Name()));
             LeaveUnion();
         } else {
             ReadPlain();
@@ -70,8 +71,9 @@ class TypeBlockReader {
         while (!cursor_.Peek().Is(OP_COLON) && !IsAtBoundary(context_)) {
             cursor_.Take();
         }
-        cursor_.Warn(base, Say("the members that '{}' has from '{}' are missing", Name(),
-                               Quoted(context_, base)));
+        cursor_.Warn(
+            base, kNotKept,
+            Say("the members that '{}' has from '{}' are missing", Name(), Quoted(context_, base)));
     }
 
     // With the structures in it.
@@ -94,7 +96,7 @@ class TypeBlockReader {
             const Piece sign = cursor_.Take();
             std::u16string value;
             ReadValue(context_, value);
-            cursor_.Warn(sign, Say("the value of structure '{}' was left out", Name()));
+            cursor_.Warn(sign, kNotKept, Say("the value of structure '{}' was left out", Name()));
         }
         PassSemicolon(context_);
     }
@@ -126,7 +128,7 @@ class TypeBlockReader {
             WarnMissing(context_, cursor_.EndOf(cursor_.Last()), ";");
         }
         if (spec.hasArguments) {
-            cursor_.Warn(name_, Say("the arguments of '{}' were left out", Name()));
+            cursor_.Warn(name_, kNotKept, Say("the arguments of '{}' were left out", Name()));
         }
         DataType type;
         type.baseType = context_.project.Intern(spec.type);
@@ -141,15 +143,15 @@ class TypeBlockReader {
         type.column = cursor_.ColumnOf(name_.spot);
         type.comment = comment;
         if (project.FindDataType(type.name) != ID()) {
-            cursor_.Warn(name_,
-                         Say("the name of data type '{}' is taken: the first one is used", Name()),
-                         1004);
+            cursor_.Warn(name_, kDuplicateUnit,
+                         Say("the name of data type '{}' is taken: the first one is used", Name()));
         }
         return project.AddDataType(type);
     }
 
     void Refuse() {
-        cursor_.Warn(name_, Say("'{}' was left out: its declaration cannot be read", Name()));
+        cursor_.Warn(name_, kNotRead,
+                     Say("'{}' was left out: its declaration cannot be read", Name()));
         PassDeclaration(context_);
     }
 

@@ -7,6 +7,7 @@
 #include "host/model/code_reader.h"
 #include "host/text_source/parts.h"
 #include "lq_data/host/text/utf.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::host::text_source {
 
@@ -16,20 +17,6 @@ LQ_OBJECT_KIND KindOf(Word word) {
     return word == Word::kFunction        ? LQ_KIND_FUNCTION
            : word == Word::kFunctionBlock ? LQ_KIND_FUNCTION_BLOCK
                                           : LQ_KIND_PROGRAM;
-}
-
-bool IsInstruction(std::u16string_view name) {
-    constexpr std::u16string_view kInstructions[] = {
-        u"LD",    u"LDN", u"ST",   u"STN",   u"S",    u"R",    u"CAL",   u"CALC",
-        u"CALCN", u"JMP", u"JMPC", u"JMPCN", u"RET",  u"RETC", u"RETCN", u"AND",
-        u"ANDN",  u"OR",  u"ORN",  u"XOR",   u"XORN", u"ADD",  u"SUB",   u"MUL",
-        u"DIV",   u"GT",  u"GE",   u"EQ",    u"NE",   u"LE",   u"LT"};
-    const auto isSame = [name](std::u16string_view instruction) {
-        return std::ranges::equal(instruction, name, [](char16_t a, char16_t b) {
-            return a == (b >= u'a' && b <= u'z' ? b - u'a' + u'A' : b);
-        });
-    };
-    return std::ranges::any_of(kInstructions, isSame);
 }
 
 // What the body that begins here is written in.
@@ -79,8 +66,8 @@ class UnitReader {
         }
         PassSemicolon(context_);
         if (project_.FindPou(pou.name) != ID()) {
-            cursor_.Warn(word_, Say("the name of POU '{}' is taken: the first one is used", Name()),
-                         1004);
+            cursor_.Warn(word_, kDuplicateUnit,
+                         Say("the name of POU '{}' is taken: the first one is used", Name()));
         }
         pou_ = project_.AddPou(pou);
         ReadParts();
@@ -93,8 +80,9 @@ class UnitReader {
         while (cursor_.Peek().word == Word::kExtends || cursor_.Peek().word == Word::kImplements) {
             const Word word = cursor_.Take().word;
             if (word == Word::kExtends) {
-                cursor_.Warn(cursor_.Last(), Say("the members that '{}' has from '{}' are missing",
-                                                 Name(), Quoted(context_, cursor_.Peek())));
+                cursor_.Warn(cursor_.Last(), kNotKept,
+                             Say("the members that '{}' has from '{}' are missing", Name(),
+                                 Quoted(context_, cursor_.Peek())));
             }
             do {
                 cursor_.Take();
@@ -110,7 +98,7 @@ class UnitReader {
     void TakeResult(Pou& pou) {
         Spec spec;
         if (!ReadType(context_, spec)) {
-            cursor_.Warn(cursor_.Peek(), Say("the type of '{}' cannot be read", Name()));
+            cursor_.Warn(cursor_.Peek(), kNotRead, Say("the type of '{}' cannot be read", Name()));
         }
         pou.resultType = project_.Intern(spec.type);
     }
@@ -187,8 +175,9 @@ class UnitReader {
         const Piece end = cursor_.Take();
         isOver_ = true;
         if (word != EndOf(word_.word)) {
-            cursor_.Warn(end, Say("'{}' ends '{}', which needs '{}'", Spelled(word), Name(),
-                                  Spelled(EndOf(word_.word))));
+            cursor_.Warn(end, kNotRead,
+                         Say("'{}' ends '{}', which needs '{}'", Spelled(word), Name(),
+                             Spelled(EndOf(word_.word))));
         }
     }
 
@@ -264,9 +253,10 @@ void LeaveOut(Context& context) {
     const Piece word = cursor.Take();
     PassModifiers(context);
     const bool isNamed = cursor.IsName(cursor.Peek()) && !cursor.Peek().isFirst;
-    cursor.Warn(word, isNamed ? Say("{} '{}' was left out", Spelled(word.word),
-                                    Quoted(context, cursor.Peek()))
-                              : Say("{} was left out", Spelled(word.word)));
+    cursor.Warn(
+        word, kNotKept,
+        isNamed ? Say("{} '{}' was left out", Spelled(word.word), Quoted(context, cursor.Peek()))
+                : Say("{} was left out", Spelled(word.word)));
     const bool isMember = word.word == Word::kMethod || word.word == Word::kProperty;
     const bool holdsUnits = word.word == Word::kInterface && !isNamed;
     const Word end = EndOf(word.word);

@@ -26,11 +26,11 @@ struct ReadProject {
         complete = ReadText(source, "src/test.st", project, reports);
     }
 
-    // The reports, a line each.
+    // The reports, a line each, the code first.
     std::string Told() const {
         std::string told;
         for (const Report& report : reports) {
-            told += ToText(report) + "\n";
+            told += std::to_string(report.code) + " " + ToText(report) + "\n";
         }
         return told;
     }

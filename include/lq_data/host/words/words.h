@@ -24,4 +24,8 @@ LQ_DATA_API std::span<const std::u16string_view> Keywords();
 // "MAX_DINT".
 LQ_DATA_API bool IsStandardFunction(std::u16string_view name);
 
+// Whether the word is an instruction of IL, in any case: "LD", "JMPC", "ADD"; those that are
+// keywords of ST, too, are not.
+LQ_DATA_API bool IsInstruction(std::u16string_view name);
+
 }  // namespace lq::host
