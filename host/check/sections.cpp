@@ -19,7 +19,7 @@ class Externals {
     explicit Externals(Run& run) : run_(run) {}
 
     void Take(ID unit, ID id, const Declaration& external) {
-        const ID global = GlobalOf(unit, external.name);
+        const ID global = GlobalOf(unit, external);
         if (global == ID()) {
             TellMissing(id, external);
             return;
@@ -40,10 +40,17 @@ class Externals {
     }
 
   private:
-    // Of several globals of the name one that the unit sees, if any.
-    ID GlobalOf(ID unit, Text name) {
-        const ID first = run_.project.FindGlobal(name);
-        if (first == ID() || IsSeen(unit, first)) {
+    // Of several globals of the name one that the unit sees, if any; for a unit that nothing runs
+    // one that fits, if there is one.
+    ID GlobalOf(ID unit, const Declaration& external) {
+        const bool isRun = run_.graph.RunBy(unit) != 0;
+        const auto isOne = [&](ID id) {
+            return isRun ? IsSeen(unit, id)
+                         : !Differ(run_.types.Of(run_.project.GetDeclaration(id)->type),
+                                   run_.types.Of(external.type), 0);
+        };
+        const ID first = run_.project.FindGlobal(external.name);
+        if (first == ID() || isOne(first)) {
             return first;
         }
         if (byName_.empty()) {
@@ -53,17 +60,15 @@ class Externals {
                 }
             }
         }
-        const IdList& all = byName_[Upper(name)];
-        const auto seen = std::ranges::find_if(all, [&](ID id) { return IsSeen(unit, id); });
-        return seen == all.end() ? ID() : *seen;
+        const IdList& all = byName_[Upper(external.name)];
+        const auto found = std::ranges::find_if(all, isOne);
+        return found != all.end() ? *found : isRun ? ID() : first;
     }
 
-    // A unit that nothing runs may be run by any resource.
     bool IsSeen(ID unit, ID global) const {
         const ID list = run_.project.GetDeclaration(global)->owner;
-        const uint64_t runBy = run_.graph.RunBy(unit);
-        return runBy == 0 ||
-               (run_.graph.SeenBy(run_.project.GetVariableList(list)->parent) & runBy) != 0;
+        return (run_.graph.SeenBy(run_.project.GetVariableList(list)->parent) &
+                run_.graph.RunBy(unit)) != 0;
     }
 
     void TellMissing(ID id, const Declaration& external) {

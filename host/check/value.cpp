@@ -122,6 +122,13 @@ Constant ReadTime(u16string_view text, Kind kind) {
     const std::u16string terminated(text);
     Val value;
     time.kind = value.Set(terminated.c_str(), 0) ? kind : Kind::kMalformed;
+    const std::u16string capitals = Upper(text);
+    if (time.kind == Kind::kMalformed && kind == Kind::kTime &&
+        (capitals.ends_with(u"US") || capitals.ends_with(u"NS"))) {
+        time.kind = kind;  // micro- and nanoseconds, which the scanner does not know
+        time.isNegative = text.find(u'-') != text.npos;
+        return time;
+    }
     if (time.kind == Kind::kTime) {
         int32_t days = 0;
         double milliseconds = 0;

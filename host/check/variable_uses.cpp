@@ -25,7 +25,8 @@ class VariableUses {
     explicit VariableUses(Run& run)
         : run_(run),
           counts_(run.project.Declarations().size()),
-          results_(run.project.Pous().size()) {}
+          results_(run.project.Pous().size()),
+          hasNames_(run.project.Pous().size()) {}
 
     void Look();
 
@@ -43,7 +44,8 @@ class VariableUses {
 
     Run& run_;
     std::vector<Count> counts_;
-    std::vector<bool> results_;  // of functions that are written to
+    std::vector<bool> results_;   // of functions that are written to
+    std::vector<bool> hasNames_;  // of units in whose bodies names stand
     std::map<std::pair<uint32_t, std::u16string>, Finding*> unknown_;  // by unit and name
 };
 
@@ -64,6 +66,9 @@ void VariableUses::Take(const Use& use) {
     const bool isWrite = use.kind == UseKind::kWrite || use.kind == UseKind::kReadWrite ||
                          use.kind == UseKind::kCall || use.kind == UseKind::kUnknown;
     const bool isRead = use.kind != UseKind::kWrite;
+    if (use.body) {
+        hasNames_[IndexOf(use.unit)] = true;
+    }
     const auto count = [&](ID id) {
         if (const Declaration* declaration = run_.project.GetDeclaration(id)) {
             Count& counted = counts_[IndexOf(id)];
@@ -195,7 +200,11 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
         hasOutput = hasOutput || declaration.section.scope == Scope::kOutput;
         CheckVariable(id, declaration);
     }
-    if (pou.kind == LQ_KIND_FUNCTION && !results_[IndexOf(unit)] && !hasOutput && *pou.resultType) {
+    // One whose bodies name nothing is written elsewhere, too; one of an unknown type may have no
+    // result, as with VOID.
+    if (pou.kind == LQ_KIND_FUNCTION && hasNames_[IndexOf(unit)] && !results_[IndexOf(unit)] &&
+        !hasOutput && *pou.resultType &&
+        run_.types.Named(pou.resultType).kind != TypeInfo::Kind::kUnknown) {
         run_.Report(8013, unit, Say("the result of '{}' is never set", Utf8(pou.name)));
     }
 }

@@ -1,5 +1,6 @@
 #include "host/model/code_reader.h"
 
+#include "host/model/chart_text.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/host/words/words.h"
 #include "lq_data/scanner.h"
@@ -95,6 +96,9 @@ void CodeReader::Take(const CodeToken& token) {
 }
 
 void CodeReader::EndLine() {
+    if (chart_ && code_) {
+        SplitChart(*code_);
+    }
     EndName(isInstruction_ && !JumpOf(name_));
     Keep({}, false);
     atStart_ = true;

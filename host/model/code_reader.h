@@ -31,6 +31,7 @@ class LQ_DATA_API CodeReader {
     CodeReader(Project& project, Language language, Pou& pou, Body& body)
         : project_(project),
           il_(language == Language::kIl),
+          chart_(language == Language::kSfc),
           pou_(pou),
           body_(body),
           code_(project.KeepsCode() ? &project.EditCode(body) : nullptr) {}
@@ -55,6 +56,7 @@ class LQ_DATA_API CodeReader {
 
     Project& project_;
     const bool il_;
+    const bool chart_;
     Pou& pou_;
     Body& body_;
     BodyCode* const code_;  // null when none is kept

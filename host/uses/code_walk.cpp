@@ -18,7 +18,8 @@ bool Equal(u16string_view a, u16string_view b) {
 }
 
 // Words of statements beside the keywords, where no variable has the name.
-constexpr u16string_view kWords[] = {u"CONTINUE", u"GOTO", u"JMP", u"NULL", u"SUPER", u"THIS"};
+constexpr u16string_view kWords[] = {u"AND_THEN", u"CONTINUE", u"GOTO",  u"JMP",
+                                     u"NULL",     u"OR_ELSE",  u"SUPER", u"THIS"};
 constexpr u16string_view kJumpWords[] = {u"GOTO", u"JMP", u"JMPC", u"JMPCN"};
 
 // What instructions of IL do with their operand; all others are functions.
@@ -287,7 +288,8 @@ bool CodeWalk::TakeParameter(std::size_t& at) {
 void CodeWalk::TakeName(std::size_t& at) {
     const BodyToken& token = tokens_[at];
     const u16string_view name(token.text);
-    if (at > 0 && Is(at - 1, OP_DOT)) {
+    const bool isPart = at > 1 && Is(at - 2, OP_DOT) && tokens_[at - 1].kind == TK_ERROR;
+    if (isPart || (at > 0 && Is(at - 1, OP_DOT))) {
         ++at;  // of a path that was told, or of something without a name
         return;
     }
@@ -359,6 +361,9 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
         } else if (Is(path.end, OP_DOT) && path.end + 1 < tokens_.size() &&
                    tokens_[path.end + 1].kind == TK_INTEGER) {
             path.end += 2;  // a bit
+        } else if (Is(path.end, OP_DOT) && IsName(path.end + 2) &&
+                   tokens_[path.end + 1].kind == TK_ERROR) {
+            path.end += 3;  // likewise, or a byte or word: ".%X0"
         } else {
             break;
         }

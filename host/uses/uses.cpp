@@ -101,7 +101,8 @@ void Walk::WalkUnit(ID unit) {
     };
     const auto addParts = [&](const BodyCode& code) {
         for (const BodyPiece& piece : code.pieces) {
-            if (piece.role >= PieceRole::kStep && piece.role <= PieceRole::kMacroStep) {
+            if (piece.role == PieceRole::kPart ||
+                (piece.role >= PieceRole::kStep && piece.role <= PieceRole::kMacroStep)) {
                 addPart(piece.name);
             }
         }
@@ -207,6 +208,7 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
         case PieceRole::kInitialStep:
         case PieceRole::kMacroStep:
         case PieceRole::kJumpStep:
+        case PieceRole::kPart:
             break;
     }
 }

@@ -86,7 +86,7 @@ for row in pathlib.Path(rows).read_text().splitlines():
     options = OPTIONS.get(code, [])
     found = check(code, text.replace("\\n", "\n"), *options)
     planted += 1
-    if [(f[0], f[1]) for f in found] != ([(code, int(line))] if code != "-" else []):
+    if [(f[0], f[1]) for f in found] != ([(code, int(line))] if code[-1] != "-" else []):
         faults.append(f"{row}: {found}")
 print("\n".join(faults) or f"{len(table)} checks, {planted} planted faults")
 sys.exit(1 if faults else 0)

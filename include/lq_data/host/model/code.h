@@ -1,6 +1,6 @@
 // The code of bodies as a project keeps it when it is asked to (Project::KeepCode): tokens with
 // their places, in pieces that say what part of a body they are. Text in IL or ST is one piece; a
-// drawing is as many as it has places where names stand.
+// drawing, or a chart as text, is as many as it has places where names stand.
 #pragma once
 
 #include <cstdint>
@@ -46,6 +46,7 @@ enum class PieceRole : uint8_t {
     kAction,      // the action or variable that an action block refers to
     kIndicator,   // the variable that an action sets; tokens are the expression
     kDuration,    // of an action's qualifier; tokens are the expression
+    kPart,        // an action or transition of a chart as text, whose code follows
 };
 
 struct BodyPiece {
