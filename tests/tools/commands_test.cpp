@@ -79,11 +79,15 @@ TEST(Folders, AreTheFilesInThem) {
         "printf '<a/>' > src/g.xml; printf 'VAR_GLOBAL w : INT; (* \\344 *) END_VAR' > src/h.dut; "
         "cp $EXAMPLES/plant/plant.xml $EXAMPLES/plant/plant.st src/z; \"$LQ\" ";
     const std::string messages =
-        "src/gone.st: error: cannot be opened: No such file or directory\n"
-        "src/e.txt: the file holds no declaration\n"
-        "src/f.pou:1:2: error: is not text: the UTF-8 character is broken off at byte 1\n"
-        "src/g.xml:1:1: error: the file is no PLCopen project: its root element is <{}a>\n"
-        "src/z/plant.st: was left out: it declares what src/z/plant.xml declares\n";
+        "src/gone.st: error: cannot be opened: No such file or directory "
+        "[0001 unreadable]\n"
+        "src/e.txt: warning: the file holds no declaration [0019 not-read]\n"
+        "src/f.pou:1:2: error: is not text: the UTF-8 character is broken off at byte 1 "
+        "[0001 unreadable]\n"
+        "src/g.xml:1:1: error: the file is no PLCopen project: its root element is <{}a> "
+        "[0001 unreadable]\n"
+        "src/z/plant.st: warning: was left out: it declares what src/z/plant.xml declares "
+        "[0019 not-read]\n";
     const std::string listed =
         "symbols src --csv | grep -v z/plant | cut -d , -f 2,7,8 | tail -n +2";
     const Outcome plain = RunShell(files + listed);

@@ -91,6 +91,7 @@ void PrintMessage(const host::Report& report) {
     host::Report rest = report;
     rest.file.clear();
     rest.line = 0;
+    rest.error = false;                           // the severity says so
     const std::string text = host::ToText(rest);  // ": the rest"
     PrintMessage(Place{report.file, report.line, report.column}, check.severity, check,
                  text.substr(2));
