@@ -91,12 +91,15 @@ class ConfigurationReader {
     void ReadResource() {
         EndResource();
         const Piece word = cursor_.Take();
-        AddResource(project_.Intern(cursor_.IsName(cursor_.Peek()) ? cursor_.TextOf(cursor_.Take())
-                                                                   : std::u16string_view()),
-                    word);
+        const bool isNamed = cursor_.IsName(cursor_.Peek()) && !IsEnd(cursor_.Peek().word);
+        AddResource(
+            project_.Intern(isNamed ? cursor_.TextOf(cursor_.Take()) : std::u16string_view()),
+            word);
         if (cursor_.Peek().word == Word::kOn) {
             cursor_.Take();
-            cursor_.Take();
+            if (!IsEnd(cursor_.Peek().word)) {
+                cursor_.Take();
+            }
         }
         ReadParts(word, Word::kEndResource);
     }

@@ -102,7 +102,8 @@ class DeclarationReader {
         cursor_.Take();
         const auto isOver = [this] {
             const Piece& next = cursor_.Peek();
-            return next.Is(OP_COLON) || next.Is(OP_SEMICOLON) || IsAtBoundary(context_);
+            const bool isNext = next.isFirst && cursor_.IsName(next) && IsDeclared(context_);
+            return next.Is(OP_COLON) || next.Is(OP_SEMICOLON) || isNext || IsAtBoundary(context_);
         };
         while (!isOver()) {
             const Piece last = cursor_.Last();

@@ -268,7 +268,7 @@ Reading ReadValue(Context& context, std::u16string& value) {
         }
         const std::size_t size = text.Text().size();
         if (depth == 0 && !Opens(piece)) {
-            if (names.Take(cursor, piece, !isFirst)) {
+            if (names.Take(cursor, piece, !isFirst || piece.isFirst)) {
                 sizeBeforeNames = size;
             }
         } else {
