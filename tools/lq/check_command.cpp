@@ -63,14 +63,29 @@ std::unordered_set<std::string> ReadBaseline(const std::string& path) {
     return known;
 }
 
-// The project's faults without end of a file leave nothing to check.
-CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
-                  const std::unordered_set<std::string>& known) {
+// The project that the files make. Where one was not read to its end, that is what there is to
+// report, and half a project is not checked.
+host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report>& reports) {
     // As for a translation: the process ends with the command.
     static host::Project& project = *new host::Project;
-    std::vector<host::Report> reports;
+    static host::Project& none = *new host::Project;
     project.KeepCode();
-    ReadProject(options.files, project, reports);
+    try {
+        ReadProject(files, project, reports);
+        return project;
+    } catch (const InputError&) {
+        if (reports.empty() || !reports.back().error) {
+            throw;  // a library
+        }
+        host::SetProject(&none);
+        return none;
+    }
+}
+
+CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
+                  const std::unordered_set<std::string>& known) {
+    std::vector<host::Report> reports;
+    const host::Project& project = ReadForChecks(options.files, reports);
     what.reports = &reports;
     CheckResult result;
     const Progress progress(Say("checking"));
