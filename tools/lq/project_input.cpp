@@ -185,11 +185,6 @@ void NameFiles(const ProjectFiles& files, Json& document) {
     }
 }
 
-std::string FileNameOf(const host::Project& project, ID id) {
-    const host::SourceFile* file = project.FileOf(id);
-    return file ? host::EncodeUtf8(file->name) : "";
-}
-
 void ThrowNoUnit(const ProjectFiles& files, const host::Project& project, const std::string& name,
                  bool withTypes) {
     Suggestion nearest(name);

@@ -42,9 +42,6 @@ Place WholeOf(const ProjectFiles& files);
 // Names the files in a document, as its members "files" and "libraries".
 void NameFiles(const ProjectFiles& files, Json& document);
 
-// The file that an object came from, as messages call it; empty for none.
-std::string FileNameOf(const host::Project& project, ID id);
-
 // "no unit is called 'Mixin'; did you mean 'Mixing'?"
 [[noreturn]] void ThrowNoUnit(const ProjectFiles& files, const host::Project& project,
                               const std::string& name, bool withTypes);

@@ -10,7 +10,6 @@
 #include "lq_data/host/text/utf.h"
 #include "tools/lq/messages.h"
 #include "tools/lq/progress.h"
-#include "tools/lq/project_input.h"
 #include "tools/lq/refusal_words.h"
 #include "tools/lq/tables.h"
 
@@ -117,6 +116,11 @@ ID NamedType(const host::Project& project, const host::Declaration& declaration)
     const std::u16string_view name = of == type.npos ? type : type.substr(of + 4);
     const ID id = project.FindDataType(name);
     return id.GetNumber() ? id : project.FindAnyPou(name);
+}
+
+std::string FileNameOf(const host::Project& project, ID id) {
+    const host::SourceFile* file = project.FileOf(id);
+    return file ? host::EncodeUtf8(file->name) : "";
 }
 
 void PrintRefusals(const std::vector<Refusal>& refusals) {

@@ -35,6 +35,9 @@ struct Translation {
 // it.
 ID NamedType(const host::Project& project, const host::Declaration& declaration);
 
+// The file that an object came from, as messages call it; empty for none.
+std::string FileNameOf(const host::Project& project, ID id);
+
 // One message a refusal.
 void PrintRefusals(const std::vector<Refusal>& refusals);
 
