@@ -1,9 +1,10 @@
-// The linker leads the library's calls of the model here, and on to the model.
+// The linker leads the library's calls of the model here, and on to the model. Libraries call some
+// of them, too, so that they may not be hidden.
 #include "load_test_util.h"
 
 // NOLINTBEGIN: the names are the linker's
-#define LQ_WRAPPED(Result, Symbol, Parameters, name)       \
-    Result Wrapped##name Parameters asm("__wrap_" Symbol); \
+#define LQ_WRAPPED(Result, Symbol, Parameters, name)                                      \
+    [[gnu::visibility("default")]] Result Wrapped##name Parameters asm("__wrap_" Symbol); \
     Result Real##name Parameters asm("__real_" Symbol);
 LQ_WRAPPED(LQNAVIOBJECTMAN*, "_ZN15LQNAVIOBJECTMAN3GetEv", (), Objects)
 LQ_WRAPPED(LQDECLMAN*, "_ZN9LQDECLMAN3GetEv", (), Declarations)
