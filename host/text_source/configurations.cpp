@@ -65,7 +65,7 @@ class ConfigurationReader {
     // A unit behind a configuration that has no end: "PROGRAM name" for a line of its own.
     bool IsUnit() {
         const std::size_t name = IsMark(cursor_.Peek(1).word) ? 2 : 1;
-        const Piece& behind = cursor_.Peek(name + 1);
+        const Piece behind = cursor_.Peek(name + 1);
         return behind.isFirst && !behind.Is(OP_COLON) && behind.word != Word::kWith;
     }
 
@@ -157,7 +157,7 @@ class ConfigurationReader {
             cursor_.Take();
             Spelling value(cursor_);
             for (std::size_t depth = 0;;) {
-                const Piece& next = cursor_.Peek();
+                const Piece next = cursor_.Peek();
                 const bool isOver = next.Is(OP_COMMA) || next.Is(OP_RPAREN);
                 if (IsAtBoundary(context_) || next.Is(OP_SEMICOLON)) {
                     return false;

@@ -25,7 +25,7 @@ std::string Quoted(const Context& context, const Piece& piece) {
 }
 
 bool IsDeclared(Context& context, std::size_t ahead) {
-    const Piece& next = context.cursor.Peek(ahead + 1);
+    const Piece next = context.cursor.Peek(ahead + 1);
     return next.Is(OP_COLON) || next.Is(OP_COMMA) ||
            (next.word == Word::kAt && !IsSection(context.cursor.Peek(ahead).word));
 }
@@ -40,7 +40,7 @@ bool IsAtHeader(Context& context, bool anywhere) {
         return cursor.Peek(1).kind == TK_STRING;
     }
     const std::size_t name = BehindModifiers(context, 1);
-    const Piece& behind = cursor.Peek(name + 1);
+    const Piece behind = cursor.Peek(name + 1);
     const bool isOperator = IsOfCode(cursor.Peek(name).word) && !behind.Is(OP_COLON);
     if (!cursor.IsName(cursor.Peek(name)) || isOperator) {
         return false;
@@ -49,7 +49,7 @@ bool IsAtHeader(Context& context, bool anywhere) {
 }
 
 bool IsAtBoundary(Context& context) {
-    const Piece& next = context.cursor.Peek();
+    const Piece next = context.cursor.Peek();
     if (next.word == Word::kNone) {
         return next.IsEnd();
     }

@@ -47,6 +47,7 @@ class Cursor {
     Cursor& operator=(const Cursor&) = delete;
 
     // The next token, or the one behind as many others. At the end an end, again and again.
+    // The reference is valid until the next call: looking further moves what is held.
     const Piece& Peek(std::size_t ahead = 0) {
         while (ahead_.size() - next_ <= ahead) {
             ahead_.push_back(Fetch());

@@ -101,7 +101,7 @@ class DeclarationReader {
         }
         cursor_.Take();
         const auto isOver = [this] {
-            const Piece& next = cursor_.Peek();
+            const Piece next = cursor_.Peek();
             const bool isNext = next.isFirst && cursor_.IsName(next) && IsDeclared(context_);
             return next.Is(OP_COLON) || next.Is(OP_SEMICOLON) || isNext || IsAtBoundary(context_);
         };
@@ -175,7 +175,7 @@ class DeclarationReader {
 
     // A name with a ":" behind it is the next declaration's: this one has no type.
     bool TypeIsHere() {
-        const Piece& behind = cursor_.Peek(1);
+        const Piece behind = cursor_.Peek(1);
         return !behind.Is(OP_COLON) &&
                !(behind.Is(OP_COMMA) && TypeWordOf(cursor_.TextOf(cursor_.Peek())).name.empty());
     }
@@ -263,7 +263,7 @@ unsigned TakeMarks(Context& context, std::string& written) {
     Cursor& cursor = context.cursor;
     unsigned marks = 0;
     for (;;) {
-        const Piece& next = cursor.Peek();
+        const Piece next = cursor.Peek();
         const bool isDeclared = IsDeclared(context) && cursor.Peek(1).word != Word::kAt;
         if (next.isFirst || isDeclared || (!IsMark(next.word) && !IsModifier(next.word))) {
             return marks;

@@ -41,7 +41,7 @@ bool TakeGroup(Context& context, Group& group) {
     Cursor& cursor = context.cursor;
     std::size_t depth = 0;
     do {
-        const Piece& next = cursor.Peek();
+        const Piece next = cursor.Peek();
         if (next.Is(OP_SEMICOLON) || (depth != 0 && IsAtBoundary(context))) {
             return false;
         }
@@ -96,7 +96,7 @@ class TypeReader {
     }
 
     bool ReadElement() {
-        const Piece& first = cursor_.Peek();
+        const Piece first = cursor_.Peek();
         if (first.Is(OP_LPAREN)) {
             return ReadEnumeration();
         }
@@ -247,7 +247,7 @@ Reading ReadValue(Context& context, std::u16string& value) {
     bool hasMembers = false;  // the value is one pair of round brackets, with ":=" in it
     bool isOnePair = false;
     for (;; isFirst = false) {
-        const Piece& next = cursor.Peek();
+        const Piece next = cursor.Peek();
         if (next.Is(OP_SEMICOLON) || IsAtBoundary(context)) {
             break;
         }

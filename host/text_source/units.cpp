@@ -29,8 +29,8 @@ Language LanguageHere(Context& context) {
     }
     const std::size_t at =
         cursor.Peek().kind == TK_IDENTIFIER && cursor.Peek(1).Is(OP_COLON) ? 2 : 0;
-    const Piece& instruction = cursor.Peek(at);
-    const Piece& operand = cursor.Peek(at + 1);
+    const Piece instruction = cursor.Peek(at);
+    const Piece operand = cursor.Peek(at + 1);
     const bool isIl = instruction.kind == TK_IDENTIFIER &&
                       IsInstruction(cursor.TextOf(instruction)) &&
                       (operand.isFirst || operand.IsEnd() || operand.kind != TK_OPERATOR);
@@ -53,7 +53,7 @@ class UnitReader {
         pou.line = word_.spot.line;
         pou.column = cursor_.ColumnOf(word_.spot);
         TakeParents();
-        const Piece& next = cursor_.Peek();
+        const Piece next = cursor_.Peek();
         if (next.Is(OP_COLON)) {
             cursor_.Take();
             TakeResult(pou);
@@ -118,7 +118,7 @@ class UnitReader {
             for (Piece piece; reader_ && cursor_.TakePlain(piece);) {
                 ReadToken(piece);
             }
-            const Piece& next = cursor_.Peek();
+            const Piece next = cursor_.Peek();
             if (next.IsEnd()) {
                 EndBody();
                 return;
