@@ -1,12 +1,12 @@
 // The course of a text: what stands in no unit, and what begins there.
 
 #include <algorithm>
-#include <deque>
 #include <istream>
 #include <limits>
 #include <utility>
 
 #include "host/text_source/parts.h"
+#include "host/text_source/source_bytes.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/text_source/text_source.h"
 
@@ -190,41 +190,14 @@ void Refuse(ReportList& list, std::u16string_view before, const TextStatus& stat
               Say("is not text: {} at byte {}", Translated(Describe(status.fault)), status.offset));
 }
 
-// Everything, without more room than it takes.
-std::string ReadAll(std::istream& source) {
-    constexpr std::size_t kPiece = std::size_t{1} << 20;
-    std::deque<std::string> pieces;
-    std::size_t size = 0;
-    do {
-        std::string& piece = pieces.emplace_back(kPiece, '\0');
-        source.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-        piece.resize(static_cast<std::size_t>(source.gcount()));
-        size += piece.size();
-    } while (source);
-    if (pieces.size() == 1) {
-        return std::move(pieces.front());
-    }
-    std::string all;
-    all.reserve(size);
-    for (; !pieces.empty(); pieces.pop_front()) {
-        all += pieces.front();
-    }
-    return all;
-}
-
 bool Read(std::istream& source, const std::string& fileName, Project& project,
           std::vector<Report>& reports, std::optional<TextEncoding> codePage) {
     std::u16string text;
-    {
-        const std::string bytes = ReadAll(source);
-        text.reserve(bytes.size());
-        const TextStatus status =
-            codePage ? DecodeCodePage(bytes, *codePage, text) : DecodeAnySource(bytes, text);
-        if (!status.IsFine()) {
-            ReportList list(fileName, reports);
-            Refuse(list, text, status);
-            return false;
-        }
+    const TextStatus status = ReadBytes(source, codePage, text);
+    if (!status.IsFine()) {
+        ReportList list(fileName, reports);
+        Refuse(list, text, status);
+        return false;
     }
     return Read(text, fileName, project, reports);
 }
