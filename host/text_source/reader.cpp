@@ -18,13 +18,18 @@ namespace {
 
 class Reader {
   public:
-    explicit Reader(Context& context) : context_(context), cursor_(context.cursor) {}
+    // `own` is where the text lies; null for one of the caller's.
+    Reader(Context& context, SourceText* own)
+        : context_(context), cursor_(context.cursor), own_(own) {}
 
     // False when the text declares nothing.
     bool Read() {
         while (!cursor_.Peek().IsEnd()) {
             if (!ReadPart()) {
                 LeaveStray();
+            }
+            if (own_) {
+                own_->Forget(cursor_.Last().spot.at);
             }
         }
         return hasParts_;
@@ -141,6 +146,7 @@ class Reader {
 
     Context& context_;
     Cursor& cursor_;
+    SourceText* const own_;
     bool hasParts_ = false;
     bool isStray_ = false;
     uint32_t attributeLine_ = 0;
@@ -155,7 +161,7 @@ std::string_view StemOf(std::string_view path) {
 }
 
 bool Read(std::u16string_view text, const std::string& fileName, Project& project,
-          std::vector<Report>& reports) {
+          std::vector<Report>& reports, SourceText* own) {
     ReportList list(fileName, reports);
     if (text.size() >= static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
         list.Fail(0, 0, Say("the text is too long"));
@@ -168,7 +174,7 @@ bool Read(std::u16string_view text, const std::string& fileName, Project& projec
     Context context(project, list, text);
     context.fileStem = project.Intern(name);
     const std::size_t before = reports.size();
-    if (!Reader(context).Read()) {
+    if (!Reader(context, own).Read()) {
         // One report tells what no others could tell better, but for a comment that may hold all.
         reports.resize(before);
         ReportList told(fileName, reports);
@@ -192,14 +198,14 @@ void Refuse(ReportList& list, std::u16string_view before, const TextStatus& stat
 
 bool Read(std::istream& source, const std::string& fileName, Project& project,
           std::vector<Report>& reports, std::optional<TextEncoding> codePage) {
-    std::u16string text;
-    const TextStatus status = ReadBytes(source, codePage, text);
+    SourceText text;
+    const TextStatus status = text.Read(source, codePage);
     if (!status.IsFine()) {
         ReportList list(fileName, reports);
-        Refuse(list, text, status);
+        Refuse(list, text.Text(), status);
         return false;
     }
-    return Read(text, fileName, project, reports);
+    return Read(text.Text(), fileName, project, reports, &text);
 }
 
 }  // namespace
@@ -209,7 +215,7 @@ bool Read(std::istream& source, const std::string& fileName, Project& project,
 bool ReadText(std::u16string_view text, const std::string& fileName, Project& project,
               std::vector<Report>& reports) noexcept {
     return Contained(fileName, reports,
-                     [&] { return text_source::Read(text, fileName, project, reports); });
+                     [&] { return text_source::Read(text, fileName, project, reports, nullptr); });
 }
 
 bool ReadText(std::istream& source, const std::string& fileName, Project& project,

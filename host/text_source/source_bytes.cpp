@@ -1,8 +1,11 @@
 #include "host/text_source/source_bytes.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <istream>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace lq::host::text_source {
 
@@ -59,27 +62,42 @@ void TakeUtf8(Pieces& pieces, std::u16string& text) {
 
 }  // namespace
 
-TextStatus ReadBytes(std::istream& source, std::optional<TextEncoding> codePage,
-                     std::u16string& text) {
+TextStatus SourceText::Read(std::istream& source, std::optional<TextEncoding> codePage) {
     Pieces pieces = ReadAll(source);
     std::size_t size = 0;
     for (const std::string& piece : pieces) {
         size += piece.size();
     }
-    text.clear();
-    text.reserve(size);
+    text_.clear();
+    text_.reserve(size);
     if (!codePage && pieces.size() > 1 && BeginsAsUtf8(pieces.front())) {
-        TakeUtf8(pieces, text);
+        TakeUtf8(pieces, text_);
         if (pieces.empty()) {
             return {TextFault::kNone, size};
         }
     }
-    std::string bytes = EncodeUtf8(text);  // as they were
+    std::string bytes = EncodeUtf8(text_);  // as they were
     bytes.reserve(size);
     for (; !pieces.empty(); pieces.pop_front()) {
         bytes += pieces.front();
     }
-    return codePage ? DecodeCodePage(bytes, *codePage, text) : DecodeAnySource(bytes, text);
+    return codePage ? DecodeCodePage(bytes, *codePage, text_) : DecodeAnySource(bytes, text_);
+}
+
+void SourceText::Forget(std::size_t at) {
+    constexpr std::size_t kLeast = std::size_t{1} << 20;
+    if (at < forgotten_ + kLeast) {
+        return;
+    }
+    // The pages that hold nothing else.
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto addressOf = [this](std::size_t index) {
+        return reinterpret_cast<std::uintptr_t>(text_.data() + index);
+    };
+    const std::uintptr_t begin = (addressOf(forgotten_) + page - 1) / page * page;
+    const std::uintptr_t end = addressOf(at) / page * page;
+    madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+    forgotten_ = at;
 }
 
 }  // namespace lq::host::text_source

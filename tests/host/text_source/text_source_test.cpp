@@ -149,6 +149,25 @@ TEST(TextSource, ReadsLongTextsInPieces) {
     }
 }
 
+// A long text is given back as it is read: what is read is the same as of a text that stays.
+TEST(TextSource, ForgetsNothingThatIsNeeded) {
+    std::string text;
+    for (int i = 0; text.size() < 3'000'000; ++i) {
+        const std::string number = std::to_string(i);
+        text += "(* of " + number + " *)\nPROGRAM P" + number + " VAR a : T" + number + "; (* " +
+                std::string(500, 'x') + " *) END_VAR\nEND_FUNCTION // b\n";
+    }
+    ReadProject forgets;
+    forgets.ReadAsText(text);
+    ReadProject stays;
+    std::u16string wide;
+    DecodeUtf8(text, wide);
+    ReadText(wide, "src/test.st", stays.project, stays.reports);
+    EXPECT_TRUE(Declared(forgets.project) == Declared(stays.project));
+    EXPECT_TRUE(forgets.Told() == stays.Told());
+    EXPECT_GT(stays.project.Pous().size(), 1000u);
+}
+
 TEST(TextSource, WantOfMemoryIsAReport) {
     lq::test::RunWithFailures(
         {"reading", []() -> lq::test::Attempt {
