@@ -81,9 +81,9 @@ bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
     return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
 }
 
-// The functions that write to what they are given, or take its address.
+// The functions that write to what they are given, or take its address, its number or its size.
 bool MayWrite(u16string_view function) {
-    constexpr u16string_view kAddresses[] = {u"ADR", u"BITADR", u"REF"};
+    constexpr u16string_view kAddresses[] = {u"ADR", u"BITADR", u"INDEXOF", u"REF", u"SIZEOF"};
     return IsOneOf(kAddresses, function) || Equal(function.substr(0, 6), u"SPLIT_");
 }
 
