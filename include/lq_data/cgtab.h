@@ -393,9 +393,9 @@ class LQ_DATA_API CgTab {
     alignas(2) unsigned char shortBuf[256] = {};
 };
 
-// Releases the scanner that all table sets of the calling thread share; the next set constructed on
-// it makes it again. Only while no set is in use there. A thread that ends need not call it: the
-// scanner goes with the thread (lq::ReleaseThread).
+// Releases the scanner that all table sets of the calling thread share; the next set that is
+// constructed there, or that decodes a declaration there, makes it again. A thread that ends need
+// not call it: the scanner goes with the thread (lq::ReleaseThread).
 LQ_DATA_API void CgTab_ReleaseTokenScanner();
 
 // 1 when table 1 has no unit of that name and the project model reports that it calls itself.
