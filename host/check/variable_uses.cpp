@@ -1,5 +1,6 @@
 // What bodies do with variables, and names in them that nothing has.
 
+#include <algorithm>
 #include <map>
 #include <unordered_set>
 #include <utility>
@@ -40,6 +41,7 @@ class VariableUses {
     void CheckUnit(ID unit, const Pou& pou);
     void CheckVariable(ID id, const Declaration& declaration);
     void CheckGlobals();
+    bool CallsItself(ID unit) const;
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
 
@@ -118,6 +120,9 @@ void VariableUses::TakeWrite(const Use& use) {
         return;
     }
     if (isHere && own->section.scope == Scope::kInput) {
+        if (CallsItself(use.unit)) {
+            return;  // it may be the parameter of such a call
+        }
         ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input and written to", Utf8(use.name)));
         return;
@@ -132,6 +137,12 @@ void VariableUses::TakeWrite(const Use& use) {
                  Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
                      Utf8(address)));
     }
+}
+
+bool VariableUses::CallsItself(ID unit) const {
+    return std::ranges::any_of(run_.graph.From(unit), [&](const Graph::Edge& edge) {
+        return edge.way == Graph::kCalls && edge.to == run_.graph.NodeOf(unit);
+    });
 }
 
 // One finding a name and unit.
