@@ -235,7 +235,8 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
                !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
         const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
-        if (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString) {
+        const bool hasValue = run_.types.GivesValue(run_.types.Of(declaration.type));
+        if (!hasValue && (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString)) {
             run_.Report(8033, id, Say("'{}' is read and never written to", name));
         }
     }
@@ -256,8 +257,10 @@ void VariableUses::CheckGlobals() {
         const VariableList* list = run_.project.GetVariableList(owner);
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
-            const Count& count = counts_[IndexOf(id)];
-            if (count.reads + count.writes == 0 && !named.contains(id.GetNumber()) &&
+            // Resources may have one each: a use tells of the first.
+            const ID first = run_.project.FindGlobal(declaration.name);
+            const Count& count = counts_[IndexOf(first)];
+            if (count.reads + count.writes == 0 && !named.contains(first.GetNumber()) &&
                 !*declaration.address && IsKnown(declaration)) {
                 run_.Report(8005, id, Say("'{}' is never used", Utf8(declaration.name)));
             }

@@ -197,4 +197,15 @@ TEST(Checks, LeaveAloneWhatIsRight) {
     }
 }
 
+TEST(Checks, FindNothingInCleanProjects) {
+    for (const char* name : {"/host/check/clean.st", "/host/check/clean.xml"}) {
+        std::ifstream file(std::string(LQ_TEST_SOURCE) + name);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        ASSERT_GT(text.size(), 1000u) << name;
+        CheckOptions options;
+        options.closed = true;
+        EXPECT_EQ(FindingsIn(text, options), "") << name;
+    }
+}
+
 }  // namespace lq::host
