@@ -129,16 +129,17 @@ const NameTable& Types::Members(ID holder) {
     return entry->second;
 }
 
-bool Types::IsEnumerator(u16string_view name) {
+const IdList& Types::EnumerationsWith(u16string_view value) {
     if (!knowsEnumerators_) {
         knowsEnumerators_ = true;
-        for (const DataType& type : project_.DataTypes()) {
-            for (const u16string_view value : Of(type.baseType).values) {
-                enumerators_.insert(Upper(value));
+        for (uint32_t i = 0; i < project_.DataTypes().size(); ++i) {
+            for (const u16string_view name : Of(project_.DataTypes()[i].baseType).values) {
+                enumerators_[Upper(name)].push_back(MakeId(Sort::kDataType, i));
             }
         }
     }
-    return enumerators_.contains(Upper(name));
+    const auto found = enumerators_.find(Upper(value));
+    return found == enumerators_.end() ? none_ : found->second;
 }
 
 const TypeInfo& Types::Read(u16string_view text, unsigned depth) {

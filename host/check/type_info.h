@@ -4,7 +4,6 @@
 #include <deque>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "host/check/name_table.h"
@@ -68,8 +67,8 @@ class Types {
     // The members of a structure, the declarations of a block.
     const NameTable& Members(ID holder);
 
-    // Whether a data type has the value.
-    bool IsEnumerator(u16string_view name);
+    // The data types that have the value.
+    const IdList& EnumerationsWith(u16string_view value);
 
     // A whole number; false for a name and for what is none.
     static bool ReadNumber(u16string_view text, int64_t& number);
@@ -88,7 +87,8 @@ class Types {
     const TypeInfo* lastType_ = nullptr;
     bool hasUnknown_ = false;
     bool knowsEnumerators_ = false;
-    std::unordered_set<std::u16string> enumerators_;  // in capitals
+    std::unordered_map<std::u16string, IdList> enumerators_;  // in capitals
+    const IdList none_;
     const TypeInfo unchecked_;
 };
 

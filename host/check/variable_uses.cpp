@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
-#include "lq_data/host/uses/uses.h"
+#include "host/check/literals.h"
+#include "host/check/name_uses.h"
 
 namespace lq::host::check {
 
@@ -24,6 +24,8 @@ class VariableUses {
   public:
     explicit VariableUses(Run& run)
         : run_(run),
+          names_(run),
+          remnants_(CheckLiterals(run)),
           counts_(run.project.Declarations().size()),
           results_(run.project.Pous().size()),
           hasNames_(run.project.Pous().size()) {}
@@ -40,9 +42,10 @@ class VariableUses {
     void CheckGlobals();
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
-    Finding& ReportAt(uint16_t code, Severity severity, const Use& use, std::string message);
 
     Run& run_;
+    NameUses names_;
+    const Places remnants_;  // of malformed literals; what is there is no name
     std::vector<Count> counts_;
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
@@ -51,7 +54,11 @@ class VariableUses {
 
 void VariableUses::Look() {
     ForEachUse(run_.project, {.declarations = true, .libraries = run_.options.checkLibraries},
-               [this](const Use& use) { Take(use); });
+               [this](const Use& use) {
+                   Take(use);
+                   names_.Take(use);
+               });
+    names_.Finish();
     for (const ID owner : run_.Owners()) {
         if (const Pou* pou = run_.project.GetPou(owner)) {
             CheckUnit(owner, *pou);
@@ -95,7 +102,7 @@ void VariableUses::Take(const Use& use) {
     } else if (use.object == UseObject::kParameter && use.id != ID()) {
         TakeParameter(use);
     } else if (use.object == UseObject::kAddress) {
-        ReportAt(8012, run_.SeverityOf(8012), use,
+        ReportAt(run_, 8012, use.unit, SpotOf(use),
                  Say("the body names the address {}", Utf8(use.name)));
     }
 }
@@ -106,12 +113,12 @@ void VariableUses::TakeWrite(const Use& use) {
     const bool isHere = own && own->owner == use.unit;  // and no member or parameter of another
     if ((isHere && own->section.constant) || (global && global->section.constant)) {
         Finding& finding =
-            ReportAt(8010, run_.SeverityOf(8010), use, Say("'{}' is a constant", Utf8(use.name)));
+            ReportAt(run_, 8010, use.unit, SpotOf(use), Say("'{}' is a constant", Utf8(use.name)));
         run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
         return;
     }
     if (isHere && own->section.scope == Scope::kInput) {
-        ReportAt(8035, run_.SeverityOf(8035), use,
+        ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input and written to", Utf8(use.name)));
         return;
     }
@@ -121,7 +128,7 @@ void VariableUses::TakeWrite(const Use& use) {
                                                            : u"";
     const std::u16string beginning = Upper(u16string_view(address).substr(0, 2));
     if (beginning == u"%I") {
-        ReportAt(8035, run_.SeverityOf(8035), use,
+        ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
                      Utf8(address)));
     }
@@ -129,8 +136,9 @@ void VariableUses::TakeWrite(const Use& use) {
 
 // One finding a name and unit.
 void VariableUses::TakeUnknown(const Use& use) {
-    if (use.role == PieceRole::kBlock) {
-        return;  // told as blocks
+    if (use.role == PieceRole::kBlock ||
+        remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
+        return;  // told as blocks and literals
     }
     const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
     const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
@@ -140,10 +148,10 @@ void VariableUses::TakeUnknown(const Use& use) {
         ++known->second->more;
         return;
     }
-    known->second =
-        &ReportAt(code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use,
-                  isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
-                           : Say("nothing is called '{}' here", Utf8(use.name)));
+    known->second = &ReportAt(
+        run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),
+        isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
+                 : Say("nothing is called '{}' here", Utf8(use.name)));
 }
 
 // EN and ENO are there for all, the result of a function by many names.
@@ -155,19 +163,9 @@ void VariableUses::TakeParameter(const Use& use) {
     // Drawings list all outputs that an editor's own edition of a standard block has.
     const bool isListed = isOutput && pou.isStandard && use.role == PieceRole::kOutput;
     if (name != u"EN" && name != u"ENO" && !isResult && !isListed) {
-        ReportAt(8028, run_.SeverityOf(8028), use,
+        ReportAt(run_, 8028, use.unit, SpotOf(use),
                  Say("'{}' has no parameter '{}'", Utf8(pou.name), Utf8(use.name)));
     }
-}
-
-Finding& VariableUses::ReportAt(uint16_t code, Severity severity, const Use& use,
-                                std::string message) {
-    Finding& finding = run_.Report(code, severity, use.unit, std::move(message));
-    finding.unit = Utf8(run_.project.NameOf(use.unit));
-    finding.name = Utf8(use.name);
-    finding.line = use.line;
-    finding.column = use.column;
-    return finding;
 }
 
 // -- Declarations ---------------------------------------------------------------------------------
@@ -254,10 +252,6 @@ void VariableUses::CheckGlobals() {
             }
         }
     }
-}
-
-void CheckVariableUses(Run& run) {
-    VariableUses(run).Look();
 }
 
 constexpr Check kRows[] = {
@@ -372,6 +366,10 @@ constexpr Check kRows[] = {
 };
 
 }  // namespace
+
+void CheckVariableUses(Run& run) {
+    VariableUses(run).Look();
+}
 
 Rows VariableUseRows() {
     return kRows;
