@@ -135,8 +135,14 @@ bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amo
 
 }  // namespace
 
+// On a copy, whose fields can stay in registers: nothing has its address.
 template <typename Cursor>
 [[gnu::flatten]] Found Recogniser<Cursor>::PrefixedLiteral() {
+    return Apart().TimeLiteral();
+}
+
+template <typename Cursor>
+inline Found Recogniser<Cursor>::TimeLiteral() {
     const TOKEN_KIND kind = TimeKindOf(cursor_.TextSoFar(s_.valueBuf));
     Next();
     s_.time = Time();
