@@ -15,16 +15,15 @@ class TypeBlockReader {
         const Piece word = cursor_.Take();
         for (;;) {
             PassModifiers(context_);
-            if (cursor_.Peek().Is(OP_SEMICOLON)) {
-                cursor_.Take();
+            const Word next = cursor_.Peek().word;
+            if (cursor_.Peek().Is(OP_SEMICOLON) || next == Word::kEndStruct ||
+                next == Word::kEndUnion) {
+                cursor_.Take();  // an end of what could not be read
             } else if (!IsAtBoundary(context_)) {
                 ReadOne();
-            } else if (cursor_.Peek().word == Word::kEndType) {
+            } else if (next == Word::kEndType) {
                 cursor_.Take();
                 return;
-            } else if (cursor_.Peek().word == Word::kEndStruct ||
-                       cursor_.Peek().word == Word::kEndUnion) {
-                cursor_.Take();  // of what could not be read
             } else {
                 WarnMissing(context_, word.spot, Spelled(Word::kEndType));
                 return;
