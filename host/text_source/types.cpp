@@ -16,10 +16,12 @@ class TypeBlockReader {
         for (;;) {
             PassModifiers(context_);
             const Word next = cursor_.Peek().word;
-            if (cursor_.Peek().Is(OP_SEMICOLON) || next == Word::kEndStruct ||
-                next == Word::kEndUnion) {
-                cursor_.Take();  // an end of what could not be read
-            } else if (!IsAtBoundary(context_)) {
+            const bool isAtBoundary = IsAtBoundary(context_);
+            const bool isStray =  // of what could not be read
+                isAtBoundary && (next == Word::kEndStruct || next == Word::kEndUnion);
+            if (cursor_.Peek().Is(OP_SEMICOLON) || isStray) {
+                cursor_.Take();
+            } else if (!isAtBoundary) {
                 ReadOne();
             } else if (next == Word::kEndType) {
                 cursor_.Take();
