@@ -80,7 +80,7 @@ bool CgTabCompiler::ResetLabels(CgTab& tables, const char16_t* prefix) {
     char16_t name[0x100];  // a length of one byte
     for (int32_t pos = 0, next = 0; table && table->ReadLine(next, buf, 0); pos = next) {
         CgTab::LineBody body;
-        if (!table->SplitLine(buf, body) || body.nameLength < count ||
+        if (!table->SplitLine(buf, body) || !body.name || body.nameLength < count ||
             body.extra.Take(sizeof(kUnused)) == nullptr) {
             continue;
         }

@@ -42,7 +42,7 @@ int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, voi
     if (!table->SplitLine(buf, body) || !Decode(body, line) || body.extra.HasFailed()) {
         return table->FailRead(pos);
     }
-    if (usr && table->UsrLen_() != 0) {
+    if (usr && body.usr) {
         std::memcpy(usr, body.usr, table->UsrLen_());
     }
     return 1;

@@ -168,9 +168,12 @@ bool Read(std::u16string_view text, const std::string& fileName, Project& projec
     context.fileStem = project.Intern(name);
     const std::size_t before = reports.size();
     if (!Reader(context).Read()) {
-        // One report tells what no others could tell better.
+        // One report tells what no others could tell better, but for a comment that may hold all.
         reports.resize(before);
-        ReportList(fileName, reports).Warn(0, 0, kNotRead, Say("the file holds no declaration"));
+        ReportList told(fileName, reports);
+        if (!context.cursor.TellOpenComment(told)) {
+            told.Warn(0, 0, kNotRead, Say("the file holds no declaration"));
+        }
     }
     return true;
 }
