@@ -91,6 +91,13 @@ class Literals {
             remnants.insert({unit.GetNumber(), tokens[next].line, tokens[next].column});
             whole += tokens[next].text;
         }
+        if (chars::ToUpper(whole.back()) == u'E' && next + 1 < tokens.size() &&
+            (tokens[next].Is(OP_MINUS) || tokens[next].Is(OP_PLUS)) &&
+            tokens[next + 1].kind == TK_INTEGER) {
+            whole += tokens[next].text;  // the exponent of "2E-3"
+            whole += tokens[next + 1].text;
+            next += 2;
+        }
         const Kind kind = ReadConstant(whole).kind;
         if (!HasPrefix(whole, kLater) && (kind == Kind::kNone || kind == Kind::kMalformed)) {
             ReportAt(run_, 8011, unit, {whole.c_str(), first.line, first.column},

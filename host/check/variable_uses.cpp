@@ -42,6 +42,7 @@ class VariableUses {
     void CheckVariable(ID id, const Declaration& declaration);
     void CheckGlobals();
     bool CallsItself(ID unit) const;
+    bool IsPartOfName(const Use& use) const;
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
 
@@ -145,21 +146,33 @@ bool VariableUses::CallsItself(ID unit) const {
     });
 }
 
+// Whether it is part of a name that is declared and is none of the language: "Input/Output".
+bool VariableUses::IsPartOfName(const Use& use) const {
+    const u16string_view name(use.name);
+    return std::ranges::any_of(run_.project.GetPou(use.unit)->declarations, [&](ID id) {
+        const u16string_view declared(run_.project.NameOf(id));
+        return declared.find(name) != declared.npos && !IsName(declared);
+    });
+}
+
 // One finding a name and unit.
 void VariableUses::TakeUnknown(const Use& use) {
     if (use.role == PieceRole::kBlock ||
         remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
         return;  // told as blocks and literals
     }
-    const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
-    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
-    const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
-    auto [known, isNew] = unknown_.try_emplace({use.unit.GetNumber(), Upper(use.name)}, nullptr);
-    if (!isNew) {
+    const std::pair key(use.unit.GetNumber(), Upper(use.name));
+    if (const auto known = unknown_.find(key); known != unknown_.end()) {
         ++known->second->more;
         return;
     }
-    known->second = &ReportAt(
+    if (IsPartOfName(use)) {
+        return;
+    }
+    const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
+    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
+    const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
+    unknown_[key] = &ReportAt(
         run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),
         isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
                  : Say("nothing is called '{}' here", Utf8(use.name)));
