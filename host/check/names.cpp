@@ -52,7 +52,12 @@ void CheckIdentifiers(Run& run) {
     const Project& project = run.project;
     for (const ID owner : run.Owners()) {
         if (SortOf(owner) != Sort::kVariableList) {  // whose names are those of editors
-            CheckName(run, owner, project.NameOf(owner));
+            const Pou* function = project.GetPou(owner);
+            const bool isStandard = function && function->kind == LQ_KIND_FUNCTION &&
+                                    IsStandardFunction(function->name);  // MOD, NOT
+            if (!isStandard) {
+                CheckName(run, owner, project.NameOf(owner));
+            }
         }
         for (const ID id : project.Below(owner)) {
             const Declaration& declaration = *project.GetDeclaration(id);
@@ -95,8 +100,7 @@ bool IsOverload(const Project& project, ID one, ID other) {
         const Pou* pou = project.GetPou(id);
         return pou && pou->kind == LQ_KIND_FUNCTION;
     };
-    return isFunction(one) && isFunction(other) &&
-           (IsStandardFunction(project.NameOf(one)) || !IsIdentifier(project.NameOf(one)));
+    return isFunction(one) && isFunction(other) && IsStandardFunction(project.NameOf(one));
 }
 
 void CheckUnitNames(Run& run) {

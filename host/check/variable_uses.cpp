@@ -53,6 +53,7 @@ class VariableUses {
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
     std::map<std::pair<uint32_t, std::u16string>, Finding*> unknown_;  // by unit and name
+    std::map<std::pair<uint32_t, std::u16string>, Finding*> writes_;   // likewise
 };
 
 void VariableUses::Look() {
@@ -110,33 +111,39 @@ void VariableUses::Take(const Use& use) {
     }
 }
 
+// One finding a variable and unit.
 void VariableUses::TakeWrite(const Use& use) {
     const Declaration* own = run_.project.GetDeclaration(use.id);
     const Declaration* global = run_.project.GetDeclaration(use.global);
     const bool isHere = own && own->owner == use.unit;  // and no member or parameter of another
-    if ((isHere && own->section.constant) || (global && global->section.constant)) {
-        Finding& finding =
-            ReportAt(run_, 8010, use.unit, SpotOf(use), Say("'{}' is a constant", Utf8(use.name)));
-        run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
-        return;
-    }
-    if (isHere && own->section.scope == Scope::kInput) {
-        if (CallsItself(use.unit)) {
-            return;  // it may be the parameter of such a call
-        }
-        ReportAt(run_, 8035, use.unit, SpotOf(use),
-                 Say("'{}' is an input and written to", Utf8(use.name)));
-        return;
-    }
+    // Through a pointer something else is written to.
+    const bool isItself =
+        !isHere || run_.types.Resolved(own->type).kind != TypeInfo::Kind::kUnchecked;
     const Text address = use.object == UseObject::kAddress ? use.name
                          : global                          ? global->address
                          : isHere                          ? own->address
                                                            : u"";
-    const std::u16string beginning = Upper(u16string_view(address).substr(0, 2));
-    if (beginning == u"%I") {
-        ReportAt(run_, 8035, use.unit, SpotOf(use),
-                 Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
-                     Utf8(address)));
+    const bool isConstant =
+        (isHere && isItself && own->section.constant) || (global && global->section.constant);
+    const bool isInput = isHere && isItself && own->section.scope == Scope::kInput &&
+                         !CallsItself(use.unit);  // which may name it as a parameter
+    const bool isProcessInput = Upper(u16string_view(address).substr(0, 2)) == u"%I";
+    if (!isConstant && !isInput && !isProcessInput) {
+        return;
+    }
+    Finding*& known = writes_[{use.unit.GetNumber(), Upper(use.name)}];
+    if (known) {
+        ++known->more;
+        return;
+    }
+    const std::string name = Utf8(use.name);
+    known = &ReportAt(run_, isConstant ? 8010 : 8035, use.unit, SpotOf(use),
+                      isConstant ? Say("'{}' is a constant", name)
+                      : isInput  ? Say("'{}' is an input and written to", name)
+                                 : Say("'{}' is an input of the process, {}, and written to", name,
+                                       Utf8(address)));
+    if (isConstant) {
+        run_.Relate(*known, global ? use.global : use.id, Say("it is declared here"));
     }
 }
 
@@ -155,13 +162,15 @@ bool VariableUses::IsPartOfName(const Use& use) const {
     });
 }
 
-// One finding a name and unit.
+// One finding a name and unit, for functions one a name.
 void VariableUses::TakeUnknown(const Use& use) {
     if (use.role == PieceRole::kBlock ||
         remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
         return;  // told as blocks and literals
     }
-    const std::pair key(use.unit.GetNumber(), Upper(use.name));
+    // What is called is missing for all units.
+    const bool isCall = use.kind == UseKind::kCall;
+    const std::pair key(isCall ? 0 : use.unit.GetNumber(), Upper(use.name));
     if (const auto known = unknown_.find(key); known != unknown_.end()) {
         ++known->second->more;
         return;
@@ -232,6 +241,11 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
 }
 
 void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
+    // What is no name, or is declared twice, is told as such; bodies cannot mean it.
+    if (!IsName(declaration.name) ||
+        run_.types.Members(declaration.owner).Find(declaration.name) != id) {
+        return;
+    }
     const Count& count = counts_[IndexOf(id)];
     const std::string name = Utf8(declaration.name);
     const Scope scope = declaration.section.scope;

@@ -459,6 +459,11 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
         }
     }
     BeginOperands(at);
+    if (Is(at, OP_AMPERSAND) && IsName(at + 1) && Equal(tokens_[at + 1].text, u"N")) {
+        at += 2;  // ANDN
+        BeginOperands(at);
+        return;
+    }
     if (!IsName(at)) {
         return;
     }
