@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/run.h"
 
 namespace lq::host::check {
@@ -40,7 +41,7 @@ bool RunsPrograms(const Run& run) {
     return run.HasResource() && !run.project.ProgramInstances().empty();
 }
 
-// What a program uses that stands in a file that is missing is not known.
+// What a program uses that stands in a file that is missing is not known, and what a method does.
 bool KnowsPrograms(const Run& run) {
     return std::ranges::all_of(run.project.ProgramInstances(),
                                [&](const ProgramInstance& instance) {
@@ -71,7 +72,7 @@ void CheckUnits(Run& run) {
             enter(run.graph.ObjectOf(edge.to));
         }
     }
-    const bool knowsPrograms = KnowsPrograms(run);
+    const bool knowsUses = KnowsPrograms(run) && !LeftOut(run).Any();
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
         if (!pou) {
@@ -84,7 +85,7 @@ void CheckUnits(Run& run) {
         if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType) {
             run.Report(6006, owner, Say("the function '{}' has no type", name));
         }
-        if (RunsPrograms(run) && knowsPrograms && !reached[run.graph.NodeOf(owner)]) {
+        if (RunsPrograms(run) && knowsUses && !reached[run.graph.NodeOf(owner)]) {
             run.Report(6004, owner, Say("nothing uses '{}'", name));
         }
         if (RunsPrograms(run) && pou->kind == LQ_KIND_PROGRAM && run.graph.RunBy(owner) == 0) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/literals.h"
 #include "host/check/name_uses.h"
 
@@ -25,7 +26,8 @@ class VariableUses {
   public:
     explicit VariableUses(Run& run)
         : run_(run),
-          names_(run),
+          leftOut_(run),
+          names_(run, leftOut_),
           remnants_(CheckLiterals(run)),
           counts_(run.project.Declarations().size()),
           results_(run.project.Pous().size()),
@@ -47,6 +49,7 @@ class VariableUses {
     bool IsKnown(const Declaration& declaration);
 
     Run& run_;
+    const LeftOut leftOut_;
     NameUses names_;
     const Places remnants_;  // of malformed literals; what is there is no name
     std::vector<Count> counts_;
@@ -168,6 +171,9 @@ void VariableUses::TakeUnknown(const Use& use) {
         remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
         return;  // told as blocks and literals
     }
+    if (leftOut_.Of(use.unit)) {
+        return;  // a method, or what a base has
+    }
     // What is called is missing for all units.
     const bool isCall = use.kind == UseKind::kCall;
     const std::pair key(isCall ? 0 : use.unit.GetNumber(), Upper(use.name));
@@ -194,8 +200,9 @@ void VariableUses::TakeParameter(const Use& use) {
     const bool isOutput = use.kind == UseKind::kRead;
     const bool isResult = isOutput && pou.kind == LQ_KIND_FUNCTION;
     // Drawings list all outputs that an editor's own edition of a standard block has.
+    const bool isMissing = leftOut_.Of(use.id);
     const bool isListed = isOutput && pou.isStandard && use.role == PieceRole::kOutput;
-    if (name != u"EN" && name != u"ENO" && !isResult && !isListed) {
+    if (name != u"EN" && name != u"ENO" && !isResult && !isListed && !isMissing) {
         ReportAt(run_, 8028, use.unit, SpotOf(use),
                  Say("'{}' has no parameter '{}'", Utf8(pou.name), Utf8(use.name)));
     }
@@ -222,7 +229,7 @@ bool VariableUses::IsKnown(const Declaration& declaration) {
 }
 
 void VariableUses::CheckUnit(ID unit, const Pou& pou) {
-    if (!HasCode(pou)) {
+    if (!HasCode(pou) || leftOut_.Of(unit)) {
         return;
     }
     bool hasOutput = false;
@@ -271,7 +278,7 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
 
 // An external is a use.
 void VariableUses::CheckGlobals() {
-    if (!run_.Wants(8005) || !run_.HasResource()) {
+    if (!run_.Wants(8005) || !run_.HasResource() || leftOut_.Any()) {
         return;
     }
     std::unordered_set<uint32_t> named;
