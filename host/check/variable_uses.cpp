@@ -42,6 +42,9 @@ class VariableUses {
     void TakeParameter(const Use& use);
     void CheckUnit(ID unit, const Pou& pou);
     void CheckVariable(ID id, const Declaration& declaration);
+    bool IsNamed(ID id, const Declaration& declaration);
+    uint16_t CodeOfUnused(const Declaration& declaration);
+    bool IsNeverSet(const Declaration& declaration);
     void CheckGlobals();
     bool CallsItself(ID unit) const;
     bool IsPartOfName(const Use& use) const;
@@ -247,32 +250,53 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
     }
 }
 
-void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
-    // What is no name, or is declared twice, is told as such; bodies cannot mean it.
-    if (!IsName(declaration.name) ||
-        run_.types.Members(declaration.owner).Find(declaration.name) != id) {
-        return;
+// Whether a body can mean it: what is no name, or is declared twice, is told as such.
+bool VariableUses::IsNamed(ID id, const Declaration& declaration) {
+    return IsName(declaration.name) &&
+           run_.types.Members(declaration.owner).Find(declaration.name) == id;
+}
+
+// The code of the check that finds an unused one; 0 for none.
+uint16_t VariableUses::CodeOfUnused(const Declaration& declaration) {
+    switch (declaration.section.scope) {
+        case Scope::kLocal:
+        case Scope::kTemp:
+            return IsKnown(declaration) ? 8001 : 0;
+        case Scope::kInput:
+            return run_.HasResource() ? 8002 : 0;
+        case Scope::kOutput:
+            return run_.HasResource() ? 8003 : 0;
+        case Scope::kExternal:
+            return 8004;
+        default:
+            return 0;
     }
+}
+
+bool VariableUses::IsNeverSet(const Declaration& declaration) {
+    const TypeInfo& type = run_.types.Of(declaration.type);
+    const TypeInfo::Kind kind = run_.types.Resolve(type).kind;
+    return !*declaration.initValue && !*declaration.address && !declaration.section.constant &&
+           IsKnown(declaration) && !run_.types.GivesValue(type) &&
+           (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString);
+}
+
+void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     const Count& count = counts_[IndexOf(id)];
-    const std::string name = Utf8(declaration.name);
     const Scope scope = declaration.section.scope;
     const bool isLocal = scope == Scope::kLocal || scope == Scope::kTemp;
-    if (count.own == 0 && isLocal && IsKnown(declaration)) {
-        run_.Report(8001, *declaration.address ? Severity::kNote : run_.SeverityOf(8001), id,
-                    Say("'{}' is never used", name));
-    } else if (count.own == 0 && scope == Scope::kInput && run_.HasResource()) {
-        run_.Report(8002, id, Say("'{}' is never used", name));
-    } else if (count.own == 0 && scope == Scope::kOutput && run_.HasResource()) {
-        run_.Report(8003, id, Say("'{}' is never used", name));
-    } else if (count.own == 0 && scope == Scope::kExternal) {
-        run_.Report(8004, id, Say("'{}' is never used", name));
-    } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
-               !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
-        const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
-        const bool hasValue = run_.types.GivesValue(run_.types.Of(declaration.type));
-        if (!hasValue && (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString)) {
-            run_.Report(8033, id, Say("'{}' is read and never written to", name));
+    if (count.own == 0) {
+        const uint16_t code = CodeOfUnused(declaration);
+        if (code != 0 && IsNamed(id, declaration)) {
+            const bool isNote = code == 8001 && *declaration.address;
+            run_.Report(code, isNote ? Severity::kNote : run_.SeverityOf(code), id,
+                        Say("'{}' is never used", Utf8(declaration.name)));
+            return;
         }
+    }
+    if (isLocal && count.reads > 0 && count.writes == 0 && IsNeverSet(declaration) &&
+        IsNamed(id, declaration)) {
+        run_.Report(8033, id, Say("'{}' is read and never written to", Utf8(declaration.name)));
     }
 }
 
