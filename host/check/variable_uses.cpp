@@ -209,23 +209,22 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
 
 void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     const Count& count = counts_[IndexOf(id)];
-    const std::string name = Utf8(declaration.name);
     const Scope scope = declaration.section.scope;
     const bool isLocal = scope == Scope::kLocal || scope == Scope::kTemp;
     if (count.own == 0 && isLocal && IsKnown(declaration)) {
-        run_.Report(8001, *declaration.address ? Severity::kNote : run_.SeverityOf(8001), id,
-                    Say("'{}' is never used", name));
+        run_.ReportName(8001, *declaration.address ? Severity::kNote : run_.SeverityOf(8001), id,
+                        Message("'{}' is never used"));
     } else if (count.own == 0 && scope == Scope::kInput && run_.HasResource()) {
-        run_.Report(8002, id, Say("'{}' is never used", name));
+        run_.ReportName(8002, id, Message("'{}' is never used"));
     } else if (count.own == 0 && scope == Scope::kOutput && run_.HasResource()) {
-        run_.Report(8003, id, Say("'{}' is never used", name));
+        run_.ReportName(8003, id, Message("'{}' is never used"));
     } else if (count.own == 0 && scope == Scope::kExternal) {
-        run_.Report(8004, id, Say("'{}' is never used", name));
+        run_.ReportName(8004, id, Message("'{}' is never used"));
     } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
                !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
         const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
         if (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString) {
-            run_.Report(8033, id, Say("'{}' is read and never written to", name));
+            run_.ReportName(8033, id, Message("'{}' is read and never written to"));
         }
     }
 }
@@ -248,7 +247,7 @@ void VariableUses::CheckGlobals() {
             const Count& count = counts_[IndexOf(id)];
             if (count.reads + count.writes == 0 && !named.contains(id.GetNumber()) &&
                 !*declaration.address && IsKnown(declaration)) {
-                run_.Report(8005, id, Say("'{}' is never used", Utf8(declaration.name)));
+                run_.ReportName(8005, id, Message("'{}' is never used"));
             }
         }
     }

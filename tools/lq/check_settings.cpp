@@ -179,7 +179,7 @@ std::string FindFile(const CheckOptions& options) {
     }
     for (;; folder = folder.parent_path()) {
         const fs::path file = folder / kFileName;
-        if (fs::is_regular_file(file, error)) {
+        if (fs::exists(file, error)) {
             const std::string relative = file.lexically_proximate(fs::current_path(error)).string();
             return relative.starts_with("..") ? file.string() : relative;
         }
