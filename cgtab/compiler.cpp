@@ -55,8 +55,7 @@ int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
     lq::cgtab::ByteWriter<sizeof(info.bytes)> extra;
     extra.PutBytes(info.bytes, sizeof(info.bytes));
     line.SetExtra(extra);
-    uint32_t length = 0;
-    return CgTab::Table::TransLookDcr(line.look, length) ? table->AppendLine(line) : -1;
+    return CgTab::Table::TransLookDcr(line.look) ? table->AppendLine(line) : -1;
 }
 
 bool CgTabCompiler::ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info) {

@@ -1,10 +1,13 @@
 #include "host/check/literals.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "host/check/checks.h"
 #include "host/check/name_uses.h"
+#include "lq_data/host/words/words.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::check {
@@ -33,53 +36,75 @@ class Literals {
 
   private:
     void LookAt(ID unit, const std::vector<BodyToken>& tokens) {
-        for (std::size_t at = 0; at < tokens.size(); ++at) {
-            const u16string_view text(tokens[at].text);
+        for (std::size_t at = 0; at < tokens.size();) {
             const bool isMember = at > 0 && tokens[at - 1].Is(OP_DOT);  // ".%X0"
-            if (tokens[at].kind == TK_ERROR && !isMember && IsBegun(text)) {
-                Judge(unit, tokens, at);
-            }
+            const bool isJudged = !isMember && (IsBegun(tokens[at]) || IsCut(tokens, at));
+            at = isJudged ? Judge(unit, tokens, at) : at + 1;
         }
     }
 
-    // Whether it can be nothing but the beginning of a literal or an address.
-    static bool IsBegun(u16string_view text) {
-        constexpr u16string_view kTimes[] = {u"T#",  u"TIME#",        u"D#",   u"DATE#",
-                                             u"DT#", u"TIME_OF_DAY#", u"TOD#", u"DATE_AND_TIME#"};
-        const std::u16string capitals = Upper(text);
-        return chars::IsDigit(text.front()) || text.front() == u'%' ||
-               std::ranges::any_of(
-                   kTimes, [&](u16string_view prefix) { return capitals.starts_with(prefix); });
+    static bool HasPrefix(u16string_view text, std::span<const u16string_view> prefixes) {
+        const std::size_t mark = text.find(u'#');
+        return mark != text.npos && std::ranges::any_of(prefixes, [&](u16string_view prefix) {
+                   return EqualNames(prefix, text.substr(0, mark));
+               });
     }
 
-    // The scanner's numbers have 32 bits, and its durations no microseconds.
-    void Judge(ID unit, const std::vector<BodyToken>& tokens, std::size_t at) {
+    // Whether what the scanner refuses can be nothing but the beginning of a literal or an address.
+    static bool IsBegun(const BodyToken& token) {
+        constexpr u16string_view kTimes[] = {u"T",   u"TIME",        u"D",  u"DATE",
+                                             u"TOD", u"TIME_OF_DAY", u"DT", u"DATE_AND_TIME"};
+        const u16string_view text(token.text);
+        return token.kind == TK_ERROR && (chars::IsDigit(text.front()) || text.front() == u'%' ||
+                                          HasPrefix(text, kTimes) || HasPrefix(text, kLater));
+    }
+
+    // Whether a name or number follows a literal without a blank.
+    static bool IsCut(const std::vector<BodyToken>& tokens, std::size_t at) {
+        const uint8_t kind = tokens[at].kind;
+        const bool isLiteral = kind == TK_INTEGER || kind == TK_BASED_INTEGER || kind == TK_REAL ||
+                               (kind >= TK_TIME && kind <= TK_TIME_OF_DAY);
+        const std::size_t length = u16string_view(tokens[at].text).size();
+        return isLiteral && IsPart(tokens, at, length, at + 1) &&
+               (tokens[at + 1].kind != TK_IDENTIFIER || IsIdentifier(tokens[at + 1].text));
+    }
+
+    // Whether the token at `next` can go on with the `length` characters that begin at `at`.
+    static bool IsPart(const std::vector<BodyToken>& tokens, std::size_t at, std::size_t length,
+                       std::size_t next) {
+        if (next >= tokens.size()) {
+            return false;
+        }
+        const BodyToken& token = tokens[next];
+        return (token.kind == TK_IDENTIFIER || token.kind == TK_INTEGER ||
+                token.kind == TK_ERROR) &&
+               token.line == tokens[at].line && token.column == tokens[at].column + length;
+    }
+
+    // The scanner's numbers have 32 bits, and its durations no microseconds. Answers with the token
+    // behind the literal.
+    std::size_t Judge(ID unit, const std::vector<BodyToken>& tokens, std::size_t at) {
         const BodyToken& first = tokens[at];
         std::u16string whole(first.text);
-        Places rest;
-        for (std::size_t next = at + 1; next < tokens.size(); ++next) {
-            const BodyToken& token = tokens[next];
-            const bool isPart =
-                token.kind == TK_IDENTIFIER || token.kind == TK_INTEGER || token.kind == TK_ERROR;
-            if (!isPart || token.line != first.line ||
-                token.column != first.column + whole.size()) {
-                break;
-            }
-            rest.insert({unit.GetNumber(), token.line, token.column});
-            whole += token.text;
+        std::size_t next = at + 1;
+        for (; IsPart(tokens, at, whole.size(), next); ++next) {
+            remnants.insert({unit.GetNumber(), tokens[next].line, tokens[next].column});
+            whole += tokens[next].text;
         }
-        remnants.merge(rest);
         const Kind kind = ReadConstant(whole).kind;
-        if (kind == Kind::kNone || kind == Kind::kMalformed) {
-            const std::u16string& text = texts_.emplace_back(whole);
-            ReportAt(run_, 8011, unit, {text.c_str(), first.line, first.column},
-                     text.front() == u'%' ? Say("'{}' is no direct address", Utf8(text))
-                                          : Say("'{}' is malformed", Utf8(text)));
+        if (!HasPrefix(whole, kLater) && (kind == Kind::kNone || kind == Kind::kMalformed)) {
+            ReportAt(run_, 8011, unit, {whole.c_str(), first.line, first.column},
+                     whole.front() == u'%' ? Say("'{}' is no direct address", Utf8(whole))
+                                           : Say("'{}' is malformed", Utf8(whole)));
         }
+        return next;
     }
 
+    // Of the third edition; they are not judged.
+    static constexpr u16string_view kLater[] = {
+        u"LTIME", u"LT", u"LDATE", u"LD", u"LTOD", u"LTIME_OF_DAY", u"LDT", u"LDATE_AND_TIME"};
+
     Run& run_;
-    std::deque<std::u16string> texts_;
 };
 
 constexpr Check kRows[] = {

@@ -37,7 +37,8 @@ void NameUses::Take(const Use& use) {
     }
     if (use.object == UseObject::kVariable && use.id != ID() && isInstance_[IndexOf(use.id)]) {
         TakeInstance(use);
-    } else if (use.object == UseObject::kType && use.id != use.where) {
+    } else if (use.object == UseObject::kType && use.id != use.where &&
+               run_.HolderOf(use.where) != use.id) {
         isUsed_[IndexOf(use.id)] = true;
     } else if (use.object == UseObject::kEnumerator) {
         TakeEnumerator(use);
@@ -166,7 +167,8 @@ void NameUses::AddTypesIn(ID holder, Text text) {
         if (type != ID() && type != holder) {
             isUsed_[IndexOf(type)] = true;
         }
-        rest.remove_prefix(word.empty() ? 1 : 0);
+        const bool isSign = word.empty() && !rest.empty() && !IsWordCharacter(rest.front());
+        rest.remove_prefix(isSign ? 1 : 0);
     }
 }
 

@@ -43,6 +43,7 @@ class Statements {
         return at < tokens_.size() && tokens_[at].kind == TK_IDENTIFIER &&
                !(at > 0 && (Is(at - 1, OP_DOT) || tokens_[at - 1].kind == TK_ERROR));
     }
+    bool BeginsStatement(std::size_t at) const;
     void TakeWord(std::size_t at);
     void TakeBracket(std::size_t at);
     void Close(std::size_t at, u16string_view closing);
@@ -137,10 +138,17 @@ void Statements::Close(std::size_t at, u16string_view closing) {
     }
 }
 
+bool Statements::BeginsStatement(std::size_t at) const {
+    constexpr u16string_view kWords[] = {u"THEN", u"ELSE", u"DO", u"REPEAT"};
+    return at == 0 || Is(at - 1, OP_SEMICOLON) || Is(at - 1, OP_COLON) ||
+           (IsWord(at - 1) && std::ranges::any_of(kWords, [&](u16string_view word) {
+                return EqualNames(tokens_[at - 1].text, word);
+            }));
+}
+
 // "x := x;" as a statement of its own.
 void Statements::CheckAssignment(std::size_t at) {
-    const bool isFirst = at == 0 || Is(at - 1, OP_SEMICOLON);
-    if (isFirst && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
+    if (BeginsStatement(at) && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
         Is(at + 3, OP_SEMICOLON) && EqualNames(tokens_[at].text, tokens_[at + 2].text)) {
         Report(8016, at, Say("'{}' is assigned to itself", Utf8(tokens_[at].text)));
     }

@@ -213,6 +213,8 @@ class Bounds {
             base.kind == Kind::kUnchecked) {
             return;
         }
+        CheckBound(type.limits[0].lower);
+        CheckBound(type.limits[0].upper);
         const Limits& limits = type.limits.front();
         if (base.kind != Kind::kElementary ||
             (static_cast<uint32_t>(MapTypeToBitset(base.elementary)) & TB_ANY_INT) == 0) {

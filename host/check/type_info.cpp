@@ -111,6 +111,20 @@ const TypeInfo& Types::WithoutLimits(const TypeInfo& type) {
     return *at;
 }
 
+bool Types::GivesValue(const TypeInfo& type) {
+    const TypeInfo* at = &type;
+    for (unsigned depth = 0; at->kind == Kind::kAlias && depth < kMostDepth; ++depth) {
+        const DataType& record = *project_.GetDataType(at->object);
+        if (*record.initValue) {
+            return true;
+        }
+        at = &Of(record.baseType);
+    }
+    const Kind kind = Innermost(*at).kind;
+    return kind != Kind::kElementary && kind != Kind::kString && kind != Kind::kSubrange &&
+           kind != Kind::kEnumeration;
+}
+
 const TypeInfo& Types::Named(Text text) {
     const TypeInfo* at = &Of(text);
     while (at->kind == Kind::kArray && at->base) {

@@ -58,6 +58,8 @@ class Types {
     const TypeInfo& Innermost(const TypeInfo& type);
     // What stands behind aliases and subranges.
     const TypeInfo& WithoutLimits(const TypeInfo& type);
+    // Whether a type, or what it stands for, gives its variables a value.
+    bool GivesValue(const TypeInfo& type);
     // The type that is named last, through arrays but not through aliases.
     const TypeInfo& Named(Text text);
 

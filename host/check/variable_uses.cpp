@@ -1,5 +1,6 @@
 // What bodies do with variables, and names in them that nothing has.
 
+#include <algorithm>
 #include <map>
 #include <unordered_set>
 #include <utility>
@@ -40,6 +41,7 @@ class VariableUses {
     void CheckUnit(ID unit, const Pou& pou);
     void CheckVariable(ID id, const Declaration& declaration);
     void CheckGlobals();
+    bool CallsItself(ID unit) const;
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
 
@@ -118,6 +120,9 @@ void VariableUses::TakeWrite(const Use& use) {
         return;
     }
     if (isHere && own->section.scope == Scope::kInput) {
+        if (CallsItself(use.unit)) {
+            return;  // it may be the parameter of such a call
+        }
         ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input and written to", Utf8(use.name)));
         return;
@@ -132,6 +137,12 @@ void VariableUses::TakeWrite(const Use& use) {
                  Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
                      Utf8(address)));
     }
+}
+
+bool VariableUses::CallsItself(ID unit) const {
+    return std::ranges::any_of(run_.graph.From(unit), [&](const Graph::Edge& edge) {
+        return edge.way == Graph::kCalls && edge.to == run_.graph.NodeOf(unit);
+    });
 }
 
 // One finding a name and unit.
@@ -223,7 +234,8 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
                !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
         const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
-        if (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString) {
+        const bool hasValue = run_.types.GivesValue(run_.types.Of(declaration.type));
+        if (!hasValue && (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString)) {
             run_.ReportName(8033, id, Message("'{}' is read and never written to"));
         }
     }
@@ -244,8 +256,10 @@ void VariableUses::CheckGlobals() {
         const VariableList* list = run_.project.GetVariableList(owner);
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
-            const Count& count = counts_[IndexOf(id)];
-            if (count.reads + count.writes == 0 && !named.contains(id.GetNumber()) &&
+            // Resources may have one each: a use tells of the first.
+            const ID first = run_.project.FindGlobal(declaration.name);
+            const Count& count = counts_[IndexOf(first)];
+            if (count.reads + count.writes == 0 && !named.contains(first.GetNumber()) &&
                 !*declaration.address && IsKnown(declaration)) {
                 run_.ReportName(8005, id, Message("'{}' is never used"));
             }

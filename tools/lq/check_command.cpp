@@ -123,6 +123,9 @@ int RunCheck(const CheckOptions& given) {
         throw CommandError(Say("check: no project was given"));
     }
     RefuseInputAsOutput(options.files, options.output);
+    if (!options.baseline.empty()) {
+        RefuseInputAsOutput(options.baseline, options.output);
+    }
     CheckSettings settings = SettingsOf(options);
     const std::unordered_set<std::string> known = options.baseline.empty()
                                                       ? std::unordered_set<std::string>()

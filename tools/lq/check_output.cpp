@@ -202,17 +202,15 @@ void CheckResult::ForEach(const host::TakeFinding& take) {
 }
 
 void PrintFindingsAsText(CheckResult& result) {
-    const auto print = [](const Place& place, std::string_view severity, const std::string& text) {
-        PrintLine(Bold(Stream::kResults, ToText(place) + ":").append(1, ' ').append(severity) +
-                  ": " + OneLine(text));
+    const auto print = [](const Place& place, const std::string& text) {
+        PrintLine(Bold(Stream::kResults, ToText(place) + ":") + ' ' + OneLine(text));
     };
     result.ForEach([&](const Finding& finding) {
-        print({finding.file, finding.line, finding.column}, Translated(NameOf(finding.severity)),
-              MessageOf(finding) + " [" + CodeText(finding.check->code) + " " +
-                  finding.check->name + "]");
+        print({finding.file, finding.line, finding.column},
+              WithCode(finding.severity, *finding.check, MessageOf(finding)));
         for (const host::RelatedPlace& related : finding.related) {
             print({related.file, related.line, related.column},
-                  Translated(NameOf(host::Severity::kNote)), related.message);
+                  std::string(Translated(NameOf(host::Severity::kNote))) + ": " + related.message);
         }
     });
     PrintCounts(result);
