@@ -5,7 +5,7 @@
 
 #include "cgtab/table.h"
 
-int CgTab::Table::FailRead(int32_t& pos) {
+[[gnu::noinline]] int CgTab::Table::FailRead(int32_t& pos) {
     SeekTo(0);
     pos = 0;
     return 0;
