@@ -79,7 +79,7 @@ bool CgTabCompiler::ResetLabels(CgTab& tables, const char16_t* prefix) {
     char16_t name[0x100];  // a length of one byte
     for (int32_t pos = 0, next = 0; table && table->ReadLine(next, buf, 0); pos = next) {
         CgTab::LineBody body;
-        if (!table->SplitLine(buf, body) || body.nameLength < count ||
+        if (!table->SplitLine(buf, body) || !body.name || body.nameLength < count ||
             body.extra.Take(sizeof(kUnused)) == nullptr) {
             continue;
         }
@@ -107,7 +107,11 @@ int32_t CgTabCompiler::FindTemporary(CgTab& tables, const char16_t* name, IEC_TY
     if (pos >= 0 && table->ReadLine(next, buf, 0) && table->SplitLine(buf, body)) {
         tagOffset = 2 + 2 * body.nameLength;
         body.extra.TakeU8();
-        fits = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32())) == hasDescriptor(type);
+        const bool has = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32()));
+        if (has) {
+            body.extra.TakeU32();
+        }
+        fits = !body.extra.HasFailed() && has == hasDescriptor(type);
     }
     return pos;
 }

@@ -54,7 +54,7 @@ int CgTab::ReadRecord(int32_t& pos, Record& line, int keepAtUser, void* usr) {
         body.extra.HasFailed()) {
         return table->FailRead(pos);
     }
-    if (usr && table->UsrLen_() != 0) {
+    if (usr && body.usr) {
         std::memcpy(usr, body.usr, table->UsrLen_());
     }
     return 1;

@@ -59,7 +59,7 @@ bool CGList::Reserve() {
     for (uint32_t i = blockSize_; i-- > 0;) {
         free_ = ::new (nodes + i * nodeBytes) CNode{free_, nullptr};
     }
-    return true;
+    return free_ != nullptr;
 }
 
 CGList::CNode* CGList::NewNode(CNode* prev, CNode* next) {

@@ -25,6 +25,8 @@ void Hash(const uint8_t* data, size_t size);
 void MemberInit(const uint8_t* data, size_t size);
 void Plcopen(const uint8_t* data, size_t size);
 void TextSource(const uint8_t* data, size_t size);
+void TextWords(const uint8_t* data, size_t size);
+void Uses(const uint8_t* data, size_t size);
 
 struct NamedTarget {
     const char* name;
@@ -37,6 +39,7 @@ inline constexpr NamedTarget kTargets[] = {
     {"paired_list", PairedList},  {"hash", Hash},
     {"member_init", MemberInit},  {"plcopen", Plcopen},
     {"tables", Tables},           {"text_source", TextSource},
+    {"text_words", TextWords},    {"uses", Uses},
 };
 
 // Ends the run when a promise does not hold.

@@ -1,5 +1,4 @@
-// Constants, declarations, member initial values, PLCopen documents and source texts from arbitrary
-// texts.
+// Constants, declarations, member initial values and PLCopen documents from arbitrary texts.
 #include <cmath>
 #include <cstring>
 #include <sstream>
@@ -9,7 +8,6 @@
 #include "lq_data/env/lq_base.h"
 #include "lq_data/host/model/project.h"
 #include "lq_data/host/plcopen/plcopen.h"
-#include "lq_data/host/text_source/text_source.h"
 #include "lq_data/pouh.h"
 #include "lq_data/types.h"
 
@@ -115,45 +113,6 @@ void Plcopen(const uint8_t* data, size_t size) {
     std::vector<host::Report> reports;
     const bool whole = host::ReadPlcopen(document, "input", project, reports);
     Require(whole || (!reports.empty() && reports.back().error), "a refusal has a reason");
-}
-
-// A text is read to its end, and every declaration stands where it says.
-void TextSource(const uint8_t* data, size_t size) {
-    Input input(data, size);
-    const std::u16string text = input.AnyRest();
-    host::Project project;
-    project.KeepCode();
-    std::vector<host::Report> reports;
-    Require(host::ReadText(text, "input", project, reports), "a text is read to its end");
-    std::vector<std::u16string_view> lines;
-    std::u16string_view rest = text;
-    for (std::size_t end = 0; end != rest.npos; rest.remove_prefix(end + 1)) {
-        end = rest.find(u'\n');
-        lines.push_back(rest.substr(0, end));
-        if (end == rest.npos) {
-            break;
-        }
-    }
-    const auto behind = [&lines](uint32_t line, uint32_t column) {
-        Require(line >= 1 && line <= lines.size(), "a place is in the text");
-        std::u16string_view left = lines[line - 1];
-        for (uint32_t passed = 1; passed < column || (!left.empty() && (left[0] >> 10) == 0x37);) {
-            Require(!left.empty(), "a place is in its line");
-            passed += (left[0] >> 10) == 0x37 ? 0u : 1u;
-            left.remove_prefix(1);
-        }
-        return left;
-    };
-    for (const host::Report& report : reports) {
-        if (report.line != 0) {
-            behind(report.line, report.column);
-        }
-    }
-    for (const host::Declaration& one : project.Declarations()) {
-        if (one.line != 0) {
-            Require(behind(one.line, one.column).starts_with(one.name), "a name is in its place");
-        }
-    }
 }
 
 }  // namespace lq::fuzz

@@ -317,21 +317,6 @@ void CheckValueOf(Run& run, ID object, Text type, Text text) {
     Value(run, object).Take(declared, text);
 }
 
-// Whether a type, or what it stands for, gives its variables a value.
-bool HasOwnValue(Run& run, const TypeInfo& type) {
-    const TypeInfo* at = &type;
-    for (unsigned depth = 0; at->kind == Kind::kAlias && depth < kMostDepth; ++depth) {
-        const DataType& record = *run.project.GetDataType(at->object);
-        if (*record.initValue) {
-            return true;
-        }
-        at = &run.types.Of(record.baseType);
-    }
-    const Kind kind = run.types.Innermost(*at).kind;
-    return kind != Kind::kElementary && kind != Kind::kString && kind != Kind::kSubrange &&
-           kind != Kind::kEnumeration;
-}
-
 bool IsInput(Text address) {
     return address[0] == u'%' && chars::ToUpper(address[1]) == u'I';
 }
@@ -354,7 +339,7 @@ void CheckPlace(Run& run, ID id, const Declaration& variable, bool isMember) {
     const bool isOwn = scope == Scope::kLocal || scope == Scope::kGlobal || scope == Scope::kTemp ||
                        scope == Scope::kOutput;
     if (variable.section.constant && isOwn && !isMember && !*variable.initValue &&
-        !IsInput(variable.address) && !HasOwnValue(run, run.types.Of(variable.type))) {
+        !IsInput(variable.address) && !run.types.GivesValue(run.types.Of(variable.type))) {
         run.Report(3011, id, Say("the constant '{}' has no value", name));
     }
 }

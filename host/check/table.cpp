@@ -8,9 +8,10 @@ namespace lq::host {
 namespace {
 
 constexpr check::Rows (*kFamilies[])() = {
-    check::ReaderRows,  check::NameRows,        check::TypeRows,    check::ValueRows,
-    check::AddressRows, check::SectionRows,     check::UnitRows,    check::TaskRows,
-    check::LabelRows,   check::VariableUseRows, check::DrawingRows, check::StatementRows,
+    check::ReaderRows,  check::NameRows,    check::TypeRows,        check::ValueRows,
+    check::AddressRows, check::SectionRows, check::AccessRows,      check::UnitRows,
+    check::TaskRows,    check::LabelRows,   check::VariableUseRows, check::NameUseRows,
+    check::LiteralRows, check::DrawingRows, check::StatementRows,
 };
 
 constexpr struct {

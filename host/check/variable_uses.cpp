@@ -1,13 +1,14 @@
 // What bodies do with variables, and names in them that nothing has.
 
+#include <algorithm>
 #include <map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
-#include "lq_data/host/uses/uses.h"
+#include "host/check/literals.h"
+#include "host/check/name_uses.h"
 
 namespace lq::host::check {
 
@@ -24,6 +25,8 @@ class VariableUses {
   public:
     explicit VariableUses(Run& run)
         : run_(run),
+          names_(run),
+          remnants_(CheckLiterals(run)),
           counts_(run.project.Declarations().size()),
           results_(run.project.Pous().size()),
           hasNames_(run.project.Pous().size()) {}
@@ -38,11 +41,13 @@ class VariableUses {
     void CheckUnit(ID unit, const Pou& pou);
     void CheckVariable(ID id, const Declaration& declaration);
     void CheckGlobals();
+    bool CallsItself(ID unit) const;
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
-    Finding& ReportAt(uint16_t code, Severity severity, const Use& use, std::string message);
 
     Run& run_;
+    NameUses names_;
+    const Places remnants_;  // of malformed literals; what is there is no name
     std::vector<Count> counts_;
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
@@ -51,7 +56,11 @@ class VariableUses {
 
 void VariableUses::Look() {
     ForEachUse(run_.project, {.declarations = true, .libraries = run_.options.checkLibraries},
-               [this](const Use& use) { Take(use); });
+               [this](const Use& use) {
+                   Take(use);
+                   names_.Take(use);
+               });
+    names_.Finish();
     for (const ID owner : run_.Owners()) {
         if (const Pou* pou = run_.project.GetPou(owner)) {
             CheckUnit(owner, *pou);
@@ -95,7 +104,7 @@ void VariableUses::Take(const Use& use) {
     } else if (use.object == UseObject::kParameter && use.id != ID()) {
         TakeParameter(use);
     } else if (use.object == UseObject::kAddress) {
-        ReportAt(8012, run_.SeverityOf(8012), use,
+        ReportAt(run_, 8012, use.unit, SpotOf(use),
                  Say("the body names the address {}", Utf8(use.name)));
     }
 }
@@ -106,12 +115,15 @@ void VariableUses::TakeWrite(const Use& use) {
     const bool isHere = own && own->owner == use.unit;  // and no member or parameter of another
     if ((isHere && own->section.constant) || (global && global->section.constant)) {
         Finding& finding =
-            ReportAt(8010, run_.SeverityOf(8010), use, Say("'{}' is a constant", Utf8(use.name)));
+            ReportAt(run_, 8010, use.unit, SpotOf(use), Say("'{}' is a constant", Utf8(use.name)));
         run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
         return;
     }
     if (isHere && own->section.scope == Scope::kInput) {
-        ReportAt(8035, run_.SeverityOf(8035), use,
+        if (CallsItself(use.unit)) {
+            return;  // it may be the parameter of such a call
+        }
+        ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input and written to", Utf8(use.name)));
         return;
     }
@@ -121,16 +133,23 @@ void VariableUses::TakeWrite(const Use& use) {
                                                            : u"";
     const std::u16string beginning = Upper(u16string_view(address).substr(0, 2));
     if (beginning == u"%I") {
-        ReportAt(8035, run_.SeverityOf(8035), use,
+        ReportAt(run_, 8035, use.unit, SpotOf(use),
                  Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
                      Utf8(address)));
     }
 }
 
+bool VariableUses::CallsItself(ID unit) const {
+    return std::ranges::any_of(run_.graph.From(unit), [&](const Graph::Edge& edge) {
+        return edge.way == Graph::kCalls && edge.to == run_.graph.NodeOf(unit);
+    });
+}
+
 // One finding a name and unit.
 void VariableUses::TakeUnknown(const Use& use) {
-    if (use.role == PieceRole::kBlock) {
-        return;  // told as blocks
+    if (use.role == PieceRole::kBlock ||
+        remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
+        return;  // told as blocks and literals
     }
     const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
     const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
@@ -140,10 +159,10 @@ void VariableUses::TakeUnknown(const Use& use) {
         ++known->second->more;
         return;
     }
-    known->second =
-        &ReportAt(code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use,
-                  isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
-                           : Say("nothing is called '{}' here", Utf8(use.name)));
+    known->second = &ReportAt(
+        run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),
+        isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
+                 : Say("nothing is called '{}' here", Utf8(use.name)));
 }
 
 // EN and ENO are there for all, the result of a function by many names.
@@ -155,19 +174,9 @@ void VariableUses::TakeParameter(const Use& use) {
     // Drawings list all outputs that an editor's own edition of a standard block has.
     const bool isListed = isOutput && pou.isStandard && use.role == PieceRole::kOutput;
     if (name != u"EN" && name != u"ENO" && !isResult && !isListed) {
-        ReportAt(8028, run_.SeverityOf(8028), use,
+        ReportAt(run_, 8028, use.unit, SpotOf(use),
                  Say("'{}' has no parameter '{}'", Utf8(pou.name), Utf8(use.name)));
     }
-}
-
-Finding& VariableUses::ReportAt(uint16_t code, Severity severity, const Use& use,
-                                std::string message) {
-    Finding& finding = run_.Report(code, severity, use.unit, std::move(message));
-    finding.unit = Utf8(run_.project.NameOf(use.unit));
-    finding.name = Utf8(use.name);
-    finding.line = use.line;
-    finding.column = use.column;
-    return finding;
 }
 
 // -- Declarations ---------------------------------------------------------------------------------
@@ -226,7 +235,8 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
                !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
         const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
-        if (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString) {
+        const bool hasValue = run_.types.GivesValue(run_.types.Of(declaration.type));
+        if (!hasValue && (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString)) {
             run_.Report(8033, id, Say("'{}' is read and never written to", name));
         }
     }
@@ -247,17 +257,15 @@ void VariableUses::CheckGlobals() {
         const VariableList* list = run_.project.GetVariableList(owner);
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
-            const Count& count = counts_[IndexOf(id)];
-            if (count.reads + count.writes == 0 && !named.contains(id.GetNumber()) &&
+            // Resources may have one each: a use tells of the first.
+            const ID first = run_.project.FindGlobal(declaration.name);
+            const Count& count = counts_[IndexOf(first)];
+            if (count.reads + count.writes == 0 && !named.contains(first.GetNumber()) &&
                 !*declaration.address && IsKnown(declaration)) {
                 run_.Report(8005, id, Say("'{}' is never used", Utf8(declaration.name)));
             }
         }
     }
-}
-
-void CheckVariableUses(Run& run) {
-    VariableUses(run).Look();
 }
 
 constexpr Check kRows[] = {
@@ -372,6 +380,10 @@ constexpr Check kRows[] = {
 };
 
 }  // namespace
+
+void CheckVariableUses(Run& run) {
+    VariableUses(run).Look();
+}
 
 Rows VariableUseRows() {
     return kRows;

@@ -12,6 +12,7 @@ namespace {
 template <typename Record>
 std::vector<Key> KeysOf(const std::vector<Record>& records) {
     std::vector<Key> keys;
+    keys.reserve(records.size());
     for (const Record& record : records) {
         keys.push_back({0, record.name});
     }

@@ -18,7 +18,8 @@ bool IsMember(Scope scope) {
 }
 
 bool IsReference(Scope scope) {
-    return scope == Scope::kInOut || scope == Scope::kExternal || scope == Scope::kConfig;
+    return scope == Scope::kInOut || scope == Scope::kExternal || scope == Scope::kConfig ||
+           scope == Scope::kAccess;
 }
 
 uint64_t CountOf(const std::vector<Bounds>& bounds) {

@@ -68,8 +68,8 @@ bool Walk::IsWanted(uint32_t index) const {
     const Pou* pou = project_.GetPou(holder);
     const SourceFile* file = project_.FileOf(MakeId(Sort::kDeclaration, index));
     return declaration.owner != ID() && SortOf(holder) != Sort::kDataType &&
-           declaration.section.scope != Scope::kAccess && !(pou && pou->isStandard) &&
-           !(file && file->isLibrary) && (options_.unit == ID() || options_.unit == holder) &&
+           !(pou && pou->isStandard) && !(file && file->isLibrary) &&
+           (options_.unit == ID() || options_.unit == holder) &&
            (!options_.located || options_.expand || *declaration.address);
 }
 
@@ -95,7 +95,8 @@ void Walk::Tell(uint32_t index) {
     symbol.name = declaration.name;
     symbol.section = sectionText_;
     symbol.type = declaration.type;
-    symbol.address = declaration.address;
+    const bool isAccess = section_.scope == Scope::kAccess;
+    symbol.address = isAccess ? declaration.comment2 : declaration.address;
     symbol.initial = declaration.initValue;
     symbol.comment = declaration.comment;
     symbol.file = file ? file->name : u"";

@@ -116,6 +116,7 @@ constexpr Translation kTable[] = {
     {"a structure is supported only as a data type, which has a name",
      "構造体は、名前のあるデータ型としてだけ使えます"},
     {"a surrogate is no UTF-8 character", "サロゲートはUTF-8の文字ではありません"},
+    {"a type is missing behind '{}'", "「{}」の後ろに型がありません"},
     {"a value is missing behind ':='", "「:=」の後ろに値がありません"},
     {"a variable without a name was left out", "名前のない変数は除外しました"},
     {"additional data '{}' is not read", "追加データ「{}」は読みません"},

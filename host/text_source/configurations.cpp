@@ -97,11 +97,23 @@ class ConfigurationReader {
             word);
         if (cursor_.Peek().word == Word::kOn) {
             cursor_.Take();
-            if (!IsEnd(cursor_.Peek().word)) {
-                cursor_.Take();
-            }
+            TakeProcessor();
         }
         ReadParts(word, Word::kEndResource);
+    }
+
+    // What a resource runs on, behind ON.
+    void TakeProcessor() {
+        const Piece next = cursor_.Peek();
+        const bool isPart =
+            next.word == Word::kTask || next.word == Word::kProgram || next.word == Word::kResource;
+        const Piece behind = cursor_.Peek(1);
+        const bool isNext = isPart && (next.isFirst || (cursor_.IsName(behind) && !behind.isFirst));
+        if (cursor_.IsName(next) && !isNext && !IsAtBoundary(context_)) {
+            cursor_.Take();
+        } else {
+            cursor_.Warn(cursor_.Last(), kNotRead, Say("a type is missing behind '{}'", "ON"));
+        }
     }
 
     void AddResource(Text name, const Piece& word) {

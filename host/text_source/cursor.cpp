@@ -71,7 +71,8 @@ Piece Cursor::TakeAhead() {
     return last_;
 }
 
-void Cursor::PutBack(const std::vector<Piece>& pieces) {
+void Cursor::PutBack(const std::vector<Piece>& pieces, const Piece& last) {
+    last_ = last;
     ahead_.erase(ahead_.begin(), ahead_.begin() + static_cast<std::ptrdiff_t>(next_));
     ahead_.insert(ahead_.begin(), pieces.begin(), pieces.end());
     next_ = 0;
@@ -155,13 +156,15 @@ void Cursor::PassForeign(const Foreign& foreign) {
     begin.halves -= SecondHalves(text_.substr(passed.begin, spot_.at - passed.begin));
     begin.at = passed.begin;  // an open string has been passed as a token
     PassTo(passed.end);
-    if (passed.isOpen) {
-        constexpr const char* kOpen[] = {
-            Message("a comment is not closed: it was read to the end of the file"), "",
-            Message("a pragma is not closed: it was read to the end of its line"),
-            Message("a string is not closed on its line")};
-        openStrings_ += passed.kind == Foreign::kString ? 1 : 0;
-        Warn(begin, kNotRead, Say(kOpen[passed.kind]));
+    if (passed.isOpen && passed.kind == Foreign::kComment) {
+        openComment_ = begin;
+        TellOpenComment(reports_);
+    } else if (passed.isOpen) {
+        const bool isString = passed.kind == Foreign::kString;
+        openStrings_ += isString ? 1 : 0;
+        Warn(begin, kNotRead,
+             isString ? Say("a string is not closed on its line")
+                      : Say("a pragma is not closed: it was read to the end of its line"));
     }
     if (passed.kind == Foreign::kPragma && keepsPragmas_) {
         pragmas_.emplace_back(begin, passed.end);
@@ -179,6 +182,14 @@ void Cursor::PassForeign(const Foreign& foreign) {
     const bool isAlone =
         codeLine_ != begin.line && (comments_.empty() || comments_.back().endLine != begin.line);
     comments_.push_back({begin, passed.end, spot_.line, spot_.line, isAlone});
+}
+
+bool Cursor::TellOpenComment(ReportList& reports) const {
+    if (openComment_) {
+        reports.Warn(openComment_->line, ColumnOf(*openComment_), kNotRead,
+                     Say("a comment is not closed: it was read to the end of the file"));
+    }
+    return openComment_.has_value();
 }
 
 void Cursor::ForgetPragmas(uint32_t before) {

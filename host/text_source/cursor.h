@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -81,8 +82,8 @@ class Cursor {
         last_ = piece;
         return true;
     }
-    // They come again, before what comes now.
-    void PutBack(const std::vector<Piece>& pieces);
+    // They come again, before what comes now; `last` was taken before them.
+    void PutBack(const std::vector<Piece>& pieces, const Piece& last);
 
     // The one that was taken last.
     const Piece& Last() const { return last_; }
@@ -115,6 +116,9 @@ class Cursor {
 
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }
+
+    // Reports that a comment is open at the end of the text. False when none is.
+    bool TellOpenComment(ReportList& reports) const;
 
     void Warn(const Spot& spot, ReportCode code, std::string message);
     void Warn(const Piece& piece, ReportCode code, std::string message) {
@@ -150,6 +154,7 @@ class Cursor {
     Piece last_;
     std::vector<Comment> comments_;  // the last ones
     uint32_t openStrings_ = 0;
+    std::optional<Spot> openComment_;
     bool keepsPragmas_ = false;
     std::vector<std::pair<Spot, uint32_t>> pragmas_;
 };

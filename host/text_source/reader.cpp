@@ -59,10 +59,11 @@ class Reader {
     // same line.
     bool ReadHeader(Word word) {
         // Nothing but a frame, or a type whose sign is missing, can be meant here.
-        const bool isFrame =
-            cursor_.Peek().isFirst &&
-            (word == Word::kInterface || (word == Word::kType && cursor_.IsName(cursor_.Peek(1)) &&
-                                          !IsEnd(cursor_.Peek(1).word)));
+        const Piece behind = cursor_.Peek(1);
+        const bool isOfTypes =
+            behind.Is(OP_SEMICOLON) || (cursor_.IsName(behind) && !IsEnd(behind.word));
+        const bool isFrame = cursor_.Peek().isFirst &&
+                             (word == Word::kInterface || (word == Word::kType && isOfTypes));
         const bool isBehindUnit = !isStray_ || cursor_.Peek().spot.line == attributeLine_;
         if (!IsAtHeader(context_, isBehindUnit) && !isFrame) {
             return false;
@@ -168,9 +169,12 @@ bool Read(std::u16string_view text, const std::string& fileName, Project& projec
     context.fileStem = project.Intern(name);
     const std::size_t before = reports.size();
     if (!Reader(context).Read()) {
-        // One report tells what no others could tell better.
+        // One report tells what no others could tell better, but for a comment that may hold all.
         reports.resize(before);
-        ReportList(fileName, reports).Warn(0, 0, kNotRead, Say("the file holds no declaration"));
+        ReportList told(fileName, reports);
+        if (!context.cursor.TellOpenComment(told)) {
+            told.Warn(0, 0, kNotRead, Say("the file holds no declaration"));
+        }
     }
     return true;
 }

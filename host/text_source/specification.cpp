@@ -106,7 +106,8 @@ class TypeReader {
         if (first.word == Word::kString || first.word == Word::kWString) {
             return ReadString();
         }
-        return cursor_.IsName(first) && !IsOfCode(first.word) && ReadNamed();
+        const bool isDirection = first.word == Word::kReadOnly || first.word == Word::kReadWrite;
+        return cursor_.IsName(first) && !IsOfCode(first.word) && !isDirection && ReadNamed();
     }
 
     // The base of an enumeration may stand behind it: it is moved to the front.
@@ -237,14 +238,32 @@ bool PassBrackets(Context& context) {
     return TakeGroup(context, group);
 }
 
+namespace {
+
+// The value up to some token.
+struct ValueEnd {
+    std::size_t size = 0;
+    Piece last;
+    bool isOnePair = false;  // of round brackets
+};
+
+// The brackets of members go.
+void SetValue(std::u16string& value, std::u16string&& text, bool isOfMembers) {
+    value = isOfMembers ? text.substr(1, text.size() - 2) : std::move(text);
+}
+
+}  // namespace
+
 Reading ReadValue(Context& context, std::u16string& value) {
     Cursor& cursor = context.cursor;
     Spelling text(cursor);
     NextNames names(context.putBack);
-    std::size_t sizeBeforeNames = 0;
+    ValueEnd beforeNames;
+    ValueEnd beforeComma;
     std::size_t depth = 0;
     bool isFirst = true;
-    bool hasMembers = false;  // the value is one pair of round brackets, with ":=" in it
+    bool isBehindComma = false;
+    bool hasMembers = false;  // a ":=" in one pair of brackets
     bool isOnePair = false;
     for (;; isFirst = false) {
         const Piece next = cursor.Peek();
@@ -257,23 +276,26 @@ Reading ReadValue(Context& context, std::u16string& value) {
             if (context.putBack.empty()) {
                 return Reading::kBroken;
             }
-            text.Cut(sizeBeforeNames);
-            cursor.PutBack(context.putBack);
-            value = text.Text();
+            text.Cut(beforeNames.size);
+            cursor.PutBack(context.putBack, beforeNames.last);
+            SetValue(value, text.Take(), beforeNames.isOnePair && hasMembers);
             return Reading::kMissing;
         }
+        const ValueEnd before{text.Text().size(), cursor.Last(), isOnePair && !isFirst};
         const Piece piece = cursor.Take();
         if (Closes(piece) && depth == 0) {
             return Reading::kBroken;
         }
-        const std::size_t size = text.Text().size();
         if (depth == 0 && !Opens(piece)) {
             if (names.Take(cursor, piece, !isFirst || piece.isFirst)) {
-                sizeBeforeNames = size;
+                // A comma in front of them stands for the sign that is missing.
+                beforeNames = isBehindComma ? beforeComma : before;
             }
         } else {
             context.putBack.clear();
         }
+        isBehindComma = piece.Is(OP_COMMA);
+        beforeComma = isBehindComma ? before : beforeComma;
         isOnePair = isFirst ? piece.Is(OP_LPAREN) : isOnePair && depth != 0;
         depth += Opens(piece) ? 1u : 0u;
         depth -= Closes(piece) ? 1u : 0u;
@@ -283,10 +305,7 @@ Reading ReadValue(Context& context, std::u16string& value) {
     if (depth != 0) {
         return Reading::kBroken;
     }
-    value = text.Take();
-    if (isOnePair && hasMembers) {
-        value = value.substr(1, value.size() - 2);
-    }
+    SetValue(value, text.Take(), isOnePair && hasMembers);
     return cursor.Peek().Is(OP_SEMICOLON) ? Reading::kDone : Reading::kMissing;
 }
 
@@ -295,7 +314,7 @@ void PassDeclaration(Context& context) {
     NextNames names(context.putBack);
     while (!IsAtBoundary(context)) {
         if (cursor.Peek().Is(OP_COLON) && !context.putBack.empty()) {
-            cursor.PutBack(context.putBack);
+            cursor.PutBack(context.putBack, cursor.Last());
             return;
         }
         const Piece piece = cursor.Take();

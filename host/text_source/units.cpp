@@ -31,9 +31,15 @@ Language LanguageHere(Context& context) {
         cursor.Peek().kind == TK_IDENTIFIER && cursor.Peek(1).Is(OP_COLON) ? 2 : 0;
     const Piece instruction = cursor.Peek(at);
     const Piece operand = cursor.Peek(at + 1);
-    const bool isIl = instruction.kind == TK_IDENTIFIER &&
-                      IsInstruction(cursor.TextOf(instruction)) &&
-                      (operand.isFirst || operand.IsEnd() || operand.kind != TK_OPERATOR);
+    if (instruction.kind != TK_IDENTIFIER) {
+        return Language::kSt;
+    }
+    // A function is one, too, where its operands follow without brackets.
+    const std::u16string_view name = cursor.TextOf(instruction);
+    const bool isAlone = operand.isFirst || operand.IsEnd();
+    const bool isIl =
+        isAlone ? IsInstruction(name)
+                : operand.kind != TK_OPERATOR && (IsInstruction(name) || IsStandardFunction(name));
     return isIl ? Language::kIl : Language::kSt;
 }
 

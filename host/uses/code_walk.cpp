@@ -83,7 +83,7 @@ bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
 
 // The functions that write to what they are given, or take its address.
 bool MayWrite(u16string_view function) {
-    constexpr u16string_view kAddresses[] = {u"ADR", u"REF"};
+    constexpr u16string_view kAddresses[] = {u"ADR", u"BITADR", u"REF"};
     return IsOneOf(kAddresses, function) || Equal(function.substr(0, 6), u"SPLIT_");
 }
 
@@ -155,6 +155,7 @@ void CodeWalk::Begin(std::span<const BodyToken> tokens) {
     tokens_ = tokens;
     open_.clear();
     awaited_.clear();
+    members_.clear();
     closing_.assign(tokens.size(), 0);
     std::vector<std::size_t> square;
     for (std::size_t at = 0; at < tokens.size(); ++at) {
@@ -169,6 +170,7 @@ void CodeWalk::Begin(std::span<const BodyToken> tokens) {
 
 void CodeWalk::Run() {
     for (std::size_t at = 0; at < tokens_.size();) {
+        TellAwaited(at);
         const bool isInCall = !open_.empty() && open_.back().kind == Open::Kind::kCall &&
                               Is(open_.back().at, OP_LPAREN);
         if (isIl_ && tokens_[at].line != line_ && !isInCall) {
@@ -177,6 +179,7 @@ void CodeWalk::Run() {
             TakeToken(at);
         }
     }
+    TellAwaited(tokens_.size());
 }
 
 void CodeWalk::TakeToken(std::size_t& at) {
@@ -339,6 +342,7 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
     path.meanings.clear();
     path.places.clear();
     path.pointed = 0;
+    path.indexed = kNoIndex;
     path.meanings.push_back(Resolve(tokens_[at].text));
     path.places.push_back(at);
     // Recursion: the function's name before a bracket is the function.
@@ -347,6 +351,7 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
     }
     for (path.end = at + 1; path.end < tokens_.size();) {
         if (Is(path.end, OP_LBRACKET) && closing_[path.end] != 0) {
+            path.indexed = std::min(path.indexed, path.places.size());
             path.end = closing_[path.end] + 1;
         } else if (tokens_[path.end].kind == TK_ERROR &&
                    u16string_view(tokens_[path.end].text) == u"^") {
@@ -372,15 +377,31 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
 }
 
 // Where the whole is written to, so is each part of a variable; what a pointer stands in is read.
-// Where the whole is called, what it is in is read.
+// Where the whole is called, what it is in is read. Members behind an index come after what is in
+// that.
 void CodeWalk::TellPath(const Path& path, UseKind kind) {
-    for (std::size_t i = 0; i < path.places.size(); ++i) {
+    const std::size_t count = path.places.size();
+    const auto kindOf = [&](std::size_t i) {
         const UseObject object = path.meanings[i].object;
-        const bool isPrefix = i + 1 < path.places.size() &&
-                              (kind == UseKind::kCall || object == UseObject::kUnit ||
-                               object == UseObject::kType || object == UseObject::kList);
-        const bool isRead = i < path.pointed || isPrefix;
-        Tell(tokens_[path.places[i]], path.meanings[i], isRead ? UseKind::kRead : kind);
+        const bool isPrefix =
+            i + 1 < count && (kind == UseKind::kCall || object == UseObject::kUnit ||
+                              object == UseObject::kType || object == UseObject::kList);
+        return i < path.pointed || isPrefix ? UseKind::kRead : kind;
+    };
+    const std::size_t index = std::min(path.indexed, count);
+    for (std::size_t i = 0; i < index; ++i) {
+        Tell(tokens_[path.places[i]], path.meanings[i], kindOf(i));
+    }
+    for (std::size_t i = count; i-- > index;) {
+        members_.push_back({path.places[i], path.meanings[i], kindOf(i)});
+    }
+}
+
+void CodeWalk::TellAwaited(std::size_t at) {
+    while (!members_.empty() && members_.back().at <= at) {
+        const Awaited member = members_.back();
+        members_.pop_back();
+        Tell(tokens_[member.at], member.meaning, member.kind);
     }
 }
 
@@ -404,10 +425,12 @@ UseKind CodeWalk::KindOf(std::size_t at, std::size_t end) const {
 
 // "Color#Red", "INT#5", "16#FF" by scanners that do not read it.
 void CodeWalk::TakePrefix(std::size_t& at) {
-    const u16string_view text(tokens_[at].text);
-    const u16string_view type = text.substr(0, text.size() - 1);
+    std::u16string type(tokens_[at].text);
+    type.pop_back();
     if (const Meaning meaning = names_.TypeNamed(type)) {
-        Tell(tokens_[at], meaning, UseKind::kDeclare);
+        BodyToken token = tokens_[at];
+        token.text = type.c_str();
+        Tell(token, meaning, UseKind::kDeclare);
     }
     ++at;
     if (IsName(at)) {

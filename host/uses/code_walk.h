@@ -43,11 +43,19 @@ class CodeWalk {
         uint32_t position = 0;                 // of the argument that comes
         UseKind argument = UseKind::kUnknown;  // what is done with it
     };
+    // A use that comes when the walk is at its token.
+    struct Awaited {
+        std::size_t at = 0;
+        Meaning meaning;
+        UseKind kind = UseKind::kRead;
+    };
+    static constexpr std::size_t kNoIndex = static_cast<std::size_t>(-1);
     struct Path {
         std::vector<Meaning> meanings;    // of the name and its members
         std::vector<std::size_t> places;  // of their tokens
         std::size_t end = 0;              // behind the path
         std::size_t pointed = 0;          // so many of them stand in front of a "^"
+        std::size_t indexed = kNoIndex;   // and so many in front of the first "["
     };
 
     void Run();
@@ -65,6 +73,7 @@ class CodeWalk {
 
     const Path& ReadPath(std::size_t at);
     void TellPath(const Path& path, UseKind kind);
+    void TellAwaited(std::size_t at);
     UseKind KindOf(std::size_t at, std::size_t end) const;
     UseKind KindOfParameter(ID parameter, bool isOutput) const;
     UseKind KindOfPosition(const Open& call);
@@ -83,7 +92,8 @@ class CodeWalk {
     std::vector<std::size_t> closing_;  // by opening square bracket, its partner; 0 for none
     Path path_;                         // that was read last
     std::vector<Open> open_;
-    std::vector<Open> awaited_;  // calls whose brackets come
+    std::vector<Open> awaited_;     // calls whose brackets come
+    std::vector<Awaited> members_;  // behind indexes that come, the next one last
     UseKind whole_ = UseKind::kRead;
     std::size_t operand_ = 0;  // where what `whole_` is about begins
     bool isIl_ = false;

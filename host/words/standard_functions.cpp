@@ -1,6 +1,7 @@
-// The functions of the standard, editions 2 and 3 and ASSERT of edition 4, and the instructions of
-// IL. Conversions and functions that are named with the type of their parameters are made of their
-// words, the rest is a list.
+// The functions of the standard, editions 2 and 3 and ASSERT of edition 4, with the operators of
+// addresses and sizes that all but a few environments have; and the instructions of IL, with those
+// that set an input of a standard block. Conversions and functions that are named with the type of
+// their parameters are made of their words, the rest is a list.
 
 #include <algorithm>
 #include <iterator>
@@ -21,21 +22,22 @@ using std::u16string_view;
 // clang-format off
 constexpr u16string_view kFunctions[] = {
     u"ABS", u"ACOS", u"ADD", u"ADD_DT_TIME", u"ADD_TIME", u"ADD_TOD_TIME", u"ADR", u"AND", u"ASIN",
-    u"ASSERT", u"ATAN", u"ATAN2", u"CONCAT", u"CONCAT_DATE", u"CONCAT_DATE_LTOD",
+    u"ASSERT", u"ATAN", u"ATAN2", u"BITADR", u"CONCAT", u"CONCAT_DATE", u"CONCAT_DATE_LTOD",
     u"CONCAT_DATE_TOD", u"CONCAT_DT", u"CONCAT_LDT", u"CONCAT_LTOD", u"CONCAT_TOD", u"COS",
     u"DATE_AND_TIME_TO_DATE", u"DATE_AND_TIME_TO_TIME_OF_DAY", u"DAY_OF_WEEK", u"DELETE", u"DIV",
-    u"DIVTIME", u"DIV_LTIME", u"DIV_TIME", u"EQ", u"EXP", u"EXPT", u"FIND", u"GE", u"GT", u"INSERT",
+    u"DIVTIME", u"DIV_LTIME", u"DIV_TIME", u"EQ", u"EXP", u"EXPT", u"FIND", u"GE", u"GT", u"INDEXOF", u"INSERT",
     u"IS_VALID", u"IS_VALID_BCD", u"LE", u"LEFT", u"LEN", u"LIMIT", u"LN", u"LOG", u"LOWER_BOUND",
     u"LT", u"MAX", u"MID", u"MIN", u"MOD", u"MOVE", u"MUL", u"MULTIME", u"MUL_LTIME", u"MUL_TIME",
     u"MUX", u"NE", u"NOT", u"OR", u"REF", u"REPLACE", u"RIGHT", u"ROL", u"ROR", u"ROUND", u"SEL",
-    u"SHL", u"SHR", u"SIN", u"SPLIT_DATE", u"SPLIT_DT", u"SPLIT_LDT", u"SPLIT_LTOD", u"SPLIT_TOD",
+    u"SHL", u"SHR", u"SIN", u"SIZEOF", u"SPLIT_DATE", u"SPLIT_DT", u"SPLIT_LDT", u"SPLIT_LTOD", u"SPLIT_TOD",
     u"SQRT", u"SUB", u"SUB_DATE_DATE", u"SUB_DT_DT", u"SUB_DT_TIME", u"SUB_TIME", u"SUB_TOD_TIME",
     u"SUB_TOD_TOD", u"TAN", u"TO_BIG_ENDIAN", u"TO_LITTLE_ENDIAN", u"TRUNC", u"UPPER_BOUND", u"XOR",
 };
 constexpr u16string_view kInstructions[] = {
-    u"ADD", u"AND", u"ANDN", u"CAL", u"CALC", u"CALCN", u"DIV", u"EQ", u"GE", u"GT", u"JMP",
-    u"JMPC", u"JMPCN", u"LD", u"LDN", u"LE", u"LT", u"MUL", u"NE", u"OR", u"ORN", u"R", u"RET",
-    u"RETC", u"RETCN", u"S", u"ST", u"STN", u"SUB", u"XOR", u"XORN",
+    u"ADD", u"AND", u"ANDN", u"CAL", u"CALC", u"CALCN", u"CD", u"CLK", u"CU", u"DIV", u"EQ", u"GE",
+    u"GT", u"IN", u"JMP", u"JMPC", u"JMPCN", u"LD", u"LDN", u"LE", u"LT", u"MUL", u"NE", u"OR",
+    u"ORN", u"PT", u"PV", u"R", u"R1", u"RET", u"RETC", u"RETCN", u"S", u"S1", u"ST", u"STN",
+    u"SUB", u"XOR", u"XORN",
 };
 // clang-format on
 static_assert(std::is_sorted(std::begin(kFunctions), std::end(kFunctions)));

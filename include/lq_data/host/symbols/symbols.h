@@ -17,7 +17,7 @@ enum class Unexpanded : uint8_t {
     kNone,
     kUnknownType,  // no data type and no function block has the type's name
     kRecursive,    // the type contains itself
-    kReference,    // in-out, external or configured: the members are those of another variable
+    kReference,    // in-out, external, configured or a way to one: another variable's members
     kBounds,  // the array's bounds are not whole numbers in their order, or it has no element type
     kElements,  // an array of more than kMostElements elements
     kDepth,     // in more than kMostDepth types and arrays
@@ -39,7 +39,8 @@ struct Symbol {
     std::u16string_view
         section;  // as WrittenSection has it; members of structures have the variable's
     std::u16string_view type;  // as it was declared
-    // As it was declared. Of a member the one of its own declaration, and where a located structure
+    // As it was declared; in VAR_ACCESS the path that the name gives access to. Of a member the one
+    // of its own declaration, and where a located structure
     // begins and the sizes agree, that of the structure: what follows lies where each target puts
     // it, and has no address here.
     std::u16string_view address;
@@ -75,7 +76,8 @@ struct SymbolOptions {
 using TakeSymbol = std::function<void(const Symbol&)>;
 
 // Hands each variable to `take`: those of POUs, their implicit parameters EN and ENO too, and of
-// global variable lists, and what configurations say of variables (VAR_CONFIG). Members of data
+// global variable lists, and what configurations say of variables (VAR_CONFIG) and of ways to them
+// from outside (VAR_ACCESS). Members of data
 // types are none, and a function's result is none. What libraries and the standard declare is left
 // out. An expansion does not tell EN and ENO of instances.
 
