@@ -16,8 +16,7 @@ int32_t CgTab::Look(TAB_ID id, const void* data, int rewind) {
 
 int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
     LookTyp look(TAB_DBG, info.data);
-    look.AddKey(info.len);
-    look.isComplete = true;
+    look.Complete(info.len);
     Table* const table = TableOf(TAB_DBG);
     const int32_t pos = table ? table->LookLine(look, 0) : -1;
     DBG_INFO line;
@@ -26,33 +25,6 @@ int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
         return -1;
     }
     return pos;
-}
-
-template <typename Record>
-int32_t CgTab::LookName(TAB_ID id, POS_DSC range, const char16_t* name, Record* line, int inc) {
-    Table* const table = TableOf(id);
-    if (!table || !name) {
-        return -1;
-    }
-    LookTyp look(id, name);
-    const int32_t pos = table->LookLine(range, look, inc ? 1 : 0);
-    int32_t next = pos;
-    if (pos < 0 || (line && !Read(next, *line, 0, nullptr))) {
-        return -1;
-    }
-    return pos;
-}
-
-int32_t CgTab::Look(const char16_t* name, POU_LINE* line, int inc) {
-    return LookName(TAB_POU, kWholeTable, name, line, inc);
-}
-
-int32_t CgTab::Look(POS_DSC range, const char16_t* name, CMP_LINE* line, int inc) {
-    return LookName(TAB_CMP, range, name, line, inc);
-}
-
-int32_t CgTab::Look(const char16_t* name, GLB_LINE* line, int inc) {
-    return LookName(TAB_GLB, kWholeTable, name, line, inc);
 }
 
 int CgTab_IsRecursivPOU(CgTab* tab, const char16_t* name) {

@@ -132,7 +132,7 @@ int32_t R_FILE::Lseek(int32_t offset, int whence) {
     if (target < 0 || target > end_.pos) {
         return -1;
     }
-    cur_ = At(static_cast<int32_t>(target));
+    MoveTo(cur_, static_cast<int32_t>(target));
     return cur_.pos;
 }
 
@@ -149,7 +149,7 @@ uint32_t R_FILE::Read(void* buf, uint32_t n) {
     return n;
 }
 
-uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
+[[gnu::noinline]] uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
     auto* to = static_cast<unsigned char*>(buf);
     const void* from = nullptr;
     uint32_t done = 0;
@@ -169,7 +169,8 @@ uint32_t R_FILE::Peek(int32_t pos, const void*& p) const {
         p = nullptr;
         return 0;
     }
-    const POS_TYP at = At(pos);
+    POS_TYP at = cur_;
+    MoveTo(at, pos);
     p = BytesAt(at);
     return std::min(RoomAt(at), static_cast<uint32_t>(end_.pos - pos));
 }

@@ -19,10 +19,13 @@ Rows TypeRows();
 Rows ValueRows();
 Rows AddressRows();
 Rows SectionRows();
+Rows AccessRows();
 Rows UnitRows();
 Rows TaskRows();
 Rows LabelRows();
 Rows VariableUseRows();
+Rows NameUseRows();
+Rows LiteralRows();
 Rows DrawingRows();
 Rows StatementRows();
 

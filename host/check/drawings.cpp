@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/report_at.h"
 #include "lq_data/host/words/words.h"
 
 namespace lq::host::check {
@@ -36,24 +36,13 @@ class Drawings {
   private:
     void CheckBlocks(ID unit, const BodyCode& code);
     void CheckBlock(ID unit, const BodyPiece& piece);
+    bool IsToldAsType(ID unit, const BodyPiece& piece);
     void CheckInstance(ID unit, const BodyPiece& piece, ID block);
     void CheckSteps(ID unit, const BodyCode& code);
-    Finding& ReportAt(uint16_t code, Severity severity, ID unit, const BodyPiece& piece, Text name,
-                      std::string message);
 
     Run& run_;
     std::map<std::u16string, Finding*> unknown_;  // blocks, by name in capitals
 };
-
-Finding& Drawings::ReportAt(uint16_t code, Severity severity, ID unit, const BodyPiece& piece,
-                            Text name, std::string message) {
-    Finding& finding = run_.Report(code, severity, unit, std::move(message));
-    finding.unit = Utf8(run_.project.NameOf(unit));
-    finding.name = Utf8(name);
-    finding.line = piece.line;
-    finding.column = piece.column;
-    return finding;
-}
 
 void Drawings::CheckBlocks(ID unit, const BodyCode& code) {
     for (const BodyPiece& piece : code.pieces) {
@@ -63,6 +52,13 @@ void Drawings::CheckBlocks(ID unit, const BodyCode& code) {
     }
 }
 
+// The type of its instance is not known, either, and told where that is declared.
+bool Drawings::IsToldAsType(ID unit, const BodyPiece& piece) {
+    const ID instance = run_.types.Members(unit).Find(piece.second);
+    const Declaration* declaration = run_.project.GetDeclaration(instance);
+    return declaration && run_.Wants(2001) && EqualNames(declaration->type, piece.name);
+}
+
 void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
     const ID block = run_.project.FindAnyPou(piece.name);
     const Pou* pou = run_.project.GetPou(block);
@@ -70,10 +66,10 @@ void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
         CheckInstance(unit, piece, block);
     } else if (!pou && !IsStandardFunction(piece.name) &&
                // An instance may stand for its type.
-               run_.types.Members(unit).Find(piece.name) == ID()) {
+               run_.types.Members(unit).Find(piece.name) == ID() && !IsToldAsType(unit, piece)) {
         auto [known, isNew] = unknown_.try_emplace(Upper(piece.name), nullptr);
         if (isNew) {
-            known->second = &ReportAt(8027, run_.OpenSeverity(), unit, piece, piece.name,
+            known->second = &ReportAt(run_, 8027, run_.OpenSeverity(), unit, SpotOf(piece),
                                       Say("no unit is called '{}'", Utf8(piece.name)));
         } else {
             ++known->second->more;
@@ -84,8 +80,9 @@ void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
 void Drawings::CheckInstance(ID unit, const BodyPiece& piece, ID block) {
     const std::string type = Utf8(piece.name);
     const u16string_view name(piece.second);
+    const Spot instanceSpot{piece.second, piece.line, piece.column};
     if (name.empty()) {
-        ReportAt(8025, run_.SeverityOf(8025), unit, piece, piece.name,
+        ReportAt(run_, 8025, unit, SpotOf(piece),
                  Say("the block of type '{}' has no instance", type));
         return;
     }
@@ -96,7 +93,7 @@ void Drawings::CheckInstance(ID unit, const BodyPiece& piece, ID block) {
     const ID instance = own != ID() ? own : run_.project.FindGlobal(name);
     const Declaration* declaration = run_.project.GetDeclaration(instance);
     if (!declaration) {
-        ReportAt(8025, run_.OpenSeverity(), unit, piece, piece.second,
+        ReportAt(run_, 8025, run_.OpenSeverity(), unit, instanceSpot,
                  Say("no instance is called '{}'", Utf8(name)));
         return;
     }
@@ -106,7 +103,7 @@ void Drawings::CheckInstance(ID unit, const BodyPiece& piece, ID block) {
                              : declared.kind != TypeInfo::Kind::kUnknown &&
                                    declared.kind != TypeInfo::Kind::kUnchecked;
     if (isOther) {
-        Finding& finding = ReportAt(8025, run_.SeverityOf(8025), unit, piece, piece.second,
+        Finding& finding = ReportAt(run_, 8025, unit, instanceSpot,
                                     Say("'{}' is of the type '{}', the block of '{}'", Utf8(name),
                                         Utf8(declaration->type), type));
         run_.Relate(finding, instance, Say("it is declared here"));
@@ -125,19 +122,18 @@ void Drawings::CheckSteps(ID unit, const BodyCode& code) {
         initial += piece.role == PieceRole::kInitialStep ? 1 : 0;
         const auto [known, isNew] = steps.try_emplace(Upper(piece.name), &piece);
         if (!isNew) {
-            Finding& finding = ReportAt(6008, run_.SeverityOf(6008), unit, piece, piece.name,
+            Finding& finding = ReportAt(run_, 6008, unit, SpotOf(piece),
                                         Say("the step '{}' stands twice", Utf8(piece.name)));
-            finding.related.push_back({finding.file, known->second->line, known->second->column,
-                                       Say("first declared here")});
+            run_.Relate(finding, known->second->line, known->second->column,
+                        Say("first declared here"));
         }
     }
     if (first && initial != 1) {
-        ReportAt(6007, run_.SeverityOf(6007), unit, *first, first->name,
-                 Say("the chart has {} initial steps", initial));
+        ReportAt(run_, 6007, unit, SpotOf(*first), Say("the chart has {} initial steps", initial));
     }
     for (const BodyPiece& piece : code.pieces) {
         if (piece.role == PieceRole::kJumpStep && !steps.contains(Upper(piece.name))) {
-            ReportAt(8023, run_.SeverityOf(8023), unit, piece, piece.name,
+            ReportAt(run_, 8023, unit, SpotOf(piece),
                      Say("no step is called '{}'", Utf8(piece.name)));
         }
     }

@@ -148,6 +148,17 @@ bool Graph::HasOneInstance(ID block) const {
     return instances_[NodeOf(block)] == 1;
 }
 
+// Whether an action of the POU has the name, be it one of a chart that is text.
+bool Graph::HasAction(const Pou& pou, Text name) const {
+    return std::ranges::any_of(pou.bodies, [&](const Body& body) {
+        const BodyCode* code = project_.CodeOf(body);
+        return chars::EqualNoCase(body.name, name) ||
+               (code && std::ranges::any_of(code->pieces, [name](const BodyPiece& piece) {
+                    return piece.role == PieceRole::kPart && chars::EqualNoCase(piece.name, name);
+                }));
+    });
+}
+
 void Graph::AddCalls(uint32_t node, ID unit) {
     const Pou& pou = *project_.GetPou(unit);
     for (const Text name : pou.calls) {
@@ -159,12 +170,8 @@ void Graph::AddCalls(uint32_t node, ID unit) {
             callee = type.kind == TypeInfo::Kind::kBlock ? type.object : ID();
         } else {
             callee = project_.FindAnyPou(name);
-            const bool isAction = std::ranges::any_of(pou.bodies, [name](const Body& body) {
-                return chars::EqualNoCase(body.name, name);
-            });
-            hasUnknownCalls_ =
-                hasUnknownCalls_ ||
-                (callee == ID() && !isAction && !IsStandardFunction(name) && !IsInstruction(name));
+            hasUnknownCalls_ = hasUnknownCalls_ || (callee == ID() && !IsStandardFunction(name) &&
+                                                    !IsInstruction(name) && !HasAction(pou, name));
         }
         if (callee != ID()) {
             edges_[node].push_back({NodeOf(callee), kCalls, {}});

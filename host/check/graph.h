@@ -50,6 +50,7 @@ class Graph {
 
   private:
     void AddDeclarations(uint32_t node, const IdList& declarations);
+    bool HasAction(const Pou& pou, Text name) const;
     void AddCalls(uint32_t node, ID unit);
     void AddType(uint32_t node, Way way, Text type, ID declaration);
     void Spread();

@@ -4,43 +4,36 @@
 #include <unordered_set>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/report_at.h"
 
 namespace lq::host::check {
 
 namespace {
-
-Finding& ReportMark(Run& run, uint16_t code, ID unit, const Mark& mark, std::string message) {
-    Finding& finding = run.Report(code, unit, std::move(message));
-    finding.unit = finding.name;
-    finding.name = Utf8(mark.name);
-    finding.line = mark.line;
-    finding.column = mark.column;
-    return finding;
-}
 
 void CheckBody(Run& run, ID unit, const Body& body) {
     std::unordered_map<std::u16string, const Mark*> labels;
     for (const Mark& label : body.labels) {
         const auto [known, isNew] = labels.try_emplace(Upper(label.name), &label);
         if (!isNew) {
-            Finding& finding = ReportMark(run, 8009, unit, label,
-                                          Say("the label '{}' stands twice", Utf8(label.name)));
-            finding.related.push_back({finding.file, known->second->line, known->second->column,
-                                       Say("first declared here")});
+            Finding& finding = ReportAt(run, 8009, unit, SpotOf(label),
+                                        Say("the label '{}' stands twice", Utf8(label.name)));
+            run.Relate(finding, known->second->line, known->second->column,
+                       Say("first declared here"));
         }
     }
     std::unordered_set<std::u16string> targets;
     for (const Mark& jump : body.jumps) {
         const std::u16string target = Upper(jump.name);
         if (targets.insert(target).second && !labels.contains(target)) {
-            ReportMark(run, 8007, unit, jump, Say("no label is called '{}'", Utf8(jump.name)));
+            ReportAt(run, 8007, unit, SpotOf(jump),
+                     Say("no label is called '{}'", Utf8(jump.name)));
         }
     }
     for (const Mark& label : body.labels) {
         const std::u16string name = Upper(label.name);
         if (!targets.contains(name) && labels[name] == &label) {
-            ReportMark(run, 8008, unit, label, Say("nothing jumps to '{}'", Utf8(label.name)));
+            ReportAt(run, 8008, unit, SpotOf(label),
+                     Say("nothing jumps to '{}'", Utf8(label.name)));
         }
     }
 }

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/report_at.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::check {
@@ -43,12 +43,15 @@ class Statements {
         return at < tokens_.size() && tokens_[at].kind == TK_IDENTIFIER &&
                !(at > 0 && (Is(at - 1, OP_DOT) || tokens_[at - 1].kind == TK_ERROR));
     }
+    bool BeginsStatement(std::size_t at) const;
     void TakeWord(std::size_t at);
     void TakeBracket(std::size_t at);
     void Close(std::size_t at, u16string_view closing);
     void CheckAssignment(std::size_t at);
     void CheckDivision(std::size_t at);
-    void ReportAt(uint16_t code, Severity severity, std::size_t at, std::string message);
+    void Report(uint16_t code, std::size_t at, std::string message) {
+        ReportAt(run_, code, unit_, SpotOf(tokens_[at]), std::move(message));
+    }
     void ReportUnbalanced(std::size_t at, std::string message);
 
     Run& run_;
@@ -75,17 +78,9 @@ void Statements::Look() {
     }
 }
 
-void Statements::ReportAt(uint16_t code, Severity severity, std::size_t at, std::string message) {
-    Finding& finding = run_.Report(code, severity, unit_, std::move(message));
-    finding.unit = finding.name;
-    finding.name = Utf8(tokens_[at].text);
-    finding.line = tokens_[at].line;
-    finding.column = tokens_[at].column;
-}
-
 void Statements::ReportUnbalanced(std::size_t at, std::string message) {
     if (!isTold_) {
-        ReportAt(8015, run_.SeverityOf(8015), at, std::move(message));
+        Report(8015, at, std::move(message));
     }
     isTold_ = true;
 }
@@ -108,8 +103,7 @@ void Statements::TakeWord(std::size_t at) {
     const bool isStatement = Is(at + 1, OP_SEMICOLON);
     const bool isInLoop = std::ranges::any_of(open_, &Open::isLoop);
     if (isStatement && !isInLoop && !isTold_ && run_.types.Members(unit_).Find(word) == ID()) {
-        ReportAt(8018, run_.SeverityOf(8018), at,
-                 Say("'{}' stands in no loop", Utf8(tokens_[at].text)));
+        Report(8018, at, Say("'{}' stands in no loop", Utf8(tokens_[at].text)));
     }
 }
 
@@ -144,13 +138,19 @@ void Statements::Close(std::size_t at, u16string_view closing) {
     }
 }
 
+bool Statements::BeginsStatement(std::size_t at) const {
+    constexpr u16string_view kWords[] = {u"THEN", u"ELSE", u"DO", u"REPEAT"};
+    return at == 0 || Is(at - 1, OP_SEMICOLON) || Is(at - 1, OP_COLON) ||
+           (IsWord(at - 1) && std::ranges::any_of(kWords, [&](u16string_view word) {
+                return EqualNames(tokens_[at - 1].text, word);
+            }));
+}
+
 // "x := x;" as a statement of its own.
 void Statements::CheckAssignment(std::size_t at) {
-    const bool isFirst = at == 0 || Is(at - 1, OP_SEMICOLON);
-    if (isFirst && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
+    if (BeginsStatement(at) && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
         Is(at + 3, OP_SEMICOLON) && EqualNames(tokens_[at].text, tokens_[at + 2].text)) {
-        ReportAt(8016, run_.SeverityOf(8016), at,
-                 Say("'{}' is assigned to itself", Utf8(tokens_[at].text)));
+        Report(8016, at, Say("'{}' is assigned to itself", Utf8(tokens_[at].text)));
     }
 }
 
@@ -165,7 +165,7 @@ void Statements::CheckDivision(std::size_t at) {
     if (isNumber && text.find_first_not_of(u"0._") == text.npos && !Is(at + 2, OP_POWER)) {
         const Severity severity =
             divisor.kind == TK_REAL ? Severity::kWarning : run_.SeverityOf(8017);
-        ReportAt(8017, severity, at + 1, Say("this divides by 0"));
+        ReportAt(run_, 8017, severity, unit_, SpotOf(divisor), Say("this divides by 0"));
     }
 }
 

@@ -2,25 +2,27 @@
 #include <cctype>
 
 #include "host/check/checks.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host {
 
 namespace {
 
 constexpr check::Rows (*kFamilies[])() = {
-    check::ReaderRows,  check::NameRows,        check::TypeRows,    check::ValueRows,
-    check::AddressRows, check::SectionRows,     check::UnitRows,    check::TaskRows,
-    check::LabelRows,   check::VariableUseRows, check::DrawingRows, check::StatementRows,
+    check::ReaderRows,  check::NameRows,    check::TypeRows,        check::ValueRows,
+    check::AddressRows, check::SectionRows, check::AccessRows,      check::UnitRows,
+    check::TaskRows,    check::LabelRows,   check::VariableUseRows, check::NameUseRows,
+    check::LiteralRows, check::DrawingRows, check::StatementRows,
 };
 
 constexpr struct {
     Severity severity;
     const char* name;
 } kSeverities[] = {
-    {Severity::kOff, "off"},
-    {Severity::kNote, "note"},
-    {Severity::kWarning, "warning"},
-    {Severity::kError, "error"},
+    {Severity::kOff, Message("off")},
+    {Severity::kNote, Message("note")},
+    {Severity::kWarning, Message("warning")},
+    {Severity::kError, Message("error")},
 };
 
 bool IsDigits(std::string_view text) {

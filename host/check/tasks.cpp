@@ -205,7 +205,11 @@ constexpr Check kRows[] = {
      CheckTasks},
     {7005, "task-unknown", Severity::kError,
      Message("The task that a program instance names is one of its resource"),
-     Message("The program runs without a task, as often as the target finds time"), "", ""},
+     Message("The program runs without a task, as often as the target finds time"),
+     "TASK t(INTERVAL := T#10ms, PRIORITY := 1);\nPROGRAM p WITH t : Main;\nPROGRAM q WITH u : "
+     "Main;",
+     "TASK t(INTERVAL := T#10ms, PRIORITY := 1);\nPROGRAM p WITH t : Main;\nPROGRAM q WITH t : "
+     "Main;"},
     {7006, "priority", Severity::kError,
      Message(
          "The priority of a task is a whole number from 0 to 65535; that there is none is a note"),

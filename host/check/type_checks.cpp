@@ -62,8 +62,7 @@ class UnknownTypes {
         Finding& finding =
             run_.Report(2001, run_.OpenSeverity(), object,
                         Say("no data type and no function block is called '{}'", name) + nearest);
-        finding.unit.clear();
-        finding.name = name;
+        finding.SetName({}, name);
         known->second = &finding;
     }
 
@@ -170,7 +169,7 @@ class Bounds {
             declaration->section.scope != Scope::kExternal) {
             run_.Report(2012, object_,
                         Say("the bound '{}' is a variable and no constant", Utf8(text)));
-        } else if (!declaration && !run_.types.IsEnumerator(text)) {
+        } else if (!declaration && run_.types.EnumerationsWith(text).empty()) {
             run_.Report(2012, run_.ClosedSeverity(), object_,
                         Say("no constant is called '{}'", Utf8(text)));
         }
@@ -214,6 +213,8 @@ class Bounds {
             base.kind == Kind::kUnchecked) {
             return;
         }
+        CheckBound(type.limits[0].lower);
+        CheckBound(type.limits[0].upper);
         const Limits& limits = type.limits.front();
         if (base.kind != Kind::kElementary ||
             (static_cast<uint32_t>(MapTypeToBitset(base.elementary)) & TB_ANY_INT) == 0) {

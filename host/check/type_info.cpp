@@ -111,6 +111,20 @@ const TypeInfo& Types::WithoutLimits(const TypeInfo& type) {
     return *at;
 }
 
+bool Types::GivesValue(const TypeInfo& type) {
+    const TypeInfo* at = &type;
+    for (unsigned depth = 0; at->kind == Kind::kAlias && depth < kMostDepth; ++depth) {
+        const DataType& record = *project_.GetDataType(at->object);
+        if (*record.initValue) {
+            return true;
+        }
+        at = &Of(record.baseType);
+    }
+    const Kind kind = Innermost(*at).kind;
+    return kind != Kind::kElementary && kind != Kind::kString && kind != Kind::kSubrange &&
+           kind != Kind::kEnumeration;
+}
+
 const TypeInfo& Types::Named(Text text) {
     const TypeInfo* at = &Of(text);
     while (at->kind == Kind::kArray && at->base) {
@@ -129,16 +143,17 @@ const NameTable& Types::Members(ID holder) {
     return entry->second;
 }
 
-bool Types::IsEnumerator(u16string_view name) {
+const IdList& Types::EnumerationsWith(u16string_view value) {
     if (!knowsEnumerators_) {
         knowsEnumerators_ = true;
-        for (const DataType& type : project_.DataTypes()) {
-            for (const u16string_view value : Of(type.baseType).values) {
-                enumerators_.insert(Upper(value));
+        for (uint32_t i = 0; i < project_.DataTypes().size(); ++i) {
+            for (const u16string_view name : Of(project_.DataTypes()[i].baseType).values) {
+                enumerators_[Upper(name)].push_back(MakeId(Sort::kDataType, i));
             }
         }
     }
-    return enumerators_.contains(Upper(name));
+    const auto found = enumerators_.find(Upper(value));
+    return found == enumerators_.end() ? none_ : found->second;
 }
 
 const TypeInfo& Types::Read(u16string_view text, unsigned depth) {

@@ -4,7 +4,6 @@
 #include <deque>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "host/check/name_table.h"
@@ -59,6 +58,8 @@ class Types {
     const TypeInfo& Innermost(const TypeInfo& type);
     // What stands behind aliases and subranges.
     const TypeInfo& WithoutLimits(const TypeInfo& type);
+    // Whether a type, or what it stands for, gives its variables a value.
+    bool GivesValue(const TypeInfo& type);
     // The type that is named last, through arrays but not through aliases.
     const TypeInfo& Named(Text text);
 
@@ -68,8 +69,8 @@ class Types {
     // The members of a structure, the declarations of a block.
     const NameTable& Members(ID holder);
 
-    // Whether a data type has the value.
-    bool IsEnumerator(u16string_view name);
+    // The data types that have the value.
+    const IdList& EnumerationsWith(u16string_view value);
 
     // A whole number; false for a name and for what is none.
     static bool ReadNumber(u16string_view text, int64_t& number);
@@ -88,7 +89,8 @@ class Types {
     const TypeInfo* lastType_ = nullptr;
     bool hasUnknown_ = false;
     bool knowsEnumerators_ = false;
-    std::unordered_set<std::u16string> enumerators_;  // in capitals
+    std::unordered_map<std::u16string, IdList> enumerators_;  // in capitals
+    const IdList none_;
     const TypeInfo unchecked_;
 };
 

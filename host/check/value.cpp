@@ -79,7 +79,8 @@ bool ReadReal(u16string_view text, Constant& number) {
             const bool isSigned =
                 isExponent && i + 1 < text.size() && (text[i + 1] == u'+' || text[i + 1] == u'-');
             digits += isSigned ? std::string(1, static_cast<char>(text[++i])) : "";
-        } else if (c != u'_') {
+        } else if (c != u'_' || i == 0 || i + 1 == text.size() || !chars::IsDigit(text[i - 1]) ||
+                   !chars::IsDigit(text[i + 1])) {
             return false;
         }
     }

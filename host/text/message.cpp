@@ -28,7 +28,8 @@ std::string_view Translated(std::string_view format) noexcept {
     if (LanguageCodePage() != kJapanese) {
         return format;
     }
-    for (const std::span<const Translation> translations : {kMessages932, kCheckMessages932}) {
+    for (const std::span<const Translation> translations :
+         {kMessages932, kCheckMessages932, kRuleMessages932}) {
         const auto at = std::ranges::lower_bound(translations, format, {}, &Translation::english);
         if (at != translations.end() && at->english == format) {
             return at->translated;

@@ -14,5 +14,6 @@ struct Translation {
 
 extern const std::span<const Translation> kMessages932;  // sorted, as the next
 extern const std::span<const Translation> kCheckMessages932;
+extern const std::span<const Translation> kRuleMessages932;
 
 }  // namespace lq::host

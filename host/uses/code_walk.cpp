@@ -81,10 +81,11 @@ bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
     return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
 }
 
-// The functions that write to what they are given, or take its address, its number or its size.
+// The functions that write to what they are given, take its address, or look at no value.
 bool MayWrite(u16string_view function) {
-    constexpr u16string_view kAddresses[] = {u"ADR", u"BITADR", u"INDEXOF", u"REF", u"SIZEOF"};
-    return IsOneOf(kAddresses, function) || Equal(function.substr(0, 6), u"SPLIT_");
+    constexpr u16string_view kOthers[] = {u"ADR", u"BITADR", u"INDEXOF",    u"LOWER_BOUND",
+                                          u"REF", u"SIZEOF", u"UPPER_BOUND"};
+    return IsOneOf(kOthers, function) || Equal(function.substr(0, 6), u"SPLIT_");
 }
 
 }  // namespace
@@ -460,6 +461,11 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
         }
     }
     BeginOperands(at);
+    if (Is(at, OP_AMPERSAND) && IsName(at + 1) && Equal(tokens_[at + 1].text, u"N")) {
+        at += 2;  // ANDN
+        BeginOperands(at);
+        return;
+    }
     if (!IsName(at)) {
         return;
     }

@@ -80,6 +80,12 @@ class LQ_DATA_API R_FILE {
     uint32_t BlRead(const void*& p);
     // The same at `pos`, the current position staying; 0 outside 0 to the length.
     uint32_t Peek(int32_t pos, const void*& p) const;
+    // The same at the current position of an open file, which stays.
+    uint32_t Peek(const void*& p) const {
+        p = BytesAt(cur_);
+        const uint32_t room = RoomAt(cur_);
+        return room < Rest() ? room : Rest();
+    }
 
     LQ_ALLOCATED
 
@@ -106,12 +112,19 @@ class LQ_DATA_API R_FILE {
 
     // Splits a position, 0 to the length, into node, slot and offset.
     POS_TYP Locate(int32_t pos) const;
-    // The same; most are in the block of the current position, and need no division.
-    POS_TYP At(int32_t pos) const {
-        const int64_t inBlock = int64_t{pos} - cur_.pos + cur_.off;
-        return inBlock >= 0 && inBlock < blockSize_
-                   ? POS_TYP{pos, cur_.node, cur_.idx, static_cast<uint32_t>(inBlock)}
-                   : Locate(pos);
+    // Moves `p` to a position, 0 to the length; most are in its block, and need no division. Writes
+    // its parts one by one: what reads them behind that would wait for one that was copied whole.
+    void MoveTo(POS_TYP& p, int32_t pos) const {
+        const int64_t inBlock = int64_t{pos} - p.pos + p.off;
+        if (inBlock >= 0 && inBlock < blockSize_) {
+            p.off = static_cast<uint32_t>(inBlock);
+        } else {
+            const POS_TYP found = Locate(pos);
+            p.node = found.node;
+            p.idx = found.idx;
+            p.off = found.off;
+        }
+        p.pos = pos;
     }
     // The node of that number, counted from 0 along the ring.
     NODE* FindNode(uint32_t number) const;

@@ -192,7 +192,8 @@ class Recogniser;
 //   they come to more than 32 bits of days.
 // - A base is read as it is written: 4294967298#1 has a bad base, though 4294967298 wraps to 2.
 // - A component of a duration that exceeds its limit ends the error in front of its unit: T#1h60m
-//   is the error T#1h60 and the identifier m.
+//   is the error T#1h60 and the identifier m. So does one whose unit is not smaller than the one
+//   before: T#1s30m is the error T#1s30 and the identifier m.
 // - Letters and spaces are those of Unicode, digits 0 to 9 only: U+0661 is a letter.
 // - A stream that hands out less than it is asked for is asked again; only nothing, or less, is
 //   its end.

@@ -1,0 +1,55 @@
+// What the names in bodies say of the objects that they stand for.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/check/left_out.h"
+#include "host/check/report_at.h"
+#include "lq_data/host/uses/uses.h"
+
+namespace lq::host::check {
+
+class NameUses {
+  public:
+    NameUses(Run& run, const LeftOut& leftOut);
+
+    // Each use of the project, in the order of ForEachUse; then what they come to.
+    void Take(const Use& use);
+    void Finish();
+
+  private:
+    // What is done with an instance of a function block.
+    enum Deed : uint8_t {
+        kNamed = 1,   // something in it
+        kCalled = 2,  // or what may be that
+    };
+
+    void TakeInstance(const Use& use);
+    void TakeEnumerator(const Use& use);
+    void TakeSpelling(const Use& use);
+    void AddTypesIn(ID holder, Text text);
+    void CheckInstances();
+    void CheckTypes();
+    u16string_view DeclaredName(const Use& use);
+    Finding* FirstOf(std::map<std::pair<uint32_t, std::u16string>, Finding*>& known, ID unit,
+                     const std::u16string& name);
+
+    Run& run_;
+    const LeftOut& leftOut_;
+    const bool wantsSpelling_;
+    std::vector<bool> isInstance_;  // by declaration: of a block of the project or the standard
+    std::vector<uint8_t> deeds_;    // by declaration, bits
+    std::vector<bool> isUsed_;      // by data type
+    ID pending_;                    // an instance that was named; what follows tells why
+    bool isQualified_ = false;      // a type stands in front of what comes
+    std::map<std::pair<uint32_t, std::u16string>, Finding*> shared_;     // by unit and value
+    std::map<std::pair<uint32_t, std::u16string>, Finding*> spellings_;  // by unit and name
+};
+
+// Finds the codes of NameUses, VariableUses and malformed literals in one walk.
+void CheckVariableUses(Run& run);
+
+}  // namespace lq::host::check
