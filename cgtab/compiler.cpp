@@ -107,7 +107,11 @@ int32_t CgTabCompiler::FindTemporary(CgTab& tables, const char16_t* name, IEC_TY
     if (pos >= 0 && table->ReadLine(next, buf, 0) && table->SplitLine(buf, body)) {
         tagOffset = 2 + 2 * body.nameLength;
         body.extra.TakeU8();
-        fits = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32())) == hasDescriptor(type);
+        const bool has = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32()));
+        if (has) {
+            body.extra.TakeU32();
+        }
+        fits = !body.extra.HasFailed() && has == hasDescriptor(type);
     }
     return pos;
 }

@@ -5,7 +5,7 @@
 
 #include "cgtab/table.h"
 
-int CgTab::Table::FailRead(int32_t& pos) {
+[[gnu::noinline]] int CgTab::Table::FailRead(int32_t& pos) {
     SeekTo(0);
     pos = 0;
     return 0;
@@ -91,7 +91,7 @@ int32_t CgTab::Table::AppendLine(Line& line) {
 
 // Neighbours often have one address, the empty one, and one constant: what was found last is asked
 // first where a text would have to be formed.
-int32_t CgTab::Table::LookOrAppend(Line& line) {
+[[gnu::flatten]] int32_t CgTab::Table::LookOrAppend(Line& line) {
     if (lastFound_ >= 0 && TransLookDcr(line.look) && IsLineOf(line.look, lastFound_)) {
         if (file_.Tell() != lastFound_) {
             ResUsr_();
@@ -107,9 +107,11 @@ int32_t CgTab::Table::LookOrAppend(Line& line) {
 bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte) {
     const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
     const unsigned char replacement = byte;
-    ResUsr_();
+    uint32_t length = 0;
     ForgetFound();
-    return file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
+    // A damaged line may end before the byte, which is then another line's.
+    return SeekTo(linePos) && ReadLength(length) && length > offset + usrLen_ &&
+           file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
            file_.Write(&replacement, 1) == 1 && file_.Lseek(linePos, 0) == linePos;
 }
 

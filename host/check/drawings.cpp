@@ -36,6 +36,7 @@ class Drawings {
   private:
     void CheckBlocks(ID unit, const BodyCode& code);
     void CheckBlock(ID unit, const BodyPiece& piece);
+    bool IsToldAsType(ID unit, const BodyPiece& piece);
     void CheckInstance(ID unit, const BodyPiece& piece, ID block);
     void CheckSteps(ID unit, const BodyCode& code);
 
@@ -51,6 +52,13 @@ void Drawings::CheckBlocks(ID unit, const BodyCode& code) {
     }
 }
 
+// The type of its instance is not known, either, and told where that is declared.
+bool Drawings::IsToldAsType(ID unit, const BodyPiece& piece) {
+    const ID instance = run_.types.Members(unit).Find(piece.second);
+    const Declaration* declaration = run_.project.GetDeclaration(instance);
+    return declaration && run_.Wants(2001) && EqualNames(declaration->type, piece.name);
+}
+
 void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
     const ID block = run_.project.FindAnyPou(piece.name);
     const Pou* pou = run_.project.GetPou(block);
@@ -58,7 +66,7 @@ void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
         CheckInstance(unit, piece, block);
     } else if (!pou && !IsStandardFunction(piece.name) &&
                // An instance may stand for its type.
-               run_.types.Members(unit).Find(piece.name) == ID()) {
+               run_.types.Members(unit).Find(piece.name) == ID() && !IsToldAsType(unit, piece)) {
         auto [known, isNew] = unknown_.try_emplace(Upper(piece.name), nullptr);
         if (isNew) {
             known->second = &ReportAt(run_, 8027, run_.OpenSeverity(), unit, SpotOf(piece),

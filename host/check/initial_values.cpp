@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/run.h"
 #include "lq_data/env/lq_model.h"
 
@@ -56,7 +57,8 @@ bool IsNumber(Class kind) {
 // understand (expressions, names, calls) it passes over.
 class Value {
   public:
-    Value(Run& run, ID object) : run_(run), object_(object) {}
+    Value(Run& run, const LeftOut& leftOut, ID object)
+        : run_(run), leftOut_(leftOut), object_(object) {}
 
     void Take(const TypeInfo& declared, u16string_view text, unsigned depth = 0) {
         const TypeInfo& type = run_.types.Resolve(declared);
@@ -274,6 +276,9 @@ class Value {
                 continue;
             }
             const ID member = members.Find(name);
+            if (member == ID() && leftOut_.Of(type.object)) {
+                continue;  // of what it extends
+            }
             if (member == ID()) {
                 Tell(3008, Say("'{}' has no member '{}'", Utf8(type.name), Utf8(name)));
             } else if (!met.insert(member.GetNumber()).second) {
@@ -286,6 +291,7 @@ class Value {
     }
 
     Run& run_;
+    const LeftOut& leftOut_;
     const ID object_;
     bool isCertain_ = true;  // how many elements the array at hand is given
     std::vector<std::pair<uint16_t, Finding*>> told_;
@@ -300,7 +306,7 @@ bool HasSyntax(const TypeInfo& type) {
            type.kind == Kind::kStructure || type.kind == Kind::kBlock;
 }
 
-void CheckValueOf(Run& run, ID object, Text type, Text text) {
+void CheckValueOf(Run& run, const LeftOut& leftOut, ID object, Text type, Text text) {
     if (!*text) {
         return;
     }
@@ -314,7 +320,7 @@ void CheckValueOf(Run& run, ID object, Text type, Text text) {
                    Say("the initial value '{}' does not read as a value", Utf8(text)));
         return;
     }
-    Value(run, object).Take(declared, text);
+    Value(run, leftOut, object).Take(declared, text);
 }
 
 bool IsInput(Text address) {
@@ -345,17 +351,18 @@ void CheckPlace(Run& run, ID id, const Declaration& variable, bool isMember) {
 }
 
 void CheckValues(Run& run) {
+    const LeftOut leftOut(run);
     for (const ID owner : run.Owners()) {
         const DataType* type = run.project.GetDataType(owner);
         if (type && !type->structure) {
-            CheckValueOf(run, owner, type->baseType, type->initValue);
+            CheckValueOf(run, leftOut, owner, type->baseType, type->initValue);
         }
         for (const ID id : run.project.Below(owner)) {
             const Declaration& variable = *run.project.GetDeclaration(id);
             CheckPlace(run, id, variable, type != nullptr);
             const Scope scope = variable.section.scope;
             if (scope != Scope::kExternal && scope != Scope::kInOut) {
-                CheckValueOf(run, id, variable.type, variable.initValue);
+                CheckValueOf(run, leftOut, id, variable.type, variable.initValue);
             }
         }
     }

@@ -54,9 +54,12 @@ class Literals {
     static bool IsBegun(const BodyToken& token) {
         constexpr u16string_view kTimes[] = {u"T",   u"TIME",        u"D",  u"DATE",
                                              u"TOD", u"TIME_OF_DAY", u"DT", u"DATE_AND_TIME"};
+        if (token.kind != TK_ERROR || *token.text == 0) {
+            return false;
+        }
         const u16string_view text(token.text);
-        return token.kind == TK_ERROR && (chars::IsDigit(text.front()) || text.front() == u'%' ||
-                                          HasPrefix(text, kTimes) || HasPrefix(text, kLater));
+        return chars::IsDigit(text.front()) || text.front() == u'%' || HasPrefix(text, kTimes) ||
+               HasPrefix(text, kLater);
     }
 
     // Whether a name or number follows a literal without a blank.
@@ -64,8 +67,7 @@ class Literals {
         const uint8_t kind = tokens[at].kind;
         const bool isLiteral = kind == TK_INTEGER || kind == TK_BASED_INTEGER || kind == TK_REAL ||
                                (kind >= TK_TIME && kind <= TK_TIME_OF_DAY);
-        const std::size_t length = u16string_view(tokens[at].text).size();
-        return isLiteral && IsPart(tokens, at, length, at + 1) &&
+        return isLiteral && IsPart(tokens, at, u16string_view(tokens[at].text).size(), at + 1) &&
                (tokens[at + 1].kind != TK_IDENTIFIER || IsIdentifier(tokens[at + 1].text));
     }
 
@@ -90,6 +92,13 @@ class Literals {
         for (; IsPart(tokens, at, whole.size(), next); ++next) {
             remnants.insert({unit.GetNumber(), tokens[next].line, tokens[next].column});
             whole += tokens[next].text;
+        }
+        if (chars::ToUpper(whole.back()) == u'E' && next + 1 < tokens.size() &&
+            (tokens[next].Is(OP_MINUS) || tokens[next].Is(OP_PLUS)) &&
+            tokens[next + 1].kind == TK_INTEGER) {
+            whole += tokens[next].text;  // the exponent of "2E-3"
+            whole += tokens[next + 1].text;
+            next += 2;
         }
         const Kind kind = ReadConstant(whole).kind;
         if (!HasPrefix(whole, kLater) && (kind == Kind::kNone || kind == Kind::kMalformed)) {

@@ -7,15 +7,16 @@
 
 namespace lq::host::check {
 
-NameUses::NameUses(Run& run)
+NameUses::NameUses(Run& run, const LeftOut& leftOut)
     : run_(run),
+      leftOut_(leftOut),
       wantsSpelling_(run.Wants(1013)),
       isInstance_(run.project.Declarations().size()),
       deeds_(run.project.Declarations().size()),
       isUsed_(run.project.DataTypes().size()) {
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
-        for (const ID id : pou ? pou->declarations : IdList()) {
+        for (const ID id : pou && !leftOut.Of(owner) ? pou->declarations : IdList()) {
             const Declaration& declaration = *run.project.GetDeclaration(id);
             if (declaration.section.scope == Scope::kLocal) {
                 const TypeInfo& type = run.types.Of(declaration.type);
@@ -200,7 +201,7 @@ void NameUses::Finish() {
         deeds_[IndexOf(pending_)] |= kCalled;
     }
     CheckInstances();
-    if (run_.Wants(2014) && run_.HasResource() && run_.project.KeepsCode()) {
+    if (run_.Wants(2014) && run_.HasResource() && run_.project.KeepsCode() && !leftOut_.Any()) {
         CheckTypes();
     }
 }

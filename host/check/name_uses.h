@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/check/left_out.h"
 #include "host/check/report_at.h"
 #include "lq_data/host/uses/uses.h"
 
@@ -13,7 +14,7 @@ namespace lq::host::check {
 
 class NameUses {
   public:
-    explicit NameUses(Run& run);
+    NameUses(Run& run, const LeftOut& leftOut);
 
     // Each use of the project, in the order of ForEachUse; then what they come to.
     void Take(const Use& use);
@@ -37,6 +38,7 @@ class NameUses {
                      const std::u16string& name);
 
     Run& run_;
+    const LeftOut& leftOut_;
     const bool wantsSpelling_;
     std::vector<bool> isInstance_;  // by declaration: of a block of the project or the standard
     std::vector<uint8_t> deeds_;    // by declaration, bits

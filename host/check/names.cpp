@@ -52,7 +52,12 @@ void CheckIdentifiers(Run& run) {
     const Project& project = run.project;
     for (const ID owner : run.Owners()) {
         if (SortOf(owner) != Sort::kVariableList) {  // whose names are those of editors
-            CheckName(run, owner, project.NameOf(owner));
+            const Pou* function = project.GetPou(owner);
+            const bool isStandard = function && function->kind == LQ_KIND_FUNCTION &&
+                                    IsStandardFunction(function->name);  // MOD, NOT
+            if (!isStandard) {
+                CheckName(run, owner, project.NameOf(owner));
+            }
         }
         for (const ID id : project.Below(owner)) {
             const Declaration& declaration = *project.GetDeclaration(id);
@@ -89,6 +94,15 @@ void ReportTwice(Run& run, uint16_t code, ID object, ID earlier, const std::stri
     run.Relate(finding, earlier, Say("first declared here"));
 }
 
+// A library may write the functions of the standard once for each type.
+bool IsOverload(const Project& project, ID one, ID other) {
+    const auto isFunction = [&](ID id) {
+        const Pou* pou = project.GetPou(id);
+        return pou && pou->kind == LQ_KIND_FUNCTION;
+    };
+    return isFunction(one) && isFunction(other) && IsStandardFunction(project.NameOf(one));
+}
+
 void CheckUnitNames(Run& run) {
     const Project& project = run.project;
     for (const ID owner : run.Owners()) {
@@ -99,7 +113,7 @@ void CheckUnitNames(Run& run) {
         const bool isUnit = SortOf(owner) == Sort::kPou;
         const ID first = isUnit ? project.FindPou(name) : project.FindDataType(name);
         const ID other = isUnit ? project.FindDataType(name) : ID();
-        if (first != owner && first != ID()) {
+        if (first != owner && first != ID() && !IsOverload(project, owner, first)) {
             ReportTwice(run, 1004, owner, first,
                         isUnit ? Say("the project has two units '{}'", Utf8(name))
                                : Say("the project has two data types '{}'", Utf8(name)));
@@ -219,8 +233,13 @@ void CheckVariable(Run& run, ID unit, ID id) {
     if (variable.section.scope != Scope::kExternal) {
         const ID global = GlobalSeenBy(run, unit, variable.name);
         if (global != ID()) {
-            Finding& finding =
-                run.Report(1007, id, Say("'{}' hides the global of that name", name));
+            // In a list of its own file it may be known by the name of the list only.
+            const ID list = project.GetDeclaration(global)->owner;
+            const bool isFree = project.GetVariableList(list)->parent == ID();
+            Finding& finding = run.Report(
+                1007,
+                isFree ? std::min(run.SeverityOf(1007), Severity::kNote) : run.SeverityOf(1007), id,
+                Say("'{}' hides the global of that name", name));
             run.Relate(finding, global, Say("the global"));
         }
     }

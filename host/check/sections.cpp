@@ -25,7 +25,9 @@ class Externals {
             return;
         }
         const Declaration& found = *run_.project.GetDeclaration(global);
-        if (Differ(run_.types.Of(found.type), run_.types.Of(external.type), 0)) {
+        const bool isCertain =
+            run_.graph.RunBy(unit) != 0 || run_.project.Configurations().size() < 2;
+        if (isCertain && Differ(run_.types.Of(found.type), run_.types.Of(external.type), 0)) {
             Finding& finding =
                 run_.Report(5002, id,
                             Say("'{}' is of the type {}, and the global of the type {}",
@@ -41,7 +43,8 @@ class Externals {
 
   private:
     // Of several globals of the name one that the unit sees, if any; for a unit that nothing runs
-    // one that fits, if there is one.
+    // one that fits, if there is one; which of those of several configurations is meant is not
+    // known.
     ID GlobalOf(ID unit, const Declaration& external) {
         const bool isRun = run_.graph.RunBy(unit) != 0;
         const auto isOne = [&](ID id) {

@@ -1,8 +1,10 @@
 // Units: what calls itself, what nobody uses, and what is not whole.
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/run.h"
 
 namespace lq::host::check {
@@ -39,6 +41,14 @@ bool RunsPrograms(const Run& run) {
     return run.HasResource() && !run.project.ProgramInstances().empty();
 }
 
+// What a program uses that stands in a file that is missing is not known, and what a method does.
+bool KnowsPrograms(const Run& run) {
+    return std::ranges::all_of(run.project.ProgramInstances(),
+                               [&](const ProgramInstance& instance) {
+                                   return run.project.FindAnyPou(instance.typeName) != ID();
+                               });
+}
+
 void CheckUnits(Run& run) {
     // What a program that nobody runs leads to is used as soon as that is.
     std::vector<bool> reached(run.project.Pous().size() + run.project.DataTypes().size());
@@ -62,6 +72,7 @@ void CheckUnits(Run& run) {
             enter(run.graph.ObjectOf(edge.to));
         }
     }
+    const bool knowsUses = KnowsPrograms(run) && !LeftOut(run).Any();
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
         if (!pou) {
@@ -74,7 +85,7 @@ void CheckUnits(Run& run) {
         if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType) {
             run.Report(6006, owner, Say("the function '{}' has no type", name));
         }
-        if (RunsPrograms(run) && !reached[run.graph.NodeOf(owner)]) {
+        if (RunsPrograms(run) && knowsUses && !reached[run.graph.NodeOf(owner)]) {
             run.Report(6004, owner, Say("nothing uses '{}'", name));
         }
         if (RunsPrograms(run) && pou->kind == LQ_KIND_PROGRAM && run.graph.RunBy(owner) == 0) {

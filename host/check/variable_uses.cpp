@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/literals.h"
 #include "host/check/name_uses.h"
 
@@ -25,7 +26,8 @@ class VariableUses {
   public:
     explicit VariableUses(Run& run)
         : run_(run),
-          names_(run),
+          leftOut_(run),
+          names_(run, leftOut_),
           remnants_(CheckLiterals(run)),
           counts_(run.project.Declarations().size()),
           results_(run.project.Pous().size()),
@@ -40,18 +42,24 @@ class VariableUses {
     void TakeParameter(const Use& use);
     void CheckUnit(ID unit, const Pou& pou);
     void CheckVariable(ID id, const Declaration& declaration);
+    bool IsNamed(ID id, const Declaration& declaration);
+    uint16_t CodeOfUnused(const Declaration& declaration);
+    bool IsNeverSet(const Declaration& declaration);
     void CheckGlobals();
     bool CallsItself(ID unit) const;
+    bool IsPartOfName(const Use& use) const;
     bool HasCode(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
 
     Run& run_;
+    const LeftOut leftOut_;
     NameUses names_;
     const Places remnants_;  // of malformed literals; what is there is no name
     std::vector<Count> counts_;
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
     std::map<std::pair<uint32_t, std::u16string>, Finding*> unknown_;  // by unit and name
+    std::map<std::pair<uint32_t, std::u16string>, Finding*> writes_;   // likewise
 };
 
 void VariableUses::Look() {
@@ -109,33 +117,39 @@ void VariableUses::Take(const Use& use) {
     }
 }
 
+// One finding a variable and unit.
 void VariableUses::TakeWrite(const Use& use) {
     const Declaration* own = run_.project.GetDeclaration(use.id);
     const Declaration* global = run_.project.GetDeclaration(use.global);
     const bool isHere = own && own->owner == use.unit;  // and no member or parameter of another
-    if ((isHere && own->section.constant) || (global && global->section.constant)) {
-        Finding& finding =
-            ReportAt(run_, 8010, use.unit, SpotOf(use), Say("'{}' is a constant", Utf8(use.name)));
-        run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
-        return;
-    }
-    if (isHere && own->section.scope == Scope::kInput) {
-        if (CallsItself(use.unit)) {
-            return;  // it may be the parameter of such a call
-        }
-        ReportAt(run_, 8035, use.unit, SpotOf(use),
-                 Say("'{}' is an input and written to", Utf8(use.name)));
-        return;
-    }
+    // Through a pointer something else is written to.
+    const bool isItself =
+        !isHere || run_.types.Resolved(own->type).kind != TypeInfo::Kind::kUnchecked;
     const Text address = use.object == UseObject::kAddress ? use.name
                          : global                          ? global->address
                          : isHere                          ? own->address
                                                            : u"";
-    const std::u16string beginning = Upper(u16string_view(address).substr(0, 2));
-    if (beginning == u"%I") {
-        ReportAt(run_, 8035, use.unit, SpotOf(use),
-                 Say("'{}' is an input of the process, {}, and written to", Utf8(use.name),
-                     Utf8(address)));
+    const bool isConstant =
+        (isHere && isItself && own->section.constant) || (global && global->section.constant);
+    const bool isInput = isHere && isItself && own->section.scope == Scope::kInput &&
+                         !CallsItself(use.unit);  // which may name it as a parameter
+    const bool isProcessInput = Upper(u16string_view(address).substr(0, 2)) == u"%I";
+    if (!isConstant && !isInput && !isProcessInput) {
+        return;
+    }
+    Finding*& known = writes_[{use.unit.GetNumber(), Upper(use.name)}];
+    if (known) {
+        ++known->more;
+        return;
+    }
+    const std::string name = Utf8(use.name);
+    known = &ReportAt(run_, isConstant ? 8010 : 8035, use.unit, SpotOf(use),
+                      isConstant ? Say("'{}' is a constant", name)
+                      : isInput  ? Say("'{}' is an input and written to", name)
+                                 : Say("'{}' is an input of the process, {}, and written to", name,
+                                       Utf8(address)));
+    if (isConstant) {
+        run_.Relate(*known, global ? use.global : use.id, Say("it is declared here"));
     }
 }
 
@@ -145,21 +159,38 @@ bool VariableUses::CallsItself(ID unit) const {
     });
 }
 
-// One finding a name and unit.
+// Whether it is part of a name that is declared and is none of the language: "Input/Output".
+bool VariableUses::IsPartOfName(const Use& use) const {
+    const u16string_view name(use.name);
+    return std::ranges::any_of(run_.project.GetPou(use.unit)->declarations, [&](ID id) {
+        const u16string_view declared(run_.project.NameOf(id));
+        return declared.find(name) != declared.npos && !IsName(declared);
+    });
+}
+
+// One finding a name and unit, for functions one a name.
 void VariableUses::TakeUnknown(const Use& use) {
     if (use.role == PieceRole::kBlock ||
         remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
         return;  // told as blocks and literals
     }
-    const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
-    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
-    const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
-    auto [known, isNew] = unknown_.try_emplace({use.unit.GetNumber(), Upper(use.name)}, nullptr);
-    if (!isNew) {
+    if (leftOut_.Of(use.unit)) {
+        return;  // a method, or what a base has
+    }
+    // What is called is missing for all units.
+    const bool isCall = use.kind == UseKind::kCall;
+    const std::pair key(isCall ? 0 : use.unit.GetNumber(), Upper(use.name));
+    if (const auto known = unknown_.find(key); known != unknown_.end()) {
         ++known->second->more;
         return;
     }
-    known->second = &ReportAt(
+    if (IsPartOfName(use)) {
+        return;
+    }
+    const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
+    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
+    const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
+    unknown_[key] = &ReportAt(
         run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),
         isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
                  : Say("nothing is called '{}' here", Utf8(use.name)));
@@ -172,8 +203,9 @@ void VariableUses::TakeParameter(const Use& use) {
     const bool isOutput = use.kind == UseKind::kRead;
     const bool isResult = isOutput && pou.kind == LQ_KIND_FUNCTION;
     // Drawings list all outputs that an editor's own edition of a standard block has.
+    const bool isMissing = leftOut_.Of(use.id);
     const bool isListed = isOutput && pou.isStandard && use.role == PieceRole::kOutput;
-    if (name != u"EN" && name != u"ENO" && !isResult && !isListed) {
+    if (name != u"EN" && name != u"ENO" && !isResult && !isListed && !isMissing) {
         ReportAt(run_, 8028, use.unit, SpotOf(use),
                  Say("'{}' has no parameter '{}'", Utf8(pou.name), Utf8(use.name)));
     }
@@ -200,7 +232,7 @@ bool VariableUses::IsKnown(const Declaration& declaration) {
 }
 
 void VariableUses::CheckUnit(ID unit, const Pou& pou) {
-    if (!HasCode(pou)) {
+    if (!HasCode(pou) || leftOut_.Of(unit)) {
         return;
     }
     bool hasOutput = false;
@@ -218,32 +250,59 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
     }
 }
 
+// Whether a body can mean it: what is no name, or is declared twice, is told as such.
+bool VariableUses::IsNamed(ID id, const Declaration& declaration) {
+    return IsName(declaration.name) &&
+           run_.types.Members(declaration.owner).Find(declaration.name) == id;
+}
+
+// The code of the check that finds an unused one; 0 for none.
+uint16_t VariableUses::CodeOfUnused(const Declaration& declaration) {
+    switch (declaration.section.scope) {
+        case Scope::kLocal:
+        case Scope::kTemp:
+            return IsKnown(declaration) ? 8001 : 0;
+        case Scope::kInput:
+            return run_.HasResource() ? 8002 : 0;
+        case Scope::kOutput:
+            return run_.HasResource() ? 8003 : 0;
+        case Scope::kExternal:
+            return 8004;
+        default:
+            return 0;
+    }
+}
+
+bool VariableUses::IsNeverSet(const Declaration& declaration) {
+    const TypeInfo& type = run_.types.Of(declaration.type);
+    const TypeInfo::Kind kind = run_.types.Resolve(type).kind;
+    return !*declaration.initValue && !*declaration.address && !declaration.section.constant &&
+           IsKnown(declaration) && !run_.types.GivesValue(type) &&
+           (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString);
+}
+
 void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     const Count& count = counts_[IndexOf(id)];
     const Scope scope = declaration.section.scope;
     const bool isLocal = scope == Scope::kLocal || scope == Scope::kTemp;
-    if (count.own == 0 && isLocal && IsKnown(declaration)) {
-        run_.ReportName(8001, *declaration.address ? Severity::kNote : run_.SeverityOf(8001), id,
-                        Message("'{}' is never used"));
-    } else if (count.own == 0 && scope == Scope::kInput && run_.HasResource()) {
-        run_.ReportName(8002, id, Message("'{}' is never used"));
-    } else if (count.own == 0 && scope == Scope::kOutput && run_.HasResource()) {
-        run_.ReportName(8003, id, Message("'{}' is never used"));
-    } else if (count.own == 0 && scope == Scope::kExternal) {
-        run_.ReportName(8004, id, Message("'{}' is never used"));
-    } else if (isLocal && count.reads > 0 && count.writes == 0 && !*declaration.initValue &&
-               !*declaration.address && !declaration.section.constant && IsKnown(declaration)) {
-        const TypeInfo::Kind kind = run_.types.Resolved(declaration.type).kind;
-        const bool hasValue = run_.types.GivesValue(run_.types.Of(declaration.type));
-        if (!hasValue && (kind == TypeInfo::Kind::kElementary || kind == TypeInfo::Kind::kString)) {
-            run_.ReportName(8033, id, Message("'{}' is read and never written to"));
+    if (count.own == 0) {
+        const uint16_t code = CodeOfUnused(declaration);
+        if (code != 0 && IsNamed(id, declaration)) {
+            const bool isNote = code == 8001 && *declaration.address;
+            run_.ReportName(code, isNote ? Severity::kNote : run_.SeverityOf(code), id,
+                            Message("'{}' is never used"));
+            return;
         }
+    }
+    if (isLocal && count.reads > 0 && count.writes == 0 && IsNeverSet(declaration) &&
+        IsNamed(id, declaration)) {
+        run_.ReportName(8033, id, Message("'{}' is read and never written to"));
     }
 }
 
 // An external is a use.
 void VariableUses::CheckGlobals() {
-    if (!run_.Wants(8005) || !run_.HasResource()) {
+    if (!run_.Wants(8005) || !run_.HasResource() || leftOut_.Any()) {
         return;
     }
     std::unordered_set<uint32_t> named;

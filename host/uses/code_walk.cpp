@@ -81,10 +81,11 @@ bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
     return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
 }
 
-// The functions that write to what they are given, or take its address.
+// The functions that write to what they are given, take its address, or look at no value.
 bool MayWrite(u16string_view function) {
-    constexpr u16string_view kAddresses[] = {u"ADR", u"BITADR", u"REF"};
-    return IsOneOf(kAddresses, function) || Equal(function.substr(0, 6), u"SPLIT_");
+    constexpr u16string_view kOthers[] = {u"ADR", u"BITADR", u"LOWER_BOUND",
+                                          u"REF", u"SIZEOF", u"UPPER_BOUND"};
+    return IsOneOf(kOthers, function) || Equal(function.substr(0, 6), u"SPLIT_");
 }
 
 }  // namespace
@@ -357,7 +358,8 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
                    u16string_view(tokens_[path.end].text) == u"^") {
             path.pointed = path.places.size();
             ++path.end;
-        } else if (Is(path.end, OP_DOT) && IsName(path.end + 1)) {
+        } else if (Is(path.end, OP_DOT) && IsName(path.end + 1) &&
+                   !(isIl_ && tokens_[path.end].line != tokens_[path.end + 1].line)) {
             Meaning member = names_.MemberOf(path.meanings.back(), tokens_[path.end + 1].text);
             member.object = member ? member.object : UseObject::kMember;
             path.meanings.push_back(member);
@@ -459,6 +461,11 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
         }
     }
     BeginOperands(at);
+    if (Is(at, OP_AMPERSAND) && IsName(at + 1) && Equal(tokens_[at + 1].text, u"N")) {
+        at += 2;  // ANDN
+        BeginOperands(at);
+        return;
+    }
     if (!IsName(at)) {
         return;
     }

@@ -252,7 +252,7 @@ class LQ_DATA_API CgTab {
     }
 
     // Writes the user area of the line at `pos` and moves `pos` to the next line (-1: of the
-    // current line).
+    // current line). 0 and no change when that is none, or reaches beyond the table.
     int Write(TAB_ID id, int32_t& pos, const void* usr);
     // Writes the user area of the current line.
     int Write(TAB_ID id, const void* usr);
@@ -320,7 +320,8 @@ class LQ_DATA_API CgTab {
     // One table without its length; the number of bytes written.
     int32_t Put(TAB_ID id, STREAM_A& s);
     // Reads `n` bytes of a table from a stream, at the table's current position, without a look at
-    // its index; the number of bytes read.
+    // its index; the number of bytes read. An index does not find what it knew where other lines
+    // stand now, nor older lines of the same name, so clear the table first.
     int32_t Get(TAB_ID id, STREAM_A& s, int32_t n);
     // Writes the user areas of a table, in line order. The number of bytes; or -1, and the table is
     // empty then.
@@ -370,8 +371,8 @@ class LQ_DATA_API CgTab {
     bool Decode(LineBody& body, DMM_LINE& line);
     int Read(int32_t& pos, ArrDsc& a);
 
-    template <typename Record>
-    int32_t LookName(TAB_ID id, const POS_DSC& range, const char16_t* name, Record* line, int inc);
+    template <TAB_ID kId, typename Record>
+    int32_t LookName(const POS_DSC& range, const char16_t* name, Record* line, int inc);
 
     // Insertion.
     int32_t LookOrAppend(TAB_ID id, Line& line);

@@ -80,7 +80,7 @@ host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report
     }
 }
 
-host::Findings Check(const CheckOptions& options, host::CheckOptions& what) {
+host::Findings Check(const CheckOptions& options, host::CheckOptions what) {
     std::vector<host::Report> reports;
     const host::Project& project = ReadForChecks(options.files, reports);
     what.reports = &reports;

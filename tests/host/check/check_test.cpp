@@ -122,7 +122,7 @@ std::string FindingsIn(const std::string& text, const CheckOptions& given) {
 }
 
 // For a row that is about the code, with the words behind it. Most declarations of fragments are
-// not used; those of rows about bodies are.
+// not used; those of rows about bodies, and about "uses", are.
 CheckOptions OptionsFor(const std::string& code) {
     CheckOptions options;
     const auto set = [&options](std::string_view words, Severity severity) {
@@ -131,7 +131,7 @@ CheckOptions OptionsFor(const std::string& code) {
         }
     };
     set("6003", Severity::kOff);
-    if (!code.starts_with("8")) {
+    if (!code.starts_with("8") && code.find("uses") == code.npos) {
         for (const char* unused : {"8001", "8002", "8003", "8004", "8005", "8013", "8033"}) {
             set(unused, Severity::kOff);
         }

@@ -1,0 +1,24 @@
+// Which units and data types the readers left something out of: what is missing there may use
+// anything, or have any name.
+#pragma once
+
+#include <vector>
+
+#include "host/check/run.h"
+
+namespace lq::host::check {
+
+class LeftOut {
+  public:
+    explicit LeftOut(const Run& run);
+
+    bool Of(ID object) const { return isOf_[graph_.NodeOf(object)]; }
+    bool Any() const { return any_; }
+
+  private:
+    const Graph& graph_;
+    std::vector<bool> isOf_;  // by node
+    bool any_ = false;
+};
+
+}  // namespace lq::host::check
