@@ -44,6 +44,8 @@ class ByteCursor {
     ByteCursor(const unsigned char* from, uint32_t size) : at_(from), left_(size) {}
 
     bool HasFailed() const { return failed_; }
+    // How many bytes there are.
+    uint32_t Left() const { return left_; }
 
     // The next `count` bytes in place, or null.
     const unsigned char* Take(uint32_t count) {

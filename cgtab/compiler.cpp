@@ -55,8 +55,7 @@ int32_t CgTabCompiler::InsertUnit(CgTab& tables, const char16_t* name,
     lq::cgtab::ByteWriter<sizeof(info.bytes)> extra;
     extra.PutBytes(info.bytes, sizeof(info.bytes));
     line.SetExtra(extra);
-    uint32_t length = 0;
-    return CgTab::Table::TransLookDcr(line.look, length) ? table->AppendLine(line) : -1;
+    return CgTab::Table::TransLookDcr(line.look) ? table->AppendLine(line) : -1;
 }
 
 bool CgTabCompiler::ReplaceUnit(CgTab& tables, int32_t pos, const CgTab::POU_INFO& info) {
@@ -108,7 +107,11 @@ int32_t CgTabCompiler::FindTemporary(CgTab& tables, const char16_t* name, IEC_TY
     if (pos >= 0 && table->ReadLine(next, buf, 0) && table->SplitLine(buf, body)) {
         tagOffset = 2 + 2 * body.nameLength;
         body.extra.TakeU8();
-        fits = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32())) == hasDescriptor(type);
+        const bool has = hasDescriptor(static_cast<IEC_TYPE>(body.extra.TakeI32()));
+        if (has) {
+            body.extra.TakeU32();
+        }
+        fits = !body.extra.HasFailed() && has == hasDescriptor(type);
     }
     return pos;
 }

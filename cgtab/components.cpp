@@ -136,8 +136,7 @@ bool CgTab::ComponentWalk::AppendComponent(DECL_ASCII& d) {
     extra.PutU32(0);  // use count
     Line line(TAB_CMP, d.name);
     line.SetExtra(extra);
-    uint32_t length = 0;
-    return Table::TransLookDcr(line.look, length) && table.AppendLine(line) >= 0;
+    return Table::TransLookDcr(line.look) && table.AppendLine(line) >= 0;
 }
 
 // The type and its descriptor.

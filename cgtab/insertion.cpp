@@ -18,8 +18,7 @@ int32_t CgTab::Insert(const DBG_INFO& info) {
         return -1;
     }
     Line line(TAB_DBG, info.len != 0 ? info.data : nullptr);
-    line.look.AddKey(info.len);
-    line.look.isComplete = true;
+    line.look.Complete(info.len);
     return table->AppendLine(line);
 }
 
@@ -67,7 +66,7 @@ int32_t CgTab::Insert(const char16_t* name, LBL_INFO info) {
     if (found < 0 || !isDefinition) {
         return found < 0 ? -1 : found;
     }
-    const uint32_t infoOffset = 1 + 2 * line.look.NameLength();
+    const uint32_t infoOffset = 1 + 2 * line.look.nameLength;
     unsigned char byte = kLabelDefinition;
     const bool replaced = table->ReplaceByte(found, infoOffset, byte);
     return replaced && byte == 0 ? found : -1;
@@ -101,7 +100,7 @@ int32_t CgTab::Insert(const char16_t* name, IEC_TYPE type, const TYP_DSC& dsc, u
     Line line(TAB_TMP, name);
     const int32_t found = table->LookLine(line.look, 1);
     if (found >= 0) {
-        const uint32_t tagOffset = 2 + 2 * line.look.NameLength();
+        const uint32_t tagOffset = 2 + 2 * line.look.nameLength;
         return table->ReplaceByte(found, tagOffset, tag) ? found : -1;
     }
     if (found != -1) {

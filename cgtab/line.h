@@ -16,13 +16,14 @@ struct CgTab::LookTyp {
 
     void AddKey(uint32_t byte) { key[keylen++] = static_cast<unsigned char>(byte); }
 
-    // The name length of a completed key, in units of the table.
-    uint32_t NameLength() const {
-        if (!name) {
-            return 0;
+    // The name length field, in units of the table, which completes the key.
+    void Complete(uint32_t length) {
+        AddKey(length & 0xFF);
+        if (traits.nameLenBytes == 2) {
+            AddKey(length >> 8);
         }
-        const uint32_t last = key[keylen - 1];
-        return traits.nameLenBytes == 2 ? last << 8 | key[keylen - 2] : last;
+        nameLength = name ? length : 0;
+        isComplete = true;
     }
 
     const lq::cgtab::TableTraits& traits;
@@ -30,7 +31,8 @@ struct CgTab::LookTyp {
     bool isComplete = false;  // the name length field is part of `key`
     bool isAbsent = false;    // the name was looked for in an index and is not there
     uint32_t keylen = 0;
-    const void* name;   // terminated text, or bytes in the debug table; null for none
+    uint32_t nameLength = 0;  // of a complete key, in units of the table
+    const void* name;         // terminated text, or bytes in the debug table; null for none
     uint32_t hash = 0;  // of the search text: of a name known when the key is complete, of other
                         // texts when they are absent
 };

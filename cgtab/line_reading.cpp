@@ -19,16 +19,27 @@ void CopyName(const unsigned char* name, uint32_t length, char16_t* to) {
     to[length] = 0;
 }
 
-// For the records with an array: longer names are cut.
-void CopyShort(const unsigned char* name, uint32_t length, char16_t (&to)[CgTab::kNameSize]) {
-    CopyName(name, std::min<uint32_t>(length, CgTab::kNameSize - 1), to);
-}
-
 }  // namespace
 
-template <typename Record>
-int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr) {
-    Table* const table = TableOf(id);
+// For the records with an array: longer names are cut. Where the bytes behind the name allow it, it
+// is copied in steps of one size, of which a processor foresees how many there are.
+void CgTab::CopyShort(const LineBody& body, char16_t (&to)[kNameSize]) {
+    constexpr uint32_t kStep = 8;
+    static_assert(kNameSize % kStep == 1);
+    const uint32_t length = std::min<uint32_t>(body.nameLength, kNameSize - 1);
+    if (body.extra.Left() < kStep * sizeof(char16_t)) {
+        CopyName(body.name, length, to);
+        return;
+    }
+    for (uint32_t done = 0; done < length; done += kStep) {
+        std::memcpy(to + done, body.name + done * sizeof(char16_t), kStep * sizeof(char16_t));
+    }
+    to[length] = 0;
+}
+
+template <CgTab::TAB_ID kId, typename Record>
+[[gnu::flatten]] int CgTab::ReadRecord(int32_t& pos, Record& line, int keepAtUser, void* usr) {
+    Table* const table = TableOf(kId);
     if (!table) {
         pos = 0;
         return 0;
@@ -39,7 +50,8 @@ int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, voi
         return 0;
     }
     LineBody body;
-    if (!table->SplitLine(buf, body) || !Decode(body, line) || body.extra.HasFailed()) {
+    if (!table->SplitLine(lq::cgtab::kTraits[kId].value, buf, body) || !Decode(body, line) ||
+        body.extra.HasFailed()) {
         return table->FailRead(pos);
     }
     if (usr && body.usr) {
@@ -49,31 +61,31 @@ int CgTab::ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, voi
 }
 
 int CgTab::Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_DBG, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_DBG>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, POU_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_POU, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_POU>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, CMP_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_CMP, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_CMP>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, GLB_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_GLB, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_GLB>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, ADR_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_ADR, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_ADR>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, CstLine& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_CST, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_CST>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, LBL_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_LBL, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_LBL>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, TMP_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_TMP, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_TMP>(pos, line, keepAtUser, usr);
 }
 int CgTab::Read(int32_t& pos, DMM_LINE& line, int keepAtUser, void* usr) {
-    return ReadRecord(TAB_DMM, pos, line, keepAtUser, usr);
+    return ReadRecord<TAB_DMM>(pos, line, keepAtUser, usr);
 }
 
 // The name in a buffer of the set; null when memory is short.
@@ -111,7 +123,7 @@ bool CgTab::Decode(LineBody& body, DBG_INFO& line) {
 }
 
 bool CgTab::Decode(LineBody& body, POU_LINE& line) {
-    CopyShort(body.name, body.nameLength, line.name);
+    CopyShort(body, line.name);
     const unsigned char* info = body.extra.Take(sizeof(line.info.bytes));
     if (info) {
         std::memcpy(line.info.bytes, info, sizeof(line.info.bytes));
@@ -120,7 +132,7 @@ bool CgTab::Decode(LineBody& body, POU_LINE& line) {
 }
 
 bool CgTab::Decode(LineBody& body, CMP_LINE& line) {
-    CopyShort(body.name, body.nameLength, line.name);
+    CopyShort(body, line.name);
     line.scope = body.extra.TakeU32();
     if (lq::cgtab::IsExternalScope(line.scope)) {
         int32_t pos = body.extra.TakeI32();
@@ -146,7 +158,7 @@ bool CgTab::Decode(LineBody& body, CMP_LINE& line) {
 }
 
 bool CgTab::Decode(LineBody& body, GLB_LINE& line) {
-    CopyShort(body.name, body.nameLength, line.name);
+    CopyShort(body, line.name);
     const unsigned char* const links = body.extra.Take(2 * 4);
     if (!links) {
         return false;
@@ -189,7 +201,7 @@ bool CgTab::Decode(LineBody& body, CstLine& line) {
 }
 
 bool CgTab::Decode(LineBody& body, LBL_LINE& line) {
-    CopyShort(body.name, body.nameLength, line.name);
+    CopyShort(body, line.name);
     line.info = body.extra.TakeU8();
     line.count = body.extra.TakeU32();
     return true;

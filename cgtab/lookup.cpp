@@ -16,8 +16,7 @@ int32_t CgTab::Look(TAB_ID id, const void* data, int rewind) {
 
 int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
     LookTyp look(TAB_DBG, info.data);
-    look.AddKey(info.len);
-    look.isComplete = true;
+    look.Complete(info.len);
     Table* const table = TableOf(TAB_DBG);
     const int32_t pos = table ? table->LookLine(look, 0) : -1;
     DBG_INFO line;
@@ -29,7 +28,8 @@ int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
 }
 
 template <typename Record>
-int32_t CgTab::LookName(TAB_ID id, POS_DSC range, const char16_t* name, Record* line, int inc) {
+int32_t CgTab::LookName(TAB_ID id, const POS_DSC& range, const char16_t* name, Record* line,
+                        int inc) {
     Table* const table = TableOf(id);
     if (!table || !name) {
         return -1;

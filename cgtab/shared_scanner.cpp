@@ -13,7 +13,6 @@ namespace {
 struct KeptScanner : frame::PerThread {
     Scanner* scanner = nullptr;
     STREAM_W* stream = nullptr;
-    bool isRefused = false;  // from its release until a set is made
 };
 LQ_THREAD_LOCAL KeptScanner kept;
 
@@ -57,13 +56,8 @@ bool MakeScanner() {
 
 }  // namespace
 
-bool CreateSharedScanner() {
-    kept.isRefused = false;
-    return GetSharedScanner() != nullptr;
-}
-
 Scanner* GetSharedScanner() {
-    if (!kept.scanner && !kept.isRefused) {
+    if (!kept.scanner) {
         MakeScanner();
     }
     return kept.scanner;
@@ -93,5 +87,4 @@ TextScan::~TextScan() {
 
 void CgTab_ReleaseTokenScanner() {
     lq::cgtab::Release(lq::cgtab::kept);
-    lq::cgtab::kept.isRefused = true;
 }

@@ -6,11 +6,8 @@
 
 namespace lq::cgtab {
 
-// Makes the scanner of this thread, with its keywords, when there is none. False when memory is
-// short; there is none then.
-bool CreateSharedScanner();
-// The scanner of this thread. A set that was made on another finds none and has it made. Null when
-// memory is short, and between CgTab_ReleaseTokenScanner and the next set that is made.
+// The scanner of this thread, with its keywords. It is made by the first who asks: a set that is
+// constructed here, or one that was made on another thread. Null when memory is short.
 Scanner* GetSharedScanner();
 
 // Binds the shared scanner to a text as long as it lives. One at a time.

@@ -69,8 +69,13 @@ class LQ_DATA_LOCAL CgTab::Table {
     static constexpr unsigned kWithUser = 1;    // the user area is part of what is read
     static constexpr unsigned kStayAtUser = 2;  // leave the table at the user area
     bool ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode);
-    // Takes a line apart; false when it is too short for its key and its name.
-    bool SplitLine(const LineBuffer& buf, LineBody& body) const;
+    // Takes a line apart; false when it is too short for its key and its name. `traits` are the
+    // table's, for who knows them when this is compiled.
+    bool SplitLine(const LineBuffer& buf, LineBody& body) const {
+        return SplitLine(Traits(), buf, body);
+    }
+    bool SplitLine(const lq::cgtab::TableTraits& traits, const LineBuffer& buf,
+                   LineBody& body) const;
     // What every failed read leaves: the table and `pos` at 0. Always 0.
     int FailRead(int32_t& pos);
 
@@ -78,8 +83,8 @@ class LQ_DATA_LOCAL CgTab::Table {
     int32_t AppendLine(Line& line);
     // The equal line, or a new one; -1 when there can be none.
     int32_t LookOrAppend(Line& line);
-    // Exchanges `byte` with the one at `offset` behind the length field of a line; the table then
-    // stands at the line.
+    // Exchanges `byte` with the one at `offset` behind the length field of a line, if the line is so
+    // long; the table then stands at the line.
     bool ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte);
     // Writes bytes over those at `offset` behind the length field of a line, which has them; the
     // table then stands at the line.
@@ -88,10 +93,10 @@ class LQ_DATA_LOCAL CgTab::Table {
     // --- Searching ---------------------------------------------------------------------------
 
     // Completes a key. False when the name is too long for its length field.
-    static bool TransLookDcr(LookTyp& look, uint32_t& len);
+    static bool TransLookDcr(LookTyp& look);
     // The first line in the range, in a table with an index the newest; -1 when there is none, or
     // kSearchFailed. A use is counted with `inc` non-zero, where uses are counted.
-    int32_t LookLine(POS_DSC range, LookTyp& look, int inc);
+    int32_t LookLine(const POS_DSC& range, LookTyp& look, int inc);
     int32_t LookLine(LookTyp& look, int inc) { return LookLine(kWholeTable, look, inc); }
 
     // Before bytes of the file are written that may be another line's than the one meant.
@@ -125,13 +130,13 @@ class LQ_DATA_LOCAL CgTab::Table {
   private:
     // What the length field at the current position says, if the table has as many bytes.
     bool ReadLength(uint32_t& length);
-    int32_t WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int inc);
+    int32_t WalkLines(POS_DSC range, const LookTyp& look, int inc);
     void PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_DSC& range);
     bool CountUse(int32_t pos, int inc);
 
     // The search of a hashed table, and that of a walked one.
     int32_t LookIndex(const POS_DSC& range, LookTyp& look, int inc);
-    int32_t LookName(const LookTyp& look, uint32_t len, int inc);
+    int32_t LookName(const LookTyp& look, int inc);
     bool EnterIndex(const Line& line, int32_t pos);
     bool EnterText(const lq::cgtab::SearchText& text, int32_t pos);
     enum class Entry { kEntered, kEndOfLines, kFailed };
@@ -144,7 +149,10 @@ class LQ_DATA_LOCAL CgTab::Table {
     // Whether the line at `pos` begins with these very bytes, as far as it lies in one piece.
     bool IsLineOf(const LookTyp& look, int32_t pos) const;
     bool HasText(int32_t pos, const lq::cgtab::SearchText& text) const;
-    bool HasName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length) const;
+    bool HasPrefix(const LineHead& head, const lq::cgtab::SearchText& text, uint32_t& length) const;
+    bool EndsAt(int32_t pos, const LineHead& head, uint32_t length) const;
+    bool HasRestOfName(int32_t pos, const LineHead& head, const char16_t* name, uint32_t length,
+                       uint32_t done) const;
 
     TAB_ID id_;
     const lq::cgtab::TableTraits& traits_;
@@ -162,8 +170,8 @@ inline CgTab::Table* CgTab::TableOf(TAB_ID id) const {
     return tables && lq::cgtab::IsTableId(id) ? tables + id : nullptr;
 }
 
-inline bool CgTab::Table::SplitLine(const LineBuffer& buf, LineBody& body) const {
-    const lq::cgtab::TableTraits& traits = Traits();
+inline bool CgTab::Table::SplitLine(const lq::cgtab::TableTraits& traits, const LineBuffer& buf,
+                                    LineBody& body) const {
     const uint32_t usrLen = buf.hasUser ? usrLen_ : 0;
     body.extra = lq::cgtab::ByteCursor(buf.Data(), buf.Size() - usrLen);
     body.usr = buf.hasUser ? buf.Data() + (buf.Size() - usrLen) : nullptr;

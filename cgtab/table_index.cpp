@@ -12,18 +12,23 @@ using lq::cgtab::SearchText;
 
 namespace {
 
-// Whether `count` characters, as they lie in a line, are these.
-bool IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count, bool caseCounts) {
-    if (std::memcmp(bytes, text, count * sizeof(char16_t)) == 0) {
-        return true;
-    }
-    bool isSame = !caseCounts;
+[[gnu::noinline]] bool IsSameNoCase(const unsigned char* bytes, const char16_t* text,
+                                    uint32_t count) {
+    bool isSame = true;
     for (uint32_t i = 0; isSame && i < count; ++i) {
         char16_t c = 0;
         std::memcpy(&c, bytes + i * sizeof(c), sizeof(c));
         isSame = lq::chars::ToUpper(c) == lq::chars::ToUpper(text[i]);
     }
     return isSame;
+}
+
+// Whether `count` characters, as they lie in a line, are these.
+bool IsSame(const unsigned char* bytes, const char16_t* text, uint32_t count, bool caseCounts) {
+    if (std::memcmp(bytes, text, count * sizeof(char16_t)) == 0) {
+        return true;
+    }
+    return !caseCounts && IsSameNoCase(bytes, text, count);
 }
 
 }  // namespace
@@ -55,64 +60,64 @@ bool CgTab::Table::ReadHead(int32_t pos, LineHead& head) const {
     return true;
 }
 
-// Whether the first `length` characters of a line's name are these, by the rule of the table's
-// index. Most names lie in one piece.
-inline bool CgTab::Table::HasName(int32_t pos, const LineHead& head, const char16_t* name,
-                                  uint32_t length) const {
+// Whether the characters of a line's name from the `done`-th on are these.
+[[gnu::noinline]] bool CgTab::Table::HasRestOfName(int32_t pos, const LineHead& head,
+                                                   const char16_t* name, uint32_t length,
+                                                   uint32_t done) const {
     constexpr uint32_t kPiece = 64;
     unsigned char piece[kPiece * sizeof(char16_t)];
-    const unsigned char* bytes = head.Name();
-    uint32_t count = std::min(length, (head.read - head.nameAt) / 2);
-    auto at = pos + static_cast<int32_t>(head.nameAt);
-    while (IsSame(bytes, name, count, Traits().caseSensitiveIndex)) {
-        length -= count;
-        if (length == 0) {
-            return true;
-        }
-        at += static_cast<int32_t>(count * sizeof(char16_t));
-        name += count;
-        count = std::min(length, kPiece);
-        bytes = piece;
+    while (done != length) {
+        const uint32_t count = std::min(length - done, kPiece);
         const auto size = static_cast<uint32_t>(count * sizeof(char16_t));
-        if (file_.ReadAt(at, piece, size) != size) {
+        const auto at = pos + static_cast<int32_t>(head.nameAt + done * sizeof(char16_t));
+        if (file_.ReadAt(at, piece, size) != size ||
+            !IsSame(piece, name + done, count, Traits().caseSensitiveIndex)) {
             return false;
         }
+        done += count;
     }
-    return false;
+    return true;
+}
+
+// Whether the search text begins with what stands in front of the line's name.
+[[gnu::noinline]] bool CgTab::Table::HasPrefix(const LineHead& head, const SearchText& text,
+                                               uint32_t& length) const {
+    char16_t prefix[lq::cgtab::kMaxPrefix];
+    const int32_t prefixLength = lq::cgtab::PutPrefix(id_, head.Key(), prefix);
+    length = static_cast<uint32_t>(prefixLength);
+    return prefixLength >= 0 && text.Length() >= length &&
+           std::equal(prefix, prefix + prefixLength, text.Get());
+}
+
+// A name in a line of a hashed table ends at a terminator, as its text does.
+[[gnu::noinline]] bool CgTab::Table::EndsAt(int32_t pos, const LineHead& head,
+                                            uint32_t length) const {
+    char16_t behind = 1;
+    const auto at = pos + static_cast<int32_t>(head.nameAt + 2 * length);
+    return IsTableHashed() && head.nameLength > length &&
+           file_.ReadAt(at, &behind, sizeof(behind)) == sizeof(behind) && behind == 0;
 }
 
 // Whether the line at `pos` has the search text, as far as it can be read, whatever its length
-// field says: an index stays when a line is damaged behind it. A name in a line of a hashed table
-// ends at a terminator, as its text does.
-bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
+// field says: an index stays when a line is damaged behind it. Most names lie in one piece.
+[[gnu::flatten]] bool CgTab::Table::HasText(int32_t pos, const SearchText& text) const {
     LineHead head;
-    if (!ReadHead(pos, head)) {
+    uint32_t inFront = 0;
+    if (!ReadHead(pos, head) || (Traits().fixedKey != 0 && !HasPrefix(head, text, inFront))) {
         return false;
     }
-    uint32_t inFront = 0;
-    if (Traits().fixedKey != 0) {
-        char16_t prefix[lq::cgtab::kMaxPrefix];
-        const int32_t prefixLength = lq::cgtab::PutPrefix(id_, head.Key(), prefix);
-        inFront = static_cast<uint32_t>(prefixLength);
-        if (prefixLength < 0 || text.Length() < inFront ||
-            !std::equal(prefix, prefix + prefixLength, text.Get())) {
-            return false;
-        }
-    }
     const uint32_t length = text.Length() - inFront;
-    if (head.nameLength != length) {
-        char16_t behind = 1;
-        const auto at = static_cast<int32_t>(head.nameAt + 2 * length);
-        if (!IsTableHashed() || head.nameLength < length ||
-            file_.ReadAt(pos + at, &behind, sizeof(behind)) != sizeof(behind) || behind != 0) {
-            return false;
-        }
+    if (head.nameLength != length && !EndsAt(pos, head, length)) {
+        return false;
     }
-    return HasName(pos, head, text.Get() + inFront, length);
+    const char16_t* const name = text.Get() + inFront;
+    const uint32_t count = std::min(length, (head.read - head.nameAt) / 2);
+    return IsSame(head.Name(), name, count, Traits().caseSensitiveIndex) &&
+           (count == length || HasRestOfName(pos, head, name, length, count));
 }
 
 bool CgTab::Table::IsLineOf(const LookTyp& look, int32_t pos) const {
-    const uint32_t nameBytes = look.NameLength() * Traits().nameUnit;
+    const uint32_t nameBytes = look.nameLength * Traits().nameUnit;
     LineHead head;
     return ReadHead(pos, head) && head.nameAt + nameBytes <= head.read &&
            std::memcmp(head.Key(), look.key, look.keylen) == 0 &&
@@ -146,7 +151,7 @@ int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
 // The answer of a walk over all lines, which needs no memory. What the index does not have is
 // looked for behind its lines; the last of them is walked once more, so that the table ends up
 // where a walk leaves it.
-int32_t CgTab::Table::LookName(const LookTyp& look, uint32_t len, int inc) {
+int32_t CgTab::Table::LookName(const LookTyp& look, int inc) {
     SearchText text;
     int32_t from = 0;
     if (Index() && FormText(look, text)) {
@@ -157,7 +162,7 @@ int32_t CgTab::Table::LookName(const LookTyp& look, uint32_t len, int inc) {
         }
         from = walkFrom_;
     }
-    return WalkLines({from, Length(), INT32_MAX}, look, len, inc);
+    return WalkLines({from, Length(), INT32_MAX}, look, inc);
 }
 
 // False when memory is short, or when a text that is to be unique is there already.
@@ -172,7 +177,7 @@ bool CgTab::Table::EnterText(const SearchText& text, int32_t pos) {
 
 // The search text of a complete key: without fixed bytes it is the name itself.
 bool CgTab::Table::FormText(const LookTyp& look, SearchText& text) const {
-    const uint32_t length = look.NameLength();
+    const uint32_t length = look.nameLength;
     if (Traits().fixedKey != 0) {
         return text.Form(id_, look.key, look.name, length);
     }

@@ -16,9 +16,12 @@ bool CgTab::Table::ReadLine(int32_t& pos, LineBuffer& buf, unsigned mode) {
     if (isCurrent && UsrSet_()) {
         file_.Lseek(static_cast<int32_t>(usrLen_), 1);
     }
-    const int32_t line = isCurrent ? file_.Tell() : pos;
+    if (!isCurrent && file_.Tell() != pos && file_.Lseek(pos, 0) != pos) {
+        return FailRead(pos) != 0;
+    }
+    const int32_t line = file_.Tell();
     const void* piece = nullptr;
-    const uint32_t there = file_.Peek(line, piece);
+    const uint32_t there = file_.Peek(piece);
     const auto* const bytes = static_cast<const unsigned char*>(piece);
     unsigned char field[4];
     if (there < sizeof(field) && file_.ReadAt(line, field, sizeof(field)) != sizeof(field)) {
@@ -57,7 +60,7 @@ int32_t CgTab::Table::AppendLine(Line& line) {
     ResUsr_();
     const int32_t pos = file_.Lseek(0, 2);
     const LookTyp& look = line.look;
-    const uint32_t nameBytes = look.NameLength() * Traits().nameUnit;
+    const uint32_t nameBytes = look.nameLength * Traits().nameUnit;
     const uint64_t total = uint64_t{look.keylen} + nameBytes + line.extralen + usrLen_;
     const auto room = static_cast<uint64_t>(std::numeric_limits<int32_t>::max() - pos);
     if (total + 4 > room) {
@@ -89,8 +92,7 @@ int32_t CgTab::Table::AppendLine(Line& line) {
 // Neighbours often have one address, the empty one, and one constant: what was found last is asked
 // first where a text would have to be formed.
 int32_t CgTab::Table::LookOrAppend(Line& line) {
-    uint32_t length = 0;
-    if (lastFound_ >= 0 && TransLookDcr(line.look, length) && IsLineOf(line.look, lastFound_)) {
+    if (lastFound_ >= 0 && TransLookDcr(line.look) && IsLineOf(line.look, lastFound_)) {
         if (file_.Tell() != lastFound_) {
             ResUsr_();
         }
@@ -105,9 +107,11 @@ int32_t CgTab::Table::LookOrAppend(Line& line) {
 bool CgTab::Table::ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte) {
     const int32_t at = linePos + 4 + static_cast<int32_t>(offset);
     const unsigned char replacement = byte;
-    ResUsr_();
+    uint32_t length = 0;
     ForgetFound();
-    return file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
+    // A damaged line may end before the byte, which is then another line's.
+    return SeekTo(linePos) && ReadLength(length) && length > offset + usrLen_ &&
+           file_.Lseek(at, 0) == at && file_.Read(&byte, 1) == 1 && file_.Lseek(at, 0) == at &&
            file_.Write(&replacement, 1) == 1 && file_.Lseek(linePos, 0) == linePos;
 }
 

@@ -8,42 +8,34 @@
 
 using lq::cgtab::LoadU32;
 
-bool CgTab::Table::TransLookDcr(LookTyp& look, uint32_t& len) {
-    const bool isWide = look.traits.nameLenBytes == 2;
+bool CgTab::Table::TransLookDcr(LookTyp& look) {
     if (look.isComplete) {
-        len = look.NameLength();
         return true;
     }
-    len = 0;
-    if (look.name) {
-        const auto* const text = static_cast<const char16_t*>(look.name);
-        const lq::text_hash::Measured name =
-            look.traits.fixedKey != 0 ? lq::text_hash::Measured{lq::chars::Length(text), 0}
-                                      : lq::cgtab::Measure(look.traits, text);
-        if (name.length > (isWide ? 0xFFFF : 0xFF)) {
-            return false;
-        }
-        look.hash = name.hash;
-        len = static_cast<uint32_t>(name.length);
-        look.AddKey(len & 0xFF);
-        if (isWide) {
-            look.AddKey(len >> 8);
-        }
+    if (!look.name) {
+        look.isComplete = true;
+        return true;
     }
-    look.isComplete = true;
+    const auto* const text = static_cast<const char16_t*>(look.name);
+    const lq::text_hash::Measured name = look.traits.fixedKey != 0
+                                             ? lq::text_hash::Measured{lq::chars::Length(text), 0}
+                                             : lq::cgtab::Measure(look.traits, text);
+    if (name.length > (look.traits.nameLenBytes == 2 ? 0xFFFF : 0xFF)) {
+        return false;
+    }
+    look.hash = name.hash;
+    look.Complete(static_cast<uint32_t>(name.length));
     return true;
 }
 
-int32_t CgTab::Table::LookLine(POS_DSC range, LookTyp& look, int inc) {
-    uint32_t len = 0;
-    if (!TransLookDcr(look, len)) {
+int32_t CgTab::Table::LookLine(const POS_DSC& range, LookTyp& look, int inc) {
+    if (!TransLookDcr(look)) {
         return kSearchFailed;
     }
     const int32_t before = file_.Tell();
-    range.end = std::min(range.end, Length());
     const int32_t found = IsTableHashed()       ? LookIndex(range, look, inc)
-                          : Traits().IsWalked() ? LookName(look, len, inc)
-                                                : WalkLines(range, look, len, inc);
+                          : Traits().IsWalked() ? LookName(look, inc)
+                                                : WalkLines(range, look, inc);
     if (file_.Tell() != before) {
         ResUsr_();
     }
@@ -79,9 +71,10 @@ void CgTab::Table::PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_D
     }
 }
 
-int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, uint32_t len, int inc) {
+int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, int inc) {
+    range.end = std::min(range.end, Length());
     const uint32_t headSize = 4 + look.keylen;
-    const uint32_t nameBytes = look.name ? len * Traits().nameUnit : 0;
+    const uint32_t nameBytes = look.nameLength * Traits().nameUnit;
     for (; range.start < range.end && range.lines >= 1; --range.lines) {
         PassOtherLines(look, nameBytes, range);
         const int32_t pos = range.start;

@@ -6,7 +6,7 @@
 #include "lq_data/cgtab.h"
 
 CgTab::CgTab(int& ok, uint32_t (*usrLen)[kUserTables]) {
-    ok = MakeTables(usrLen ? *usrLen : nullptr) && lq::cgtab::CreateSharedScanner() ? 1 : 0;
+    ok = MakeTables(usrLen ? *usrLen : nullptr) && lq::cgtab::GetSharedScanner() ? 1 : 0;
     if (!ok) {
         CgTabClose();
     }

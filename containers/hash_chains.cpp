@@ -184,7 +184,8 @@ void HashTable::GetNextAssoc(void*& pos, const char16_t*& key, uint32_t& value) 
 }
 
 HashTable::CAssoc** HashTable::GetHashTableAssoc() {
-    return count_ > 0 && !MakeChains() ? nullptr : buckets_;
+    const bool hadEntries = count_ > 0 || freeList_;  // since the table was made or emptied
+    return hadEntries && !MakeChains() ? nullptr : buckets_;
 }
 
 bool HashTable::Check() const {

@@ -15,7 +15,8 @@ LQ_THREAD_LOCAL frame::PerThread* first = nullptr;  // of what this thread keeps
 // Tells the end of a thread. A thread_local object with a destructor would, too, but then the
 // library could not be unloaded before that end.
 constinit pthread_key_t key = 0;
-constinit bool hasKey = false;
+constinit enum { kNoKey, kHasKey, kOver } state = kNoKey;
+constinit pthread_mutex_t guard = PTHREAD_MUTEX_INITIALIZER;
 
 void OnThreadEnd(void*) {
     ReleaseThread();
@@ -26,23 +27,33 @@ void OnThreadEnd(void*) {
     }
 }
 
-// The key's life, from the first thing that a thread keeps until the library is unloaded or the
-// process ends. The key tells nothing then: the thread at work releases what it keeps.
+// Until the library is unloaded or the process ends. The key tells nothing then: the thread at work
+// releases what it keeps, and what is kept after that stays.
 struct Life {
-    Life() noexcept { hasKey = pthread_key_create(&key, OnThreadEnd) == 0; }
+    Life() noexcept = default;
     ~Life() {
         ReleaseThread();
-        if (hasKey) {
+        pthread_mutex_lock(&guard);
+        if (std::exchange(state, kOver) == kHasKey) {
             pthread_key_delete(key);
         }
+        pthread_mutex_unlock(&guard);
     }
     Life(const Life&) = delete;
     Life& operator=(const Life&) = delete;
 };
 
-bool HasKey() noexcept {
+// The system has so many keys; while none is free, each thread asks again.
+bool TellEndOfThread() noexcept {
     static const Life life;
-    return hasKey;
+    pthread_mutex_lock(&guard);
+    if (state == kNoKey && pthread_key_create(&key, OnThreadEnd) == 0) {
+        state = kHasKey;
+    }
+    const bool isTold =
+        state == kOver || (state == kHasKey && pthread_setspecific(key, &first) == 0);
+    pthread_mutex_unlock(&guard);
+    return isTold;
 }
 
 }  // namespace
@@ -59,7 +70,7 @@ bool KeepForThread(PerThread& part, void (*release)(PerThread& part)) noexcept {
     if (part.release) {
         return true;
     }
-    if (!first && (!HasKey() || pthread_setspecific(key, &first) != 0)) {
+    if (!first && !TellEndOfThread()) {
         ReportShortage();
         return false;
     }

@@ -120,7 +120,9 @@ class Finder {
             depth_ = Is(at, u"END_STRUCT") ? 0 : depth_;
             block_ = Is(at, u"AT") ? block_ : nullptr;
         }
-        if (word.isFirst && depth_ == 0 && (IsOneOf(kSections, word) || Is(at, u"TYPE"))) {
+        const bool isName = Is(at + 1, u":") || Is(at + 1, u",");
+        if (word.isFirst && !isName && depth_ == 0 &&
+            (IsOneOf(kSections, word) || Is(at, u"TYPE"))) {
             block_ = &word;
         }
         // Behind a ";" or the block's first word.

@@ -68,7 +68,8 @@ bool ReadDimensions(CheckScan& scan) {
 bool ReadElementType(CheckScan& scan) {
     const Token token = scan.Next();
     if (token.kind == TK_IDENTIFIER) {
-        return GetDutByName(token.text) != nullptr;
+        const char16_t* const name = scan.WholeText(token);
+        return name && GetDutByName(name);
     }
     if (token.kind != TK_KEYWORD) {
         return false;
@@ -110,8 +111,12 @@ bool AcceptKeyword(CheckScan& scan, uint16_t id, TypeClass& type) {
     }
 }
 
+// `identifier` is null when memory was short for it.
 bool AcceptIdentifier(CheckScan& scan, const char16_t* identifier, const char16_t* text,
                       TypeClass& type) {
+    if (!identifier) {
+        return false;
+    }
     if (IsFBName(identifier)) {
         type = TypeClass::kFbInstance;
         return scan.AtEnd();
@@ -124,7 +129,7 @@ bool Accept(CheckScan& scan, const char16_t* text, TypeClass& type) {
     const Token token = scan.Next();
     switch (token.kind) {
         case TK_IDENTIFIER:
-            return AcceptIdentifier(scan, token.text, text, type);
+            return AcceptIdentifier(scan, scan.WholeText(token), text, type);
         case TK_KEYWORD:
             return AcceptKeyword(scan, token.GetCode(), type);
         default:

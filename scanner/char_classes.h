@@ -72,8 +72,4 @@ constexpr bool Is(char16_t c, unsigned classes) {
     return (ClassesOf(c) & classes) != 0;
 }
 
-constexpr char16_t ToLowerAscii(char16_t c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-}
-
 }  // namespace lq::scanner

@@ -178,6 +178,7 @@ class Recogniser {
 
     // At "#", behind a word: goes on with the literal that the word introduces.
     Found PrefixedLiteral();
+    Found TimeLiteral();
     Found FinishTime(TOKEN_KIND kind) { return Finish(kind, &s_.time); }
     Found Duration();
     Found Date();

@@ -1,8 +1,8 @@
 // Durations (T#1d2h3m4s5ms), dates (D#), times of day (TOD#), and dates with time (DT#).
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "lq_data/detail/in_order.h"
 #include "scanner/calendar.h"
 #include "scanner/digits.h"
 #include "scanner/recogniser.h"
@@ -11,10 +11,12 @@ using namespace lq::scanner;
 
 // A number as written in a time literal.
 struct lq::scanner::Amount {
-    double value = 0;
+    double value = 0;      // unless it is short
     uint32_t wrapped = 0;  // its digits modulo 2^32
     bool isFraction = false;
     bool isShort = false;  // an integer below 10^9
+
+    double Value() const { return isShort ? wrapped : value; }
 };
 
 namespace {
@@ -56,25 +58,24 @@ constexpr double kMsPerHour = 3600000.0;
 constexpr double kMsPerMinute = 60000.0;
 constexpr double kMsPerSecond = 1000.0;
 
-// Units from the largest to the smallest: an integer component is followed by the next one only.
-enum DurationUnit { kNoUnit = -1, kDays, kHours, kMinutes, kSeconds, kMilliseconds };
-
 struct Unit {
     char16_t letter;
     int32_t perDay;
     double ms;
-    double limit;  // of a component that is not the first; days come first or not at all
+    uint32_t limit;  // of a component that is not the first; days come first or not at all
 };
 
+// From the largest to the smallest: an integer component is followed by the next one only.
 // Milliseconds are "ms" or "MS".
-constexpr lq::RowOf<DurationUnit, Unit> kUnits[] = {
-    {kDays, {u'd', 1, kMsPerDay, 0}},
-    {kHours, {u'h', 24, kMsPerHour, 23}},
-    {kMinutes, {u'm', 24 * 60, kMsPerMinute, 59}},
-    {kSeconds, {u's', 24 * 60 * 60, kMsPerSecond, 59}},
-    {kMilliseconds, {u'm', 24 * 60 * 60 * 1000, 1, 999}},
+constexpr Unit kUnits[] = {
+    {u'd', 1, kMsPerDay, 0},
+    {u'h', 24, kMsPerHour, 23},
+    {u'm', 24 * 60, kMsPerMinute, 59},
+    {u's', 24 * 60 * 60, kMsPerSecond, 59},
+    {u'm', 24 * 60 * 60 * 1000, 1, 999},
 };
-static_assert(lq::AreInOrder(kUnits, kMilliseconds));
+constexpr const Unit* kMinutes = &kUnits[2];
+constexpr const Unit* kMilliseconds = &kUnits[4];
 
 void AddDays(Time& time, int32_t days) {
     time.days =
@@ -90,35 +91,31 @@ bool Truncate(double v, int32_t& whole) {
     return true;
 }
 
-// The unit that two characters begin, or kNoUnit. `expected` is the only one allowed, or kNoUnit in
-// the first component.
-DurationUnit UnitOf(char16_t c, char16_t following, DurationUnit expected) {
-    const char16_t letter = ToLowerAscii(c);
+// The unit that two characters begin, or null. `expected` is the only one allowed, or null in the
+// first component.
+const Unit* UnitOf(char16_t c, char16_t following, const Unit* expected) {
+    const char16_t letter = c | 0x20;  // of a unit's letter, and of no other character
     const bool isMs = letter == u'm' && following == (c == u'm' ? u's' : u'S');
-    if (expected != kNoUnit) {
-        const bool matches =
-            letter == kUnits[expected].value.letter && (expected != kMilliseconds || isMs);
-        return matches ? expected : kNoUnit;
+    if (expected) {
+        const bool matches = letter == expected->letter && (expected != kMilliseconds || isMs);
+        return matches ? expected : nullptr;
     }
     if (isMs) {
         return kMilliseconds;
     }
-    for (const DurationUnit unit : {kDays, kHours, kMinutes, kSeconds}) {
-        if (letter == kUnits[unit].value.letter) {
-            return unit;
-        }
-    }
-    return kNoUnit;
+    const Unit* const unit =
+        std::find_if(kUnits, kMilliseconds, [=](const Unit& u) { return u.letter == letter; });
+    return unit != kMilliseconds ? unit : nullptr;
 }
 
-// False when the component is out of range.
-bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amount) {
-    const auto& [letter, perDay, ms, limit] = kUnits[unit].value;
-    if (!isFirst && amount.value > limit) {
+// False when the component is out of range. An integer that is not the first is less than a day.
+bool AddComponent(Time& time, const Unit* unit, bool isFirst, const Amount& amount) {
+    const auto& [letter, perDay, ms, limit] = *unit;
+    if (!isFirst && (amount.isShort ? amount.wrapped > limit : amount.value > limit)) {
         return false;
     }
     const bool mayBeLong = unit == kMilliseconds || (unit == kMinutes && isFirst);
-    if (amount.isFraction || (mayBeLong && !amount.isShort)) {
+    if (!amount.isShort && (amount.isFraction || mayBeLong)) {
         int32_t days = 0;
         if (!Truncate(amount.value / perDay, days)) {
             return false;
@@ -127,16 +124,25 @@ bool AddComponent(Time& time, DurationUnit unit, bool isFirst, const Amount& amo
         time.ms += std::fmod(amount.value, perDay) * ms;
         return true;
     }
-    const auto whole = static_cast<int32_t>(amount.wrapped);
-    AddDays(time, whole / perDay);
-    time.ms += whole % perDay * ms;
+    auto whole = static_cast<int32_t>(amount.wrapped);
+    if (isFirst) {
+        AddDays(time, whole / perDay);
+        whole %= perDay;
+    }
+    time.ms += whole * ms;
     return true;
 }
 
 }  // namespace
 
+// On a copy, whose fields can stay in registers: nothing has its address.
 template <typename Cursor>
 [[gnu::flatten]] Found Recogniser<Cursor>::PrefixedLiteral() {
+    return Apart().TimeLiteral();
+}
+
+template <typename Cursor>
+inline Found Recogniser<Cursor>::TimeLiteral() {
     const TOKEN_KIND kind = TimeKindOf(cursor_.TextSoFar(s_.valueBuf));
     Next();
     s_.time = Time();
@@ -156,11 +162,12 @@ template <typename Cursor>
 
 template <typename Cursor>
 inline Found Recogniser<Cursor>::Duration() {
+    Time time;
     if (At(u'-')) {
-        s_.time.sign = -1;
+        time.sign = -1;
         Next();
     }
-    DurationUnit expected = kNoUnit;
+    const Unit* expected = nullptr;
     for (;;) {
         Amount amount;
         if (!IsA(kDecimal) || !PassAmount(amount)) {
@@ -171,8 +178,8 @@ inline Found Recogniser<Cursor>::Duration() {
         if (mayBeMilliseconds && !cursor_.CanPeek()) {
             return kElsewhere;
         }
-        const DurationUnit unit = UnitOf(c, mayBeMilliseconds ? cursor_.Peek() : u'\0', expected);
-        if (unit == kNoUnit || !AddComponent(s_.time, unit, expected == kNoUnit, amount)) {
+        const Unit* const unit = UnitOf(c, mayBeMilliseconds ? cursor_.Peek() : u'\0', expected);
+        if (!unit || !AddComponent(time, unit, !expected, amount)) {
             return Fail(SE_TIME);
         }
         Next();
@@ -187,8 +194,9 @@ inline Found Recogniser<Cursor>::Duration() {
         } else if (!IsA(kDecimal)) {
             break;
         }
-        expected = static_cast<DurationUnit>(unit + 1);
+        expected = unit + 1;
     }
+    s_.time = time;
     return FinishTime(TK_TIME);
 }
 
@@ -210,8 +218,10 @@ inline bool Recogniser<Cursor>::PassAmount(Amount& amount) {
     if (!At(u'.')) {
         amount.wrapped = static_cast<uint32_t>(whole.value);
         amount.isShort = whole.count <= kSurelyInRange;
-        amount.value = whole.isBeyond ? std::numeric_limits<double>::infinity()
-                                      : static_cast<double>(whole.value);
+        if (!amount.isShort) {
+            amount.value = whole.isBeyond ? std::numeric_limits<double>::infinity()
+                                          : static_cast<double>(whole.value);
+        }
         return true;
     }
     amount.isFraction = true;
@@ -221,10 +231,12 @@ inline bool Recogniser<Cursor>::PassAmount(Amount& amount) {
     if (!IsA(kDecimal) || !Decimal(fraction, collect)) {
         return false;
     }
-    if (!ToDoubleExactly(whole, fraction, 0, amount.value)) {
-        amount.value = Cursor::kIsWhole ? ToDouble(from, static_cast<int32_t>(cursor_.At() - from))
-                                        : ToDouble(s_.valueBuf, collected);
+    double value = 0;  // whose address is taken, so that it is no part of the amount
+    if (!ToDoubleExactly(whole, fraction, 0, value)) {
+        value = Cursor::kIsWhole ? ToDouble(from, static_cast<int32_t>(cursor_.At() - from))
+                                 : ToDouble(s_.valueBuf, collected);
     }
+    amount.value = value;
     return true;
 }
 
@@ -272,7 +284,7 @@ inline bool Recogniser<Cursor>::ClockTime(uint32_t& minutes) {
         !PassAmount(seconds)) {
         return false;
     }
-    s_.time.ms = hours * kMsPerHour + minutes * kMsPerMinute + seconds.value * kMsPerSecond;
+    s_.time.ms = hours * kMsPerHour + minutes * kMsPerMinute + seconds.Value() * kMsPerSecond;
     return true;
 }
 

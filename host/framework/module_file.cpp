@@ -79,6 +79,8 @@ uint32_t GetModuleFileNameW(HINSTANCE module, char16_t* buffer, uint32_t size) {
     } else if (!GetModulePath(module, path)) {
         return 0;
     }
-    CopyUtf8ToUtf16(path, buffer, size);
-    return static_cast<uint32_t>(std::char_traits<char16_t>::length(buffer));
+    // What is cut in front of a pair is a character shorter than the buffer.
+    return CopyUtf8ToUtf16(path, buffer, size)
+               ? static_cast<uint32_t>(std::char_traits<char16_t>::length(buffer))
+               : size - 1;
 }

@@ -108,8 +108,7 @@ class ConfigurationReader {
         const bool isPart =
             next.word == Word::kTask || next.word == Word::kProgram || next.word == Word::kResource;
         const Piece behind = cursor_.Peek(1);
-        const bool isNext =
-            isPart && (next.isFirst || (cursor_.IsName(behind) && !behind.isFirst));
+        const bool isNext = isPart && (next.isFirst || (cursor_.IsName(behind) && !behind.isFirst));
         if (cursor_.IsName(next) && !isNext && !IsAtBoundary(context_)) {
             cursor_.Take();
         } else {

@@ -41,8 +41,11 @@ bool IsAtHeader(Context& context, bool anywhere) {
     }
     const std::size_t name = BehindModifiers(context, 1);
     const Piece behind = cursor.Peek(name + 1);
-    const bool isOperator = IsOfCode(cursor.Peek(name).word) && !behind.Is(OP_COLON);
-    if (!cursor.IsName(cursor.Peek(name)) || isOperator) {
+    const Piece called = cursor.Peek(name);
+    const bool isOperator = IsOfCode(called.word) && !behind.Is(OP_COLON);
+    const bool isNext = IsSection(called.word) || IsEnd(called.word) ||
+                        (called.isFirst && IsHeader(called.word) && cursor.IsName(behind));
+    if (!cursor.IsName(called) || isOperator || isNext) {
         return false;
     }
     return word != Word::kType || behind.Is(OP_COLON) || behind.word == Word::kExtends;

@@ -59,10 +59,11 @@ class Reader {
     // same line.
     bool ReadHeader(Word word) {
         // Nothing but a frame, or a type whose sign is missing, can be meant here.
-        const bool isFrame =
-            cursor_.Peek().isFirst &&
-            (word == Word::kInterface || (word == Word::kType && cursor_.IsName(cursor_.Peek(1)) &&
-                                          !IsEnd(cursor_.Peek(1).word)));
+        const Piece behind = cursor_.Peek(1);
+        const bool isOfTypes =
+            behind.Is(OP_SEMICOLON) || (cursor_.IsName(behind) && !IsEnd(behind.word));
+        const bool isFrame = cursor_.Peek().isFirst &&
+                             (word == Word::kInterface || (word == Word::kType && isOfTypes));
         const bool isBehindUnit = !isStray_ || cursor_.Peek().spot.line == attributeLine_;
         if (!IsAtHeader(context_, isBehindUnit) && !isFrame) {
             return false;

@@ -20,8 +20,8 @@ constexpr bool Begins(char16_t c) {
 }
 constexpr auto kBegins = [] {
     std::array<bool, 128> begins{};
-    for (char16_t c = 0; c < begins.size(); ++c) {
-        begins[c] = Begins(c);
+    for (std::size_t c = 0; c < begins.size(); ++c) {
+        begins[c] = Begins(static_cast<char16_t>(c));
     }
     return begins;
 }();

@@ -15,16 +15,17 @@ class TypeBlockReader {
         const Piece word = cursor_.Take();
         for (;;) {
             PassModifiers(context_);
-            if (cursor_.Peek().Is(OP_SEMICOLON)) {
+            const Word next = cursor_.Peek().word;
+            const bool isAtBoundary = IsAtBoundary(context_);
+            const bool isStray =  // of what could not be read
+                isAtBoundary && (next == Word::kEndStruct || next == Word::kEndUnion);
+            if (cursor_.Peek().Is(OP_SEMICOLON) || isStray) {
                 cursor_.Take();
-            } else if (!IsAtBoundary(context_)) {
+            } else if (!isAtBoundary) {
                 ReadOne();
-            } else if (cursor_.Peek().word == Word::kEndType) {
+            } else if (next == Word::kEndType) {
                 cursor_.Take();
                 return;
-            } else if (cursor_.Peek().word == Word::kEndStruct ||
-                       cursor_.Peek().word == Word::kEndUnion) {
-                cursor_.Take();  // of what could not be read
             } else {
                 WarnMissing(context_, word.spot, Spelled(Word::kEndType));
                 return;

@@ -252,7 +252,7 @@ class LQ_DATA_API CgTab {
     }
 
     // Writes the user area of the line at `pos` and moves `pos` to the next line (-1: of the
-    // current line).
+    // current line). 0 and no change when that is none, or reaches beyond the table.
     int Write(TAB_ID id, int32_t& pos, const void* usr);
     // Writes the user area of the current line.
     int Write(TAB_ID id, const void* usr);
@@ -320,7 +320,8 @@ class LQ_DATA_API CgTab {
     // One table without its length; the number of bytes written.
     int32_t Put(TAB_ID id, STREAM_A& s);
     // Reads `n` bytes of a table from a stream, at the table's current position, without a look at
-    // its index; the number of bytes read.
+    // its index; the number of bytes read. An index does not find what it knew where other lines
+    // stand now, nor older lines of the same name, so clear the table first.
     int32_t Get(TAB_ID id, STREAM_A& s, int32_t n);
     // Writes the user areas of a table, in line order. The number of bytes; or -1, and the table is
     // empty then.
@@ -354,9 +355,10 @@ class LQ_DATA_API CgTab {
     R_FILE* handle_(TAB_ID id) const;
 
     // Lines to records.
-    template <typename Record>
-    int ReadRecord(TAB_ID id, int32_t& pos, Record& line, int keepAtUser, void* usr);
+    template <TAB_ID kId, typename Record>
+    int ReadRecord(int32_t& pos, Record& line, int keepAtUser, void* usr);
     const char16_t* KeepText(const LineBody& body);
+    static void CopyShort(const LineBody& body, char16_t (&to)[kNameSize]);
     bool GetTypeDsc(IEC_TYPE type, LineBody& body, TYP_DSC& dsc);
     bool Decode(LineBody& body, DBG_INFO& line);
     bool Decode(LineBody& body, POU_LINE& line);
@@ -370,7 +372,7 @@ class LQ_DATA_API CgTab {
     int Read(int32_t& pos, ArrDsc& a);
 
     template <typename Record>
-    int32_t LookName(TAB_ID id, POS_DSC range, const char16_t* name, Record* line, int inc);
+    int32_t LookName(TAB_ID id, const POS_DSC& range, const char16_t* name, Record* line, int inc);
 
     // Insertion.
     int32_t LookOrAppend(TAB_ID id, Line& line);
@@ -393,9 +395,9 @@ class LQ_DATA_API CgTab {
     alignas(2) unsigned char shortBuf[256] = {};
 };
 
-// Releases the scanner that all table sets of the calling thread share; the next set constructed on
-// it makes it again. Only while no set is in use there. A thread that ends need not call it: the
-// scanner goes with the thread (lq::ReleaseThread).
+// Releases the scanner that all table sets of the calling thread share; the next set that is
+// constructed there, or that decodes a declaration there, makes it again. A thread that ends need
+// not call it: the scanner goes with the thread (lq::ReleaseThread).
 LQ_DATA_API void CgTab_ReleaseTokenScanner();
 
 // 1 when table 1 has no unit of that name and the project model reports that it calls itself.

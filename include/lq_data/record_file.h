@@ -80,6 +80,12 @@ class LQ_DATA_API R_FILE {
     uint32_t BlRead(const void*& p);
     // The same at `pos`, the current position staying; 0 outside 0 to the length.
     uint32_t Peek(int32_t pos, const void*& p) const;
+    // The same at the current position of an open file, which stays.
+    uint32_t Peek(const void*& p) const {
+        p = BytesAt(cur_);
+        const uint32_t room = RoomAt(cur_);
+        return room < Rest() ? room : Rest();
+    }
 
     LQ_ALLOCATED
 

@@ -1,5 +1,6 @@
 // Images that were damaged: every answer is a failure or other content, never a crash, an
 // over-read, an endless loop or an allocation larger than what is there.
+#include <functional>
 #include <set>
 
 #include "fuzz/targets.h"
@@ -178,6 +179,47 @@ TEST(DamagedLines, OtherNamesAreFoundAsByWalking) {
                 }
             }
         }
+    }
+}
+
+// A line that ends before what is to be replaced leaves the one behind it as it is.
+TEST(DamagedLines, NoOtherLineIsWrittenTo) {
+    const Image label = {8, 0, 0, 0, 1, 'b', 0, 0, 1, 0, 0, 0};
+    const Image temporary = {13, 0, 0, 0, 1, 0, 'b', 0, 1, 2, 0, 0, 0, 1, 0, 0, 0};
+    const struct {
+        CgTab::TAB_ID id;
+        Image damaged;
+        const Image& behind;
+        std::function<int32_t(CgTab&)> enter;
+    } cases[] = {
+        {CgTab::TAB_LBL,
+         {3, 0, 0, 0, 1, 'a', 0},
+         label,
+         [](CgTab& tables) { return tables.Insert(u"a", static_cast<CgTab::LBL_INFO>(1)); }},
+        {CgTab::TAB_TMP,
+         {4, 0, 0, 0, 1, 0, 'a', 0},
+         temporary,
+         [](CgTab& tables) { return tables.Insert(u"a", IEC_INT, CgTab::TYP_DSC{}, 9); }},
+        {CgTab::TAB_TMP,
+         {8, 0, 0, 0, 1, 0, 'a', 0, 7, 0, 0, 0},
+         temporary,
+         [](CgTab& tables) {
+             return CgTabCompiler::ReplaceTemporary(tables, u"a", IEC_INT, CgTab::TYP_DSC{}, 9);
+         }},
+    };
+    for (const auto& one : cases) {
+        Image lines = one.damaged;
+        lines.insert(lines.end(), one.behind.begin(), one.behind.end());
+        auto tables = NewTables();
+        MEMSTREAM_A stream;
+        Fill(stream, lines);
+        tables->Get(one.id, stream, static_cast<int32_t>(lines.size()));
+        EXPECT_EQ(one.enter(*tables), -1);
+        MEMSTREAM_A now;
+        tables->Put(one.id, now);
+        ASSERT_GE(static_cast<size_t>(now.GetSize()), lines.size());
+        EXPECT_TRUE(
+            std::equal(one.behind.begin(), one.behind.end(), now.GetData() + one.damaged.size()));
     }
 }
 

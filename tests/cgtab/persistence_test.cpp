@@ -93,14 +93,10 @@ TEST(Persistence, TheSharedScannerComesBack) {
     CgTab_ReleaseTokenScanner();
     CgTab_ReleaseTokenScanner();
     const DeclText array = {DS_VAR_GLOBAL, u"a", DT_ARRAY, u"ARRAY [0..1] OF BOOL"};
-    for (const DeclText& text :
-         {DeclText{DS_VAR_GLOBAL, u"i", DT_ELEMENTARY, u"INT"},
-          DeclText{DS_VAR_GLOBAL, u"s", DT_STRING, u"STRING(5)"}, array,
-          DeclText{DS_VAR_GLOBAL, u"f", DT_FB_INSTANCE, u"TON", u"", u"%QW1"}}) {
-        EXPECT_EQ(tables->Insert(NewDecl(text).get()), -1) << Ascii(text.name.c_str());
-    }
+    EXPECT_EQ(tables->Insert(NewDecl(array).get()), 0) << "with its keywords, for a set that was";
+    CgTab_ReleaseTokenScanner();
     tables = NewTables();
-    EXPECT_EQ(tables->Insert(NewDecl(array).get()), 0) << "with its keywords";
+    EXPECT_EQ(tables->Insert(NewDecl(array).get()), 0) << "for a new one";
 }
 
 // A stream over memory whose n-th call (1: the first) moves a part of what it is asked for.

@@ -35,6 +35,11 @@ TEST(HashTable, EmptyAndNullKeys) {
     EXPECT_EQ(pos, nullptr);
     EXPECT_EQ(table.GetStartPosition(), nullptr);
     EXPECT_EQ(table.GetHashTableAssoc(), nullptr);
+    table.Insert(u"a", 1);
+    table.RemoveKey(u"a");
+    EXPECT_NE(table.GetHashTableAssoc(), nullptr);
+    table.RemoveAll();
+    EXPECT_EQ(table.GetHashTableAssoc(), nullptr);
     EXPECT_EQ(table.Insert(nullptr, 1), nullptr);
     EXPECT_NE(table.Insert(u"", 1), nullptr);
     EXPECT_EQ(table.GetID(nullptr), -1);

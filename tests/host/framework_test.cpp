@@ -44,6 +44,13 @@ TEST(Module, NamesItsFile) {
         EXPECT_EQ(EncodeUtf8(small), file.substr(0, 4));
     }
     EXPECT_EQ(GetModuleFileNameW(nullptr, nullptr, 0), 0u);
+
+    // A pair that does not fit whole is left out, and the name cut all the same.
+    LQ_MODULE pair{u"\U0001F600"};
+    std::u16string name(folder.size() + 3, u'x');
+    const auto size = static_cast<uint32_t>(name.size());
+    EXPECT_EQ(GetModuleFileNameW(&pair, name.data(), size), size - 1);
+    EXPECT_EQ(EncodeUtf8(name.c_str()), folder + "/");
 }
 
 TEST(Module, LoadsAndFreesLibraries) {

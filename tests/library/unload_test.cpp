@@ -20,7 +20,7 @@ using FindClass = const void* (*)(const char*);
 constexpr const char* kLibraries[] = {
     "liblq_data.so.1",         "liblq_host_base.so.1",    "liblq_host_model.so.1",
     "liblq_host_plcopen.so.1", "liblq_host_symbols.so.1", "liblq_host_text_source.so.1",
-    "liblq_host_diff.so.1",    "liblq_host_uses.so.1",
+    "liblq_host_diff.so.1",    "liblq_host_uses.so.1",    "liblq_host_check.so.1",
 };
 
 int faults = 0;
@@ -105,12 +105,24 @@ void KeepTheFramework(const fs::path& folder, const fs::path& module) {
     CheckNothingStays("the framework kept", folder);
 }
 
+// At the end of a process, too, what a thread keeps is kept: when no other but one that has ended
+// used the library.
+void* lastUsed = nullptr;
+
+void UseLate() {
+    if (lastUsed && TextOf(lastUsed).empty()) {
+        std::puts("nothing is kept at the end of the process");
+        std::_Exit(1);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 3) {
         return 2;
     }
+    std::atexit(UseLate);  // behind what the library does there
     const fs::path folder = argv[1];
     const fs::path module = argv[2];
     std::string name = (fs::temp_directory_path() / "lq_unload_XXXXXX").string();
@@ -157,6 +169,9 @@ int main(int argc, char** argv) {
         dlclose(user);
     }
     fs::remove_all(temp);
+    void* const user = Load(module);
+    std::thread([user] { TextOf(user); }).join();
+    lastUsed = user;
     std::printf("%d faults\n", faults);
     return faults == 0 ? 0 : 1;
 }

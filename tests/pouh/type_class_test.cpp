@@ -33,4 +33,16 @@ TEST_F(TypeClassTest, AcceptedAndRejected) {
     }
 }
 
+// Names count with all their characters, also those that the scanner's buffers cannot hold.
+TEST_F(TypeClassTest, LongNames) {
+    const std::u16string motor(2500, u'F'), point(2500, u'P');
+    project_.NewPou(LQ_KIND_FUNCTION_BLOCK, motor.c_str());
+    project_.NewDataType(point.c_str());
+    for (const std::u16string& text : {motor, point, u"ARRAY [1..2] OF " + point}) {
+        TypeClass type{};
+        EXPECT_EQ(ClassifyType(text.c_str(), type), Classification::kAccepted);
+        EXPECT_NE(ClassifyType((text + u"x").c_str(), type), Classification::kAccepted);
+    }
+}
+
 }  // namespace

@@ -37,10 +37,18 @@ constexpr long kSamples = 40;  // of a job, unless the environment tells the dis
 const std::string source =
     "x := 16#G; (* " + std::string(5000, 'a') + " *) 'abc' T#1h 1.5E400 LD Äß;\n";
 
+// In windows-1252, with a fault of each kind, and every form of use.
+const std::string faults =
+    "CONFIGURATION C TASK T(INTERVAL := T#1s); PROGRAM P WITH U : Main; VAR_CONFIG END_VAR "
+    "END_CONFIGURATION TYPE S : STRUCT a : INT; END_STRUCT; E : (Red, Red); F : ; END_TYPE "
+    "VAR_GLOBAL g : S; g : INT (* \xFC *) END_VAR METHOD M END_METHOD PROGRAM Main VAR a : INT := "
+    "5 b : S; x y; END_VAR b.a := E#Red + g.a; T(q := a); l: { a } 'open\nEND_FUNCTION (* (* *)";
+
 class FailingMalloc : public testing::TestWithParam<Job> {
   protected:
     void SetUp() override {
         WriteFile(InFolder("plant.xml"), ReadFile(LQ_TEST_EXAMPLES "/plant/plant.xml"));
+        WriteFile(InFolder("plant.st"), ReadFile(LQ_TEST_EXAMPLES "/plant/plant.st"));
         WriteFile(InFolder("source.st"), source);
         WriteFile(InFolder("input"), GetParam().input);
         ASSERT_EQ(RunShell("mkdir -p japanese/user").status, 0);
@@ -167,6 +175,12 @@ const Job kJobs[] = {
     {"SymbolsJson", {"symbols", "plant.xml", "-u", "Clamp", "--json"}},
     {"Diff", {"diff", "plant.xml", "-"}, "<project><types/></project>"},
     {"DiffJson", {"diff", "-", "plant.lqt", "--json"}, "<project><types/></project>"},
+    {"TranslateText", {"translate", "plant.st", "-o", "out"}},
+    {"TranslateFaults", {"translate", "-"}, faults.c_str()},
+    {"CheckText", {"check", "plant.st"}}, {"CheckFaults", {"check", "-"}, faults.c_str()},
+    {"UsesInText", {"uses", "plant.st", "litres"}},
+    {"DiffOfTexts", {"diff", "plant.xml", "plant.st"}},
+    {"DiffOfFaults", {"diff", "plant.st", "-", "--json"}, faults.c_str()},
     {"JapaneseTasks", {"tasks", "plant.xml"}, "", "japanese"},
     {"JapaneseValue", {"value", "1", "X"}, "", "japanese"},
     {"JapaneseNoXml", {"show", "-"}, "<project><a></project>", "japanese"},

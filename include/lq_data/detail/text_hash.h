@@ -69,24 +69,27 @@ constexpr uint64_t Everywhere(uint64_t character) {
     return character * 0x0001000100010001u;
 }
 
-// Not inlined: the code for ASCII, which is inlined, then has no registers to save for it.
-[[gnu::noinline]] inline uint64_t AnyToUpper(uint64_t word) {
+constexpr bool IsAscii(uint64_t word) {
+    return (word & Everywhere(0xFF80)) == 0;
+}
+
+// The upper-case forms of four characters of ASCII.
+constexpr uint64_t AsciiToUpper(uint64_t word) {
+    const uint64_t fromA = word + Everywhere(0x8000 - u'a');
+    const uint64_t behindZ = word + Everywhere(0x8000 - u'z' - 1);
+    return word - ((fromA & ~behindZ & Everywhere(0x8000)) >> 10);  // 0x20 each
+}
+
+inline uint64_t ToUpper(uint64_t word) {
+    if (IsAscii(word)) {
+        return AsciiToUpper(word);
+    }
     char16_t characters[kStep];
     std::memcpy(characters, &word, sizeof word);
     for (char16_t& c : characters) {
         c = chars::ToUpper(c);
     }
     return Load(characters);
-}
-
-// The upper-case forms of four characters; all four at once when they are ASCII.
-inline uint64_t ToUpper(uint64_t word) {
-    if ((word & Everywhere(0xFF80)) != 0) {
-        return AnyToUpper(word);
-    }
-    const uint64_t fromA = word + Everywhere(0x8000 - u'a');
-    const uint64_t behindZ = word + Everywhere(0x8000 - u'z' - 1);
-    return word - ((fromA & ~behindZ & Everywhere(0x8000)) >> 10);  // 0x20 each
 }
 
 // The product of two 64-bit numbers, its halves laid over each other: no half of a factor decides
@@ -165,6 +168,13 @@ Measured MeasureAndHash(const char16_t* text, Convert convert) {
 inline constexpr auto kAsItIs = [](uint64_t word) { return word; };
 inline constexpr auto kUpper = [](uint64_t word) { return ToUpper(word); };
 
+[[gnu::noinline]] inline uint32_t OfAnyName(const char16_t* text, std::size_t length) {
+    return Hash(text, length, kUpper);
+}
+[[gnu::noinline]] inline Measured OfAnyName(const char16_t* text) {
+    return MeasureAndHash(text, kUpper);
+}
+
 }  // namespace detail
 
 inline uint32_t OfText(const char16_t* text, std::size_t length) {
@@ -174,12 +184,23 @@ inline Measured OfText(const char16_t* text) {
     return detail::MeasureAndHash(text, detail::kAsItIs);
 }
 
-// The hash of a name: equal for texts that differ in case only.
+// The hash of a name: equal for texts that differ in case only. Names are taken for ASCII, and
+// those that are not are hashed once more: then no step of the others needs a test and a call.
 inline uint32_t OfName(const char16_t* text, std::size_t length) {
-    return detail::Hash(text, length, detail::kUpper);
+    uint64_t all = 0;
+    const uint32_t hash = detail::Hash(text, length, [&all](uint64_t word) {
+        all |= word;
+        return detail::AsciiToUpper(word);
+    });
+    return detail::IsAscii(all) ? hash : detail::OfAnyName(text, length);
 }
 inline Measured OfName(const char16_t* text) {
-    return detail::MeasureAndHash(text, detail::kUpper);
+    uint64_t all = 0;
+    const Measured name = detail::MeasureAndHash(text, [&all](uint64_t word) {
+        all |= word;
+        return detail::AsciiToUpper(word);
+    });
+    return detail::IsAscii(all) ? name : detail::OfAnyName(text);
 }
 
 // Hash of a text in bytes, such as UTF-8.

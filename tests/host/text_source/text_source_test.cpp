@@ -1,6 +1,7 @@
 // What holds of every text: nothing is lost, places are right, memory may be short.
 #include <fstream>
 #include <map>
+#include <new>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -10,7 +11,7 @@
 
 #include "lq_data/host/text/message.h"
 #include "tests/host/plcopen/plcopen_util.h"
-#include "tests/support/test_allocator.h"
+#include "tests/support/memory_jobs.h"
 
 namespace {
 
@@ -123,18 +124,20 @@ TEST(TextSource, ReadsTheEncodingsOfSources) {
 }
 
 TEST(TextSource, WantOfMemoryIsAReport) {
-    const std::u16string text = u"PROGRAM P VAR a : INT; END_VAR a := 1; END_PROGRAM";
-    lq::test::FailEachAllocation([&](const lq::test::FailingAllocation& failing) {
-        try {
-            Project project;
-            std::vector<Report> reports;
-            const bool isRead = ReadText(text, "test.st", project, reports);
-            EXPECT_TRUE(isRead || (failing.HasFailed() && !reports.empty() &&
-                                   reports.back().message == "memory is short"));
-        } catch (const std::bad_alloc&) {
-            EXPECT_TRUE(failing.HasFailed());  // the project itself
-        }
-    });
+    lq::test::RunWithFailures(
+        {"reading", []() -> lq::test::Attempt {
+             return [] {
+                 try {
+                     ReadProject read;
+                     read.ReadAsText(Plant("st"));
+                     const bool isShort =
+                         !read.complete && read.reports.back().message == "memory is short";
+                     return isShort ? lq::test::kShort : Declared(read.project) + read.Told();
+                 } catch (const std::bad_alloc&) {
+                     return lq::test::kShort;  // the project itself
+                 }
+             };
+         }});
 }
 
 }  // namespace
