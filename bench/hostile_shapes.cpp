@@ -237,6 +237,50 @@ constexpr Shape kShapes[] = {
          return "CONFIGURATION c\n" + Fill(n / 2, string("TASK T(PRIORITY := 1);\n")) +
                 Fill(n / 2, string("PROGRAM p WITH T : Main;\n"));
      }},
+    {"a text of nested comments",
+     [](size_t n) { return Fill(n / 2, string("(*")) + Fill(n / 2, string("*)")); }},
+    {"a text of comments that nest once too often",
+     [](size_t n) { return Fill(n, string("(* (* *) *) (* (* *)\n")); }},
+    {"a text of brackets in a body",
+     [](size_t n) { return "PROGRAM p\na := " + Fill(n, string("a[(")) + "\nEND_PROGRAM"; }},
+    {"a text of nested types",
+     [](size_t n) { return InText("a : " + Fill(n, string("ARRAY [1..2] OF "))); }},
+    {"a text of nested values",
+     [](size_t n) {
+         return InText("a : INT := " + Fill(n / 2, string("(a := [")) + Fill(n / 2, string("])")) +
+                       ";");
+     }},
+    {"a text of one long token", [](size_t n) { return string(n, '1'); }, kLong},
+    {"a text with a long address",
+     [](size_t n) { return InText("a AT %IX" + string(n, '1') + " : INT;"); }, kLong},
+    {"a text with a long line",
+     [](size_t n) { return "PROGRAM p VAR " + Fill(n, string("a : INT := 'open ")); }},
+    {"a text with a long comment in front of a unit",
+     [](size_t n) { return "(*" + string(n, 'x') + "*)\nPROGRAM p\nEND_PROGRAM\n"; }, kLong},
+    {"a text of units of one name",
+     [](size_t n) { return Fill(n, string("PROGRAM p VAR a : INT; END_VAR END_PROGRAM\n")); }},
+    {"a text of types of one name",
+     [](size_t n) { return "TYPE\n" + Fill(n, string("a : (a, b) := a;\n")) + "END_TYPE\n"; }},
+    {"a text of sections of one unit",
+     [](size_t n) { return "PROGRAM p\n" + Fill(n, string("VAR END_VAR\n")); }},
+    {"a text of sections behind a body",
+     [](size_t n) { return "PROGRAM p\n;\n" + Fill(n, string("VAR a : INT;\nEND_VAR\n")); }},
+    {"a text of methods",
+     [](size_t n) {
+         return "PROGRAM p\n" + Fill(n, [](size_t i) { return "METHOD m" + No(i) + "\n"; });
+     }},
+    {"a text of faults of all kinds",
+     [](size_t n) {
+         return "PROGRAM p\nVAR\n" + Fill(n, [](size_t i) {
+                    return "a" + No(i) + " : ;\nb" + No(i) + " INT;\n) c : INT AT %I1;\n'x\n";
+                });
+     }},
+    {"a text of resources without an end",
+     [](size_t n) { return "CONFIGURATION c\n" + Fill(n, string("RESOURCE r ON\nVAR_ACCESS\n")); }},
+    {"a text of paths",
+     [](size_t n) {
+         return "CONFIGURATION c\nVAR_CONFIG\n" + Fill(n, string("a.")) + " : INT;\nEND_VAR\n";
+     }},
     {"a text of comments",
      [](size_t n) { return InText(Fill(n, string("// a\n(* b *) c : INT;"))); }},
 };

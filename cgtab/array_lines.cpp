@@ -73,7 +73,7 @@ int32_t CgTab::Insert(const ArrDsc& a) {
     return table->AppendLine(line);
 }
 
-int CgTab::Read(int32_t& pos, ArrDsc& a) {
+[[gnu::noinline]] int CgTab::Read(int32_t& pos, ArrDsc& a) {
     Table* const table = TableOf(TAB_ARR);
     if (!table) {
         pos = 0;

@@ -38,7 +38,7 @@ void CgTab::CopyShort(const LineBody& body, char16_t (&to)[kNameSize]) {
 }
 
 template <CgTab::TAB_ID kId, typename Record>
-[[gnu::flatten]] int CgTab::ReadRecord(int32_t& pos, Record& line, int keepAtUser, void* usr) {
+int CgTab::ReadRecord(int32_t& pos, Record& line, int keepAtUser, void* usr) {
     Table* const table = TableOf(kId);
     if (!table) {
         pos = 0;
@@ -58,6 +58,33 @@ template <CgTab::TAB_ID kId, typename Record>
         std::memcpy(usr, body.usr, table->UsrLen_());
     }
     return 1;
+}
+
+// A look-up with the reading of what it finds, in one piece: half of its work is that.
+template <CgTab::TAB_ID kId, typename Record>
+[[gnu::flatten]] int32_t CgTab::LookName(const POS_DSC& range, const char16_t* name, Record* line,
+                                         int inc) {
+    Table* const table = TableOf(kId);
+    if (!table || !name) {
+        return -1;
+    }
+    LookTyp look(kId, name);
+    const int32_t pos = table->LookLine(range, look, inc ? 1 : 0);
+    int32_t next = pos;
+    if (pos < 0 || (line && !ReadRecord<kId>(next, *line, 0, nullptr))) {
+        return -1;
+    }
+    return pos;
+}
+
+int32_t CgTab::Look(const char16_t* name, POU_LINE* line, int inc) {
+    return LookName<TAB_POU>(kWholeTable, name, line, inc);
+}
+int32_t CgTab::Look(POS_DSC range, const char16_t* name, CMP_LINE* line, int inc) {
+    return LookName<TAB_CMP>(range, name, line, inc);
+}
+int32_t CgTab::Look(const char16_t* name, GLB_LINE* line, int inc) {
+    return LookName<TAB_GLB>(kWholeTable, name, line, inc);
 }
 
 int CgTab::Read(int32_t& pos, DBG_INFO& line, int keepAtUser, void* usr) {
@@ -89,7 +116,7 @@ int CgTab::Read(int32_t& pos, DMM_LINE& line, int keepAtUser, void* usr) {
 }
 
 // The name in a buffer of the set; null when memory is short.
-const char16_t* CgTab::KeepText(const LineBody& body) {
+[[gnu::noinline]] const char16_t* CgTab::KeepText(const LineBody& body) {
     auto* text = reinterpret_cast<char16_t*>(shortBuf);
     if (body.nameLength > kShortName) {
         lq::Release(longBuf);

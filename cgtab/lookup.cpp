@@ -27,34 +27,6 @@ int32_t CgTab::Look(const DBG_INFO& info, void* usr) {
     return pos;
 }
 
-template <typename Record>
-int32_t CgTab::LookName(TAB_ID id, const POS_DSC& range, const char16_t* name, Record* line,
-                        int inc) {
-    Table* const table = TableOf(id);
-    if (!table || !name) {
-        return -1;
-    }
-    LookTyp look(id, name);
-    const int32_t pos = table->LookLine(range, look, inc ? 1 : 0);
-    int32_t next = pos;
-    if (pos < 0 || (line && !Read(next, *line, 0, nullptr))) {
-        return -1;
-    }
-    return pos;
-}
-
-int32_t CgTab::Look(const char16_t* name, POU_LINE* line, int inc) {
-    return LookName(TAB_POU, kWholeTable, name, line, inc);
-}
-
-int32_t CgTab::Look(POS_DSC range, const char16_t* name, CMP_LINE* line, int inc) {
-    return LookName(TAB_CMP, range, name, line, inc);
-}
-
-int32_t CgTab::Look(const char16_t* name, GLB_LINE* line, int inc) {
-    return LookName(TAB_GLB, kWholeTable, name, line, inc);
-}
-
 int CgTab_IsRecursivPOU(CgTab* tab, const char16_t* name) {
     CgTab::POU_LINE line;
     if (!tab || !name || tab->Look(name, &line, 0) >= 0) {

@@ -149,7 +149,7 @@ uint32_t R_FILE::Read(void* buf, uint32_t n) {
     return n;
 }
 
-uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
+[[gnu::noinline]] uint32_t R_FILE::ReadAt(int32_t pos, void* buf, uint32_t n) const {
     auto* to = static_cast<unsigned char*>(buf);
     const void* from = nullptr;
     uint32_t done = 0;

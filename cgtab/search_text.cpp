@@ -50,7 +50,8 @@ int32_t PutPrefix(int32_t id, const unsigned char* key, char16_t (&to)[kMaxPrefi
     return length;
 }
 
-bool SearchText::Form(int32_t id, const unsigned char* key, const void* name, uint32_t length) {
+[[gnu::noinline]] bool SearchText::Form(int32_t id, const unsigned char* key, const void* name,
+                                        uint32_t length) {
     char16_t prefix[kMaxPrefix];
     const int32_t prefixLength = PutPrefix(id, key, prefix);
     if (prefixLength < 0) {

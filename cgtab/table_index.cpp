@@ -151,7 +151,7 @@ int32_t CgTab::Table::LookIndex(const POS_DSC& range, LookTyp& look, int inc) {
 // The answer of a walk over all lines, which needs no memory. What the index does not have is
 // looked for behind its lines; the last of them is walked once more, so that the table ends up
 // where a walk leaves it.
-int32_t CgTab::Table::LookName(const LookTyp& look, int inc) {
+[[gnu::noinline]] int32_t CgTab::Table::LookName(const LookTyp& look, int inc) {
     SearchText text;
     int32_t from = 0;
     if (Index() && FormText(look, text)) {
@@ -235,7 +235,7 @@ bool CgTab::Table::IsIndexed(int32_t pos) const {
 
 // An index that could not take all lines is dropped, so that a search never misses one silently;
 // the table ends, as it does for every reader, at its end or in front of what is no line.
-int CgTab::Table::CreateHashTable() {
+[[gnu::noinline]] int CgTab::Table::CreateHashTable() {
     ClearHashTable();
     if (!IsTableHashed() && !Traits().IsWalked()) {
         return 0;

@@ -5,7 +5,7 @@
 
 #include "cgtab/table.h"
 
-int CgTab::Table::FailRead(int32_t& pos) {
+[[gnu::noinline]] int CgTab::Table::FailRead(int32_t& pos) {
     SeekTo(0);
     pos = 0;
     return 0;
@@ -91,7 +91,7 @@ int32_t CgTab::Table::AppendLine(Line& line) {
 
 // Neighbours often have one address, the empty one, and one constant: what was found last is asked
 // first where a text would have to be formed.
-int32_t CgTab::Table::LookOrAppend(Line& line) {
+[[gnu::flatten]] int32_t CgTab::Table::LookOrAppend(Line& line) {
     if (lastFound_ >= 0 && TransLookDcr(line.look) && IsLineOf(line.look, lastFound_)) {
         if (file_.Tell() != lastFound_) {
             ResUsr_();

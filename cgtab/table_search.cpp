@@ -71,7 +71,7 @@ void CgTab::Table::PassOtherLines(const LookTyp& look, uint32_t nameBytes, POS_D
     }
 }
 
-int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, int inc) {
+[[gnu::noinline]] int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, int inc) {
     range.end = std::min(range.end, Length());
     const uint32_t headSize = 4 + look.keylen;
     const uint32_t nameBytes = look.nameLength * Traits().nameUnit;
@@ -106,7 +106,7 @@ int32_t CgTab::Table::WalkLines(POS_DSC range, const LookTyp& look, int inc) {
 }
 
 // Adds to the count that ends a line's extra bytes. A count that would become negative stays.
-bool CgTab::Table::CountUse(int32_t pos, int inc) {
+[[gnu::noinline]] bool CgTab::Table::CountUse(int32_t pos, int inc) {
     uint32_t length = 0;
     unsigned char field[4];
     const uint64_t behindCount = uint64_t{usrLen_} + sizeof(field);

@@ -121,8 +121,8 @@ class Finder {
             block_ = Is(at, u"AT") ? block_ : nullptr;
         }
         const bool isName = Is(at + 1, u":") || Is(at + 1, u",");
-        if (word.isFirst && !isName && depth_ == 0 &&
-            (IsOneOf(kSections, word) || Is(at, u"TYPE"))) {
+        const bool isOfTypes = Is(at, u"TYPE") && Is(at + 2, u":");
+        if (word.isFirst && !isName && depth_ == 0 && (IsOneOf(kSections, word) || isOfTypes)) {
             block_ = &word;
         }
         // Behind a ";" or the block's first word.

@@ -115,8 +115,8 @@ void Drawings::CheckSteps(ID unit, const BodyCode& code) {
         if (!isNew) {
             Finding& finding = ReportAt(run_, 6008, unit, SpotOf(piece),
                                         Say("the step '{}' stands twice", Utf8(piece.name)));
-            finding.related.push_back({finding.file, known->second->line, known->second->column,
-                                       Say("first declared here")});
+            run_.Relate(finding, known->second->line, known->second->column,
+                        Say("first declared here"));
         }
     }
     if (first && initial != 1) {

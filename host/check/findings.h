@@ -29,8 +29,7 @@ Spot SpotOf(const Named& named) {
 inline Finding& ReportAt(Run& run, uint16_t code, Severity severity, ID unit, const Spot& spot,
                          std::string message) {
     Finding& finding = run.Report(code, severity, unit, std::move(message));
-    finding.unit = Utf8(run.project.NameOf(unit));
-    finding.name = Utf8(spot.name);
+    finding.SetName(Utf8(run.project.NameOf(unit)), Utf8(spot.name));
     finding.line = spot.line;
     finding.column = spot.column;
     return finding;

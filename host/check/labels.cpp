@@ -17,8 +17,8 @@ void CheckBody(Run& run, ID unit, const Body& body) {
         if (!isNew) {
             Finding& finding = ReportAt(run, 8009, unit, SpotOf(label),
                                         Say("the label '{}' stands twice", Utf8(label.name)));
-            finding.related.push_back({finding.file, known->second->line, known->second->column,
-                                       Say("first declared here")});
+            run.Relate(finding, known->second->line, known->second->column,
+                       Say("first declared here"));
         }
     }
     std::unordered_set<std::u16string> targets;

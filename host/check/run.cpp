@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 #include "host/check/suppression.h"
 
@@ -28,26 +27,14 @@ ObjectPlace PlaceOf(const Project& project, ID object) {
     return place;
 }
 
-// The same for the same text, on every machine.
-std::string Digest(std::string_view text) {
-    uint64_t hash = 0xCBF29CE484222325;
-    for (const char c : text) {
-        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
-    }
-    std::string digits(16, '0');
-    for (std::size_t i = digits.size(); i-- > 0; hash >>= 4) {
-        digits[i] = "0123456789abcdef"[hash & 15];
-    }
-    return digits;
-}
-
 }  // namespace
 
-Run::Run(const Project& checkedProject, const CheckOptions& checkOptions)
+Run::Run(const Project& checkedProject, const CheckOptions& checkOptions, Store& store)
     : project(checkedProject),
       options(checkOptions),
       types(checkedProject),
-      graph(checkedProject, types) {
+      graph(checkedProject, types),
+      store_(store) {
     for (const Check* check : AllChecks()) {
         byCode_.resize(std::max<std::size_t>(byCode_.size(), check->code + std::size_t{1}));
         byCode_[check->code] = check;
@@ -92,62 +79,33 @@ Finding& Run::Report(uint16_t code, ID object, std::string message) {
 }
 
 Finding& Run::Report(uint16_t code, Severity severity, ID object, std::string message) {
-    if (!Wants(code)) {
-        nowhere_ = {};
-        return nowhere_;
-    }
-    Finding& finding = entries_.emplace_back().finding;
-    finding.check = byCode_[code];
-    finding.severity = options.severity.contains(code) ? SeverityOf(code) : severity;
-    finding.object = object;
-    finding.unit = PathOf(object);
-    finding.name = Utf8(project.NameOf(object));
-    finding.message = std::move(message);
-    ObjectPlace place = PlaceOf(project, object);
-    finding.file = std::move(place.file);
-    finding.line = place.line;
-    finding.column = place.column;
+    Finding& finding = Add(code, severity, object);
+    finding.OwnTexts().message = std::move(message);
     return finding;
+}
+
+Finding& Run::ReportName(uint16_t code, Severity severity, ID object, const char* format) {
+    Finding& finding = Add(code, severity, object);
+    finding.format = format;
+    return finding;
+}
+
+Finding& Run::Add(uint16_t code, Severity severity, ID object) {
+    if (!Wants(code)) {
+        return nowhere_ = {};
+    }
+    return store_.Add(*byCode_[code], options.severity.contains(code) ? SeverityOf(code) : severity,
+                      object);
 }
 
 void Run::Relate(Finding& finding, ID object, std::string message) const {
     ObjectPlace place = PlaceOf(project, object);
-    finding.related.push_back(
+    finding.OwnTexts().related.push_back(
         {std::move(place.file), place.line, place.column, std::move(message)});
 }
 
-ID Run::HolderOf(ID object) const {
-    switch (SortOf(object)) {
-        case Sort::kDeclaration:
-            return project.GetDeclaration(object)->owner;
-        case Sort::kVariableList:
-            return project.GetVariableList(object)->parent;
-        case Sort::kResource:
-            return project.GetResource(object)->configuration;
-        case Sort::kTask:
-            return project.GetTask(object)->resource;
-        case Sort::kProgramInstance:
-            return project.GetProgramInstance(object)->parent;
-        default:
-            return {};
-    }
-}
-
-std::string Run::PathOf(ID object) const {
-    ID holder = HolderOf(object);
-    if (SortOf(holder) == Sort::kVariableList || SortOf(holder) == Sort::kTask) {
-        holder = HolderOf(holder);
-    }
-    if (const Resource* resource = project.GetResource(holder)) {
-        const std::string configuration = Utf8(project.NameOf(resource->configuration));
-        const std::string name = Utf8(resource->name);
-        return configuration + (configuration.empty() || name.empty() ? "" : ".") + name;
-    }
-    return Utf8(project.NameOf(holder));
-}
-
-std::size_t Run::RankOf(const std::string& file) {
-    return files_.try_emplace(file, files_.size()).first->second;
+void Run::Relate(Finding& finding, uint32_t line, uint32_t column, std::string message) const {
+    finding.OwnTexts().related.push_back({{}, line, column, std::move(message)});
 }
 
 void Run::TakeReports() {
@@ -157,65 +115,69 @@ void Run::TakeReports() {
             continue;  // a check of the model says it
         }
         Finding& finding = Report(code, {}, report.message);
-        finding.file = report.file;
+        finding.SetName({}, report.path);
+        finding.file = store_.NumberOf(report.file);
         finding.line = report.line;
         finding.column = report.column;
-        finding.name = report.path;
         finding.more = report.more;
     }
 }
 
-CheckCounts Run::Deliver(const TakeFinding& take) {
+std::size_t Run::Finish() {
     if (options.reports) {
         TakeReports();
     }
-    CheckCounts counts;
-    Suppressions suppressions(*this);
-    std::vector<const Entry*> left;
-    const auto enter = [&](Entry& entry) {
-        entry.file = RankOf(entry.finding.file);
-        left.push_back(&entry);
-    };
-    for (Entry& entry : entries_) {
-        if (suppressions.Cover(entry.finding)) {
-            ++counts.suppressed;
+    Suppressions suppressions(*this, store_);
+    std::size_t suppressed = 0;
+    const std::size_t count = store_.All().size();
+    for (Finding& finding : store_.All()) {
+        if (suppressions.Cover(finding)) {
+            ++suppressed;
         } else {
-            enter(entry);
+            store_.Keep(finding);
         }
     }
-    const std::size_t count = entries_.size();
     suppressions.ReportUnused(*this);
-    std::for_each(entries_.begin() + static_cast<std::ptrdiff_t>(count), entries_.end(), enter);
-    std::ranges::stable_sort(left, [](const Entry* a, const Entry* b) {
-        const auto key = [](const Entry& e) {
-            return std::tuple(e.file, e.finding.line, e.finding.column, e.finding.check->code);
-        };
-        return key(*a) < key(*b);
-    });
-    std::unordered_map<std::string, unsigned> met;
-    for (const Entry* entry : left) {
-        Finding finding = entry->finding;
-        const std::string key =
-            CodeText(finding.check->code) + '\n' + finding.unit + '\n' + finding.name;
-        const unsigned earlier = met[key]++;
-        finding.fingerprint = Digest(earlier == 0 ? key : key + '\n' + std::to_string(earlier));
-        take(finding);
+    for (std::size_t i = count; i < store_.All().size(); ++i) {
+        store_.Keep(store_.All()[i]);
     }
-    return counts;
+    store_.Arrange();
+    return suppressed;
 }
 
 }  // namespace check
 
-CheckCounts RunChecks(const Project& project, const CheckOptions& options,
-                      const TakeFinding& take) {
-    check::Run run(project, options);
+Findings::Findings(const Project& project, const CheckOptions& options)
+    : store_(std::make_unique<check::Store>(project)) {
+    check::Run run(project, options, *store_);
     std::set<void (*)(check::Run&)> done;
     for (const Check* check : AllChecks()) {
         if (check->run && run.Wants(check->code) && done.insert(check->run).second) {
             check->run(run);
         }
     }
-    return run.Deliver(take);
+    suppressed_ = run.Finish();
+}
+
+Findings::~Findings() = default;
+
+std::size_t Findings::Count() const noexcept {
+    return store_->Kept();
+}
+
+void Findings::ForEach(const TakeFinding& take) const {
+    store_->ForEach(Severity::kOff, take);
+}
+
+void Findings::ForEach(Severity severity, const TakeFinding& take) const {
+    store_->ForEach(severity, take);
+}
+
+CheckCounts RunChecks(const Project& project, const CheckOptions& options,
+                      const TakeFinding& take) {
+    const Findings findings(project, options);
+    findings.ForEach(take);
+    return {findings.Suppressed()};
 }
 
 }  // namespace lq::host

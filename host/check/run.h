@@ -1,27 +1,20 @@
 // What the checks share: the project with what is known of it, and where findings go.
 #pragma once
 
-#include <deque>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "host/check/graph.h"
+#include "host/check/store.h"
 #include "host/check/type_info.h"
 #include "lq_data/host/check/check.h"
 #include "lq_data/host/text/message.h"
-#include "lq_data/host/text/utf.h"
 
 namespace lq::host::check {
 
-inline std::string Utf8(u16string_view text) {
-    return EncodeUtf8(text);
-}
-
 class Run {
   public:
-    Run(const Project& project, const CheckOptions& options);
+    Run(const Project& project, const CheckOptions& options, Store& store);
 
     // Whether the code is looked for.
     bool Wants(uint16_t code) const { return SeverityOf(code) != Severity::kOff; }
@@ -32,7 +25,15 @@ class Run {
     Finding& Report(uint16_t code, ID object, std::string message);
     // The same for a finding that is less, or more, than the check's severity.
     Finding& Report(uint16_t code, Severity severity, ID object, std::string message);
+    // The same for what may be said of thousands of objects, in few bytes: the message is the
+    // format with the object's name as its only word.
+    Finding& ReportName(uint16_t code, Severity severity, ID object, const char* format);
+    Finding& ReportName(uint16_t code, ID object, const char* format) {
+        return ReportName(code, SeverityOf(code), object, format);
+    }
+    // An object that belongs to the finding, or another place of the finding's file.
     void Relate(Finding& finding, ID object, std::string message) const;
+    void Relate(Finding& finding, uint32_t line, uint32_t column, std::string message) const;
 
     // Whether what the object says is checked: it is the project's own.
     bool IsOwn(ID object) const;
@@ -50,12 +51,11 @@ class Run {
     }
 
     // What the object is directly in; null for what is in nothing.
-    ID HolderOf(ID object) const;
-    // The unit, the type, or "Configuration.Resource".
-    std::string PathOf(ID object) const;
+    ID HolderOf(ID object) const { return check::HolderOf(project, object); }
 
-    // All findings, as they are handed out.
-    CheckCounts Deliver(const TakeFinding& take);
+    // To be called behind the checks: adds what the reader reported, puts the findings in order and
+    // tells how many are suppressed.
+    std::size_t Finish();
 
     const Project& project;
     const CheckOptions& options;
@@ -63,22 +63,16 @@ class Run {
     Graph graph;
 
   private:
-    struct Entry {
-        Finding finding;
-        std::size_t file = 0;  // its place among the files
-    };
-
     void FindOwners();
-    std::size_t RankOf(const std::string& file);
+    Finding& Add(uint16_t code, Severity severity, ID object);
     void TakeReports();
 
     std::vector<const Check*> byCode_;
-    std::deque<Entry> entries_;
-    Finding nowhere_;
+    Store& store_;
+    Finding nowhere_;  // of a code that is not looked for
     IdList owners_;
     bool hasResource_ = false;
     bool isOpen_ = false;
-    std::unordered_map<std::string, std::size_t> files_;
 };
 
 }  // namespace lq::host::check

@@ -41,7 +41,7 @@ bool IsPartOfWord(char16_t c) {
 
 }  // namespace
 
-Suppressions::Suppressions(const Run& run) : run_(run) {
+Suppressions::Suppressions(const Run& run, const Store& store) : run_(run), store_(store) {
     ReadAll();
 }
 
@@ -104,14 +104,25 @@ bool Suppressions::CoveredBy(ID object, const Finding& finding) {
     return isCovered;
 }
 
-bool Suppressions::Cover(const Finding& finding) {
+bool Suppressions::FitsPattern(const Finding& finding) const {
+    const auto isOfCode = [&](const IgnoredNames& ignored) {
+        return ignored.code == finding.check->code;
+    };
     const auto& patterns = run_.options.ignored;
-    const std::string path =
-        finding.unit + (finding.unit.empty() || finding.name.empty() ? "" : ".") + finding.name;
-    bool isCovered = std::ranges::any_of(patterns, [&](const IgnoredNames& ignored) {
-        return ignored.code == finding.check->code &&
-               (Matches(ignored.pattern, path) || Matches(ignored.pattern, finding.name));
+    if (std::ranges::none_of(patterns, isOfCode)) {
+        return false;
+    }
+    const std::string unit = store_.UnitOf(finding);
+    const std::string name = store_.NameOf(finding);
+    const std::string path = unit + (unit.empty() || name.empty() ? "" : ".") + name;
+    return std::ranges::any_of(patterns, [&](const IgnoredNames& ignored) {
+        return isOfCode(ignored) &&
+               (Matches(ignored.pattern, path) || Matches(ignored.pattern, name));
     });
+}
+
+bool Suppressions::Cover(const Finding& finding) {
+    bool isCovered = FitsPattern(finding);
     for (ID at = finding.object; at != ID() && !byObject_.empty(); at = run_.HolderOf(at)) {
         isCovered = CoveredBy(at, finding) || isCovered;
     }

@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "lq_data/host/check/check.h"
+#include "host/check/store.h"
 
 namespace lq::host::check {
 
@@ -12,7 +12,7 @@ class Run;
 
 class Suppressions {
   public:
-    explicit Suppressions(const Run& run);
+    Suppressions(const Run& run, const Store& store);
 
     // Whether a comment at the finding's object, or at what holds it, suppresses it, or a pattern.
     bool Cover(const Finding& finding);
@@ -29,9 +29,11 @@ class Suppressions {
 
     void Read(ID object, Text comment);
     void ReadAll();
+    bool FitsPattern(const Finding& finding) const;
     bool CoveredBy(ID object, const Finding& finding);
 
     const Run& run_;
+    const Store& store_;
     std::vector<Request> requests_;
     std::unordered_map<uint32_t, std::vector<std::size_t>> byObject_;
 };

@@ -2,6 +2,7 @@
 #include <cctype>
 
 #include "host/check/checks.h"
+#include "lq_data/host/text/message.h"
 
 namespace lq::host {
 
@@ -18,10 +19,10 @@ constexpr struct {
     Severity severity;
     const char* name;
 } kSeverities[] = {
-    {Severity::kOff, "off"},
-    {Severity::kNote, "note"},
-    {Severity::kWarning, "warning"},
-    {Severity::kError, "error"},
+    {Severity::kOff, Message("off")},
+    {Severity::kNote, Message("note")},
+    {Severity::kWarning, Message("warning")},
+    {Severity::kError, Message("error")},
 };
 
 bool IsDigits(std::string_view text) {

@@ -62,8 +62,7 @@ class UnknownTypes {
         Finding& finding =
             run_.Report(2001, run_.OpenSeverity(), object,
                         Say("no data type and no function block is called '{}'", name) + nearest);
-        finding.unit.clear();
-        finding.name = name;
+        finding.SetName({}, name);
         known->second = &finding;
     }
 

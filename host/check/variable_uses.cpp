@@ -283,14 +283,14 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
         const uint16_t code = CodeOfUnused(declaration);
         if (code != 0 && IsNamed(id, declaration)) {
             const bool isNote = code == 8001 && *declaration.address;
-            run_.Report(code, isNote ? Severity::kNote : run_.SeverityOf(code), id,
-                        Say("'{}' is never used", Utf8(declaration.name)));
+            run_.ReportName(code, isNote ? Severity::kNote : run_.SeverityOf(code), id,
+                            Message("'{}' is never used"));
             return;
         }
     }
     if (isLocal && count.reads > 0 && count.writes == 0 && IsNeverSet(declaration) &&
         IsNamed(id, declaration)) {
-        run_.Report(8033, id, Say("'{}' is read and never written to", Utf8(declaration.name)));
+        run_.ReportName(8033, id, Message("'{}' is read and never written to"));
     }
 }
 
@@ -314,7 +314,7 @@ void VariableUses::CheckGlobals() {
             const Count& count = counts_[IndexOf(first)];
             if (count.reads + count.writes == 0 && !named.contains(first.GetNumber()) &&
                 !*declaration.address && IsKnown(declaration)) {
-                run_.Report(8005, id, Say("'{}' is never used", Utf8(declaration.name)));
+                run_.ReportName(8005, id, Message("'{}' is never used"));
             }
         }
     }

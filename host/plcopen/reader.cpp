@@ -177,11 +177,11 @@ const Reader::Step& Reader::StepOf(const Kind& kind) {
 
 Treatment Reader::Start(const Element& element) {
     if (!element.parent && element.Name() != "project" && element.Name() != "pou") {
-        refusal_ =
-            element.Name() == "{}project"
-                ? Say("the file is no PLCopen project: its root element <project> has no "
-                      "namespace (xmlns)")
-                : Say("the file is no PLCopen project: its root element is <{}>", element.Name());
+        refusal_ = element.Name() == "{}project"
+                       ? Say("the file is no PLCopen project: its root element <project> has no "
+                             "namespace (xmlns)")
+                       : Say("the file is no PLCopen project: its root element is <{}>",
+                             element.Name().substr(element.Name().starts_with("{}") ? 2 : 0));
         return Treatment::kRefuse;
     }
     if (element.parent && JudgeElement(context_, element) != Verdict::kRead) {

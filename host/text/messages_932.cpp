@@ -130,6 +130,10 @@ constexpr Translation kTable[] = {
      "イメージには、コメント、データ型のメンバー、変数のデータ型名、呼び出し、コンフィギュレーショ"
      "ン、"
      "タスクがありません: これらは比較しません"},
+    {"an image keeps of some types only that they are structures or function blocks; the project "
+     "has their names",
+     "イメージには構造体またはファンクションブロックであることしか残らない型があります。"
+     "名前はプロジェクトにあります"},
     {"arrays of arrays are not supported, only several bounds in one array",
      "配列の配列は使えません。1つの配列に複数の範囲を指定してください"},
     {"arrays of function blocks are not supported", "ファンクションブロックの配列は使えません"},
@@ -145,6 +149,7 @@ constexpr Translation kTable[] = {
     {"elements are nested deeper than {}", "要素の入れ子が{}段を超えています"},
     {"encoding specified in XML declaration is incorrect", "XML宣言の文字コードが正しくありません"},
     {"entering declarations", "宣言を登録しています"},
+    {"error", "エラー"},
     {"error: {}", "エラー: {}"},
     {"first declared here", "最初の宣言はここです"},
     {"half a UTF-16 character at the end", "末尾のUTF-16の文字が半分しかありません"},
@@ -194,6 +199,7 @@ constexpr Translation kTable[] = {
     {"no unit is called '{}'", "POU「{}」はありません"},
     {"no unit or data type is called '{}'", "POUまたはデータ型「{}」はありません"},
     {"not well-formed (invalid token)", "不正なトークンがあります"},
+    {"note", "注記"},
     {"nothing is called '{}'", "「{}」という名前のものはありません"},
     {"nothing is called '{}' here", "ここには「{}」という名前のものはありません"},
     {"nothing is sorted by '{}', only by {}", "「{}」では並べ替えられません。指定できるのは{}です"},
@@ -201,6 +207,7 @@ constexpr Translation kTable[] = {
      "種類「{}」は生成できません。種類は{}です"},
     {"of a body in '{}' only the language is read", "「{}」のボディは言語だけを読みます"},
     {"of additional data '{}' a part is not read", "追加データ「{}」の一部は読みません"},
+    {"off", "オフ"},
     {"parameters are read in the order of the document, which is not that of their numbers",
      "パラメーターは番号の順ではなく、文書の順に読みました"},
     {"partial character", "文字が途中で切れています"},
@@ -353,6 +360,7 @@ constexpr Translation kTable[] = {
     {"unknown", "不明"},
     {"unknown encoding", "未知の文字コードです"},
     {"value: no constant was given", "value: 定数が指定されていません"},
+    {"warning", "警告"},
     {"was left out: it declares what {} declares",
      "「{}」と同じものを宣言しているので除外しました"},
     {"what namespace '{}' holds was read without it",

@@ -256,6 +256,13 @@ TextStatus DecodeSource(std::string_view bytes, std::u16string& text, TextEncodi
 }
 
 std::string EncodeUtf8(std::u16string_view text) {
+    char16_t all = 0;
+    for (const char16_t c : text) {
+        all = static_cast<char16_t>(all | c);
+    }
+    if (all < 0x80) {  // as most names are
+        return {text.begin(), text.end()};
+    }
     std::string bytes;
     for (std::size_t at = 0; at < text.size();) {
         const char16_t following = at + 1 < text.size() ? text[at + 1] : u'\0';

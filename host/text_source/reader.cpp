@@ -1,12 +1,12 @@
 // The course of a text: what stands in no unit, and what begins there.
 
 #include <algorithm>
-#include <deque>
 #include <istream>
 #include <limits>
 #include <utility>
 
 #include "host/text_source/parts.h"
+#include "host/text_source/source_bytes.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/text_source/text_source.h"
 
@@ -18,13 +18,18 @@ namespace {
 
 class Reader {
   public:
-    explicit Reader(Context& context) : context_(context), cursor_(context.cursor) {}
+    // `own` is where the text lies; null for one of the caller's.
+    Reader(Context& context, SourceText* own)
+        : context_(context), cursor_(context.cursor), own_(own) {}
 
     // False when the text declares nothing.
     bool Read() {
         while (!cursor_.Peek().IsEnd()) {
             if (!ReadPart()) {
                 LeaveStray();
+            }
+            if (own_) {
+                own_->Forget(cursor_.Last().spot.at);
             }
         }
         return hasParts_;
@@ -141,6 +146,7 @@ class Reader {
 
     Context& context_;
     Cursor& cursor_;
+    SourceText* const own_;
     bool hasParts_ = false;
     bool isStray_ = false;
     uint32_t attributeLine_ = 0;
@@ -155,7 +161,7 @@ std::string_view StemOf(std::string_view path) {
 }
 
 bool Read(std::u16string_view text, const std::string& fileName, Project& project,
-          std::vector<Report>& reports) {
+          std::vector<Report>& reports, SourceText* own) {
     ReportList list(fileName, reports);
     if (text.size() >= static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
         list.Fail(0, 0, Say("the text is too long"));
@@ -168,7 +174,7 @@ bool Read(std::u16string_view text, const std::string& fileName, Project& projec
     Context context(project, list, text);
     context.fileStem = project.Intern(name);
     const std::size_t before = reports.size();
-    if (!Reader(context).Read()) {
+    if (!Reader(context, own).Read()) {
         // One report tells what no others could tell better, but for a comment that may hold all.
         reports.resize(before);
         ReportList told(fileName, reports);
@@ -190,43 +196,16 @@ void Refuse(ReportList& list, std::u16string_view before, const TextStatus& stat
               Say("is not text: {} at byte {}", Translated(Describe(status.fault)), status.offset));
 }
 
-// Everything, without more room than it takes.
-std::string ReadAll(std::istream& source) {
-    constexpr std::size_t kPiece = std::size_t{1} << 20;
-    std::deque<std::string> pieces;
-    std::size_t size = 0;
-    do {
-        std::string& piece = pieces.emplace_back(kPiece, '\0');
-        source.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-        piece.resize(static_cast<std::size_t>(source.gcount()));
-        size += piece.size();
-    } while (source);
-    if (pieces.size() == 1) {
-        return std::move(pieces.front());
-    }
-    std::string all;
-    all.reserve(size);
-    for (; !pieces.empty(); pieces.pop_front()) {
-        all += pieces.front();
-    }
-    return all;
-}
-
 bool Read(std::istream& source, const std::string& fileName, Project& project,
           std::vector<Report>& reports, std::optional<TextEncoding> codePage) {
-    std::u16string text;
-    {
-        const std::string bytes = ReadAll(source);
-        text.reserve(bytes.size());
-        const TextStatus status =
-            codePage ? DecodeCodePage(bytes, *codePage, text) : DecodeAnySource(bytes, text);
-        if (!status.IsFine()) {
-            ReportList list(fileName, reports);
-            Refuse(list, text, status);
-            return false;
-        }
+    SourceText text;
+    const TextStatus status = text.Read(source, codePage);
+    if (!status.IsFine()) {
+        ReportList list(fileName, reports);
+        Refuse(list, text.Text(), status);
+        return false;
     }
-    return Read(text, fileName, project, reports);
+    return Read(text.Text(), fileName, project, reports, &text);
 }
 
 }  // namespace
@@ -236,7 +215,7 @@ bool Read(std::istream& source, const std::string& fileName, Project& project,
 bool ReadText(std::u16string_view text, const std::string& fileName, Project& project,
               std::vector<Report>& reports) noexcept {
     return Contained(fileName, reports,
-                     [&] { return text_source::Read(text, fileName, project, reports); });
+                     [&] { return text_source::Read(text, fileName, project, reports, nullptr); });
 }
 
 bool ReadText(std::istream& source, const std::string& fileName, Project& project,

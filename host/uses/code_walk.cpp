@@ -358,7 +358,8 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
                    u16string_view(tokens_[path.end].text) == u"^") {
             path.pointed = path.places.size();
             ++path.end;
-        } else if (Is(path.end, OP_DOT) && IsName(path.end + 1)) {
+        } else if (Is(path.end, OP_DOT) && IsName(path.end + 1) &&
+                   !(isIl_ && tokens_[path.end].line != tokens_[path.end + 1].line)) {
             Meaning member = names_.MemberOf(path.meanings.back(), tokens_[path.end + 1].text);
             member.object = member ? member.object : UseObject::kMember;
             path.meanings.push_back(member);

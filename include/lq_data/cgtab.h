@@ -371,8 +371,8 @@ class LQ_DATA_API CgTab {
     bool Decode(LineBody& body, DMM_LINE& line);
     int Read(int32_t& pos, ArrDsc& a);
 
-    template <typename Record>
-    int32_t LookName(TAB_ID id, const POS_DSC& range, const char16_t* name, Record* line, int inc);
+    template <TAB_ID kId, typename Record>
+    int32_t LookName(const POS_DSC& range, const char16_t* name, Record* line, int inc);
 
     // Insertion.
     int32_t LookOrAppend(TAB_ID id, Line& line);

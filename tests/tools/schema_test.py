@@ -50,6 +50,8 @@ CASES = [
     (["check", plant], "", 0),
     (["check", "-"], faulty, 0),
     (["check", "--list"], "", 0),
+    (["check", plant, "--format", "sarif"], "", 0),
+    (["check", "-", "--format", "sarif"], faulty, 0),
     (["types"], "", 0),
 ]
 
@@ -68,16 +70,17 @@ def close(schema):
 faults = []
 unused = {path.stem for path in pathlib.Path(schemas).glob("*.json")}
 for arguments, text, status in CASES:
-    command = arguments[0]
-    schema = json.loads(pathlib.Path(schemas, command + ".json").read_text())
+    name = arguments[-1] if "--format" in arguments else arguments[0]
+    form = [] if "--format" in arguments else ["--json"]
+    schema = json.loads(pathlib.Path(schemas, name + ".json").read_text())
     jsonschema.Draft202012Validator.check_schema(schema)
-    run = subprocess.run([lq, *arguments, "--json"], input=text.encode(), capture_output=True)
+    run = subprocess.run([lq, *arguments, *form], input=text.encode(), capture_output=True)
     try:
         if run.returncode != status:
             raise ValueError(f"exit status {run.returncode}: {run.stderr.decode()}")
         jsonschema.validate(json.loads(run.stdout), close(schema))
     except (ValueError, jsonschema.ValidationError) as fault:
         faults.append(f"lq {' '.join(arguments)}: {fault}")
-    unused.discard(command)
+    unused.discard(name)
 faults += [f"no case for {name}.json" for name in sorted(unused)]
 sys.exit("\n".join(faults) or 0)

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <optional>
 #include <unordered_set>
 
@@ -13,13 +12,12 @@
 
 namespace lq::tool {
 
-using host::Finding;
 using host::Say;
 using host::Severity;
 
 namespace {
 
-using Printer = void (*)(const CheckResult&);
+using Printer = void (*)(CheckResult&);
 
 Printer PrinterOf(const CheckOptions& options) {
     constexpr std::pair<const char*, Printer> kForms[] = {
@@ -82,33 +80,18 @@ host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report
     }
 }
 
-CheckResult Check(const CheckOptions& options, host::CheckOptions& what,
-                  const std::unordered_set<std::string>& known) {
+host::Findings Check(const CheckOptions& options, host::CheckOptions what) {
     std::vector<host::Report> reports;
     const host::Project& project = ReadForChecks(options.files, reports);
     what.reports = &reports;
-    CheckResult result;
     const Progress progress(Say("checking"));
-    const host::CheckCounts counts = host::RunChecks(project, what, [&](const Finding& finding) {
-        if (known.contains(finding.fingerprint)) {
-            ++result.known;
-            return;
-        }
-        std::size_t& count = finding.severity == Severity::kError     ? result.errors
-                             : finding.severity == Severity::kWarning ? result.warnings
-                                                                      : result.notes;
-        ++count;
-        result.findings.push_back(finding);
-    });
-    result.suppressed = counts.suppressed;
-    return result;
+    return host::Findings(project, what);
 }
 
 bool Fails(const CheckResult& result, Severity least) {
-    return least != Severity::kOff &&
-           std::ranges::any_of(result.findings, [least](const Finding& finding) {
-               return finding.severity >= least;
-           });
+    return (least == Severity::kNote && result.notes != 0) ||
+           (least != Severity::kOff && least <= Severity::kWarning && result.warnings != 0) ||
+           (least != Severity::kOff && result.errors != 0);
 }
 
 int Explain(const std::string& word, bool json) {
@@ -140,11 +123,15 @@ int RunCheck(const CheckOptions& given) {
         throw CommandError(Say("check: no project was given"));
     }
     RefuseInputAsOutput(options.files, options.output);
+    if (!options.baseline.empty()) {
+        RefuseInputAsOutput(options.baseline, options.output);
+    }
     CheckSettings settings = SettingsOf(options);
     const std::unordered_set<std::string> known = options.baseline.empty()
                                                       ? std::unordered_set<std::string>()
                                                       : ReadBaseline(options.baseline);
-    const CheckResult result = Check(options, settings.options, known);
+    const host::Findings findings = Check(options, settings.options);
+    CheckResult result(findings, known);
     std::optional<ResultsFile> file;
     if (!options.output.empty()) {
         file.emplace(options.output);

@@ -81,8 +81,19 @@ std::string UriOf(const std::string& file) {
     return uri;
 }
 
+// Most findings are of the file of the one before.
+const std::string& SameUri(const std::string& file) {
+    static std::string last;
+    static std::string uri;
+    if (file != last) {
+        uri = UriOf(file);
+        last = file;
+    }
+    return uri;
+}
+
 Json LocationOf(const std::string& file, uint32_t line, uint32_t column) {
-    Json place = {{"artifactLocation", {{"uri", UriOf(file)}}}};
+    Json place = {{"artifactLocation", {{"uri", SameUri(file)}}}};
     if (line != 0) {
         place["region"]["startLine"] = line;
     }
@@ -176,59 +187,70 @@ Json ToJson(const Finding& finding) {
     return document;
 }
 
-void PrintFindingsAsText(const CheckResult& result) {
-    const auto print = [](const Place& place, const std::string& severity,
-                          const std::string& text) {
-        PrintLine(Bold(Stream::kResults, ToText(place) + ":") + ' ' + severity + ": " +
-                  OneLine(text));
-    };
-    for (const Finding& finding : result.findings) {
-        print({finding.file, finding.line, finding.column},
-              Translated(NameOf(finding.severity)).data(),
-              MessageOf(finding) + " [" + CodeText(finding.check->code) + " " +
-                  finding.check->name + "]");
-        for (const host::RelatedPlace& related : finding.related) {
-            print({related.file, related.line, related.column}, NameOf(host::Severity::kNote),
-                  related.message);
+void CheckResult::ForEach(const host::TakeFinding& take) {
+    findings_.ForEach([&](const Finding& finding) {
+        if (baseline_.contains(finding.fingerprint)) {
+            ++known;
+            return;
         }
-    }
+        std::size_t& count = finding.severity == host::Severity::kError     ? errors
+                             : finding.severity == host::Severity::kWarning ? warnings
+                                                                            : notes;
+        ++count;
+        take(finding);
+    });
+}
+
+void PrintFindingsAsText(CheckResult& result) {
+    const auto print = [](const Place& place, const std::string& text) {
+        PrintLine(Bold(Stream::kResults, ToText(place) + ":") + ' ' + OneLine(text));
+    };
+    result.ForEach([&](const Finding& finding) {
+        print({finding.file, finding.line, finding.column},
+              WithCode(finding.severity, *finding.check, MessageOf(finding)));
+        for (const host::RelatedPlace& related : finding.related) {
+            print({related.file, related.line, related.column},
+                  std::string(Translated(NameOf(host::Severity::kNote))) + ": " + related.message);
+        }
+    });
     PrintCounts(result);
 }
 
-void PrintFindingsAsJson(const CheckResult& result) {
+void PrintFindingsAsJson(CheckResult& result) {
     PrintText(OpenJsonPiece(0, NewDocument()) + ",\n" + JsonIndent(1) + "\"findings\": ");
     JsonList list(1);
-    for (const Finding& finding : result.findings) {
+    result.ForEach([&list](const Finding& finding) {
         list.Next();
         PrintText(JsonPiece(2, ToJson(finding)));
-    }
+    });
     list.End();
     PrintText(",\n" + JsonIndent(1) + "\"counts\": " + JsonPiece(1, CountsOf(result)) + "\n}\n");
 }
 
-void PrintFindingsAsLines(const CheckResult& result) {
-    for (const Finding& finding : result.findings) {
-        PrintLine(JsonText(ToJson(finding), -1));
-    }
+void PrintFindingsAsLines(CheckResult& result) {
+    result.ForEach([](const Finding& finding) { PrintLine(JsonText(ToJson(finding), -1)); });
 }
 
-void PrintFindingsAsSarif(const CheckResult& result) {
+void PrintFindingsAsSarif(CheckResult& result) {
     const std::vector<const Check*> checks = host::AllChecks();
     Json driver = {{"name", "lq"}, {"version", LQ_VERSION}, {"rules", Json::array()}};
     for (const Check* check : checks) {
         driver["rules"].push_back(RuleOf(*check));
     }
-    Json run = {{"tool", {{"driver", std::move(driver)}}},
-                {"columnKind", "unicodeCodePoints"},
-                {"results", Json::array()}};
-    for (const Finding& finding : result.findings) {
+    const Json document = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                           {"version", "2.1.0"}};
+    const Json run = {{"tool", {{"driver", std::move(driver)}}},
+                      {"columnKind", "unicodeCodePoints"}};
+    PrintText(OpenJsonPiece(0, document) + ",\n" + JsonIndent(1) + "\"runs\": [\n" + JsonIndent(2) +
+              OpenJsonPiece(2, run) + ",\n" + JsonIndent(3) + "\"results\": ");
+    JsonList results(3);
+    result.ForEach([&](const Finding& finding) {
         const auto at = std::ranges::find(checks, finding.check);
-        run["results"].push_back(ResultOf(finding, static_cast<std::size_t>(at - checks.begin())));
-    }
-    Json document = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                     {"version", "2.1.0"},
-                     {"runs", Json::array({std::move(run)})}};
-    PrintJson(document);
+        results.Next();
+        PrintText(JsonPiece(4, ResultOf(finding, static_cast<std::size_t>(at - checks.begin()))));
+    });
+    results.End();
+    PrintText("\n" + JsonIndent(2) + "}\n" + JsonIndent(1) + "]\n}\n");
 }
 
 void PrintChecks(const std::vector<const Check*>& checks, bool json) {
@@ -241,13 +263,17 @@ void PrintChecks(const std::vector<const Check*>& checks, bool json) {
         document["checks"] = std::move(rows);
         PrintJson(document);
     } else {
+        for (std::size_t i = 0; i < checks.size(); ++i) {
+            rows[i]["severity"] = Translated(NameOf(checks[i]->severity));
+        }
         Print(TableOf("", {{"code"}, {"name"}, {"severity"}, {"rule"}}, rows));
     }
 }
 
 void PrintExplanation(const Check& check) {
     const std::string heading = CodeText(check.code) + " " + check.name;
-    PrintLine(Bold(Stream::kResults, heading) + " (" + NameOf(check.severity) + ")\n");
+    const std::string_view severity = Translated(NameOf(check.severity));
+    PrintLine(Bold(Stream::kResults, heading) + " (" + std::string(severity) + ")\n");
     PrintLine(std::string(Translated(check.rule)) + ".");
     PrintLine(std::string(Translated(check.reason)) + ".");
     PrintExample(Say("Wrong:"), check.wrong);

@@ -179,7 +179,7 @@ std::string FindFile(const CheckOptions& options) {
     }
     for (;; folder = folder.parent_path()) {
         const fs::path file = folder / kFileName;
-        if (fs::is_regular_file(file, error)) {
+        if (fs::exists(file, error)) {
             const std::string relative = file.lexically_proximate(fs::current_path(error)).string();
             return relative.starts_with("..") ? file.string() : relative;
         }
@@ -281,7 +281,11 @@ void ReadFile(CheckOptions& options, CheckSettings& settings) {
 std::vector<const Check*> ChecksOf(const std::vector<std::string>& lists) {
     std::vector<const Check*> checks;
     for (const std::string& list : lists) {
-        for (const std::string& word : SplitAtCommas(list)) {
+        const std::vector<std::string> words = SplitAtCommas(list);
+        if (words.empty()) {
+            throw CommandError(Say("no check has the code or name '{}'", list));
+        }
+        for (const std::string& word : words) {
             const auto called = ChecksCalled(word);
             checks.insert(checks.end(), called.begin(), called.end());
         }

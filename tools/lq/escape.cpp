@@ -95,6 +95,14 @@ std::string JsonEscape(const Front& front) {
 
 std::string Replace(std::string_view text, std::string (*escape)(const Front&),
                     bool replacesBytes) {
+    // Without an end in between, for the compiler to look at many characters at once.
+    unsigned others = 0;
+    for (const char c : text) {
+        others |= static_cast<unsigned char>(c - ' ') < 0x7F - ' ' ? 0 : 1;
+    }
+    if (others == 0) {
+        return std::string(text);
+    }
     std::string out;
     std::size_t copied = 0;
     for (std::size_t at = 0; at < text.size();) {

@@ -22,6 +22,7 @@ using host::Say;
 namespace {
 
 constexpr size_t kPiece = size_t{1} << 16;
+constexpr size_t kLookedAt = 256;  // what tells the kind of a file
 
 // Throws CommandError; `info` is that of the opened file.
 int Open(const std::string& path, struct stat& info) {
@@ -83,7 +84,6 @@ InputKind KindOf(std::string_view beginning) {
     std::u16string text;
     // A character that is cut off at the end is none of the kind.
     host::TextEncoding encoding = host::TextEncoding::kUtf8;
-    constexpr std::size_t kLookedAt = 256;
     const std::string_view bytes = beginning.substr(0, kLookedAt);
     const host::TextStatus status = host::DecodeSource(bytes, text, &encoding);
     // No image is without small numbers.
@@ -131,9 +131,15 @@ void InputBuffer::CheckSize(uint64_t size) {
     }
 }
 
+// A pipe hands out pieces as they were written, be it a byte order mark alone.
 std::string_view InputBuffer::Peek() {
-    sgetc();
-    return {gptr(), static_cast<std::size_t>(egptr() - gptr())};
+    piece_.resize(kPiece);
+    std::size_t count = 0;
+    for (std::size_t got = 1; got != 0 && count < kLookedAt; count += got) {
+        got = Read(piece_.data() + count, piece_.size() - count);
+    }
+    setg(piece_.data(), piece_.data(), piece_.data() + count);
+    return {piece_.data(), count};
 }
 
 // At most `size` bytes; 0 at the end.

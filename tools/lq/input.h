@@ -30,7 +30,7 @@ class InputBuffer : public std::streambuf {
 
     void ThrowFailure() const;
 
-    // What the input begins with, as much as is read at once; to be called before anything is read.
+    // What the input begins with, enough for KindOf; to be called before anything is read.
     std::string_view Peek();
 
   protected:

@@ -80,10 +80,14 @@ void PrintMessage(const Place& place, const std::string& text) {
     PrintLineOf(ToText(place), text);
 }
 
+std::string WithCode(host::Severity severity, const host::Check& check, const std::string& text) {
+    return std::string(host::Translated(NameOf(severity))) + ": " + text + " [" +
+           host::CodeText(check.code) + ' ' + check.name + ']';
+}
+
 void PrintMessage(const Place& place, host::Severity severity, const host::Check& check,
                   const std::string& text) {
-    PrintMessage(place, host::Translated(NameOf(severity)).data() + (": " + text) + " [" +
-                            host::CodeText(check.code) + ' ' + check.name + ']');
+    PrintMessage(place, WithCode(severity, check, text));
 }
 
 void PrintMessage(const host::Report& report) {

@@ -32,6 +32,9 @@ class InputError : public CommandError {
     InputError(const Place& place, const std::string& text);
 };
 
+// "error: what is there [2001 unknown-type]".
+std::string WithCode(host::Severity severity, const host::Check& check, const std::string& text);
+
 // "lq: 'x' is no constant". None of these for a user who wants only what ends a command.
 void PrintMessage(const std::string& text);
 // "plant.xml:12:5: what is there".

@@ -216,12 +216,14 @@ std::string JsonIndent(int depth) {
 }
 
 std::string JsonPiece(int depth, const Json& value) {
-    std::string text;
-    for (const char c : JsonText(value, kJsonIndent)) {
-        text += c;
-        text += c == '\n' ? JsonIndent(depth) : "";
+    const std::string text = JsonText(value, kJsonIndent);
+    const std::string lineStart = '\n' + JsonIndent(depth);
+    std::string piece;
+    size_t at = 0;
+    for (size_t end; (end = text.find('\n', at)) != text.npos; at = end + 1) {
+        piece.append(text, at, end - at).append(lineStart);
     }
-    return text;
+    return piece.append(text, at);
 }
 
 std::string OpenJsonPiece(int depth, const Json& object) {

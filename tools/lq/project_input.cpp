@@ -51,7 +51,8 @@ class CountingBuffer : public std::streambuf {
         throw CommandError(Say("{}: cannot be read", name));
     }
     const host::Report& report = reports.back();
-    throw InputError({report.file, report.line, report.column}, Say("error: {}", report.message));
+    throw InputError({report.file, report.line, report.column},
+                     WithCode(host::Severity::kError, host::CheckOf(report), report.message));
 }
 
 // What is wrong with a file that is one of many is a report.

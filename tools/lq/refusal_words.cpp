@@ -105,77 +105,82 @@ bool IsLargeInteger(View text) {
 
 }  // namespace
 
-std::string ValueFault(View value) {
+FaultWords ValueFault(View value) {
     const View text = Trim(value);
     const std::string shown = EncodeUtf8(text);
     for (const View name : {View(u"TRUE"), View(u"FALSE")}) {
         if (IsSame(text, name)) {
-            return Say("the initial value '{}' is to be written {}", shown, EncodeUtf8(name));
+            return {Say("the initial value '{}' is to be written {}", shown, EncodeUtf8(name)),
+                    true};
         }
     }
     if (IsOneOf(text.substr(0, text.find(u'#')), kTypedPrefixes) && text.find(u'#') != text.npos) {
-        return Say("the initial value '{}' begins with a type, which is not supported: write '{}'",
-                   shown, EncodeUtf8(text.substr(text.find(u'#') + 1)));
+        return {Say("the initial value '{}' begins with a type, which is not supported: write '{}'",
+                    shown, EncodeUtf8(text.substr(text.find(u'#') + 1))),
+                true};
     }
     if (IsLargeInteger(text)) {
-        return Say("the initial value '{}' needs more than 32 bits, which is not supported", shown);
+        return {
+            Say("the initial value '{}' needs more than 32 bits, which is not supported", shown),
+            true};
     }
     if (host::IsIdentifier(std::u16string(text).c_str())) {
-        return Say("the initial value '{}' is a name, not a constant", shown);
+        return {Say("the initial value '{}' is a name, not a constant", shown), true};
     }
-    return Say("the initial value '{}' does not read as one constant", shown);
+    return {Say("the initial value '{}' does not read as one constant", shown)};
 }
 
-std::string TypeFaults::Of(View type) {
+FaultWords TypeFaults::Of(View type) {
     const View text = Trim(type);
     const std::string shown = EncodeUtf8(text);
     if (BeginsWith(text, u"ARRAY")) {
         return OfArray(text);
     }
     if (BeginsWith(text, u"STRUCT ")) {
-        return Say("a structure is supported only as a data type, which has a name");
+        return {Say("a structure is supported only as a data type, which has a name"), true};
     }
     if (BeginsWith(text, u"(")) {
-        return Say("an enumeration is supported only as a data type, which has a name");
+        return {Say("an enumeration is supported only as a data type, which has a name"), true};
     }
     if (BeginsWith(text, u"REF_TO ") || BeginsWith(text, u"POINTER TO ") ||
         BeginsWith(text, u"REFERENCE TO ")) {
-        return Say("references are not supported");
+        return {Say("references are not supported"), true};
     }
     const View word = Trim(text.substr(0, std::min(text.find_first_of(u"(["), text.size())));
     if (IsSame(word, u"STRING")) {
-        return Say("the length of '{}' is no number", shown);
+        return {Say("the length of '{}' is no number", shown), true};
     }
     if (IsOneOf(word, kOtherTypes)) {
-        return Say("the type '{}' is not supported", EncodeUtf8(word));
+        return {Say("the type '{}' is not supported", EncodeUtf8(word)), true};
     }
     if (text.find(u"..") != text.npos) {
-        return Say("a range is supported only in a data type, which has a name");
+        return {Say("a range is supported only in a data type, which has a name"), true};
     }
     return host::IsIdentifier(std::u16string(text).c_str())
-               ? UnknownName(shown)
-               : Say("the type '{}' is not supported", shown);
+               ? FaultWords{UnknownName(shown)}
+               : FaultWords{Say("the type '{}' is not supported", shown), true};
 }
 
-std::string TypeFaults::OfArray(View type) {
+FaultWords TypeFaults::OfArray(View type) {
     const size_t open = type.find(u'[');
     const size_t close = type.find(u']');
     const size_t of = close == type.npos ? close : close + 1;
     if (open == type.npos || of == type.npos || !BeginsWith(Trim(type.substr(of)), u"OF ")) {
-        return Say("the array type does not read as bounds and an element type");
+        return {Say("the array type does not read as bounds and an element type")};
     }
     if (!AreBounds(type.substr(open + 1, close - open - 1))) {
-        return Say("the bounds of the array are no numbers");
+        return {Say("the bounds of the array are no numbers"), true};
     }
     const View element = Trim(Trim(type.substr(of)).substr(3));
     if (BeginsWith(element, u"ARRAY")) {
-        return Say("arrays of arrays are not supported, only several bounds in one array");
+        return {Say("arrays of arrays are not supported, only several bounds in one array"), true};
     }
     const host::Pou* block = project_.GetPou(project_.FindAnyPou(element));
     return block && block->kind == LQ_KIND_FUNCTION_BLOCK
-               ? Say("arrays of function blocks are not supported")
+               ? FaultWords{Say("arrays of function blocks are not supported"), true}
            : project_.FindDataType(element) != ID()
-               ? Say("arrays of the type '{}' are not supported", EncodeUtf8(element))
+               ? FaultWords{Say("arrays of the type '{}' are not supported", EncodeUtf8(element)),
+                            true}
                : Of(element);
 }
 

@@ -10,18 +10,23 @@
 
 namespace lq::tool {
 
+struct FaultWords {
+    std::string text;
+    bool isOfTables = false;  // the language permits it, and only the tables do not take it
+};
+
 // An initial value: what it is, and how to write it where that is known.
-std::string ValueFault(std::u16string_view value);
+FaultWords ValueFault(std::u16string_view value);
 
 class TypeFaults {
   public:
     explicit TypeFaults(const host::Project& project) : project_(project) {}
 
     // What is not supported in the type, or which name in it is unknown, with what is near it.
-    std::string Of(std::u16string_view type);
+    FaultWords Of(std::u16string_view type);
 
   private:
-    std::string OfArray(std::u16string_view type);
+    FaultWords OfArray(std::u16string_view type);
     std::string UnknownName(const std::string& name);
 
     const host::Project& project_;

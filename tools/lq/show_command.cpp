@@ -15,6 +15,7 @@
 #include "tools/lq/suggestion.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/type_names.h"
 
 namespace lq::tool {
 
@@ -63,34 +64,6 @@ class Output {
     virtual void Finish() = 0;
 };
 
-// The components in the sections of units.
-class ComponentRows {
-  public:
-    explicit ComponentRows(CgTab& tables) : reader_(tables, CgTab::TAB_CMP) {
-        int32_t next = 0;
-        reader_.ForEach([&] {
-            starts_.push_back(next);
-            next = reader_.Next();
-        });
-    }
-
-    const std::vector<Column>& Columns() const { return reader_.Columns(); }
-
-    template <typename Take>
-    void ForEach(int64_t start, int64_t end, Take take) {
-        for (auto at = std::ranges::lower_bound(starts_, start); at != starts_.end() && *at < end;
-             ++at) {
-            int32_t pos = *at;
-            reader_.Read(pos);
-            take(reader_.Get());
-        }
-    }
-
-  private:
-    RowReader reader_;
-    std::vector<int32_t> starts_;  // of the lines in front of damage
-};
-
 // What the row of a unit says about its components.
 struct Section {
     Section(const RowReader& units, const Row& row)
@@ -101,6 +74,36 @@ struct Section {
     std::string name;
     int64_t start;
     int64_t end;
+};
+
+// The components in the sections of units.
+class ComponentRows {
+  public:
+    ComponentRows(CgTab& tables, TypeNames& types) : reader_(tables, CgTab::TAB_CMP) {
+        int32_t next = 0;
+        reader_.ForEach([&] {
+            starts_.push_back(next);
+            next = reader_.Next();
+        });
+        reader_.NameTypes(types);
+    }
+
+    const std::vector<Column>& Columns() const { return reader_.Columns(); }
+
+    template <typename Take>
+    void ForEach(const Section& section, Take take) {
+        reader_.SetUnit(section.name);
+        for (auto at = std::ranges::lower_bound(starts_, section.start);
+             at != starts_.end() && *at < section.end; ++at) {
+            int32_t pos = *at;
+            reader_.Read(pos);
+            take(reader_.Get());
+        }
+    }
+
+  private:
+    RowReader reader_;
+    std::vector<int32_t> starts_;  // of the lines in front of damage
 };
 
 // The units come with their components where `components` is not null.
@@ -125,8 +128,7 @@ class TextOutput : public Output {
         for (const Section& section : sections_) {
             PrintText(separator_);
             TablePrinter printer(section.name, components_->Columns());
-            components_->ForEach(section.start, section.end,
-                                 [&](const Row& row) { printer.Take(CellsOf(row)); });
+            components_->ForEach(section, [&](const Row& row) { printer.Take(CellsOf(row)); });
             printer.End();
         }
         sections_.clear();
@@ -144,10 +146,18 @@ class TextOutput : public Output {
 // One document, piece by piece.
 class JsonOutput : public Output {
   public:
-    JsonOutput(const ProjectFiles& files, ComponentRows* components) : components_(components) {
-        Json head = NewDocument();
+    JsonOutput(const ProjectFiles& files, const TypeNames& types, ComponentRows* components)
+        : components_(components) {
+        Json head = NewDocument(kSchema);
         head["input"] = DisplayName(files.projects.front());
         NameFiles(files, head);
+        head["untold_types"] = Json::array();
+        if (types.HasUntoldStructures()) {
+            head["untold_types"].push_back("STRUCTURE");
+        }
+        if (types.HasUntoldBlocks()) {
+            head["untold_types"].push_back("FUNCTION_BLOCK");
+        }
         PrintText(OpenJsonPiece(0, head) + ",\n" + JsonIndent(1) + "\"tables\": {");
     }
 
@@ -167,7 +177,8 @@ class JsonOutput : public Output {
     void Finish() override { PrintLine((isEmpty_ ? "" : "\n" + JsonIndent(1)) + "}\n}"); }
 
   private:
-    static constexpr int kDepth = 2;  // of a table
+    static constexpr int kSchema = 2;  // types have their names
+    static constexpr int kDepth = 2;   // of a table
 
     void Print(const JsonRows& rows, const Row& row, const RowReader* units) {
         text_.clear();
@@ -183,7 +194,7 @@ class JsonOutput : public Output {
     void PrintComponents(const Section& section) {
         const JsonRows rows(components_->Columns(), kDepth + 3);
         JsonList list(kDepth + 2);
-        components_->ForEach(section.start, section.end, [&](const Row& row) {
+        components_->ForEach(section, [&](const Row& row) {
             list.Next();
             Print(rows, row, nullptr);
         });
@@ -201,8 +212,8 @@ class JsonOutput : public Output {
 // Reads tables and hands on the rows that are to be shown.
 class Shower {
   public:
-    Shower(CgTab& tables, const ShowOptions& options, Output& output)
-        : tables_(tables), options_(options), output_(output) {
+    Shower(CgTab& tables, TypeNames& types, const ShowOptions& options, Output& output)
+        : tables_(tables), types_(types), options_(options), output_(output) {
         if (!options.find.empty()) {
             search_.emplace(options.find);
         }
@@ -250,10 +261,13 @@ class Shower {
 
   private:
     RowReader ReaderOf(CgTab::TAB_ID id) {
-        return {tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr};
+        RowReader reader(tables_, id, id == CgTab::TAB_CMP ? &sections_ : nullptr);
+        reader.NameTypes(types_);
+        return reader;
     }
 
     CgTab& tables_;
+    TypeNames& types_;
     const ShowOptions& options_;
     Output& output_;
     const SectionIndex sections_{SectionsOf(tables_)};
@@ -261,28 +275,35 @@ class Shower {
     bool hasShown_ = false;
 };
 
-std::unique_ptr<Output> OutputOf(const ShowOptions& options, ComponentRows* components) {
+std::unique_ptr<Output> OutputOf(const ShowOptions& options, const TypeNames& types,
+                                 ComponentRows* components) {
     if (options.json) {
-        return std::make_unique<JsonOutput>(options.files, components);
+        return std::make_unique<JsonOutput>(options.files, types, components);
     }
     return std::make_unique<TextOutput>(components);
 }
 
 // False when a table is damaged or a name is not found, which has become a message.
-bool ShowTables(CgTab& tables, const std::vector<CgTab::TAB_ID>& ids, const ShowOptions& options) {
+bool ShowTables(CgTab& tables, TypeNames& types, const std::vector<CgTab::TAB_ID>& ids,
+                const ShowOptions& options) {
     const bool hasUnits = std::ranges::find(ids, CgTab::TAB_POU) != ids.end();
     std::optional<ComponentRows> components;  // of units that are asked for by their name
     if (hasUnits && !options.tables.empty()) {
-        components.emplace(tables);
+        components.emplace(tables, types);
     }
-    const auto output = OutputOf(options, components ? &*components : nullptr);
-    Shower shower(tables, options, *output);
+    const auto output = OutputOf(options, types, components ? &*components : nullptr);
+    Shower shower(tables, types, options, *output);
     bool isFine = true;
     for (const CgTab::TAB_ID id : ids) {
         isFine = shower.Show(id) && isFine;
     }
     isFine = shower.HasShown(ids) && isFine;
     output->Finish();
+    if (types.HasLeft()) {
+        PrintMessage(WholeOf(options.files),
+                     Say("an image keeps of some types only that they are structures or function "
+                         "blocks; the project has their names"));
+    }
     return isFine;
 }
 
@@ -309,7 +330,8 @@ int RunShow(const ShowOptions& options) {
         save();
     }
     const auto progress = Progress::OfResults(Say("writing the tables"), 0);
-    return ShowTables(*tables, ids, options) ? status : kInputHasFaults;
+    TypeNames types(*tables, current.project, isProject);
+    return ShowTables(*tables, types, ids, options) ? status : kInputHasFaults;
 }
 
 }  // namespace lq::tool

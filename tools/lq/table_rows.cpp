@@ -12,6 +12,7 @@
 #include "tools/lq/describe.h"
 #include "tools/lq/input.h"
 #include "tools/lq/messages.h"
+#include "tools/lq/type_names.h"
 
 namespace lq::tool {
 
@@ -184,6 +185,7 @@ RowReader::RowReader(CgTab& tables, CgTab::TAB_ID id, const SectionIndex* sectio
         columns_.push_back({std::string(title), isNumber});
     }
     nameColumn_ = ColumnOf(kReadings[id].value.nameColumn);
+    typeColumn_ = ColumnOf("type");
 }
 
 size_t RowReader::ColumnOf(std::string_view title) const {
@@ -201,7 +203,29 @@ bool RowReader::Read(int32_t& pos) {
     }
     const bool isRead = kReadings[id_].value.read(tables_, pos, row_);
     next_ = pos;
+    if (isRead && types_ && LacksTypeName()) {
+        types_->Name(GetVariable(), std::get<std::string>(row_[typeColumn_]));
+    }
     return isRead;
+}
+
+bool RowReader::LacksTypeName() const {
+    const bool isVariables = typeColumn_ < row_.size() && typeColumn_ != nameColumn_;
+    const auto* type = isVariables ? std::get_if<std::string>(&row_[typeColumn_]) : nullptr;
+    return type && Name() && (type->ends_with(kStructureType) || type->ends_with(kBlockType));
+}
+
+Variable RowReader::GetVariable() const {
+    const auto* line = std::get_if<int64_t>(&row_.back());
+    Variable variable{unit_, *Name(), line ? static_cast<uint32_t>(*line) : 0};
+    if (const auto* unit = sections_ ? std::get_if<std::string>(&row_[UnitColumn()]) : nullptr) {
+        variable.unit = *unit;
+    } else if (const size_t dot = variable.name.find('.');
+               id_ == CgTab::TAB_TMP && dot != std::string_view::npos) {
+        variable.unit = variable.name.substr(0, dot);
+        variable.name.remove_prefix(dot + 1);
+    }
+    return variable;
 }
 
 int32_t RowReader::End() const {

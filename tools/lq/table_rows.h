@@ -12,11 +12,33 @@
 
 namespace lq::tool {
 
+class TypeNames;
+
+// What lines keep of types with a name of the project's, and of arrays of them behind "OF ".
+inline constexpr std::string_view kStructureType = "STRUCTURE";
+inline constexpr std::string_view kBlockType = "FUNCTION_BLOCK";
+
+// Where a variable is declared: a global in no unit.
+struct Variable {
+    std::string_view unit;
+    std::string_view name;
+    uint32_t line = 0;
+};
+
 // Reads lines of one table, one at a time. Reading moves the tables' positions.
 class RowReader {
   public:
     // With `sections`, which must stay, components name the unit in whose section they lie.
     RowReader(CgTab& tables, CgTab::TAB_ID id, const SectionIndex* sections = nullptr);
+
+    // Types show the names that are known from now on; `types` must stay. Without sections those of
+    // components are looked for in the unit.
+    void NameTypes(TypeNames& types) { types_ = &types; }
+    void SetUnit(const std::string& unit) { unit_ = unit; }
+    // Whether the row is a variable's whose type has a name that its line does not keep, and which
+    // variable that is.
+    bool LacksTypeName() const;
+    Variable GetVariable() const;
 
     const std::vector<Column>& Columns() const { return columns_; }
     // The number of a column; that of all when there is none of the title.
@@ -56,6 +78,9 @@ class RowReader {
     const SectionIndex* sections_;
     std::vector<Column> columns_;
     size_t nameColumn_ = 0;
+    size_t typeColumn_ = 0;
+    TypeNames* types_ = nullptr;
+    std::string unit_;
     Row row_;
     int32_t next_ = 0;
 };

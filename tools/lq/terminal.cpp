@@ -12,6 +12,21 @@ namespace {
 Color color = Color::kAuto;
 bool isQuiet = false;
 
+// Asks the system once, as there may be many lines to print: each stream when it is first printed
+// to, since a file may take its place until then.
+bool ShowsBold(Stream stream) {
+    static const char* const noColour = std::getenv("NO_COLOR");
+    if (noColour && *noColour) {
+        return false;
+    }
+    if (stream == Stream::kMessages) {
+        static const bool canShow = CanControl(Stream::kMessages);
+        return canShow;
+    }
+    static const bool canShow = CanControl(Stream::kResults);
+    return canShow;
+}
+
 }  // namespace
 
 void UseColor(Color wanted) {
@@ -44,11 +59,9 @@ size_t Columns(Stream stream) {
 }
 
 std::string Bold(Stream stream, const std::string& text) {
-    const char* noColour = std::getenv("NO_COLOR");
-    const bool isPlain = (noColour && *noColour) || !CanControl(stream);
-    return color == Color::kNever || (color == Color::kAuto && isPlain)
-               ? text
-               : "\x1B[1m" + text + "\x1B[0m";
+    return color == Color::kAlways || (color == Color::kAuto && ShowsBold(stream))
+               ? "\x1B[1m" + text + "\x1B[0m"
+               : text;
 }
 
 }  // namespace lq::tool

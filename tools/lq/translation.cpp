@@ -45,9 +45,9 @@ class LineNumbers final : public TranslationClient {
     Progress progress_;
 };
 
-std::string FaultOf(const host::Declaration* declaration, DeclFault fault, TypeFaults& types) {
+FaultWords FaultOf(const host::Declaration* declaration, DeclFault fault, TypeFaults& types) {
     if (!declaration) {
-        return FaultText(fault);
+        return {FaultText(fault)};
     }
     switch (fault) {
         case DeclFault::kTypeName:
@@ -58,51 +58,56 @@ std::string FaultOf(const host::Declaration* declaration, DeclFault fault, TypeF
         case DeclFault::kInitialValue:
             return ValueFault(declaration->initValue);
         default:
-            return FaultText(fault);
+            return {FaultText(fault)};
     }
 }
 
-std::string ReasonOf(const TranslationRefusal& refusal, const host::Declaration* declaration,
-                     TypeFaults& types) {
+FaultWords ReasonOf(const TranslationRefusal& refusal, const host::Declaration* declaration,
+                    TypeFaults& types) {
     switch (refusal.reason) {
         case RefusalReason::kDeclaration:
             return FaultOf(declaration, refusal.fault, types);
         case RefusalReason::kNoIdentifier:
-            return Say("the name is no identifier");
+            return {Say("the name is no identifier")};
         case RefusalReason::kGlobalTwice:
-            return Say("a global of this name was declared before");
+            return {Say("a global of this name was declared before")};
         case RefusalReason::kComponentTwice:
-            return Say("the unit has declared this name before");
+            return {Say("the unit has declared this name before")};
         case RefusalReason::kNoGlobal:
-            return Say("no global of this name was entered");
+            return {Say("no global of this name was entered")};
         case RefusalReason::kTypeName:
-            return Say("the name of its type cannot be entered");
+            return {Say("the name of its type cannot be entered")};
         case RefusalReason::kTemporary:
-            return Say("the temporary cannot be entered");
+            return {Say("the temporary cannot be entered")};
         case RefusalReason::kUnit:
             break;  // the project has all its units
         case RefusalReason::kComponents:
-            return Say("the unit's components cannot be entered");
+            return {Say("the unit's components cannot be entered")};
         case RefusalReason::kUnitName:
-            return Say("the unit's name has more than 255 characters");
+            return {Say("the unit's name has more than 255 characters")};
         case RefusalReason::kLabelName:
-            return Say("the label's name has more than 255 characters");
+            return {Say("the label's name has more than 255 characters")};
         case RefusalReason::kLabelTwice:
-            return Say("the label is defined twice");
+            return {Say("the label is defined twice")};
     }
-    return Say("unknown");
+    return {Say("unknown")};
 }
 
 Refusal ToRefusal(const host::Project& project, const TranslationRefusal& refusal,
                   TypeFaults& types) {
     const host::Declaration* const declaration = project.GetDeclaration(refusal.object);
+    const FaultWords words = ReasonOf(refusal, declaration, types);
+    // No check minds what the language permits.
+    const host::Check& check = words.isOfTables
+                                   ? host::CheckOf(RefusalReason::kDeclaration, DeclFault::kNone)
+                                   : host::CheckOf(refusal.reason, refusal.fault);
     return {EncodeUtf8(project.NameOf(refusal.owner)),
             EncodeUtf8(declaration    ? declaration->name
                        : refusal.mark ? refusal.mark
                                       : u""),
             EncodeUtf8(declaration ? declaration->type : u""),
-            ReasonOf(refusal, declaration, types),
-            &host::CheckOf(refusal.reason, refusal.fault),
+            words.text,
+            &check,
             FileNameOf(project, declaration ? refusal.object : refusal.owner),
             refusal.place.line,
             refusal.place.column};

@@ -1,3 +1,5 @@
+#include <memory>
+
 #include "lq_data/host/text/message.h"
 #include "tools/lq/command.h"
 #include "tools/lq/commands.h"
@@ -17,13 +19,14 @@ int RunReport(const ReportOptions& options) {
     CurrentProject current;
     current.project.KeepCode();  // for the checks
     TableInput input = ReadTables(options.files, current.project);
-    const std::vector<host::Finding> findings = FindingsOf(options.files, input, current.project);
+    const std::unique_ptr<host::Findings> findings =
+        FindingsOf(options.files, input, current.project);
     const Progress progress(Say("writing {}", options.output));
     OutputFile file(options.output);
     ReportPage page(file);
     WriteReportTables(options.files.projects.front(), input, current.project, page);
     page.EndTables();
-    WriteReportProject(options.files, input, findings, current.project, page);
+    WriteReportProject(options.files, input, findings.get(), current.project, page);
     page.Finish();
     file.Finish();
     return input.status;

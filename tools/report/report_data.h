@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "lq_data/host/check/check.h"
 #include "lq_data/host/model/project.h"
@@ -18,9 +17,9 @@ void WriteReportTables(const std::string& path, TableInput& input, const host::P
                        ReportPage& page);
 
 // What the engineer wrote: units, types, lists, tasks and symbols of the project, and what was said
-// of it, by the checks too. Of an image there are only its tables.
+// of it, by the checks too. Of an image there are only its tables, and no findings.
 void WriteReportProject(const ProjectFiles& files, const TableInput& input,
-                        const std::vector<host::Finding>& findings, const host::Project& project,
+                        const host::Findings* findings, const host::Project& project,
                         ReportPage& page);
 
 }  // namespace lq::tool

@@ -59,11 +59,10 @@ Json RelatedJson(const Finding& finding, FileNames& files) {
 
 }  // namespace
 
-std::vector<Finding> FindingsOf(const ProjectFiles& files, const TableInput& input,
-                                host::Project& project) {
-    std::vector<Finding> findings;
+std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, const TableInput& input,
+                                           host::Project& project) {
     if (!input.isProject) {
-        return findings;
+        return nullptr;
     }
     CheckOptions options;
     options.files = files;
@@ -80,55 +79,54 @@ std::vector<Finding> FindingsOf(const ProjectFiles& files, const TableInput& inp
     settings.options.checkLibraries = false;  // the page has no rows of theirs
     settings.options.reports = &input.reports;
     const Progress progress(host::Say("checking"));
-    host::RunChecks(project, settings.options,
-                    [&findings](const Finding& finding) { findings.push_back(finding); });
-    return findings;
+    return std::make_unique<host::Findings>(project, settings.options);
 }
 
-void WriteMessages(const TableInput& input, const std::vector<Finding>& findings,
+void WriteMessages(const TableInput& input, const host::Findings* findings,
                    const std::function<std::string(ID)>& rowOf, FileNames& files,
                    ReportPage& page) {
     page.Add(R"(,"messages":[)");
     MessageWriter writer(files, page);
+    std::map<uint16_t, const host::Check*> checks;
     for (const Refusal& refusal : input.refusals) {
+        checks.emplace(refusal.check->code, refusal.check);
         writer.Begin("tables", Severity::kError);
+        writer.AddText("code", CodeText(refusal.check->code));
         writer.AddPlace(refusal.file, refusal.line, refusal.column);
         writer.AddObject(refusal.list, refusal.name);
         writer.AddText("text", refusal.reason);
         writer.End(0);
     }
-    std::map<std::string, const host::Check*> checks;
+    const auto write = [&](const Finding& finding) {
+        checks.emplace(finding.check->code, finding.check);
+        // What is about an object has its row; where the reader's reports belong their places
+        // tell.
+        const bool isOfObject = finding.object.GetNumber() != 0;
+        writer.Begin(isOfObject || finding.check->run ? "checks" : "reader", finding.severity);
+        writer.AddText("code", CodeText(finding.check->code));
+        writer.AddPlace(finding.file, finding.line, finding.column);
+        writer.AddObject(finding.unit, finding.name);
+        writer.AddText("text", finding.message);
+        if (isOfObject) {
+            page.Add(R"(,"target":)");
+            page.Add(rowOf(finding.object));
+        }
+        if (!finding.related.empty()) {
+            page.Add(R"(,"related":)");
+            page.AddValue(RelatedJson(finding, files));
+        }
+        writer.End(finding.more);
+    };
     for (const Severity severity : {Severity::kError, Severity::kWarning, Severity::kNote}) {
-        for (const Finding& finding : findings) {
-            if (finding.severity != severity) {
-                continue;
-            }
-            const std::string code = CodeText(finding.check->code);
-            checks.emplace(code, finding.check);
-            // What is about an object has its row; where the reader's reports belong their places
-            // tell.
-            const bool isOfObject = finding.object.GetNumber() != 0;
-            writer.Begin(isOfObject || finding.check->run ? "checks" : "reader", severity);
-            writer.AddText("code", code);
-            writer.AddPlace(finding.file, finding.line, finding.column);
-            writer.AddObject(finding.unit, finding.name);
-            writer.AddText("text", finding.message);
-            if (isOfObject) {
-                page.Add(R"(,"target":)");
-                page.Add(rowOf(finding.object));
-            }
-            if (!finding.related.empty()) {
-                page.Add(R"(,"related":)");
-                page.AddValue(RelatedJson(finding, files));
-            }
-            writer.End(finding.more);
+        if (findings) {
+            findings->ForEach(severity, write);
         }
     }
     Json explanations = Json::object();
     for (const auto& [code, check] : checks) {
-        explanations[code] = {{"name", check->name},
-                              {"rule", Translated(check->rule)},
-                              {"reason", Translated(check->reason)}};
+        explanations[CodeText(code)] = {{"name", check->name},
+                                        {"rule", Translated(check->rule)},
+                                        {"reason", Translated(check->reason)}};
     }
     page.Add(R"(],"checks":)");
     page.AddValue(explanations);

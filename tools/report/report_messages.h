@@ -2,8 +2,8 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include "lq_data/host/check/check.h"
 #include "tools/lq/project_input.h"
@@ -13,13 +13,14 @@
 namespace lq::tool {
 
 // What the checks find, as `lq check` has it: with its settings, and the reader's reports among it.
-// Libraries that only the settings name are read, too; they are in no table. Throws CommandError.
-std::vector<host::Finding> FindingsOf(const ProjectFiles& files, const TableInput& input,
-                                      host::Project& project);
+// Libraries that only the settings name are read, too; they are in no table. Null for an image.
+// Throws CommandError.
+std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, const TableInput& input,
+                                           host::Project& project);
 
 // Adds the members "messages", the worst first, and "checks", the explanations of their codes.
 // `rowOf` tells where the page has an object, as JSON.
-void WriteMessages(const TableInput& input, const std::vector<host::Finding>& findings,
+void WriteMessages(const TableInput& input, const host::Findings* findings,
                    const std::function<std::string(ID)>& rowOf, FileNames& files, ReportPage& page);
 
 }  // namespace lq::tool

@@ -25,7 +25,7 @@ using host::Symbol;
 namespace {
 
 // What is neither a unit's nor a list's.
-constexpr int64_t kNobodys = -1;
+constexpr int32_t kNobodys = -1;
 
 constexpr size_t kSymbolsInPiece = 4096;
 
@@ -114,16 +114,11 @@ class SymbolColumn {
 
 class ProjectWriter {
   public:
-    // `findings` are about objects whose rows will be asked for.
-    ProjectWriter(const host::Project& project, const std::vector<host::Finding>& findings,
-                  FileNames& files, ReportPage& page)
-        : project_(project), files_(files), page_(page) {
-        for (const host::Finding& finding : findings) {
-            if (project.GetDeclaration(finding.object)) {
-                symbolRows_.emplace(host::IndexOf(finding.object), kNobodys);
-            }
-        }
-    }
+    ProjectWriter(const host::Project& project, FileNames& files, ReportPage& page)
+        : project_(project),
+          files_(files),
+          page_(page),
+          symbolRows_(project.Declarations().size(), kNobodys) {}
 
     void Write() {
         page_.AddOpen({{"name", EncodeUtf8(project_.Name())}});
@@ -151,10 +146,9 @@ class ProjectWriter {
             case host::Sort::kVariableList:
                 return RowJson("lists", lists_[at]);
             case host::Sort::kDeclaration: {
-                const auto row = symbolRows_.find(host::IndexOf(object));
-                return row != symbolRows_.end() && row->second != kNobodys
-                           ? RowJson("symbols", row->second)
-                           : RowOf(project_.GetDeclaration(object)->owner);
+                const int32_t row = symbolRows_[at];
+                return row != kNobodys ? RowJson("symbols", row)
+                                       : RowOf(project_.GetDeclaration(object)->owner);
             }
             default:
                 return "null";
@@ -308,7 +302,7 @@ class ProjectWriter {
                                                   "line",    "column",  "owner"};
         std::array<SymbolColumn, std::size(kTitles)> columns;
         size_t inPiece = 0;
-        int64_t count = 0;
+        int32_t count = 0;
         const char* separator = "[[";
         const auto writePiece = [&] {
             for (SymbolColumn& column : columns) {
@@ -330,11 +324,7 @@ class ProjectWriter {
             (column++)->Take(int64_t{symbol.line});
             (column++)->Take(int64_t{symbol.column});
             (column++)->Take(OwnerOf(symbol.declaration));
-            const auto wanted = symbolRows_.find(host::IndexOf(symbol.declaration));
-            if (wanted != symbolRows_.end()) {
-                wanted->second = count;
-            }
-            ++count;
+            symbolRows_[host::IndexOf(symbol.declaration)] = count++;
             if (++inPiece == kSymbolsInPiece) {
                 writePiece();
             }
@@ -376,8 +366,8 @@ class ProjectWriter {
     std::vector<int32_t> units_;  // which is the how manieth; -1 for a library's
     std::vector<int32_t> types_;
     std::vector<int32_t> lists_;
-    std::unordered_map<uint32_t, int64_t> symbolRows_;  // of declarations that findings are about
-    std::u16string_view file_;                          // of the last symbol
+    std::vector<int32_t> symbolRows_;  // of declarations
+    std::u16string_view file_;         // of the last symbol
     std::u16string shownFile_;
 };
 
@@ -393,7 +383,7 @@ Json TablesJson(CgTab& tables) {
 }  // namespace
 
 void WriteReportProject(const ProjectFiles& files, const TableInput& input,
-                        const std::vector<host::Finding>& findings, const host::Project& project,
+                        const host::Findings* findings, const host::Project& project,
                         ReportPage& page) {
     FileNames names;
     const auto shown = [&names](const std::vector<std::string>& paths) {
@@ -410,7 +400,7 @@ void WriteReportProject(const ProjectFiles& files, const TableInput& input,
                   {"nodeBlocks", R_FILE::BlCnt()},
                   {"tables", TablesJson(*input.tables)}});
     page.Add(R"(,"project":)");
-    ProjectWriter writer(project, findings, names, page);
+    ProjectWriter writer(project, names, page);
     if (input.isProject) {
         writer.Write();
     } else {

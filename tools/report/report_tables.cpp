@@ -15,6 +15,7 @@
 #include "tools/lq/project_input.h"
 #include "tools/lq/table_rows.h"
 #include "tools/lq/tables.h"
+#include "tools/lq/type_names.h"
 #include "tools/report/report_data.h"
 #include "tools/report/shared_texts.h"
 
@@ -127,7 +128,12 @@ class TablesWriter {
   public:
     TablesWriter(const std::string& path, TableInput& input, const host::Project& project,
                  ReportPage& page)
-        : path_(path), input_(input), project_(project), page_(page), tables_(*input.tables) {}
+        : path_(path),
+          input_(input),
+          project_(project),
+          page_(page),
+          tables_(*input.tables),
+          declarations_(project) {}
 
     void Write() {
         std::vector<UnitSection> sections = SectionsOf(tables_);
@@ -136,7 +142,7 @@ class TablesWriter {
         }
         sections_ = SectionIndex(std::move(sections));
         if (input_.isProject) {
-            CollectDeclaredTypes();
+            CollectTypeNames();
         }
         globals_ = BytesOf(tables_, CgTab::TAB_GLB);
         for (int id = 0; id < CgTab::TAB_COUNT; ++id) {
@@ -151,41 +157,22 @@ class TablesWriter {
   private:
     // --- Types -------------------------------------------------------------------------------
 
-    // A variable by its unit, name, and line of the source.
-    static std::string KeyOf(const std::string& unit, const std::string& name, uint32_t line) {
-        return (unit.empty() ? "" : unit + ".") + name + "\n" + std::to_string(line);
-    }
-
-    void CollectDeclaredTypes() {
+    void CollectTypeNames() {
         RowReader names(tables_, CgTab::TAB_DMM);
-        Positions positions;
-        names.ForEach([&] { positions.emplace(*names.Name(), PositionOf(names.Get())); });
-        for (const host::Declaration& declaration : project_.Declarations()) {
-            const host::Pou* unit = project_.GetPou(declaration.owner);
-            const ID named = NamedType(project_, declaration);
-            if (named.GetNumber()) {
-                const std::string name = EncodeUtf8(project_.NameOf(named));
-                declared_.emplace(
-                    KeyOf(unit ? EncodeUtf8(unit->name) : "", EncodeUtf8(declaration.name),
-                          declaration.line),
-                    DeclaredType{EncodeUtf8(declaration.type), Find(positions, name)});
-            }
-        }
+        names.ForEach([&] { typeNames_.emplace(*names.Name(), PositionOf(names.Get())); });
     }
 
     // Of a row of variables, if its type has a name of the project's.
-    const DeclaredType* NamedTypeOf(CgTab::TAB_ID id, const RowReader& reader) const {
-        const Row& row = reader.Get();
-        const auto* line = std::get_if<int64_t>(&row.back());
-        if (declared_.empty() || !line) {
-            return nullptr;
+    std::optional<DeclaredType> NamedTypeOf(const RowReader& reader) {
+        const bool isNamed = input_.isProject && reader.LacksTypeName();
+        const host::Declaration* declaration =
+            isNamed ? declarations_.Find(reader.GetVariable()) : nullptr;
+        const ID named = declaration ? NamedType(project_, *declaration) : ID();
+        if (named.GetNumber() == 0) {
+            return std::nullopt;
         }
-        const auto* unit = id == CgTab::TAB_CMP
-                               ? std::get_if<std::string>(&row[RowReader::UnitColumn()])
-                               : nullptr;
-        const auto at =
-            declared_.find(KeyOf(unit ? *unit : "", *reader.Name(), static_cast<uint32_t>(*line)));
-        return at != declared_.end() ? &at->second : nullptr;
+        return DeclaredType{EncodeUtf8(declaration->type),
+                            Find(typeNames_, EncodeUtf8(project_.NameOf(named)))};
     }
 
     // --- Tables ------------------------------------------------------------------------------
@@ -196,7 +183,7 @@ class TablesWriter {
 
     // Where a link of a row leads.
     int32_t TargetOf(LinkKind kind, CgTab::TAB_ID id, const RowReader& reader,
-                     const LineLinks& line, const DeclaredType* type) const {
+                     const LineLinks& line, const std::optional<DeclaredType>& type) const {
         switch (kind) {
             case LinkKind::kUnit:
                 return UnitOf(id, reader);
@@ -295,8 +282,7 @@ class TablesWriter {
             const Row& row = reader.Get();
             const LineHead head = HeadOf(id, bytes, PositionOf(row));
             const LineLinks line = LinksWithGlobal(id, bytes, head);
-            const bool isVariable = typeColumn < row.size() && id != CgTab::TAB_ARR;
-            const DeclaredType* type = isVariable ? NamedTypeOf(id, reader) : nullptr;
+            const std::optional<DeclaredType> type = NamedTypeOf(reader);
             nameBytes.push_back(static_cast<int32_t>(head.name.size()));
             for (Link& link : links) {
                 link.at.push_back(TargetOf(link.traits.kind, id, reader, line, type));
@@ -373,7 +359,8 @@ class TablesWriter {
     CgTab& tables_;
     SectionIndex sections_;
     Positions units_;
-    std::unordered_map<std::string, DeclaredType, host::BytesHash> declared_;
+    LineDeclarations declarations_;
+    Positions typeNames_;  // the lines of table 8
     std::string globals_;  // the bytes of table 3
     SharedTexts texts_{SharedTexts::kNowhere};
 };

@@ -208,4 +208,33 @@ TEST(Checks, FindNothingInCleanProjects) {
     }
 }
 
+// In the order of their places, whatever the severities; two of one cause are told apart.
+TEST(Checks, HandOutFindingsAgainAndBySeverity) {
+    ReadProject read;
+    read.project.KeepCode();
+    read.ReadAsText("PROGRAM Main VAR a, b : INT; END_VAR\na := a; b := 1;\na := a;\nEND_PROGRAM" +
+                    InResource("VAR_GLOBAL g : INT; END_VAR " + std::string(kTask)));
+    SetProject(&read.project);
+    const Findings findings(read.project, {});
+    const auto all = [&](auto... severity) {
+        std::vector<std::string> found;
+        findings.ForEach(severity..., [&](const Finding& finding) {
+            found.push_back(CodeText(finding.check->code) + " " + finding.unit + "." +
+                            finding.name + " " + finding.fingerprint);
+        });
+        return found;
+    };
+    const std::vector<std::string> once = all();
+    ASSERT_EQ(once.size(), 3u);
+    EXPECT_EQ(findings.Count(), 3u);
+    EXPECT_EQ(once[0].substr(0, 12), "8016 Main.a ");
+    EXPECT_EQ(once[1].substr(0, 12), "8016 Main.a ");
+    EXPECT_NE(once[0], once[1]);
+    EXPECT_EQ(once[2].substr(0, 11), "8005 c.r.g ");
+    EXPECT_EQ(all(), once);
+    EXPECT_EQ(all(Severity::kWarning), std::vector(once.begin(), once.begin() + 2));
+    EXPECT_EQ(all(Severity::kNote), std::vector(once.begin() + 2, once.end()));
+    SetProject(nullptr);
+}
+
 }  // namespace lq::host

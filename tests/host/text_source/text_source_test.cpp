@@ -123,6 +123,51 @@ TEST(TextSource, ReadsTheEncodingsOfSources) {
     }
 }
 
+// Whatever character the end of a piece of the bytes goes through.
+TEST(TextSource, ReadsLongTextsInPieces) {
+    const std::string head = "VAR_GLOBAL a : INT; // ";
+    for (const std::string character : {"\xC3\xBC", "\xE6\xBD\xA4", "\xF0\x9F\x98\x80", "\xFC"}) {
+        std::string comment;
+        while (comment.size() < 70'000) {
+            comment += character;
+        }
+        for (const std::string shift : {"", "x", "xx", "xxx"}) {
+            std::istringstream source(head + shift + comment + "\nEND_VAR");
+            Project project;
+            std::vector<Report> reports;
+            ASSERT_TRUE(ReadText(source, "test.st", project, reports));
+            ASSERT_EQ(reports.size(), 0u);
+            std::string expected = comment;
+            if (character.size() == 1) {  // windows-1252
+                expected.clear();
+                while (expected.size() < 2 * comment.size()) {
+                    expected += "\xC3\xBC";
+                }
+            }
+            EXPECT_TRUE(EncodeUtf8(project.Declarations().back().comment) == shift + expected);
+        }
+    }
+}
+
+// A long text is given back as it is read: what is read is the same as of a text that stays.
+TEST(TextSource, ForgetsNothingThatIsNeeded) {
+    std::string text;
+    for (int i = 0; text.size() < 3'000'000; ++i) {
+        const std::string number = std::to_string(i);
+        text += "(* of " + number + " *)\nPROGRAM P" + number + " VAR a : T" + number + "; (* " +
+                std::string(500, 'x') + " *) END_VAR\nEND_FUNCTION // b\n";
+    }
+    ReadProject forgets;
+    forgets.ReadAsText(text);
+    ReadProject stays;
+    std::u16string wide;
+    DecodeUtf8(text, wide);
+    ReadText(wide, "src/test.st", stays.project, stays.reports);
+    EXPECT_TRUE(Declared(forgets.project) == Declared(stays.project));
+    EXPECT_TRUE(forgets.Told() == stays.Told());
+    EXPECT_GT(stays.project.Pous().size(), 1000u);
+}
+
 TEST(TextSource, WantOfMemoryIsAReport) {
     lq::test::RunWithFailures(
         {"reading", []() -> lq::test::Attempt {

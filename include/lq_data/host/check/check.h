@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,8 @@ namespace lq::host {
 
 namespace check {
 class Run;
-}
+class Store;
+}  // namespace check
 
 enum class Severity : uint8_t {
     kOff,      // it is not looked for
@@ -114,15 +116,42 @@ struct Finding {
     std::string fingerprint;
 };
 
+// Has the finding until it returns.
+using TakeFinding = std::function<void(const Finding&)>;
+
+// What the checks find in a project. Of each finding little is held, however many there are: its
+// texts are made when it is handed out, from the project, which has to be there until then. A
+// comment "lq: ignore 8001, unused-input" at an object or at the unit that it is in suppresses
+// there.
+class LQ_DATA_API Findings {
+  public:
+    // Runs the checks. The project must be the current one (SetProject).
+    // Throws std::bad_alloc.
+    Findings(const Project& project, const CheckOptions& options);
+    ~Findings();
+    Findings(const Findings&) = delete;
+    Findings& operator=(const Findings&) = delete;
+
+    // How many are handed out, and how many comments and patterns suppress.
+    std::size_t Count() const noexcept;
+    std::size_t Suppressed() const noexcept { return suppressed_; }
+
+    // Hands them out by file and place, as often as wanted. Throws std::bad_alloc, and what `take`
+    // throws.
+    void ForEach(const TakeFinding& take) const;
+    // The same with those of one severity.
+    void ForEach(Severity severity, const TakeFinding& take) const;
+
+  private:
+    std::unique_ptr<check::Store> store_;
+    std::size_t suppressed_ = 0;
+};
+
 struct CheckCounts {
     std::size_t suppressed = 0;  // by comments and patterns
 };
 
-using TakeFinding = std::function<void(const Finding&)>;
-
-// Hands what the checks find to `take`, by file and place. The project must be the current one
-// (SetProject). A comment "lq: ignore 8001, unused-input" at an object or at the unit that it is in
-// suppresses there. Throws std::bad_alloc, and what `take` throws.
+// The same for who wants each once.
 LQ_DATA_API CheckCounts RunChecks(const Project& project, const CheckOptions& options,
                                   const TakeFinding& take);
 
