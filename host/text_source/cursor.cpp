@@ -27,25 +27,32 @@ std::u16string_view Trimmed(std::u16string_view text) {
     return text;
 }
 
-uint32_t SecondHalves(std::u16string_view text) {
-    return static_cast<uint32_t>(
-        std::ranges::count_if(text, [](char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }));
+bool IsSecondHalf(char16_t c) {
+    return (c & 0xFC00) == 0xDC00;
 }
 
-// The text up to the mark of its end. Nearly all have none: that is found out in wide steps, which
-// a loop that stops at the first one has not.
-std::u16string_view ToEndOfInput(std::u16string_view text) {
-    uint16_t marks = 0;  // as wide as a character, for the compiler's sake
+// Whether there is any such character. Nearly all texts have none of those that are looked for:
+// that is found out in wide steps, which a loop that stops at the first one has not.
+template <typename Is>
+bool HasAny(std::u16string_view text, Is is) {
+    uint16_t any = 0;  // as wide as a character, for the compiler's sake
     for (const char16_t c : text) {
-        marks = static_cast<uint16_t>(marks | (c == Scanner::kEndOfInput ? 1 : 0));
+        any = static_cast<uint16_t>(any | (is(c) ? 1 : 0));
     }
-    return marks != 0 ? text.substr(0, text.find(Scanner::kEndOfInput)) : text;
+    return any != 0;
+}
+
+// The text up to the mark of its end.
+std::u16string_view ToEndOfInput(std::u16string_view text) {
+    const bool hasMark = HasAny(text, [](char16_t c) { return c == Scanner::kEndOfInput; });
+    return hasMark ? text.substr(0, text.find(Scanner::kEndOfInput)) : text;
 }
 
 }  // namespace
 
 Cursor::Cursor(std::u16string_view text, ReportList& reports)
     : text_(ToEndOfInput(text)),
+      hasHalves_(HasAny(text_, IsSecondHalf)),
       reports_(reports),
       filter_(text_),
       object_(Scanner::CreateObject()),
@@ -113,38 +120,51 @@ Piece Cursor::Fetch() {
     return piece;
 }
 
-// Between two tokens there are blanks, line breaks and what is foreign.
+// Between two tokens there are blanks, line breaks and what is foreign, which begins with no blank.
 void Cursor::PassBlanks() {
     for (;;) {
+        uint32_t at = spot_.at;
+        for (; at < text_.size() && IsBlank(text_[at]); ++at) {
+            if (text_[at] == u'\n') {
+                BeginLine(at + 1);
+            }
+        }
+        spot_.at = at;
         const Foreign* const foreign = filter_.First();
         // An open string is a token, unless it is nothing but its mark.
         const bool isToken =
             foreign && foreign->kind == Foreign::kString && foreign->end - foreign->begin > 1;
-        if (foreign && foreign->begin == spot_.at && !isToken) {
-            PassForeign(*foreign);
-        } else if (spot_.at < text_.size() && IsBlank(text_[spot_.at])) {
-            const bool isBreak = text_[spot_.at] == u'\n';
-            ++spot_.at;
-            spot_.line += isBreak ? 1 : 0;
-            if (isBreak) {
-                spot_.lineBegin = spot_.at;
-                spot_.halves = 0;
-            }
-        } else {
+        if (!foreign || foreign->begin != at || isToken) {
             return;
         }
+        PassForeign(*foreign);
     }
 }
 
+void Cursor::BeginLine(uint32_t at) {
+    ++spot_.line;
+    spot_.lineBegin = at;
+    spot_.halves = 0;
+}
+
+uint32_t Cursor::SecondHalves(std::u16string_view text) const {
+    return hasHalves_ ? static_cast<uint32_t>(std::ranges::count_if(text, IsSecondHalf)) : 0;
+}
+
 void Cursor::PassTo(uint32_t end) {
-    for (uint32_t at = spot_.at; at < end; ++at) {
-        const char16_t c = text_[at];
-        if (c == u'\n') {
-            ++spot_.line;
-            spot_.lineBegin = at + 1;
-            spot_.halves = 0;
+    constexpr uint32_t kStep = 16;
+    for (uint32_t at = spot_.at; at < end;) {
+        if (end - at >= kStep && !hasHalves_ &&
+            !HasAny(text_.substr(at, kStep), [](char16_t c) { return c == u'\n'; })) {
+            at += kStep;
+            continue;
         }
-        spot_.halves += c >= 0xDC00 && c <= 0xDFFF ? 1 : 0;
+        for (const uint32_t last = std::min(end, at + kStep); at < last; ++at) {
+            if (text_[at] == u'\n') {
+                BeginLine(at + 1);
+            }
+            spot_.halves += IsSecondHalf(text_[at]) ? 1 : 0;
+        }
     }
     spot_.at = end;
 }

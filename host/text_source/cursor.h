@@ -138,11 +138,14 @@ class Cursor {
     Piece Fetch();
     Piece TakeAhead();
     void PassBlanks();
+    void BeginLine(uint32_t at);
+    uint32_t SecondHalves(std::u16string_view text) const;
     void PassTo(uint32_t end);
     void PassForeign(const Foreign& foreign);
     std::u16string TextOf(const Comment& comment) const;
 
     std::u16string_view text_;
+    const bool hasHalves_;  // any second half of a character
     ReportList& reports_;
     SourceFilter filter_;
     std::unique_ptr<CObject> object_;

@@ -85,9 +85,7 @@ void SourceFilter::Begin() {
     show_ = Show::kCode;
     end_ = at_ + 1;
     if (!MayBegin(text_[at_])) {
-        while (end_ < text_.size() && !MayBegin(text_[end_])) {
-            ++end_;
-        }
+        end_ = EndOfCode(end_);
     } else if (At(kOpening)) {
         BeginComment(kClosing, EndOfComment());
     } else if (At(u"/*")) {
@@ -99,6 +97,25 @@ void SourceFilter::Begin() {
     } else if (!At(u"(") && !At(u"/")) {
         BeginString();
     }
+}
+
+// Where something may begin that is no plain code; in wide steps, while there is nothing.
+std::size_t SourceFilter::EndOfCode(std::size_t from) const {
+    constexpr std::size_t kStep = 8;
+    const auto isPlain = [this](std::size_t at) {
+        uint16_t any = 0;
+        for (std::size_t i = 0; i < kStep; ++i) {
+            any = static_cast<uint16_t>(any | (Begins(text_[at + i]) ? 1 : 0));
+        }
+        return any == 0;
+    };
+    while (text_.size() - from >= kStep && isPlain(from)) {
+        from += kStep;
+    }
+    while (from < text_.size() && !MayBegin(text_[from])) {
+        ++from;
+    }
+    return from;
 }
 
 void SourceFilter::BeginForeign(Foreign::Kind kind, std::size_t end, bool isOpen) {

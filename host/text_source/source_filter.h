@@ -51,6 +51,7 @@ class SourceFilter final : public STREAM_W {
 
     bool At(std::u16string_view mark) const { return text_.substr(at_).starts_with(mark); }
     std::size_t EndOfLine(std::size_t from);
+    std::size_t EndOfCode(std::size_t from) const;
     void Begin();
     void BeginString();
     void BeginPragma();

@@ -1,5 +1,7 @@
 // lq::Translate on projects of the host's model. What it enters, byte for byte, the tests of the
 // tool show, and the package's that a model of one's own gets the same.
+#include "lq_data/host/plcopen/plcopen.h"
+#include "lq_data/host/text_source/text_source.h"
 #include "tests/support/memory_jobs.h"
 #include "tests/translate/small_project.h"
 
@@ -277,6 +279,34 @@ TEST(Translate, TellsWantOfMemory) {
                                         : kShort;
                          };
                      }});
+}
+
+// Byte for byte, but for the lines, which are each source's own.
+TEST(Translate, ATextGivesTheTablesOfItsDocument) {
+    std::unique_ptr<CgTab> tables[2];
+    for (const bool isText : {false, true}) {
+        host::Project project;
+        std::vector<host::Report> reports;
+        ASSERT_TRUE(
+            isText ? host::ReadTextFile(LQ_TEST_EXAMPLES "/plant/plant.st", project, reports)
+                   : host::ReadPlcopenFile(LQ_TEST_EXAMPLES "/plant/plant.xml", project, reports));
+        for (const host::Declaration& one : project.Declarations()) {
+            const_cast<host::Declaration&>(one).line = 0;
+        }
+        for (uint32_t i = 0; i < project.Pous().size(); ++i) {
+            host::Pou& pou = *project.EditPou(host::MakeId(host::Sort::kPou, i));
+            pou.line = 0;
+            for (host::Body& body : pou.bodies) {
+                for (host::Mark& label : body.labels) {
+                    label.line = 0;
+                }
+            }
+        }
+        host::SetProject(&project);
+        tables[isText ? 1 : 0] = Translated(project);
+        host::SetProject(nullptr);
+    }
+    EXPECT_TRUE(Saved(*tables[0]) == Saved(*tables[1]));
 }
 
 }  // namespace
