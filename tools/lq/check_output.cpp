@@ -313,8 +313,10 @@ void PrintExplanation(const Check& check) {
     const std::string heading = CodeText(check.code) + " " + check.name;
     const std::string_view severity = Translated(NameOf(check.severity));
     PrintLine(Bold(Stream::kResults, heading) + " (" + std::string(severity) + ")\n");
-    PrintLine(std::string(Translated(check.rule)) + ".");
-    PrintLine(std::string(Translated(check.reason)) + ".");
+    constexpr uint32_t kJapanese = 932;
+    const char* const stop = host::LanguageCodePage() == kJapanese ? "\u3002" : ".";
+    PrintLine(std::string(Translated(check.rule)) + stop);
+    PrintLine(std::string(Translated(check.reason)) + stop);
     PrintExample(Say("Wrong:"), check.wrong);
     PrintExample(Say("Right:"), check.right);
 }
