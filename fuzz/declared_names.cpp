@@ -121,7 +121,7 @@ class Finder {
             block_ = Is(at, u"AT") ? block_ : nullptr;
         }
         const bool isName = Is(at + 1, u":") || Is(at + 1, u",");
-        const bool isOfTypes = Is(at, u"TYPE") && Is(at + 2, u":");
+        const bool isOfTypes = Is(at, u"TYPE") && IsPlainName(at + 1) && Is(at + 2, u":");
         if (word.isFirst && !isName && depth_ == 0 && (IsOneOf(kSections, word) || isOfTypes)) {
             block_ = &word;
         }
