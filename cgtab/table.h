@@ -83,8 +83,8 @@ class LQ_DATA_LOCAL CgTab::Table {
     int32_t AppendLine(Line& line);
     // The equal line, or a new one; -1 when there can be none.
     int32_t LookOrAppend(Line& line);
-    // Exchanges `byte` with the one at `offset` behind the length field of a line, if the line is so
-    // long; the table then stands at the line.
+    // Exchanges `byte` with the one at `offset` behind the length field of a line, if the line is
+    // so long; the table then stands at the line.
     bool ReplaceByte(int32_t linePos, uint32_t offset, unsigned char& byte);
     // Writes bytes over those at `offset` behind the length field of a line, which has them; the
     // table then stands at the line.

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/check/checks.h"
-#include "host/check/report_at.h"
+#include "host/check/findings.h"
 #include "lq_data/host/words/words.h"
 
 namespace lq::host::check {
@@ -21,16 +21,10 @@ class Drawings {
     explicit Drawings(Run& run) : run_(run) {}
 
     void Look() {
-        for (const ID owner : run_.Owners()) {
-            if (const Pou* pou = run_.project.GetPou(owner)) {
-                for (const Body& body : pou->bodies) {
-                    if (const BodyCode* code = run_.project.CodeOf(body)) {
-                        CheckBlocks(owner, *code);
-                        CheckSteps(owner, *code);
-                    }
-                }
-            }
-        }
+        ForEachCode(run_, [this](ID owner, const BodyCode& code) {
+            CheckBlocks(owner, code);
+            CheckSteps(owner, code);
+        });
     }
 
   private:
@@ -41,7 +35,7 @@ class Drawings {
     void CheckSteps(ID unit, const BodyCode& code);
 
     Run& run_;
-    std::map<std::u16string, Finding*> unknown_;  // blocks, by name in capitals
+    Causes unknown_;  // blocks
 };
 
 void Drawings::CheckBlocks(ID unit, const BodyCode& code) {
@@ -67,12 +61,9 @@ void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
     } else if (!pou && !IsStandardFunction(piece.name) &&
                // An instance may stand for its type.
                run_.types.Members(unit).Find(piece.name) == ID() && !IsToldAsType(unit, piece)) {
-        auto [known, isNew] = unknown_.try_emplace(Upper(piece.name), nullptr);
-        if (isNew) {
-            known->second = &ReportAt(run_, 8027, run_.OpenSeverity(), unit, SpotOf(piece),
-                                      Say("no unit is called '{}'", Utf8(piece.name)));
-        } else {
-            ++known->second->more;
+        if (!unknown_.IsTold({}, Upper(piece.name))) {
+            unknown_.Tell(ReportAt(run_, 8027, run_.OpenSeverity(), unit, SpotOf(piece),
+                                   Say("no unit is called '{}'", Utf8(piece.name))));
         }
     }
 }

@@ -4,7 +4,7 @@
 #include <unordered_set>
 
 #include "host/check/checks.h"
-#include "host/check/report_at.h"
+#include "host/check/findings.h"
 
 namespace lq::host::check {
 
@@ -39,14 +39,11 @@ void CheckBody(Run& run, ID unit, const Body& body) {
 }
 
 void CheckLabels(Run& run) {
-    for (const ID owner : run.Owners()) {
-        const Pou* pou = run.project.GetPou(owner);
-        for (const Body& body : pou ? pou->bodies : std::vector<Body>()) {
-            if (!body.labels.empty() || !body.jumps.empty()) {
-                CheckBody(run, owner, body);
-            }
+    ForEachBody(run, [&run](ID owner, const Body& body) {
+        if (!body.labels.empty() || !body.jumps.empty()) {
+            CheckBody(run, owner, body);
         }
-    }
+    });
 }
 
 constexpr Check kRows[] = {

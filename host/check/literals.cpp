@@ -21,15 +21,7 @@ class Literals {
     explicit Literals(Run& run) : run_(run) {}
 
     void Look() {
-        for (const ID owner : run_.Owners()) {
-            const Pou* pou = run_.project.GetPou(owner);
-            const std::size_t count = pou ? pou->bodies.size() : 0;
-            for (std::size_t i = 0; i < count; ++i) {
-                if (const BodyCode* code = run_.project.CodeOf(pou->bodies[i])) {
-                    LookAt(owner, code->tokens);
-                }
-            }
-        }
+        ForEachCode(run_, [this](ID owner, const BodyCode& code) { LookAt(owner, code.tokens); });
     }
 
     Places remnants;

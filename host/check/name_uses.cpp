@@ -78,12 +78,6 @@ void NameUses::CheckInstances() {
 
 // -- Enumerations ---------------------------------------------------------------------------------
 
-Finding* NameUses::FirstOf(std::map<std::pair<uint32_t, std::u16string>, Finding*>& known, ID unit,
-                           const std::u16string& name) {
-    const auto found = known.find({unit.GetNumber(), name});
-    return found == known.end() ? nullptr : found->second;
-}
-
 void NameUses::TakeEnumerator(const Use& use) {
     if (use.id != use.where && SortOf(use.id) == Sort::kDataType) {
         isUsed_[IndexOf(use.id)] = true;
@@ -102,8 +96,7 @@ void NameUses::TakeEnumerator(const Use& use) {
     for (const ID type : types) {
         isUsed_[IndexOf(type)] = true;  // any of them may be meant
     }
-    if (Finding* first = FirstOf(shared_, use.unit, Upper(use.name))) {
-        ++first->more;
+    if (shared_.IsTold(use.unit, Upper(use.name))) {
         return;
     }
     Finding& finding =
@@ -111,7 +104,7 @@ void NameUses::TakeEnumerator(const Use& use) {
                  Say("'{}' is a value of '{}' and of '{}'", Utf8(use.name),
                      Utf8(run_.project.NameOf(use.id)), Utf8(run_.project.NameOf(*other))));
     run_.Relate(finding, *other, Say("declared here"));
-    shared_[{use.unit.GetNumber(), Upper(use.name)}] = &finding;
+    shared_.Tell(finding);
 }
 
 // -- Spellings ------------------------------------------------------------------------------------
@@ -149,13 +142,10 @@ void NameUses::TakeSpelling(const Use& use) {
     if (declared == use.name || !EqualNames(declared, use.name)) {
         return;
     }
-    if (Finding* first = FirstOf(spellings_, use.unit, use.name)) {
-        ++first->more;
-        return;
+    if (!spellings_.IsTold(use.unit, use.name)) {
+        spellings_.Tell(ReportAt(run_, 1013, use.unit, SpotOf(use),
+                                 Say("'{}' is declared as '{}'", Utf8(use.name), Utf8(declared))));
     }
-    spellings_[{use.unit.GetNumber(), use.name}] =
-        &ReportAt(run_, 1013, use.unit, SpotOf(use),
-                  Say("'{}' is declared as '{}'", Utf8(use.name), Utf8(declared)));
 }
 
 // -- Types ----------------------------------------------------------------------------------------

@@ -1,13 +1,10 @@
 // What the names in bodies say of the objects that they stand for.
 #pragma once
 
-#include <map>
-#include <string>
-#include <utility>
 #include <vector>
 
+#include "host/check/findings.h"
 #include "host/check/left_out.h"
-#include "host/check/report_at.h"
 #include "lq_data/host/uses/uses.h"
 
 namespace lq::host::check {
@@ -34,8 +31,6 @@ class NameUses {
     void CheckInstances();
     void CheckTypes();
     u16string_view DeclaredName(const Use& use);
-    Finding* FirstOf(std::map<std::pair<uint32_t, std::u16string>, Finding*>& known, ID unit,
-                     const std::u16string& name);
 
     Run& run_;
     const LeftOut& leftOut_;
@@ -45,8 +40,8 @@ class NameUses {
     std::vector<bool> isUsed_;      // by data type
     ID pending_;                    // an instance that was named; what follows tells why
     bool isQualified_ = false;      // a type stands in front of what comes
-    std::map<std::pair<uint32_t, std::u16string>, Finding*> shared_;     // by unit and value
-    std::map<std::pair<uint32_t, std::u16string>, Finding*> spellings_;  // by unit and name
+    Causes shared_;
+    Causes spellings_;
 };
 
 // Finds the codes of NameUses, VariableUses and malformed literals in one walk.

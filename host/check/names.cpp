@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/findings.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/words/words.h"
 
@@ -65,17 +65,14 @@ void CheckIdentifiers(Run& run) {
                 CheckName(run, id, declaration.name);
             }
         }
-        const Pou* pou = project.GetPou(owner);
-        for (const Body& body : pou ? pou->bodies : std::vector<Body>()) {
-            for (const Mark& label : body.labels) {
-                if (!IsIdentifier(label.name)) {
-                    Finding& finding = run.Report(1001, owner, WhyNoName(label.name));
-                    finding.line = label.line;
-                    finding.column = label.column;
-                }
+    }
+    ForEachBody(run, [&run](ID owner, const Body& body) {
+        for (const Mark& label : body.labels) {
+            if (!IsIdentifier(label.name)) {
+                ReportAt(run, 1001, owner, SpotOf(label), WhyNoName(label.name));
             }
         }
-    }
+    });
     const auto checkAll = [&](Sort sort, const auto& records) {
         for (uint32_t i = 0; i < records.size(); ++i) {
             if (run.IsOwn(MakeId(sort, i))) {
@@ -88,11 +85,6 @@ void CheckIdentifiers(Run& run) {
 }
 
 // -- Names that are taken -------------------------------------------------------------------------
-
-void ReportTwice(Run& run, uint16_t code, ID object, ID earlier, const std::string& message) {
-    Finding& finding = run.Report(code, object, message);
-    run.Relate(finding, earlier, Say("first declared here"));
-}
 
 // A library may write the functions of the standard once for each type.
 bool IsOverload(const Project& project, ID one, ID other) {

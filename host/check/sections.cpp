@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/findings.h"
 
 namespace lq::host::check {
 
@@ -78,13 +78,10 @@ class Externals {
         if (!run_.Wants(5001)) {
             return;
         }
-        const auto [known, isNew] = missing_.try_emplace(Upper(external.name), nullptr);
-        if (!isNew) {
-            ++known->second->more;
-            return;
+        if (!missing_.IsTold({}, Upper(external.name))) {
+            missing_.Tell(run_.Report(5001, run_.ClosedSeverity(), id,
+                                      Say("no global is called '{}'", Utf8(external.name))));
         }
-        known->second = &run_.Report(5001, run_.ClosedSeverity(), id,
-                                     Say("no global is called '{}'", Utf8(external.name)));
     }
 
     // Whether the types are certainly two.
@@ -143,8 +140,8 @@ class Externals {
     }
 
     Run& run_;
-    std::unordered_map<std::u16string, IdList> byName_;  // in capitals, as the next
-    std::unordered_map<std::u16string, Finding*> missing_;
+    std::unordered_map<std::u16string, IdList> byName_;  // in capitals
+    Causes missing_;
 };
 
 void CheckExternals(Run& run) {

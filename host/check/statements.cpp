@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/check/checks.h"
-#include "host/check/report_at.h"
+#include "host/check/findings.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::check {
@@ -170,22 +170,16 @@ void Statements::CheckDivision(std::size_t at) {
 }
 
 void CheckStatements(Run& run) {
-    for (const ID owner : run.Owners()) {
-        const Pou* pou = run.project.GetPou(owner);
-        const std::size_t count = pou ? pou->bodies.size() : 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            const BodyCode* code = run.project.CodeOf(pou->bodies[i]);
-            for (std::size_t n = 0; code && n < code->pieces.size(); ++n) {
-                const bool isLast = n + 1 == code->pieces.size();
-                const std::size_t begin = code->pieces[n].first;
-                const std::size_t end = isLast ? code->tokens.size() : code->pieces[n + 1].first;
-                if (code->pieces[n].role == PieceRole::kSt) {
-                    Statements(run, owner, std::span(code->tokens).subspan(begin, end - begin))
-                        .Look();
-                }
+    ForEachCode(run, [&run](ID owner, const BodyCode& code) {
+        for (std::size_t n = 0; n < code.pieces.size(); ++n) {
+            const bool isLast = n + 1 == code.pieces.size();
+            const std::size_t begin = code.pieces[n].first;
+            const std::size_t end = isLast ? code.tokens.size() : code.pieces[n + 1].first;
+            if (code.pieces[n].role == PieceRole::kSt) {
+                Statements(run, owner, std::span(code.tokens).subspan(begin, end - begin)).Look();
             }
         }
-    }
+    });
 }
 
 constexpr Check kRows[] = {

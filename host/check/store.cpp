@@ -26,6 +26,25 @@ class Digest {
     uint64_t value_;
 };
 
+// What stands in front of the names: the same of most findings that follow each other.
+class Prefix {
+  public:
+    Digest Of(const Check& check, const std::string& unit) {
+        if (&check != check_ || unit != unit_) {
+            check_ = &check;
+            unit_ = unit;
+            digest_ = Digest();
+            digest_.Add(CodeText(check.code)).Add("\n").Add(unit).Add("\n");
+        }
+        return digest_;
+    }
+
+  private:
+    const Check* check_ = nullptr;
+    std::string unit_;
+    Digest digest_;
+};
+
 void WriteDigits(uint64_t digest, std::string& digits) {
     digits.resize(16);
     for (std::size_t i = digits.size(); i-- > 0; digest >>= 4) {
@@ -133,11 +152,11 @@ void Store::Number() {
     std::vector<std::pair<uint64_t, uint32_t>> same;  // digests, and the places of their findings
     same.reserve(kept_.size());
     Paths paths(project_);
+    Prefix prefix;
     for (Finding* finding : kept_) {
         const bool isOwn = finding->texts && finding->texts->hasName;
-        Digest digest;
-        digest.Add(CodeText(finding->check->code)).Add("\n");
-        digest.Add(isOwn ? finding->texts->unit : paths.Of(finding->object)).Add("\n");
+        Digest digest =
+            prefix.Of(*finding->check, isOwn ? finding->texts->unit : paths.Of(finding->object));
         finding->digest = digest.Add(NameOf(*finding)).Value();
         same.emplace_back(finding->digest, static_cast<uint32_t>(same.size()));
     }

@@ -1,7 +1,7 @@
 // Configurations, resources, tasks and the programs that they run.
 
 #include "host/check/checks.h"
-#include "host/check/run.h"
+#include "host/check/findings.h"
 
 namespace lq::host::check {
 
@@ -109,8 +109,7 @@ void CheckTask(Run& run, ID id) {
 bool AddTwice(Run& run, uint16_t code, ID id, NameTable& names, const std::string& message) {
     const ID earlier = *run.project.NameOf(id) ? names.Add(id) : ID();
     if (earlier != ID()) {
-        Finding& finding = run.Report(code, id, message);
-        run.Relate(finding, earlier, Say("first declared here"));
+        ReportTwice(run, code, id, earlier, message);
     }
     return earlier != ID();
 }

@@ -1,7 +1,6 @@
 // What bodies do with variables, and names in them that nothing has.
 
 #include <algorithm>
-#include <map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -58,8 +57,8 @@ class VariableUses {
     std::vector<Count> counts_;
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
-    std::map<std::pair<uint32_t, std::u16string>, Finding*> unknown_;  // by unit and name
-    std::map<std::pair<uint32_t, std::u16string>, Finding*> writes_;   // likewise
+    Causes unknown_;
+    Causes writes_;
 };
 
 void VariableUses::Look() {
@@ -137,19 +136,19 @@ void VariableUses::TakeWrite(const Use& use) {
     if (!isConstant && !isInput && !isProcessInput) {
         return;
     }
-    Finding*& known = writes_[{use.unit.GetNumber(), Upper(use.name)}];
-    if (known) {
-        ++known->more;
+    if (writes_.IsTold(use.unit, Upper(use.name))) {
         return;
     }
     const std::string name = Utf8(use.name);
-    known = &ReportAt(run_, isConstant ? 8010 : 8035, use.unit, SpotOf(use),
-                      isConstant ? Say("'{}' is a constant", name)
-                      : isInput  ? Say("'{}' is an input and written to", name)
-                                 : Say("'{}' is an input of the process, {}, and written to", name,
-                                       Utf8(address)));
+    Finding& finding = ReportAt(
+        run_, isConstant ? 8010 : 8035, use.unit, SpotOf(use),
+        isConstant ? Say("'{}' is a constant", name)
+        : isInput
+            ? Say("'{}' is an input and written to", name)
+            : Say("'{}' is an input of the process, {}, and written to", name, Utf8(address)));
+    writes_.Tell(finding);
     if (isConstant) {
-        run_.Relate(*known, global ? use.global : use.id, Say("it is declared here"));
+        run_.Relate(finding, global ? use.global : use.id, Say("it is declared here"));
     }
 }
 
@@ -179,21 +178,16 @@ void VariableUses::TakeUnknown(const Use& use) {
     }
     // What is called is missing for all units.
     const bool isCall = use.kind == UseKind::kCall;
-    const std::pair key(isCall ? 0 : use.unit.GetNumber(), Upper(use.name));
-    if (const auto known = unknown_.find(key); known != unknown_.end()) {
-        ++known->second->more;
-        return;
-    }
-    if (IsPartOfName(use)) {
+    if (unknown_.IsTold(isCall ? ID() : use.unit, Upper(use.name)) || IsPartOfName(use)) {
         return;
     }
     const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
     const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
     const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
-    unknown_[key] = &ReportAt(
+    unknown_.Tell(ReportAt(
         run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),
         isAction ? Say("no action, transition or variable is called '{}'", Utf8(use.name))
-                 : Say("nothing is called '{}' here", Utf8(use.name)));
+                 : Say("nothing is called '{}' here", Utf8(use.name))));
 }
 
 // EN and ENO are there for all, the result of a function by many names.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <iconv.h>
 #include <new>
 
@@ -19,12 +20,23 @@ bool IsControl(char c) {
     return byte < 0x20 && c != '\t' && c != '\n' && c != '\r' && c != '\f' && byte != 0x1A;
 }
 
+constexpr std::size_t kConverterSize = 64 * 1024;  // about what loading one takes
+
 }  // namespace
 
-CodePage::CodePage(TextEncoding encoding)
-    : handle_(iconv_open("UTF-16LE", encoding == TextEncoding::kShiftJis ? "CP932" : "CP1252")) {
-    if (!IsOpen() && errno == ENOMEM) {
-        throw std::bad_alloc();
+// A converter that could not be loaded for want of memory is told like one that there is not: the
+// second try finds it, or shows that nothing can be had.
+CodePage::CodePage(TextEncoding encoding) {
+    for (int tries = 0; tries < 2 && !IsOpen(); ++tries) {
+        handle_ = iconv_open("UTF-16LE", encoding == TextEncoding::kShiftJis ? "CP932" : "CP1252");
+    }
+    if (!IsOpen()) {
+        const bool isShort = errno == ENOMEM;
+        void* volatile probe = std::malloc(kConverterSize);  // not to be left out
+        std::free(probe);
+        if (isShort || !probe) {
+            throw std::bad_alloc();
+        }
     }
 }
 

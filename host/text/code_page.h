@@ -23,7 +23,7 @@ class LQ_DATA_API CodePage {
     bool Take(std::string_view& bytes, std::u16string& text);
 
   private:
-    void* handle_;
+    void* handle_ = reinterpret_cast<void*>(-1);  // none
 };
 
 }  // namespace lq::host

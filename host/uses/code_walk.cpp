@@ -81,7 +81,7 @@ bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
     return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
 }
 
-// The functions that write to what they are given, take its address, or look at no value.
+// The functions that write to what they are given, or look at something but its value.
 bool MayWrite(u16string_view function) {
     constexpr u16string_view kOthers[] = {u"ADR", u"BITADR", u"INDEXOF",    u"LOWER_BOUND",
                                           u"REF", u"SIZEOF", u"UPPER_BOUND"};

@@ -53,6 +53,49 @@ Json CountsOf(const CheckResult& result) {
             {"known", result.known}};
 }
 
+// Lines of text, in strings that stay: there may be one for each variable of a project.
+class TextLines {
+  public:
+    void Print(const Finding& finding) {
+        if (finding.check != check_) {
+            check_ = finding.check;
+            code_ = " [" + CodeText(check_->code) + ' ' + check_->name + "]\n";
+        }
+        Begin(finding.file, finding.line, finding.column, finding.severity);
+        AppendOneLine(line_, finding.more == 0 ? finding.message : MessageOf(finding));
+        PrintText(line_.append(code_));
+    }
+    void Print(const host::RelatedPlace& related) {
+        Begin(related.file, related.line, related.column, host::Severity::kNote);
+        AppendOneLine(line_, related.message);
+        PrintText(line_.append(1, '\n'));
+    }
+
+  private:
+    void Begin(const std::string& file, uint32_t line, uint32_t column, host::Severity severity) {
+        if (file != file_ || shown_.empty()) {
+            file_ = file;
+            shown_ = OneLine(file);
+        }
+        place_ = shown_;
+        for (const uint32_t number : {line, column}) {
+            if (number != 0) {
+                place_.append(1, ':').append(std::to_string(number));
+            }
+        }
+        place_ += ':';
+        line_ = Bold(Stream::kResults, place_);
+        line_.append(1, ' ').append(Translated(NameOf(severity))).append(": ");
+    }
+
+    const Check* check_ = nullptr;
+    std::string code_;  // what stands behind the words of that check
+    std::string file_;
+    std::string shown_;
+    std::string place_;
+    std::string line_;
+};
+
 // -- SARIF ----------------------------------------------------------------------------------------
 
 // The file as a reference that stays the same on other machines: relative to the folder that the
@@ -202,15 +245,11 @@ void CheckResult::ForEach(const host::TakeFinding& take) {
 }
 
 void PrintFindingsAsText(CheckResult& result) {
-    const auto print = [](const Place& place, const std::string& text) {
-        PrintLine(Bold(Stream::kResults, ToText(place) + ":") + ' ' + OneLine(text));
-    };
-    result.ForEach([&](const Finding& finding) {
-        print({finding.file, finding.line, finding.column},
-              WithCode(finding.severity, *finding.check, MessageOf(finding)));
+    TextLines lines;
+    result.ForEach([&lines](const Finding& finding) {
+        lines.Print(finding);
         for (const host::RelatedPlace& related : finding.related) {
-            print({related.file, related.line, related.column},
-                  std::string(Translated(NameOf(host::Severity::kNote))) + ": " + related.message);
+            lines.Print(related);
         }
     });
     PrintCounts(result);
@@ -274,8 +313,10 @@ void PrintExplanation(const Check& check) {
     const std::string heading = CodeText(check.code) + " " + check.name;
     const std::string_view severity = Translated(NameOf(check.severity));
     PrintLine(Bold(Stream::kResults, heading) + " (" + std::string(severity) + ")\n");
-    PrintLine(std::string(Translated(check.rule)) + ".");
-    PrintLine(std::string(Translated(check.reason)) + ".");
+    constexpr uint32_t kJapanese = 932;
+    const char* const stop = host::LanguageCodePage() == kJapanese ? "\u3002" : ".";
+    PrintLine(std::string(Translated(check.rule)) + stop);
+    PrintLine(std::string(Translated(check.reason)) + stop);
     PrintExample(Say("Wrong:"), check.wrong);
     PrintExample(Say("Right:"), check.right);
 }

@@ -93,17 +93,21 @@ std::string JsonEscape(const Front& front) {
     return code;
 }
 
-std::string Replace(std::string_view text, std::string (*escape)(const Front&),
-                    bool replacesBytes) {
-    // Without an end in between, for the compiler to look at many characters at once.
+// Looks at many characters at once, as it does not end in between.
+bool IsPlain(std::string_view text) {
     unsigned others = 0;
     for (const char c : text) {
         others |= static_cast<unsigned char>(c - ' ') < 0x7F - ' ' ? 0 : 1;
     }
-    if (others == 0) {
-        return std::string(text);
+    return others == 0;
+}
+
+void AppendReplaced(std::string& out, std::string_view text, std::string (*escape)(const Front&),
+                    bool replacesBytes) {
+    if (IsPlain(text)) {
+        out.append(text);
+        return;
     }
-    std::string out;
     std::size_t copied = 0;
     for (std::size_t at = 0; at < text.size();) {
         if (text[at] >= ' ' && text[at] < 0x7F) {
@@ -117,17 +121,25 @@ std::string Replace(std::string_view text, std::string (*escape)(const Front&),
         }
         at += front.bytes;
     }
-    return out.append(text.substr(copied));
+    out.append(text.substr(copied));
 }
 
 }  // namespace
 
+void AppendOneLine(std::string& out, std::string_view text) {
+    AppendReplaced(out, text, Escape, true);
+}
+
 std::string OneLine(std::string_view text) {
-    return Replace(text, Escape, true);
+    std::string line;
+    AppendOneLine(line, text);
+    return line;
 }
 
 std::string HarmlessJson(std::string_view document) {
-    return Replace(document, JsonEscape, false);
+    std::string harmless;
+    AppendReplaced(harmless, document, JsonEscape, false);
+    return harmless;
 }
 
 }  // namespace lq::tool

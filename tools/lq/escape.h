@@ -10,6 +10,7 @@ namespace lq::tool {
 // that turns the direction of writing become escapes: \n, \x07, \u202E, \U000E0001. `text` is
 // UTF-8; bytes that are none are escaped, too.
 std::string OneLine(std::string_view text);
+void AppendOneLine(std::string& out, std::string_view text);
 
 // A JSON document with the same characters escaped, but for line breaks, which are its own.
 std::string HarmlessJson(std::string_view document);

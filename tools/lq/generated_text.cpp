@@ -55,6 +55,7 @@ std::vector<std::string> OriginsOf(const std::vector<SourceFile>& sources,
                                    const ProjectFiles& files) {
     std::vector<std::string> origins(sources.size());
     std::vector<InputKind> kinds;
+    kinds.reserve(sources.size());
     for (const SourceFile& source : sources) {
         // Standard input is read once only.
         kinds.push_back(source.path == "-" || sources.size() == 1 ? InputKind::kImage
