@@ -110,8 +110,10 @@ void KeepTheFramework(const fs::path& folder, const fs::path& module) {
 void* lastUsed = nullptr;
 
 void UseLate() {
-    if (lastUsed && TextOf(lastUsed).empty()) {
+    const auto hasTexts = reinterpret_cast<bool (*)()>(dlsym(lastUsed, "LqHasTexts"));
+    if (!hasTexts || !hasTexts()) {
         std::puts("nothing is kept at the end of the process");
+        std::fflush(stdout);
         std::_Exit(1);
     }
 }
@@ -122,7 +124,6 @@ int main(int argc, char** argv) {
     if (argc != 3) {
         return 2;
     }
-    std::atexit(UseLate);  // behind what the library does there
     const fs::path folder = argv[1];
     const fs::path module = argv[2];
     std::string name = (fs::temp_directory_path() / "lq_unload_XXXXXX").string();
@@ -169,9 +170,9 @@ int main(int argc, char** argv) {
         dlclose(user);
     }
     fs::remove_all(temp);
-    void* const user = Load(module);
-    std::thread([user] { TextOf(user); }).join();
-    lastUsed = user;
+    lastUsed = Load(module);
+    std::atexit(UseLate);  // between the end of what threads keep and that of the library
+    std::thread([] { TextOf(lastUsed); }).join();
     std::printf("%d faults\n", faults);
     return faults == 0 ? 0 : 1;
 }

@@ -55,6 +55,11 @@ extern "C" LQ_DATA_API void LqUse(char (&text)[64]) {
     text[found.copy(text, sizeof text - 1)] = 0;
 }
 
+// Whether texts are still there, which are kept for the thread.
+extern "C" LQ_DATA_API bool LqHasTexts() {
+    return *GetResString(10000) != 0;
+}
+
 // What a thread does that used the library and stays when it goes.
 extern "C" LQ_DATA_API void LqRelease() {
     lq::ReleaseThread();

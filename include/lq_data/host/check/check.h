@@ -132,8 +132,9 @@ class LQ_DATA_API Findings {
     Findings(const Findings&) = delete;
     Findings& operator=(const Findings&) = delete;
 
-    // How many are handed out, and how many comments and patterns suppress.
+    // How many are handed out.
     std::size_t Count() const noexcept;
+    // How many comments and patterns suppress.
     std::size_t Suppressed() const noexcept { return suppressed_; }
 
     // Hands them out by file and place, as often as wanted. Throws std::bad_alloc, and what `take`
