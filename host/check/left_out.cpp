@@ -67,13 +67,17 @@ LeftOut::LeftOut(const Run& run)
     const auto files = Beginnings(run.project);
     for (const Report& report : *run.options.reports) {
         const auto file = files.find(report.file);
-        if (file == files.end() || report.line == 0 ||
-            std::ranges::find(kCodes, report.code) == std::end(kCodes)) {
+        if (report.line == 0 || std::ranges::find(kCodes, report.code) == std::end(kCodes)) {
+            continue;
+        }
+        const bool isText = report.path.empty();
+        if (file == files.end() || report.line < file->second.front().line) {
+            mayDeclare_ = mayDeclare_ || isText;
             continue;
         }
         const std::vector<Beginning>& all = file->second;
         const auto next = std::ranges::upper_bound(all, report.line, {}, &Beginning::line);
-        if (next == all.begin() || !IsHolder(std::prev(next)->object) ||
+        if (!IsHolder(std::prev(next)->object) ||
             !HoldsNames(run.project, report, std::prev(next)->object)) {
             continue;
         }

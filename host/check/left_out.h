@@ -14,11 +14,15 @@ class LeftOut {
 
     bool Of(ID object) const { return isOf_[graph_.NodeOf(object)]; }
     bool Any() const { return any_; }
+    // Whether something in front of all units of a text was left out, which may declare names for
+    // all of them.
+    bool MayDeclare() const { return mayDeclare_; }
 
   private:
     const Graph& graph_;
     std::vector<bool> isOf_;  // by node
     bool any_ = false;
+    bool mayDeclare_ = false;
 };
 
 }  // namespace lq::host::check

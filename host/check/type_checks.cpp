@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "host/check/checks.h"
+#include "host/check/left_out.h"
 #include "host/check/run.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/text/nearest_name.h"
@@ -73,11 +74,14 @@ class UnknownTypes {
 
 void CheckTypeNames(Run& run) {
     UnknownTypes unknown(run);
+    const bool isCertain = !LeftOut(run).MayDeclare();
     ForEachType(run, [&](ID object, Text text) {
         const TypeInfo& type = run.types.Named(text);
         const TypeInfo& named = type.kind == Kind::kSubrange ? *type.base : type;
-        if (named.kind == Kind::kUnknown && run.Wants(2001)) {
-            unknown.Take(object, named);
+        if (named.kind == Kind::kUnknown) {
+            if (isCertain && run.Wants(2001)) {
+                unknown.Take(object, named);
+            }
         } else if (named.kind == Kind::kUnit) {
             run.Report(2018, run.OpenSeverity(), object,
                        run.project.GetPou(named.object)->kind == LQ_KIND_PROGRAM

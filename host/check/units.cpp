@@ -72,21 +72,22 @@ void CheckUnits(Run& run) {
             enter(run.graph.ObjectOf(edge.to));
         }
     }
-    const bool knowsUses = KnowsPrograms(run) && !LeftOut(run).Any();
+    const LeftOut leftOut(run);
+    const bool knowsUses = KnowsPrograms(run) && !leftOut.Any();
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
         if (!pou) {
             continue;
         }
         const std::string name = Utf8(pou->name);
-        if (pou->bodies.empty()) {
+        if (pou->bodies.empty() && !leftOut.Of(owner)) {
             run.Report(6003, owner, Say("'{}' has no body", name));
         }
         if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType) {
             run.Report(6006, owner, Say("the function '{}' has no type", name));
         }
         if (RunsPrograms(run) && knowsUses && !reached[run.graph.NodeOf(owner)]) {
-            run.Report(6004, owner, Say("nothing uses '{}'", name));
+            run.Report(6004, owner, Say("no program uses '{}'", name));
         }
         if (RunsPrograms(run) && pou->kind == LQ_KIND_PROGRAM && run.graph.RunBy(owner) == 0) {
             run.Report(7012, owner, Say("no resource runs the program '{}'", name));

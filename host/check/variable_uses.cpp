@@ -1,6 +1,7 @@
 // What bodies do with variables, and names in them that nothing has.
 
 #include <algorithm>
+#include <set>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -58,6 +59,7 @@ class VariableUses {
     std::vector<bool> results_;   // of functions that are written to
     std::vector<bool> hasNames_;  // of units in whose bodies names stand
     Causes unknown_;
+    std::set<std::pair<uint32_t, std::u16string>> calledHere_;  // unit, name
     Causes writes_;
 };
 
@@ -173,11 +175,17 @@ void VariableUses::TakeUnknown(const Use& use) {
         remnants_.contains({use.unit.GetNumber(), use.line, use.column})) {
         return;  // told as blocks and literals
     }
-    if (leftOut_.Of(use.unit)) {
-        return;  // a method, or what a base has
+    if (leftOut_.Of(use.unit) || leftOut_.MayDeclare()) {
+        return;  // a method, what a base has, or a name for all
     }
     // What is called is missing for all units.
     const bool isCall = use.kind == UseKind::kCall;
+    const std::pair<uint32_t, std::u16string> inUnit(use.unit.GetNumber(), Upper(use.name));
+    if (isCall) {
+        calledHere_.insert(inUnit);
+    } else if (calledHere_.contains(inUnit)) {
+        return;  // an output of what was told as a call
+    }
     if (unknown_.IsTold(isCall ? ID() : use.unit, Upper(use.name)) || IsPartOfName(use)) {
         return;
     }
@@ -257,9 +265,9 @@ uint16_t VariableUses::CodeOfUnused(const Declaration& declaration) {
         case Scope::kTemp:
             return IsKnown(declaration) ? 8001 : 0;
         case Scope::kInput:
-            return run_.HasResource() ? 8002 : 0;
+            return run_.HasResource() && IsKnown(declaration) ? 8002 : 0;
         case Scope::kOutput:
-            return run_.HasResource() ? 8003 : 0;
+            return run_.HasResource() && IsKnown(declaration) ? 8003 : 0;
         case Scope::kExternal:
             return 8004;
         default:

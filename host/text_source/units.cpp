@@ -32,7 +32,7 @@ Language LanguageHere(Context& context) {
     const Piece instruction = cursor.Peek(at);
     const Piece operand = cursor.Peek(at + 1);
     if (instruction.kind != TK_IDENTIFIER) {
-        return Language::kSt;
+        return instruction.Is(OP_AMPERSAND) ? Language::kIl : Language::kSt;
     }
     // A function is one, too, where its operands follow without brackets.
     const std::u16string_view name = cursor.TextOf(instruction);
