@@ -153,11 +153,10 @@ class Reader {
     uint32_t namespaces_ = 0;
 };
 
-// "Plant" of "src/Plant.gvl".
+// "Plant" of "src/Plant.gvl" and "src/Plant.gvl.st": names have no points.
 std::string_view StemOf(std::string_view path) {
     path.remove_prefix(path.find_last_of('/') + 1);
-    const std::size_t point = path.find_last_of('.');
-    return point == 0 ? path : path.substr(0, point);
+    return path.substr(0, path.find('.', 1));
 }
 
 bool Read(std::u16string_view text, const std::string& fileName, Project& project,
