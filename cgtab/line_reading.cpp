@@ -164,7 +164,7 @@ bool CgTab::Decode(LineBody& body, CMP_LINE& line) {
     if (lq::cgtab::IsExternalScope(line.scope)) {
         int32_t pos = body.extra.TakeI32();
         line.count = body.extra.TakeU32();
-        GLB_LINE global;
+        GLB_LINE global{};
         if (body.extra.HasFailed() || pos < 0 || !Read(pos, global, 0, nullptr)) {
             return false;
         }
