@@ -6,6 +6,7 @@
 
 #include "host/model/code_reader.h"
 #include "host/text_source/parts.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/utf.h"
 #include "lq_data/host/words/words.h"
 
@@ -17,6 +18,15 @@ LQ_OBJECT_KIND KindOf(Word word) {
     return word == Word::kFunction        ? LQ_KIND_FUNCTION
            : word == Word::kFunctionBlock ? LQ_KIND_FUNCTION_BLOCK
                                           : LQ_KIND_PROGRAM;
+}
+
+bool BeginsStatement(std::u16string_view name) {
+    constexpr std::u16string_view kWords[] = {u"CASE", u"CONTINUE", u"EXIT",   u"FOR",  u"GOTO",
+                                              u"IF",   u"REPEAT",   u"RETURN", u"WHILE"};
+    return std::ranges::any_of(kWords, [name](std::u16string_view word) {
+        return name.size() == word.size() &&
+               chars::CompareNoCase(name.data(), word.data(), word.size()) == 0;
+    });
 }
 
 // What the body that begins here is written in.
@@ -34,12 +44,16 @@ Language LanguageHere(Context& context) {
     if (instruction.kind != TK_IDENTIFIER) {
         return instruction.Is(OP_AMPERSAND) ? Language::kIl : Language::kSt;
     }
-    // A function is one, too, where its operands follow without brackets.
     const std::u16string_view name = cursor.TextOf(instruction);
-    const bool isAlone = operand.isFirst || operand.IsEnd();
+    if (operand.isFirst || operand.IsEnd()) {
+        return IsInstruction(name) ? Language::kIl : Language::kSt;
+    }
+    // A function is one, too, where its operands follow without brackets; and a name of which
+    // nothing else is known, where its line ends behind one operand, as no statement does.
+    const Piece next = cursor.Peek(at + 2);
     const bool isIl =
-        isAlone ? IsInstruction(name)
-                : operand.kind != TK_OPERATOR && (IsInstruction(name) || IsStandardFunction(name));
+        operand.kind != TK_OPERATOR && (IsInstruction(name) || IsStandardFunction(name) ||
+                                        (next.isFirst && !BeginsStatement(name)));
     return isIl ? Language::kIl : Language::kSt;
 }
 
