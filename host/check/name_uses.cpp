@@ -124,7 +124,8 @@ u16string_view NameUses::DeclaredName(const Use& use) {
             return isOwn ? run_.project.NameOf(object) : u"";
         case UseObject::kEnumerator: {
             const DataType* type = run_.project.GetDataType(object);
-            const TypeInfo& info = run_.types.Of(type ? type->baseType : declaration->type);
+            const Text listed = type ? type->baseType : declaration ? declaration->type : u"";
+            const TypeInfo& info = run_.types.Of(listed);
             const auto value = std::ranges::find_if(
                 info.values, [&](u16string_view name) { return EqualNames(name, use.name); });
             return isOwn && value != info.values.end() ? *value : u"";
