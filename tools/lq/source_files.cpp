@@ -101,9 +101,11 @@ class Walk {
             const int error = stat(path.c_str(), &info) == 0 ? 0 : errno;
             const bool isSource = path == top || HasEnding(path);
             if (error == 0 && S_ISDIR(info.st_mode)) {
-                if (const int fault = Open(path, info, waiting); fault != 0 && path == top) {
+                const int fault = Open(path, info, waiting);
+                if (fault != 0 && path == top) {
                     return fault;
-                } else if (fault != 0) {
+                }
+                if (fault != 0) {
                     Tell(path, fault);
                 }
             } else if (error != 0 && isSource) {
@@ -167,6 +169,7 @@ std::vector<SourceFile> FilesOf(const ProjectFiles& files, std::vector<host::Rep
     }
     std::vector<SourceFile> sources = walk.Take();
     std::vector<std::string> paths;
+    paths.reserve(sources.size());
     for (const SourceFile& source : sources) {
         paths.push_back(source.path);
     }

@@ -21,7 +21,6 @@
 namespace lq::tool {
 
 using host::EncodeUtf8;
-using host::Message;
 using host::Say;
 using host::Symbol;
 using host::Unexpanded;
