@@ -40,7 +40,28 @@ Run::Run(const Project& checkedProject, const CheckOptions& checkOptions, Store&
         byCode_[check->code] = check;
     }
     FindOwners();
-    isOpen_ = types.HasUnknown() || graph.HasUnknownCalls();
+    ReadTypes();
+    isOpen_ = types.HasUnknown() || graph.HasUnknownCalls() || !KnowsPrograms();
+}
+
+// Those that the graph has no edge for.
+void Run::ReadTypes() {
+    for (const Declaration& declaration : project.Declarations()) {
+        if (declaration.owner != ID()) {
+            types.Named(declaration.type);
+        }
+    }
+    for (const Pou& pou : project.Pous()) {
+        if (*pou.resultType) {
+            types.Named(pou.resultType);
+        }
+    }
+}
+
+bool Run::KnowsPrograms() const {
+    return std::ranges::all_of(project.ProgramInstances(), [this](const ProgramInstance& instance) {
+        return project.FindAnyPou(instance.typeName) != ID();
+    });
 }
 
 void Run::FindOwners() {

@@ -41,6 +41,8 @@ class Run {
     const IdList& Owners() const { return owners_; }
     // Whether the files have a resource: without one they are a library.
     bool HasResource() const { return hasResource_; }
+    // Whether the units are there that the program instances name.
+    bool KnowsPrograms() const;
 
     // Where names may come from files that are not there.
     Severity OpenSeverity() const {
@@ -64,6 +66,7 @@ class Run {
 
   private:
     void FindOwners();
+    void ReadTypes();
     Finding& Add(uint16_t code, Severity severity, ID object);
     void TakeReports();
 

@@ -47,11 +47,13 @@ class Statements {
     void TakeWord(std::size_t at);
     void TakeBracket(std::size_t at);
     void Close(std::size_t at, u16string_view closing);
+    void CloseStatement();
     void CheckAssignment(std::size_t at);
     void CheckDivision(std::size_t at);
     void Report(uint16_t code, std::size_t at, std::string message) {
         ReportAt(run_, code, unit_, SpotOf(tokens_[at]), std::move(message));
     }
+    void ReportOpen(const Open& open);
     void ReportUnbalanced(std::size_t at, std::string message);
 
     Run& run_;
@@ -72,10 +74,13 @@ void Statements::Look() {
         CheckDivision(at);
     }
     if (!open_.empty()) {
-        const Open& last = open_.back();
-        ReportUnbalanced(last.at, Say("'{}' is not closed by '{}'", Utf8(tokens_[last.at].text),
-                                      Utf8(last.closing)));
+        ReportOpen(open_.back());
     }
+}
+
+void Statements::ReportOpen(const Open& open) {
+    ReportUnbalanced(open.at, Say("'{}' is not closed by '{}'", Utf8(tokens_[open.at].text),
+                                  Utf8(open.closing)));
 }
 
 void Statements::ReportUnbalanced(std::size_t at, std::string message) {
@@ -116,6 +121,19 @@ void Statements::TakeBracket(std::size_t at) {
         Close(at, u")");
     } else if (Is(at, OP_RBRACKET)) {
         Close(at, u"]");
+    } else if (Is(at, OP_SEMICOLON)) {
+        CloseStatement();
+    }
+}
+
+// No bracket goes over the end of a statement: what is open there is what was forgotten.
+void Statements::CloseStatement() {
+    const auto isBracket = [](const Open& open) { return open.closing.size() == 1; };
+    if (!open_.empty() && isBracket(open_.back())) {
+        ReportOpen(open_.back());
+    }
+    while (!open_.empty() && isBracket(open_.back())) {
+        open_.pop_back();
     }
 }
 

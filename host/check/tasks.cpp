@@ -166,10 +166,8 @@ void CheckTasks(Run& run) {
 }
 
 constexpr Check kRows[] = {
-    {7001, "program-unknown", Severity::kError,
-     Message(
-         "A program instance is one of a program of the project; a warning where names may come "
-         "from files that are missing"),
+    {7001, "program-unknown", Severity::kWarning,
+     Message("A program instance is one of a program of the project; an error with --closed"),
      Message("The resource cannot be built, or a file is missing"),
      "TASK t(INTERVAL := T#10ms, PRIORITY := 1);\nPROGRAM p WITH t : Main;\nPROGRAM q WITH t : "
      "Mian;",

@@ -1,5 +1,6 @@
 // Types: whether they are known, whole, and where they may stand.
 
+#include <span>
 #include <unordered_map>
 
 #include "host/check/checks.h"
@@ -28,6 +29,15 @@ void ForEachType(Run& run, Take take) {
             take(id, run.project.GetDeclaration(id)->type);
         }
     }
+    for (uint32_t i = 0; i < run.project.Declarations().size(); ++i) {
+        const Declaration& declaration = run.project.Declarations()[i];
+        const Scope scope = declaration.section.scope;
+        const ID id = MakeId(Sort::kDeclaration, i);
+        if ((scope == Scope::kConfig || scope == Scope::kAccess) && declaration.owner != ID() &&
+            run.IsOwn(id)) {
+            take(id, declaration.type);
+        }
+    }
 }
 
 // -- Names of types -------------------------------------------------------------------------------
@@ -39,8 +49,16 @@ std::string NearestType(const Run& run, const std::string& name) {
         nearest.Consider(Utf8(type.name));
     }
     for (const Pou& pou : run.project.Pous()) {
-        if (pou.kind == LQ_KIND_FUNCTION_BLOCK) {
-            nearest.Consider(Utf8(pou.name));
+        // "CTU_UDINT" is near to any type that ends so.
+        const std::string unit = Utf8(pou.name);
+        const bool isOverload = pou.isStandard && unit.find('_') != unit.npos;
+        if (pou.kind == LQ_KIND_FUNCTION_BLOCK && !isOverload) {
+            nearest.Consider(unit);
+        }
+    }
+    for (const IEC_TYPE_DSC& type : std::span(GetIecTypeDsc(), GetIecDscSize())) {
+        if (IsElementaryType(type.id)) {
+            nearest.Consider(Utf8(type.name));
         }
     }
     return nearest.Found().empty() ? "" : Say("; did you mean '{}'?", nearest.Found());

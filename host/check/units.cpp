@@ -13,6 +13,8 @@ namespace {
 
 // A block that has an instance of itself is told as such; that it calls it follows.
 void CheckRecursiveCalls(Run& run) {
+    const Severity severity =
+        run.options.edition == Edition::kSecond ? run.SeverityOf(6001) : Severity::kWarning;
     std::unordered_set<uint32_t> told;
     for (const Graph::Cycle& cycle : run.graph.Cycles(Graph::kHolds)) {
         for (const Graph::Step& step : cycle) {
@@ -31,7 +33,7 @@ void CheckRecursiveCalls(Run& run) {
             path += Utf8(run.project.NameOf(run.graph.ObjectOf(step.from))) + " -> ";
         }
         const std::string name = Utf8(run.project.NameOf(first));
-        run.Report(6001, first,
+        run.Report(6001, severity, first,
                    cycle.size() == 1 ? Say("'{}' calls itself", name)
                                      : Say("'{}' calls itself: {}", name, path + name));
     }
@@ -39,14 +41,6 @@ void CheckRecursiveCalls(Run& run) {
 
 bool RunsPrograms(const Run& run) {
     return run.HasResource() && !run.project.ProgramInstances().empty();
-}
-
-// What a program uses that stands in a file that is missing is not known, and what a method does.
-bool KnowsPrograms(const Run& run) {
-    return std::ranges::all_of(run.project.ProgramInstances(),
-                               [&](const ProgramInstance& instance) {
-                                   return run.project.FindAnyPou(instance.typeName) != ID();
-                               });
 }
 
 void CheckUnits(Run& run) {
@@ -73,7 +67,9 @@ void CheckUnits(Run& run) {
         }
     }
     const LeftOut leftOut(run);
-    const bool knowsUses = KnowsPrograms(run) && !leftOut.Any();
+    // What a program uses that stands in a file that is missing is not known, and what a method
+    // does.
+    const bool knowsUses = run.KnowsPrograms() && !leftOut.Any();
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
         if (!pou) {
@@ -83,7 +79,8 @@ void CheckUnits(Run& run) {
         if (pou->bodies.empty() && !leftOut.Of(owner)) {
             run.Report(6003, owner, Say("'{}' has no body", name));
         }
-        if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType) {
+        if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType &&
+            run.options.edition == Edition::kSecond) {
             run.Report(6006, owner, Say("the function '{}' has no type", name));
         }
         if (RunsPrograms(run) && knowsUses && !reached[run.graph.NodeOf(owner)]) {
@@ -96,7 +93,8 @@ void CheckUnits(Run& run) {
 }
 
 constexpr Check kRows[] = {
-    {6001, "recursion", Severity::kError, Message("No unit calls itself, not even through others"),
+    {6001, "recursion", Severity::kError,
+     Message("No unit calls itself, not even through others; a warning with --edition 3"),
      Message("The memory that a cycle takes is to be known before it runs"),
      "FUNCTION Sum : INT\nVAR_INPUT\n  n : INT;\nEND_VAR\nSum := n + Sum(n := n - "
      "1);\nEND_FUNCTION",
@@ -119,7 +117,8 @@ constexpr Check kRows[] = {
      "CONFIGURATION c\nRESOURCE r\nTASK t(INTERVAL := T#10ms, PRIORITY := 1);\n"
      "PROGRAM p WITH t : Main;\nEND_RESOURCE\nEND_CONFIGURATION",
      CheckUnits},
-    {6006, "no-return-type", Severity::kError, Message("A function has a type"),
+    {6006, "no-return-type", Severity::kError,
+     Message("A function has a type; not looked for with --edition 3"),
      Message("Its result can be used nowhere"),
      "<pou name='Half' pouType='function'><interface/>"
      "<body><ST><p xmlns='http://www.w3.org/1999/xhtml'>;</p></ST></body></pou>",

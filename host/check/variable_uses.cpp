@@ -49,6 +49,7 @@ class VariableUses {
     bool CallsItself(ID unit) const;
     bool IsPartOfName(const Use& use) const;
     bool HasCode(const Pou& pou) const;
+    bool ReturnsValue(const Pou& pou) const;
     bool IsKnown(const Declaration& declaration);
 
     Run& run_;
@@ -225,6 +226,20 @@ bool VariableUses::HasCode(const Pou& pou) const {
     return has;
 }
 
+// "RETURN a;" sets the result in some dialects.
+bool VariableUses::ReturnsValue(const Pou& pou) const {
+    for (const Body& body : pou.bodies) {
+        const BodyCode* code = run_.project.CodeOf(body);
+        for (std::size_t i = 0; code && i + 1 < code->tokens.size(); ++i) {
+            if (EqualNames(code->tokens[i].text, u"RETURN") &&
+                !code->tokens[i + 1].Is(OP_SEMICOLON)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 // What is of an unknown type, or of a data type of a library, may be read by what brings the type:
 // a visualisation, a driver.
 bool VariableUses::IsKnown(const Declaration& declaration) {
@@ -247,7 +262,7 @@ void VariableUses::CheckUnit(ID unit, const Pou& pou) {
     // result, as with VOID.
     if (pou.kind == LQ_KIND_FUNCTION && hasNames_[IndexOf(unit)] && !results_[IndexOf(unit)] &&
         !hasOutput && *pou.resultType &&
-        run_.types.Named(pou.resultType).kind != TypeInfo::Kind::kUnknown) {
+        run_.types.Named(pou.resultType).kind != TypeInfo::Kind::kUnknown && !ReturnsValue(pou)) {
         run_.Report(8013, unit, Say("the result of '{}' is never set", Utf8(pou.name)));
     }
 }

@@ -99,6 +99,7 @@ constexpr Translation kTable[] = {
      "コメントは「{}」を抑止しますが、ここに該当するものはありません"},
     {"the constant '{}' has no value", "定数「{}」に値がありません"},
     {"the constant '{}' need not be retained", "定数「{}」を保持する必要はありません"},
+    {"the edition of the standard is 2 or 3, not '{}'", "規格の版は2か3で、「{}」ではありません"},
     {"the enumeration '{}' has no values", "列挙型「{}」に値がありません"},
     {"the enumeration has two values '{}'", "列挙型に同じ名前の値「{}」が2つあります"},
     {"the event '{}' is a variable of the type {}", "イベント「{}」は型{}の変数です"},

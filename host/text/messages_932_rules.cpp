@@ -21,7 +21,8 @@ constexpr Translation kTable[] = {
      "1つのファイルに対する読み込みの報告は1000種類までである"},
     {"A file is well-formed XML, a PLCopen project and within the reader's limits",
      "ファイルは整形式のXMLで、PLCopenのプロジェクトであり、読み込みの制限の中にある"},
-    {"A function has a type", "ファンクションには型がある"},
+    {"A function has a type; not looked for with --edition 3",
+     "ファンクションには型がある。--edition 3では調べない"},
     {"A function has no instances of function blocks among its local variables",
      "ファンクションのローカル変数にファンクションブロックのインスタンスはない"},
     {"A function keeps nothing from one call to the next, as the instance has to",
@@ -36,10 +37,8 @@ constexpr Translation kTable[] = {
      "--closed, where no file has the name",
      "境界となる名前は、そこから見える定数である。その名前がどのファイルにもないときは--"
      "closedでない限り警告"},
-    {"A program instance is one of a program of the project; a warning where names may come from "
-     "files that are missing",
-     "プログラムインスタンスはプロジェクトのプログラムのものである。名前が足りないファイルにあり得"
-     "るときは警告"},
+    {"A program instance is one of a program of the project; an error with --closed",
+     "プログラムインスタンスはプロジェクトのプログラムのものである。--closedではエラー"},
     {"A project with programs has a resource that runs them",
      "プログラムのあるプロジェクトには、それを実行するリソースがある"},
     {"A reader expects the behaviour that the standard gives the name",
@@ -152,8 +151,8 @@ constexpr Translation kTable[] = {
      "そのメモリーを持つターゲットはなく、ほとんどはずっと少ない"},
     {"No target knows what it stands for", "どのターゲットも何を指すか分からない"},
     {"No type contains itself", "型はそれ自身を含まない"},
-    {"No unit calls itself, not even through others",
-     "POUは自分自身を、ほかのPOUを通しても呼び出さない"},
+    {"No unit calls itself, not even through others; a warning with --edition 3",
+     "POUは自分自身を、ほかのPOUを通しても呼び出さない。--edition 3では警告"},
     {"No variable of the type can have another one", "この型の変数は他の値を持てない"},
     {"Nothing ever starts it", "タスクを開始するものがない"},
     {"Nothing ever starts the task", "タスクが決して開始されない"},

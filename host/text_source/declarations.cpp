@@ -68,9 +68,11 @@ class DeclarationReader {
 
   private:
     void LeaveNameless() {
-        cursor_.Warn(first_, kNotRead,
-                     first_.word == Word::kAt ? Say("a variable without a name was left out")
-                                              : Say("this is no declaration and was left out"));
+        if (first_.word == Word::kAt) {  // the language has it
+            cursor_.Warn(first_, kNotKept, Say("a variable without a name was left out"));
+        } else {
+            cursor_.Warn(first_, kNotRead, Say("this is no declaration and was left out"));
+        }
         cursor_.Take();
         PassDeclaration(context_);
     }

@@ -65,8 +65,8 @@ class Reader {
     bool ReadHeader(Word word) {
         // Nothing but a frame, or a type whose sign is missing, can be meant here.
         const Piece behind = cursor_.Peek(1);
-        const bool isOfTypes =
-            behind.Is(OP_SEMICOLON) || (cursor_.IsName(behind) && !IsEnd(behind.word));
+        const bool isOfTypes = behind.Is(OP_SEMICOLON) || behind.word == Word::kEndType ||
+                               (cursor_.IsName(behind) && !IsEnd(behind.word));
         const bool isFrame = cursor_.Peek().isFirst &&
                              (word == Word::kInterface || (word == Word::kType && isOfTypes));
         const bool isBehindUnit = !isStray_ || cursor_.Peek().spot.line == attributeLine_;

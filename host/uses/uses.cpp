@@ -175,8 +175,10 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
         }
         case PieceRole::kOut:
         case PieceRole::kCoil:
-        case PieceRole::kIndicator:
             walk.RunSt(tokens, UseKind::kWrite);
+            break;
+        case PieceRole::kIndicator:  // tells how an action fares; what sets it is the action's body
+            walk.RunSt(tokens, UseKind::kUnknown);
             break;
         case PieceRole::kInOut:
             walk.RunSt(tokens, UseKind::kReadWrite);

@@ -197,7 +197,7 @@ constexpr const char* kComplaints[] = {
     "symbols plant.xml -o plant.xml", "symbols plant.xml -o no/such/folder", "symbols plant.xml -o /dev/full",
     "check", "check plant.xml --only 9999", "check plant.xml --ignore unused-varible",
     "check plant.xml -s 8001=loud", "check plant.xml -s 8001", "check plant.xml --format yaml",
-    "check plant.xml --addresses word", "check plant.xml --fail-on all", "check --explain nothing",
+    "check plant.xml --addresses word", "check plant.xml --edition 4", "check plant.xml --fail-on all", "check --explain nothing",
     "check plant.xml -b missing.json", "check plant.xml -b plant.xml", "check plant.xml -l plant.lqt",
     "check plant.xml -l missing.xml", "check plant.xml -l plant.xml", "check plant.lqt", "check missing.xml",
     "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",

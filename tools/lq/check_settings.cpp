@@ -76,6 +76,13 @@ host::AddressModel ModelCalled(const std::string& word) {
         Say("the numbers of addresses are 'separate', 'byte' or 'element', not '{}'", word));
 }
 
+host::Edition EditionCalled(const std::string& word) {
+    if (word != "2" && word != "3") {
+        throw CommandError(Say("the edition of the standard is 2 or 3, not '{}'", word));
+    }
+    return word == "2" ? host::Edition::kSecond : host::Edition::kThird;
+}
+
 Severity FailureCalled(const std::string& word) {
     if (word == "never") {
         return Severity::kOff;
@@ -239,6 +246,8 @@ class FileSettings {
     void TakeOption(const std::string& key, const std::string& value) {
         if (key == "addresses") {
             settings_.options.addresses = ModelCalled(value);
+        } else if (key == "edition") {
+            settings_.options.edition = EditionCalled(value);
         } else if (key == "library") {
             AddLibraries(folder_, value, options_.files);
         } else if (key == "closed") {
@@ -251,8 +260,8 @@ class FileSettings {
             settings_.options.longestName = LengthCalled(value);
         } else {
             throw CommandError(Say("no setting is called '{}'", key) +
-                               DidYouMean(key, {"addresses", "library", "closed", "check-libraries",
-                                                "fail-on", "max-name"}));
+                               DidYouMean(key, {"addresses", "edition", "library", "closed",
+                                                "check-libraries", "fail-on", "max-name"}));
         }
     }
 
@@ -344,6 +353,9 @@ CheckSettings SettingsOf(CheckOptions& options) {
     ReadSeverities(options, settings.options);
     if (!options.addresses.empty()) {
         settings.options.addresses = ModelCalled(options.addresses);
+    }
+    if (!options.edition.empty()) {
+        settings.options.edition = EditionCalled(options.edition);
     }
     if (!options.failOn.empty()) {
         settings.failOn = FailureCalled(options.failOn);

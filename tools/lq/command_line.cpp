@@ -352,6 +352,7 @@ void CommandLine::AddCheck() {
             kSeverityValue);
     add("-a,--addresses", check_.addresses,
         "What the numbers of addresses are: separate, byte or element", kModelValue);
+    add("--edition", check_.edition, "Of the standard, 2 or 3; 2 forbids recursion", kEditionValue);
     add("--fail-on", check_.failOn, "What makes the exit status 1: error, warning, note or never",
         kFailureValue);
     add("--max-name", check_.maxName, "How many characters name-too-long allows", kLengthValue);

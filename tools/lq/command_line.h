@@ -21,6 +21,7 @@ inline constexpr char kKindValue[] = "KIND";
 inline constexpr char kCodeValue[] = "CODE";
 inline constexpr char kSeverityValue[] = "CODE=SEVERITY";
 inline constexpr char kModelValue[] = "MODEL";
+inline constexpr char kEditionValue[] = "EDITION";
 inline constexpr char kFailureValue[] = "LEAST";
 inline constexpr char kFormatValue[] = "FORMAT";
 inline constexpr char kLengthValue[] = "LENGTH";

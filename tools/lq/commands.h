@@ -81,6 +81,7 @@ struct CheckOptions {
     std::vector<std::string> only;      // likewise
     std::vector<std::string> severity;  // CODE=SEVERITY
     std::string addresses;
+    std::string edition;
     std::string failOn;
     std::string maxName;
     std::string baseline;

@@ -24,6 +24,9 @@ std::string WordsFor(const std::string& value) {
     if (value == kModelValue) {
         return "separate byte element";
     }
+    if (value == kEditionValue) {
+        return "2 3";
+    }
     if (value == kFailureValue) {
         return "error warning note never";
     }

@@ -143,6 +143,7 @@ CheckOptions OptionsFor(const std::string& code) {
         options.severity.erase(checks[0]->code);
     }
     options.closed = code.find("closed") != code.npos;
+    options.edition = code.find("edition 3") != code.npos ? Edition::kThird : Edition::kSecond;
     options.addresses = code.find("byte") != code.npos || code.starts_with("4008")
                             ? AddressModel::kByte
                         : code.find("element") != code.npos ? AddressModel::kElement

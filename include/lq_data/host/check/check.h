@@ -75,6 +75,9 @@ enum class AddressModel : uint8_t {
     kElement,   // an index of what has the address's size
 };
 
+// Of the standard. The second one forbids recursion and wants a result of every function.
+enum class Edition : uint8_t { kSecond, kThird };
+
 // Names that a check leaves alone: "Main.spare*", "G_*", with * and ? for letters.
 struct IgnoredNames {
     uint16_t code = 0;
@@ -85,6 +88,7 @@ struct CheckOptions {
     bool closed = false;          // all files of the project are there
     bool checkLibraries = false;  // libraries are checked, too
     AddressModel addresses = AddressModel::kSeparate;
+    Edition edition = Edition::kSecond;
     unsigned longestName = 32;              // for name-too-long
     std::map<uint16_t, Severity> severity;  // in place of those of the table
     std::vector<IgnoredNames> ignored;

@@ -44,7 +44,7 @@ enum class PieceRole : uint8_t {
     kJumpStep,    // the step that is jumped to
     kTransition,  // the transition that is referred to
     kAction,      // the action or variable that an action block refers to
-    kIndicator,   // the variable that an action sets; tokens are the expression
+    kIndicator,   // the variable that tells how an action fares; tokens are the expression
     kDuration,    // of an action's qualifier; tokens are the expression
     kPart,        // an action or transition of a chart as text, whose code follows
 };
