@@ -24,6 +24,7 @@ class Drawings {
         ForEachCode(run_, [this](ID owner, const BodyCode& code) {
             CheckBlocks(owner, code);
             CheckSteps(owner, code);
+            CheckWires(owner, code);
         });
     }
 
@@ -33,6 +34,7 @@ class Drawings {
     bool IsToldAsType(ID unit, const BodyPiece& piece);
     void CheckInstance(ID unit, const BodyPiece& piece, ID block);
     void CheckSteps(ID unit, const BodyCode& code);
+    void CheckWires(ID unit, const BodyCode& code);
 
     Run& run_;
     Causes unknown_;  // blocks
@@ -130,6 +132,16 @@ void Drawings::CheckSteps(ID unit, const BodyCode& code) {
     }
 }
 
+void Drawings::CheckWires(ID unit, const BodyCode& code) {
+    for (const LooseWire& wire : code.looseWires) {
+        const std::string partner = Utf8(wire.partner);
+        ReportAt(run_, wire.isContinuation ? 8030 : 8029, unit,
+                 {wire.partner, wire.line, wire.column},
+                 wire.isContinuation ? Say("no connector is called '{}'", partner)
+                                     : Say("a wire leads to '{}', which no box has", partner));
+    }
+}
+
 void CheckDrawings(Run& run) {
     Drawings(run).Look();
 }
@@ -181,6 +193,25 @@ constexpr Check kRows[] = {
      "<pou name='Main' "
      "pouType='program'><interface><localVars></localVars></interface><body><FBD><block "
      "localId='1' typeName='MAX'/></FBD></body></pou>",
+     CheckDrawings},
+    {8029, "wire-to-nothing", Severity::kError,
+     Message("Each wire of a drawing leads to a box of it"), Message("The body cannot be built"),
+     "<pou name='Main' pouType='program'><interface/><body><FBD><inVariable localId='1'>"
+     "<expression>TRUE</expression></inVariable><outVariable localId='2'><connectionPointIn>"
+     "<connection refLocalId='3'/></connectionPointIn><expression>%QX0.0</expression>"
+     "</outVariable></FBD></body></pou>",
+     "<pou name='Main' pouType='program'><interface/><body><FBD><inVariable localId='1'>"
+     "<expression>TRUE</expression></inVariable><outVariable localId='2'><connectionPointIn>"
+     "<connection refLocalId='1'/></connectionPointIn><expression>%QX0.0</expression>"
+     "</outVariable></FBD></body></pou>",
+     CheckDrawings},
+    {8030, "continuation", Severity::kError,
+     Message("Each continuation of a drawing has its connector"),
+     Message("The body cannot be built"),
+     "<pou name='Main' pouType='program'><interface/><body><FBD><connector localId='1' name='Run'/>"
+     "<continuation localId='2' name='Ruin'/></FBD></body></pou>",
+     "<pou name='Main' pouType='program'><interface/><body><FBD><connector localId='1' name='Run'/>"
+     "<continuation localId='2' name='Run'/></FBD></body></pou>",
      CheckDrawings},
 };
 

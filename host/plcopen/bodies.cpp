@@ -3,6 +3,8 @@
 
 #include <charconv>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "host/model/code_reader.h"
 #include "host/plcopen/parts.h"
@@ -121,11 +123,61 @@ constexpr struct {
     {"variable", "coil", PieceRole::kCoil},
 };
 
+// The wires of a drawing: what they lead to, and what there is.
+class Wires {
+  public:
+    void Take(const Element& element) {
+        Add(boxes_, element.Attribute("localId"));
+        if (element.Name() == "connection") {
+            ends_.push_back({Trim(element.Attribute("refLocalId")), false, &element});
+        } else if (element.Name() == "connector") {
+            Add(connectors_, element.Attribute("name"));
+        } else if (element.Name() == "continuation") {
+            ends_.push_back({Trim(element.Attribute("name")), true, &element});
+        }
+    }
+
+    void KeepLoose(Context& context, Body& body) const {
+        for (const End& end : ends_) {
+            const auto& partners = end.isContinuation ? connectors_ : boxes_;
+            if (!end.partner.empty() && !partners.contains(end.partner)) {
+                context.project.EditCode(body).looseWires.push_back(
+                    {context.Intern(end.partner), end.isContinuation, end.element->line,
+                     end.element->column});
+            }
+        }
+    }
+
+  private:
+    struct End {
+        std::string_view partner;
+        bool isContinuation;
+        const Element* element;
+    };
+    using Texts = std::unordered_set<std::string_view>;
+
+    static void Add(Texts& texts, std::string_view text) {
+        if (text = Trim(text); !text.empty()) {
+            texts.insert(text);
+        }
+    }
+
+    Texts boxes_;  // by their numbers
+    Texts connectors_;
+    std::vector<End> ends_;
+};
+
 class BodyReader {
   public:
     BodyReader(Context& context, Pou& pou, Body& body)
         : context_(context), pou_(pou), body_(body) {}
 
+    void ReadWhole(const Element& element) {
+        Read(element);
+        wires_.KeepLoose(context_, body_);
+    }
+
+  private:
     void Read(const Element& element) {
         const Language language = LanguageOf(element.Name());
         if (language == Language::kSt || language == Language::kIl) {
@@ -137,6 +189,7 @@ class BodyReader {
         }
         if (context_.project.KeepsCode()) {
             KeepAttributes(element);
+            wires_.Take(element);
         }
         if (element.Name() == "block") {
             context_.project.AddCall(pou_, Name(element, "typeName"));
@@ -152,7 +205,6 @@ class BodyReader {
         }
     }
 
-  private:
     void ReadText(const Element& element, Language language, const BodyPiece* piece = nullptr) {
         const Code code = CodeOf(element);
         ReadCode(context_, code, language, pou_, body_, piece);
@@ -232,6 +284,7 @@ class BodyReader {
     Context& context_;
     Pou& pou_;
     Body& body_;
+    Wires wires_;
 };
 
 }  // namespace
@@ -246,7 +299,7 @@ void ReadBody(Context& context, const Element& element, std::string_view name, P
             body.language = LanguageOf(child->Name());
         }
     }
-    BodyReader(context, pou, body).Read(element);
+    BodyReader(context, pou, body).ReadWhole(element);
     pou.bodies.push_back(std::move(body));
 }
 

@@ -112,7 +112,9 @@ constexpr Translation kTable[] = {
      "初期値はその型で表せる値である。基数付きの数値は負の数のビットでもよい"},
     {"An instance of a function block is not constant",
      "ファンクションブロックのインスタンスは定数ではない"},
+    {"Each continuation of a drawing has its connector", "図の継続にはコネクタがある"},
     {"Each overwrites what the other one wrote", "互いに書いた値を上書きする"},
+    {"Each wire of a drawing leads to a box of it", "図の線はその図の要素につながる"},
     {"Either a call was forgotten or the unit is left over", "呼び出しを忘れたか、POUが残っている"},
     {"Every type is one of the language, a data type or a function block of the project; an error "
      "with --closed",

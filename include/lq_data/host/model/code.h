@@ -60,10 +60,19 @@ struct BodyPiece {
     uint32_t wire = 0;  // the box that a parameter, or a box, is wired to at first; 0 for none
 };
 
+// An end of a wire of a drawing that has no other one.
+struct LooseWire {
+    Text partner = u"";  // the connector that a continuation names, or the number of a box
+    bool isContinuation = false;
+    uint32_t line = 0;
+    uint32_t column = 0;
+};
+
 struct BodyCode {
     std::vector<BodyPiece> pieces;
     std::vector<BodyToken> tokens;
     std::vector<BodyToken> pragmaWords;  // in which language they are is not known
+    std::vector<LooseWire> looseWires;
 };
 
 }  // namespace lq::host
