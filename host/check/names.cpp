@@ -208,14 +208,15 @@ ID GlobalSeenBy(Run& run, ID unit, Text name) {
     if (global == ID() || !run.IsOwn(global)) {
         return {};
     }
-    const ID parent =
-        run.project.GetVariableList(run.project.GetDeclaration(global)->owner)->parent;
+    const VariableList& list =
+        *run.project.GetVariableList(run.project.GetDeclaration(global)->owner);
+    const ID parent = list.parent;
     const uint64_t runBy = run.graph.RunBy(unit);
     const bool isSeen = SortOf(parent) == Sort::kPou ? parent == unit
                         : run.project.Resources().size() < 2
                             ? true
                             : (run.graph.SeenBy(parent) & runBy) != 0;
-    return isSeen ? global : ID();
+    return isSeen && !list.qualified ? global : ID();
 }
 
 void CheckVariable(Run& run, ID unit, ID id) {

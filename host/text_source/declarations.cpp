@@ -1,8 +1,10 @@
 // Variables and members, and the sections of variables.
 
+#include <algorithm>
 #include <utility>
 
 #include "host/text_source/parts.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/utf.h"
 
 namespace lq::host::text_source {
@@ -280,6 +282,20 @@ unsigned TakeMarks(Context& context, std::string& written) {
     }
 }
 
+// "{attribute 'qualified_only'}" between two tokens.
+bool IsQualified(Cursor& cursor, const Piece& last, const Piece& word) {
+    bool isQualified = false;
+    for (const auto& [begin, end] : cursor.Pragmas()) {
+        if (begin.at >= last.end && begin.at < word.spot.at) {
+            std::u16string text(cursor.TextBetween(begin.at, end));
+            std::ranges::transform(text, text.begin(), chars::ToLower);
+            isQualified = isQualified || text.find(u"qualified_only") != text.npos;
+        }
+    }
+    cursor.ForgetPragmas(word.spot.at);
+    return isQualified;
+}
+
 }  // namespace
 
 void ReadDeclarations(Context& context, const Holder& holder, Word end, const Spot& begin) {
@@ -303,6 +319,7 @@ void ReadDeclarations(Context& context, const Holder& holder, Word end, const Sp
 void ReadSection(Context& context, ID parent, EnoPair* eno) {
     Cursor& cursor = context.cursor;
     Project& project = context.project;
+    const Piece last = cursor.Last();
     const Piece word = cursor.Take();
     Scope scope = Scope::kLocal;
     for (const auto& row : kSections) {
@@ -320,6 +337,7 @@ void ReadSection(Context& context, ID parent, EnoPair* eno) {
         list.parent = parent;
         list.name = parent == ID() ? context.fileStem : project.NameOf(parent);
         list.comment = project.Intern(cursor.CommentBefore(word));
+        list.qualified = parent == ID() && IsQualified(cursor, last, word);
         list.line = word.spot.line;
         list.column = cursor.ColumnOf(word.spot);
         holder.owner = project.AddVariableList(list);

@@ -133,6 +133,9 @@ struct VariableList {
     Text name = u"";
     Text comment = u"";
     ID parent;  // the configuration, resource or POU; null for one outside of all
+    // Its globals are known by the name of the list alone, as "List.global": a pragma says so.
+    // Where the project keeps no code, no pragma is looked at.
+    bool qualified = false;
     uint32_t line = 0;
     uint32_t column = 0;
     IdList declarations;
