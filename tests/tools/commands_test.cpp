@@ -1,8 +1,10 @@
 // What commands do beyond what golden files show: streams, images, places, completion.
 #include <cstdlib>
+#include <fcntl.h>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,6 +40,19 @@ TEST(Tool, AnInputIsNotOverwritten) {
     }
     ASSERT_EQ(RunLq("translate p.xml -o p.lqt").status, 0);
     EXPECT_EQ(RunLq("show p.lqt --save p.lqt").status, 0) << "it stays the same";
+}
+
+// After it was read so far that its kind is known.
+TEST(Tool, ReadingMayFailInTheMiddle) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);  // more than what is there cannot be read
+    const std::string beginning = "<" + std::string(300, ' ');
+    ASSERT_EQ(write(ends[1], beginning.data(), beginning.size()), 301);
+    const Outcome outcome = RunLq("tasks - <&" + std::to_string(ends[0]));
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, MatchesRegex("lq: .standard input.: cannot be read: [A-Z].*\n"));
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST(Tool, ImagesComeBackAsTheSameBytes) {
