@@ -20,7 +20,7 @@ using lq::pouh::FieldKind;
 
 // One record type: all attributes are set first, so that no two are one; then each is read.
 template <auto Create, auto Destroy, auto Get, auto Set>
-void CheckAttributes() {
+void CheckAttributes(std::size_t count) {
     auto* const record = Create();
     const auto set = [record](POUH_ATTRIBUTE_FLAG flag, const void* value) {
         return Set(record, flag, static_cast<const char16_t*>(value));
@@ -33,6 +33,7 @@ void CheckAttributes() {
         return std::u16string(out, 6);
     };
     const std::span<const Field> fields = lq::pouh::FieldsOf(record);
+    EXPECT_EQ(fields.size(), count);
     const auto find = [fields](POUH_ATTRIBUTE_FLAG flag) {
         return std::find_if(fields.begin(), fields.end(),
                             [flag](const Field& field) { return field.flag == flag; });
@@ -83,15 +84,16 @@ void CheckAttributes() {
     EXPECT_EQ(Destroy(nullptr), 0);
 }
 
-#define LQ_CHECK(Name) \
-    CheckAttributes<Create##Name, Destroy##Name, GetAttrOf##Name, SetAttrOf##Name>()
+#define LQ_CHECK(Name, count) \
+    CheckAttributes<Create##Name, Destroy##Name, GetAttrOf##Name, SetAttrOf##Name>(count)
 
 TEST(PouhRecords, AttributesKeepWhatTheyAreGiven) {
     // clang-format off
-    LQ_CHECK(POUHComment); LQ_CHECK(POUHeader); LQ_CHECK(POUHInfo); LQ_CHECK(POUHDeclList);
-    LQ_CHECK(TaskPOUList); LQ_CHECK(SymbolTable); LQ_CHECK(Decl); LQ_CHECK(UnnamedType);
-    LQ_CHECK(SimpleSpec); LQ_CHECK(FBInstSpec); LQ_CHECK(StringSpec); LQ_CHECK(ArraySpec);
-    LQ_CHECK(SubrangeSpec); LQ_CHECK(Task); LQ_CHECK(TaskInfo);
+    LQ_CHECK(POUHComment, 2); LQ_CHECK(POUHeader, 2); LQ_CHECK(POUHInfo, 7);
+    LQ_CHECK(POUHDeclList, 1); LQ_CHECK(TaskPOUList, 1); LQ_CHECK(SymbolTable, 1);
+    LQ_CHECK(Decl, 6); LQ_CHECK(UnnamedType, 1); LQ_CHECK(SimpleSpec, 5); LQ_CHECK(FBInstSpec, 5);
+    LQ_CHECK(StringSpec, 5); LQ_CHECK(ArraySpec, 5); LQ_CHECK(SubrangeSpec, 6); LQ_CHECK(Task, 2);
+    LQ_CHECK(TaskInfo, 5);
     // clang-format on
 }
 

@@ -54,7 +54,9 @@ int64_t SizeOf(const CgTab& tables) {
 
 TEST(TranslateUnit, SaysWhatAFreshSetSays) {
     WholeProject project;
-    project.Declare(project.NewPou(LQ_KIND_PROGRAM, u"Other"), u"Half", u"REAL", kLocal, u"0.5");
+    const ID otherUnit = project.NewPou(LQ_KIND_PROGRAM, u"Other");
+    project.Declare(otherUnit, u"Half", u"REAL", kLocal, u"0.5");
+    project.EditPou(otherUnit)->bodies.emplace_back().labels.push_back({u"L1", 60});
     auto tables = Translated(project);
     host::ProjectSource source(project);
     const std::string other = Said(*tables, u"Other");
