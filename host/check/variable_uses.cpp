@@ -244,7 +244,7 @@ bool VariableUses::ReturnsValue(const Pou& pou) const {
 // a visualisation, a driver.
 bool VariableUses::IsKnown(const Declaration& declaration) {
     const TypeInfo& type = run_.types.Named(declaration.type);
-    return type.kind != TypeInfo::Kind::kUnknown && type.kind != TypeInfo::Kind::kUnchecked &&
+    return type.kind != TypeInfo::Kind::kUnknown &&
            !(run_.project.GetDataType(type.object) && run_.project.IsOfLibrary(type.object));
 }
 

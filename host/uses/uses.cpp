@@ -43,7 +43,8 @@ class Walk {
     void WalkDeclaration(ID id, const Declaration& declaration);
     void WalkTask(ID id, const Task& task);
     void TellType(ID unit, ID where, Text type);
-    void TellWords(ID unit, ID where, u16string_view text, Text type);
+    bool TellTypeName(ID unit, ID where, u16string_view name);
+    void TellWords(ID unit, ID where, u16string_view text, Text type, bool isStructure = false);
     void TellAt(ID unit, ID where, u16string_view name, Meaning meaning, UseKind kind);
 
     const Project& project_;
@@ -277,17 +278,16 @@ void Walk::WalkDeclaration(ID id, const Declaration& declaration) {
 
 // The type that the text ends with, and the constants in its bounds and lengths.
 void Walk::TellType(ID unit, ID where, Text type) {
-    const u16string_view text(type);
+    u16string_view text(type);
+    if (const std::size_t at = text.find(u"STRUCT "); at != text.npos) {
+        TellWords(unit, where, text.substr(at), u"", true);
+        text = text.substr(0, at);
+    }
     const std::size_t bracket = text.find_first_of(u"[(");
-    if (text.starts_with(u"STRUCT") || bracket == 0) {
-        return;  // of a nameless structure or enumeration, which names what is its own
+    if (bracket == 0) {
+        return;  // of a nameless enumeration, which names what is its own
     }
-    const u16string_view name = LastWord(text);
-    if (const Meaning data = names_.TypeNamed(name)) {
-        TellAt(unit, where, name, data, UseKind::kDeclare);
-    } else if (const ID block = project_.FindAnyPou(name); block != ID()) {
-        TellAt(unit, where, name, {UseObject::kUnit, block, {}}, UseKind::kDeclare);
-    }
+    TellTypeName(unit, where, LastWord(text));
     const std::size_t end = text.find_last_of(u"])");
     const bool hasBounds = bracket != text.npos && end != text.npos && end > bracket &&
                            (text[bracket] == u'[' || text.find(u"..") != text.npos ||
@@ -297,8 +297,21 @@ void Walk::TellType(ID unit, ID where, Text type) {
     }
 }
 
-// The names in a value: those of members, in front of ":=", and literals are none.
-void Walk::TellWords(ID unit, ID where, u16string_view text, Text type) {
+bool Walk::TellTypeName(ID unit, ID where, u16string_view name) {
+    if (const Meaning data = names_.TypeNamed(name)) {
+        TellAt(unit, where, name, data, UseKind::kDeclare);
+        return true;
+    }
+    const ID block = project_.FindAnyPou(name);
+    if (block != ID()) {
+        TellAt(unit, where, name, {UseObject::kUnit, block, {}}, UseKind::kDeclare);
+    }
+    return block != ID();
+}
+
+// The names in a value: those of members, in front of ":=", and literals are none. Or those in a
+// nameless structure, where types are among them, and in front of ":" stand those of members.
+void Walk::TellWords(ID unit, ID where, u16string_view text, Text type, bool isStructure) {
     for (std::size_t at = 0; at < text.size();) {
         const char16_t first = text[at];
         if (first == u'\'' || first == u'"') {
@@ -317,15 +330,19 @@ void Walk::TellWords(ID unit, ID where, u16string_view text, Text type) {
             continue;
         }
         const u16string_view word = text.substr(at, end - at);
-        const bool isMember = at > 0 && text[at - 1] == u'.';
+        const bool isMember = at > 0 && text[at - 1] == u'.' && !(at > 1 && text[at - 2] == u'.');
         const bool isName = !chars::IsDigit(first) && !(at > 0 && text[at - 1] == u'#');
         std::size_t next = end;
         while (next < text.size() && chars::IsBlank(text[next])) {
             ++next;
         }
         at = end;
-        if (!isName || isMember || text.substr(next, 2) == u":=" ||
-            !IsIdentifier(std::u16string(word).c_str())) {
+        if (!isName || isMember || !IsIdentifier(std::u16string(word).c_str())) {
+            continue;
+        }
+        const bool isOfMember =
+            text.substr(next, 2) == u":=" || (isStructure && text.substr(next, 1) == u":");
+        if (isOfMember || (isStructure && TellTypeName(unit, where, word))) {
             continue;
         }
         if (end < text.size() && text[end] == u'#') {
