@@ -7,6 +7,7 @@
 
 #include "host/check/checks.h"
 #include "host/check/findings.h"
+#include "host/check/value.h"
 #include "lq_data/scanner.h"
 
 namespace lq::host::check {
@@ -24,8 +25,8 @@ constexpr struct {
 
 class Statements {
   public:
-    Statements(Run& run, ID unit, std::span<const BodyToken> tokens)
-        : run_(run), unit_(unit), tokens_(tokens) {}
+    Statements(Run& run, ID unit, PieceRole role, std::span<const BodyToken> tokens)
+        : run_(run), unit_(unit), role_(role), tokens_(tokens) {}
 
     void Look();
 
@@ -34,6 +35,7 @@ class Statements {
         u16string_view closing;  // a word or bracket in capitals
         std::size_t at;
         bool isLoop;
+        bool hasElse = false;
     };
 
     bool Is(std::size_t at, uint16_t operation) const {
@@ -45,10 +47,13 @@ class Statements {
     }
     bool BeginsStatement(std::size_t at) const;
     void TakeWord(std::size_t at);
+    void TakeElse(std::size_t at, bool isLast);
     void TakeBracket(std::size_t at);
     void Close(std::size_t at, u16string_view closing);
     void CloseStatement();
     void CheckAssignment(std::size_t at);
+    bool PassZero(std::size_t& at, bool& isReal) const;
+    std::size_t LastArgument(std::size_t bracket) const;
     void CheckDivision(std::size_t at);
     void Report(uint16_t code, std::size_t at, std::string message) {
         ReportAt(run_, code, unit_, SpotOf(tokens_[at]), std::move(message));
@@ -58,6 +63,7 @@ class Statements {
 
     Run& run_;
     const ID unit_;
+    const PieceRole role_;
     std::span<const BodyToken> tokens_;
     std::vector<Open> open_;
     bool isTold_ = false;  // that something does not close; what follows is not certain then
@@ -65,12 +71,14 @@ class Statements {
 
 void Statements::Look() {
     for (std::size_t at = 0; at < tokens_.size(); ++at) {
-        if (IsWord(at)) {
+        if (role_ == PieceRole::kSt && IsWord(at)) {
             TakeWord(at);
         } else {
             TakeBracket(at);
         }
-        CheckAssignment(at);
+        if (role_ == PieceRole::kSt) {
+            CheckAssignment(at);
+        }
         CheckDivision(at);
     }
     if (!open_.empty()) {
@@ -102,6 +110,9 @@ void Statements::TakeWord(std::size_t at) {
             return;
         }
     }
+    if (word == u"ELSE" || word == u"ELSIF") {
+        TakeElse(at, word == u"ELSE");
+    }
     if (word != u"EXIT" && word != u"CONTINUE") {
         return;
     }
@@ -109,6 +120,17 @@ void Statements::TakeWord(std::size_t at) {
     const bool isInLoop = std::ranges::any_of(open_, &Open::isLoop);
     if (isStatement && !isInLoop && !isTold_ && run_.types.Members(unit_).Find(word) == ID()) {
         Report(8018, at, Say("'{}' stands in no loop", Utf8(tokens_[at].text)));
+    }
+}
+
+// Those of CASE are an ELSE.
+void Statements::TakeElse(std::size_t at, bool isLast) {
+    const bool isInIf = !open_.empty() && open_.back().closing == kPairs[0].end;
+    const bool isInCase = !open_.empty() && open_.back().closing == kPairs[1].end;
+    if (open_.empty() || open_.back().hasElse || !(isInIf || (isLast && isInCase))) {
+        ReportUnbalanced(at, Say("'{}' belongs to nothing", Utf8(tokens_[at].text)));
+    } else {
+        open_.back().hasElse = isLast;
     }
 }
 
@@ -164,26 +186,87 @@ bool Statements::BeginsStatement(std::size_t at) const {
             }));
 }
 
-// "x := x;" as a statement of its own.
+// "x := x;" or "a[1].x := a[1].x;" as a statement of its own, without calls.
 void Statements::CheckAssignment(std::size_t at) {
-    if (BeginsStatement(at) && IsWord(at) && Is(at + 1, OP_ASSIGN) && IsWord(at + 2) &&
-        Is(at + 3, OP_SEMICOLON) && EqualNames(tokens_[at].text, tokens_[at + 2].text)) {
+    if (!BeginsStatement(at) || !IsWord(at)) {
+        return;
+    }
+    std::size_t sign = at;
+    while (sign < tokens_.size() && !Is(sign, OP_ASSIGN)) {
+        if (Is(sign, OP_LPAREN) || Is(sign, OP_SEMICOLON)) {
+            return;
+        }
+        ++sign;
+    }
+    const std::size_t count = sign - at;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (sign + 1 + i >= tokens_.size() ||
+            !EqualNames(tokens_[at + i].text, tokens_[sign + 1 + i].text)) {
+            return;
+        }
+    }
+    if (Is(sign + 1 + count, OP_SEMICOLON)) {
         Report(8016, at, Say("'{}' is assigned to itself", Utf8(tokens_[at].text)));
     }
 }
 
+// Passes the literal 0, which may have a type, a sign and brackets around it.
+bool Statements::PassZero(std::size_t& at, bool& isReal) const {
+    std::size_t depth = 0;
+    for (; Is(at, OP_LPAREN) || Is(at, OP_MINUS) || Is(at, OP_PLUS); ++at) {
+        depth += Is(at, OP_LPAREN) ? 1 : 0;
+    }
+    std::u16string text;
+    for (; at < tokens_.size() && tokens_[at].kind == TK_ERROR; ++at) {
+        text += tokens_[at].text;  // "INT#"
+    }
+    if (at >= tokens_.size()) {
+        return false;
+    }
+    text += tokens_[at++].text;
+    const Constant value = ReadConstant(text);
+    isReal = value.kind == Constant::Kind::kReal;
+    const bool isZero = isReal ? value.real == 0
+                               : value.kind == Constant::Kind::kInteger && value.magnitude == 0 &&
+                                     !value.isTooLarge;
+    for (; isZero && depth > 0 && Is(at, OP_RPAREN); ++at) {
+        --depth;
+    }
+    return isZero && depth == 0 && !Is(at, OP_POWER);
+}
+
+// Where the divisor of "DIV(a, 0)" begins.
+std::size_t Statements::LastArgument(std::size_t bracket) const {
+    std::size_t begin = bracket + 1;
+    std::size_t depth = 0;
+    for (std::size_t at = begin; at < tokens_.size(); ++at) {
+        if (Is(at, OP_LPAREN) || Is(at, OP_LBRACKET)) {
+            ++depth;
+        } else if (Is(at, OP_COMMA) && depth == 0) {
+            begin = at + 1;
+        } else if ((Is(at, OP_RPAREN) || Is(at, OP_RBRACKET)) && depth-- == 0) {
+            break;
+        }
+    }
+    return Is(begin + 1, OP_ASSIGN) ? begin + 2 : begin;
+}
+
 void Statements::CheckDivision(std::size_t at) {
-    const bool isDivision = Is(at, OP_DIV) || (IsWord(at) && EqualNames(tokens_[at].text, u"MOD"));
-    if (at == 0 || !isDivision || at + 1 >= tokens_.size()) {
+    const auto isCalled = [&](u16string_view word) {
+        return IsWord(at) && EqualNames(tokens_[at].text, word);
+    };
+    const bool isIl = role_ == PieceRole::kIl;
+    const bool isFunction = !isIl && isCalled(u"DIV") && Is(at + 1, OP_LPAREN);
+    const bool isDivision = Is(at, OP_DIV) || isCalled(u"MOD") || (isIl && isCalled(u"DIV"));
+    if (!isFunction && (!isDivision || (at == 0 && !isIl))) {
         return;
     }
-    const BodyToken& divisor = tokens_[at + 1];
-    const u16string_view text(divisor.text);
-    const bool isNumber = divisor.kind == TK_INTEGER || divisor.kind == TK_REAL;
-    if (isNumber && text.find_first_not_of(u"0._") == text.npos && !Is(at + 2, OP_POWER)) {
-        const Severity severity =
-            divisor.kind == TK_REAL ? Severity::kWarning : run_.SeverityOf(8017);
-        ReportAt(run_, 8017, severity, unit_, SpotOf(divisor), Say("this divides by 0"));
+    const std::size_t divisor = isFunction ? LastArgument(at + 1) : at + 1;
+    std::size_t end = divisor;
+    bool isReal = false;
+    if (PassZero(end, isReal) && (!isFunction || Is(end, OP_RPAREN))) {
+        ReportAt(run_, 8017, isReal ? Severity::kWarning : run_.SeverityOf(8017), unit_,
+                 SpotOf(tokens_[divisor]), Say("this divides by 0"));
     }
 }
 
@@ -193,9 +276,9 @@ void CheckStatements(Run& run) {
             const bool isLast = n + 1 == code.pieces.size();
             const std::size_t begin = code.pieces[n].first;
             const std::size_t end = isLast ? code.tokens.size() : code.pieces[n + 1].first;
-            if (code.pieces[n].role == PieceRole::kSt) {
-                Statements(run, owner, std::span(code.tokens).subspan(begin, end - begin)).Look();
-            }
+            Statements(run, owner, code.pieces[n].role,
+                       std::span(code.tokens).subspan(begin, end - begin))
+                .Look();
         }
     });
 }

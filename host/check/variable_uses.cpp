@@ -191,7 +191,9 @@ void VariableUses::TakeUnknown(const Use& use) {
         return;
     }
     const bool isAction = use.role == PieceRole::kAction || use.role == PieceRole::kTransition;
-    const bool isText = use.body->language == Language::kSt || use.body->language == Language::kIl;
+    const bool isText = use.body->language == Language::kSt ||
+                        use.body->language == Language::kIl ||
+                        (use.body->language == Language::kSfc && use.role <= PieceRole::kIl);
     const uint16_t code = isAction ? 8024 : isText ? 8006 : 8022;
     unknown_.Tell(ReportAt(
         run_, code, isAction ? run_.ClosedSeverity() : run_.OpenSeverity(), use.unit, SpotOf(use),

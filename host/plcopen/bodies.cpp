@@ -1,6 +1,7 @@
 // Bodies. Unless the project is to keep code, only what concerns names beyond a body is read: its
 // labels and jumps, and the POUs that it calls.
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <unordered_set>
@@ -9,6 +10,7 @@
 #include "host/model/code_reader.h"
 #include "host/plcopen/parts.h"
 #include "host/text/foreign_text.h"
+#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/message.h"
 #include "lq_data/host/text/token_columns.h"
 #include "lq_data/host/text/utf.h"
@@ -127,11 +129,13 @@ constexpr struct {
 class Wires {
   public:
     void Take(const Element& element) {
-        Add(boxes_, element.Attribute("localId"));
+        if (const auto id = Trim(element.Attribute("localId")); !id.empty()) {
+            boxes_.insert(id);
+        }
         if (element.Name() == "connection") {
             ends_.push_back({Trim(element.Attribute("refLocalId")), false, &element});
         } else if (element.Name() == "connector") {
-            Add(connectors_, element.Attribute("name"));
+            connectors_.insert(Capitals(element.Attribute("name")));
         } else if (element.Name() == "continuation") {
             ends_.push_back({Trim(element.Attribute("name")), true, &element});
         }
@@ -139,8 +143,9 @@ class Wires {
 
     void KeepLoose(Context& context, Body& body) const {
         for (const End& end : ends_) {
-            const auto& partners = end.isContinuation ? connectors_ : boxes_;
-            if (!end.partner.empty() && !partners.contains(end.partner)) {
+            const bool isThere = end.isContinuation ? connectors_.contains(Capitals(end.partner))
+                                                    : boxes_.contains(end.partner);
+            if (!end.partner.empty() && !isThere) {
                 context.project.EditCode(body).looseWires.push_back(
                     {context.Intern(end.partner), end.isContinuation, end.element->line,
                      end.element->column});
@@ -154,16 +159,15 @@ class Wires {
         bool isContinuation;
         const Element* element;
     };
-    using Texts = std::unordered_set<std::string_view>;
-
-    static void Add(Texts& texts, std::string_view text) {
-        if (text = Trim(text); !text.empty()) {
-            texts.insert(text);
-        }
+    static std::u16string Capitals(std::string_view text) {
+        std::u16string name;
+        DecodeUtf8(Trim(text), name);
+        std::ranges::transform(name, name.begin(), chars::ToUpper);
+        return name;
     }
 
-    Texts boxes_;  // by their numbers
-    Texts connectors_;
+    std::unordered_set<std::string_view> boxes_;  // by their numbers
+    std::unordered_set<std::u16string> connectors_;
     std::vector<End> ends_;
 };
 

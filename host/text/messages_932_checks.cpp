@@ -8,6 +8,7 @@ namespace lq::host {
 namespace {
 
 constexpr Translation kTable[] = {
+    {"'{}' belongs to nothing", "「{}」はどの文にも属しません"},
     {"'{}' calls itself", "「{}」が自分自身を呼び出しています"},
     {"'{}' calls itself: {}", "「{}」が自分自身を呼び出しています: {}"},
     {"'{}' cannot have an address where it stands", "「{}」はここではアドレスを持てません"},

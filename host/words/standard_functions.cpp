@@ -21,17 +21,20 @@ using std::u16string_view;
 // Sorted, as the binary search needs them.
 // clang-format off
 constexpr u16string_view kFunctions[] = {
-    u"ABS", u"ACOS", u"ADD", u"ADD_DT_TIME", u"ADD_TIME", u"ADD_TOD_TIME", u"ADR", u"AND", u"ASIN",
-    u"ASSERT", u"ATAN", u"ATAN2", u"BITADR", u"CONCAT", u"CONCAT_DATE", u"CONCAT_DATE_LTOD",
-    u"CONCAT_DATE_TOD", u"CONCAT_DT", u"CONCAT_LDT", u"CONCAT_LTOD", u"CONCAT_TOD", u"COS",
-    u"DATE_AND_TIME_TO_DATE", u"DATE_AND_TIME_TO_TIME_OF_DAY", u"DAY_OF_WEEK", u"DELETE", u"DIV",
-    u"DIVTIME", u"DIV_LTIME", u"DIV_TIME", u"EQ", u"EXP", u"EXPT", u"FIND", u"GE", u"GT", u"INDEXOF", u"INSERT",
-    u"IS_VALID", u"IS_VALID_BCD", u"LE", u"LEFT", u"LEN", u"LIMIT", u"LN", u"LOG", u"LOWER_BOUND",
-    u"LT", u"MAX", u"MID", u"MIN", u"MOD", u"MOVE", u"MUL", u"MULTIME", u"MUL_LTIME", u"MUL_TIME",
-    u"MUX", u"NE", u"NOT", u"OR", u"REF", u"REPLACE", u"RIGHT", u"ROL", u"ROR", u"ROUND", u"SEL",
-    u"SHL", u"SHR", u"SIN", u"SIZEOF", u"SPLIT_DATE", u"SPLIT_DT", u"SPLIT_LDT", u"SPLIT_LTOD", u"SPLIT_TOD",
-    u"SQRT", u"SUB", u"SUB_DATE_DATE", u"SUB_DT_DT", u"SUB_DT_TIME", u"SUB_TIME", u"SUB_TOD_TIME",
-    u"SUB_TOD_TOD", u"TAN", u"TO_BIG_ENDIAN", u"TO_LITTLE_ENDIAN", u"TRUNC", u"UPPER_BOUND", u"XOR",
+    u"ABS", u"ACOS", u"ADD", u"ADD_DT_TIME", u"ADD_LDT_LTIME", u"ADD_LTOD_LTIME", u"ADD_TIME",
+    u"ADD_TOD_TIME", u"ADR", u"AND", u"ASIN", u"ASSERT", u"ATAN", u"ATAN2", u"BITADR", u"CONCAT",
+    u"CONCAT_DATE", u"CONCAT_DATE_LTOD", u"CONCAT_DATE_TOD", u"CONCAT_DT", u"CONCAT_LDT",
+    u"CONCAT_LTOD", u"CONCAT_TOD", u"COS", u"DATE_AND_TIME_TO_DATE",
+    u"DATE_AND_TIME_TO_TIME_OF_DAY", u"DAY_OF_WEEK", u"DELETE", u"DIV", u"DIVTIME", u"DIV_LTIME",
+    u"DIV_TIME", u"EQ", u"EXP", u"EXPT", u"FIND", u"FROM_BIG_ENDIAN", u"FROM_LITTLE_ENDIAN", u"GE",
+    u"GT", u"INDEXOF", u"INSERT", u"IS_VALID", u"IS_VALID_BCD", u"LE", u"LEFT", u"LEN", u"LIMIT",
+    u"LN", u"LOG", u"LOWER_BOUND", u"LT", u"MAX", u"MID", u"MIN", u"MOD", u"MOVE", u"MUL",
+    u"MULTIME", u"MUL_LTIME", u"MUL_TIME", u"MUX", u"NE", u"NOT", u"OR", u"REF", u"REPLACE",
+    u"RIGHT", u"ROL", u"ROR", u"ROUND", u"SEL", u"SHL", u"SHR", u"SIN", u"SIZEOF", u"SPLIT_DATE",
+    u"SPLIT_DT", u"SPLIT_LDT", u"SPLIT_LTOD", u"SPLIT_TOD", u"SQRT", u"SUB", u"SUB_DATE_DATE",
+    u"SUB_DT_DT", u"SUB_DT_TIME", u"SUB_LDATE_LDATE", u"SUB_LDT_LDT", u"SUB_LDT_LTIME",
+    u"SUB_LTOD_LTIME", u"SUB_LTOD_LTOD", u"SUB_TIME", u"SUB_TOD_TIME", u"SUB_TOD_TOD", u"TAN",
+    u"TO_BIG_ENDIAN", u"TO_LITTLE_ENDIAN", u"TRUNC", u"UPPER_BOUND", u"XOR",
 };
 constexpr u16string_view kInstructions[] = {
     u"ADD", u"AND", u"ANDN", u"CAL", u"CALC", u"CALCN", u"CD", u"CLK", u"CU", u"DIV", u"EQ", u"GE",
@@ -74,9 +77,10 @@ bool IsStandardFunction(u16string_view name) {
     if (last == word.npos || !IsType(word.substr(last + 1))) {
         return false;
     }
-    const u16string_view before = word.substr(0, last);  // "INT_TO", "TO", "REAL_TRUNC", "ADD"
+    // "INT_TO", "TO", "REAL_TRUNC", "UINT_TO_BCD", "ADD".
+    const u16string_view before = word.substr(0, last);
     return before == u"TO" || before.ends_with(u"_TO") || before.ends_with(u"_TRUNC") ||
-           std::ranges::binary_search(kFunctions, before);
+           before.ends_with(u"_TO_BCD") || std::ranges::binary_search(kFunctions, before);
 }
 
 }  // namespace lq::host
