@@ -30,6 +30,7 @@ class VariableUses {
           names_(run, leftOut_),
           remnants_(CheckLiterals(run)),
           counts_(run.project.Declarations().size()),
+          isAnyUsed_(counts_.size()),
           results_(run.project.Pous().size()),
           hasNames_(run.project.Pous().size()) {}
 
@@ -57,8 +58,9 @@ class VariableUses {
     NameUses names_;
     const Places remnants_;  // of malformed literals; what is there is no name
     std::vector<Count> counts_;
-    std::vector<bool> results_;   // of functions that are written to
-    std::vector<bool> hasNames_;  // of units in whose bodies names stand
+    std::vector<bool> isAnyUsed_;  // of globals that are found first: one of their name, or more
+    std::vector<bool> results_;    // of functions that are written to
+    std::vector<bool> hasNames_;   // of units in whose bodies names stand
     Causes unknown_;
     std::set<std::pair<uint32_t, std::u16string>> calledHere_;  // unit, name
     Causes writes_;
@@ -101,8 +103,8 @@ void VariableUses::Take(const Use& use) {
     if (use.global != use.id) {
         count(use.global);
     }
-    for (const ID global : use.globals) {
-        count(global);
+    if (!use.globals.empty()) {
+        isAnyUsed_[IndexOf(use.globals.front())] = true;
     }
     if (use.object == UseObject::kResult && isWrite) {
         results_[IndexOf(use.id)] = true;
@@ -339,10 +341,10 @@ void VariableUses::CheckGlobals() {
             continue;
         }
         const uses::GlobalFound global = run_.globals.Find(external.owner, external.name);
-        for (const ID id : global.shared ? global.shared->globals : IdList{global.id}) {
-            if (run_.project.GetDeclaration(id)) {
-                isNamed[IndexOf(id)] = true;
-            }
+        if (global.shared) {
+            isAnyUsed_[IndexOf(global.shared->globals.front())] = true;
+        } else if (global.id != ID()) {
+            isNamed[IndexOf(global.id)] = true;
         }
     }
     for (const ID owner : run_.Owners()) {
@@ -350,8 +352,9 @@ void VariableUses::CheckGlobals() {
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
             const Count& count = counts_[IndexOf(id)];
-            if (count.reads + count.writes == 0 && !isNamed[IndexOf(id)] && !*declaration.address &&
-                IsKnown(declaration)) {
+            const bool isUsed = count.reads + count.writes > 0 || isNamed[IndexOf(id)] ||
+                                isAnyUsed_[IndexOf(run_.project.FindGlobal(declaration.name))];
+            if (!isUsed && !*declaration.address && IsKnown(declaration)) {
                 run_.ReportName(8005, id, Message("'{}' is never used"));
             }
         }

@@ -25,6 +25,7 @@ CgTab::POS_DSC SectionOf(const host::Project& project, CgTab& tables, ID pou) {
 std::vector<uint32_t> CountUses(const host::Project& project) {
     const Progress progress(host::Say("counting uses"));
     std::vector<uint32_t> counts(project.Declarations().size());
+    std::vector<uint32_t> shared(counts.size());  // by the first of the name
     const auto count = [&](ID id) {
         if (project.GetDeclaration(id)) {
             ++counts[host::IndexOf(id)];
@@ -35,10 +36,17 @@ std::vector<uint32_t> CountUses(const host::Project& project) {
         if (use.global != use.id) {
             count(use.global);
         }
-        for (const ID global : use.globals) {
-            count(global);
+        if (!use.globals.empty()) {
+            ++shared[host::IndexOf(use.globals.front())];
         }
     });
+    // Each of several globals that may be meant is used, too.
+    for (uint32_t i = 0; i < counts.size(); ++i) {
+        const host::Declaration& declaration = project.Declarations()[i];
+        if (project.GetVariableList(declaration.owner)) {
+            counts[i] += shared[host::IndexOf(project.FindGlobal(declaration.name))];
+        }
+    }
     return counts;
 }
 
