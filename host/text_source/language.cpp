@@ -67,7 +67,8 @@ class Beginning {
         const Piece here = Here();
         return at_ >= kMostTokens || here.IsEnd() || IsEnd(here.word) ||
                here.word == Word::kEndAction ||
-               (here.isFirst && at_ != 0 && (IsHeader(here.word) || IsSection(here.word)));
+               (here.isFirst && at_ != 0 &&
+                (IsHeader(here.word) || IsSection(here.word) || here.word == Word::kAction));
     }
 
     // What could begin an instruction, or a statement, is here, where one may have ended.
@@ -78,7 +79,7 @@ class Beginning {
 
     // Passes an instruction or a statement, as far as it must be known.
     Sign TakeOne() {
-        while (cursor_.IsName(Here()) && cursor_.Peek(at_ + 1).Is(OP_COLON)) {
+        while (!IsOver() && cursor_.IsName(Here()) && cursor_.Peek(at_ + 1).Is(OP_COLON)) {
             at_ += 2;
         }
         if (IsOver()) {
