@@ -66,9 +66,14 @@ class Beginning {
     bool IsOver() {
         const Piece here = Here();
         return at_ >= kMostTokens || here.IsEnd() || IsEnd(here.word) ||
-               here.word == Word::kEndAction ||
-               (here.isFirst && at_ != 0 &&
-                (IsHeader(here.word) || IsSection(here.word) || here.word == Word::kAction));
+               here.word == Word::kEndAction || (here.isFirst && at_ != 0 && IsPart(here.word));
+    }
+
+    bool IsPart(Word word) {
+        const Piece name = cursor_.Peek(at_ + 1);
+        return IsSection(word) ||
+               (IsHeader(word) && cursor_.IsName(name) && !IsOfCode(name.word)) ||
+               (word == Word::kAction && cursor_.Peek(at_ + 2).Is(OP_COLON));
     }
 
     // What could begin an instruction, or a statement, is here, where one may have ended.

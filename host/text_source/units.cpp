@@ -230,6 +230,7 @@ class UnitReader {
         if (cursor_.Peek().Is(OP_COLON)) {
             cursor_.Take();
         }
+        cursor_.ForgetPragmas(cursor_.Last().end);
         open_ = &action_;
     }
 
@@ -239,6 +240,9 @@ class UnitReader {
     }
 
     void EndAction() {
+        if (!action_.reader && !cursor_.Pragmas().empty()) {
+            Begin(action_, Language::kSt, cursor_.Pragmas().front().first);
+        }
         EndPart(action_);
         project_.EditPou(pou_)->bodies.push_back(std::move(action_.body));
         open_ = &own_;

@@ -137,7 +137,8 @@ TEST(TextSource, TellsInstructionsFromStatements) {
          "CAL t(IN := a, PT := T#1s)|CAL t(\nIN := a)|IN t|JMP L1|Step\nST b"},
         {Language::kSt,
          "S := 1;|S\n:= 1;|S(a);|S\n(\na := 1);|S - 5;|LD -\n5;|IN S= a;|r REF= a;|"
-         "a^.b[1] := 2;|%QX0.0 := a;|;;|F(1);|F(\na := 1\n);|F(a).b := 1;|F(a)\nb := 1;|"
+         "a^.b[1] := 2;|%QX0.0 := a;|;;|F(1);|F(\na := 1\n);|F(a).b := 1;|F(a)\nb := "
+         "1;|F(\nAction[1],\nTest AND b);|"
          "ADD(1,\n2);|F;|F\nb := 1;|F(a)|F|REGION x\ny := 1;|RETURN\n;|EXIT|IF a THEN|a b;|"
          "a b + c;|x INT;|JMP L1;\na := 1;\nL1: b := 1;|L1:\na := 1;|L1:|Step := 1;|"
          "Transition(a);|F(a\nb := 1;|MAX := 1;|a : INT := LD;"},
