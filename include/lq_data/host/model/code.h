@@ -46,7 +46,7 @@ enum class PieceRole : uint8_t {
     kAction,      // the action or variable that an action block refers to
     kIndicator,   // the variable that tells how an action fares; tokens are the expression
     kDuration,    // of an action's qualifier; tokens are the expression
-    kPart,        // an action or transition of a chart as text, whose code follows
+    kPart,        // a transition of a chart as text, whose code follows
 };
 
 struct BodyPiece {
