@@ -1,4 +1,4 @@
-// The paths of VAR_ACCESS: where they lead.
+// The paths of VAR_ACCESS and VAR_CONFIG: where they lead.
 
 #include "host/check/checks.h"
 #include "host/check/run.h"
@@ -25,7 +25,8 @@ class AccessPaths {
     explicit AccessPaths(Run& run) : run_(run) {}
 
     void Take(ID id, const Declaration& access) {
-        u16string_view path = access.comment2;
+        whole_ = access.section.scope == Scope::kConfig ? access.name : access.comment2;
+        u16string_view path = whole_;
         if (path.empty()) {
             return;  // the reader says so
         }
@@ -54,8 +55,7 @@ class AccessPaths {
         const bool isBit = path.starts_with(u'%') || (!path.empty() && chars::IsDigit(path[0]));
         const bool isVariable = run_.project.GetDeclaration(at) ? path.empty() || isBit : isBit;
         if (!isVariable) {
-            run_.Report(5012, id,
-                        Say("'{}' leads to no variable", Utf8(u16string_view(access.comment2))));
+            run_.Report(5012, id, Say("'{}' leads to no variable", Utf8(whole_)));
         }
     }
 
@@ -133,10 +133,11 @@ class AccessPaths {
         }
         run_.Report(5012, isOpen ? run_.OpenSeverity() : run_.SeverityOf(5012), id,
                     Say("nothing is called '{}' in '{}', where '{}' leads", Utf8(name),
-                        Utf8(run_.project.NameOf(at)), Utf8(u16string_view(access.comment2))));
+                        Utf8(run_.project.NameOf(at)), Utf8(whole_)));
     }
 
     Run& run_;
+    u16string_view whole_;                             // the path at hand
     std::unordered_map<uint32_t, NameTable> globals_;  // by what their lists are in
 };
 
@@ -145,7 +146,8 @@ void CheckAccessPaths(Run& run) {
     for (uint32_t i = 0; i < run.project.Declarations().size(); ++i) {
         const ID id = MakeId(Sort::kDeclaration, i);
         const Declaration& declaration = run.project.Declarations()[i];
-        if (declaration.section.scope == Scope::kAccess && declaration.owner != ID() &&
+        const Scope scope = declaration.section.scope;
+        if ((scope == Scope::kAccess || scope == Scope::kConfig) && declaration.owner != ID() &&
             run.IsOwn(id)) {
             paths.Take(id, declaration);
         }
@@ -154,9 +156,9 @@ void CheckAccessPaths(Run& run) {
 
 constexpr Check kRows[] = {
     {5012, "bad-access-path", Severity::kError,
-     Message("The path of VAR_ACCESS leads to a variable: over a resource, a program instance, "
-             "instances and members"),
-     Message("What asks for the variable from outside gets none"),
+     Message("The paths of VAR_ACCESS and VAR_CONFIG lead to variables: over a resource, a program "
+             "instance, instances and members"),
+     Message("What asks for the variable from outside gets none, and a value or address is lost"),
      "PROGRAM Main\nVAR\n  Level : INT;\nEND_VAR\nEND_PROGRAM\nCONFIGURATION c\nRESOURCE r\n"
      "TASK t(INTERVAL := T#10ms, PRIORITY := 1);\nPROGRAM p WITH t : Main;\nEND_RESOURCE\n"
      "VAR_ACCESS\n  Out : r.p.Levle : INT READ_ONLY;\nEND_VAR\nEND_CONFIGURATION",

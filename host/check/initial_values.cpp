@@ -1,6 +1,7 @@
 // Initial values: whether they are values of the type, and where they may stand.
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_set>
 
 #include "host/check/checks.h"
@@ -107,7 +108,7 @@ class Value {
             !IsElementaryType(id)) {
             return;
         }
-        if (!constant.prefix.empty() && !TakePrefix(constant, value)) {
+        if (!constant.prefix.empty() && !TakePrefix(constant, base, value)) {
             return;
         }
         const Class wanted = ClassOf(id);
@@ -117,7 +118,9 @@ class Value {
         const Class given = constant.kind;
         const bool isBit = IsBitString(id) && given == Class::kBool;
         const bool isZeroOrOne = wanted == Class::kBool && given == Class::kInteger;
-        if (wanted != given && !(IsNumber(wanted) && IsNumber(given)) && !isBit && !isZeroOrOne) {
+        const bool isFraction = wanted == Class::kInteger && given == Class::kReal;
+        if (wanted != given && (isFraction || !(IsNumber(wanted) && IsNumber(given))) && !isBit &&
+            !isZeroOrOne) {
             Tell(3003, Say("'{}' is no value of the type {}", value, Utf8(base.name)));
         } else if (IsNumber(given)) {
             TakeNumber(type, base, constant, text);
@@ -126,8 +129,8 @@ class Value {
         }
     }
 
-    // "INT#": the rest has to be a value of it.
-    bool TakePrefix(const Constant& constant, const std::string& value) {
+    // "INT#": the rest has to be a value of it, and its values are to be those of the variable.
+    bool TakePrefix(const Constant& constant, const TypeInfo& base, const std::string& value) {
         const std::u16string prefix = Upper(constant.prefix);
         const IEC_TYPE type = IecTypeConv().GetId(prefix.c_str());
         if (!IsElementaryType(type)) {
@@ -135,7 +138,13 @@ class Value {
         }
         if (IsNumber(constant.kind) && IsNumber(ClassOf(type)) &&
             (TypesOf(constant) & static_cast<uint32_t>(MapTypeToBitset(type))) == 0) {
-            Tell(3002, Say("'{}' is beyond the range of {}", value, Utf8(constant.prefix)));
+            const bool isReal = constant.kind == Class::kReal && ClassOf(type) == Class::kReal;
+            Tell(isReal ? 3014 : 3002,
+                 Say("'{}' is beyond the range of {}", value, Utf8(constant.prefix)));
+            return false;
+        }
+        if (!IsWidening(type, base.elementary)) {
+            Tell(3003, Say("'{}' is no value of the type {}", value, Utf8(base.name)));
             return false;
         }
         const Class typed = ClassOf(type);
@@ -146,7 +155,7 @@ class Value {
                     u16string_view text) {
         const std::string value = Utf8(text);
         const auto wanted = static_cast<uint32_t>(MapTypeToBitset(base.elementary));
-        if ((TypesOf(number) & wanted) == 0) {
+        if ((TypesOf(number) & wanted) == 0 || std::isinf(number.real)) {
             const bool isReal =
                 number.kind == Class::kReal && ClassOf(base.elementary) == Class::kReal;
             Tell(isReal ? 3014 : 3002,
@@ -183,14 +192,26 @@ class Value {
         if (!isNumber && constant.kind != Class::kName) {
             return;
         }
-        const bool isKnown = std::ranges::any_of(
-            type.values, [&](u16string_view value) { return EqualNames(value, constant.name); });
+        const bool isKnown = IsOfType(constant.prefix, type) &&
+                             std::ranges::any_of(type.values, [&](u16string_view value) {
+                                 return EqualNames(value, constant.name);
+                             });
         if (isKnown || type.values.empty() || (!isNumber && IsVariable(constant.name))) {
             return;
         }
         Tell(3010, declared.name.empty()
                        ? Say("'{}' is no value of the enumeration", Utf8(text))
                        : Say("'{}' is no value of the type {}", Utf8(text), Utf8(declared.name)));
+    }
+
+    // Whether the name in front of "#" is one of the enumeration, or of what is not known.
+    bool IsOfType(u16string_view prefix, const TypeInfo& enumeration) {
+        const DataType* named = run_.project.GetDataType(run_.project.FindDataType(prefix));
+        if (prefix.empty() || !named || named->structure) {
+            return true;
+        }
+        const TypeInfo& type = run_.types.Resolved(named->baseType);
+        return type.kind != Kind::kEnumeration || type.values == enumeration.values;
     }
 
     bool IsVariable(u16string_view name) {
@@ -306,6 +327,23 @@ bool HasSyntax(const TypeInfo& type) {
            type.kind == Kind::kStructure || type.kind == Kind::kBlock;
 }
 
+// The first literal in a value of several that is no duration, date or time of day.
+u16string_view FindMalformedTime(u16string_view text) {
+    const auto isPart = [](char16_t c) {
+        return IsWordCharacter(c) || c == u'#' || c == u'-' || c == u':' || c == u'.';
+    };
+    while (!text.empty()) {
+        const auto end = std::ranges::find_if_not(text, isPart);
+        const auto length = static_cast<std::size_t>(end - text.begin());
+        const u16string_view word = text.substr(0, length);
+        if (word.find(u'#') != word.npos && ReadConstant(word).kind == Class::kMalformed) {
+            return word;
+        }
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return {};
+}
+
 void CheckValueOf(Run& run, const LeftOut& leftOut, ID object, Text type, Text text) {
     if (!*text) {
         return;
@@ -316,6 +354,10 @@ void CheckValueOf(Run& run, const LeftOut& leftOut, ID object, Text type, Text t
     const bool isConstant = ReadConstant(text).kind != Class::kNone;
     if (HasSyntax(resolved) && HasSyntax(run.types.Innermost(resolved)) && !isConstant &&
         CheckInitSyntax(nullptr, text) != 0) {
+        if (const u16string_view time = FindMalformedTime(text); !time.empty()) {
+            run.Report(3015, object, Say("'{}' is no duration, date or time of day", Utf8(time)));
+            return;
+        }
         run.Report(3001, object,
                    Say("the initial value '{}' does not read as a value", Utf8(text)));
         return;

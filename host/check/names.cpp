@@ -8,25 +8,30 @@
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/words/words.h"
 
+namespace lq::host {
+
+std::string WhyNoName(std::u16string_view name) {
+    if (std::ranges::binary_search(Keywords(), std::u16string_view(check::Upper(name)))) {
+        return Say("'{}' is a word of the language and cannot be a name", check::Utf8(name));
+    }
+    if (!check::IsName(name)) {
+        return chars::IsDigit(name.front())
+                   ? Say("the name '{}' begins with a digit", check::Utf8(name))
+                   : Say("the name '{}' has a character that is no letter, digit or underscore",
+                         check::Utf8(name));
+    }
+    return name.back() == u'_'
+               ? Say("the name '{}' ends with an underscore", check::Utf8(name))
+               : Say("the name '{}' has two underscores in a row", check::Utf8(name));
+}
+
+}  // namespace lq::host
+
 namespace lq::host::check {
 
 namespace {
 
 // -- What is no name ------------------------------------------------------------------------------
-
-std::string WhyNoName(u16string_view name) {
-    if (std::ranges::binary_search(Keywords(), u16string_view(Upper(name)))) {
-        return Say("'{}' is a word of the language and cannot be a name", Utf8(name));
-    }
-    if (!IsName(name)) {
-        return chars::IsDigit(name.front())
-                   ? Say("the name '{}' begins with a digit", Utf8(name))
-                   : Say("the name '{}' has a character that is no letter, digit or underscore",
-                         Utf8(name));
-    }
-    return name.back() == u'_' ? Say("the name '{}' ends with an underscore", Utf8(name))
-                               : Say("the name '{}' has two underscores in a row", Utf8(name));
-}
 
 // EN and ENO are parameters of the third edition, though words of the language.
 bool IsEnable(const Declaration& declaration) {

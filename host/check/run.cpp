@@ -4,6 +4,7 @@
 #include <set>
 
 #include "host/check/suppression.h"
+#include "host/model/report_codes.h"
 
 namespace lq::host {
 
@@ -88,7 +89,11 @@ bool Run::IsOwn(ID object) const {
     return !(pou && pou->isStandard) && (options.checkLibraries || !file || !file->isLibrary);
 }
 
+// Without what was not read nothing is right: that can be made less by nobody.
 Severity Run::SeverityOf(uint16_t code) const {
+    if (code == kUnreadable) {
+        return Severity::kError;
+    }
     const auto found = options.severity.find(code);
     const Check* check = code < byCode_.size() ? byCode_[code] : nullptr;
     return found != options.severity.end() ? found->second

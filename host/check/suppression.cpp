@@ -39,6 +39,23 @@ bool IsPartOfWord(char16_t c) {
     return IsWordCharacter(c) || c == u'-';
 }
 
+// Passes "lq: ignore ", with or without the blank in the middle and in any case; false when the
+// text has none.
+bool PassBeginning(u16string_view& text) {
+    constexpr u16string_view kMark = u"lq:";
+    constexpr u16string_view kWord = u"ignore ";
+    for (; text.size() > kMark.size() + kWord.size(); text.remove_prefix(1)) {
+        if (EqualNames(text.substr(0, kMark.size()), kMark)) {
+            const u16string_view rest = Trim(text.substr(kMark.size()));
+            if (EqualNames(rest.substr(0, kWord.size()), kWord)) {
+                text = rest.substr(kWord.size());
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 Suppressions::Suppressions(const Run& run, const Store& store) : run_(run), store_(store) {
@@ -70,10 +87,8 @@ void Suppressions::ReadAll() {
 
 // "lq: ignore 8001, unused-input": what follows the list is prose.
 void Suppressions::Read(ID object, Text comment) {
-    constexpr u16string_view kBeginning = u"lq: ignore ";
     u16string_view text = comment;
-    for (std::size_t at; (at = text.find(kBeginning)) != text.npos;) {
-        text.remove_prefix(at + kBeginning.size());
+    while (PassBeginning(text)) {
         for (bool goesOn = true; goesOn;) {
             text = Trim(text);
             const auto end = std::ranges::find_if_not(text, IsPartOfWord);

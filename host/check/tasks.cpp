@@ -122,15 +122,15 @@ void CheckResource(Run& run, ID id) {
     std::size_t programs = resource.programs.size();
     const auto addInstances = [&](const IdList& ids) {
         for (const ID instance : ids) {
-            AddTwice(run, 7004, instance, instances,
-                     Say("the resource has two program instances '{}'",
-                         Utf8(run.project.NameOf(instance))));
+            AddTwice(
+                run, 7004, instance, instances,
+                Say("two program instances are called '{}'", Utf8(run.project.NameOf(instance))));
         }
     };
     for (const ID task : resource.tasks) {
         const std::string name = Utf8(run.project.NameOf(task));
         const bool isTwice =
-            AddTwice(run, 7003, task, tasks, Say("the resource has two tasks '{}'", name));
+            AddTwice(run, 7003, task, tasks, Say("two tasks are called '{}'", name));
         if (!isTwice && run.project.GetTask(task)->programs.empty()) {
             run.Report(7011, task, Say("the task '{}' runs no program", name));
         }

@@ -1,13 +1,16 @@
 // Types: whether they are known, whole, and where they may stand.
 
+#include <set>
 #include <span>
 #include <unordered_map>
+#include <vector>
 
 #include "host/check/checks.h"
 #include "host/check/left_out.h"
 #include "host/check/run.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/text/nearest_name.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::host::check {
 
@@ -96,7 +99,10 @@ void CheckTypeNames(Run& run) {
     ForEachType(run, [&](ID object, Text text) {
         const TypeInfo& type = run.types.Named(text);
         const TypeInfo& named = type.kind == Kind::kSubrange ? *type.base : type;
-        if (named.kind == Kind::kUnknown) {
+        if (named.kind == Kind::kUnknown && IsStandardFunction(named.name)) {
+            run.Report(2018, run.OpenSeverity(), object,
+                       Say("the function '{}' stands for a type", Utf8(named.name)));
+        } else if (named.kind == Kind::kUnknown) {
             if (isCertain && run.Wants(2001)) {
                 unknown.Take(object, named);
             }
@@ -319,6 +325,25 @@ void CheckEmptyTypes(Run& run) {
     }
 }
 
+// Whether a variable of the type is an instance of a function block, or has one in it.
+bool HasBlock(Run& run, const TypeInfo& type) {
+    std::vector<const TypeInfo*> pending{&type};
+    std::set<uint32_t> met;
+    while (!pending.empty()) {
+        const TypeInfo& held = run.types.Innermost(*pending.back());
+        pending.pop_back();
+        if (held.kind == Kind::kBlock) {
+            return true;
+        }
+        if (held.kind == Kind::kStructure && met.insert(held.object.GetNumber()).second) {
+            for (const ID member : run.project.Below(held.object)) {
+                pending.push_back(&run.types.Of(run.project.GetDeclaration(member)->type));
+            }
+        }
+    }
+    return false;
+}
+
 void CheckBlocks(Run& run) {
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
@@ -331,8 +356,7 @@ void CheckBlocks(Run& run) {
             if (!(isFunction && isLocal) && !(variable.section.constant && isOwn)) {
                 continue;
             }
-            const TypeInfo& type = run.types.Innermost(run.types.Of(variable.type));
-            if (type.kind != Kind::kBlock) {
+            if (!HasBlock(run, run.types.Of(variable.type))) {
                 continue;
             }
             const std::string name = Utf8(variable.name);

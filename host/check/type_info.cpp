@@ -1,5 +1,7 @@
 #include "host/check/type_info.h"
 
+#include "lq_data/host/words/words.h"
+
 namespace lq::host::check {
 
 namespace {
@@ -223,7 +225,7 @@ void Types::ReadNamed(u16string_view name, TypeInfo& type) {
     type.kind = !pou                                  ? Kind::kUnknown
                 : pou->kind == LQ_KIND_FUNCTION_BLOCK ? Kind::kBlock
                                                       : Kind::kUnit;
-    hasUnknown_ = hasUnknown_ || type.kind == Kind::kUnknown;
+    hasUnknown_ = hasUnknown_ || (type.kind == Kind::kUnknown && !IsStandardFunction(name));
 }
 
 }  // namespace lq::host::check

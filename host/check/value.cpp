@@ -15,11 +15,12 @@ constexpr uint32_t Bit(IEC_TYPE type) {
     return 1u << type;
 }
 
-constexpr struct {
+struct Width {
     IEC_TYPE type;
     unsigned bits;
     bool isSigned;
-} kWidths[] = {
+};
+constexpr Width kWidths[] = {
     {IEC_SINT, 8, true},   {IEC_INT, 16, true},   {IEC_DINT, 32, true},   {IEC_LINT, 64, true},
     {IEC_USINT, 8, false}, {IEC_UINT, 16, false}, {IEC_UDINT, 32, false}, {IEC_ULINT, 64, false},
     {IEC_BYTE, 8, false},  {IEC_WORD, 16, false}, {IEC_DWORD, 32, false}, {IEC_LWORD, 64, false},
@@ -235,6 +236,24 @@ uint32_t TypesOf(const Constant& number) {
         types |= !number.isTooLarge && number.magnitude <= largest ? Bit(row.type) : 0;
     }
     return types;
+}
+
+bool IsWidening(IEC_TYPE from, IEC_TYPE to) {
+    const auto rowOf = [](IEC_TYPE type) {
+        const auto row = std::ranges::find(kWidths, type, &Width::type);
+        return row == std::end(kWidths) ? nullptr : &*row;
+    };
+    const auto isBits = [](IEC_TYPE type) { return type == IEC_BOOL || type >= IEC_BYTE; };
+    const Width* const narrow = rowOf(from);
+    const Width* const wide = rowOf(to);
+    if (!narrow || !wide) {
+        const bool isOfBits = narrow && isBits(from) && (to == IEC_REAL || to == IEC_LREAL);
+        return !isOfBits && !(from == IEC_LREAL && to == IEC_REAL);
+    }
+    const int room = static_cast<int>(wide->bits) - static_cast<int>(narrow->bits);
+    return isBits(from) == isBits(to) && (narrow->isSigned ? wide->isSigned && room >= 0
+                                          : wide->isSigned ? room > 0
+                                                           : room >= 0);
 }
 
 }  // namespace lq::host::check

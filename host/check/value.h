@@ -42,4 +42,8 @@ Constant ReadConstant(u16string_view text);
 // of the real types, too, and 0 and 1 of BOOL.
 uint32_t TypesOf(const Constant& number);
 
+// Whether a value of one type is taken for one of the other as it stands: the third edition widens
+// integers, reals and bit strings, the second one nothing. Types of other kinds are not compared.
+bool IsWidening(IEC_TYPE from, IEC_TYPE to);
+
 }  // namespace lq::host::check

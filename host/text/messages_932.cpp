@@ -77,6 +77,8 @@ constexpr Translation kTable[] = {
     {"A variable of a unit is used in it", "POUの変数はその中で使います"},
     {"Callers get the first value of its type", "呼び出し側には型の初期値が返ります"},
     {"Callers read the first value for ever", "呼び出し側はいつまでも初期値を読むことになります"},
+    {"EN and ENO are supported only together, as BOOL",
+     "ENとENOは、両方ともBOOLのときだけ使えます"},
     {"EXIT and CONTINUE stand in a loop", "EXITとCONTINUEは繰り返しの中に書きます"},
     {"It has no effect; another variable was meant",
      "何の効果もありません。別の変数のつもりだったと考えられます"},

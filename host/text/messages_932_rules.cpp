@@ -244,10 +244,10 @@ constexpr Translation kTable[] = {
     {"The others are not told", "ほかの報告は表示されない"},
     {"The others have the default of their type, which may not be what was meant",
      "残りは型の既定値になり、意図と違うことがある"},
-    {"The path of VAR_ACCESS leads to a variable: over a resource, a program instance, instances "
-     "and members",
-     "VAR_"
-     "ACCESSのパスは、リソース、プログラムインスタンス、インスタンス、メンバーをたどって変数に至"
+    {"The paths of VAR_ACCESS and VAR_CONFIG lead to variables: over a resource, a program "
+     "instance, instances and members",
+     "VAR_ACCESSとVAR_"
+     "CONFIGのパスは、リソース、プログラムインスタンス、インスタンス、メンバーをたどって変数に至"
      "る"},
     {"The priority of a task is a whole number from 0 to 65535; that there is none is a note",
      "タスクの優先度は0から65535までの整数である。優先度がない場合は注記"},
@@ -309,7 +309,8 @@ constexpr Translation kTable[] = {
      "VAR_EXTERNALが定数のグローバル変数を示すときは、それも定数である"},
     {"What a body jumps to is a label of the same body",
      "本体のジャンプ先は同じ本体のラベルである"},
-    {"What asks for the variable from outside gets none", "外部から変数を求めても得られません"},
+    {"What asks for the variable from outside gets none, and a value or address is lost",
+     "外部から変数を求めても得られず、値やアドレスは失われます"},
     {"What does not read as a value sets nothing", "値として読めないものは何も設定しない"},
     {"What is behind them is cut off", "後ろの文字が切り捨てられる"},
     {"What is no date becomes another one, or is refused",

@@ -100,12 +100,16 @@ INSTANTIATE_TEST_SUITE_P(
             "check_settings.txt",
             "--version >/dev/null; printf '[check]\\nfail-on = warning\\n[severity]\\n8xxx = off\\n"
             "[ignore]\\n1007 = Mixing.st*\\n' >.lq.ini; \"$LQ\" check plant.xml 2>&1; s=$?; "
-            "rm .lq.ini; exit $s",
+            "printf '[check]\\nonly = 4xxx, 1007\\nignore = 4010\\nbaseline = b.json\\n' >.lq.ini; "
+            "echo '{\"findings\":[]}' >b.json; \"$LQ\" check plant.xml 2>&1; "
+            "for line in 'a = 1' '[check]\\nlibrary =' '[check]\\nonly = 8'; do "
+            "printf \"$line\" >.lq.ini; \"$LQ\" check plant.xml 2>&1; done; "
+            "rm .lq.ini b.json; exit $s",
             1},
         Golden{"check_unread.txt",
                "check - <plant.lqt 2>&1; printf '<project>\\n<a' | \"$LQ\" check - --format jsonl "
-               "2>&1",
-               1},
+               "--only 8xxx 2>&1",
+               2},
         Golden{"check_explain.txt", "check --explain 4010", 0},
         Golden{"diff.txt", "diff old.xml new.xml", 1},
         Golden{"diff.json", "diff new.xml old.xml --json | head -45", 0},
@@ -199,7 +203,7 @@ constexpr const char* kComplaints[] = {
     "check plant.xml -s 8001=loud", "check plant.xml -s 8001", "check plant.xml --format yaml",
     "check plant.xml --addresses word", "check plant.xml --edition 4", "check plant.xml --fail-on all", "check --explain nothing",
     "check plant.xml -b missing.json", "check plant.xml -b plant.xml", "check plant.xml -l plant.lqt",
-    "check plant.xml -l missing.xml", "check plant.xml -l plant.xml", "check plant.lqt", "check missing.xml",
+    "check plant.xml -l missing.xml", "check --list --format sarif", "check plant.xml -l plant.xml", "check plant.lqt", "check missing.xml",
     "diff plant.xml", "diff - - <plant.xml", "diff plant.xml missing.xml", "diff bad.xml plant.xml",
     "diff plant.xml short.lqt", "diff plant.xml damaged.lqt", "diff folder plant.xml",
     "diff plant.lqt plant.xml", "diff refused.xml refused.xml",

@@ -1,3 +1,4 @@
+#include <functional>
 #include <optional>
 #include <unordered_set>
 
@@ -63,7 +64,8 @@ std::unordered_set<std::string> ReadBaseline(const std::string& path) {
 
 // The project that the files make. Where one was not read to its end, that is what there is to
 // report, and half a project is not checked.
-host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report>& reports) {
+host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report>& reports,
+                             bool& isWhole) {
     // As for a translation: the process ends with the command.
     static host::Project& project = *new host::Project;
     static host::Project& none = *new host::Project;
@@ -75,14 +77,15 @@ host::Project& ReadForChecks(const ProjectFiles& files, std::vector<host::Report
         if (reports.empty() || !reports.back().error) {
             throw;  // a library
         }
+        isWhole = false;
         host::SetProject(&none);
         return none;
     }
 }
 
-host::Findings Check(const CheckOptions& options, host::CheckOptions what) {
+host::Findings Check(const CheckOptions& options, host::CheckOptions what, bool& isWhole) {
     std::vector<host::Report> reports;
-    const host::Project& project = ReadForChecks(options.files, reports);
+    const host::Project& project = ReadForChecks(options.files, reports, isWhole);
     what.reports = &reports;
     const Progress progress(Say("checking"));
     return host::Findings(project, what);
@@ -94,17 +97,35 @@ bool Fails(const CheckResult& result, Severity least) {
            (least != Severity::kOff && result.errors != 0);
 }
 
-int Explain(const std::string& word, bool json) {
-    const std::vector<const host::Check*> checks = ChecksCalled(word);
-    if (json) {
-        PrintChecks(checks, true);
-        return kDone;
+// The table of checks, or what a word explains.
+void Describe(const CheckOptions& options) {
+    if (!options.format.empty() && options.format != "text" && options.format != "json") {
+        throw CommandError(
+            Say("checks are described as text or as JSON, not as '{}'", options.format));
+    }
+    const bool json = options.json || options.format == "json";
+    const std::vector<const host::Check*> checks =
+        options.explain.empty() ? host::AllChecks() : ChecksOf({options.explain});
+    if (json || options.explain.empty()) {
+        PrintChecks(checks, json);
+        return;
     }
     for (const host::Check* check : checks) {
         PrintText(check == checks.front() ? "" : "\n");
         PrintExplanation(*check);
     }
-    return kDone;
+}
+
+// Prints to the output file, where one is asked for.
+void PrintTo(const std::string& output, const std::function<void()>& print) {
+    std::optional<ResultsFile> file;
+    if (!output.empty()) {
+        file.emplace(output);
+    }
+    print();
+    if (file) {
+        file->Finish();
+    }
 }
 
 }  // namespace
@@ -112,35 +133,26 @@ int Explain(const std::string& word, bool json) {
 int RunCheck(const CheckOptions& given) {
     CheckOptions options = given;
     const Printer print = PrinterOf(options);
-    if (options.list) {
-        PrintChecks(host::AllChecks(), options.json);
+    if (options.list || !options.explain.empty()) {
+        PrintTo(options.output, [&] { Describe(options); });
         return kDone;
-    }
-    if (!options.explain.empty()) {
-        return Explain(options.explain, options.json);
     }
     if (options.files.projects.empty()) {
         throw CommandError(Say("check: no project was given"));
     }
     RefuseInputAsOutput(options.files, options.output);
+    const CheckSettings settings = SettingsOf(options);
     if (!options.baseline.empty()) {
         RefuseInputAsOutput(options.baseline, options.output);
     }
-    CheckSettings settings = SettingsOf(options);
     const std::unordered_set<std::string> known = options.baseline.empty()
                                                       ? std::unordered_set<std::string>()
                                                       : ReadBaseline(options.baseline);
-    const host::Findings findings = Check(options, settings.options);
+    bool isWhole = true;
+    const host::Findings findings = Check(options, settings.options, isWhole);
     CheckResult result(findings, known);
-    std::optional<ResultsFile> file;
-    if (!options.output.empty()) {
-        file.emplace(options.output);
-    }
-    print(result);
-    if (file) {
-        file->Finish();
-    }
-    return Fails(result, settings.failOn) ? kInputHasFaults : kDone;
+    PrintTo(options.output, [&] { print(result); });
+    return !isWhole ? kCannotWork : Fails(result, settings.failOn) ? kInputHasFaults : kDone;
 }
 
 }  // namespace lq::tool

@@ -103,12 +103,12 @@ class TextLines {
 std::string UriOf(const std::string& file) {
     const std::filesystem::path path(file);
     std::error_code error;
-    std::string text = file;
+    std::string text = path.lexically_normal().string();
     if (path.is_absolute()) {
         const std::string relative =
             path.lexically_relative(std::filesystem::current_path(error)).string();
         const bool isBelow = !error && !relative.empty() && !relative.starts_with("..");
-        text = isBelow ? relative : "file://" + file;
+        text = isBelow ? relative : "file://" + text;
     }
     std::string uri;
     for (const char c : text) {
@@ -232,7 +232,8 @@ Json ToJson(const Finding& finding) {
 
 void CheckResult::ForEach(const host::TakeFinding& take) {
     findings_.ForEach([&](const Finding& finding) {
-        if (baseline_.contains(finding.fingerprint)) {
+        const bool isUnread = finding.check->code == 1;  // no former result knows what is in it
+        if (!isUnread && baseline_.contains(finding.fingerprint)) {
             ++known;
             return;
         }

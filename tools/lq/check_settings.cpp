@@ -112,6 +112,20 @@ bool IsYes(const std::string& word) {
     return word == "yes";
 }
 
+std::vector<const Check*> ChecksCalled(const std::string& word) {
+    std::vector<const Check*> checks = host::ChecksNamed(word);
+    if (checks.empty()) {
+        std::vector<std::string> known;
+        for (const Check* check : host::AllChecks()) {
+            known.emplace_back(check->name);
+            known.push_back(host::CodeText(check->code));
+        }
+        throw CommandError(Say("no check has the code or name '{}'", word) +
+                           DidYouMean(word, known));
+    }
+    return checks;
+}
+
 // -- The file -------------------------------------------------------------------------------------
 
 // Its lines, for the parser.
@@ -224,6 +238,12 @@ class FileSettings {
         : options_(options), settings_(settings), folder_(folder) {}
 
     void Take(const Entry& entry) {
+        if (entry.section.empty()) {
+            throw CommandError(Say("the setting '{}' stands in no section", entry.key));
+        }
+        if (entry.value.empty()) {
+            throw CommandError(Say("the setting '{}' has no value", entry.key));
+        }
         if (entry.section == "severity") {
             for (const Check* check : ChecksCalled(entry.key)) {
                 settings_.options.severity[check->code] = SeverityCalled(entry.value);
@@ -248,6 +268,15 @@ class FileSettings {
             settings_.options.addresses = ModelCalled(value);
         } else if (key == "edition") {
             settings_.options.edition = EditionCalled(value);
+        } else if (key == "only" || key == "ignore") {
+            ChecksOf({value});
+            if (key == "ignore" || !isOnlyGiven_) {
+                (key == "only" ? options_.only : options_.ignore).push_back(value);
+            }
+        } else if (key == "baseline") {
+            if (options_.baseline.empty()) {
+                options_.baseline = (folder_ / value).lexically_normal().string();
+            }
         } else if (key == "library") {
             AddLibraries(folder_, value, options_.files);
         } else if (key == "closed") {
@@ -259,15 +288,17 @@ class FileSettings {
         } else if (key == "max-name") {
             settings_.options.longestName = LengthCalled(value);
         } else {
-            throw CommandError(Say("no setting is called '{}'", key) +
-                               DidYouMean(key, {"addresses", "edition", "library", "closed",
-                                                "check-libraries", "fail-on", "max-name"}));
+            throw CommandError(
+                Say("no setting is called '{}'", key) +
+                DidYouMean(key, {"addresses", "baseline", "check-libraries", "closed", "edition",
+                                 "fail-on", "ignore", "library", "max-name", "only"}));
         }
     }
 
     CheckOptions& options_;
     CheckSettings& settings_;
     const fs::path folder_;
+    const bool isOnlyGiven_ = !options_.only.empty();  // on the command line
 };
 
 void ReadFile(CheckOptions& options, CheckSettings& settings) {
@@ -286,21 +317,6 @@ void ReadFile(CheckOptions& options, CheckSettings& settings) {
 }
 
 // -- The command line -----------------------------------------------------------------------------
-
-std::vector<const Check*> ChecksOf(const std::vector<std::string>& lists) {
-    std::vector<const Check*> checks;
-    for (const std::string& list : lists) {
-        const std::vector<std::string> words = SplitAtCommas(list);
-        if (words.empty()) {
-            throw CommandError(Say("no check has the code or name '{}'", list));
-        }
-        for (const std::string& word : words) {
-            const auto called = ChecksCalled(word);
-            checks.insert(checks.end(), called.begin(), called.end());
-        }
-    }
-    return checks;
-}
 
 void ReadSeverities(const CheckOptions& options, host::CheckOptions& out) {
     if (!options.only.empty()) {
@@ -333,16 +349,17 @@ void ReadSeverities(const CheckOptions& options, host::CheckOptions& out) {
 
 }  // namespace
 
-std::vector<const Check*> ChecksCalled(const std::string& word) {
-    std::vector<const Check*> checks = host::ChecksNamed(word);
-    if (checks.empty()) {
-        std::vector<std::string> known;
-        for (const Check* check : host::AllChecks()) {
-            known.emplace_back(check->name);
-            known.push_back(host::CodeText(check->code));
+std::vector<const Check*> ChecksOf(const std::vector<std::string>& lists) {
+    std::vector<const Check*> checks;
+    for (const std::string& list : lists) {
+        const std::vector<std::string> words = SplitAtCommas(list);
+        if (words.empty()) {
+            throw CommandError(Say("no check has the code or name '{}'", list));
         }
-        throw CommandError(Say("no check has the code or name '{}'", word) +
-                           DidYouMean(word, known));
+        for (const std::string& word : words) {
+            const auto called = ChecksCalled(word);
+            checks.insert(checks.end(), called.begin(), called.end());
+        }
     }
     return checks;
 }

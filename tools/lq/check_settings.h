@@ -19,7 +19,8 @@ struct CheckSettings {
 // setting or section.
 CheckSettings SettingsOf(CheckOptions& options);
 
-// The checks of a code, name or family. Throws CommandError when there are none.
-std::vector<const host::Check*> ChecksCalled(const std::string& word);
+// The checks of codes, names or families, with commas between them. Throws CommandError where there
+// are none.
+std::vector<const host::Check*> ChecksOf(const std::vector<std::string>& lists);
 
 }  // namespace lq::tool

@@ -84,6 +84,7 @@ bool AreBounds(View bounds) {
 
 // Whether an integer, with a base or without, has more than 32 bits.
 bool IsLargeInteger(View text) {
+    const bool isNegative = text.starts_with(u'-');
     text.remove_prefix(!text.empty() && (text.front() == u'-' || text.front() == u'+'));
     uint64_t base = 10;
     if (const size_t mark = text.find(u'#'); mark != text.npos) {
@@ -100,7 +101,8 @@ bool IsLargeInteger(View text) {
         }
         value = c == u'_' ? value : std::min(value * base + digit, uint64_t{1} << 40);
     }
-    return value >> 32 != 0;
+    constexpr uint64_t kLeast = uint64_t{1} << 31;
+    return value >> 32 != 0 || (isNegative && value > kLeast);
 }
 
 }  // namespace

@@ -62,13 +62,28 @@ FaultWords FaultOf(const host::Declaration* declaration, DeclFault fault, TypeFa
     }
 }
 
+// Functions and function blocks of the third edition declare one of the two, and the tables take
+// both or none.
+FaultWords NameFault(const host::Declaration* declaration) {
+    if (!declaration || !*declaration->name) {
+        return {Say("the name is no identifier")};
+    }
+    const host::Scope scope = declaration->section.scope;
+    const char16_t* const enable = scope == host::Scope::kInput    ? u"EN"
+                                   : scope == host::Scope::kOutput ? u"ENO"
+                                                                   : u"";
+    return chars::EqualNoCase(declaration->name, enable)
+               ? FaultWords{Say("EN and ENO are supported only together, as BOOL"), true}
+               : FaultWords{host::WhyNoName(declaration->name)};
+}
+
 FaultWords ReasonOf(const TranslationRefusal& refusal, const host::Declaration* declaration,
                     TypeFaults& types) {
     switch (refusal.reason) {
         case RefusalReason::kDeclaration:
             return FaultOf(declaration, refusal.fault, types);
         case RefusalReason::kNoIdentifier:
-            return {Say("the name is no identifier")};
+            return NameFault(declaration);
         case RefusalReason::kGlobalTwice:
             return {Say("a global of this name was declared before")};
         case RefusalReason::kComponentTwice:

@@ -65,6 +65,10 @@ LQ_DATA_API const Check& CheckOf(RefusalReason reason, DeclFault fault) noexcept
 // The check that says the same as a report of a reader.
 LQ_DATA_API const Check& CheckOf(const Report& report) noexcept;
 
+// What is wrong with a text that is not empty and no name of the language: a sentence in the user's
+// language.
+LQ_DATA_API std::string WhyNoName(std::u16string_view name);
+
 // "8001", four digits.
 LQ_DATA_API std::string CodeText(uint16_t code);
 

@@ -48,7 +48,7 @@ enum class PieceRole : uint8_t {
     kAction,      // the action or variable that an action block refers to
     kIndicator,   // the variable that tells how an action fares; tokens are the expression
     kDuration,    // of an action's qualifier; tokens are the expression
-    kPart,        // an action or transition that stands in the chart, whose code follows
+    kPart,        // a transition as text, or inline code with a name; the code follows
 };
 
 struct BodyPiece {
