@@ -29,7 +29,8 @@ class MessageWriter {
     }
     void AddPlace(const std::string& file, uint32_t line, uint32_t column) {
         AddText("file", files_.Shown(file));
-        page_.Add(R"(,"line":)" + std::to_string(line) + R"(,"column":)" + std::to_string(column));
+        page_.Add(R"(,"line":)" + (line > 0 ? std::to_string(line) : "null") + R"(,"column":)" +
+                  (column > 0 ? std::to_string(column) : "null"));
     }
     void AddObject(const std::string& holder, const std::string& name) {
         AddText("object", holder + (holder.empty() || name.empty() ? "" : ".") + name);
@@ -59,7 +60,7 @@ Json RelatedJson(const Finding& finding, FileNames& files) {
 
 }  // namespace
 
-std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, const TableInput& input,
+std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, TableInput& input,
                                            host::Project& project) {
     if (!input.isProject) {
         return nullptr;
@@ -73,10 +74,9 @@ std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, const Tabl
         further.encoding = files.encoding;
         further.libraries.assign(all.begin() + static_cast<std::ptrdiff_t>(files.libraries.size()),
                                  all.end());
-        std::vector<host::Report> unheard;
-        ReadProject(further, project, unheard);
+        further.checkLibraries = options.files.checkLibraries;
+        ReadProject(further, project, input.reports);
     }
-    settings.options.checkLibraries = false;  // the page has no rows of theirs
     settings.options.reports = &input.reports;
     const Progress progress(host::Say("checking"));
     return std::make_unique<host::Findings>(project, settings.options);
@@ -106,7 +106,8 @@ void WriteMessages(const TableInput& input, const host::Findings* findings,
         writer.AddText("code", CodeText(finding.check->code));
         writer.AddPlace(finding.file, finding.line, finding.column);
         writer.AddObject(finding.unit, finding.name);
-        writer.AddText("text", finding.message);
+        writer.AddText("text",
+                       finding.line == 0 ? files.ShownIn(finding.message) : finding.message);
         if (isOfObject) {
             page.Add(R"(,"target":)");
             page.Add(rowOf(finding.object));

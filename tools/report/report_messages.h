@@ -15,7 +15,7 @@ namespace lq::tool {
 // What the checks find, as `lq check` has it: with its settings, and the reader's reports among it.
 // Libraries that only the settings name are read, too; they are in no table. Null for an image.
 // Throws CommandError.
-std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, const TableInput& input,
+std::unique_ptr<host::Findings> FindingsOf(const ProjectFiles& files, TableInput& input,
                                            host::Project& project);
 
 // Adds the members "messages", the worst first, and "checks", the explanations of their codes.

@@ -118,6 +118,8 @@ class ProjectWriter {
         : project_(project),
           files_(files),
           page_(page),
+          tasks_(project.Tasks().size(), kNobodys),
+          programs_(project.ProgramInstances().size(), kNobodys),
           symbolRows_(project.Declarations().size(), kNobodys) {}
 
     void Write() {
@@ -145,6 +147,10 @@ class ProjectWriter {
                 return RowJson("types", types_[at]);
             case host::Sort::kVariableList:
                 return RowJson("lists", lists_[at]);
+            case host::Sort::kTask:
+                return RowJson("tasks", tasks_[at]);
+            case host::Sort::kProgramInstance:
+                return RowJson("tasks", programs_[at]);
             case host::Sort::kDeclaration: {
                 const int32_t row = symbolRows_[at];
                 return row != kNobodys ? RowJson("symbols", row)
@@ -265,16 +271,26 @@ class ProjectWriter {
                 continue;
             }
             for (const ID id : resource.tasks) {
-                tasks.push_back(TaskJson(*project_.GetTask(id), PathOf(owner), FileOf(id)));
+                const host::Task& task = *project_.GetTask(id);
+                tasks_[host::IndexOf(id)] = static_cast<int32_t>(tasks.size());
+                PutPrograms(task.programs, tasks.size());
+                tasks.push_back(TaskJson(task, PathOf(owner), FileOf(id)));
             }
             if (!resource.programs.empty()) {
                 host::Task none;
                 none.programs = resource.programs;
+                PutPrograms(none.programs, tasks.size());
                 tasks.push_back(TaskJson(none, PathOf(owner), ""));
                 tasks.back()["task"] = nullptr;
             }
         }
         return tasks;
+    }
+
+    void PutPrograms(const host::IdList& instances, size_t row) {
+        for (const ID id : instances) {
+            programs_[host::IndexOf(id)] = static_cast<int32_t>(row);
+        }
     }
 
     Json TaskJson(const host::Task& task, const std::string& resource, const std::string& file) {
@@ -366,6 +382,8 @@ class ProjectWriter {
     std::vector<int32_t> units_;  // which is the how manieth; -1 for a library's
     std::vector<int32_t> types_;
     std::vector<int32_t> lists_;
+    std::vector<int32_t> tasks_;
+    std::vector<int32_t> programs_;    // of instances the rows of their tasks
     std::vector<int32_t> symbolRows_;  // of declarations
     std::u16string_view file_;         // of the last symbol
     std::u16string shownFile_;
@@ -378,6 +396,17 @@ Json TablesJson(CgTab& tables) {
         all.push_back({{"name", TableName(table)}, {"lines", ExtentOf(tables, table).lines}});
     }
     return all;
+}
+
+// Blocks that everybody knows are no types of the project; an image does not tell them from those.
+Json StandardBlocksJson(const host::Project& project) {
+    Json names = Json::array();
+    for (const host::Pou& pou : project.Pous()) {
+        if (pou.isStandard) {
+            names.push_back(EncodeUtf8(pou.name));
+        }
+    }
+    return names;
 }
 
 }  // namespace
@@ -405,6 +434,8 @@ void WriteReportProject(const ProjectFiles& files, const TableInput& input,
         writer.Write();
     } else {
         page.AddValue(nullptr);
+        page.Add(R"(,"standardBlocks":)");
+        page.AddValue(StandardBlocksJson(project));
     }
     WriteMessages(
         input, findings, [&writer](ID object) { return writer.RowOf(object); }, names, page);

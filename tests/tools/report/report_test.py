@@ -3,6 +3,7 @@
 Exits with 77, which ctest counts as skipped, where there is no browser to drive.
 """
 
+import base64
 import csv
 import io
 import json
@@ -11,12 +12,16 @@ import subprocess
 import sys
 import tempfile
 import time
+import unicodedata
 import unittest
+
+import paper
 
 lq, examples, chromium, chromedriver = sys.argv[1:]
 here = pathlib.Path(__file__).parent
 try:
     from selenium import webdriver
+    from selenium.webdriver.common.action_chains import ActionChains
     from selenium.webdriver.chrome.service import Service
     from selenium.webdriver.common.by import By
     from selenium.webdriver.common.keys import Keys
@@ -53,6 +58,20 @@ FILTERS = [
     ("text=no+such+thing", lambda s: False),
 ]
 
+# A folder of texts: names that several have, what no line tells, and addresses of every form.
+FILES = {
+    "Main.st": """TYPE Part : STRUCT x : INT; END_STRUCT; Outer : STRUCT inner : Part; END_STRUCT; END_TYPE
+VAR_GLOBAL parts : ARRAY [0..1] OF Part; whole : Part; END_VAR
+PROGRAM Main VAR counter : INT; END_VAR counter := counter + 1; END_PROGRAM
+""",
+    "rest.st": """CONFIGURATION C RESOURCE R ON P TASK t (PRIORITY := 1); PROGRAM p WITH t : Main; END_RESOURCE
+VAR_GLOBAL bits AT %IX5.2 : BOOL; bit AT %IX1.3 : BOOL; input AT %I0001 : BOOL; title : STRING(20); END_VAR
+VAR_ACCESS access : C.R.p.counter : BOOL READ_ONLY; END_VAR
+END_CONFIGURATION
+""",
+    "empty.st": "(* nothing *)\n",
+}
+
 
 def large_project():
     names = (f"Motor{i}_Speed" if i % 2 else f"Tank_Level_{i}" for i in range(SYMBOLS))
@@ -69,16 +88,24 @@ def symbols_csv(*arguments):
     return subprocess.check_output([lq, "symbols", *arguments, "--csv"]).decode()
 
 
+def as_painted(text):
+    return "".join(unicodedata.normalize("NFKC", text).split())
+
+
+def start_browser(profile, further=()):
+    options = webdriver.ChromeOptions()
+    options.binary_location = chromium
+    for option in [*OPTIONS, *further, f"--user-data-dir={profile}"]:
+        options.add_argument(option)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    return webdriver.Chrome(service=Service(chromedriver), options=options)
+
+
 class ReportTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.TemporaryDirectory()
-        options = webdriver.ChromeOptions()
-        options.binary_location = chromium
-        for option in OPTIONS + [f"--user-data-dir={cls.folder.name}/profile"]:
-            options.add_argument(option)
-        options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        cls.browser = webdriver.Chrome(service=Service(chromedriver), options=options)
+        cls.browser = start_browser(f"{cls.folder.name}/profile")
         cls.browser.execute_cdp_cmd("Page.setDownloadBehavior",
                                     {"behavior": "allow", "downloadPath": cls.folder.name})
 
@@ -260,15 +287,103 @@ class ReportTest(unittest.TestCase):
                     "return document.documentElement.scrollWidth"), width, (width, route))
         self.browser.execute_cdp_cmd("Emulation.clearDeviceMetricsOverride", {})
         self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": []})
-        self.go("#symbols")
-        count = int(self.one(".rows table").get_attribute("aria-rowcount")) - 1
-        self.browser.set_window_size(1400, 600)
-        self.assertLess(len(self.all("tr[data-row]")), count)
-        self.browser.execute_script("addEventListener('beforeprint', () => "
-                                    "{ window.printed = document.querySelectorAll('tr[data-row]').length; })")
-        self.browser.print_page()
+
+    def test_paper_has_all(self):
+        own = self.browser
+        try:
+            for scheme in [[], ["--blink-settings=preferredColorScheme=0"]]:
+                self.browser = start_browser(f"{self.folder.name}/paper{len(scheme)}", scheme)
+                self.open_report(PLANT)
+                for width, route in [(width, route) for width in (1400, 1920)
+                                     for route in ("#symbols", "#messages", "#project", "#tables/components")]:
+                    self.browser.set_window_size(width, 1800)
+                    self.go(route)
+                    shown = set(map(as_painted, self.texts("tr[data-row], .plain tbody tr")))
+                    self.browser.set_window_size(width, 600)
+                    pages = paper.pages_of(base64.b64decode(self.browser.print_page()))
+                    painted = unicodedata.normalize("NFKC", "".join(pages))
+                    self.assertGreater(len(shown), 10)
+                    self.assertEqual([row for row in shown if row not in painted], [], (scheme, width, route))
+                self.browser.quit()
+        finally:
+            self.browser = own
+
+    def test_tab_and_held_keys(self):
+        self.open_report(PLANT)
+        self.browser.set_window_size(1400, 700)
+        self.go("#symbols/0")
+        self.browser.execute_script("document.querySelector('.rows th:last-child button').focus()")
+        stops = []
+        for _ in range(2):
+            ActionChains(self.browser).send_keys(Keys.TAB).perform()
+            stops.append(self.browser.execute_script("return document.activeElement.closest('aside') !== null"))
+        self.assertEqual(stops, [True, True])
+        # What has the focus stays where it is while rows come and go, and leaves it to the rows at last.
+        link = self.one("#row-5 a")
+        self.browser.execute_script("arguments[0].focus()", link)
+        for top, focused in [(24 * 10, "A"), (24 * 40, "TABLE")]:
+            self.browser.execute_script("document.querySelector('.rows').scrollTop = arguments[0]", top)
+            self.next_frame()
+            self.assertEqual(self.browser.switch_to.active_element.tag_name.upper(), focused)
+        self.assertGreater(*self.held(Keys.ARROW_DOWN, 400))
+        self.follow()
+        self.assertEqual(self.one("#details h2").text, self.texts("tr[data-row] td.name")[-1])
+        # Where a link or the search leads, the keys lead on.
+        self.go("#units/0")
+        self.one("#details .variables a").send_keys(Keys.ENTER)
+        self.follow()
+        ActionChains(self.browser).send_keys(Keys.END, "/", "pressures", Keys.ENTER).perform()
+        self.follow()
+        found = self.one("#details h2").text
+        ActionChains(self.browser).send_keys(Keys.ARROW_UP, Keys.ARROW_DOWN).perform()
+        self.assertEqual((found, self.one("#details h2").text), ("Pressures", "Pressures"))
+        self.go("#tables/globals/0")
+        ActionChains(self.browser).send_keys(Keys.ESCAPE).perform()
+        self.assertFalse(self.one("aside").is_displayed())
         self.browser.set_window_size(1400, 1800)
-        self.assertEqual(self.browser.execute_script("return window.printed"), count)
+
+    def held(self, key, times):
+        """The most changes of the address that a browser lets through, and how many a held key makes."""
+        self.browser.execute_script("""
+            window.changes = 0;
+            const replace = history.replaceState;
+            history.replaceState = function (...all) { ++window.changes; return replace.apply(this, all); };
+            for (let i = 0; i < arguments[1]; ++i) document.activeElement.dispatchEvent(
+              new KeyboardEvent("keydown", { key: arguments[0], bubbles: true }));
+            """, {Keys.ARROW_DOWN: "ArrowDown"}[key], times)
+        return 50, self.browser.execute_script("return window.changes")
+
+    def test_numbers_and_places_of_files(self):
+        folder = pathlib.Path(self.folder.name, "many")
+        folder.mkdir()
+        for name, text in FILES.items():
+            (folder / name).write_text(text)
+        page = self.open_report(f"{folder}/", status=1)
+        self.assertNotIn(self.folder.name, pathlib.Path(page).read_text())
+        self.assertEqual((self.browser.title, self.texts("h1")), ("project – many – lq report", ["many"]))
+        # A link with a number leads to as many rows.
+        for route, link, count in [("#units", ".rows td.number a", 1), ("#lists/0", "#details .all a", 2),
+                                   ("#types/0", "#details .all a", 2)]:
+            self.go(route)
+            self.one(link).click()
+            self.follow()
+            self.assertEqual(len(self.all("tr[data-row]")), count, route)
+        for settings, names in [("text=main.st+counter", ["counter"]), ("type=STRING", ["title"]),
+                                ("only=located", ["bits", "bit", "input"]), ("type=part", ["parts", "whole"]),
+                                ("sort=address&type=bool", ["input", "bit", "bits", "access"])]:
+            self.go("#symbols?" + settings)
+            self.assertEqual(self.texts("td.name"), names, settings)
+        self.go("#types/0")
+        self.assertEqual(self.texts("tr[aria-selected=true] td.number"), ["3", "1"])
+        self.assertIn("Outer.inner", self.one("#details").text)
+        self.go("#tasks/0")
+        self.assertIn("neither interval nor event", self.one("#details .messages").text)
+        self.assertTrue(self.all("tr[aria-selected=true] .flag"))
+        self.go("#messages?text=empty.st")
+        self.one("tr[data-row]").click()
+        self.follow()
+        self.assertEqual(self.texts("tr[data-row] td")[-3:], ["empty.st", "", ""])
+        self.assertIn("empty.st", self.one("#details .cells").text)
 
     def test_links_lead_where_positions_point(self):
         self.open_report(PLANT)
@@ -367,8 +482,13 @@ class ReportTest(unittest.TestCase):
         for route in ["#messages", "#symbols?sort=name"]:
             self.go(route)
             self.assertGreater(int(self.one(".rows table").get_attribute("aria-rowcount")), SYMBOLS)
-            rounds = [[self.seconds_of_a_frame(place) for place in places] for _ in range(2)]
+            rounds = [[self.seconds_of_a_frame("document.querySelector('.rows').scrollTop = arguments[0]", place)
+                       for place in places] for _ in range(3)]
             times["frame"] = max(times.get("frame", 0), *map(min, *rounds))
+            rounds = [[self.seconds_of_a_frame("""document.querySelector('.rows table').dispatchEvent(
+                new KeyboardEvent('keydown', { key: arguments[0], bubbles: true }))""", key)
+                       for key in ["End", "Home"] + ["ArrowDown"] * 20 + ["PageDown"] * 4] for _ in range(2)]
+            times["key"] = max(times.get("key", 0), *map(min, *rounds))
         print(loads, times, file=sys.stderr)
         self.browser.execute_script("const rows = document.querySelector('.rows'); rows.scrollTop = 1e9")
         self.next_frame()
@@ -377,6 +497,7 @@ class ReportTest(unittest.TestCase):
         # Of a machine that has much else to do.
         self.assertLess(min(loads), 3000)
         self.assertLess(times["frame"], 0.05)
+        self.assertLess(times["key"], 0.05)
         self.assertLess(times["search"], 2000)
         self.assertLess(times["sort"], 2000)
 
@@ -384,11 +505,11 @@ class ReportTest(unittest.TestCase):
         self.browser.execute_async_script(
             "requestAnimationFrame(() => requestAnimationFrame(() => setTimeout(arguments[0])))")
 
-    def seconds_of_a_frame(self, top):
-        """What the page's thread works when the rows are scrolled there, whatever else runs."""
+    def seconds_of_a_frame(self, script, argument):
+        """What the page's thread works for it, whatever else runs."""
         self.browser.execute_cdp_cmd("Performance.enable", {"timeDomain": "threadTicks"})
         before = self.busy()
-        self.browser.execute_script("document.querySelector('.rows').scrollTop = arguments[0]", top)
+        self.browser.execute_script(script, argument)
         self.next_frame()
         return self.busy() - before
 

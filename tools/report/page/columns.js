@@ -56,16 +56,17 @@ function fitColumns(columns, widths, available) {
 
 // --- Orders -------------------------------------------------------------------------------------
 
-// A text by which addresses are in the order of their places: %I before %Q before %M, then by size,
-// then number by number; incomplete ones behind them.
+// A text by which addresses are in the order of their places: %I before %Q before %M, then by size, a bit's
+// if none is written, then number by number, a longer one behind a shorter; incomplete ones behind them.
 function addressKey(address) {
-  const parts = /^%([IQM])([XBWDL]?)(\d+(?:\.\d+)*)$/i.exec(address.trim());
+  const parts = /^%([IQM])([XBWDL]?)(\d+(?:\.\d+)*)$/i.exec(address);
   if (!parts) {
-    return address === "" ? "" : "9" + lowerCase(address);
+    return address === "" ? "" : "9" + address;
   }
-  const rank = (letters, letter) => String(letters.indexOf(letter.toUpperCase()) + 1);
-  return rank("IQM", parts[1]) + (parts[2] === "" ? "0" : rank("XBWDL", parts[2])) +
-    parts[3].split(".").map((number) => number.padStart(12, "0")).join(".");
+  const rank = (letters, letter) => String(letters.indexOf(letter.toUpperCase()));
+  const numbers = parts[3].split(".").map((number) => number.replace(/^0+/, ""));
+  return rank("IQM", parts[1]) + rank("XBWDL", parts[2] || "X") +
+    numbers.map((number) => String(number.length).padStart(9, "0") + number).join(".");
 }
 
 function sortKeys(title, cells) {

@@ -4,7 +4,7 @@
 // What a spreadsheet would calculate; the full-width signs count where Japanese is written. A signed
 // number is none.
 function isFormula(text) {
-  return /^[=+\-@\t\r\n\uFF1D\uFF0B\uFF0D\uFF20]/.test(text) && !/^[+-][0-9.]+$/.test(text);
+  return /^[=+\-@\t\r\n\uFF1D\uFF0B\uFF0D\uFF20]/.test(text) && !/^[+-][\d.]+(?:[eE][+-]?\d+)?$/.test(text);
 }
 
 function csvCell(value, isHarmless) {

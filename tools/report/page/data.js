@@ -51,6 +51,8 @@ const project = isImage ? projectOfTables() : report.project;
 const symbols = columnsOf(project.symbols);
 symbols.count = symbols.name.length;
 symbols.list = symbols.owner.map((owner) => (owner <= -2 ? project.lists[-2 - owner].name : ""));
+// Addresses without what an access path leads to.
+symbols.located = symbols.address.map((address, i) => (symbols.section[i].startsWith("VAR_ACCESS") ? "" : address));
 
 // The cells of columns by their titles, from pieces of some thousand rows. A number in a column of
 // texts is the place of one.
@@ -85,9 +87,23 @@ function byName(objects) {
 const unitIndex = byName(project.units);
 const typeIndex = byName(project.types);
 
-// The name of the type, if only as that of an array's elements: "Motor" of "ARRAY [1..3] OF Motor".
+// What the elements of an array are, or what a reference leads to: "STRING(8)" of "ARRAY [1..3] OF STRING(8)".
 function innermostType(type) {
-  return type.slice(type.lastIndexOf(" OF ") + 1).replace(/^OF /, "").trim();
+  const outer = /^\s*(?:ARRAY\s*\[[^\]]*\]\s*OF|(?:POINTER|REFERENCE)\s+TO|REF_TO)\s+/i.exec(type);
+  return outer ? innermostType(type.slice(outer[0].length)) : type.trim();
+}
+
+// The name of that, without a length or range; of a structure without a name "STRUCT".
+const namesOfTypes = new Map();
+
+function typeName(type) {
+  let name = namesOfTypes.get(type);
+  if (name === undefined) {
+    const innermost = innermostType(type);
+    name = /^[^\s()[\]:;,]+/.exec(innermost)?.[0] ?? innermost;
+    namesOfTypes.set(type, name);
+  }
+  return name;
 }
 
 // Lists of numbers by what they belong to.
@@ -106,9 +122,32 @@ function groupBy(count, keyOf) {
 }
 
 const symbolsByOwner = once(() => groupBy(symbols.count, (i) => symbols.owner[i]));
-const symbolsByType = once(() => groupBy(symbols.count, (i) => lowerCase(innermostType(symbols.type[i]))));
+const symbolsByType = once(() => groupBy(symbols.count, (i) => lowerCase(typeName(symbols.type[i]))));
 const symbolsByName = once(() => groupBy(symbols.count, (i) => nameKey(
   symbols.owner[i] >= 0 ? symbols.path[i] : "", symbols.name[i])));
+
+// What has a type and is no variable, as {list, row, text}, by the name of the type.
+const otherUsesByType = once(() => {
+  const uses = new Map();
+  const add = (type, use) => {
+    const key = lowerCase(typeName(type));
+    uses.has(key) ? uses.get(key).push(use) : uses.set(key, [use]);
+  };
+  project.types.forEach(({ name, definition, members }, row) => {
+    members.forEach(([member, type]) => add(type, { list: "types", row, text: `${name}.${member}` }));
+    add(definition, { list: "types", row, text: name });
+  });
+  project.units.forEach(({ name, result }, row) => add(result, { list: "units", row, text: name }));
+  return uses;
+});
+
+function variablesOfType(name) {
+  return symbolsByType().get(lowerCase(name)) ?? [];
+}
+
+function otherUsesOf(name) {
+  return otherUsesByType().get(lowerCase(name)) ?? [];
+}
 
 function nameKey(unit, name) {
   return lowerCase(`${unit}\n${name}`);
@@ -130,7 +169,7 @@ function tasksThatRun(unit) {
 function calledUnits(unit) {
   const called = project.units[unit].calls.map((callee) => {
     const [symbol] = symbolsByName().get(nameKey(project.units[unit].name, callee)) ?? [];
-    const name = symbol === undefined ? callee : innermostType(symbols.type[symbol]);
+    const name = symbol === undefined ? callee : typeName(symbols.type[symbol]);
     return unitIndex.get(lowerCase(name));
   });
   return [...new Set(called)].filter((found) => found !== undefined);
@@ -181,7 +220,7 @@ function checkOf({ code }) {
 
 // The numbers of messages by the row that they are about.
 const messagesOf = once(() => {
-  const index = { symbols: new Map(), units: new Map(), types: new Map(), lists: new Map() };
+  const index = { symbols: new Map(), units: new Map(), types: new Map(), lists: new Map(), tasks: new Map() };
   messageTargets().forEach((target, i) => {
     if (target) {
       const rows = index[target.list];
@@ -239,6 +278,7 @@ function linkToName(name, text = name) {
 
 // A type's text with its name as a link.
 function typeText(type) {
-  const name = innermostType(type);
-  return [type.slice(0, type.length - name.length), linkToName(name)];
+  const at = type.length - innermostType(type).length;
+  const end = at + typeName(type).length;
+  return [type.slice(0, at), linkToName(type.slice(at, end)), type.slice(end)];
 }

@@ -14,7 +14,7 @@ function facts(pairs) {
 }
 
 function placeText({ file, line, column }) {
-  return line > 0 ? [file, line, column].filter((part) => part).join(":") : "";
+  return [file, ...(line > 0 ? [line, column] : [])].filter((part) => part).join(":");
 }
 
 // A list of links, the first of them only where there are many, with an address of all.
@@ -58,10 +58,14 @@ function symbolLinks(title, rows, all) {
   return counted(title, rows, (i) => linkToRow("symbols", i, wholeName(i)), all);
 }
 
+function otherUses(title, name) {
+  return counted(title, otherUsesOf(name), ({ list, row, text }) => linkToRow(list, row, text));
+}
+
 const detailsOf = {
   symbols: (row) => {
     const cell = (title) => symbols[title][row];
-    const type = innermostType(cell("type"));
+    const type = typeName(cell("type"));
     const typeRow = typeIndex.get(lowerCase(type));
     const members = typeRow === undefined ? [] : project.types[typeRow].members;
     const owner = cell("owner");
@@ -97,11 +101,11 @@ const detailsOf = {
         variableList(rows.slice(0, mostLinks).map((i) => own[i]).map((i) =>
           [linkToRow("symbols", i, symbols.name[i]), symbols.type[i], symbols.address[i], symbols.comment[i]])),
         rows.length > mostLinks ? make("p", { className: "all" }, make("a", { href: addressOfRow("symbols", -1,
-          { unit: unit.name, section }) }, `All ${formatNumber(rows.length)}`)) : null)),
+          { of: `units/${row}`, section }) }, `All ${formatNumber(rows.length)}`)) : null)),
       counted("Calls", calledUnits(row), unitLink),
       counted("Called by", callers()[row], unitLink),
-      symbolLinks("Instances", symbolsByType().get(lowerCase(unit.name)) ?? [],
-        addressOfRow("symbols", -1, { type: unit.name })),
+      symbolLinks("Instances", variablesOfType(unit.name), addressOfRow("symbols", -1, { type: unit.name })),
+      otherUses("Instances in types", unit.name),
     ];
   },
   types: (row) => {
@@ -115,8 +119,8 @@ const detailsOf = {
       type.members.length === 0 ? null : group(`Members (${formatNumber(type.members.length)})`,
         variableList(type.members.map(([name, of, address, initial, comment]) =>
           [name, of + (initial ? ` := ${initial}` : ""), address, comment]))),
-      symbolLinks("Variables", symbolsByType().get(lowerCase(type.name)) ?? [],
-        addressOfRow("symbols", -1, { type: type.name })),
+      symbolLinks("Variables", variablesOfType(type.name), addressOfRow("symbols", -1, { type: type.name })),
+      otherUses("In types and results", type.name),
     ];
   },
   lists: (row) => {
@@ -127,7 +131,7 @@ const detailsOf = {
       messageList("lists", row),
       facts([["comment", list.comment], ["path", list.path], ["declared", placeText(list)]]),
       symbolLinks("Variables", symbolsByOwner().get(-2 - row) ?? [],
-        addressOfRow("symbols", -1, { unit: list.name || list.path })),
+        addressOfRow("symbols", -1, { of: `lists/${row}` })),
     ];
   },
   tasks: (row) => {
@@ -135,6 +139,7 @@ const detailsOf = {
     return [
       make("p", { className: "kicker" }, "task"),
       make("h2", {}, task.task ?? "no task"),
+      messageList("tasks", row),
       facts([["comment", task.comment], ["resource", task.resource], ["priority", task.priority],
              ["interval", task.interval, true], ["event", task.event, true], ["declared", placeText(task)]]),
       counted("Instances", task.programs, ({ instance, program, comment }) =>
@@ -153,7 +158,7 @@ const detailsOf = {
              ["check", check ? `${message.code} ${check.name}` : ""], ["rule", check?.rule], ["reason", check?.reason],
              ["by", messageSources[message.by]],
              ["further places", message.more > 0 ? formatNumber(message.more) : ""],
-             ...(message.related ?? []).map((related) => [placeText(related) || related.file, related.text])]),
+             ...(message.related ?? []).map((related) => [placeText(related), related.text])]),
     ];
   },
 };
@@ -225,11 +230,6 @@ function projectLink(table, row) {
 
 function showDetails(table, row) {
   const aside = document.getElementById("details");
-  if (row < 0) {
-    aside.replaceChildren(make("p", { className: "empty" },
-      "Choose a line to see its bytes and what is linked with it."));
-    return;
-  }
   const size = sizeOf(table, row);
   const filter = { table, row };
   aside.replaceChildren(...[

@@ -43,31 +43,35 @@ class TextFilter {
   }
 }
 
-// A cell that is the text, if there is one, or else is like it.
-function cellTest(text, cells) {
+// A cell of one of the columns that is the text, if there is one in any, or else is like it.
+function cellTest(text, ...columns) {
   const wanted = lowerCase(text.trim());
-  const lower = once(() => cells.map(lowerCase));
-  const isThere = once(() => lower().includes(wanted));
-  const matches = matcherOf(text);
-  return (i) => (isThere() ? lower()[i] === wanted : matches(lower()[i]));
+  const lower = columns.map((cells) => cells.map(lowerCase));
+  const matches = lower.some((cells) => cells.includes(wanted)) ? (cell) => cell === wanted : matcherOf(text);
+  return (i) => lower.some((cells) => matches(cells[i]));
 }
 
+const typeNames = once(() => symbols.type.map(typeName));
 const innermostTypes = once(() => symbols.type.map(innermostType));
 
 // What the symbols can be filtered by, besides the text.
 const symbolFilters = {
-  unit: (text) => {
-    const [path, list] = [cellTest(text, symbols.path), cellTest(text, symbols.list)];
-    return (i) => path(i) || list(i);
+  of: (text) => {
+    const owner = ownerOf(text);
+    return (i) => symbols.owner[i] === owner;
   },
-  type: (text) => {
-    const [whole, innermost] = [cellTest(text, symbols.type), cellTest(text, innermostTypes())];
-    return (i) => whole(i) || innermost(i);
-  },
+  unit: (text) => cellTest(text, symbols.path, symbols.list),
+  type: (text) => cellTest(text, symbols.type, innermostTypes(), typeNames()),
   section: (text) => (i) => symbols.section[i] === text,
   only: (text) => (text === "messages" ? (i) => messagesOf().symbols.has(i)
-    : (i) => symbols.address[i] !== ""),
+    : (i) => symbols.located[i] !== ""),
 };
+
+// The unit or list of "units/3" or "lists/0", as symbols have it; null for no such text.
+function ownerOf(text) {
+  const [, list, row] = /^(units|lists)\/(\d+)$/.exec(text) ?? [];
+  return list === undefined ? null : list === "units" ? Number(row) : -2 - Number(row);
+}
 
 const mostOptions = 1000;
 
@@ -81,6 +85,7 @@ class FilterBar {
   constructor(list, settings, onChange) {
     this.onChange = () => onChange(this.settings());
     this.fields = {};
+    this.of = settings.of ?? "";
     this.count = make("span", { className: "shown", role: "status" });
     const isOfSymbols = list.name === "symbols";
     this.element = make("div", { className: "filters", role: "search", "aria-label": "Filter" },
@@ -98,9 +103,10 @@ class FilterBar {
     const only = [["", "all"], ["located", "located"],
                   ...(report.messages.length > 0 ? [["messages", "with messages"]] : [])];
     return [
+      this.ownerButton(),
       this.input("unit", isImage ? "Unit" : "Unit or list", settings,
         optionsOf("units", [...symbols.path, ...symbols.list])),
-      this.input("type", "Type", settings, optionsOf("types", innermostTypes())),
+      this.input("type", "Type", settings, optionsOf("types", typeNames())),
       this.select("section", [["", "all sections"], ...sections.map((text) => [text, text])], settings),
       this.select("only", only, settings),
     ];
@@ -109,6 +115,21 @@ class FilterBar {
   button(text, title, work) {
     const button = make("button", { type: "button", title }, text);
     button.addEventListener("click", work);
+    return button;
+  }
+
+  // Where a link led to the variables of one unit or list: its name, to be taken away. A name alone may
+  // be that of several.
+  ownerButton() {
+    const [list, row] = this.of.split("/");
+    const owner = ownerOf(this.of) === null ? undefined : project[list][row];
+    const name = owner?.name || owner?.path || "(no name)";
+    const button = this.of === "" ? null : this.button(`${name} ×`, "All symbols again", () => {
+      this.of = "";
+      button.remove();
+      this.fields.text.focus();
+      this.onChange();
+    });
     return button;
   }
 
@@ -141,7 +162,8 @@ class FilterBar {
   }
 
   settings() {
-    return Object.fromEntries(Object.entries(this.fields).map(([name, field]) => [name, field.value]));
+    return { of: this.of, ...Object.fromEntries(
+      Object.entries(this.fields).map(([name, field]) => [name, field.value])) };
   }
 
   tell(count, all) {

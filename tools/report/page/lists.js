@@ -4,8 +4,8 @@ const listNames = ["symbols", "units", "types", "lists", "tasks", "messages"];
 const listTitles = { symbols: "Symbols", units: "Units", types: "Types", lists: "Global lists",
                      tasks: "Tasks", messages: "Messages" };
 
-// Columns are {title, cells, isNumber, isName, isMono, isLong, isHidden, isPageOnly}; a hidden one is
-// exported only, one of the page only shown. `cellOf(row, column)` is what a cell shows if that is
+// Columns are {title, cells, ordering, isNumber, isName, isMono, isLong, isHidden, isPageOnly}; a hidden one is
+// exported only, one of the page only shown; `ordering` is what orders it if not its cells. `cellOf(row, column)` is what a cell shows if that is
 // more than its text.
 function listOf(name) {
   const columns = listColumns[name]();
@@ -17,11 +17,17 @@ function cellsFrom(objects, member) {
   return objects.map((object) => object[member] ?? "");
 }
 
-const fileCount = once(() => new Set([...symbols.file, ...project.units.map(({ file }) => file)]).size);
+// Of all that has a place.
+const fileCount = once(() => new Set([symbols.file, ...[project.units, project.types, project.lists, project.tasks,
+  report.messages].map((objects) => cellsFrom(objects, "file"))].flat().filter((file) => file !== "")).size);
+
+function linesOf(objects) {
+  return objects.map(({ line }) => line || "");
+}
 
 function placeColumns(objects) {
   return [{ title: "file", cells: cellsFrom(objects, "file"), isHidden: fileCount() < 2 },
-          { title: "line", cells: cellsFrom(objects, "line"), isNumber: true }];
+          { title: "line", cells: linesOf(objects), isNumber: true }];
 }
 
 const listColumns = {
@@ -30,7 +36,7 @@ const listColumns = {
     { title: "name", cells: symbols.name, isName: true },
     { title: "section", cells: symbols.section, isSmall: true },
     { title: "type", cells: symbols.type, isMono: true },
-    { title: "address", cells: symbols.address, isMono: true },
+    { title: "address", cells: symbols.address, ordering: symbols.located, isMono: true },
     { title: "initial", cells: symbols.initial, isMono: true },
     { title: "comment", cells: symbols.comment, isLong: true, isHidden: isImage },
     { title: "file", cells: symbols.file, isHidden: fileCount() < 2 },
@@ -52,7 +58,8 @@ const listColumns = {
     { title: "definition", cells: project.types.map(definitionOf), isMono: true, isLong: true },
     { title: "initial", cells: cellsFrom(project.types, "initial"), isMono: true },
     { title: "uses", isNumber: true,
-      cells: project.types.map(({ name }) => symbolsByType().get(lowerCase(name))?.length ?? 0) },
+      cells: project.types.map(({ name }) => variablesOfType(name).length + otherUsesOf(name).length),
+      isHidden: isImage },
     { title: "comment", cells: cellsFrom(project.types, "comment"), isLong: true },
     ...placeColumns(project.types),
   ],
@@ -84,8 +91,8 @@ const listColumns = {
     { title: "check", cells: report.messages.map(checkOf) },
     { title: "by", cells: cellsFrom(report.messages, "by") },
     { title: "file", cells: cellsFrom(report.messages, "file"), isHidden: fileCount() < 2 },
-    { title: "line", cells: cellsFrom(report.messages, "line"), isNumber: true },
-    { title: "column", cells: cellsFrom(report.messages, "column"), isNumber: true },
+    { title: "line", cells: linesOf(report.messages), isNumber: true },
+    { title: "column", cells: report.messages.map(({ column }) => column || ""), isNumber: true },
   ],
 };
 
@@ -120,13 +127,13 @@ const cellsOfList = {
     : title === "name" ? [flagOf("symbols", row), symbols.name[row]] : null),
   units: (row, title) => (title === "result" ? typeText(project.units[row].result)
     : title === "variables" && symbolsByOwner().has(row)
-      ? make("a", { href: addressOfRow("symbols", -1, { unit: project.units[row].name }) },
+      ? make("a", { href: addressOfRow("symbols", -1, { of: `units/${row}` }) },
           formatNumber(symbolsByOwner().get(row).length))
     : title === "name" ? [flagOf("units", row), project.units[row].name] : null),
   types: (row, title) => (title === "name" ? [flagOf("types", row), project.types[row].name] : null),
   lists: (row, title) => (title === "name" ? [flagOf("lists", row), project.lists[row].name] : null),
   tasks: (row, title) => (title === "programs" ? programsOf(project.tasks[row])
-    : title === "task" && project.tasks[row].task === null ? make("em", {}, "no task") : null),
+    : title === "task" ? [flagOf("tasks", row), project.tasks[row].task ?? noTask()] : null),
   messages: (row, title) => {
     const target = title === "object" ? messageTargets()[row] : null;
     return target ? linkToRow(target.list, target.row, report.messages[row].object)
@@ -144,15 +151,14 @@ class ListView {
     this.row = -1;
     this.orderOf = null;  // what the order is by
     this.columns = this.list.columns.filter((column) => !column.isHidden);
-    const searched = this.list.columns.filter((column) => !column.isNumber && column.title !== "file");
-    this.textFilter = new TextFilter(searched.map((column) => column.cells),
+    this.textFilter = new TextFilter(this.columns.map((column) => column.cells),
       name === "symbols" ? symbols.address : null);
     this.rowList = new RowList({
       label: listTitles[name],
       head: this.head(),
       renderRow: (i) => this.renderRow(this.list.shownRows[i]),
       onMove: (i) => this.pick(this.list.shownRows[i], true),
-      onResize: (width) => this.fit(width),
+      widthsIn: (width) => fitColumns(this.columns, this.widths, width),
       onOpen: () => document.getElementById("details").focus(),
     });
     this.rowList.body.addEventListener("click", (event) => {
@@ -187,7 +193,7 @@ class ListView {
   // Other settings: the address tells them, and the view stays.
   change(changed) {
     this.settings = { ...this.settings, ...changed };
-    history.replaceState(null, "", addressOfRow(this.list.name, this.row, this.settings));
+    keepAddress(addressOfRow(this.list.name, this.row, this.settings));
     this.update();
     this.rowList.choose(this.list.shownRows.indexOf(this.row));
   }
@@ -198,7 +204,7 @@ class ListView {
     const sorted = list.columns.find((column) => column.title === title);
     const isDescending = sorted !== undefined && settings.sort.startsWith("-");
     if (this.orderOf !== settings.sort) {
-      this.order = sorted ? orderBy(title, sorted.cells, isDescending) : Uint32Array.from({ length: list.count }, (_, i) => i);
+      this.order = sorted ? orderBy(title, sorted.ordering ?? sorted.cells, isDescending) : Uint32Array.from({ length: list.count }, (_, i) => i);
       this.orderOf = settings.sort;
     }
     const tests = [];
@@ -242,12 +248,6 @@ class ListView {
   sortBy(title) {
     const { sort } = this.settings;
     this.change({ sort: sort === title ? `-${title}` : sort === `-${title}` ? "" : title });
-  }
-
-  fit(available) {
-    fitColumns(this.columns, this.widths, available).forEach((width, i) => {
-      this.heads[i].style.width = `${width}px`;
-    });
   }
 
   renderRow(row) {

@@ -2,18 +2,59 @@
 
 let view = null;
 
+// The address of what is shown. Browsers refuse one that changes with every repeat of a held key: theirs
+// is told at once, and then when some time has passed.
+let address = location.hash;
+let isTold = true;
+let addressTimer = 0;
+const addressRest = 400;
+
+function keepAddress(hash) {
+  address = hash;
+  isTold = false;
+  if (addressTimer === 0) {
+    tellAddress();
+  }
+}
+
+function tellAddress() {
+  if (!isTold) {
+    isTold = true;
+    history.replaceState(null, "", address);
+    addressTimer = setTimeout(() => {
+      addressTimer = 0;
+      tellAddress();
+    }, addressRest);
+  }
+}
+
 // Goes to a place of the page; passing by leaves no trace in the history.
 function go(hash, isPassing = false) {
   if (isPassing) {
-    history.replaceState(null, "", hash);
+    keepAddress(hash);
     follow();
+    return;
+  }
+  tellAddress();
+  if (location.hash === hash) {
+    arrive();
   } else {
     location.hash = hash;
   }
 }
 
+// The browser's address is another one.
+function arrive() {
+  address = location.hash;
+  isTold = true;
+  follow();
+  if (document.activeElement === document.body) {  // what had the focus may be gone
+    (view.table?.rowList.grid ?? document.getElementById("content")).focus({ preventScroll: true });
+  }
+}
+
 function follow() {
-  const route = parseRoute(location.hash);
+  const route = parseRoute(address);
   if (route.view === "line" && route.row >= 0 && route.row < symbols.count) {
     go(lineOfSymbol(route.row), true);
     return;
@@ -28,13 +69,10 @@ function follow() {
     view = open(route, key, isList);
     view.table?.start(row);
   }
-  const hasDetails = Boolean(route.table) || (isList && view.table.row >= 0);
+  const hasDetails = view.table?.row >= 0;
   document.body.classList.toggle("with-details", hasDetails);
-  document.body.classList.toggle("of-list", isList);
-  if (route.table) {
-    showDetails(route.table, row);
-  } else if (hasDetails) {
-    showDetailsOf(route.view, view.table.row);
+  if (hasDetails) {
+    isList ? showDetailsOf(route.view, view.table.row) : showDetails(route.table, view.table.row);
   }
 }
 
@@ -68,7 +106,7 @@ function showWhole(isWhole) {
 
 // Nothing is chosen any more.
 function close() {
-  if (listNames.includes(view.name)) {
+  if (view.table) {
     view.table.pick(-1, true);
     view.table.rowList.grid.focus();
   }
@@ -86,11 +124,31 @@ document.addEventListener("keydown", (event) => {
     close();
   }
 });
-window.addEventListener("beforeprint", () => showWhole(true));
-window.addEventListener("afterprint", () => showWhole(false));
-window.addEventListener("hashchange", follow);
-matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
-  view = null;  // drawings have the old colours
-  follow();
-});
+document.addEventListener("click", tellAddress, { capture: true });  // before a link has its own
+window.addEventListener("pagehide", tellAddress);
+window.addEventListener("hashchange", arrive);
+
+let isPrinting = false;
+const darkScheme = matchMedia("(prefers-color-scheme: dark)");
+let isDrawnDark = darkScheme.matches;
+
+function setPrinting(isBegun) {
+  isPrinting = isBegun;
+  showWhole(isBegun);
+}
+
+// Drawings have the colours of their time. Paper is light, and what is printed stays as it is.
+function changeColors() {
+  if (!isPrinting && isDrawnDark !== darkScheme.matches) {
+    isDrawnDark = darkScheme.matches;
+    if (view.name.startsWith("tables")) {
+      view = null;
+      follow();
+    }
+  }
+}
+
+window.addEventListener("beforeprint", () => setPrinting(true));
+window.addEventListener("afterprint", () => setPrinting(false));
+darkScheme.addEventListener("change", changeColors);
 follow();

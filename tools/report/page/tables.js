@@ -173,7 +173,7 @@ function projectOfTables() {
       name: nameOf(units, row), kind: cell(units, row, "kind"), result: "", language: "", comment: "",
       file: "", line: cell(units, row, "line") || 0, calls: [] })),
     types: [...new Set(indexes(names).map((row) => nameOf(names, row)))]
-      .filter((name) => !unitNames.has(name))
+      .filter((name) => !unitNames.has(name) && !report.standardBlocks.includes(name.toUpperCase()))
       .map((name) => ({ name, definition: "", initial: "", comment: "", file: "", line: 0, members: [] })),
     lists: [{ name: "", path: "", comment: "", variables: globals.rows.length, file: "", line: 0 }],
     tasks: [],

@@ -54,7 +54,7 @@ function taskSection(isWhole) {
   const titles = ["task", "resource", "priority", "interval", "event", "programs", "comment"];
   return sectionOf("tasks", titles, (row) => {
     const task = project.tasks[row];
-    return [task.task === null ? noTask() : linkToRow("tasks", row, task.task), task.resource,
+    return [[flagOf("tasks", row), task.task === null ? noTask() : linkToRow("tasks", row, task.task)], task.resource,
       task.priority, make("code", {}, task.interval), make("code", {}, task.event),
       programsOf(task), task.comment];
   }, isWhole);
@@ -92,11 +92,13 @@ function listSection(isWhole) {
 }
 
 function messageSection(isWhole) {
-  return sectionOf("messages", ["line", "object", "message"], (row) => {
+  const isOfMany = fileCount() > 1;
+  return sectionOf("messages", [isOfMany ? "place" : "line", "object", "message"], (row) => {
     const message = report.messages[row];
     const target = messageTargets()[row];
     return [[make("span", { className: `flag ${message.severity}` }),
-             linkToRow("messages", row, message.line > 0 ? String(message.line) : message.severity)],
+             linkToRow("messages", row, isOfMany ? placeText(message)
+               : message.line > 0 ? String(message.line) : message.severity)],
       target ? linkToRow(target.list, target.row, message.object) : message.object, message.text];
   }, isWhole, mostMessages);
 }
@@ -114,7 +116,7 @@ function news() {
 }
 
 function projectView(isWhole = false) {
-  const located = symbols.address.reduce((sum, address) => sum + (address !== "" ? 1 : 0), 0);
+  const located = symbols.located.reduce((sum, address) => sum + (address !== "" ? 1 : 0), 0);
   const counts = [["symbols", symbols.count, "symbols"],
     ["located", located, "symbols?only=located"],
     ...["units", "types", "lists", "tasks"].filter(isThere).map((view) =>
@@ -171,7 +173,7 @@ function columnsOfTable(table) {
 function cellContent(table, row, column) {
   const text = cellText(table.rows[row][column]);
   const links = linksOf(table, row).filter((link) => link.columnIndex === column);
-  const anchor = (link, part) => make("a", { href: addressOf(link.table, link.row), tabIndex: -1 }, part);
+  const anchor = (link, part) => make("a", { href: addressOf(link.table, link.row) }, part);
   if (links.length === 0 || text === "") {
     return [text];
   }
@@ -198,7 +200,7 @@ class TableView {
       head: this.head(),
       renderRow: (i) => this.renderRow(this.rowOf(i)),
       onMove: (i) => this.pick(this.rowOf(i), true),
-      onResize: (width) => this.fit(width),
+      widthsIn: (width) => fitColumns(this.columns, this.widths, width),
       onOpen: () => document.getElementById("details").focus(),
     });
     this.rowList.body.addEventListener("click", (event) => {
@@ -259,14 +261,7 @@ class TableView {
       this.table.columns.filter((column) => column.isNumber).map((column) => column.title));
     this.widths = columnWidths(this.columns, (i, take) =>
       this.table.rows.forEach((cells) => take(cellText(cells[i]))));
-    this.heads = [...head.rows[0].cells];
     return head;
-  }
-
-  fit(available) {
-    fitColumns(this.columns, this.widths, available).forEach((width, i) => {
-      this.heads[i].style.width = `${width}px`;
-    });
   }
 
   renderRow(row) {
