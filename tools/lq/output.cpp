@@ -384,7 +384,7 @@ void TablePrinter::End() {
 void TablePrinter::PrintWaiting() {
     const size_t room = Columns(Stream::kResults);
     isNarrow_ = WidthOfRow(widths_) > room;
-    for (const size_t least : {8, 4}) {  // what is left of a text
+    for (const size_t least : {size_t{8}, size_t{4}}) {  // what is left of a text
         Narrow(widths_, columns_, room, least);
     }
     for (const std::vector<std::string>& cells : waiting_) {
