@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "host/symbols/address.h"
+#include "lq_data/host/words/words.h"
 
 namespace lq::host::symbols {
 
@@ -49,13 +50,40 @@ bool Advance(std::vector<int64_t>& indexes, const std::vector<Bounds>& bounds) {
     return false;
 }
 
+// In the order of the declarations, which an EN without ENO leaves in a block's list.
+const IdList& InOrder(const IdList& members, IdList& sorted) {
+    const auto isBefore = [](ID a, ID b) { return IndexOf(a) < IndexOf(b); };
+    if (std::is_sorted(members.begin(), members.end(), isBefore)) {
+        return members;
+    }
+    sorted = members;
+    std::sort(sorted.begin(), sorted.end(), isBefore);
+    return sorted;
+}
+
 }  // namespace
 
-void Expansion::Run(const Symbol& variable, Scope scope) {
-    variable_ = &variable;
+void Expansion::Run(const Symbol& variable, ID holder, Scope scope) {
+    unit_ = holder;
     name_ = variable.name;
     taken_ = 0;
-    Visit({variable, IsReference(scope), IsOneAddress(variable.address)});
+    Item item;
+    item.symbol = variable;
+    item.isReference = IsReference(scope);
+    if (scope != Scope::kAccess) {  // a path is no address
+        Place(item);
+    }
+    Visit(item);
+}
+
+// What follows from the address of its own declaration, if it has one.
+void Expansion::Place(Item& item) const {
+    u16string_view& address = item.symbol.address;
+    if (!address.empty()) {
+        address = configured_.InPlaceOf(address, unit_, name_);
+        item.isLocated = true;
+        item.start = IsOneAddress(address) ? address : u16string_view();
+    }
 }
 
 Expansion::Target Expansion::Resolve(u16string_view text) const {
@@ -79,7 +107,8 @@ Expansion::Target Expansion::Resolve(u16string_view text) const {
             return target;
         }
         if (!type || !*type->baseType) {
-            target.unexpanded = Unexpanded::kUnknownType;
+            target.unexpanded =
+                IsUnsupportedType(text) ? Unexpanded::kUnsupportedType : Unexpanded::kUnknownType;
             return target;
         }
         if (id == first) {
@@ -127,7 +156,10 @@ Unexpanded Expansion::Obstacle(const Item& item, const Target& target) const {
     if (std::ranges::find(open_, target.holder) != open_.end()) {
         return Unexpanded::kRecursive;
     }
-    return project_.Below(target.holder).empty() ? Unexpanded::kEmpty : Unexpanded::kNone;
+    const bool isEmpty = std::ranges::none_of(project_.Below(target.holder), [this](ID id) {
+        return IsMember(project_.GetDeclaration(id)->section.scope);
+    });
+    return isEmpty ? Unexpanded::kEmpty : Unexpanded::kNone;
 }
 
 void Expansion::Visit(Item item) {
@@ -145,6 +177,10 @@ void Expansion::Visit(Item item) {
     if (obstacle != Unexpanded::kNone) {
         return Take(item, target, obstacle);
     }
+    const bool isPlaced = !item.symbol.address.empty();
+    if (isPlaced) {
+        Hold(item);
+    }
     item.isValueSet = item.isValueSet || target.hasValue || !item.symbol.initial.empty();
     open_.push_back(target.holder);
     if (isArray) {
@@ -153,6 +189,26 @@ void Expansion::Visit(Item item) {
         VisitMembers(item, target.holder);
     }
     open_.pop_back();
+    if (isPlaced) {
+        TellHeld();
+    }
+}
+
+void Expansion::Hold(const Item& item) {
+    TellHeld();
+    held_ = &item.symbol;
+    heldName_ = name_.size();
+}
+
+void Expansion::TellHeld() {
+    if (held_) {
+        Symbol symbol = *held_;
+        symbol.name = u16string_view(name_).substr(0, heldName_);
+        symbol.unexpanded = Unexpanded::kOnlyBeginning;
+        symbol.unexpandedType = symbol.type;
+        held_ = nullptr;
+        take_(symbol);
+    }
 }
 
 void Expansion::VisitElements(const Item& item, const TypeText& array) {
@@ -172,7 +228,7 @@ void Expansion::VisitElements(const Item& item, const TypeText& array) {
         }
         name_ += u']';
         Visit(element);
-        element.isAtStart = false;
+        element.start = {};
         name_.resize(length);
     } while (Advance(indexes, array.bounds));
 }
@@ -180,8 +236,9 @@ void Expansion::VisitElements(const Item& item, const TypeText& array) {
 void Expansion::VisitMembers(const Item& item, ID holder) {
     const std::size_t length = name_.size();
     const bool isBlock = project_.GetPou(holder) != nullptr;
-    bool isAtStart = item.isAtStart && !isBlock;  // a block may begin with what it hides
-    for (const ID id : project_.Below(holder)) {
+    bool isFirst = !isBlock;  // a block may begin with what it hides
+    IdList sorted;
+    for (const ID id : InOrder(project_.Below(holder), sorted)) {
         const Declaration& declaration = *project_.GetDeclaration(id);
         if (!IsMember(declaration.section.scope)) {
             continue;
@@ -189,8 +246,11 @@ void Expansion::VisitMembers(const Item& item, ID holder) {
         const u16string_view address = declaration.address;
         const std::u16string section =
             isBlock ? WrittenSection(declaration.section) : std::u16string(item.symbol.section);
-        Item member{item.symbol, IsReference(declaration.section.scope), isAtStart,
-                    item.isValueSet};
+        Item member = item;
+        member.isReference = IsReference(declaration.section.scope);
+        if (!isFirst || !address.empty()) {
+            member.start = {};  // a structure may place its members
+        }
         member.symbol.section = section;
         member.symbol.type = declaration.type;
         member.symbol.address = isBlock || IsOneAddress(address) ? address : u16string_view();
@@ -202,9 +262,10 @@ void Expansion::VisitMembers(const Item& item, ID holder) {
             member.symbol.column = declaration.column;
         }
         name_.append(u".").append(declaration.name);
+        Place(member);
         Visit(member);
         name_.resize(length);
-        isAtStart = false;
+        isFirst = false;
     }
 }
 
@@ -213,15 +274,26 @@ void Expansion::Take(const Item& item, const Target& target, Unexpanded reason) 
     symbol.name = name_;
     symbol.unexpanded = reason;
     symbol.unexpandedType = reason == Unexpanded::kNone ? u16string_view() : target.text;
-    if (symbol.address.empty() && item.isAtStart) {
-        const unsigned bits = BitsOfType(target.text);
-        const bool isSame = bits != 0 && bits == BitsOfAddress(variable_->address);
-        symbol.address = isSame ? variable_->address : u16string_view();
+    if (symbol.address.empty() && !item.start.empty() && HasSizeOf(item.start, target)) {
+        symbol.address = item.start;
+        held_ = nullptr;
     }
+    TellHeld();
     ++taken_;
-    if (!locatedOnly_ || !variable_->address.empty() || !symbol.address.empty()) {
+    if (!locatedOnly_ || item.isLocated) {
         take_(symbol);
     }
+}
+
+// Whether the type, or the one that a range is of, is as long as the address says.
+bool Expansion::HasSizeOf(u16string_view address, const Target& target) const {
+    if (target.type.kind != Kind::kElementary) {
+        return false;
+    }
+    const u16string_view whole = WithoutRange(target.text);
+    const unsigned bits =
+        BitsOfType(whole.size() < target.text.size() ? Resolve(whole).text : whole);
+    return bits != 0 && bits == BitsOfAddress(address);
 }
 
 }  // namespace lq::host::symbols

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/symbols/address.h"
+#include "host/symbols/configured.h"
 #include "host/symbols/expansion.h"
 #include "lq_data/detail/chars.h"
 
@@ -13,6 +14,7 @@ namespace lq::host {
 namespace {
 
 using Order = SymbolOptions::Order;
+using std::u16string_view;
 
 class Walk {
   public:
@@ -20,7 +22,10 @@ class Walk {
         : project_(project),
           options_(options),
           take_(take),
-          expansion_(project, options.located, take) {
+          expansion_(project, configured_, options.located, take) {
+        if (options.expand) {
+            configured_.Read();
+        }
         for (const Resource& resource : project.Resources()) {
             resourcePaths_.push_back(PathOfResource(resource));
         }
@@ -35,7 +40,10 @@ class Walk {
                resource.name;
     }
 
-    ID HolderOf(const Declaration& declaration) const;
+    ID HolderOf(const Declaration& declaration) const {
+        return symbols::HolderOf(project_, declaration);
+    }
+    u16string_view AddressOf(const Declaration& declaration) const;
     Text PathOf(const Declaration& declaration) const;
     bool IsWanted(uint32_t index) const;
     int Compare(const Declaration& a, const Declaration& b) const;
@@ -44,16 +52,16 @@ class Walk {
     const Project& project_;
     const SymbolOptions& options_;
     const TakeSymbol& take_;
+    symbols::ConfiguredAddresses configured_{project_};
     symbols::Expansion expansion_;
     std::vector<std::u16string> resourcePaths_;
     Section section_;  // whose text is at hand
     std::u16string sectionText_ = WrittenSection({});
 };
 
-// The POU, configuration or resource.
-ID Walk::HolderOf(const Declaration& declaration) const {
-    const VariableList* list = project_.GetVariableList(declaration.owner);
-    return list ? list->parent : declaration.owner;
+// The one to sort by.
+u16string_view Walk::AddressOf(const Declaration& declaration) const {
+    return configured_.InPlaceOf(declaration.address, HolderOf(declaration), declaration.name);
 }
 
 Text Walk::PathOf(const Declaration& declaration) const {
@@ -75,7 +83,7 @@ bool Walk::IsWanted(uint32_t index) const {
 
 int Walk::Compare(const Declaration& a, const Declaration& b) const {
     if (options_.order == Order::kAddress) {
-        return symbols::CompareAddresses(a.address, b.address);
+        return symbols::CompareAddresses(AddressOf(a), AddressOf(b));
     }
     const int order = chars::CompareNoCase(a.name, b.name);
     return order != 0 ? order : chars::CompareNoCase(PathOf(a), PathOf(b));
@@ -103,7 +111,7 @@ void Walk::Tell(uint32_t index) {
     symbol.line = declaration.line;
     symbol.column = declaration.column;
     if (options_.expand) {
-        expansion_.Run(symbol, section_.scope);
+        expansion_.Run(symbol, HolderOf(declaration), section_.scope);
     } else {
         take_(symbol);
     }

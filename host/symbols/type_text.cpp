@@ -123,6 +123,11 @@ TypeText ReadTypeText(u16string_view text) {
     return {Kind::kNamed, text, {}};
 }
 
+u16string_view WithoutRange(u16string_view text) {
+    const u16string_view name = Trim(text.substr(0, text.find(u'(')));
+    return name.empty() ? text : name;
+}
+
 unsigned BitsOfType(u16string_view text) {
     constexpr struct {
         IEC_TYPE type;

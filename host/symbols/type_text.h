@@ -35,6 +35,9 @@ struct TypeText {
 
 TypeText ReadTypeText(std::u16string_view text);
 
+// "INT" of "INT (0..5)"; an enumeration stays what it is.
+std::u16string_view WithoutRange(std::u16string_view text);
+
 // How many bits an address must have to be that of a variable of this type: 0 for what is no
 // number or bit string, whose size each target chooses.
 LQ_DATA_API unsigned BitsOfType(std::u16string_view text);

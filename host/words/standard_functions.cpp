@@ -48,6 +48,10 @@ static_assert(std::is_sorted(std::begin(kInstructions), std::end(kInstructions))
 
 constexpr u16string_view kTypesOfEdition3[] = {u"BCD",   u"CHAR", u"LDATE", u"LDT",
                                                u"LTIME", u"LTOD", u"WCHAR", u"WSTRING"};
+constexpr u16string_view kUnsupportedTypes[] = {
+    u"CHAR",         u"LDATE", u"LDATE_AND_TIME", u"LDT",   u"LTIME",
+    u"LTIME_OF_DAY", u"LTOD",  u"REFERENCE",      u"WCHAR", u"WSTRING"};
+static_assert(std::is_sorted(std::begin(kUnsupportedTypes), std::end(kUnsupportedTypes)));
 
 bool IsType(u16string_view word) {
     const std::u16string text(word);  // terminated
@@ -62,6 +66,11 @@ std::u16string Upper(u16string_view name) {
 }
 
 }  // namespace
+
+bool IsUnsupportedType(u16string_view type) {
+    const std::u16string word = Upper(type.substr(0, type.find_first_of(u" ([")));
+    return std::ranges::binary_search(kUnsupportedTypes, u16string_view(word));
+}
 
 bool IsInstruction(u16string_view name) {
     return std::ranges::binary_search(kInstructions, u16string_view(Upper(name)));

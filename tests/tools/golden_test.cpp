@@ -187,7 +187,7 @@ constexpr const char* kComplaints[] = {
     "show damaged.lqt", "translate refused.xml >/dev/null", "tasks - <refused.xml >/dev/null",
     "symbols plant.xml --csv --json", "symbols plant.xml --bom", "symbols plant.xml --csv -d ''",
     "symbols plant.xml --csv -d ::", "symbols plant.xml --csv -d '\"'", "symbols plant.xml --sort size",
-    "symbols plant.xml --unit Mixin", "symbols plant.xml empty.xml --unit Mixin",
+    "symbols plant.xml --unit TON", "symbols plant.xml --unit Mixin", "symbols plant.xml empty.xml --unit Mixin",
     "symbols plant.xml -l pumps.xml --unit pump", "symbols plant.xml ./plant.xml",
     "symbols plant.xml -l plant.xml", "symbols plant.xml -l plant.lqt", "symbols plant.lqt",
     "symbols nothing", "symbols plant.xml -l missing.xml",

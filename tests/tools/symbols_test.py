@@ -11,7 +11,9 @@ import xml.etree.ElementTree as ET
 
 COLUMNS = "path name section type address initial comment file line column".split()
 SECTIONS = {"localVars": "VAR", "tempVars": "VAR_TEMP", "inputVars": "VAR_INPUT", "outputVars": "VAR_OUTPUT",
-            "inOutVars": "VAR_IN_OUT", "externalVars": "VAR_EXTERNAL", "globalVars": "VAR_GLOBAL", "configVars": "VAR_CONFIG"}
+            "inOutVars": "VAR_IN_OUT", "externalVars": "VAR_EXTERNAL", "globalVars": "VAR_GLOBAL", "configVars": "VAR_CONFIG",
+            "accessVars": "VAR_ACCESS"}
+ACCESS = {"readOnly": " READ_ONLY", "readWrite": " READ_WRITE"}
 MARKS = {"constant": " CONSTANT", "retain": " RETAIN", "nonretain": " NON_RETAIN", "persistent": " PERSISTENT"}
 
 
@@ -65,13 +67,16 @@ def recount(root, file):
         if name in ("pou", "configuration", "resource"):
             path = path + [element.get("name")]
         for variable in element if name in SECTIONS else []:
-            title = variable.get("name", variable.get("instancePathAndName"))
-            if tag(variable) not in ("variable", "configVariable") or title is None:
+            isAccess = tag(variable) == "accessVariable"
+            place = variable.get("instancePathAndName")
+            title = variable.get("alias") if isAccess else variable.get("name", place)
+            if tag(variable) not in ("variable", "configVariable", "accessVariable") or title is None:
                 continue
             marks = "".join(text for mark, text in MARKS.items() if element.get(mark) in ("true", "1"))
             initial, comment = child(variable, "initialValue"), child(variable, "documentation")
-            rows.append([".".join(path), title.strip(), SECTIONS[name] + marks,
-                         type_of(child(variable, "type")), (variable.get("address") or "").strip(),
+            rows.append([".".join(path), title.strip(), SECTIONS[name] + marks + ACCESS.get(variable.get("direction"), ""),
+                         type_of(child(variable, "type")),
+                         ((place if isAccess else variable.get("address")) or "").strip(),
                          "" if initial is None else value_of(initial),
                          " ".join("".join(comment.itertext()).split()) if comment is not None else "", file])
         for inner in element:
@@ -98,12 +103,12 @@ def check(lq, path):
         row[6] = " ".join(row[6].split())
         found += [f"{row} is {other}"] if row[:8] != other else []
         place = lines[int(row[8]) - 1][int(row[9]) - 1:]
-        found += [f"{row} begins not so: {place}"] if not re.match(r"<(\w+:)?(configV|v)ariable\b", place) else []
+        found += [f"{row} begins not so: {place}"] if not re.match(r"<(\w+:)?(configV|accessV|v)ariable\b", place) else []
     found += [f"{len(rows)} rows are {len(expected)}"] if len(rows) != len(expected) else []
     for structure in [e for e in root.iter() if tag(e) == "struct"]:
         structure.clear()  # its members are no variables
     addresses = sorted(e.get("address").strip() for e in root.iter() if e.get("address"))
-    if sorted(row[4] for row in rows if row[4]) != addresses:
+    if sorted(row[4] for row in rows if row[4] and "VAR_ACCESS" not in row[2]) != addresses:
         found.append(f"the addresses are {addresses}")
     counts[0] += len(rows)
     counts[1] += len(addresses)

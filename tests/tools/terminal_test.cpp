@@ -122,16 +122,34 @@ TEST(Terminal, ColumnsHaveTheWidthsOfTheFirstThousandRows) {
 }
 
 TEST(Terminal, TablesAreCutToItsWidth) {
+    struct Case {
+        const char* arguments;
+        uint16_t columns;
+        size_t shown;  // of these
+        const char* message;
+    };
+    constexpr const char* kCut =
+        "lq: cells were cut to fit the terminal; behind '| cat' they are whole\n";
     Terminal terminal;
-    terminal.SetColumns(72);
-    const std::string command = "TERM=dumb $LQ tasks $EXAMPLES/plant/plant.xml >";
-    EXPECT_EQ(RunShell(command + terminal.Name()).err,
-              "lq: cells were cut to fit the terminal; behind '| cat' they are whole\n");
-    std::istringstream lines(terminal.Text());
-    for (std::string line; std::getline(lines, line);) {
-        const auto isFirst = [](char c) { return (c & 0xC0) != 0x80; };
-        EXPECT_LE(std::ranges::count_if(line, isFirst), 72 + 1) << line;  // and the return
+    for (const Case& row : {Case{"tasks", 72, 72, kCut}, Case{"symbols -e --uses", 80, 80, kCut},
+                            Case{"symbols -e --uses", 60, 72,
+                                 "lq: a row takes 72 columns of a terminal; behind '| cat' its "
+                                 "cells are whole\n"},
+                            Case{"check --explain 2001", 40, 40, ""}}) {
+        terminal.SetColumns(row.columns);
+        const std::string command = std::string("TERM=dumb $LQ ") + row.arguments;
+        const bool isProject = command.find("check") == command.npos;
+        EXPECT_EQ(RunShell(command + (isProject ? " $EXAMPLES/plant/plant.xml >" : " >") +
+                           terminal.Name())
+                      .err,
+                  row.message);
+        std::istringstream lines(terminal.Text());
+        for (std::string line; std::getline(lines, line);) {
+            const auto isFirst = [](char c) { return (c & 0xC0) != 0x80; };
+            EXPECT_LE(std::ranges::count_if(line, isFirst), row.shown + 1) << line;  // the return
+        }
     }
+    const std::string command = "TERM=dumb $LQ tasks $EXAMPLES/plant/plant.xml >";
     terminal.SetColumns(200);
     EXPECT_EQ(RunShell(command + terminal.Name()).err, "");
     EXPECT_THAT(terminal.Text(), HasSubstr("The plant's own beat"));

@@ -316,8 +316,8 @@ void PrintExplanation(const Check& check) {
     PrintLine(Bold(Stream::kResults, heading) + " (" + std::string(severity) + ")\n");
     constexpr uint32_t kJapanese = 932;
     const char* const stop = host::LanguageCodePage() == kJapanese ? "\u3002" : ".";
-    PrintLine(std::string(Translated(check.rule)) + stop);
-    PrintLine(std::string(Translated(check.reason)) + stop);
+    PrintProse(std::string(Translated(check.rule)) + stop);
+    PrintProse(std::string(Translated(check.reason)) + stop);
     PrintExample(Say("Wrong:"), check.wrong);
     PrintExample(Say("Right:"), check.right);
 }

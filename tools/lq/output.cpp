@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iostream>
 #include <iterator>
+#include <numeric>
 #include <streambuf>
 #include <string_view>
 #include <unistd.h>
@@ -32,43 +33,42 @@ size_t Width(const std::string& text) {
         u8_width(reinterpret_cast<const uint8_t*>(text.data()), text.size(), "UTF-8"));
 }
 
-// What of the text fits into so many columns; its end gives way to a sign that more follows.
-std::string Cut(const std::string& text, size_t columns) {
-    if (Width(text) <= columns) {
-        return text;
-    }
+// Where the text ends that takes so many columns; it is longer.
+size_t EndWithin(const std::string& text, size_t columns) {
     size_t end = text.size();
     do {
         while (end > 0 && (static_cast<unsigned char>(text[--end]) & 0xC0) == 0x80) {
         }
-    } while (end > 0 && Width(text.substr(0, end)) + 1 > columns);
-    return text.substr(0, end) + "\u2026";
+    } while (end > 0 && Width(text.substr(0, end)) > columns);
+    return end;
 }
 
-// Takes from the widest columns of texts until a row has no more than so many columns. True if it
-// had to; where only numbers and short texts are left, a row may be longer.
-bool Narrow(std::vector<size_t>& widths, const std::vector<Column>& columns, size_t room) {
-    constexpr size_t kLeast = 8;
-    size_t sum = kGap * (widths.size() - 1);
-    for (const size_t width : widths) {
-        sum += width;
-    }
-    const bool isTooWide = sum > room;
-    while (sum > room) {
+// What of the text fits into so many columns; its end gives way to a sign that more follows.
+std::string Cut(const std::string& text, size_t columns) {
+    return Width(text) <= columns ? text : text.substr(0, EndWithin(text, columns - 1)) + "\u2026";
+}
+
+size_t WidthOfRow(const std::vector<size_t>& widths) {
+    return std::accumulate(widths.begin(), widths.end(), kGap * (widths.size() - 1));
+}
+
+// Takes from the widest columns of texts until a row has no more than so many columns, or none has
+// more than the least.
+void Narrow(std::vector<size_t>& widths, const std::vector<Column>& columns, size_t room,
+            size_t least) {
+    for (size_t sum = WidthOfRow(widths); sum > room; --sum) {
         size_t widest = widths.size();
         for (size_t i = 0; i < widths.size(); ++i) {
-            if (!columns[i].isNumber && widths[i] > kLeast &&
+            if (!columns[i].isNumber && widths[i] > least &&
                 (widest == widths.size() || widths[i] > widths[widest])) {
                 widest = i;
             }
         }
         if (widest == widths.size()) {
-            break;
+            return;
         }
         --widths[widest];
-        --sum;
     }
-    return isTooWide;
 }
 
 std::string Aligned(const std::vector<std::string>& cells, const std::vector<size_t>& widths,
@@ -299,6 +299,21 @@ void PrintLine(const std::string& line) {
     Results() << line + '\n';
 }
 
+void PrintProse(std::string text) {
+    const size_t room = Columns(Stream::kResults);
+    while (IsTerminal(Stream::kResults) && Width(text) > room) {
+        const size_t fitting = EndWithin(text, room);
+        if (fitting == 0) {
+            break;  // a wide letter, and one column
+        }
+        const size_t blank = text.rfind(' ', fitting);
+        const bool isBlank = blank != text.npos && blank != 0;
+        PrintLine(text.substr(0, isBlank ? blank : fitting));
+        text.erase(0, isBlank ? blank + 1 : fitting);
+    }
+    PrintLine(text);
+}
+
 void Print(const Table& table) {
     TablePrinter printer(table.title, table.columns);
     for (const std::vector<std::string>& cells : table.rows) {
@@ -348,17 +363,30 @@ std::vector<std::string> TablePrinter::Fitting(std::vector<std::string> cells) c
 
 void TablePrinter::End() {
     static bool isTold = false;
+    static size_t told = 0;
     if (isWaiting_) {
         PrintWaiting();
     }
-    if (isNarrow_ && !isTold) {
+    const size_t needed = isNarrow_ ? WidthOfRow(widths_) : 0;
+    if (needed > Columns(Stream::kResults)) {
+        if (needed > told) {
+            told = needed;
+            PrintMessage(
+                Say("a row takes {} columns of a terminal; behind '| cat' its cells are whole",
+                    needed));
+        }
+    } else if (isNarrow_ && !isTold) {
         isTold = true;
         PrintMessage(Say("cells were cut to fit the terminal; behind '| cat' they are whole"));
     }
 }
 
 void TablePrinter::PrintWaiting() {
-    isNarrow_ = Narrow(widths_, columns_, Columns(Stream::kResults));
+    const size_t room = Columns(Stream::kResults);
+    isNarrow_ = WidthOfRow(widths_) > room;
+    for (const size_t least : {size_t{8}, size_t{4}}) {  // what is left of a text
+        Narrow(widths_, columns_, room, least);
+    }
     for (const std::vector<std::string>& cells : waiting_) {
         const std::string line = Aligned(Fitting(cells), widths_, columns_);
         PrintLine(&cells == &waiting_.front() ? Bold(Stream::kResults, line) : line);

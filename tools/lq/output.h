@@ -52,8 +52,8 @@ Table TableOf(const std::string& title, const std::vector<Column>& columns, cons
 void Print(const Table& table);
 
 // Prints a table row by row. On a terminal the first 1,000 rows are held back until they have given
-// the columns their widths; where these are more than the terminal's, texts are cut. A longer cell
-// of a later row moves what stands behind it, or is cut.
+// the columns their widths; where these are more than the terminal's, texts are cut, to four
+// columns at least. A longer cell of a later row moves what stands behind it, or is cut.
 class TablePrinter {
   public:
     // A title that is empty is left out.
@@ -142,5 +142,8 @@ void PrintText(const std::string& text);
 
 // A line of its own.
 void PrintLine(const std::string& line);
+
+// Sentences, on a terminal broken between words where it ends; in Japanese between letters.
+void PrintProse(std::string text);
 
 }  // namespace lq::tool

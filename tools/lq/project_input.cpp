@@ -188,9 +188,16 @@ void NameFiles(const ProjectFiles& files, Json& document) {
 
 void ThrowNoUnit(const ProjectFiles& files, const host::Project& project, const std::string& name,
                  bool withTypes) {
+    const host::Pou* known = project.GetPou(project.FindAnyPou(DecodeArgument(name)));
+    if (known && known->isStandard) {
+        throw InputError(WholeOf(files),
+                         Say("'{}' is the standard's, and no file declares it", name));
+    }
     Suggestion nearest(name);
     for (const host::Pou& pou : project.Pous()) {
-        nearest.Consider(host::EncodeUtf8(pou.name));
+        if (!pou.isStandard) {
+            nearest.Consider(host::EncodeUtf8(pou.name));
+        }
     }
     for (const host::DataType& type : project.DataTypes()) {
         if (withTypes) {

@@ -50,11 +50,6 @@ bool IsOneOf(View text, const std::array<View, n>& names) {
     return std::ranges::any_of(names, [text](View name) { return IsSame(text, name); });
 }
 
-// Of an edition of the language that the catalogue of types does not have.
-constexpr std::array<View, 9> kOtherTypes = {u"WSTRING", u"CHAR",         u"WCHAR",
-                                             u"LTIME",   u"LDATE",        u"LTOD",
-                                             u"LDT",     u"LTIME_OF_DAY", u"LDATE_AND_TIME"};
-
 // Those that may stand in front of '#' in a constant, as no part of the constants that are read.
 constexpr std::array<View, 17> kTypedPrefixes = {
     u"BOOL", u"SINT",  u"INT",  u"DINT", u"LINT",  u"USINT", u"UINT",   u"UDINT",  u"ULINT",
@@ -152,7 +147,7 @@ FaultWords TypeFaults::Of(View type) {
     if (IsSame(word, u"STRING")) {
         return {Say("the length of '{}' is no number", shown), true};
     }
-    if (IsOneOf(word, kOtherTypes)) {
+    if (host::IsUnsupportedType(word)) {
         return {Say("the type '{}' is not supported", EncodeUtf8(word)), true};
     }
     if (text.find(u"..") != text.npos) {

@@ -66,6 +66,10 @@ std::string ReasonText(const Symbol& symbol) {
             return Say("the structure has no name");
         case Unexpanded::kEmpty:
             return Say("the type '{}' has no members", EncodeUtf8(symbol.unexpandedType));
+        case Unexpanded::kUnsupportedType:
+            return Say("the type '{}' is not supported", EncodeUtf8(symbol.unexpandedType));
+        case Unexpanded::kOnlyBeginning:
+            return Say("it begins at the address; where its members lie is not certain");
     }
     return "";
 }
@@ -87,16 +91,36 @@ Row RowOf(const Symbol& symbol, bool withReason, const std::vector<uint32_t>& us
 
 // -- CSV ------------------------------------------------------------------------------------------
 
+// "12", "1.5", "1.5E-3": what no spreadsheet calculates.
+bool IsNumber(std::string_view text) {
+    const auto takeDigits = [&text] {
+        const size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+        text.remove_prefix(count);
+        return count;
+    };
+    const auto take = [&text](std::string_view any) {
+        const bool isOne = !text.empty() && any.find(text.front()) != any.npos;
+        text.remove_prefix(isOne ? 1 : 0);
+        return isOne;
+    };
+    size_t digits = takeDigits();
+    digits += take(".") ? takeDigits() : 0;
+    if (digits != 0 && take("eE")) {
+        take("+-");
+        digits = takeDigits();
+    }
+    return digits != 0 && text.empty();
+}
+
 // Whether a spreadsheet would take the cell for a formula; the full-width signs count where
-// Japanese is written. A signed number is none.
+// Japanese is written. A number with its sign is none.
 bool IsFormula(std::string_view cell) {
     constexpr std::string_view kBeginnings[] = {"=",  "+",      "-",      "@",      "\t",    "\r",
                                                 "\n", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
     const bool isBegun = std::ranges::any_of(
         kBeginnings, [cell](std::string_view beginning) { return cell.starts_with(beginning); });
     const bool isSigned = cell.starts_with('+') || cell.starts_with('-');
-    return isBegun &&
-           !(isSigned && cell.size() > 1 && cell.find_first_not_of("0123456789.", 1) == cell.npos);
+    return isBegun && !(isSigned && IsNumber(cell.substr(1)));
 }
 
 // RFC 4180: lines end in CR LF, and a cell is quoted where it has to be.

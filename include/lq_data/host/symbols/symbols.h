@@ -12,18 +12,21 @@
 
 namespace lq::host {
 
-// Why a variable that has members, or may have, stands in an expansion as a whole.
+// Why a variable or member that has members, or may have, stands in an expansion as a whole.
 enum class Unexpanded : uint8_t {
     kNone,
     kUnknownType,  // no data type and no function block has the type's name
     kRecursive,    // the type contains itself
     kReference,    // in-out, external, configured or a way to one: another variable's members
     kBounds,  // the array's bounds are not whole numbers in their order, or it has no element type
-    kElements,  // an array of more than kMostElements elements
-    kDepth,     // in more than kMostDepth types and arrays
-    kMembers,   // the variable has had kMostMembers members
-    kNameless,  // a structure without a name
-    kEmpty,     // the type has no members
+    kElements,         // an array of more than kMostElements elements
+    kDepth,            // in more than kMostDepth types and arrays
+    kMembers,          // the variable has had kMostMembers members
+    kNameless,         // a structure without a name
+    kEmpty,            // the type has no members
+    kUnsupportedType,  // of a later edition of the language, or a reference of its form
+    // It has an address, which is not surely its first member's: the members follow.
+    kOnlyBeginning,
 };
 
 inline constexpr std::size_t kMostElements = 1000;
@@ -39,10 +42,10 @@ struct Symbol {
     std::u16string_view
         section;  // as WrittenSection has it; members of structures have the variable's
     std::u16string_view type;  // as it was declared
-    // As it was declared; in VAR_ACCESS the path that the name gives access to. Of a member the one
-    // of its own declaration, and where a located structure
-    // begins and the sizes agree, that of the structure: what follows lies where each target puts
-    // it, and has no address here.
+    // As it was declared; in VAR_ACCESS the path that the name gives access to. In an expansion
+    // certain addresses only: that of its own declaration, where this leaves it to VAR_CONFIG the
+    // one that is given there, and where a located structure begins and the sizes agree, that of
+    // the structure. What follows lies where each target puts it, and has no address here.
     std::u16string_view address;
     // As it was declared. Of a member empty where a variable or type that it is in has a value: it
     // may set the member's.
@@ -65,7 +68,8 @@ struct SymbolOptions {
     bool located = false;  // only what has an address, and the members of such
     // In place of a variable its elementary members: of structures, of function block instances
     // all but what is temporary or external, of arrays of these each element. An array of
-    // elementary types is one member.
+    // elementary types is one member. What has an address that none of its members has here stands
+    // in front of them. Needs memory for each address that VAR_CONFIG gives.
     bool expand = false;
     // By name without regard to case, then by path; by address, first by location, then by size,
     // then by numbers, those without an address last. What is equal stays in the order of the

@@ -24,6 +24,10 @@ LQ_DATA_API std::span<const std::u16string_view> Keywords();
 // "MAX_DINT".
 LQ_DATA_API bool IsStandardFunction(std::u16string_view name);
 
+// Whether the text of a type, in any case, names one of the language that the library has not:
+// "LTIME", "WSTRING(5)", "REFERENCE TO INT".
+LQ_DATA_API bool IsUnsupportedType(std::u16string_view type);
+
 // Whether the word is an instruction of IL, in any case: "LD", "JMPC", "ADD"; those that are
 // keywords of ST, too, are not.
 LQ_DATA_API bool IsInstruction(std::u16string_view name);
