@@ -97,7 +97,7 @@ class CodeWalk {
     UseKind whole_ = UseKind::kRead;
     std::size_t operand_ = 0;  // where what `whole_` is about begins
     bool isIl_ = false;
-    uint32_t line_ = 0;  // of the instruction
+    uint32_t row_ = 0;  // of the instruction
 };
 
 }  // namespace lq::host::uses
