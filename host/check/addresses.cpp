@@ -82,6 +82,7 @@ class Single {
 
   private:
     static std::u16string LastName(u16string_view path) {
+        path = path.substr(0, path.ends_with(u']') ? path.rfind(u'[') : path.npos);
         const std::size_t dot = path.rfind(u'.');
         return Upper(Trim(dot == path.npos ? path : path.substr(dot + 1)));
     }

@@ -32,7 +32,6 @@ class Drawings {
     void CheckBlocks(ID unit, const BodyCode& code);
     void CheckBlock(ID unit, const BodyPiece& piece);
     bool IsToldAsType(ID unit, const BodyPiece& piece);
-    void CheckInstance(ID unit, const BodyPiece& piece, ID block);
     void CheckSteps(ID unit, const BodyCode& code);
     void CheckWires(ID unit, const BodyCode& code);
 
@@ -56,50 +55,13 @@ bool Drawings::IsToldAsType(ID unit, const BodyPiece& piece) {
 }
 
 void Drawings::CheckBlock(ID unit, const BodyPiece& piece) {
-    const ID block = run_.project.FindAnyPou(piece.name);
-    const Pou* pou = run_.project.GetPou(block);
-    if (pou && pou->kind == LQ_KIND_FUNCTION_BLOCK) {
-        CheckInstance(unit, piece, block);
-    } else if (!pou && !IsStandardFunction(piece.name) &&
-               // An instance may stand for its type.
-               run_.types.Members(unit).Find(piece.name) == ID() && !IsToldAsType(unit, piece)) {
+    if (run_.project.FindAnyPou(piece.name) == ID() && !IsStandardFunction(piece.name) &&
+        // An instance may stand for its type.
+        run_.types.Members(unit).Find(piece.name) == ID() && !IsToldAsType(unit, piece)) {
         if (!unknown_.IsTold({}, Upper(piece.name))) {
             unknown_.Tell(ReportAt(run_, 8027, run_.OpenSeverity(), unit, SpotOf(piece),
                                    Say("no unit is called '{}'", Utf8(piece.name))));
         }
-    }
-}
-
-void Drawings::CheckInstance(ID unit, const BodyPiece& piece, ID block) {
-    const std::string type = Utf8(piece.name);
-    const u16string_view name(piece.second);
-    const Spot instanceSpot{piece.second, piece.line, piece.column};
-    if (name.empty()) {
-        ReportAt(run_, 8025, unit, SpotOf(piece),
-                 Say("the block of type '{}' has no instance", type));
-        return;
-    }
-    if (!IsName(name)) {
-        return;  // a member or an element
-    }
-    const ID own = run_.types.Members(unit).Find(name);
-    const ID instance = own != ID() ? own : run_.project.FindGlobal(name);
-    const Declaration* declaration = run_.project.GetDeclaration(instance);
-    if (!declaration) {
-        ReportAt(run_, 8025, run_.OpenSeverity(), unit, instanceSpot,
-                 Say("no instance is called '{}'", Utf8(name)));
-        return;
-    }
-    const TypeInfo& declared = run_.types.Resolved(declaration->type);
-    const bool isOther = declared.kind == TypeInfo::Kind::kBlock
-                             ? declared.object != block
-                             : declared.kind != TypeInfo::Kind::kUnknown &&
-                                   declared.kind != TypeInfo::Kind::kUnchecked;
-    if (isOther) {
-        Finding& finding = ReportAt(run_, 8025, unit, instanceSpot,
-                                    Say("'{}' is of the type '{}', the block of '{}'", Utf8(name),
-                                        Utf8(declaration->type), type));
-        run_.Relate(finding, instance, Say("it is declared here"));
     }
 }
 
@@ -173,16 +135,6 @@ constexpr Check kRows[] = {
      "<pou name='Main' "
      "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
      "name='A' initialStep='true'/><jumpStep localId='2' targetName='A'/></SFC></body></pou>",
-     CheckDrawings},
-    {8025, "block-instance", Severity::kError,
-     Message("A function block in a drawing has an instance of its type"),
-     Message("The body cannot be built"),
-     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
-     "name='TOF'/></type></variable></localVars></interface><body><FBD><block localId='1' "
-     "typeName='TON' instanceName='t'/></FBD></body></pou>",
-     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
-     "name='TON'/></type></variable></localVars></interface><body><FBD><block localId='1' "
-     "typeName='TON' instanceName='t'/></FBD></body></pou>",
      CheckDrawings},
     {8027, "block-unknown", Severity::kError,
      Message("A block in a drawing is a unit, or a function of the standard"),

@@ -10,10 +10,6 @@ namespace {
 
 constexpr uint32_t kNone = 0xFFFFFFFF;
 
-uint64_t BitOf(ID resource) {
-    return uint64_t{1} << std::min<uint32_t>(IndexOf(resource), 63);
-}
-
 bool IsReference(Scope scope) {
     return scope == Scope::kInOut || scope == Scope::kExternal;
 }
@@ -100,7 +96,8 @@ class Groups {
 
 }  // namespace
 
-Graph::Graph(const Project& project, Types& types) : project_(project), types_(types) {
+Graph::Graph(const Project& project, Types& types, uses::Globals& globals)
+    : project_(project), types_(types), globals_(globals) {
     edges_.resize(project.Pous().size() + project.DataTypes().size());
     instances_.resize(edges_.size());
     for (uint32_t i = 0; i < project.Pous().size(); ++i) {
@@ -112,7 +109,7 @@ Graph::Graph(const Project& project, Types& types) : project_(project), types_(t
         AddDeclarations(NodeOf(id), project.DataTypes()[i].members);
         AddType(NodeOf(id), kHolds, project.DataTypes()[i].baseType, {});
     }
-    Spread();
+    AddRoots();
 }
 
 uint32_t Graph::NodeOf(ID object) const {
@@ -148,30 +145,47 @@ bool Graph::HasOneInstance(ID block) const {
     return instances_[NodeOf(block)] == 1;
 }
 
-// Whether an action of the POU has the name, be it one of a chart that is text.
-bool Graph::HasAction(const Pou& pou, Text name) const {
-    return std::ranges::any_of(pou.bodies, [&](const Body& body) {
-        const BodyCode* code = project_.CodeOf(body);
-        return chars::EqualNoCase(body.name, name) ||
-               (code && std::ranges::any_of(code->pieces, [name](const BodyPiece& piece) {
-                    return piece.role == PieceRole::kPart && chars::EqualNoCase(piece.name, name);
-                }));
-    });
+namespace {
+
+// The actions and transitions of a POU, in capitals, those of charts among them.
+std::unordered_set<std::u16string> PartsOf(const Project& project, const Pou& pou) {
+    std::unordered_set<std::u16string> parts;
+    for (const Body& body : pou.bodies) {
+        parts.insert(Upper(body.name));
+        if (const BodyCode* code = project.CodeOf(body)) {
+            for (const BodyPiece& piece : code->pieces) {
+                if (piece.role == PieceRole::kPart) {
+                    parts.insert(Upper(piece.name));
+                }
+            }
+        }
+    }
+    return parts;
 }
+
+}  // namespace
 
 void Graph::AddCalls(uint32_t node, ID unit) {
     const Pou& pou = *project_.GetPou(unit);
+    const std::unordered_set<std::u16string> parts =
+        pou.calls.empty() ? std::unordered_set<std::u16string>() : PartsOf(project_, pou);
     for (const Text name : pou.calls) {
         const ID local = types_.Members(unit).Find(name);
-        const ID variable = local != ID() ? local : project_.FindGlobal(name);
+        if (local == ID() && parts.contains(Upper(name))) {
+            continue;
+        }
+        const uses::GlobalFound global =
+            local == ID() ? globals_.Find(unit, name) : uses::GlobalFound();
+        const ID variable = local != ID() ? local : global.id;
         ID callee;
-        if (variable != ID() && !chars::EqualNoCase(name, pou.name)) {
-            const TypeInfo& type = types_.Resolved(project_.GetDeclaration(variable)->type);
+        if ((variable != ID() || global.shared) && !chars::EqualNoCase(name, pou.name)) {
+            const Declaration* declaration = project_.GetDeclaration(variable);
+            const TypeInfo& type = declaration ? types_.Resolved(declaration->type) : TypeInfo();
             callee = type.kind == TypeInfo::Kind::kBlock ? type.object : ID();
         } else {
             callee = project_.FindAnyPou(name);
             hasUnknownCalls_ = hasUnknownCalls_ || (callee == ID() && !IsStandardFunction(name) &&
-                                                    !IsInstruction(name) && !HasAction(pou, name));
+                                                    !IsInstruction(name));
         }
         if (callee != ID()) {
             edges_[node].push_back({NodeOf(callee), kCalls, {}});
@@ -179,33 +193,24 @@ void Graph::AddCalls(uint32_t node, ID unit) {
     }
 }
 
-uint64_t Graph::SeenBy(ID parent) const {
-    if (SortOf(parent) == Sort::kResource) {
-        return BitOf(parent);
+void Graph::ReplaceCalls(const IdList& units, const std::vector<Call>& calls) {
+    for (const ID unit : units) {
+        std::erase_if(edges_[NodeOf(unit)], [](const Edge& edge) { return edge.way == kCalls; });
     }
-    const Configuration* configuration = project_.GetConfiguration(parent);
-    uint64_t resources = configuration ? 0 : ~uint64_t{0};
-    for (const ID id : project_.Below(parent)) {
-        resources |= configuration ? BitOf(id) : 0;
+    for (const Call& call : calls) {
+        edges_[NodeOf(call.from)].push_back({NodeOf(call.to), kCalls, {}});
     }
-    return resources;
 }
 
-// From the programs that run, and the instances among the globals, to all that they lead to.
-void Graph::Spread() {
-    runBy_.resize(edges_.size());
-    std::vector<uint32_t> pending;
-    const auto enter = [&](uint32_t node, uint64_t resources) {
-        if ((runBy_[node] | resources) != runBy_[node]) {
-            runBy_[node] |= resources;
-            pending.push_back(node);
-        }
-    };
+// Globals of a POU are no roots: something runs that, or nothing.
+void Graph::AddRoots() {
+    isRoot_.resize(edges_.size());
+    for (uint32_t i = 0; i < project_.Pous().size(); ++i) {
+        isRoot_[i] = project_.Pous()[i].kind == LQ_KIND_PROGRAM;
+    }
     for (const ProgramInstance& instance : project_.ProgramInstances()) {
-        const Task* task = project_.GetTask(instance.parent);
-        const ID program = project_.FindPou(instance.typeName);
-        if (program != ID()) {
-            enter(NodeOf(program), BitOf(task ? task->resource : instance.parent));
+        if (const ID program = project_.FindPou(instance.typeName); program != ID()) {
+            isRoot_[NodeOf(program)] = true;
         }
     }
     for (const VariableList& list : project_.VariableLists()) {
@@ -215,16 +220,9 @@ void Graph::Spread() {
         for (const ID id : list.declarations) {
             const TypeInfo& type = types_.Named(project_.GetDeclaration(id)->type);
             if (type.kind == TypeInfo::Kind::kBlock || SortOf(type.object) == Sort::kDataType) {
-                enter(NodeOf(type.object), SeenBy(list.parent));
+                isRoot_[NodeOf(type.object)] = true;
                 instances_[NodeOf(type.object)] += type.kind == TypeInfo::Kind::kBlock ? 1 : 2;
             }
-        }
-    }
-    while (!pending.empty()) {
-        const uint32_t node = pending.back();
-        pending.pop_back();
-        for (const Edge& edge : edges_[node]) {
-            enter(edge.to, runBy_[node]);
         }
     }
 }

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 #include "host/check/type_info.h"
+#include "host/uses/globals.h"
 
 namespace lq::host::check {
 
@@ -28,37 +30,45 @@ class Graph {
     };
     using Cycle = std::vector<Step>;
 
-    Graph(const Project& project, Types& types);
+    Graph(const Project& project, Types& types, uses::Globals& globals);
 
     // A node of a POU or data type.
     uint32_t NodeOf(ID object) const;
     ID ObjectOf(uint32_t node) const;
     const std::vector<Edge>& From(ID object) const { return edges_[NodeOf(object)]; }
 
-    // Which resources run a unit, directly or through others: a bit each; above the 63rd all share
-    // the last one.
-    uint64_t RunBy(ID pou) const { return runBy_[NodeOf(pou)]; }
-    // Which resources see the globals of a list below `parent`; all for those of a POU.
-    uint64_t SeenBy(ID parent) const;
+    // As Globals have it.
+    uint64_t RunBy(ID pou) const { return globals_.RunBy(pou); }
+    uint64_t SeenBy(ID parent) const { return globals_.SeenBy(parent); }
+    // Whether it is a program, or the type of a global.
+    bool IsRoot(ID object) const { return isRoot_[NodeOf(object)]; }
     // Whether one program, or one list of globals, declares the only instance of a function block.
     bool HasOneInstance(ID block) const;
     // Whether something is called that is not known.
     bool HasUnknownCalls() const { return hasUnknownCalls_; }
+
+    // A call as the walk over bodies finds it; what units call by the names that stand in front of
+    // brackets is no longer told then.
+    struct Call {
+        ID from;
+        ID to;
+    };
+    void ReplaceCalls(const IdList& units, const std::vector<Call>& calls);
 
     // A cycle of each group of nodes that reach each other by these ways.
     std::vector<Cycle> Cycles(unsigned ways) const;
 
   private:
     void AddDeclarations(uint32_t node, const IdList& declarations);
-    bool HasAction(const Pou& pou, Text name) const;
     void AddCalls(uint32_t node, ID unit);
     void AddType(uint32_t node, Way way, Text type, ID declaration);
-    void Spread();
+    void AddRoots();
 
     const Project& project_;
     Types& types_;
+    uses::Globals& globals_;
     std::vector<std::vector<Edge>> edges_;
-    std::vector<uint64_t> runBy_;
+    std::vector<bool> isRoot_;
     std::vector<unsigned> instances_;  // declared ones; of an array, or in what has more, two
     bool hasUnknownCalls_ = false;
 };

@@ -77,6 +77,9 @@ LeftOut::LeftOut(const Run& run)
         }
         const std::vector<Beginning>& all = file->second;
         const auto next = std::ranges::upper_bound(all, report.line, {}, &Beginning::line);
+        ofConfigurations_ =
+            ofConfigurations_ || (isText && report.code == kNotKept &&
+                                  SortOf(std::prev(next)->object) == Sort::kConfiguration);
         if (!IsHolder(std::prev(next)->object) ||
             !HoldsNames(run.project, report, std::prev(next)->object)) {
             continue;

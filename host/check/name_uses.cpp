@@ -45,6 +45,12 @@ void NameUses::Take(const Use& use) {
         TakeEnumerator(use);
     }
     isQualified_ = use.object == UseObject::kType;
+    if (use.role == PieceRole::kBlock) {
+        TakeBlock(use);
+    }
+    if (use.kind == UseKind::kCall) {
+        TakeCall(use);
+    }
     if (wantsSpelling_) {
         TakeSpelling(use);
     }
@@ -73,6 +79,89 @@ void NameUses::CheckInstances() {
                         Say("the instance '{}' of '{}' is never called", Utf8(instance.name),
                             Utf8(block.name)));
         }
+    }
+}
+
+// -- Calls and blocks -----------------------------------------------------------------------------
+
+// The function block that a type's text ends with: its own, or that of elements or what is referred
+// to.
+ID NameUses::BlockIn(u16string_view text) const {
+    constexpr int kMostAliases = 64;
+    for (int i = 0; i < kMostAliases; ++i) {
+        const u16string_view name = uses::LastWord(text);
+        const DataType* type = run_.project.GetDataType(run_.project.FindDataType(name));
+        if (!type) {
+            const ID block = run_.project.FindAnyPou(name);
+            const Pou* pou = run_.project.GetPou(block);
+            return pou && pou->kind == LQ_KIND_FUNCTION_BLOCK ? block : ID();
+        }
+        text = type->baseType;
+    }
+    return {};
+}
+
+// What is called: a unit by its name, or the block that an instance is of.
+void NameUses::TakeCall(const Use& use) {
+    const Declaration* declaration =
+        run_.project.GetDeclaration(use.id != ID() ? use.id : use.global);
+    const ID callee = use.object == UseObject::kUnit ? use.id
+                      : declaration                  ? BlockIn(declaration->type)
+                                                     : ID();
+    if (callee == ID() || use.unit == ID() || !use.body) {
+        return;
+    }
+    const uint64_t call = (uint64_t{IndexOf(use.unit)} << 32) | IndexOf(callee);
+    if (knownCalls_.insert(call).second) {
+        calls_.push_back({use.unit, callee});
+    }
+}
+
+// The type of a box comes first, then the path of its instance.
+void NameUses::TakeBlock(const Use& use) {
+    if (use.object == UseObject::kUnit && use.kind != UseKind::kRead) {
+        const Pou* pou = run_.project.GetPou(use.id);
+        const bool isBlock = pou && pou->kind == LQ_KIND_FUNCTION_BLOCK;
+        block_ = isBlock && use.kind == UseKind::kDeclare ? use.id : ID();
+        if (isBlock && use.kind == UseKind::kCall && run_.IsOwn(use.unit)) {
+            ReportAt(run_, 8025, use.unit, SpotOf(use),
+                     Say("the block of type '{}' has no instance", Utf8(use.name)));
+        }
+    } else if (use.kind == UseKind::kCall && block_ != ID()) {
+        CheckBlock(use);
+        block_ = {};
+    }
+}
+
+void NameUses::CheckBlock(const Use& use) {
+    if (!run_.IsOwn(use.unit)) {
+        return;
+    }
+    const std::string name = Utf8(use.name);
+    if (use.object == UseObject::kUnknown) {
+        if (!leftOut_.Of(use.unit) && !leftOut_.MayDeclare()) {
+            ReportAt(run_, 8025, run_.OpenSeverity(), use.unit, SpotOf(use),
+                     Say("no instance is called '{}'", name));
+        }
+        return;
+    }
+    const ID instance = use.id != ID() ? use.id : use.global;
+    const Declaration* declaration = run_.project.GetDeclaration(instance);
+    if (!declaration) {
+        return;  // a member that is not known, or one of several globals
+    }
+    const TypeInfo& whole = run_.types.Resolved(declaration->type);
+    const TypeInfo& declared = use.isElement ? run_.types.Innermost(whole) : whole;
+    const bool isOther = declared.kind == TypeInfo::Kind::kBlock
+                             ? declared.object != block_
+                             : declared.kind != TypeInfo::Kind::kUnknown &&
+                                   declared.kind != TypeInfo::Kind::kUnchecked;
+    if (isOther) {
+        Finding& finding =
+            ReportAt(run_, 8025, use.unit, SpotOf(use),
+                     Say("'{}' is of the type '{}', the block of '{}'", name,
+                         Utf8(declaration->type), Utf8(run_.project.NameOf(block_))));
+        run_.Relate(finding, instance, Say("it is declared here"));
     }
 }
 
@@ -192,6 +281,10 @@ void NameUses::Finish() {
         deeds_[IndexOf(pending_)] |= kCalled;
     }
     CheckInstances();
+    if (run_.project.KeepsCode()) {
+        run_.graph.ReplaceCalls(run_.Owners(), calls_);
+    }
+    CheckCalls(run_);
     if (run_.Wants(2014) && run_.HasResource() && run_.project.KeepsCode() && !leftOut_.Any()) {
         CheckTypes();
     }
@@ -229,6 +322,16 @@ constexpr Check kRows[] = {
      Message("The instance never works, and its outputs keep their first values"),
      "PROGRAM Main\nVAR\n  t : TON;\n  a : BOOL;\nEND_VAR\nt.IN := a;\na := t.Q;\nEND_PROGRAM",
      "PROGRAM Main\nVAR\n  t : TON;\n  a : BOOL;\nEND_VAR\nt(IN := a);\na := t.Q;\nEND_PROGRAM",
+     CheckVariableUses},
+    {8025, "block-instance", Severity::kError,
+     Message("A function block in a drawing has an instance of its type"),
+     Message("The body cannot be built"),
+     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
+     "name='TOF'/></type></variable></localVars></interface><body><FBD><block localId='1' "
+     "typeName='TON' instanceName='t'/></FBD></body></pou>",
+     "<pou name='Main' pouType='program'><interface><localVars><variable name='t'><type><derived "
+     "name='TON'/></type></variable></localVars></interface><body><FBD><block localId='1' "
+     "typeName='TON' instanceName='t'/></FBD></body></pou>",
      CheckVariableUses},
 };
 

@@ -209,7 +209,7 @@ void CheckGlobals(Run& run) {
 
 // A global that the unit sees by its name; null for none.
 ID GlobalSeenBy(Run& run, ID unit, Text name) {
-    const ID global = run.project.FindGlobal(name);
+    const ID global = run.globals.Find(unit, name).id;
     if (global == ID() || !run.IsOwn(global)) {
         return {};
     }

@@ -34,7 +34,8 @@ Run::Run(const Project& checkedProject, const CheckOptions& checkOptions, Store&
     : project(checkedProject),
       options(checkOptions),
       types(checkedProject),
-      graph(checkedProject, types),
+      globals(checkedProject),
+      graph(checkedProject, types, globals),
       store_(store) {
     for (const Check* check : AllChecks()) {
         byCode_.resize(std::max<std::size_t>(byCode_.size(), check->code + std::size_t{1}));

@@ -62,6 +62,7 @@ class Run {
     const Project& project;
     const CheckOptions& options;
     Types types;
+    uses::Globals globals;
     Graph graph;
 
   private:

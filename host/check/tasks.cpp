@@ -28,8 +28,9 @@ void CheckInstance(Run& run, ID id) {
 
 // -- Tasks ----------------------------------------------------------------------------------------
 
-const Declaration* GlobalOf(const Run& run, u16string_view name) {
-    return run.project.GetDeclaration(run.project.FindGlobal(name));
+const Declaration* GlobalOf(Run& run, const Task& task, u16string_view name) {
+    const uses::GlobalFound found = run.globals.Find(task.resource, name);
+    return run.project.GetDeclaration(found.shared ? found.shared->globals.front() : found.id);
 }
 
 bool IsOfType(Run& run, const Declaration& variable, IEC_TYPE type) {
@@ -59,7 +60,7 @@ void CheckInterval(Run& run, ID id, const Task& task) {
         return;
     }
     if (constant.kind == Class::kName) {
-        const Declaration* global = GlobalOf(run, text);
+        const Declaration* global = GlobalOf(run, task, text);
         if (!global) {
             run.Report(
                 7007, run.ClosedSeverity(), id,
@@ -82,7 +83,7 @@ void CheckEvent(Run& run, ID id, const Task& task) {
         return;
     }
     const std::string event = Utf8(task.event);
-    const Declaration* global = GlobalOf(run, task.event);
+    const Declaration* global = GlobalOf(run, task, task.event);
     if (!global) {
         run.Report(7010, run.ClosedSeverity(), id, Say("no global is called '{}'", event));
     } else if (!IsOfType(run, *global, IEC_BOOL)) {

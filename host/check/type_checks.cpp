@@ -176,23 +176,28 @@ class Bounds {
         if (Types::ReadNumber(text, number)) {
             return true;
         }
-        const ID constant = FindVariable(text);
-        const Declaration* declaration = run_.project.GetDeclaration(constant);
+        const Declaration* declaration = run_.project.GetDeclaration(FindVariable(text).id);
         return declaration && declaration->section.constant &&
                Types::ReadNumber(declaration->initValue, number);
     }
 
-    ID FindVariable(u16string_view name) {
+    uses::GlobalFound FindVariable(u16string_view name) {
         const ID owner = run_.HolderOf(object_);
         const ID local = SortOf(owner) == Sort::kPou ? run_.types.Members(owner).Find(name) : ID();
-        return local != ID() ? local : run_.project.FindGlobal(name);
+        const VariableList* list = run_.project.GetVariableList(owner);
+        return local != ID() ? uses::GlobalFound{local}
+                             : run_.globals.Find(list ? list->parent : owner, name);
     }
 
     void CheckBound(u16string_view text) {
         if (!IsName(text) || !run_.Wants(2012)) {
             return;
         }
-        const Declaration* declaration = run_.project.GetDeclaration(FindVariable(text));
+        const uses::GlobalFound found = FindVariable(text);
+        if (found.shared) {
+            return;  // which is meant is not known
+        }
+        const Declaration* declaration = run_.project.GetDeclaration(found.id);
         if (declaration && !declaration->section.constant &&
             declaration->section.scope != Scope::kExternal) {
             run_.Report(2012, object_,

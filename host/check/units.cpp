@@ -5,6 +5,7 @@
 
 #include "host/check/checks.h"
 #include "host/check/left_out.h"
+#include "host/check/name_uses.h"
 #include "host/check/run.h"
 
 namespace lq::host::check {
@@ -43,8 +44,13 @@ bool RunsPrograms(const Run& run) {
     return run.HasResource() && !run.project.ProgramInstances().empty();
 }
 
-void CheckUnits(Run& run) {
-    // What a program that nobody runs leads to is used as soon as that is.
+// What no program leads to. What a program that nobody runs leads to is used as soon as that is.
+void CheckUnused(Run& run) {
+    // What a program uses that stands in a file that is missing is not known, and what a method
+    // does.
+    if (!RunsPrograms(run) || !run.KnowsPrograms() || LeftOut(run).Any()) {
+        return;
+    }
     std::vector<bool> reached(run.project.Pous().size() + run.project.DataTypes().size());
     std::vector<ID> pending;
     const auto enter = [&](ID id) {
@@ -53,10 +59,9 @@ void CheckUnits(Run& run) {
             pending.push_back(id);
         }
     };
-    for (uint32_t i = 0; i < run.project.Pous().size(); ++i) {
-        const ID id = MakeId(Sort::kPou, i);
-        if (run.project.Pous()[i].kind == LQ_KIND_PROGRAM || run.graph.RunBy(id) != 0) {
-            enter(id);
+    for (uint32_t node = 0; node < reached.size(); ++node) {
+        if (run.graph.IsRoot(run.graph.ObjectOf(node))) {
+            enter(run.graph.ObjectOf(node));
         }
     }
     while (!pending.empty()) {
@@ -66,10 +71,15 @@ void CheckUnits(Run& run) {
             enter(run.graph.ObjectOf(edge.to));
         }
     }
+    for (const ID owner : run.Owners()) {
+        if (SortOf(owner) == Sort::kPou && !reached[run.graph.NodeOf(owner)]) {
+            run.Report(6004, owner, Say("no program uses '{}'", Utf8(run.project.NameOf(owner))));
+        }
+    }
+}
+
+void CheckUnits(Run& run) {
     const LeftOut leftOut(run);
-    // What a program uses that stands in a file that is missing is not known, and what a method
-    // does.
-    const bool knowsUses = run.KnowsPrograms() && !leftOut.Any();
     for (const ID owner : run.Owners()) {
         const Pou* pou = run.project.GetPou(owner);
         if (!pou) {
@@ -82,9 +92,6 @@ void CheckUnits(Run& run) {
         if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType &&
             run.options.edition == Edition::kSecond) {
             run.Report(6006, owner, Say("the function '{}' has no type", name));
-        }
-        if (RunsPrograms(run) && knowsUses && !reached[run.graph.NodeOf(owner)]) {
-            run.Report(6004, owner, Say("no program uses '{}'", name));
         }
         if (RunsPrograms(run) && pou->kind == LQ_KIND_PROGRAM && run.graph.RunBy(owner) == 0) {
             run.Report(7012, owner, Say("no resource runs the program '{}'", name));
@@ -99,7 +106,7 @@ constexpr Check kRows[] = {
      "FUNCTION Sum : INT\nVAR_INPUT\n  n : INT;\nEND_VAR\nSum := n + Sum(n := n - "
      "1);\nEND_FUNCTION",
      "FUNCTION Sum : INT\nVAR_INPUT\n  n : INT;\nEND_VAR\nSum := n * (n + 1) / 2;\nEND_FUNCTION",
-     CheckRecursiveCalls},
+     CheckVariableUses},
     {6003, "empty-body", Severity::kNote, Message("A unit has a body"),
      Message("It does nothing as long as it has none"),
      "<pou name='Main' pouType='program'><interface/></pou>",
@@ -116,7 +123,7 @@ constexpr Check kRows[] = {
      "END_PROGRAM\n"
      "CONFIGURATION c\nRESOURCE r\nTASK t(INTERVAL := T#10ms, PRIORITY := 1);\n"
      "PROGRAM p WITH t : Main;\nEND_RESOURCE\nEND_CONFIGURATION",
-     CheckUnits},
+     CheckVariableUses},
     {6006, "no-return-type", Severity::kError,
      Message("A function has a type; not looked for with --edition 3"),
      Message("Its result can be used nowhere"),
@@ -138,6 +145,11 @@ constexpr Check kRows[] = {
 };
 
 }  // namespace
+
+void CheckCalls(Run& run) {
+    CheckRecursiveCalls(run);
+    CheckUnused(run);
+}
 
 Rows UnitRows() {
     return kRows;

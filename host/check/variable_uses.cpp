@@ -91,7 +91,8 @@ void VariableUses::Take(const Use& use) {
     const auto count = [&](ID id) {
         if (const Declaration* declaration = run_.project.GetDeclaration(id)) {
             Count& counted = counts_[IndexOf(id)];
-            counted.own += declaration->owner == use.unit ? 1 : 0;
+            // Paths from outside a unit are uses of its variables, too.
+            counted.own += use.unit == ID() || declaration->owner == use.unit ? 1 : 0;
             counted.reads += isRead ? 1 : 0;
             counted.writes += isWrite ? 1 : 0;
         }
@@ -100,13 +101,16 @@ void VariableUses::Take(const Use& use) {
     if (use.global != use.id) {
         count(use.global);
     }
+    for (const ID global : use.globals) {
+        count(global);
+    }
     if (use.object == UseObject::kResult && isWrite) {
         results_[IndexOf(use.id)] = true;
     }
     if (!run_.IsOwn(use.unit) || use.isInPragma || use.unit == ID()) {
         return;
     }
-    if (use.kind == UseKind::kWrite) {
+    if (use.kind == UseKind::kWrite || use.kind == UseKind::kReadWrite) {
         TakeWrite(use);
     }
     if (use.object == UseObject::kUnknown && use.body) {
@@ -131,11 +135,13 @@ void VariableUses::TakeWrite(const Use& use) {
                          : global                          ? global->address
                          : isHere                          ? own->address
                                                            : u"";
-    const bool isConstant =
-        (isHere && isItself && own->section.constant) || (global && global->section.constant);
-    const bool isInput = isHere && isItself && own->section.scope == Scope::kInput &&
+    const bool isConstant = (isHere && isItself && own->section.constant) ||
+                            (global && global->section.constant) ||
+                            use.object == UseObject::kEnumerator;
+    const bool isSet = use.kind == UseKind::kWrite;  // and not handed to what may do so
+    const bool isInput = isSet && isHere && isItself && own->section.scope == Scope::kInput &&
                          !CallsItself(use.unit);  // which may name it as a parameter
-    const bool isProcessInput = Upper(u16string_view(address).substr(0, 2)) == u"%I";
+    const bool isProcessInput = isSet && Upper(u16string_view(address).substr(0, 2)) == u"%I";
     if (!isConstant && !isInput && !isProcessInput) {
         return;
     }
@@ -319,26 +325,33 @@ void VariableUses::CheckVariable(ID id, const Declaration& declaration) {
     }
 }
 
-// An external is a use.
+// An external is a use, unless it is told to be none.
 void VariableUses::CheckGlobals() {
-    if (!run_.Wants(8005) || !run_.HasResource() || leftOut_.Any()) {
+    if (!run_.Wants(8005) || !run_.HasResource() || leftOut_.Any() || leftOut_.OfConfigurations()) {
         return;
     }
-    std::unordered_set<uint32_t> named;
-    for (const Declaration& declaration : run_.project.Declarations()) {
-        if (declaration.section.scope == Scope::kExternal) {
-            named.insert(run_.project.FindGlobal(declaration.name).GetNumber());
+    std::vector<bool> isNamed(counts_.size());
+    for (uint32_t i = 0; i < counts_.size(); ++i) {
+        const Declaration& external = run_.project.Declarations()[i];
+        const Pou* pou = run_.project.GetPou(external.owner);
+        if (external.section.scope != Scope::kExternal || !pou ||
+            (counts_[i].own == 0 && run_.IsOwn(external.owner) && HasCode(*pou))) {
+            continue;
+        }
+        const uses::GlobalFound global = run_.globals.Find(external.owner, external.name);
+        for (const ID id : global.shared ? global.shared->globals : IdList{global.id}) {
+            if (run_.project.GetDeclaration(id)) {
+                isNamed[IndexOf(id)] = true;
+            }
         }
     }
     for (const ID owner : run_.Owners()) {
         const VariableList* list = run_.project.GetVariableList(owner);
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
-            // Resources may have one each: a use tells of the first.
-            const ID first = run_.project.FindGlobal(declaration.name);
-            const Count& count = counts_[IndexOf(first)];
-            if (count.reads + count.writes == 0 && !named.contains(first.GetNumber()) &&
-                !*declaration.address && IsKnown(declaration)) {
+            const Count& count = counts_[IndexOf(id)];
+            if (count.reads + count.writes == 0 && !isNamed[IndexOf(id)] && !*declaration.address &&
+                IsKnown(declaration)) {
                 run_.ReportName(8005, id, Message("'{}' is never used"));
             }
         }

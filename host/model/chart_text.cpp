@@ -25,10 +25,6 @@ class ChartText {
                 TakeStep(PieceRole::kStep);
             } else if (TakeWord(u"TRANSITION")) {
                 TakeTransition();
-            } else if (TakeWord(u"ACTION")) {
-                TakeName(PieceRole::kPart);
-                TakeOperator(OP_COLON);
-                TakeCode(PieceRole::kSt, u"END_ACTION");
             } else {
                 ++at_;
             }
@@ -70,15 +66,6 @@ class ChartText {
         Add(role).name = tokens_[at_].text;
         ++at_;
         return true;
-    }
-
-    void TakeCode(PieceRole role, const char16_t* end) {
-        if (at_ < tokens_.size()) {
-            Add(role);
-        }
-        while (at_ < tokens_.size() && !TakeWord(end)) {
-            code_.tokens.push_back(tokens_[at_++]);
-        }
     }
 
     // "Name: Action(N, Indicator); END_STEP"
@@ -126,7 +113,12 @@ class ChartText {
         }
         const PieceRole role = IsOperator(OP_COLON) ? PieceRole::kIl : PieceRole::kSt;
         at_ += IsOperator(OP_ASSIGN) || IsOperator(OP_COLON) ? 1 : 0;
-        TakeCode(role, u"END_TRANSITION");
+        if (at_ < tokens_.size()) {
+            Add(role);
+        }
+        while (at_ < tokens_.size() && !TakeWord(u"END_TRANSITION")) {
+            code_.tokens.push_back(tokens_[at_++]);
+        }
     }
 
     BodyCode& code_;

@@ -104,6 +104,7 @@ constexpr struct {
     {"reference", "action", "name", PieceRole::kAction, false},
     {"action", "actionBlock", "indicator", PieceRole::kIndicator, true},
     {"action", "actionBlock", "duration", PieceRole::kDuration, true},
+    {"inline", "", "name", PieceRole::kPart, false},
 };
 
 // The expressions of a drawing, by the elements that they stand in.
@@ -115,6 +116,8 @@ constexpr struct {
     {"expression", "inVariable", PieceRole::kIn},
     {"expression", "outVariable", PieceRole::kOut},
     {"expression", "inOutVariable", PieceRole::kInOut},
+    {"expression", "connectionPointIn", PieceRole::kIn},  // in the place of a wire
+    {"expression", "connectionPointOut", PieceRole::kOut},
     {"variable", "contact", PieceRole::kContact},
     {"variable", "coil", PieceRole::kCoil},
 };
@@ -213,7 +216,11 @@ class BodyReader {
         for (const auto& row : kExpressions) {
             if (row.element == element.Name() && row.parent == element.parent->Name() &&
                 (row.element == "expression" || context_.project.KeepsCode())) {
-                const BodyPiece piece = PieceOf(element, *element.parent, row.role);
+                BodyPiece piece = PieceOf(element, *element.parent, row.role);
+                const Element* const holder = element.parent->parent;
+                if (holder && holder->parent && holder->parent->Name() == "inOutVariables") {
+                    piece.role = PieceRole::kInOut;
+                }
                 ReadText(element, Language::kSt, &piece);
                 return true;
             }
@@ -240,8 +247,28 @@ class BodyReader {
             }
             piece.name = context_.Intern(value);
             piece.second = context_.Intern(Trim(element.Attribute("instanceName")));
-            CodeReader(context_.project, Language::kSt, pou_, body_).BeginPiece(piece);
+            const std::string_view path =
+                row.role == PieceRole::kBlock ? Trim(element.Attribute("instanceName")) : value;
+            const bool isPath =
+                (row.role == PieceRole::kBlock || row.role == PieceRole::kTransition ||
+                 row.role == PieceRole::kAction) &&
+                IsPath(path);
+            if (isPath) {
+                const Code code{std::string(path), {{0, element.line, element.column}}};
+                ReadCode(context_, code, Language::kSt, pou_, body_, &piece);
+            } else {
+                CodeReader(context_.project, Language::kSt, pou_, body_).BeginPiece(piece);
+            }
         }
+    }
+
+    // More than a name: a member, an element, an address or a constant.
+    static bool IsPath(std::string_view text) {
+        const auto is = [text](std::string_view word) {
+            return text.size() == word.size() &&
+                   std::ranges::equal(text, word, {}, [](char c) { return c & ~0x20; });
+        };
+        return text.find_first_of(".[%^#(") != text.npos || is("TRUE") || is("FALSE");
     }
 
     static uint32_t NumberOf(std::string_view text) {

@@ -186,8 +186,11 @@ void Cursor::PassForeign(const Foreign& foreign) {
              isString ? Say("a string is not closed on its line")
                       : Say("a pragma is not closed: it was read to the end of its line"));
     }
-    if (passed.kind == Foreign::kPragma && keepsPragmas_) {
-        pragmas_.emplace_back(begin, passed.end);
+    if (passed.kind == Foreign::kPragma) {
+        lastPragma_ = begin;
+        if (keepsPragmas_) {
+            pragmas_.emplace_back(begin, passed.end);
+        }
     }
     if (passed.kind == Foreign::kPragma && !comments_.empty() &&
         comments_.back().reach + 1 >= begin.line) {

@@ -113,6 +113,8 @@ class Cursor {
     const std::vector<std::pair<Spot, uint32_t>>& Pragmas() const { return pragmas_; }
     void KeepPragmas() { keepsPragmas_ = true; }
     void ForgetPragmas(uint32_t before);  // those that begin before that position
+    // Of the one that was passed last, kept or not.
+    const Spot& LastPragma() const { return lastPragma_; }
 
     // How many strings are open at the end of their line, so far.
     uint32_t OpenStrings() const { return openStrings_; }
@@ -158,6 +160,7 @@ class Cursor {
     std::vector<Comment> comments_;  // the last ones
     uint32_t openStrings_ = 0;
     std::optional<Spot> openComment_;
+    Spot lastPragma_;
     bool keepsPragmas_ = false;
     std::vector<std::pair<Spot, uint32_t>> pragmas_;
 };

@@ -53,13 +53,13 @@ class DeclarationReader {
             return;
         }
         std::u16string address;
-        if (!TakeAddress(address) || !cursor_.Peek().Is(OP_COLON)) {
+        if ((Is(Scope::kConfig) && path_.empty()) || !TakeAddress(address) ||
+            !cursor_.Peek().Is(OP_COLON)) {
             Refuse();
             PassDeclaration(context_);
             return;
         }
         cursor_.Take();
-        path_.clear();
         if (Is(Scope::kAccess) && !TakePath()) {
             Refuse();
             PassDeclaration(context_);
@@ -83,13 +83,29 @@ class DeclarationReader {
 
     void TakeNames() {
         names_.push_back(cursor_.Take());
-        while (Is(Scope::kConfig) && cursor_.Peek().Is(OP_DOT)) {  // the path of an instance
-            cursor_.Take();
-            names_.back().end = cursor_.Take().end;
+        if (Is(Scope::kConfig)) {
+            TakeInstancePath();
         }
         while (cursor_.Peek().Is(OP_COMMA) && cursor_.IsName(cursor_.Peek(1))) {
             cursor_.Take();
             names_.push_back(cursor_.Take());
+        }
+    }
+
+    // "resource.program.blocks[1].x", behind the first name; without a path when it is broken.
+    void TakeInstancePath() {
+        path_ = cursor_.TextOf(names_.back());
+        for (bool isInIndex = false;;) {
+            const Piece next = cursor_.Peek();
+            const bool isPart =
+                isInIndex || cursor_.Last().Is(OP_DOT) || next.Is(OP_DOT) || next.Is(OP_LBRACKET);
+            if (!isPart || next.Is(OP_COLON) || next.Is(OP_SEMICOLON) || IsAtBoundary(context_)) {
+                names_.back().end = cursor_.Last().end;
+                path_.resize(isInIndex ? 0 : path_.size());
+                return;
+            }
+            isInIndex = (isInIndex || next.Is(OP_LBRACKET)) && !next.Is(OP_RBRACKET);
+            path_ += cursor_.TextOf(cursor_.Take());
         }
     }
 
@@ -120,6 +136,7 @@ class DeclarationReader {
 
     // "resource.%IX0.0 :", what a name gives access to.
     bool TakePath() {
+        path_.clear();
         while (!cursor_.Peek().Is(OP_COLON)) {
             if (cursor_.Peek().Is(OP_SEMICOLON) || IsAtBoundary(context_)) {
                 return false;
@@ -211,7 +228,8 @@ class DeclarationReader {
         }
         const bool isGlobal = holder_.section.scope == Scope::kGlobal;
         for (const Piece& piece : names_) {
-            const std::u16string_view name = cursor_.TextOf(piece);
+            const bool isPath = Is(Scope::kConfig) && &piece == names_.data();
+            const std::u16string_view name = isPath ? path_ : cursor_.TextOf(piece);
             declaration.name = isGlobal ? project.Store(name) : project.Intern(name);
             declaration.line = piece.spot.line;
             declaration.column = cursor_.ColumnOf(piece.spot);
@@ -256,8 +274,8 @@ class DeclarationReader {
     std::vector<Piece>& names_;
     Piece first_;
     Spec spec_;               // of the declaration that is read; here for its memory
-    std::u16string path_;     // of VAR_ACCESS
-    unsigned direction_ = 0;  // likewise
+    std::u16string path_;     // of VAR_ACCESS or VAR_CONFIG
+    unsigned direction_ = 0;  // of VAR_ACCESS
     uint32_t openStrings_ = 0;
 };
 

@@ -101,6 +101,8 @@ void LeaveSection(Context& context, const char* why);
 void ReadTypes(Context& context);
 void ReadUnit(Context& context);
 void ReadConfiguration(Context& context);
+// What the body that begins here is written in.
+Language LanguageHere(Context& context);
 // METHOD, PROPERTY, CLASS, INTERFACE and TEST, with all that they hold.
 void LeaveOut(Context& context);
 

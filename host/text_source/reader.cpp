@@ -91,13 +91,14 @@ class Reader {
 
     // What a namespace holds is read, under its plain name.
     void OpenNamespace() {
-        const Piece piece = cursor_.Take();
-        const std::string name = Quoted(context_, cursor_.Take());
-        cursor_.Warn(piece, kNotKept, Say("what namespace '{}' holds was read without it", name));
+        const Piece word = cursor_.Take();
+        Piece name = cursor_.Take();
         while (cursor_.Peek().Is(OP_DOT)) {
             cursor_.Take();
-            cursor_.Take();
+            name.end = cursor_.Take().end;
         }
+        cursor_.Warn(word, kNotKept,
+                     Say("what namespace '{}' holds was read without it", Quoted(context_, name)));
         ++namespaces_;
     }
 

@@ -1,14 +1,12 @@
 // Units: their headers, their sections, and their bodies.
 
-#include <algorithm>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "host/model/code_reader.h"
 #include "host/text_source/parts.h"
-#include "lq_data/detail/chars.h"
 #include "lq_data/host/text/utf.h"
-#include "lq_data/host/words/words.h"
 
 namespace lq::host::text_source {
 
@@ -18,43 +16,6 @@ LQ_OBJECT_KIND KindOf(Word word) {
     return word == Word::kFunction        ? LQ_KIND_FUNCTION
            : word == Word::kFunctionBlock ? LQ_KIND_FUNCTION_BLOCK
                                           : LQ_KIND_PROGRAM;
-}
-
-bool BeginsStatement(std::u16string_view name) {
-    constexpr std::u16string_view kWords[] = {u"CASE", u"CONTINUE", u"EXIT",   u"FOR",  u"GOTO",
-                                              u"IF",   u"REPEAT",   u"RETURN", u"WHILE"};
-    return std::ranges::any_of(kWords, [name](std::u16string_view word) {
-        return name.size() == word.size() &&
-               chars::CompareNoCase(name.data(), word.data(), word.size()) == 0;
-    });
-}
-
-// What the body that begins here is written in.
-Language LanguageHere(Context& context) {
-    Cursor& cursor = context.cursor;
-    const Word word = cursor.Peek().word;
-    if (word == Word::kInitialStep || word == Word::kStep || word == Word::kTransition ||
-        word == Word::kAction) {
-        return Language::kSfc;
-    }
-    const std::size_t at =
-        cursor.Peek().kind == TK_IDENTIFIER && cursor.Peek(1).Is(OP_COLON) ? 2 : 0;
-    const Piece instruction = cursor.Peek(at);
-    const Piece operand = cursor.Peek(at + 1);
-    if (instruction.kind != TK_IDENTIFIER) {
-        return instruction.Is(OP_AMPERSAND) ? Language::kIl : Language::kSt;
-    }
-    const std::u16string_view name = cursor.TextOf(instruction);
-    if (operand.isFirst || operand.IsEnd()) {
-        return IsInstruction(name) ? Language::kIl : Language::kSt;
-    }
-    // A function is one, too, where its operands follow without brackets; and a name of which
-    // nothing else is known, where its line ends behind one operand, as no statement does.
-    const Piece next = cursor.Peek(at + 2);
-    const bool isIl =
-        operand.kind != TK_OPERATOR && (IsInstruction(name) || IsStandardFunction(name) ||
-                                        (next.isFirst && !BeginsStatement(name)));
-    return isIl ? Language::kIl : Language::kSt;
 }
 
 class UnitReader {
@@ -95,6 +56,12 @@ class UnitReader {
     }
 
   private:
+    // The unit's own body, or an action.
+    struct Part {
+        Body body;
+        std::optional<CodeReader> reader;  // once its code has begun
+    };
+
     // "EXTENDS a", "IMPLEMENTS a, b".
     void TakeParents() {
         while (cursor_.Peek().word == Word::kExtends || cursor_.Peek().word == Word::kImplements) {
@@ -135,12 +102,12 @@ class UnitReader {
 
     void ReadParts() {
         for (;;) {
-            for (Piece piece; reader_ && cursor_.TakePlain(piece);) {
+            for (Piece piece; open_->reader && cursor_.TakePlain(piece);) {
                 ReadToken(piece);
             }
             const Piece next = cursor_.Peek();
             if (next.IsEnd()) {
-                EndBody();
+                EndBodies();
                 return;
             }
             if (next.word != Word::kNone && ReadPart(next.word)) {
@@ -162,6 +129,21 @@ class UnitReader {
             End(word);
             return true;
         }
+        if (word == Word::kAction && IsAction()) {
+            BeginAction();
+            return true;
+        }
+        if (word == Word::kEndAction && IsInAction()) {
+            EndAction();
+            cursor_.Take();
+            cursor_.ForgetPragmas(cursor_.Last().end);
+            return true;
+        }
+        if (word == Word::kUsing && !hasCode_ && cursor_.IsName(cursor_.Peek(1))) {
+            cursor_.Take();
+            PassDeclaration(context_);
+            return true;
+        }
         if (!IsAtHeader(context_)) {
             return false;
         }
@@ -169,7 +151,7 @@ class UnitReader {
             LeaveOut(context_);
             return true;
         }
-        EndBody();
+        EndBodies();
         isOver_ = true;
         WarnMissing(context_, cursor_.Peek().spot, Spelled(EndOf(word_.word)));
         return true;
@@ -177,7 +159,7 @@ class UnitReader {
 
     bool ReadUnitSection() {
         const Word word = cursor_.Peek().word;
-        if (reader_) {
+        if (hasCode_) {
             if (!cursor_.Peek().isFirst) {
                 return false;
             }
@@ -191,7 +173,7 @@ class UnitReader {
     }
 
     void End(Word word) {
-        EndBody();
+        EndBodies();
         const Piece end = cursor_.Take();
         isOver_ = true;
         if (word != EndOf(word_.word)) {
@@ -202,20 +184,74 @@ class UnitReader {
     }
 
     void ReadCode() {
-        if (!reader_) {
+        if (!open_->reader) {
             cursor_.ForgetPragmas(cursor_.Last().end);
-            body_.language = LanguageHere(context_);
-            body_.line = cursor_.Peek().spot.line;
-            body_.column = cursor_.ColumnOf(cursor_.Peek().spot);
-            reader_.emplace(project_, body_.language, *project_.EditPou(pou_), body_);
+            Begin(*open_, LanguageHere(context_), cursor_.Peek().spot);
         }
         ReadToken(cursor_.Take());
     }
 
+    void Place(Body& body, Language language, const Spot& spot) {
+        hasCode_ = true;
+        body.language = language;
+        body.line = spot.line;
+        body.column = cursor_.ColumnOf(spot);
+    }
+
+    void Begin(Part& part, Language language, const Spot& spot) {
+        Place(part.body, language, spot);
+        part.reader.emplace(project_, language, *project_.EditPou(pou_), part.body);
+    }
+
+    bool IsInAction() const { return open_ == &action_; }
+
+    // "ACTION name:", where a statement can begin; in a chart also without the sign.
+    bool IsAction() {
+        if (!cursor_.IsName(cursor_.Peek(1))) {
+            return false;
+        }
+        const bool isCode = IsInAction() || (own_.reader && own_.body.language != Language::kSfc);
+        const bool isBegin = cursor_.Peek().isFirst || cursor_.Last().Is(OP_SEMICOLON) ||
+                             cursor_.Last().word == Word::kEndAction;
+        return !isCode || (isBegin && cursor_.Peek(2).Is(OP_COLON));
+    }
+
+    void BeginAction() {
+        if (IsInAction()) {
+            EndActionEarly();
+        } else if (own_.reader) {
+            TakePragmas(own_);
+        }
+        cursor_.Take();
+        const Piece name = cursor_.Take();
+        action_.body = {};
+        action_.body.name = project_.Intern(cursor_.TextOf(name));
+        Place(action_.body, Language::kSt, name.spot);
+        if (cursor_.Peek().Is(OP_COLON)) {
+            cursor_.Take();
+        }
+        cursor_.ForgetPragmas(cursor_.Last().end);
+        open_ = &action_;
+    }
+
+    void EndActionEarly() {
+        WarnMissing(context_, cursor_.Peek().spot, Spelled(Word::kEndAction));
+        EndAction();
+    }
+
+    void EndAction() {
+        if (!action_.reader && !cursor_.Pragmas().empty()) {
+            Begin(action_, Language::kSt, cursor_.Pragmas().front().first);
+        }
+        EndPart(action_);
+        project_.EditPou(pou_)->bodies.push_back(std::move(action_.body));
+        open_ = &own_;
+    }
+
     void ReadToken(const Piece& piece) {
         const bool needsColumn = piece.kind == TK_IDENTIFIER || project_.KeepsCode();
-        reader_->Take({piece.kind, piece.operation, CodeOf(piece), piece.spot.line,
-                       needsColumn ? cursor_.ColumnOf(piece.spot) : 0});
+        open_->reader->Take({piece.kind, piece.operation, CodeOf(piece), piece.spot.line,
+                             needsColumn ? cursor_.ColumnOf(piece.spot) : 0});
     }
 
     // As it stands; of strings blanks for what is in them.
@@ -231,19 +267,36 @@ class UnitReader {
         return string_ += text.back();
     }
 
-    void TakePragmas() {
+    void TakePragmas(Part& part) {
         for (const auto& [spot, end] : cursor_.Pragmas()) {
-            reader_->TakePragma(cursor_.TextBetween(spot.at, end), spot.line,
-                                cursor_.ColumnOf(spot));
+            part.reader->TakePragma(cursor_.TextBetween(spot.at, end), spot.line,
+                                    cursor_.ColumnOf(spot));
         }
         cursor_.ForgetPragmas(cursor_.Last().end);
     }
 
-    void EndBody() {
-        if (reader_) {
-            reader_->EndLine();
-            TakePragmas();
-            project_.EditPou(pou_)->bodies.push_back(std::move(body_));
+    void EndPart(Part& part) {
+        if (part.reader) {
+            part.reader->EndLine();
+            TakePragmas(part);
+            part.reader.reset();
+        }
+    }
+
+    // The unit's own comes first. One that is nothing but pragmas is written elsewhere.
+    void EndBodies() {
+        if (IsInAction()) {
+            EndActionEarly();
+        }
+        const Spot pragma = cursor_.LastPragma();
+        if (!hasCode_ && pragma.at >= cursor_.Last().end && pragma.at < cursor_.Peek().spot.at) {
+            cursor_.ForgetPragmas(cursor_.Last().end);
+            Begin(own_, Language::kSt, pragma);
+        }
+        if (own_.reader) {
+            EndPart(own_);
+            std::vector<Body>& bodies = project_.EditPou(pou_)->bodies;
+            bodies.insert(bodies.begin(), std::move(own_.body));
         }
     }
 
@@ -256,9 +309,11 @@ class UnitReader {
     Piece name_;
     ID pou_;
     EnoPair eno_;
-    Body body_;
-    std::u16string string_;             // a token's code
-    std::optional<CodeReader> reader_;  // once the body has begun
+    Part own_;
+    Part action_;  // the one that is read
+    Part* open_ = &own_;
+    std::u16string string_;  // a token's code
+    bool hasCode_ = false;   // any part of the unit has begun
     bool isOver_ = false;
 };
 

@@ -95,8 +95,9 @@ constexpr std::u16string_view kWords[] = {
     u"INITIAL_STEP",
     u"TRANSITION",
     u"ACTION",
+    u"END_ACTION",
 };
-static_assert(std::size(kWords) == static_cast<std::size_t>(Word::kAction) + 1);
+static_assert(std::size(kWords) == static_cast<std::size_t>(Word::kEndAction) + 1);
 
 constexpr TypeWord kTypes[] = {
     {},

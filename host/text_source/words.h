@@ -108,6 +108,7 @@ enum class Word : uint8_t {
     kInitialStep,
     kTransition,
     kAction,
+    kEndAction,
 };
 
 constexpr bool IsBetween(Word word, Word first, Word last) {

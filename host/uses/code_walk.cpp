@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
-#include <string>
 
 #include "lq_data/detail/chars.h"
 #include "lq_data/host/words/words.h"
@@ -12,10 +10,6 @@
 namespace lq::host::uses {
 
 namespace {
-
-bool Equal(u16string_view a, u16string_view b) {
-    return a.size() == b.size() && chars::CompareNoCase(a.data(), b.data(), a.size()) == 0;
-}
 
 // Words of statements beside the keywords, where no variable has the name.
 constexpr u16string_view kWords[] = {u"AND_THEN", u"CONTINUE", u"GOTO",  u"JMP",
@@ -77,8 +71,22 @@ const Instruction* InstructionNamed(u16string_view name) {
     return row == std::end(kInstructions) ? nullptr : row;
 }
 
+std::u16string Capitals(u16string_view name) {
+    std::u16string capitals(name);
+    std::ranges::transform(capitals, capitals.begin(), chars::ToUpper);
+    return capitals;
+}
+
 bool IsOneOf(std::span<const u16string_view> words, u16string_view name) {
     return std::ranges::any_of(words, [name](u16string_view word) { return Equal(word, name); });
+}
+
+// What literals begin with beside the words that no identifier may be.
+bool IsLiteralPrefix(u16string_view word) {
+    constexpr u16string_view kPrefixes[] = {
+        u"D",    u"T",    u"DT",    u"TOD",   u"LD",    u"LT",           u"LDT",           u"LTOD",
+        u"CHAR", u"DATE", u"LDATE", u"LTIME", u"WCHAR", u"LTIME_OF_DAY", u"LDATE_AND_TIME"};
+    return IsOneOf(kPrefixes, word);
 }
 
 // The functions that write to what they are given, or look at something but its value.
@@ -101,7 +109,7 @@ Meaning CodeWalk::Resolve(u16string_view name) const {
     if (parts_.Find(HashOfName(name), [name](Text part) { return Equal(part, name); })) {
         return {UseObject::kPart, {}, {}};
     }
-    if (const Meaning other = names_.OfProject(name)) {
+    if (const Meaning other = names_.OfProject(unit_, name)) {
         return other;
     }
     return IsStandardFunction(name) ? Meaning{UseObject::kFunction, {}, {}} : Meaning{};
@@ -112,11 +120,13 @@ void CodeWalk::Tell(const BodyToken& token, const Meaning& meaning, UseKind kind
            .kind = kind,
            .id = meaning.id,
            .global = meaning.global,
+           .globals = meaning.Globals(),
            .name = token.text,
            .unit = unit_,
            .body = body_,
            .role = role_,
            .isInPragma = isInPragma,
+           .isElement = isElement_,
            .line = token.line,
            .column = token.column,
            .where = unit_});
@@ -157,6 +167,8 @@ void CodeWalk::Begin(std::span<const BodyToken> tokens) {
     open_.clear();
     awaited_.clear();
     members_.clear();
+    statements_.clear();
+    jumps_.reset();
     closing_.assign(tokens.size(), 0);
     std::vector<std::size_t> square;
     for (std::size_t at = 0; at < tokens.size(); ++at) {
@@ -249,9 +261,9 @@ UseKind CodeWalk::KindOfParameter(ID parameter, bool isOutput) const {
         return isOutput ? UseKind::kWrite : UseKind::kUnknown;
     }
     const Scope scope = declaration->section.scope;
-    return scope == Scope::kInOut                ? UseKind::kReadWrite
-           : isOutput || scope == Scope::kOutput ? UseKind::kWrite
-                                                 : UseKind::kRead;
+    return scope == Scope::kInOut && !declaration->section.constant ? UseKind::kReadWrite
+           : isOutput || scope == Scope::kOutput                    ? UseKind::kWrite
+                                                                    : UseKind::kRead;
 }
 
 UseKind CodeWalk::KindOfPosition(const Open& call) {
@@ -259,7 +271,7 @@ UseKind CodeWalk::KindOfPosition(const Open& call) {
         return call.isFunction ? UseKind::kRead : UseKind::kUnknown;
     }
     const IdList& parameters = names_.ParametersOf(call.callee);
-    return call.position < parameters.size() ? KindOfParameter(parameters[call.position], false)
+    return call.position < parameters.size() ? KindOfParameter(parameters[call.position])
                                              : UseKind::kUnknown;
 }
 
@@ -315,6 +327,7 @@ void CodeWalk::TakeName(std::size_t& at) {
             return;
         }
     } else if (!isOwn && (!IsIdentifier(token.text) || IsOneOf(kWords, name))) {
+        TakeWord(name);
         ++at;
         return;
     }
@@ -323,7 +336,8 @@ void CodeWalk::TakeName(std::size_t& at) {
     if (Is(path.end, OP_LPAREN)) {
         awaited_.push_back(CallOf(path.meanings.back(), last.text, path.end));
         TellPath(path, UseKind::kCall);
-    } else if (!path.meanings.front() && path.places.size() == 1 && Is(path.end, OP_COLON)) {
+    } else if (!path.meanings.front() && path.places.size() == 1 && Is(path.end, OP_COLON) &&
+               !IsCaseLabel(at)) {
         // A label of dialects of ST.
     } else {
         const UseKind kind = KindOf(at, path.end);
@@ -336,6 +350,32 @@ void CodeWalk::TakeName(std::size_t& at) {
         TellPath(path, kind);
     }
     ++at;
+}
+
+// Whether the name in front of a colon is a value of CASE, and no label that is jumped to.
+bool CodeWalk::IsCaseLabel(std::size_t at) {
+    if (isIl_ || statements_.empty() || !statements_.back()) {
+        return false;
+    }
+    if (!jumps_) {
+        jumps_.emplace();
+        for (std::size_t i = 0; i + 1 < tokens_.size(); ++i) {
+            if (IsName(i) && IsName(i + 1) && IsOneOf(kJumpWords, tokens_[i].text)) {
+                jumps_->insert(Capitals(tokens_[i + 1].text));
+            }
+        }
+    }
+    return Is(at - 1, OP_COMMA) || !jumps_->contains(Capitals(tokens_[at].text));
+}
+
+// What opens and closes statements: a colon means something else in CASE.
+void CodeWalk::TakeWord(u16string_view word) {
+    constexpr u16string_view kOpening[] = {u"CASE", u"FOR", u"IF", u"REPEAT", u"WHILE"};
+    if (IsOneOf(kOpening, word)) {
+        statements_.push_back(Equal(word, kOpening[0]));
+    } else if (!statements_.empty() && word.size() > 4 && Equal(word.substr(0, 4), u"END_")) {
+        statements_.pop_back();
+    }
 }
 
 const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
@@ -388,11 +428,13 @@ void CodeWalk::TellPath(const Path& path, UseKind kind) {
         const bool isPrefix =
             i + 1 < count && (kind == UseKind::kCall || object == UseObject::kUnit ||
                               object == UseObject::kType || object == UseObject::kList);
-        return i < path.pointed || isPrefix ? UseKind::kRead : kind;
+        const bool isCalled =
+            i + 1 == count && kind == UseKind::kCall;  // "p^()" calls by a pointer
+        return !isCalled && (i < path.pointed || isPrefix) ? UseKind::kRead : kind;
     };
     const std::size_t index = std::min(path.indexed, count);
     for (std::size_t i = 0; i < index; ++i) {
-        Tell(tokens_[path.places[i]], path.meanings[i], kindOf(i));
+        TellAt(path.places[i], path.meanings[i], kindOf(i));
     }
     for (std::size_t i = count; i-- > index;) {
         members_.push_back({path.places[i], path.meanings[i], kindOf(i)});
@@ -403,8 +445,14 @@ void CodeWalk::TellAwaited(std::size_t at) {
     while (!members_.empty() && members_.back().at <= at) {
         const Awaited member = members_.back();
         members_.pop_back();
-        Tell(tokens_[member.at], member.meaning, member.kind);
+        TellAt(member.at, member.meaning, member.kind);
     }
+}
+
+void CodeWalk::TellAt(std::size_t at, const Meaning& meaning, UseKind kind) {
+    isElement_ = Is(at + 1, OP_LBRACKET);
+    Tell(tokens_[at], meaning, kind);
+    isElement_ = false;
 }
 
 // What is done with the variable between `at` and `end`.
@@ -429,14 +477,18 @@ UseKind CodeWalk::KindOf(std::size_t at, std::size_t end) const {
 void CodeWalk::TakePrefix(std::size_t& at) {
     std::u16string type(tokens_[at].text);
     type.pop_back();
-    if (const Meaning meaning = names_.TypeNamed(type)) {
-        BodyToken token = tokens_[at];
-        token.text = type.c_str();
+    BodyToken token = tokens_[at];
+    token.text = type.c_str();
+    const Meaning meaning = names_.TypeNamed(type);
+    if (meaning) {
         Tell(token, meaning, UseKind::kDeclare);
+    } else if (IsIdentifier(token.text) && !IsLiteralPrefix(type) && !Resolve(type)) {
+        Tell(token, {}, UseKind::kDeclare);
     }
     ++at;
     if (IsName(at)) {
-        if (const Meaning value = names_.ValueOf(type, tokens_[at].text)) {
+        const Meaning value = names_.ValueOf(type, tokens_[at].text);
+        if (value || names_.IsEnumeration(type)) {
             Tell(tokens_[at], value, UseKind::kRead);
         }
         ++at;
@@ -471,6 +523,10 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
     }
     const u16string_view name(tokens_[at].text);
     const Instruction* instruction = InstructionNamed(name);
+    Meaning function = instruction && IsLineEnd(at + 1) ? names_.OfProject(unit_, name) : Meaning{};
+    if (function.object == UseObject::kUnit) {
+        instruction = nullptr;  // of a function that is called like an input: R1
+    }
     if (!instruction && Is(at + 1, OP_LPAREN)) {
         return;  // a call as in ST
     }
@@ -493,7 +549,10 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
         whole_ = isCall ? UseKind::kCall : whole_;
         return;
     }
-    const Meaning function = Resolve(name);
+    function = Resolve(name);
+    if (function.object == UseObject::kResult) {
+        function.object = UseObject::kUnit;
+    }
     Tell(tokens_[at], function, UseKind::kCall);
     Open call = CallOf(function, name, at);
     call.position = 1;  // the first argument is the current result

@@ -3,7 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "host/uses/names.h"
@@ -29,6 +32,8 @@ class CodeWalk {
     Meaning Resolve(u16string_view name) const;
     void Tell(const BodyToken& token, const Meaning& meaning, UseKind kind,
               bool isInPragma = false);
+    // What is done with what a parameter is given.
+    UseKind KindOfParameter(ID parameter, bool isOutput = false) const;
 
   private:
     // What an open bracket belongs to.
@@ -71,11 +76,13 @@ class CodeWalk {
     void BeginInstruction(std::size_t& at);
     void BeginOperands(std::size_t at);
 
+    void TellAt(std::size_t at, const Meaning& meaning, UseKind kind);
+    bool IsCaseLabel(std::size_t at);
+    void TakeWord(u16string_view word);
     const Path& ReadPath(std::size_t at);
     void TellPath(const Path& path, UseKind kind);
     void TellAwaited(std::size_t at);
     UseKind KindOf(std::size_t at, std::size_t end) const;
-    UseKind KindOfParameter(ID parameter, bool isOutput) const;
     UseKind KindOfPosition(const Open& call);
     Open CallOf(const Meaning& callee, u16string_view name, std::size_t at) const;
     void OpenBracket(std::size_t at);
@@ -87,6 +94,7 @@ class CodeWalk {
     const Body* const body_;
     const TakeUse& take_;
     PieceRole role_ = PieceRole::kSt;
+    bool isElement_ = false;  // of the array that is told of
 
     std::span<const BodyToken> tokens_;
     std::vector<std::size_t> closing_;  // by opening square bracket, its partner; 0 for none
@@ -97,7 +105,10 @@ class CodeWalk {
     UseKind whole_ = UseKind::kRead;
     std::size_t operand_ = 0;  // where what `whole_` is about begins
     bool isIl_ = false;
-    uint32_t row_ = 0;  // of the instruction
+    uint32_t row_ = 0;              // of the instruction
+    std::vector<bool> statements_;  // that are open: whether they are CASE
+    // What the text jumps to, in capitals; read for the first label that is no variable.
+    std::optional<std::unordered_set<std::u16string>> jumps_;
 };
 
 }  // namespace lq::host::uses

@@ -6,10 +6,6 @@ namespace lq::host::uses {
 
 namespace {
 
-bool Equal(u16string_view a, u16string_view b) {
-    return a.size() == b.size() && chars::CompareNoCase(a.data(), b.data(), a.size()) == 0;
-}
-
 bool IsWordCharacter(char16_t c) {
     return chars::IsLetter(c) || chars::IsDigit(c) || c == u'_';
 }
@@ -18,15 +14,8 @@ constexpr int kMostAliases = 64;
 
 }  // namespace
 
-u16string_view LastWord(u16string_view type) {
-    while (!type.empty() && chars::IsBlank(type.back())) {
-        type.remove_suffix(1);
-    }
-    const std::size_t blank = type.rfind(u' ');
-    return blank == type.npos ? type : type.substr(blank + 1);
-}
-
-Names::Names(const Project& project) : project_(project), parameters_(project.Pous().size()) {
+Names::Names(const Project& project)
+    : project_(project), globals_(project), parameters_(project.Pous().size()) {
     AddDeclarations();
     for (uint32_t i = 0; i < project.VariableLists().size(); ++i) {
         const VariableList& list = project.VariableLists()[i];
@@ -93,7 +82,7 @@ void Names::AddValues(Text type, ID of) {
     }
 }
 
-Meaning Names::Declared(ID owner, u16string_view name) const {
+Meaning Names::Declared(ID owner, u16string_view name) {
     const ID id(declarations_.Find(HashIn(owner, name), [&](uint32_t number) {
         const Declaration& declaration = *project_.GetDeclaration(ID(number));
         return declaration.owner == owner && Equal(declaration.name, name);
@@ -103,13 +92,14 @@ Meaning Names::Declared(ID owner, u16string_view name) const {
     }
     const Declaration& declaration = *project_.GetDeclaration(id);
     if (declaration.section.scope == Scope::kExternal) {
-        return {UseObject::kGlobal, id, project_.FindGlobal(name)};
+        const GlobalFound global = globals_.Find(owner, name);
+        return {UseObject::kGlobal, id, global.id, global.shared};
     }
     return SortOf(owner) == Sort::kVariableList ? Meaning{UseObject::kGlobal, {}, id}
                                                 : Meaning{UseObject::kVariable, id, {}};
 }
 
-Meaning Names::OfUnit(ID unit, u16string_view name) const {
+Meaning Names::OfUnit(ID unit, u16string_view name) {
     if (const Meaning own = Declared(unit, name)) {
         return own;
     }
@@ -129,9 +119,10 @@ Meaning Names::ValueNamed(u16string_view name) const {
     return value != 0 ? Meaning{UseObject::kEnumerator, allValues_[value - 1].of, {}} : Meaning{};
 }
 
-Meaning Names::OfProject(u16string_view name) const {
-    if (const ID global = project_.FindGlobal(name); global != ID()) {
-        return {UseObject::kGlobal, {}, global};
+Meaning Names::OfProject(ID place, u16string_view name) {
+    const GlobalFound global = globals_.Find(place, name);
+    if (global.id != ID() || global.shared) {
+        return {UseObject::kGlobal, {}, global.id, global.shared};
     }
     if (const Meaning value = ValueNamed(name)) {
         return value;
@@ -164,7 +155,7 @@ ID Names::TypeIn(u16string_view text) const {
     return {};
 }
 
-Meaning Names::MemberOf(const Meaning& what, u16string_view name) const {
+Meaning Names::MemberOf(const Meaning& what, u16string_view name) {
     if (what.object == UseObject::kUnit || what.object == UseObject::kList) {
         return Declared(what.id, name);
     }
@@ -188,6 +179,22 @@ Meaning Names::ValueOf(u16string_view type, u16string_view name) const {
         type = project_.GetDataType(of)->baseType;
     }
     return {};
+}
+
+// Whether the type, or what it stands for, lists its values.
+bool Names::IsEnumeration(u16string_view type) const {
+    for (int i = 0; i < kMostAliases; ++i) {
+        const DataType* record = project_.GetDataType(project_.FindDataType(type));
+        if (!record || record->structure) {
+            return false;
+        }
+        type = record->baseType;
+        if (const std::size_t at = type.find(u'('); at != type.npos) {
+            return type.find(u"..", at) == type.npos && type.find(u'[') == type.npos &&
+                   !type.starts_with(u"STRING") && !type.starts_with(u"WSTRING");
+        }
+    }
+    return false;
 }
 
 ID Names::CalleeOf(const Meaning& what) const {

@@ -10,6 +10,7 @@
 
 #include "host/uses/code_walk.h"
 #include "host/uses/names.h"
+#include "host/uses/paths.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/env/lq_model.h"
 #include "lq_data/host/words/words.h"
@@ -27,7 +28,7 @@ bool IsWordCharacter(char16_t c) {
 class Walk {
   public:
     Walk(const Project& project, const UseOptions& options, const TakeUse& take)
-        : project_(project), options_(options), take_(take), names_(project) {}
+        : project_(project), options_(options), take_(take), names_(project), paths_(names_) {}
 
     void Run();
 
@@ -37,20 +38,25 @@ class Walk {
     void WalkUnit(ID unit);
     void WalkBody(CodeWalk& walk, const BodyCode& code);
     void WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index);
-    void WalkBlock(CodeWalk& walk, const BodyPiece& piece);
+    void WalkIn(CodeWalk& walk, const BodyCode& code, std::size_t index,
+                std::span<const BodyToken> tokens);
+    void WalkBlock(CodeWalk& walk, const BodyPiece& piece, std::span<const BodyToken> tokens);
     void TellPragma(CodeWalk& walk, const std::vector<BodyToken>& words);
 
     void WalkDeclaration(ID id, const Declaration& declaration);
+    void WalkPath(ID id, const Declaration& declaration);
     void WalkTask(ID id, const Task& task);
     void TellType(ID unit, ID where, Text type);
     bool TellTypeName(ID unit, ID where, u16string_view name);
     void TellWords(ID unit, ID where, u16string_view text, Text type, bool isStructure = false);
+    ID PlaceOf(ID unit, ID where) const;
     void TellAt(ID unit, ID where, u16string_view name, Meaning meaning, UseKind kind);
 
     const Project& project_;
     const UseOptions& options_;
     const TakeUse& take_;
     Names names_;
+    Paths paths_;
 
     ID callee_;                                    // of the last block of a drawing
     std::unordered_map<uint32_t, UseKind> boxes_;  // what is done with what a box holds
@@ -169,11 +175,9 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
         case PieceRole::kDuration:
             walk.RunSt(tokens);
             break;
-        case PieceRole::kIn: {
-            const auto box = boxes_.find(piece.id);
-            walk.RunSt(tokens, box == boxes_.end() ? UseKind::kRead : box->second);
+        case PieceRole::kIn:
+            WalkIn(walk, code, index, tokens);
             break;
-        }
         case PieceRole::kOut:
         case PieceRole::kCoil:
             walk.RunSt(tokens, UseKind::kWrite);
@@ -185,7 +189,7 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
             walk.RunSt(tokens, UseKind::kReadWrite);
             break;
         case PieceRole::kBlock:
-            WalkBlock(walk, piece);
+            WalkBlock(walk, piece, tokens);
             break;
         case PieceRole::kInput:
         case PieceRole::kOutput:
@@ -199,12 +203,18 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
             break;
         }
         case PieceRole::kTransition:
-            walk.Tell(place, walk.Resolve(piece.name), UseKind::kRead);
-            break;
         case PieceRole::kAction: {
-            const Meaning action = walk.Resolve(piece.name);
-            walk.Tell(place, action,
-                      action.object == UseObject::kPart ? UseKind::kCall : UseKind::kWrite);
+            const Meaning meaning = walk.Resolve(piece.name);
+            const UseKind kind =
+                piece.role == PieceRole::kTransition ? UseKind::kRead : UseKind::kWrite;
+            if (!meaning && !tokens.empty()) {
+                walk.RunSt(tokens, kind);
+            } else {
+                walk.Tell(place, meaning,
+                          kind == UseKind::kWrite && meaning.object == UseObject::kPart
+                              ? UseKind::kCall
+                              : kind);
+            }
             break;
         }
         case PieceRole::kStep:
@@ -216,7 +226,21 @@ void Walk::WalkPiece(CodeWalk& walk, const BodyCode& code, std::size_t index) {
     }
 }
 
-void Walk::WalkBlock(CodeWalk& walk, const BodyPiece& piece) {
+// What a box holds, or what stands in the place of a wire to the parameter in front of it.
+void Walk::WalkIn(CodeWalk& walk, const BodyCode& code, std::size_t index,
+                  std::span<const BodyToken> tokens) {
+    const BodyPiece& piece = code.pieces[index];
+    if (piece.id == 0 && index > 0 && code.pieces[index - 1].role == PieceRole::kInput) {
+        const Meaning parameter =
+            names_.MemberOf({UseObject::kUnit, callee_, {}}, code.pieces[index - 1].name);
+        walk.RunSt(tokens, walk.KindOfParameter(parameter.id));
+        return;
+    }
+    const auto box = boxes_.find(piece.id);
+    walk.RunSt(tokens, box == boxes_.end() ? UseKind::kRead : box->second);
+}
+
+void Walk::WalkBlock(CodeWalk& walk, const BodyPiece& piece, std::span<const BodyToken> tokens) {
     callee_ = project_.FindAnyPou(piece.name);
     Meaning type{UseObject::kUnit, callee_, {}};
     if (callee_ == ID()) {
@@ -225,18 +249,14 @@ void Walk::WalkBlock(CodeWalk& walk, const BodyPiece& piece) {
     const bool isInstance = *piece.second != 0;
     walk.Tell({piece.name, piece.line, piece.column, 0, 0}, type,
               isInstance ? UseKind::kDeclare : UseKind::kCall);
-    if (isInstance) {
-        const BodyToken instance{piece.second, piece.line, piece.column, 0, 0};
-        const u16string_view name(piece.second);
-        const std::size_t point = std::min(name.find(u'.'), name.size());
-        Meaning meaning = walk.Resolve(name.substr(0, point));
-        if (point < name.size() && meaning) {
-            walk.Tell(instance, meaning, UseKind::kRead);
-            const u16string_view rest = name.substr(point + 1);
-            meaning = rest.find(u'.') == rest.npos ? names_.MemberOf(meaning, rest) : Meaning{};
-            meaning.object = meaning ? meaning.object : UseObject::kMember;
-        }
-        walk.Tell(instance, meaning, UseKind::kCall);
+    if (!isInstance) {
+        return;
+    }
+    const Meaning instance = walk.Resolve(piece.second);
+    if (!instance && !tokens.empty()) {
+        walk.RunSt(tokens, UseKind::kCall);  // a member or an element
+    } else {
+        walk.Tell({piece.second, piece.line, piece.column, 0, 0}, instance, UseKind::kCall);
     }
 }
 
@@ -258,6 +278,7 @@ void Walk::TellAt(ID unit, ID where, u16string_view name, Meaning meaning, UseKi
            .kind = kind,
            .id = meaning.id,
            .global = meaning.global,
+           .globals = meaning.Globals(),
            .name = text.c_str(),
            .unit = unit,
            .line = project_.LineOf(where),
@@ -274,6 +295,33 @@ void Walk::WalkDeclaration(ID id, const Declaration& declaration) {
     TellType(unit, id, declaration.type);
     // The library's view of an external has its global's value, the declaration none.
     TellWords(unit, id, declaration.initValue, declaration.type);
+    WalkPath(id, declaration);
+}
+
+// What VAR_ACCESS opens may be written to, what VAR_CONFIG names gets a value or a place.
+void Walk::WalkPath(ID id, const Declaration& declaration) {
+    const bool isAccess = declaration.section.scope == Scope::kAccess;
+    if (!isAccess && declaration.section.scope != Scope::kConfig) {
+        return;
+    }
+    const UseKind kind = !isAccess                                           ? UseKind::kWrite
+                         : (declaration.section.marks & kMarkReadWrite) != 0 ? UseKind::kReadWrite
+                                                                             : UseKind::kRead;
+    const ID unit = project_.GetPou(declaration.owner) ? declaration.owner : ID();
+    paths_.ForEach(declaration.owner, isAccess ? declaration.comment2 : declaration.name,
+                   [&](u16string_view name, const Meaning& meaning) {
+                       TellAt(unit, id, name, meaning, kind);
+                   });
+}
+
+// What globals are looked for from.
+ID Walk::PlaceOf(ID unit, ID where) const {
+    if (const Task* task = project_.GetTask(where)) {
+        return task->resource;
+    }
+    const Declaration* declaration = project_.GetDeclaration(where);
+    const VariableList* list = declaration ? project_.GetVariableList(declaration->owner) : nullptr;
+    return list ? list->parent : unit;
 }
 
 // The type that the text ends with, and the constants in its bounds and lengths.
@@ -360,7 +408,7 @@ void Walk::TellWords(ID unit, ID where, u16string_view text, Text type, bool isS
         }
         Meaning meaning = names_.ValueOf(type, word);
         meaning = meaning ? meaning : names_.OfUnit(unit, word);
-        meaning = meaning ? meaning : names_.OfProject(word);
+        meaning = meaning ? meaning : names_.OfProject(PlaceOf(unit, where), word);
         if (meaning && meaning.id != where) {
             TellAt(unit, where, word, meaning, UseKind::kRead);
         }

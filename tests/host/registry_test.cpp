@@ -46,9 +46,9 @@ TEST(Settings, ReadsIntegers) {
         EXPECT_EQ(GetPrivateProfileIntW(u"Options", u"Length", 32, GetIniName()), c.expected)
             << c.lines;
     }
-    // Names of as many bytes as can be, and one more.
+    // Names of as many bytes as can be, and one more, of which the parser would keep as many.
     for (const std::size_t size : {49u, 50u}) {
-        const std::u16string name(size, u'n');
+        const std::u16string name(49, u'n');
         folder.Write("user/settings.ini",
                      "[" + std::string(size, 'N') + "]\n" + std::string(size, 'N') + "=80\n");
         EXPECT_EQ(GetPrivateProfileIntW(name.c_str(), name.c_str(), 32, GetIniName()),

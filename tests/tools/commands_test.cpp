@@ -40,6 +40,8 @@ TEST(Tool, AnInputIsNotOverwritten) {
     }
     ASSERT_EQ(RunLq("translate p.xml -o p.lqt").status, 0);
     EXPECT_EQ(RunLq("show p.lqt --save p.lqt").status, 0) << "it stays the same";
+    EXPECT_EQ(RunShell("umask 027; \"$LQ\" translate p.xml -o new.lqt >o; stat -c %a new.lqt").out,
+              "640\n");
 }
 
 // After it was read so far that its kind is known.

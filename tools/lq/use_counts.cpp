@@ -35,6 +35,9 @@ std::vector<uint32_t> CountUses(const host::Project& project) {
         if (use.global != use.id) {
             count(use.global);
         }
+        for (const ID global : use.globals) {
+            count(global);
+        }
     });
     return counts;
 }

@@ -52,13 +52,14 @@ std::string OwnerOf(const host::Project& project, ID declaration) {
            EncodeUtf8(project.NameOf(owner));
 }
 
-// What the object is part of, by name; empty for what is part of nothing.
-std::string OwnerOf(const host::Project& project, const Use& use) {
+// What the object is part of, by name, where `global` is the one that is meant; empty for what is
+// part of nothing.
+std::string OwnerOf(const host::Project& project, const Use& use, ID global) {
     switch (use.object) {
         case UseObject::kVariable:
             return OwnerOf(project, use.id);
         case UseObject::kGlobal:
-            return OwnerOf(project, use.global != ID() ? use.global : use.id);
+            return OwnerOf(project, global != ID() ? global : use.id);
         case UseObject::kEnumerator:
             return EncodeUtf8(project.NameOf(use.id));
         case UseObject::kPart:
@@ -188,8 +189,14 @@ int RunUses(const UsesOptions& options) {
         if (!chars::EqualNoCase(use.name, wanted.name.c_str())) {
             return;
         }
-        const std::string of = OwnerOf(project, use);
-        if (IsMeant(DecodeArgument(of), wanted.owner)) {
+        std::string of = OwnerOf(project, use, use.global);
+        bool isMeant = IsMeant(DecodeArgument(of), wanted.owner);
+        for (std::size_t i = 0; i < use.globals.size(); ++i) {
+            const std::string other = OwnerOf(project, use, use.globals[i]);
+            isMeant = isMeant || IsMeant(DecodeArgument(other), wanted.owner);
+            of = i == 0 ? other : of + ", " + other;
+        }
+        if (isMeant) {
             printer.Take({FileNameOf(project, use.where), int64_t{use.line}, int64_t{use.column},
                           WordFor(use.kind), PlaceIn(project, use), of, EncodeUtf8(use.name)});
         }

@@ -165,12 +165,13 @@ std::string Describe(const Project& project) {
         text += Describe(project, id);
     }
     for (const Declaration& declaration : project.Declarations()) {
-        if (declaration.section.scope == Scope::kAccess) {
+        const Scope scope = declaration.section.scope;
+        if (scope == Scope::kAccess || scope == Scope::kConfig) {
             text += Place(declaration.line, declaration.column) +
                     Part(" ", WrittenSection(declaration.section).c_str()) +
                     Part(" ", project.NameOf(declaration.owner)) + Part(".", declaration.name) +
-                    Part(" : ", declaration.comment2) + Part(" : ", declaration.type) +
-                    Part(" (* ", declaration.comment, " *)") + "\n";
+                    Part(" AT ", declaration.address) + Part(" : ", declaration.comment2) +
+                    Part(" : ", declaration.type) + Part(" (* ", declaration.comment, " *)") + "\n";
         }
     }
     return text;

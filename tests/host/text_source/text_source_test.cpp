@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -120,6 +121,42 @@ TEST(TextSource, ReadsTheEncodingsOfSources) {
         EXPECT_EQ(
             isRead ? EncodeUtf8(project.Declarations().back().comment) : ToText(reports.at(0)),
             c.comment);
+    }
+}
+
+TEST(TextSource, TellsInstructionsFromStatements) {
+    const struct {
+        Language language;
+        const char* bodies;
+    } cases[] = {
+        {Language::kIl,
+         "LD -5|LD +1|LD INT#-5|LD a[1].b^|ld\ta ST b|LD a;\nST b;|RET|& a|"
+         "LIMIT(\nMN := 1,\nIN := a\n)\nST b|LIMIT(MN := 1, IN := a)\nST b|F(\nx := 1\n)|"
+         "F 1, 2|F -1, a.b\nST c|F a ST c|F\nST b|SIN a|a.f(x := 1)\nST b|"
+         "LD(\nLD a\nOR b\n)\nST c|L1:\nL2:\n(* ; *)\nL3: LD a|L1: S: S a|NOP\nL1:\nRET|"
+         "CAL t(IN := a, PT := T#1s)|CAL t(\nIN := a)|IN t|JMP L1|Step\nST b"},
+        {Language::kSt,
+         "S := 1;|S\n:= 1;|S(a);|S\n(\na := 1);|S - 5;|LD -\n5;|IN S= a;|r REF= a;|"
+         "a^.b[1] := 2;|%QX0.0 := a;|;;|F(1);|F(\na := 1\n);|F(a).b := 1;|F(a)\nb := "
+         "1;|F(\nAction[1],\nTest AND b);|"
+         "ADD(1,\n2);|F;|F\nb := 1;|F(a)|F|REGION x\ny := 1;|RETURN\n;|EXIT|IF a THEN|a b;|"
+         "a b + c;|x INT;|JMP L1;\na := 1;\nL1: b := 1;|L1:\na := 1;|L1:|Step := 1;|"
+         "Transition(a);|F(a\nb := 1;|MAX := 1;|a : INT := LD;"},
+        {Language::kSfc, "INITIAL_STEP a: END_STEP|STEP a|TRANSITION (PRIORITY := 1) FROM a"},
+    };
+    for (const auto& c : cases) {
+        std::istringstream rows(c.bodies);
+        for (std::string row; std::getline(rows, row, '|');) {
+            for (const std::string before : {"", "ACTION f: "}) {
+                const std::string text = before + row;
+                ReadProject read;
+                read.ReadAsText("PROGRAM p\n" + text + "\nEND_PROGRAM\nPROGRAM q\nEND_PROGRAM");
+                ASSERT_EQ(read.project.Pous().back().bodies.size(), 0u) << text;
+                const std::vector<Body>& bodies = read.project.Pous().end()[-2].bodies;
+                ASSERT_EQ(bodies.size(), 1u) << text;
+                EXPECT_EQ(bodies[0].language, c.language) << text;
+            }
+        }
     }
 }
 

@@ -30,17 +30,19 @@ enum class PieceRole : uint8_t {
     kIl,
 
     // Drawings. Tokens are the expression.
-    kIn,     // what a box reads
+    kIn,     // what a box reads, or the parameter in front of it
     kOut,    // what is written to
     kInOut,  // both
     kContact,
     kCoil,
-    kBlock,  // `name` is its type, `second` the instance's name, which a function has not
+    kBlock,  // `name` is its type, `second` the instance's name, which a function has not; tokens
+             // are there where the instance is a member or an element
     kInput,  // a parameter of the block in front of it, by `name`; also the next two
     kOutput,
     kInputOutput,
 
-    // Sequential charts, by `name`.
+    // Sequential charts, by `name`. Transitions and actions have tokens where that is more than
+    // one: a member, an element, an address or a constant.
     kStep,
     kInitialStep,
     kMacroStep,
@@ -49,7 +51,7 @@ enum class PieceRole : uint8_t {
     kAction,      // the action or variable that an action block refers to
     kIndicator,   // the variable that tells how an action fares; tokens are the expression
     kDuration,    // of an action's qualifier; tokens are the expression
-    kPart,        // an action or transition of a chart as text, whose code follows
+    kPart,        // a transition as text, or inline code with a name; the code follows
 };
 
 struct BodyPiece {

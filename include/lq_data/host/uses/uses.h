@@ -7,11 +7,16 @@
 // "=>" in the brackets of a call is a parameter of what is called; a name behind "#" is one of the
 // type in front.
 //
+// Of several globals of a name the one is meant that the resource which runs the unit has, or its
+// configuration. Where resources that run the unit have one each, or nothing runs it, any of them
+// may be.
+//
 // Bodies have code only where the project was to keep it (Project::KeepCode) before it was read.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <span>
 
 #include "lq_data/export.h"
 #include "lq_data/host/model/project.h"
@@ -22,7 +27,8 @@ namespace lq::host {
 enum class UseObject : uint8_t {
     kUnknown,
     kVariable,    // `id` is the declaration, of a unit or, behind a point, of a structure
-    kGlobal,      // `global` is the declaration, `id` the unit's external if it has one
+    kGlobal,      // `global` is the declaration, `id` the unit's external if it has one; where
+                  // `global` is null, which one is meant is not certain: one of `globals`
     kResult,      // of the function that the body is part of; `id` is that
     kEnumerator,  // `id` is the data type, or the declaration of a nameless enumeration's variable
     kUnit,        // `id` is the POU
@@ -49,11 +55,13 @@ struct Use {
     UseKind kind = UseKind::kRead;
     ID id;
     ID global;
-    Text name = u"";             // as it is spelled; holds as long as the call
-    ID unit;                     // whose body it is; of a declaration the unit's, null for others
-    const Body* body = nullptr;  // null in declarations
+    std::span<const ID> globals;  // of one name, where resources have one each; else empty
+    Text name = u"";              // as it is spelled; holds as long as the call
+    ID unit;                      // whose body it is; of a declaration the unit's, null for others
+    const Body* body = nullptr;   // null in declarations
     PieceRole role = PieceRole::kSt;  // of the piece of the body
     bool isInPragma = false;
+    bool isElement = false;  // an index follows: of the array that the name stands for
     uint32_t line = 0;
     uint32_t column = 0;
     ID where;  // what the place is in: the unit, declaration, data type, task or instance
