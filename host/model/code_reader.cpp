@@ -1,5 +1,7 @@
 #include "host/model/code_reader.h"
 
+#include <algorithm>
+
 #include "host/model/chart_text.h"
 #include "lq_data/detail/chars.h"
 #include "lq_data/host/words/words.h"
@@ -42,29 +44,25 @@ void CodeReader::KeepToken(const CodeToken& token) {
         BeginPiece({il_ ? PieceRole::kIl : PieceRole::kSt, token.line, token.column});
     }
     code_->tokens.push_back({project_.Intern(token.text), token.line, token.column, token.operation,
-                             static_cast<uint8_t>(token.kind)});
+                             static_cast<uint8_t>(token.kind), token.Row()});
 }
 
-void CodeReader::TakePragma(std::u16string_view text, uint32_t line, uint32_t column) {
+void CodeReader::TakePragma(std::u16string_view text, TextPlaces places) {
     const auto isWord = [](char16_t c) {
         return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || chars::IsDigit(c) ||
                c == u'_' || c >= 0x80;
     };
-    for (std::size_t at = 0; code_ && at < text.size();) {
+    while (code_ && places.Position() < text.size()) {
+        const std::size_t at = places.Position();
         std::size_t end = at;
         while (end < text.size() && isWord(text[end])) {
             ++end;
         }
         if (end > at && !chars::IsDigit(text[at])) {
-            code_->pragmaWords.push_back(
-                {project_.Intern(text.substr(at, end - at)), line, column, 0, TK_IDENTIFIER});
+            code_->pragmaWords.push_back({project_.Intern(text.substr(at, end - at)), places.Line(),
+                                          places.Column(), 0, TK_IDENTIFIER});
         }
-        end += end == at ? 1 : 0;
-        for (; at < end; ++at) {
-            const bool isSecondHalf = text[at] >= 0xDC00 && text[at] <= 0xDFFF;
-            line += text[at] == u'\n' ? 1 : 0;
-            column = text[at] == u'\n' ? 1 : column + (isSecondHalf ? 0 : 1);
-        }
+        places.Pass(std::max(end, at + 1));
     }
 }
 
@@ -72,9 +70,10 @@ void CodeReader::Take(const CodeToken& token) {
     if (code_) {
         KeepToken(token);
     }
-    if (il_ && token.line != line_) {
+    if (il_ && token.Row() != row_) {
         EndLine();
         line_ = token.line;
+        row_ = token.Row();
     }
     if (isInstruction_ && token.Is(OP_COLON)) {
         body_.labels.push_back({project_.Intern(name_), line_, nameColumn_, false});
@@ -86,7 +85,7 @@ void CodeReader::Take(const CodeToken& token) {
     if (!jump) {
         EndName(isInstruction_ || token.Is(OP_LPAREN));
     } else if (token.kind == TK_IDENTIFIER) {
-        body_.jumps.push_back({project_.Intern(token.text), line_, token.column, *jump});
+        body_.jumps.push_back({project_.Intern(token.text), token.line, token.column, *jump});
     }
     const bool isName = token.kind == TK_IDENTIFIER && !behindDot_;
     behindDot_ = token.Is(OP_DOT);

@@ -11,6 +11,7 @@
 
 #include "lq_data/export.h"
 #include "lq_data/host/model/project.h"
+#include "lq_data/host/text/token_columns.h"
 
 namespace lq::host {
 
@@ -21,8 +22,10 @@ struct CodeToken {
     std::u16string_view text;
     uint32_t line;
     uint32_t column;
+    uint32_t row = 0;  // of the text, where its lines are not the file's
 
     bool Is(uint16_t code) const;
+    uint32_t Row() const { return row != 0 ? row : line; }
 };
 
 class LQ_DATA_API CodeReader {
@@ -41,7 +44,11 @@ class LQ_DATA_API CodeReader {
     void BeginPiece(BodyPiece piece);
 
     // A pragma, braces and all, that stands anywhere in the text: its words are kept with the code.
-    void TakePragma(std::u16string_view text, uint32_t line, uint32_t column);
+    void TakePragma(std::u16string_view text, uint32_t line, uint32_t column) {
+        TakePragma(text, TextPlaces(text, line, column));
+    }
+    // `text` is what `places` walks through, up to the pragma's end; they are at its beginning.
+    void TakePragma(std::u16string_view text, TextPlaces places);
 
     // Every token but line breaks and comments.
     void Take(const CodeToken& token);
@@ -66,7 +73,8 @@ class LQ_DATA_API CodeReader {
     bool isInstruction_ = false;  // it is the first of an IL line
     bool atStart_ = true;         // nothing on the line yet, but for a label
     bool behindDot_ = false;      // what follows is a part of something, and no POU
-    uint32_t line_ = 0;
+    uint32_t line_ = 0;           // of the instruction of IL
+    uint32_t row_ = 0;
 };
 
 }  // namespace lq::host

@@ -31,16 +31,10 @@ struct Binding {
 
 void TakePragmas(CodeReader& reader, std::u16string_view text, const TextSpans& pragmas,
                  const Code& source) {
-    uint32_t line = source.line;
-    uint32_t column = source.column;
-    std::size_t at = 0;
+    TextPlaces places(text, source.breaks);
     for (const auto& [begin, end] : pragmas) {
-        for (; at < begin; ++at) {
-            const bool isSecondHalf = text[at] >= 0xDC00 && text[at] <= 0xDFFF;
-            line += text[at] == u'\n' ? 1 : 0;
-            column = text[at] == u'\n' ? 1 : column + (isSecondHalf ? 0 : 1);
-        }
-        reader.TakePragma(text.substr(begin, end - begin), line, column);
+        places.Pass(begin);
+        reader.TakePragma(text.substr(0, end), places);
     }
 }
 
@@ -54,10 +48,10 @@ void ReadCode(Context& context, const Code& source, Language language, Pou& pou,
         WithoutForeignText(text, context.project.KeepsCode() ? &pragmas : nullptr);
     const auto length = static_cast<int32_t>(code.size());
     MEMSTREAM_W stream(code.c_str(), length, length, nullptr);
-    const Binding binding(context.CodeScanner(), stream, static_cast<int>(source.line));
+    const Binding binding(context.CodeScanner(), stream, 1);
     Scanner& scanner = binding.scanner;
 
-    TokenColumns columns(code, source.column);
+    TokenColumns columns(code, source.breaks);
     CodeReader reader(context.project, language, pou, body);
     if (piece) {
         reader.BeginPiece(*piece);
@@ -66,8 +60,8 @@ void ReadCode(Context& context, const Code& source, Language language, Pou& pou,
         const uint32_t column = columns.Next(scanner, token);
         if (token.kind != TK_NEWLINE) {
             const uint16_t operation = token.kind == TK_OPERATOR ? token.GetCode() : uint16_t{0};
-            reader.Take(
-                {token.kind, operation, token.text, static_cast<uint32_t>(token.line), column});
+            reader.Take({token.kind, operation, token.text, columns.Line(), column,
+                         static_cast<uint32_t>(token.line)});
         }
     }
     reader.EndLine();
@@ -243,7 +237,7 @@ class BodyReader {
             }
             BodyPiece piece = PieceOf(element, element, row.role);
             if (row.isExpression) {
-                const Code code{std::string(value), element.line, element.column};
+                const Code code{std::string(value), {{0, element.line, element.column}}};
                 ReadCode(context_, code, Language::kSt, pou_, body_, &piece);
                 continue;
             }
@@ -260,7 +254,7 @@ class BodyReader {
                  row.role == PieceRole::kAction) &&
                 IsPath(path);
             if (isPath) {
-                const Code code{std::string(path), element.line, element.column};
+                const Code code{std::string(path), {{0, element.line, element.column}}};
                 ReadCode(context_, code, Language::kSt, pou_, body_, &piece);
             } else {
                 CodeReader(context_.project, Language::kSt, pou_, body_).BeginPiece(piece);

@@ -67,6 +67,12 @@ std::string_view UndeclaredEntity(std::string_view tag) {
     return {};
 }
 
+// A byte order mark, of UTF-8 or UTF-16.
+bool BeginsWithMark(std::string_view bytes) {
+    return bytes.starts_with("\xEF\xBB\xBF") || bytes.starts_with("\xFF\xFE") ||
+           bytes.starts_with("\xFE\xFF");
+}
+
 // expat calls back through C, which no exception may cross: each callback keeps what was thrown and
 // stops the parser.
 class Parser {
@@ -99,7 +105,7 @@ class Parser {
     bool Read(std::istream& source) {
         int size = kBlock;
         XML_Index start = -1;  // of what is not complete
-        for (bool last = false; !last;) {
+        for (bool first = true, last = false; !last; first = false) {
             void* const block = XML_GetBuffer(Expat(), size);  // read where it is parsed
             if (!block) {
                 ExplainMemory();
@@ -112,6 +118,10 @@ class Parser {
                 return false;
             }
             const auto count = static_cast<int>(source.gcount());
+            if (first) {
+                hasMark_ =
+                    BeginsWithMark({static_cast<char*>(block), static_cast<std::size_t>(count)});
+            }
             memory_.Allow(static_cast<std::size_t>(count));
             if (XML_ParseBuffer(Expat(), count, last ? 1 : 0) != XML_STATUS_OK) {
                 Explain();
@@ -330,8 +340,31 @@ class Parser {
         if (!inText_) {
             inText_ = true;
             textPlace_ = Here();
+            isBlank_ = true;
+            runEnd_ = XML_GetCurrentByteIndex(Expat());
+        }
+        isBlank_ = isBlank_ && IsBlank(piece);
+        if (!isBlank_ && !open_.back().streamed) {
+            TakePlace(piece);
         }
         text_ += piece;
+    }
+
+    // A piece runs on from the one before it where its bytes follow, unless one of them is a
+    // reference. Asking for each piece's line would take longer.
+    void TakePlace(std::string_view piece) {
+        const XML_Index at = XML_GetCurrentByteIndex(Expat());
+        if (at != runEnd_) {
+            const Place place = Here();
+            breaks_.push_back({text_.size(), place.line, place.column});
+        }
+        const int size = XML_GetCurrentByteCount(Expat());
+        runEnd_ = IsReference(piece, size) ? -1 : at + size;
+    }
+
+    // Of `size` bytes in the document. In UTF-16 a line break may have four.
+    static bool IsReference(std::string_view piece, int size) {
+        return piece == "\n" ? size > 4 : static_cast<std::size_t>(size) > 2 * piece.size();
     }
 
     void EndText() {
@@ -341,12 +374,13 @@ class Parser {
         inText_ = false;
         Element& parent = *open_.back().element;
         const bool streamed = open_.back().streamed;
-        if (IsBlank(text_) && (streamed || !parent.IsXhtml())) {
+        if (isBlank_ && (streamed || !parent.IsXhtml())) {
             text_.clear();
             return;
         }
         Element& text = NewElement(textPlace_);
         text.text.swap(text_);  // which is empty then, as all of a new element
+        text.breaks.swap(breaks_);
         if (streamed) {
             handler_.StrayText(text);
             elements_.PopFrom(text);
@@ -363,9 +397,11 @@ class Parser {
         return element;
     }
 
+    // expat counts a byte order mark as a character of the first line.
     Place Here() const {
-        return {static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat())),
-                static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()) + 1)};
+        const auto line = static_cast<uint32_t>(XML_GetCurrentLineNumber(Expat()));
+        const auto column = static_cast<uint32_t>(XML_GetCurrentColumnNumber(Expat()));
+        return {line, hasMark_ && line == 1 && column > 0 ? column : column + 1};
     }
 
     void Fault(std::string message) { Fault(std::move(message), Here()); }
@@ -424,9 +460,13 @@ class Parser {
     bool typeIsElsewhere_ = false;
     int depth_ = 0;
     int skipDepth_ = 0;  // the depth of the element passed over; 0 for none
+    bool hasMark_ = false;
     bool inText_ = false;
     std::string text_;  // of the run that has not ended
     Place textPlace_ = {};
+    bool isBlank_ = true;             // the run so far
+    XML_Index runEnd_ = -1;           // of what runs on through the document; -1 behind a reference
+    std::vector<PlaceBreak> breaks_;  // of the run, in bytes
     bool stopped_ = false;
     std::exception_ptr thrown_;
 };

@@ -27,37 +27,64 @@ void AppendProse(const Element& element, std::string& prose) {
     }
 }
 
-void AppendLines(Code& code, std::int64_t count) {
-    if (count > 0) {
-        code.text.append(static_cast<std::size_t>(count), '\n');
-        code.breaks += count;
-    }
-}
-
-// Lines stand where they stand in the file, whatever elements they are made of.
-void AppendCode(const Element& element, Code& code) {
-    for (const auto& child : element.children) {
-        if (child->IsText()) {
-            if (code.text.empty()) {
-                code.line = child->line;
-                code.column = child->column;
+class CodeBuilder {
+  public:
+    void AppendBelow(const Element& element) {
+        for (const auto& child : element.children) {
+            if (child->IsText()) {
+                AppendText(*child);
             }
-            AppendLines(code, std::int64_t{child->line} - code.line - code.breaks);
-            code.text += child->text;
-            code.breaks += std::count(child->text.begin(), child->text.end(), '\n');
-        }
-        AppendCode(*child, code);
-        if (EndsLine(*child) && !code.text.empty()) {
-            AppendLines(code, 1);
+            AppendBelow(*child);
+            if (EndsLine(*child) && !code_.text.empty()) {
+                Append("\n");
+            }
         }
     }
-}
+
+    Code Take() { return std::move(code_); }
+
+  private:
+    void AppendText(const Element& text) {
+        if (!code_.text.empty() && code_.text.back() != '\n' && text.line > Line()) {
+            Append("\n");
+        }
+        Break(text.line, text.column);
+        std::size_t at = 0;
+        for (const PlaceBreak& next : text.breaks) {
+            Append(std::string_view(text.text).substr(at, next.at - at));
+            Break(next.line, next.column);
+            at = next.at;
+        }
+        Append(std::string_view(text.text).substr(at));
+    }
+
+    void Append(std::string_view text) {
+        code_.text += text;
+        length_ += static_cast<std::size_t>(
+            std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
+    }
+
+    void Break(uint32_t line, uint32_t column) {
+        code_.breaks.push_back({length_, line, column});
+        begin_ = code_.text.size();
+    }
+
+    // The file's, at the end of the last text.
+    int64_t Line() const {
+        const std::string_view run = std::string_view(code_.text).substr(begin_);
+        return code_.breaks.back().line + std::ranges::count(run, '\n');
+    }
+
+    Code code_;
+    std::size_t length_ = 0;  // in characters
+    std::size_t begin_ = 0;   // of what is behind the last break
+};
 
 // Empties an element for the next one, which takes over its memory, unless that is much.
 void Clear(Element& element) {
     constexpr std::size_t kMostBytes = 1024;
-    const std::size_t size =
-        element.text.capacity() + element.attributes.capacity() + element.children.capacity();
+    const std::size_t size = element.text.capacity() + element.attributes.capacity() +
+                             element.children.capacity() + element.breaks.capacity();
     if (size > kMostBytes || element.ownKind || element.ownAttributes) {
         element = {};
         return;
@@ -66,6 +93,7 @@ void Clear(Element& element) {
     element.text.clear();
     element.attributes.clear();
     element.children.clear();
+    element.breaks.clear();
 }
 
 }  // namespace
@@ -161,9 +189,9 @@ std::string Prose(const Element& element) {
 }
 
 Code CodeOf(const Element& element) {
-    Code code{{}, element.line};
-    AppendCode(element, code);
-    return code;
+    CodeBuilder code;
+    code.AppendBelow(element);
+    return code.Take();
 }
 
 }  // namespace lq::host::plcopen

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/plcopen/kind.h"
+#include "lq_data/host/text/token_columns.h"
 
 namespace lq::host::plcopen {
 
@@ -26,6 +27,9 @@ struct Element {
     const Element* parent = nullptr;  // null for the root
     uint32_t line = 0;                // both from 1, in the file
     uint32_t column = 0;
+    // Of a text that is not blank: where it does not run on through the file, as behind a reference
+    // or at a CDATA section. `at` is in bytes.
+    std::vector<PlaceBreak> breaks;
 
     // Kinds that are this element's alone.
     std::unique_ptr<Kind> ownKind;
@@ -74,12 +78,11 @@ std::string_view Trim(std::string_view text);
 // All text below the element, a paragraph a line, without blanks around it.
 std::string Prose(const Element& element);
 
-// The text below the element as it stands, with the place of its beginning.
+// The text below the element as it stands, and its places in the file. What ends a line of XHTML
+// does so in the text; else lines are those of the file.
 struct Code {
     std::string text;
-    uint32_t line = 0;
-    uint32_t column = 0;
-    std::int64_t breaks = 0;  // line breaks in the text
+    std::vector<PlaceBreak> breaks;  // the first of the text's beginning
 };
 Code CodeOf(const Element& element);
 

@@ -14,24 +14,15 @@ uint32_t TokenColumns::Next(const Scanner& scanner, const Token& token) {
             c == u'\n' || (c == u'\r' && at + 1 < text_.size() && text_[at + 1] == u'\n');
         return c == u' ' || c == u'\t' || (isLineBreak && token.kind != TK_NEWLINE);
     };
-    std::size_t start = passed_;
+    std::size_t start = places_.Position();
     while (start < text_.size() && isBetween(start)) {
         ++start;
     }
-    Pass(start);
-    const uint32_t column = lineColumn_;
-    tokenLine_ = line_;
-    Pass(static_cast<std::size_t>(std::max(scanner.GetStreamPosition(), 0)));
+    places_.Pass(start);
+    const uint32_t column = places_.Column();
+    tokenLine_ = places_.Line();
+    places_.Pass(static_cast<std::size_t>(std::max(scanner.GetStreamPosition(), 0)));
     return column;
-}
-
-void TokenColumns::Pass(std::size_t end) {
-    for (; passed_ < std::min(end, text_.size()); ++passed_) {
-        const char16_t c = text_[passed_];
-        const bool isSecondHalf = c >= 0xDC00 && c <= 0xDFFF;
-        line_ += c == u'\n' ? 1 : 0;
-        lineColumn_ = c == u'\n' ? 1 : lineColumn_ + (isSecondHalf ? 0 : 1);
-    }
 }
 
 }  // namespace lq::host

@@ -144,7 +144,7 @@ bool CodeWalk::IsName(std::size_t at) const {
 
 // Whether the operand of an instruction, or the whole text, ends in front of `at`.
 bool CodeWalk::IsLineEnd(std::size_t at) const {
-    return at >= tokens_.size() || (isIl_ && (tokens_[at].line != line_ || Is(at, OP_RPAREN)));
+    return at >= tokens_.size() || (isIl_ && (tokens_[at].row != row_ || Is(at, OP_RPAREN)));
 }
 
 void CodeWalk::RunSt(std::span<const BodyToken> tokens, UseKind whole) {
@@ -157,7 +157,7 @@ void CodeWalk::RunSt(std::span<const BodyToken> tokens, UseKind whole) {
 
 void CodeWalk::RunIl(std::span<const BodyToken> tokens) {
     isIl_ = true;
-    line_ = 0;
+    row_ = 0;
     Begin(tokens);
     Run();
 }
@@ -186,7 +186,7 @@ void CodeWalk::Run() {
         TellAwaited(at);
         const bool isInCall = !open_.empty() && open_.back().kind == Open::Kind::kCall &&
                               Is(open_.back().at, OP_LPAREN);
-        if (isIl_ && tokens_[at].line != line_ && !isInCall) {
+        if (isIl_ && tokens_[at].row != row_ && !isInCall) {
             BeginInstruction(at);
         } else {
             TakeToken(at);
@@ -399,7 +399,7 @@ const CodeWalk::Path& CodeWalk::ReadPath(std::size_t at) {
             path.pointed = path.places.size();
             ++path.end;
         } else if (Is(path.end, OP_DOT) && IsName(path.end + 1) &&
-                   !(isIl_ && tokens_[path.end].line != tokens_[path.end + 1].line)) {
+                   !(isIl_ && tokens_[path.end].row != tokens_[path.end + 1].row)) {
             Meaning member = names_.MemberOf(path.meanings.back(), tokens_[path.end + 1].text);
             member.object = member ? member.object : UseObject::kMember;
             path.meanings.push_back(member);
@@ -505,11 +505,11 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
     if (!open_.empty() && open_.back().kind == Open::Kind::kCall) {
         open_.pop_back();  // operands of a function without brackets
     }
-    line_ = tokens_[at].line;
+    row_ = tokens_[at].row;
     while (IsName(at) && Is(at + 1, OP_COLON)) {
         at += 2;  // a label
         if (at < tokens_.size()) {
-            line_ = tokens_[at].line;
+            row_ = tokens_[at].row;
         }
     }
     BeginOperands(at);
@@ -534,14 +534,14 @@ void CodeWalk::BeginInstruction(std::size_t& at) {
         ++at;
         BeginOperands(at);
         if (!instruction->kind) {
-            while (at < tokens_.size() && tokens_[at].line == line_) {
+            while (at < tokens_.size() && tokens_[at].row == row_) {
                 ++at;
             }
             return;
         }
         whole_ = *instruction->kind;
         // Of an instance LD, S and R set an input.
-        const bool isCall = IsName(at) && tokens_[at].line == line_ && whole_ != UseKind::kCall &&
+        const bool isCall = IsName(at) && tokens_[at].row == row_ && whole_ != UseKind::kCall &&
                             (Equal(name, u"LD") || Equal(name, u"S") || Equal(name, u"R")) &&
                             !Is(at + 1, OP_DOT) && !Is(at + 1, OP_LBRACKET) &&
                             names_.GetProject().GetDeclaration(Resolve(tokens_[at].text).Typed()) &&

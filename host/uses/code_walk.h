@@ -105,7 +105,7 @@ class CodeWalk {
     UseKind whole_ = UseKind::kRead;
     std::size_t operand_ = 0;  // where what `whole_` is about begins
     bool isIl_ = false;
-    uint32_t line_ = 0;             // of the instruction
+    uint32_t row_ = 0;              // of the instruction
     std::vector<bool> statements_;  // that are open: whether they are CASE
     // What the text jumps to, in capitals; read for the first label that is no variable.
     std::optional<std::unordered_set<std::u16string>> jumps_;

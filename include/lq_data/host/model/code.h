@@ -18,6 +18,9 @@ struct BodyToken {
     uint32_t column = 0;
     uint16_t operation = 0;  // OPERATOR_CODE of an operator
     uint8_t kind = 0;        // TOKEN_KIND
+    // The line of the body's text that it is in, which ends instructions of IL; texts of XML
+    // documents need not have the lines of the file. Equal rows of two pieces mean nothing.
+    uint32_t row = 0;
 
     bool Is(uint16_t code) const { return operation == code; }
 };
