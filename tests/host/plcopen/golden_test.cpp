@@ -279,6 +279,49 @@ TEST(Code, IsKeptWhereItIsAskedFor) {
     }
 }
 
+// Whatever their text is made of: names in it that begin with "q" stand once in the document.
+TEST(Code, PlacesAreThoseOfTheFile) {
+    const std::string body =
+        "<xhtml:p>IF q0 &lt; q1 THEN '&amp;\u00E9\U00010000' q2;<xhtml:br/>q3 := q4;<xhtml:br/>\n"
+        "q5<![CDATA[ := q6 < q7; (* & *) q8]]> q9 <![CDATA[qa ]]>qb</xhtml:p><xhtml:p>qc\n"
+        " qd</xhtml:p>\n <xhtml:p> qe {qf &#60; qg}</xhtml:p>";
+    const std::string document =
+        "<project xmlns='http://www.plcopen.org/xml/tc6_0201' "
+        "xmlns:xhtml='http://www.w3.org/1999/xhtml'><fileHeader/><contentHeader name='c'/>\n"
+        "<types><dataTypes/><pous><pou name='P' pouType='program'><interface/><actions>"
+        "<action name='A'><body><ST>" +
+        body +
+        "</ST></body></action></actions><body><FBD><inVariable localId='1'><expression>\n"
+        " qh + (qi &gt; 3) + qj</expression></inVariable></FBD></body></pou></pous></types>"
+        "<instances><configurations/></instances></project>";
+    ReadProject read;
+    read.project.KeepCode();
+    read.Read(document);
+    std::size_t count = 0;
+    const auto check = [&](const std::vector<BodyToken>& tokens) {
+        for (const BodyToken& token : tokens) {
+            const std::string name = EncodeUtf8(token.text);
+            const std::size_t at = document.find(name);
+            if (name.size() == 2 && name.starts_with('q')) {
+                const std::string before = document.substr(0, at);
+                const std::string line = before.substr(before.rfind('\n') + 1);
+                EXPECT_EQ(token.line, 1 + std::ranges::count(before, '\n')) << name;
+                EXPECT_EQ(token.column, 1 + std::ranges::count_if(
+                                                line, [](char c) { return (c & 0xC0) != 0x80; }))
+                    << name;
+                ++count;
+            }
+        }
+    };
+    for (const Pou& pou : read.project.Pous()) {
+        for (const Body& code : pou.bodies) {
+            check(read.project.CodeOf(code)->tokens);
+            check(read.project.CodeOf(code)->pragmaWords);
+        }
+    }
+    EXPECT_EQ(count, 20u);
+}
+
 // "9:17 write variable Text.i i".
 TEST(Uses, AreResolvedAsTheLanguageDoes) {
     constexpr const char* kObjects[] = {"?",         "variable", "global", "result", "enumerator",
