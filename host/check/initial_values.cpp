@@ -352,8 +352,9 @@ void CheckValueOf(Run& run, const LeftOut& leftOut, ID object, Text type, Text t
     const TypeInfo& resolved = run.types.Resolve(declared);
     // The scanner knows neither integers of 64 bits nor dates that there are not.
     const bool isConstant = ReadConstant(text).kind != Class::kNone;
+    const bool isEmptyList = resolved.kind == Kind::kArray && u16string_view(text) == u"[]";
     if (HasSyntax(resolved) && HasSyntax(run.types.Innermost(resolved)) && !isConstant &&
-        CheckInitSyntax(nullptr, text) != 0) {
+        !isEmptyList && CheckInitSyntax(nullptr, text) != 0) {
         if (const u16string_view time = FindMalformedTime(text); !time.empty()) {
             run.Report(3015, object, Say("'{}' is no duration, date or time of day", Utf8(time)));
             return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "host/model/report_codes.h"
 
@@ -11,7 +12,7 @@ namespace lq::host::check {
 namespace {
 
 struct Beginning {
-    uint32_t line;
+    std::pair<uint32_t, uint32_t> place;  // line and column
     ID object;
 };
 
@@ -31,7 +32,7 @@ std::map<std::string, std::vector<Beginning>> Beginnings(const Project& project)
             if (file && records[i].line != 0) {
                 beginnings = file == last ? beginnings : &files[Utf8(file->name)];
                 last = file;
-                beginnings->push_back({records[i].line, id});
+                beginnings->push_back({{records[i].line, project.ColumnOf(id)}, id});
             }
         }
     };
@@ -39,7 +40,7 @@ std::map<std::string, std::vector<Beginning>> Beginnings(const Project& project)
     enter(Sort::kDataType, project.DataTypes());
     enter(Sort::kConfiguration, project.Configurations());
     for (auto& [name, all] : files) {
-        std::ranges::sort(all, {}, &Beginning::line);
+        std::ranges::sort(all, {}, &Beginning::place);
     }
     return files;
 }
@@ -50,7 +51,8 @@ bool HoldsNames(const Project& project, const Report& report, ID object) {
     const Pou* pou = project.GetPou(object);
     const bool isXml = !report.path.empty();
     if (isXml) {
-        return pou && !pou->bodies.empty() && report.line >= pou->bodies.front().line;
+        return pou && (pou->bodies.empty() || report.line >= pou->bodies.front().line ||
+                       report.path.find("/addData") != report.path.npos);  // methods, anywhere
     }
     return std::ranges::none_of(project.Below(object),
                                 [&](ID id) { return project.LineOf(id) == report.line; });
@@ -71,12 +73,14 @@ LeftOut::LeftOut(const Run& run)
             continue;
         }
         const bool isText = report.path.empty();
-        if (file == files.end() || report.line < file->second.front().line) {
+        // In a text what stands in front of a unit on its line is about the unit.
+        const std::pair place(report.line, isText ? UINT32_MAX : report.column);
+        if (file == files.end() || place < file->second.front().place) {
             mayDeclare_ = mayDeclare_ || isText;
             continue;
         }
         const std::vector<Beginning>& all = file->second;
-        const auto next = std::ranges::upper_bound(all, report.line, {}, &Beginning::line);
+        const auto next = std::ranges::upper_bound(all, place, {}, &Beginning::place);
         ofConfigurations_ =
             ofConfigurations_ || (isText && report.code == kNotKept &&
                                   SortOf(std::prev(next)->object) == Sort::kConfiguration);
@@ -85,10 +89,10 @@ LeftOut::LeftOut(const Run& run)
             continue;
         }
         any_ = true;
-        const uint32_t line = std::prev(next)->line;
         for (const Beginning& other : all) {
             // Where the further places are is not known.
-            if (IsHolder(other.object) && (other.line == line || report.more > 0)) {
+            if (IsHolder(other.object) &&
+                (other.object == std::prev(next)->object || report.more > 0)) {
                 isOf_[graph_.NodeOf(other.object)] = true;
             }
         }

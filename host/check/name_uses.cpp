@@ -270,7 +270,8 @@ void NameUses::CheckTypes() {
     }
     for (const ID owner : run_.Owners()) {
         if (const DataType* type = project.GetDataType(owner);
-            type && !isUsed_[IndexOf(owner)] && project.FindDataType(type->name) == owner) {
+            type && !isUsed_[IndexOf(owner)] && !project.IsOfLibrary(owner) &&
+            project.FindDataType(type->name) == owner) {
             run_.Report(2014, owner, Say("nothing uses the type '{}'", Utf8(type->name)));
         }
     }

@@ -210,7 +210,7 @@ void CheckGlobals(Run& run) {
 // A global that the unit sees by its name; null for none.
 ID GlobalSeenBy(Run& run, ID unit, Text name) {
     const ID global = run.globals.Find(unit, name).id;
-    if (global == ID() || !run.IsOwn(global)) {
+    if (global == ID() || run.project.IsOfLibrary(global)) {
         return {};
     }
     const VariableList& list =
@@ -243,7 +243,7 @@ void CheckVariable(Run& run, ID unit, ID id) {
     }
     const ID other = project.FindPou(variable.name);
     const ID type = other != ID() ? other : project.FindDataType(variable.name);
-    if (type != ID() && type != unit && run.IsOwn(type)) {
+    if (type != ID() && type != unit && !run.project.IsOfLibrary(type)) {
         Finding& finding =
             run.Report(1008, id,
                        SortOf(type) == Sort::kPou

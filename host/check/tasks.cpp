@@ -19,7 +19,9 @@ void CheckInstance(Run& run, ID id) {
         run.Report(7001, run.OpenSeverity(), id, Say("no program is called '{}'", type));
     } else if (run.project.GetPou(unit)->kind != LQ_KIND_PROGRAM) {
         Finding& finding = run.Report(7002, id, Say("'{}' is no program", type));
-        run.Relate(finding, unit, Say("declared here"));
+        if (!run.project.GetPou(unit)->isStandard) {
+            run.Relate(finding, unit, Say("declared here"));
+        }
     }
     if (SortOf(instance.parent) == Sort::kResource) {
         run.Report(7013, id, Say("no task runs '{}'", Utf8(instance.name)));
@@ -56,7 +58,11 @@ void CheckInterval(Run& run, ID id, const Task& task) {
     const u16string_view text = task.interval;
     const std::string interval = Utf8(text);
     const Constant constant = ReadConstant(text);
-    if (text.empty()) {
+    // A name behind others, or a type of the third edition, is not followed.
+    const std::u16string capitals = Upper(text);
+    const bool isLong = capitals.starts_with(u"LTIME#") || capitals.starts_with(u"LT#");
+    if (text.empty() || isLong ||
+        (IsName(text.substr(0, 1)) && text.find(u'.') < text.find(u'#'))) {
         return;
     }
     if (constant.kind == Class::kName) {
@@ -72,7 +78,7 @@ void CheckInterval(Run& run, ID id, const Task& task) {
         }
     } else if (constant.kind != Class::kTime || constant.isNegative) {
         run.Report(7007, id, Say("the interval '{}' is no duration from zero on", interval));
-    } else if (constant.isZero) {
+    } else if (constant.isZero && !*task.event) {
         run.Report(7007, Severity::kWarning, id,
                    Say("the interval of the task '{}' is zero", Utf8(task.name)));
     }
@@ -100,7 +106,7 @@ void CheckTask(Run& run, ID id) {
     CheckEvent(run, id, task);
     if (!*task.interval && !*task.event) {
         run.Report(7008, id, Say("the task '{}' has neither interval nor event", name));
-    } else if (*task.interval && *task.event) {
+    } else if (*task.interval && *task.event && !ReadConstant(task.interval).isZero) {
         run.Report(7009, id, Say("the task '{}' has an interval and an event", name));
     }
 }

@@ -72,7 +72,8 @@ void CheckUnused(Run& run) {
         }
     }
     for (const ID owner : run.Owners()) {
-        if (SortOf(owner) == Sort::kPou && !reached[run.graph.NodeOf(owner)]) {
+        if (SortOf(owner) == Sort::kPou && !run.project.IsOfLibrary(owner) &&
+            !reached[run.graph.NodeOf(owner)]) {
             run.Report(6004, owner, Say("no program uses '{}'", Utf8(run.project.NameOf(owner))));
         }
     }

@@ -348,7 +348,8 @@ void VariableUses::CheckGlobals() {
         }
     }
     for (const ID owner : run_.Owners()) {
-        const VariableList* list = run_.project.GetVariableList(owner);
+        const VariableList* list =
+            run_.project.IsOfLibrary(owner) ? nullptr : run_.project.GetVariableList(owner);
         for (const ID id : list ? list->declarations : IdList()) {
             const Declaration& declaration = *run_.project.GetDeclaration(id);
             const Count& count = counts_[IndexOf(id)];

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <regex>
 #include <string>
 
 #include "host/plcopen/parts.h"
@@ -81,6 +83,41 @@ bool FromClock(std::string_view clock, std::string& text) {
     return true;
 }
 
+// "P1DT2H30M0.5S", in capitals. What a unit has more than the next higher one holds is carried
+// over, as IEC durations have it; years and months have no length.
+bool FromXmlDuration(const std::string& duration, std::string& text) {
+    static const std::regex form(
+        "P(?:0+Y)?(?:0+M)?(?:([0-9]{1,9})D)?"
+        "(?:T(?:([0-9]{1,9})H)?(?:([0-9]{1,9})M)?(?:([0-9]{1,9})([.][0-9]+)?S)?)?");
+    constexpr std::size_t kLongest = 60;
+    constexpr uint64_t kOfNext[] = {0, 24, 60, 60};
+    constexpr char kUnits[] = "dhms";
+    std::smatch parts;
+    const bool hasAmount = duration.size() > 2 && duration.back() != 'T';
+    if (duration.size() > kLongest || !hasAmount || !std::regex_match(duration, parts, form)) {
+        return false;
+    }
+    uint64_t amounts[4] = {};
+    std::size_t highest = 3;
+    for (std::size_t i = 4; i-- > 0;) {
+        amounts[i] = parts[i + 1].matched ? std::stoull(parts[i + 1]) : 0;
+        highest = amounts[i] != 0 ? i : highest;
+    }
+    for (std::size_t i = 3; i > highest; --i) {
+        amounts[i - 1] += amounts[i] / kOfNext[i];
+        amounts[i] %= kOfNext[i];
+    }
+    std::string units;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const std::string fraction = i == 3 ? parts[5].str() : std::string();
+        if (amounts[i] != 0 || !fraction.empty()) {
+            units += std::to_string(amounts[i]) + fraction + kUnits[i];
+        }
+    }
+    text = "T#" + (units.empty() ? "0s" : units);
+    return true;
+}
+
 bool IsName(std::string_view text) {
     const auto isNamePart = [](char c) {
         return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '.';
@@ -102,19 +139,15 @@ bool IntervalText(std::string_view interval, std::string& text) {
     if (mark != upper.npos) {
         const std::string prefix = upper.substr(0, mark);
         const std::string units = upper.substr(mark + 1);
-        return (prefix == "T" || prefix == "TIME") && !units.empty() && IsUnits(units);
+        const bool isDuration =
+            prefix == "T" || prefix == "TIME" || prefix == "LT" || prefix == "LTIME";
+        return isDuration && !units.empty() && IsUnits(units);
     }
     if (IsUnits(upper)) {
         text = "T#" + text;
         return true;
     }
-    if (upper.size() > 2 && upper.starts_with("PT") && IsUnits(upper.substr(2))) {
-        text = "T#" + text.substr(2);
-        std::transform(text.begin() + 2, text.end(), text.begin() + 2,
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        return true;
-    }
-    return FromClock(interval, text) || IsName(interval);
+    return FromXmlDuration(upper, text) || FromClock(interval, text) || IsName(interval);
 }
 
 }  // namespace

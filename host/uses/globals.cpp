@@ -163,9 +163,17 @@ uint64_t Globals::SeenBy(ID parent) const {
         return BitOf(parent);
     }
     const Configuration* configuration = project_.GetConfiguration(parent);
-    uint64_t resources = configuration ? 0 : ~uint64_t{0};
-    for (const ID id : project_.Below(parent)) {
-        resources |= configuration ? BitOf(id) : 0;
+    if (!configuration || project_.IsOfLibrary(parent)) {
+        return ~uint64_t{0};
+    }
+    // Of one name they are one, in several files.
+    uint64_t resources = 0;
+    for (const Configuration& other : project_.Configurations()) {
+        if (chars::EqualNoCase(other.name, configuration->name)) {
+            for (const ID id : other.resources) {
+                resources |= BitOf(id);
+            }
+        }
     }
     return resources;
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <span>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "host/uses/code_walk.h"
@@ -360,6 +361,7 @@ bool Walk::TellTypeName(ID unit, ID where, u16string_view name) {
 // The names in a value: those of members, in front of ":=", and literals are none. Or those in a
 // nameless structure, where types are among them, and in front of ":" stand those of members.
 void Walk::TellWords(ID unit, ID where, u16string_view text, Text type, bool isStructure) {
+    Meaning list;  // that stands in front of a point
     for (std::size_t at = 0; at < text.size();) {
         const char16_t first = text[at];
         if (first == u'\'' || first == u'"') {
@@ -385,6 +387,12 @@ void Walk::TellWords(ID unit, ID where, u16string_view text, Text type, bool isS
             ++next;
         }
         at = end;
+        if (isMember && list) {  // of a list, a configuration or a resource
+            const Meaning global = names_.MemberOf(std::exchange(list, {}), word);
+            if (global) {
+                TellAt(unit, where, word, global, UseKind::kRead);
+            }
+        }
         if (!isName || isMember || !IsIdentifier(std::u16string(word).c_str())) {
             continue;
         }
@@ -412,6 +420,7 @@ void Walk::TellWords(ID unit, ID where, u16string_view text, Text type, bool isS
         if (meaning && meaning.id != where) {
             TellAt(unit, where, word, meaning, UseKind::kRead);
         }
+        list = meaning.object == UseObject::kList ? meaning : Meaning{};
     }
 }
 
