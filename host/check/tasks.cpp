@@ -2,6 +2,7 @@
 
 #include "host/check/checks.h"
 #include "host/check/findings.h"
+#include "host/check/left_out.h"
 
 namespace lq::host::check {
 
@@ -121,7 +122,8 @@ bool AddTwice(Run& run, uint16_t code, ID id, NameTable& names, const std::strin
     return earlier != ID();
 }
 
-void CheckResource(Run& run, ID id) {
+// What an instance says behind its type in a text, tasks of its blocks among it, is not kept.
+void CheckResource(Run& run, const LeftOut& leftOut, ID id) {
     const Resource& resource = *run.project.GetResource(id);
     NameTable tasks(run.project);
     NameTable instances(run.project);
@@ -137,7 +139,8 @@ void CheckResource(Run& run, ID id) {
         const std::string name = Utf8(run.project.NameOf(task));
         const bool isTwice =
             AddTwice(run, 7003, task, tasks, Say("two tasks are called '{}'", name));
-        if (!isTwice && run.project.GetTask(task)->programs.empty()) {
+        if (!isTwice && run.project.GetTask(task)->programs.empty() &&
+            !leftOut.OfConfigurations()) {
             run.Report(7011, task, Say("the task '{}' runs no program", name));
         }
         programs += run.project.GetTask(task)->programs.size();
@@ -161,7 +164,9 @@ void ForEachOwn(Run& run, Sort sort, const std::deque<Record>& records, Look loo
 void CheckTasks(Run& run) {
     ForEachOwn(run, Sort::kProgramInstance, run.project.ProgramInstances(), CheckInstance);
     ForEachOwn(run, Sort::kTask, run.project.Tasks(), CheckTask);
-    ForEachOwn(run, Sort::kResource, run.project.Resources(), CheckResource);
+    const LeftOut leftOut(run);
+    ForEachOwn(run, Sort::kResource, run.project.Resources(),
+               [&leftOut](Run& all, ID id) { CheckResource(all, leftOut, id); });
     const auto isProgram = [&](ID owner) {
         const Pou* pou = run.project.GetPou(owner);
         return pou && pou->kind == LQ_KIND_PROGRAM;

@@ -262,7 +262,17 @@ std::u16string Cursor::CommentOn(const Piece& first) {
             return TextOf(comment);
         }
     }
-    return CommentBefore(first);
+    std::u16string before = CommentBefore(first);
+    for (const Comment& comment : comments_) {
+        const bool isWithin = comment.spot.at >= first.spot.at && comment.end <= last_.end;
+        const bool isInFront = comment.spot.line == first.spot.line &&
+                               comment.end <= first.spot.at &&
+                               Trimmed(TextBetween(first.spot.lineBegin, comment.spot.at)).empty();
+        if (before.empty() && (isWithin || isInFront)) {
+            before = TextOf(comment);
+        }
+    }
+    return before;
 }
 
 // Without its marks, and without carriage returns.

@@ -105,7 +105,8 @@ class Cursor {
 
     // The comment that ends on the line before `piece`, or directly before it, and has its lines
     // for itself; for what is declared from `piece` to the token taken last, first the one behind
-    // that on its line. Empty without one.
+    // that on its line, and at last one within it, or in front of it on its line. Empty without
+    // one.
     std::u16string CommentBefore(const Piece& piece, bool isHeader = false);
     std::u16string CommentOn(const Piece& first);
 
