@@ -104,7 +104,27 @@ void Drawings::CheckWires(ID unit, const BodyCode& code) {
     }
 }
 
+// Its actions and transitions.
+void CheckParts(Run& run, ID unit, const Pou& pou) {
+    std::map<std::u16string, const Body*> parts;
+    for (const Body& body : pou.bodies) {
+        const auto [known, isNew] = parts.try_emplace(Upper(body.name), &body);
+        if (!isNew && *body.name) {
+            Finding& finding =
+                ReportAt(run, 6008, unit, SpotOf(body),
+                         Say("two actions or transitions are called '{}'", Utf8(body.name)));
+            run.Relate(finding, known->second->line, known->second->column,
+                       Say("first declared here"));
+        }
+    }
+}
+
 void CheckDrawings(Run& run) {
+    for (const ID owner : run.Owners()) {
+        if (const Pou* pou = run.project.GetPou(owner)) {
+            CheckParts(run, owner, *pou);
+        }
+    }
     Drawings(run).Look();
 }
 
@@ -118,7 +138,9 @@ constexpr Check kRows[] = {
      "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "
      "name='A' initialStep='true'/><step localId='1' name='B' /></SFC></body></pou>",
      CheckDrawings},
-    {6008, "duplicate-step", Severity::kError, Message("The steps of a chart have different names"),
+    {6008, "duplicate-step", Severity::kError,
+     Message(
+         "The steps of a chart have different names, and the actions and transitions of a unit"),
      Message("Which of them is meant is not certain"),
      "<pou name='Main' "
      "pouType='program'><interface><localVars></localVars></interface><body><SFC><step localId='1' "

@@ -40,6 +40,15 @@ void CheckRecursiveCalls(Run& run) {
     }
 }
 
+// Whether the unit has no body, or only texts without a word. What is in a drawing is not known.
+bool IsEmpty(const Run& run, const Pou& pou) {
+    return std::ranges::all_of(pou.bodies, [&](const Body& body) {
+        const BodyCode* code = run.project.CodeOf(body);
+        return (body.language == Language::kSt || body.language == Language::kIl) && code &&
+               code->tokens.empty() && code->pragmaWords.empty();
+    });
+}
+
 bool RunsPrograms(const Run& run) {
     return run.HasResource() && !run.project.ProgramInstances().empty();
 }
@@ -87,7 +96,7 @@ void CheckUnits(Run& run) {
             continue;
         }
         const std::string name = Utf8(pou->name);
-        if (pou->bodies.empty() && !leftOut.Of(owner)) {
+        if (IsEmpty(run, *pou) && !leftOut.Of(owner)) {
             run.Report(6003, owner, Say("'{}' has no body", name));
         }
         if (pou->kind == LQ_KIND_FUNCTION && !*pou->resultType &&

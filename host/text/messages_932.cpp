@@ -94,7 +94,6 @@ constexpr Translation kTable[] = {
      "次に入力が読まれるか呼び出されると、元に戻ります"},
     {"The program stops, or goes on with any value",
      "プログラムが止まるか、不定の値のまま続きます"},
-    {"The steps of a chart have different names", "SFCのステップの名前はそれぞれ異なります"},
     {"What a chart jumps to is a step of it", "SFCのジャンプ先は、そのSFCのステップです"},
     {"What callers give has no effect", "呼び出し側が渡す値は何の効果もありません"},
     {"What is opened in a body is closed: brackets and statements",

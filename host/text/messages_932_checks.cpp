@@ -177,6 +177,8 @@ constexpr Translation kTable[] = {
      "「{}」の値は入力{}を読むときに上書きされます"},
     {"the variable '{}' has the name of a data type", "変数「{}」の名前がデータ型の名前と同じです"},
     {"the variable '{}' has the name of a unit", "変数「{}」の名前がPOUの名前と同じです"},
+    {"two actions or transitions are called '{}'",
+     "同じ名前のアクションまたはトランジション「{}」が2つあります"},
     {"two program instances are called '{}'",
      "同じ名前のプログラムインスタンス「{}」が2つあります"},
     {"two tasks are called '{}'", "同じ名前のタスク「{}」が2つあります"},

@@ -261,6 +261,8 @@ constexpr Translation kTable[] = {
      "読み込みは片方の意味をとるが、ほかのプログラムは別の意味をとることがある"},
     {"The resource cannot be built, or a file is missing",
      "リソースをビルドできないか、ファイルが足りない"},
+    {"The steps of a chart have different names, and the actions and transitions of a unit",
+     "チャートのステップ、POUのアクションとトランジションには異なる名前がある"},
     {"The tables take each declaration that is well formed",
      "テーブルは正しく書かれた宣言をすべて受け入れる"},
     {"The task runs at another time than was meant, or never",
