@@ -363,7 +363,9 @@ void VariableUses::CheckGlobals() {
 }
 
 constexpr Check kRows[] = {
-    {8001, "unused-variable", Severity::kWarning, Message("A variable of a unit is used in it"),
+    {8001, "unused-variable", Severity::kWarning,
+     Message("A variable of a unit is used in it; a note where it has an address, nothing where "
+             "its type is not known"),
      Message("It is left over, or another one is used in its place"),
      "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := a + 1;\nEND_PROGRAM",
      "PROGRAM Main\nVAR\n  a, b : INT;\nEND_VAR\na := b + 1;\nb := a;\nEND_PROGRAM",

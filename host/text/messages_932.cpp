@@ -76,7 +76,6 @@ constexpr Translation kTable[] = {
     {"A unit uses its externals", "POUは自分の外部変数を使います"},
     {"A unit uses its inputs", "POUは自分の入力を使います"},
     {"A unit uses its outputs", "POUは自分の出力を使います"},
-    {"A variable of a unit is used in it", "POUの変数はその中で使います"},
     {"Callers get the first value of its type", "呼び出し側には型の初期値が返ります"},
     {"Callers read the first value for ever", "呼び出し側はいつまでも初期値を読むことになります"},
     {"EN and ENO are supported only together, as BOOL",

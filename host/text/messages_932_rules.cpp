@@ -81,6 +81,9 @@ constexpr Translation kTable[] = {
      "ファンクションブロックの変数は完全なアドレスを持たない"},
     {"A variable of a unit has no name of a global that the unit could see",
      "POUの変数は、そのPOUから見えるグローバル変数と同じ名前を持たない"},
+    {"A variable of a unit is used in it; a note where it has an address, nothing where its type "
+     "is not known",
+     "POUの変数はその中で使う。アドレスがあるときは注記、型が不明のときは調べない"},
     {"Addresses do not overlap, by what --addresses says of their numbers; as long as it says "
      "nothing, one note where they would whatever the numbers mean",
      "アドレスは--"
