@@ -186,19 +186,20 @@ class UnitReader {
     void ReadCode() {
         if (!open_->reader) {
             cursor_.ForgetPragmas(cursor_.Last().end);
-            Begin(*open_, LanguageHere(context_), cursor_.Peek().spot);
+            const Language language = LanguageHere(context_);  // looks ahead
+            Begin(*open_, language, cursor_.Peek().spot);
         }
         ReadToken(cursor_.Take());
     }
 
-    void Place(Body& body, Language language, const Spot& spot) {
+    void Place(Body& body, Language language, Spot spot) {
         hasCode_ = true;
         body.language = language;
         body.line = spot.line;
         body.column = cursor_.ColumnOf(spot);
     }
 
-    void Begin(Part& part, Language language, const Spot& spot) {
+    void Begin(Part& part, Language language, Spot spot) {
         Place(part.body, language, spot);
         part.reader.emplace(project_, language, *project_.EditPou(pou_), part.body);
     }
