@@ -35,6 +35,7 @@ class Statements {
         u16string_view closing;  // a word or bracket in capitals
         std::size_t at;
         bool isLoop;
+        std::size_t argument = 0;  // of a bracket: where the last one begins
         bool hasElse = false;
     };
 
@@ -53,8 +54,9 @@ class Statements {
     void CloseStatement();
     void CheckAssignment(std::size_t at);
     bool PassZero(std::size_t& at, bool& isReal) const;
-    std::size_t LastArgument(std::size_t bracket) const;
     void CheckDivision(std::size_t at);
+    void CheckCall(const Open& call, std::size_t end);
+    void ReportDivision(std::size_t divisor, bool isReal);
     void Report(uint16_t code, std::size_t at, std::string message) {
         ReportAt(run_, code, unit_, SpotOf(tokens_[at]), std::move(message));
     }
@@ -136,13 +138,15 @@ void Statements::TakeElse(std::size_t at, bool isLast) {
 
 void Statements::TakeBracket(std::size_t at) {
     if (Is(at, OP_LPAREN)) {
-        open_.push_back({u")", at, false});
+        open_.push_back({u")", at, false, at + 1});
     } else if (Is(at, OP_LBRACKET)) {
         open_.push_back({u"]", at, false});
     } else if (Is(at, OP_RPAREN)) {
         Close(at, u")");
     } else if (Is(at, OP_RBRACKET)) {
         Close(at, u"]");
+    } else if (Is(at, OP_COMMA) && !open_.empty()) {
+        open_.back().argument = at + 1;
     } else if (Is(at, OP_SEMICOLON)) {
         CloseStatement();
     }
@@ -161,6 +165,7 @@ void Statements::CloseStatement() {
 
 void Statements::Close(std::size_t at, u16string_view closing) {
     if (!open_.empty() && open_.back().closing == closing) {
+        CheckCall(open_.back(), at);
         open_.pop_back();
         return;
     }
@@ -193,7 +198,9 @@ void Statements::CheckAssignment(std::size_t at) {
     }
     std::size_t sign = at;
     while (sign < tokens_.size() && !Is(sign, OP_ASSIGN)) {
-        if (Is(sign, OP_LPAREN) || Is(sign, OP_SEMICOLON)) {
+        const bool isPath = !Is(sign, OP_LPAREN) && !Is(sign, OP_SEMICOLON) &&
+                            !Is(sign, OP_COLON) && !(sign > at && IsWord(sign) && IsWord(sign - 1));
+        if (!isPath) {
             return;
         }
         ++sign;
@@ -235,39 +242,35 @@ bool Statements::PassZero(std::size_t& at, bool& isReal) const {
     return isZero && depth == 0 && !Is(at, OP_POWER);
 }
 
-// Where the divisor of "DIV(a, 0)" begins.
-std::size_t Statements::LastArgument(std::size_t bracket) const {
-    std::size_t begin = bracket + 1;
-    std::size_t depth = 0;
-    for (std::size_t at = begin; at < tokens_.size(); ++at) {
-        if (Is(at, OP_LPAREN) || Is(at, OP_LBRACKET)) {
-            ++depth;
-        } else if (Is(at, OP_COMMA) && depth == 0) {
-            begin = at + 1;
-        } else if ((Is(at, OP_RPAREN) || Is(at, OP_RBRACKET)) && depth-- == 0) {
-            break;
-        }
-    }
-    return Is(begin + 1, OP_ASSIGN) ? begin + 2 : begin;
-}
-
 void Statements::CheckDivision(std::size_t at) {
     const auto isCalled = [&](u16string_view word) {
         return IsWord(at) && EqualNames(tokens_[at].text, word);
     };
     const bool isIl = role_ == PieceRole::kIl;
-    const bool isFunction = !isIl && isCalled(u"DIV") && Is(at + 1, OP_LPAREN);
     const bool isDivision = Is(at, OP_DIV) || isCalled(u"MOD") || (isIl && isCalled(u"DIV"));
-    if (!isFunction && (!isDivision || (at == 0 && !isIl))) {
-        return;
-    }
-    const std::size_t divisor = isFunction ? LastArgument(at + 1) : at + 1;
-    std::size_t end = divisor;
+    std::size_t end = at + 1;
     bool isReal = false;
-    if (PassZero(end, isReal) && (!isFunction || Is(end, OP_RPAREN))) {
-        ReportAt(run_, 8017, isReal ? Severity::kWarning : run_.SeverityOf(8017), unit_,
-                 SpotOf(tokens_[divisor]), Say("this divides by 0"));
+    if (isDivision && (at > 0 || isIl) && PassZero(end, isReal)) {
+        ReportDivision(at + 1, isReal);
     }
+}
+
+// "DIV(a, 0)", whose last argument may have a name.
+void Statements::CheckCall(const Open& call, std::size_t end) {
+    const bool isDivision = role_ != PieceRole::kIl && call.at > 0 && IsWord(call.at - 1) &&
+                            EqualNames(tokens_[call.at - 1].text, u"DIV");
+    const std::size_t divisor =
+        Is(call.argument + 1, OP_ASSIGN) ? call.argument + 2 : call.argument;
+    std::size_t behind = divisor;
+    bool isReal = false;
+    if (isDivision && PassZero(behind, isReal) && behind == end) {
+        ReportDivision(divisor, isReal);
+    }
+}
+
+void Statements::ReportDivision(std::size_t divisor, bool isReal) {
+    ReportAt(run_, 8017, isReal ? Severity::kWarning : run_.SeverityOf(8017), unit_,
+             SpotOf(tokens_[divisor]), Say("this divides by 0"));
 }
 
 void CheckStatements(Run& run) {

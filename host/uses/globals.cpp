@@ -16,6 +16,12 @@ uint32_t HashIn(ID parent, u16string_view name) {
     return HashOfName(name) ^ (parent.GetNumber() * 0x9E3779B1u);
 }
 
+std::u16string Capitals(u16string_view name) {
+    std::u16string capitals(name);
+    std::ranges::transform(capitals, capitals.begin(), chars::ToUpper);
+    return capitals;
+}
+
 bool IsPlace(ID parent) {
     return SortOf(parent) == Sort::kResource || SortOf(parent) == Sort::kConfiguration;
 }
@@ -31,6 +37,12 @@ u16string_view LastWord(u16string_view type) {
 }
 
 Globals::Globals(const Project& project) : project_(project) {
+    for (const Configuration& configuration : project.Configurations()) {
+        uint64_t& resources = seenBy_[Capitals(configuration.name)];
+        for (const ID id : configuration.resources) {
+            resources |= BitOf(id);
+        }
+    }
     for (const VariableList& list : project.VariableLists()) {
         for (const ID id : list.declarations) {
             if (const ID first = project.FindGlobal(project.NameOf(id)); first != id) {
@@ -166,16 +178,7 @@ uint64_t Globals::SeenBy(ID parent) const {
     if (!configuration || project_.IsOfLibrary(parent)) {
         return ~uint64_t{0};
     }
-    // Of one name they are one, in several files.
-    uint64_t resources = 0;
-    for (const Configuration& other : project_.Configurations()) {
-        if (chars::EqualNoCase(other.name, configuration->name)) {
-            for (const ID id : other.resources) {
-                resources |= BitOf(id);
-            }
-        }
-    }
-    return resources;
+    return seenBy_.at(Capitals(configuration->name));
 }
 
 uint32_t Globals::NodeOf(ID object) const {

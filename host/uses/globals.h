@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -70,10 +71,12 @@ class LQ_DATA_API Globals {
 
     const Project& project_;
     std::deque<SharedName> shared_;
-    FlatIndex<uint32_t> byName_;      // places in these from 1
-    FlatIndex<uint32_t> byParent_;    // numbers of globals that share their name, by list's parent
-    std::vector<uint64_t> runBy_;     // by POU, then by data type; empty until it is asked for
-    std::vector<uint32_t> hiddenIn_;  // by POU, the last one, from 1, where a name hides it
+    FlatIndex<uint32_t> byName_;    // places in these from 1
+    FlatIndex<uint32_t> byParent_;  // numbers of globals that share their name, by list's parent
+    // By the names of configurations, in capitals: of one name they are one, in several files.
+    std::unordered_map<std::u16string, uint64_t> seenBy_;
+    std::vector<uint64_t> runBy_;         // by POU, then by data type; empty until it is asked for
+    std::vector<uint32_t> hiddenIn_;      // by POU, the last one, from 1, where a name hides it
     std::unordered_map<Text, ID> types_;  // by text, the unit or data type that it ends with
 };
 
